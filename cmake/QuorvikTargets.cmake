@@ -1,0 +1,76 @@
+# What every target of the project has in common: language level, warnings, Qt's strict macros, sanitizers.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+
+find_program(QUORVIK_CCACHE ccache)
+if(QUORVIK_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+        CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${QUORVIK_CCACHE})
+endif()
+
+add_library(quorvik_flags INTERFACE)
+target_compile_options(quorvik_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    -Woverloaded-virtual -Werror
+    # Real-valued formulas are evaluated in the printed order, each step rounded to 64 bits.
+    -ffp-contract=off)
+target_compile_definitions(quorvik_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH
+    QUORVIK_VERSION="${PROJECT_VERSION}")
+target_include_directories(quorvik_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
+if(QUORVIK_SANITIZE)
+    target_compile_options(quorvik_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+        -fno-omit-frame-pointer)
+    target_link_options(quorvik_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(QUORVIK_COVERAGE)
+    target_compile_options(quorvik_flags INTERFACE --coverage)
+    target_link_options(quorvik_flags INTERFACE --coverage)
+endif()
+
+# Each target precompiles the few headers that nearly all its sources include.
+function(quorvik_pch target which)
+
+    if(QUORVIK_PCH)
+        if(which STREQUAL widgets)
+            target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/PchWidgets.h)
+        else()
+            target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/PchCore.h)
+        endif()
+    endif()
+endfunction()
+
+# quorvik_engine(<folder> <libraries...>): the static library quorvik_<folder> from all sources of the calling folder.
+function(quorvik_engine name)
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+    quorvik_library(${name} core "${sources}" Qt6::Core ${ARGN})
+endfunction()
+
+# quorvik_windows(<name> <libraries...>): the same for a room that holds windows, with its subfolders.
+function(quorvik_windows name)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+    quorvik_library(${name} widgets "${sources}" Qt6::Widgets ${ARGN})
+endfunction()
+
+function(quorvik_library name pch sources)
+    add_library(quorvik_${name} STATIC ${sources})
+    set_target_properties(quorvik_${name} PROPERTIES LINKER_LANGUAGE CXX)
+    target_link_libraries(quorvik_${name} PUBLIC quorvik_flags ${ARGN})
+    quorvik_pch(quorvik_${name} ${pch})
+endfunction()
+
+# quorvik_tests(<name> <libraries...>): the executable <name>_tests from all sources of the calling folder.
+function(quorvik_tests name)
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+    add_executable(${name}_tests ${sources})
+    target_link_libraries(${name}_tests PRIVATE quorvik_flags GTest::gtest GTest::gmock Qt6::Test ${ARGN})
+    target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
+        PROPERTIES TIMEOUT 120
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")
+endfunction()
+include(GoogleTest)

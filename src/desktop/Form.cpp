@@ -1,0 +1,95 @@
+#include "desktop/Form.h"
+
+#include "desktop/HTMLHelp.h"
+#include "platform/Guard.h"
+
+#include <QCloseEvent>
+#include <QPushButton>
+#include <QShortcut>
+
+namespace quorvik
+{
+
+namespace
+{
+
+template<typename Window> void PrepareWindow(Window *window, const QString &name, const QString &caption)
+{
+    window->setObjectName(name);
+    window->setWindowTitle(caption);
+    auto *helpKey = new QShortcut(QKeySequence(Qt::Key_F1), window);
+    helpKey->setContext(Qt::WidgetWithChildrenShortcut);
+    On(helpKey, &QShortcut::activated, window, [window] { window->ShowHelp(); });
+}
+
+template<typename Window> QPushButton *MakeHelpButton(Window *window)
+{
+    auto *button = new QPushButton(QStringLiteral("Help"), window);
+    button->setObjectName(QStringLiteral("CommandHelp"));
+    On(button, &QPushButton::clicked, window, [window] { window->ShowHelp(); });
+    return button;
+}
+
+} // namespace
+
+Form::Form(Desk &desk, const QString &name, const QString &caption, const QString &helpTopic)
+    : desk_(desk)
+    , helpTopic_(helpTopic)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    PrepareWindow(this, name, caption);
+    desk.forms.Add(this);
+}
+
+Form::~Form() = default;
+
+void Form::ShowHelp()
+{
+    desk_.help.DisplayTopic(helpTopic_, this);
+}
+
+QPushButton *Form::MakeCommandClose()
+{
+    auto *button = new QPushButton(QStringLiteral("Close"), this);
+    button->setObjectName(QStringLiteral("CommandClose"));
+    On(button, &QPushButton::clicked, this, [this] { close(); });
+    return button;
+}
+
+QPushButton *Form::MakeCommandHelp()
+{
+    return MakeHelpButton(this);
+}
+
+void Form::closeEvent(QCloseEvent *event)
+{
+    Guarded([this] { Unload(); });
+    event->accept();
+}
+
+DialogForm::DialogForm(Desk &desk, QWidget *owner, const QString &name, const QString &caption,
+                       const QString &helpTopic)
+    : QDialog(owner)
+    , desk_(desk)
+    , helpTopic_(helpTopic)
+{
+    PrepareWindow(this, name, caption);
+}
+
+void DialogForm::ShowHelp()
+{
+    if (!helpTopic_.isEmpty())
+        desk_.help.DisplayTopic(helpTopic_, this);
+}
+
+QPushButton *DialogForm::MakeCommandHelp()
+{
+    return MakeHelpButton(this);
+}
+
+QString ControlName(const char *name, int index)
+{
+    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
+}
+
+} // namespace quorvik

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace quorvik
+{
+
+/** Shows help topics. A topic is the name of a page of the help file, such as "Velocity Loop.htm". */
+class HTMLHelp
+{
+public:
+    virtual ~HTMLHelp() = default;
+
+    virtual void DisplayTopic(const QString &topic, QWidget *owner) = 0;
+    virtual void DisplayContents(QWidget *owner) = 0;
+    virtual void DisplaySearch(QWidget *owner) = 0;
+    /** Closes the viewer. */
+    virtual void Close() = 0;
+};
+
+} // namespace quorvik

@@ -1,0 +1,13 @@
+#pragma once
+
+namespace quorvik
+{
+
+/** Intervals and time-outs of the drive link, in milliseconds. Tests inject shorter ones. */
+struct LinkTimings {
+    int scanPause = 300;       ///< SerialCommTimer: pause between scans
+    int replyTimeout = 220;    ///< SerialCommTimeout: longest wait for one reply
+    int sizeErrorPause = 1000; ///< what is still arriving after a wrong length has arrived by then
+};
+
+} // namespace quorvik

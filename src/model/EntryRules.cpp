@@ -1,0 +1,144 @@
+#include "model/EntryRules.h"
+
+#include "model/Conversions.h"
+#include "model/Model.h"
+#include "model/TextTables.h"
+#include "platform/Arithmetic.h"
+#include "platform/Numbers.h"
+#include "platform/Waiting.h"
+
+namespace quorvik
+{
+
+int ParamOfChoice(const QString &item)
+{
+    return int(CLng(item.left(item.indexOf(u' '))));
+}
+
+EntryRules::EntryRules(Model &model, Asker &asker)
+    : model_(model)
+    , asker_(asker)
+{
+}
+
+void EntryRules::EditParameter(int accessClass, int p)
+{
+    if (accessClass != Access::ReadWrite && accessClass != Access::IcrReadWrite)
+        return;
+    model_.EditParamNumber = ToInt16(p);
+    model_.EditValue = model_.Value(p);
+    if (ShowEditDialog)
+        ShowEditDialog();
+    // On line the acknowledgement of the write refreshes what hangs on the parameter.
+    if (model_.EditConfirmed)
+        model_.SetParamValue(model_.EditParamNumber, model_.EditValue, true, !model_.PortOpen());
+}
+
+bool EntryRules::ValidateEntry(const QString &text, const QString &label, int p)
+{
+    if (!IsNumeric(text)) {
+        ShowNumberMessage(label);
+        return false;
+    }
+    const ParamRecord &record = model_.ParamTable[p];
+    const std::int32_t raw = EntryToRaw(text, record.Attributes);
+    if (model_.IsInRange(QString::number(raw), p))
+        return true;
+    ShowRangeMessage(label, record.Min, record.Max, record.Attributes, false);
+    return false;
+}
+
+void EntryRules::ShowNumberMessage(const QString &label)
+{
+    asker_.MsgBox(QStringLiteral("Please enter a numerical value for the ") + label + u'.', MsgButtons::Ok,
+                  MsgIcon::Exclamation, AppTitle() + QStringLiteral(" Mentor"));
+}
+
+void EntryRules::ShowRangeMessage(const QString &label, std::int32_t rawMin, std::int32_t rawMax,
+                                  std::int32_t attributes, bool plain)
+{
+    const QString model =
+        plain ? QString() : QStringLiteral(" for model ") + ModelText(model_.Value(Param::DriveModel));
+    const QString text = QStringLiteral("The valid ") + label + QStringLiteral(" range") + model +
+                         QStringLiteral(" is:\r\n  Min: ") + ValueText(rawMin, attributes) +
+                         QStringLiteral("\r\n  Max: ") + ValueText(rawMax, attributes);
+    asker_.MsgBox(text, MsgButtons::Ok, MsgIcon::Exclamation, AppTitle() + QStringLiteral(" Mentor"));
+}
+
+void EntryRules::ShowStopModeMessage()
+{
+    asker_.MsgBox(QStringLiteral("Drive must be in Stop mode to perform this command."), MsgButtons::Ok,
+                  MsgIcon::Exclamation, AppTitle());
+}
+
+int EntryRules::FindDestinationConflict(int p, int target) const
+{
+    if (target == 0)
+        return 0;
+    for (int i = 1; i <= model_.LastParam; ++i)
+        if (model_.AttrBit(Attr::Destination, i) && model_.Value(i) == target && i != p)
+            return i;
+    return 0;
+}
+
+bool EntryRules::ResolveDestinationConflict(int p, int target)
+{
+    const int other = FindDestinationConflict(p, target);
+    if (other == 0)
+        return true;
+    const QString text = model_.ParamTable[other].Name + QStringLiteral(" is already set to (") +
+                         QString::number(target) + QStringLiteral(") ") + model_.ParamTable[target].Name +
+                         QStringLiteral(".\r\nOverwrite this input?");
+    if (asker_.MsgBox(text, MsgButtons::YesNo, MsgIcon::None,
+                      QStringLiteral("Overwrite Destination Conflict?")) != MsgAnswer::Yes)
+        return false;
+    model_.SetParamValue(other, 0, true, true);
+    return true;
+}
+
+ParamChoices EntryRules::FillParamCombo(int p) const
+{
+    ParamChoices choices;
+    const bool isDestination = model_.AttrBit(Attr::Destination, p);
+    for (int i = 0; i <= model_.LastParam; ++i) {
+        // A destination must be writable, a source need not be.
+        if (i == p || (isDestination && model_.AttrBit(Attr::ReadOnly, i)))
+            continue;
+        if (i == model_.Value(p))
+            choices.selected = int(choices.items.size());
+        choices.items.append(QString::number(i) + u' ' + model_.ParamTable[i].Name);
+    }
+    return choices;
+}
+
+void EntryRules::PromptSaveToDrive(int mode)
+{
+    if (!model_.DriveModified)
+        return;
+    if (mode == 2) {
+        asker_.MsgBox(
+            QStringLiteral("Drive parameters have not been saved!\r\n\r\nChanges not saved will be lost "
+                           "on next power loss or processor reset."),
+            MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
+        return;
+    }
+    if (asker_.MsgBox(
+            QStringLiteral("Save Changes in Drive?\r\n\r\nParameter changes not saved will be lost on next "
+                           "power loss or processor reset."),
+            MsgButtons::YesNo, MsgIcon::Question, AppTitle()) != MsgAnswer::Yes)
+        return;
+
+    model_.SetParamValue(Param::SaveParameters, 1, true, false);
+    model_.AddReadInterest(Param::SaveParameters);
+    PumpWhile([this] { return model_.Value(Param::SaveParameters) == 1; }, QDeadlineTimer(SaveLimitMs));
+    if (model_.Value(Param::SaveParameters) == 1) {
+        asker_.MsgBox(QStringLiteral("Changes in Drive not saved!"), MsgButtons::Ok, MsgIcon::Exclamation,
+                      AppTitle());
+        model_.ParamTable[Param::SaveParameters].Value = 0;
+    } else {
+        model_.DriveModified = false;
+    }
+    model_.RemoveReadInterest(Param::SaveParameters);
+}
+
+} // namespace quorvik

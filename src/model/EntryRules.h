@@ -1,0 +1,74 @@
+#pragma once
+
+#include "platform/Asker.h"
+
+#include <QObject>
+#include <QStringList>
+#include <functional>
+
+namespace quorvik
+{
+
+class Model;
+
+/** The items of a "Select Parameter" list: "number name" each, and which one is to be selected (-1 for none).
+ */
+struct ParamChoices {
+    QStringList items;
+    int selected = -1;
+};
+
+/** The number before the first blank of such an item; raises RuntimeFailure where there is none. */
+int ParamOfChoice(const QString &item);
+
+/**
+ * The checks that every way of changing a parameter by hand passes: is it a number, is it in range, does the
+ * destination already belong to another input, is the drive stopped.
+ */
+class EntryRules : public QObject
+{
+    Q_OBJECT
+
+public:
+    EntryRules(Model &model, Asker &asker);
+
+    /** Shows the modal edit dialog on Model::EditParamNumber; filled in by the shell. */
+    std::function<void()> ShowEditDialog;
+
+    /** A click on a value box, or Enter in it. Acts on access classes 0 and 1 only. */
+    void EditParameter(int accessClass, int p);
+
+    /** Whether text is an acceptable entry for p; tells the user why not. */
+    bool ValidateEntry(const QString &text, const QString &label, int p);
+
+    void ShowNumberMessage(const QString &label);
+    /** @param plain leaves the drive model out of the sentence. Limits are raw. */
+    void ShowRangeMessage(const QString &label, std::int32_t rawMin, std::int32_t rawMax,
+                          std::int32_t attributes, bool plain);
+    void ShowStopModeMessage();
+
+    /** Another destination selector already at target, or 0. */
+    int FindDestinationConflict(int p, int target) const;
+    /** Asks whether to overwrite such a selector, and clears it on Yes. @return whether the caller may go on.
+     */
+    bool ResolveDestinationConflict(int p, int target);
+
+    /** The parameters that p, a selector, can be pointed at. */
+    ParamChoices FillParamCombo(int p) const;
+
+    /**
+     * The question at going off line, while the link is still up. Blocks, pumping events, for up to
+     * SaveLimitMs.
+     * @param mode 2 only warns; any other asks and may save through parameter 406.
+     */
+    void PromptSaveToDrive(int mode);
+
+    /** How long the drive may take to save, in milliseconds. */
+    int SaveLimitMs = 5000;
+
+private:
+    Model &model_;
+    Asker &asker_;
+};
+
+} // namespace quorvik

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+namespace quorvik
+{
+
+/** Masks of the bits of ParamRecord::Attributes. Bits that no name stands for are kept, and nothing reads
+ * them. */
+namespace Attr
+{
+inline constexpr std::int32_t Decimals = 3;
+inline constexpr std::int32_t ReadOnly = 8;
+inline constexpr std::int32_t Icr = 16; ///< may be changed only while the drive is stopped
+inline constexpr std::int32_t TypeCode = 992;
+inline constexpr std::int32_t Destination =
+    1024;                                  ///< Value is the number of the parameter that this one drives
+inline constexpr std::int32_t Long = 2048; ///< Value is unsigned, 0 to 65535
+inline constexpr std::int32_t Refresh = 4096;
+inline constexpr std::int32_t RefreshAfterLoad = 0x1400;
+/** What a dependant does not take over from its source: read only, ICR, destination selector. */
+inline constexpr std::int32_t NotInherited = ReadOnly | Icr | Destination;
+} // namespace Attr
+
+/** States of ParamRecord::WriteFlag. */
+namespace WriteState
+{
+inline constexpr std::uint8_t None = 0;
+inline constexpr std::uint8_t Held = 1; ///< being changed: neither polled nor sent
+inline constexpr std::uint8_t Queued = 2;
+} // namespace WriteState
+
+/** One parameter of the drive. Raw values are in the drive's scale, decimals implied. */
+struct ParamRecord {
+    std::int32_t Min = 0;
+    std::int32_t Max = 0;
+    std::int32_t Attributes = 0;
+    std::int32_t Preset = 0; ///< factory value
+    std::int32_t Value = 0;
+    QString Name;
+    std::uint8_t ReadFlag = 0;  ///< how many windows or purposes want the parameter polled
+    std::uint8_t WriteFlag = 0; ///< one of WriteState
+};
+
+/** Parameters with a fixed role in the program's logic. */
+namespace Param
+{
+inline constexpr int FirstSelector = 1; ///< its highest value is the drive's last parameter
+inline constexpr int DriveCurrent = 122;
+inline constexpr int MotorCurrent = 123;
+inline constexpr int ClockFirst = 256;
+inline constexpr int ClockLast = 262;
+inline constexpr int SaveParameters = 406;
+inline constexpr int LoadParameters = 407;
+inline constexpr int OneShotCommand = 408;
+inline constexpr int DriveModel = 411;
+inline constexpr int ClearFault = 420;
+inline constexpr int DriveState = 422;
+} // namespace Param
+
+/** An array of records indexed by parameter number from 0. An index outside it raises RuntimeFailure. */
+class RecordArray
+{
+public:
+    ParamRecord &operator[](int number);
+    const ParamRecord &operator[](int number) const;
+
+    /** The highest index, -1 when empty. */
+    int UpperBound() const { return int(records_.size()) - 1; }
+
+    /** Grows or shrinks to 0..upperBound with contents kept. */
+    void Resize(int upperBound) { records_.resize(std::size_t(upperBound + 1)); }
+
+private:
+    [[noreturn]] void RaiseBounds(int number) const;
+
+    std::vector<ParamRecord> records_;
+};
+
+} // namespace quorvik

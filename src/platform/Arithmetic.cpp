@@ -1,0 +1,112 @@
+#include "platform/Arithmetic.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <cmath>
+#include <limits>
+
+namespace quorvik
+{
+
+namespace
+{
+
+[[noreturn]] void RaiseOverflow()
+{
+    throw RuntimeFailure(QStringLiteral("Overflow."));
+}
+
+template<typename Integer> Integer Narrow(double whole)
+{
+    // Written so that a NaN fails too.
+    if (!(whole >= double(std::numeric_limits<Integer>::min()) &&
+          whole <= double(std::numeric_limits<Integer>::max())))
+        RaiseOverflow();
+    return static_cast<Integer>(whole);
+}
+
+template<typename Integer> Integer Narrow(std::int32_t value)
+{
+    if (value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max())
+        RaiseOverflow();
+    return static_cast<Integer>(value);
+}
+
+} // namespace
+
+std::int32_t CheckedAdd(std::int32_t left, std::int32_t right)
+{
+    std::int32_t result = 0;
+    if (__builtin_add_overflow(left, right, &result))
+        RaiseOverflow();
+    return result;
+}
+
+std::int32_t CheckedSubtract(std::int32_t left, std::int32_t right)
+{
+    std::int32_t result = 0;
+    if (__builtin_sub_overflow(left, right, &result))
+        RaiseOverflow();
+    return result;
+}
+
+std::int32_t CheckedMultiply(std::int32_t left, std::int32_t right)
+{
+    std::int32_t result = 0;
+    if (__builtin_mul_overflow(left, right, &result))
+        RaiseOverflow();
+    return result;
+}
+
+std::int32_t CheckedNegate(std::int32_t value)
+{
+    return CheckedSubtract(0, value);
+}
+
+std::int32_t CheckedAbs(std::int32_t value)
+{
+    return value < 0 ? CheckedNegate(value) : value;
+}
+
+double CheckedDivide(double left, double right)
+{
+    if (right == 0.0)
+        throw RuntimeFailure(QStringLiteral("Division by zero."));
+    return left / right;
+}
+
+double RoundHalfEven(double value)
+{
+    const double below = std::floor(value);
+    const double part = value - below;
+    if (part != 0.5)
+        return std::floor(value + (part > 0.5 ? 1.0 : 0.0));
+    return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
+}
+
+std::int32_t CLng(double value)
+{
+    return Narrow<std::int32_t>(RoundHalfEven(value));
+}
+
+std::int16_t CInt(double value)
+{
+    return Narrow<std::int16_t>(RoundHalfEven(value));
+}
+
+std::int16_t ToInt16(std::int32_t value)
+{
+    return Narrow<std::int16_t>(value);
+}
+
+std::uint8_t ToByte(std::int32_t value)
+{
+    return Narrow<std::uint8_t>(value);
+}
+
+std::int32_t Fix(double value)
+{
+    return Narrow<std::int32_t>(std::trunc(value));
+}
+
+} // namespace quorvik

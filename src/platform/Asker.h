@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace quorvik
+{
+
+enum class MsgIcon { None, Critical, Question, Exclamation, Information };
+enum class MsgButtons { Ok, YesNo, YesNoCancel };
+enum class MsgAnswer { Ok, Yes, No, Cancel };
+
+/** What a file dialog is to offer; the filters are those of the settings files. */
+struct FileDialogRequest {
+    QString title;
+    QString folder;   ///< where the dialog opens
+    QString fileName; ///< proposed name, may be empty
+};
+
+/**
+ * The one asking seam: whoever owns a command asks the user through it. The program answers with message
+ * boxes and the platform's dialogs, a test with a script.
+ */
+class Asker
+{
+public:
+    virtual ~Asker() = default;
+
+    /**
+     * Shows a message box and waits for its answer.
+     * @param text plain text, never interpreted as rich text; may hold line breaks.
+     * @param title an empty title stands for the application's title.
+     */
+    virtual MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) = 0;
+
+    /** The file chosen to open, or nothing when the dialog was cancelled. */
+    virtual std::optional<QString> ShowOpen(const FileDialogRequest &request) = 0;
+
+    /** The file chosen to save to, with "Svx" as default extension, or nothing when the dialog was cancelled.
+     */
+    virtual std::optional<QString> ShowSave(const FileDialogRequest &request) = 0;
+};
+
+/** The application's title. */
+inline const QString &AppTitle()
+{
+    static const QString title = QStringLiteral("Quorvik");
+    return title;
+}
+
+} // namespace quorvik

@@ -1,0 +1,14 @@
+#include "platform/RuntimeFailure.h"
+
+#include <utility>
+
+namespace quorvik
+{
+
+RuntimeFailure::RuntimeFailure(QString sentence)
+    : sentence_(std::move(sentence))
+    , utf8_(sentence_.toUtf8())
+{
+}
+
+} // namespace quorvik

@@ -1,0 +1,39 @@
+#include "support/TestDesk.h"
+
+#include "settings/SettingsFile.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvik::testing
+{
+
+void RecordingHelp::DisplayTopic(const QString &topic, QWidget *)
+{
+    Topics.append(topic);
+}
+
+void RecordingHelp::DisplayContents(QWidget *)
+{
+    Topics.append(QStringLiteral("<contents>"));
+}
+
+void RecordingHelp::DisplaySearch(QWidget *)
+{
+    Topics.append(QStringLiteral("<search>"));
+}
+
+TestDesk::TestDesk()
+    : settings(folder.filePath(QStringLiteral("Quorvik.ini")))
+    , desk{model, rules, asker, settings, help, forms, {}, {}}
+{
+    model.InitColors();
+    model.Colors = model.DefaultColors;
+    EXPECT_EQ(SettingsFile(model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
+    model.ResetToDefaults();
+    model.ParamTable[Param::DriveState].ReadFlag = 1;
+    model.PortOpen = [this] { return online; };
+    forms.Add(&mainWindow);
+    desk.ShowChild = [](QWidget *form, bool) { form->show(); };
+}
+
+} // namespace quorvik::testing

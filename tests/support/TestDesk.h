@@ -1,0 +1,51 @@
+#pragma once
+
+#include "desktop/Desk.h"
+#include "desktop/HTMLHelp.h"
+#include "model/EntryRules.h"
+#include "model/Model.h"
+#include "platform/SettingsStore.h"
+#include "support/ScriptedAsker.h"
+
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QWidget>
+
+namespace quorvik::testing
+{
+
+/** Records the topics asked for. */
+class RecordingHelp : public HTMLHelp
+{
+public:
+    QStringList Topics;
+
+    void DisplayTopic(const QString &topic, QWidget *owner) override;
+    void DisplayContents(QWidget *owner) override;
+    void DisplaySearch(QWidget *owner) override;
+    void Close() override {}
+};
+
+/**
+ * A desk for window tests: the factory table of the build, scripted answers, a settings store in a temporary
+ * folder. The main window's place in the forms collection is taken by an empty widget; ShowChild shows
+ * windows free-standing.
+ */
+class TestDesk
+{
+public:
+    TestDesk();
+
+    QTemporaryDir folder;
+    Model model;
+    ScriptedAsker asker;
+    EntryRules rules{model, asker};
+    SettingsStore settings;
+    RecordingHelp help;
+    FormsCollection forms;
+    QWidget mainWindow;
+    bool online = false; ///< what Model::PortOpen answers
+    Desk desk;
+};
+
+} // namespace quorvik::testing
