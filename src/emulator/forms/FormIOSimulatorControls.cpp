@@ -122,6 +122,8 @@ QGroupBox *FormIOSimulator::MakeFrameAnalogInputs()
     LabelMin_ = MakeLabel(QStringLiteral("LabelMin"));
     LabelMax_ = MakeLabel(QStringLiteral("LabelMax"));
     LabelAnalogInputStatus_ = MakeLabel(QStringLiteral("LabelAnalogInputStatus"));
+    // The row must not move about while the level changes.
+    LabelAnalogInputStatus_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("-20.00 mA")));
     On(ComboAnalogInput_, &QComboBox::currentIndexChanged, this, [this] {
         ComboAnalogInput_Click();
         HScrollAnalogInputStatus_Change();

@@ -20,6 +20,10 @@ TerminalStrip::TerminalStrip(QList<Terminal> terminals, Indicator indicator, int
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setMouseTracking(selectable);
+    QStringList spoken;
+    for (const Terminal &terminal : terminals_)
+        spoken.append(QStringLiteral("%1 %2").arg(terminal.number).arg(terminal.name));
+    setAccessibleName(QStringLiteral("Terminals ") + spoken.join(QStringLiteral(", ")));
 }
 
 void TerminalStrip::SetLamp(int position, bool lit)
