@@ -1,0 +1,136 @@
+#include "blocks/BlockForm.h"
+
+#include "platform/Arithmetic.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex {
+    FinalVelDemand,
+    FinalIDemand,
+    VelFeedback,
+    ZeroSpeedSet,
+    StandstillLogic,
+    AtZeroSet,
+    AtZeroSpeed,
+    AtStandstill,
+    LoopEnable,
+};
+
+constexpr BlockRow Rows[] = {
+    {"Final Vel Demand", 129}, {"Final I Demand", 101},   {"Vel Feedback", 193},
+    {"Zero Speed Set", 207},   {"Standstill Logic", 208}, {"At Zero Set", 209},
+    {"At Zero Speed", 210},    {"At Standstill", 211},    {"Loop Enable", 212},
+};
+
+constexpr int DriveModeMsb = 109;
+constexpr int DriveModeLsb = 110;
+
+class FormZeroSpeedLogic final : public BlockForm
+{
+public:
+    explicit FormZeroSpeedLogic(Desk &desk)
+        : BlockForm(desk, {.name = "FormZeroSpeedLogic",
+                           .caption = QStringLiteral("Zero Speed Logic"),
+                           .helpTopic = "Zero Speed.htm",
+                           .rows = Rows})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        DrawComparators(d);
+        DrawLogic(d);
+        AddExtraInterest(DriveModeMsb);
+        AddExtraInterest(DriveModeLsb);
+    }
+
+    void Tick() override
+    {
+        const Model &model = desk().model;
+        const std::int32_t mode =
+            CheckedAdd(CheckedMultiply(2, model.Value(DriveModeMsb)), model.Value(DriveModeLsb));
+        modeSwitch_.Set(mode == 0 ? Velocity : Current);
+    }
+
+private:
+    enum ModeContact { Velocity, Current };
+
+    static constexpr double DemandY = 10;
+    static constexpr double FeedbackY = 34;
+
+    void DrawComparators(Drawing &d)
+    {
+        const double level = (DemandY + FeedbackY) / 2;
+        const Shape velocity = Box(FinalVelDemand, {0, DemandY - 4});
+        const Shape current = Box(FinalIDemand, {0, DemandY + 4}, CaptionAt::Below);
+        modeSwitch_ =
+            d.Switch(QStringLiteral("LineSwitch"), {30, DemandY}, {{21, DemandY - 4}, {21, DemandY + 4}});
+        d.Line(velocity.Right(), modeSwitch_.Contact(Velocity));
+        d.Line(current.Right(), modeSwitch_.Contact(Current));
+        d.Label(QStringLiteral("LabelDriveMode"), QStringLiteral("Drive Mode"), {27.5, DemandY - 8.2});
+        const QString absolute = QStringLiteral("ABS");
+        const QString absoluteTip = QStringLiteral("Absolute Value Function");
+        const Shape demandSize =
+            d.Function({34, DemandY}, {8, 5}, absolute, QStringLiteral("LabelAbs"), absoluteTip);
+        const Shape feedback = Box(VelFeedback, {0, FeedbackY});
+        const Shape feedbackSize =
+            d.Function({34, FeedbackY}, {8, 5}, absolute, QStringLiteral("Label2"), absoluteTip);
+        demandAtZero_ = d.Hysteresis({48, DemandY});
+        feedbackAtZero_ = d.Hysteresis({48, FeedbackY});
+        const Shape zero = Box(ZeroSpeedSet, {22, level});
+        const Port split = d.Dot({52, level});
+        d.Line(modeSwitch_.Pivot(), demandSize.Left());
+        d.Wire(demandSize.Right(), demandAtZero_.Left());
+        d.Wire(feedback.Right(), feedbackSize.Left());
+        d.Wire(feedbackSize.Right(), feedbackAtZero_.Left());
+        d.Line(zero.Right(), split);
+        d.Wire({split.at, Side::Top}, demandAtZero_.Bottom());
+        d.Wire({split.at, Side::Bottom}, feedbackAtZero_.Top());
+    }
+
+    void DrawLogic(Drawing &d)
+    {
+        const double middle = (DemandY + FeedbackY) / 2;
+        const Shape atZeroSet = Box(AtZeroSet, {62, DemandY});
+        const Shape atZeroSpeed = Box(AtZeroSpeed, {62, FeedbackY}, CaptionAt::Below);
+        d.Wire(demandAtZero_.Right(), atZeroSet.Left());
+        d.Wire(feedbackAtZero_.Right(), atZeroSpeed.Left());
+        const Shape both = d.And({80, middle}, QStringLiteral("Label3"), 8);
+        d.Wire(atZeroSet.Right(), both.LeftAt(middle - 2.5), 77);
+        d.Wire(atZeroSpeed.Right(), both.LeftAt(middle + 2.5), 77);
+        const Shape standstill = Box(AtStandstill, {92, middle});
+        d.Wire(both.Right(), standstill.Left());
+
+        const Shape logic = Box(StandstillLogic, {92, middle + 11}, CaptionAt::Below);
+        const Shape blocked = d.Nand({112, middle + 2.5}, QStringLiteral("Label4"), 8);
+        d.Wire(standstill.Right(), blocked.LeftAt(middle));
+        d.Wire(logic.Right(), blocked.LeftAt(middle + 5), 109);
+        const Shape enabled = d.And({126, middle - 2}, QStringLiteral("Label5"), 8);
+        d.Wire(blocked.Right(), enabled.LeftAt(middle), 123.5);
+        d.Label(QStringLiteral("LabelRampEnable"), QStringLiteral("Ramp Enable"), {110, middle - 8},
+                Qt::AlignHCenter);
+        d.Path({{{116.5, middle - 8}, {122, middle - 8}, {122, middle - 4}, {126, middle - 4}}}, true);
+        const Shape enable = Box(LoopEnable, {137, middle - 2});
+        d.Wire(enabled.Right(), enable.Left());
+    }
+
+    LivePart modeSwitch_;
+    Shape demandAtZero_;
+    Shape feedbackAtZero_;
+};
+
+} // namespace
+
+BlockForm *MakeFormZeroSpeedLogic(Desk &desk, int);
+
+BlockForm *MakeFormZeroSpeedLogic(Desk &desk, int)
+{
+    return Loaded(new FormZeroSpeedLogic(desk));
+}
+
+} // namespace quorvik
