@@ -2,9 +2,9 @@
 
 #include "settings/SettingsFile.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QTest>
+#include <QTimer>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -95,15 +95,18 @@ void DriveRig::Send(const QByteArray &bytes)
 QByteArray DriveRig::Receive(int count)
 {
     QByteArray received;
-    QElapsedTimer waiting;
-    waiting.start();
-    while (received.size() < count && waiting.elapsed() < 2000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    QEventLoop waiting;
+    QSocketNotifier arrived(tool_, QSocketNotifier::Read);
+    QObject::connect(&arrived, &QSocketNotifier::activated, &waiting, [&] {
         char buffer[256];
         const ssize_t size = ::read(tool_, buffer, sizeof buffer);
         if (size > 0)
             received.append(buffer, int(size));
-    }
+        if (received.size() >= count)
+            waiting.quit();
+    });
+    QTimer::singleShot(2000, &waiting, &QEventLoop::quit);
+    waiting.exec();
     return received;
 }
 

