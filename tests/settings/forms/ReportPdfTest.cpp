@@ -86,9 +86,12 @@ protected:
         return PagesOf(files.first());
     }
 
-    FormViewParameters *OpenList(ReportFilter filter)
+    /** Opens the list of the changed parameters, which is empty at first. */
+    FormViewParameters *OpenChangedList()
     {
-        OpenViewParameters(desk.desk, print, filter);
+        for (int p = 0; p <= desk.model.LastParam; ++p)
+            desk.model.ParamTable[p].Preset = desk.model.Value(p);
+        OpenViewParameters(desk.desk, print, ReportFilter::ChangedFromDefault);
         return qobject_cast<FormViewParameters *>(desk.forms.At(1));
     }
 
@@ -196,7 +199,7 @@ TEST_F(Report, NumbersThePagesOfEachCopyFromOne)
 
 TEST_F(Report, TakesTheRowsOfTheOpenListInItsOrder)
 {
-    FormViewParameters *list = OpenList(ReportFilter::ChangedFromDefault);
+    FormViewParameters *list = OpenChangedList();
     EXPECT_TRUE(NumbersOf(Print()).isEmpty()) << "an empty list prints its heads alone";
 
     for (const int p : {217, 83, 226})
@@ -237,7 +240,7 @@ TEST_F(Report, APrinterThatCannotBeWrittenToIsTold)
 
 TEST_F(Report, ExportWritesTheShownRowsInTheShownOrder)
 {
-    FormViewParameters *list = OpenList(ReportFilter::ChangedFromDefault);
+    FormViewParameters *list = OpenChangedList();
     desk.model.ParamTable[221].Value = 700;
     desk.model.ParamTable[305].Value = 1;
     QTest::mouseClick(list->findChild<QWidget *>(QStringLiteral("CommandRefresh")), Qt::LeftButton);
