@@ -4,7 +4,6 @@
 #include "platform/Guard.h"
 
 #include <algorithm>
-#include <ctime>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
@@ -18,8 +17,6 @@ constexpr char Stx = 2;
 constexpr char Ack = 6;
 constexpr char Nak = 0x15;
 constexpr char PropertiesCommand = 4;
-constexpr std::int64_t NsPerSecond = 1'000'000'000;
-constexpr std::int64_t NsPerMs = 1'000'000;
 
 void AppendWord(QByteArray &bytes, std::int32_t value)
 {
@@ -36,13 +33,6 @@ void AppendCheck(QByteArray &bytes)
 }
 
 } // namespace
-
-std::int64_t SteadyNow()
-{
-    timespec now;
-    ::clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec * NsPerSecond + now.tv_nsec;
-}
 
 DriveServer::DriveServer(DriveTable &table, DriveCommands &commands, FaultInjector &faults,
                          PseudoTerminal &terminal, int baud, QObject *parent)

@@ -5,6 +5,7 @@
 #include "drive/Pacer.h"
 #include "drive/PseudoTerminal.h"
 #include "drive/RequestParser.h"
+#include "drive/SteadyClock.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -16,9 +17,6 @@ namespace quorvik::drive
 {
 
 class DriveCommands;
-
-/** Nanoseconds of the steady clock that all of the drive's times are taken from. */
-std::int64_t SteadyNow();
 
 /** What was served so far. */
 struct ServiceCounts {

@@ -1,5 +1,6 @@
 #include "drive/FaultInjector.h"
 
+#include "drive/SteadyClock.h"
 #include "platform/Numbers.h"
 
 #include <QStringList>
@@ -84,7 +85,7 @@ QString FaultInjector::Add(const QString &words, std::int64_t now)
         order.ms = DefaultLateMs;
     order.dice.seed(seed);
     if (order.kind == FaultKind::Drop && !waitsForRequest) {
-        offBusUntil_ = order.ms > 0 ? now + order.ms * std::int64_t(1'000'000) : Forever;
+        offBusUntil_ = order.ms > 0 ? now + order.ms * NsPerMs : Forever;
         ++injected_[std::size_t(FaultKind::Drop)];
         return {};
     }
@@ -136,7 +137,7 @@ bool FaultInjector::DropsRequest(int p, std::int64_t now)
     int ms = 0;
     if (orders_.empty() || !Fires(FaultKind::Drop, p, &ms))
         return false;
-    offBusUntil_ = ms > 0 ? now + ms * std::int64_t(1'000'000) : Forever;
+    offBusUntil_ = ms > 0 ? now + ms * NsPerMs : Forever;
     return true;
 }
 

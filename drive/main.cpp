@@ -43,8 +43,7 @@ int Complain(const QString &sentence)
     return 1;
 }
 
-/** @return the number of an option within its range, or def where it is not given; says what is wrong else.
- */
+/** @return the number of an option, nothing where it is not given. A wrong one is told in problem. */
 std::optional<int> NumberOf(const QCommandLineParser &parser, const QString &name, int low, int high,
                             QString &problem)
 {

@@ -171,7 +171,8 @@ void Database::Release()
 
 QString Database::Failure(const QString &reason) const
 {
-    return QStringLiteral("\"%1\": %2.").arg(title_, reason);
+    return title_.isEmpty() ? QStringLiteral("The file was not written: %1.").arg(reason)
+                            : QStringLiteral("\"%1\": %2.").arg(title_, reason);
 }
 
 QString Database::Execute(const QString &statement)
@@ -283,16 +284,15 @@ QString Database::Close()
 
 QString DBEngine::CreateDatabase(const QString &path, Database &database)
 {
-    database.title_ = QFileInfo(path).fileName();
     database.connectionName_ = NewConnectionName();
     database.connection_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), database.connectionName_);
     database.connection_.setDatabaseName(path);
     if (!database.connection_.open())
         return database.Failure(database.connection_.lastError().databaseText());
-    // The file counts for nothing until its owner has flushed and renamed it, so the engine's own journal and
-    // flushes would only cost time.
+    // The file counts for nothing until its owner has flushed and renamed it, so the engine's own files
+    // and flushes would only cost time.
     const QStringList statements = {
-        QStringLiteral("PRAGMA journal_mode = OFF"),
+        QStringLiteral("PRAGMA journal_mode = MEMORY"),
         QStringLiteral("PRAGMA synchronous = OFF"),
         QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId),
         QStringLiteral("PRAGMA user_version = %1").arg(FormatVersion),
