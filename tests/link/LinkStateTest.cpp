@@ -332,24 +332,45 @@ TEST_F(LinkStateTest, APulledAdapterIsSilenceAndComesBack)
     EXPECT_TRUE(WaitUntil([&] { return P(10).Value == 77; }));
 }
 
-TEST_F(LinkStateTest, APortClosedFromItsOwnEventStaysWhole)
+TEST_F(LinkStateTest, APortClosedBehindItsOwnEventStaysWhole)
 {
     Connect();
     Want({10});
     bool closed = false;
-    const auto onComm = QObject::connect(
+    QObject::connect(
         &link.MSComm1, &MSComm::OnComm, &link,
         [&] {
-            link.GoOffLine(0);
-            link.GoOnLine(); // with an event loop of its own, in which a dead port would be deleted
-            Idle(30);
+            // As behind a message box: closed in a nested event loop that then goes on for a while.
+            QTimer::singleShot(0, &link, [&] { link.GoOffLine(0); });
+            Idle(60);
             closed = true;
         },
         Qt::SingleShotConnection);
     ASSERT_TRUE(WaitUntil([&] { return closed; }));
-    EXPECT_TRUE(link.PortOpen());
+    EXPECT_FALSE(link.PortOpen());
     peer.Values[10] = 5;
+    link.GoOnLine();
     EXPECT_TRUE(WaitUntil([&] { return P(10).Value == 5; }));
+}
+
+TEST_F(LinkStateTest, ThePauseBehindAWrongLengthEndsWithItsSession)
+{
+    Connect();
+    Want({10});
+    peer.Answer = [](const QByteArray &) { return QByteArray(9, 'x'); };
+    ASSERT_TRUE(WaitUntil([&] { return link.PacketSizeErrorCount == 1; }));
+    link.GoOffLine(0);
+    peer.Frames.clear();
+    peer.Answer = [&](const QByteArray &frame) {
+        EXPECT_FALSE(link.SerialCommTimer.isActive()) << "a reply is being waited for";
+        return peer.Frames.size() == 1 ? QByteArray() : peer.DriveAnswer(frame);
+    };
+    QElapsedTimer clock;
+    clock.start();
+    link.GoOnLine();
+    EXPECT_GE(clock.elapsed(), Short.replyTimeout) << "the first silence ran its full time";
+    EXPECT_EQ(link.NoResponseCount, 0);
+    EXPECT_EQ(peer.Count(PropsRequest(1)), 2);
 }
 
 TEST_F(LinkStateTest, APortThatWillNotOpenSaysWhyAndChangesNothing)
