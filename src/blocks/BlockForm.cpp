@@ -155,8 +155,6 @@ Shape BlockForm::Box(int rowIndex, const QPointF &left, CaptionAt captionAt)
     row.box = new ValueBox(ControlName("Text1", rowIndex), view_);
     row.box->setAccessibleName(row.caption);
     On(row.box, &ValueBox::clicked, this, [this, rowIndex] { Text1_Click(rowIndex); });
-    if (linked_ && rowIndex == 0)
-        On(row.box, &ValueBox::TextChanged, this, [this] { Text1_Change(); });
 
     const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(rowIndex));
     view_->Place(row.box, rect);
@@ -285,8 +283,9 @@ void BlockForm::TimerUpdateScreen_Timer()
 {
     if (linked_)
         SetRowParam(RowCount() - 1, RowValue(0));
-    for (const Row &row : rows_)
-        PaintRow(row);
+    for (const Row &row : std::as_const(rows_))
+        if (PaintRow(row) && linked_ && &row == &rows_.constFirst())
+            Text1_Change();
     if (linked_)
         PaintLinkedCaption();
     for (const GuardedArea &guarded : areas_)
@@ -294,15 +293,16 @@ void BlockForm::TimerUpdateScreen_Timer()
     Tick();
 }
 
-void BlockForm::PaintRow(const Row &row)
+bool BlockForm::PaintRow(const Row &row)
 {
     const Model &model = desk().model;
     const ParamRecord &record = model.ParamTable[row.param];
     const int accessClass = model.AccessClass(row.param);
-    row.box->SetText(ValueText(record.Value, record.Attributes));
+    const bool changed = row.box->SetText(ValueText(record.Value, record.Attributes));
     SetTag(row.box, QString::number(accessClass));
     SetPlainToolTip(row.box, model.AccessDescription(row.param, accessClass));
     row.box->SetBackColor(ColorOf(model.Colors.at(std::size_t(accessClass))));
+    return changed;
 }
 
 void BlockForm::PaintLinkedCaption()

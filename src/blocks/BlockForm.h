@@ -115,7 +115,7 @@ private:
     void Text1_Change();
     void CommandIOMentor_Click();
     void TimerUpdateScreen_Timer();
-    void PaintRow(const Row &row);
+    bool PaintRow(const Row &row); ///< whether its text changed
     void PaintLinkedCaption();
     bool MayWrite(const QList<int> &rows) const;
     void MeasureRows();
