@@ -70,6 +70,7 @@ OperatorButton::OperatorButton(OperatorSymbol symbol, QWidget *parent)
 void OperatorButton::SetLit(bool isLit)
 {
     isLit_ = isLit;
+    setAccessibleDescription(isLit ? QStringLiteral("on") : QString());
     update();
 }
 
