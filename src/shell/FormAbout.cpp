@@ -24,7 +24,7 @@ FormAbout::FormAbout(Desk &desk, QWidget *owner)
     auto *icon = makeLabel(QStringLiteral("picIcon"), QString());
     const int side = fontMetrics().height() * 4;
     icon->setPixmap(QApplication::windowIcon().pixmap(side, side));
-    icon->setMinimumWidth(side);
+    icon->setVisible(!QApplication::windowIcon().isNull());
     icon->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
     auto *title = makeLabel(QStringLiteral("lblTitle"), AppTitle());
     QFont large = font();
@@ -71,6 +71,7 @@ FormAbout::FormAbout(Desk &desk, QWidget *owner)
     buttons->addWidget(sysInfo);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(head, 1);
+    layout->addSpacing(fontMetrics().height());
     layout->addLayout(buttons);
     ok->setFocus();
 }

@@ -76,6 +76,7 @@ FormColorSettings::FormColorSettings(Desk &desk)
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(MakeSlots());
     layout->addStretch();
+    layout->addSpacing(fontMetrics().height());
     layout->addWidget(MakeCommands());
     for (int index = 0; index < SlotCount; ++index)
         shape1_[std::size_t(index)]->SetColor(ColorOf(desk.model.Colors[std::size_t(index)]));
