@@ -99,7 +99,7 @@ void SpeedProfile::DrawGround(QPainter &painter, const Ink &ink) const
     DrawArrow(painter, {20, 80}, {20, 60});
     painter.setPen(ink.line);
     DrawCaptionRight(painter, {28, 64}, QStringLiteral("Speed"));
-    DrawCaption(painter, {196, Standstill + 14}, QStringLiteral("Time"));
+    DrawCaption(painter, {198, Standstill - 12}, QStringLiteral("Time"));
     DrawCaption(painter, {67, Forward - 12}, QStringLiteral("Forward"));
     DrawCaption(painter, {52, 150}, QStringLiteral("Accel"));
     DrawCaption(painter, {116, 130}, QStringLiteral("Decel"));

@@ -62,6 +62,7 @@ private:
     void GoNext();
     void FinishSetup();
     void ShowPlan();
+    void FitPage(int step);
     void UpdateNavButtons(int step);
     void FocusPage(int step);
 

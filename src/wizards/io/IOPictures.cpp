@@ -52,7 +52,7 @@ void DrawParameterBox(QPainter &painter, const Ink &ink, const QRectF &box, int 
     UseShape(painter, ink.line, ink.accent, 1.8);
     painter.drawRoundedRect(box, 6, 6);
     painter.setPen(ink.onAccent);
-    DrawCaption(painter, {box.center().x(), box.top() + 20}, QString::number(number), 18, true);
+    DrawCaption(painter, {box.center().x(), box.top() + 19}, QString::number(number), 18, true);
     QFont font = painter.font();
     font.setPixelSize(12);
     font.setBold(false);
@@ -100,10 +100,13 @@ void DrawScale(QPainter &painter, const Ink &ink, const Scale &scale)
     DrawCaption(painter, {end.x(), zeroY + 14}, QStringLiteral("100 %"), 12, true);
     DrawCaption(painter, {start.x() + (scale.throughZero ? 20 : 0), zeroY + 29}, scale.left, 11);
     DrawCaption(painter, {end.x(), zeroY + 29}, scale.right, 11);
-    DrawCaptionRight(painter, {start.x() + 12, start.y() + (scale.throughZero ? -14 : 2)}, scale.low, 12);
+    if (scale.throughZero)
+        DrawCaption(painter, {start.x() - 48, start.y() - 14}, scale.low, 12);
+    else
+        DrawCaptionRight(painter, {start.x() + 12, start.y() + 2}, scale.low, 12);
     DrawCaption(painter, {end.x() - 4, end.y() - 16}, scale.high, 12);
     DrawCaption(painter, {110, bottom + (scale.throughZero ? 18 : 48)}, scale.axis, 11);
-    DrawCaption(painter, {110, 56}, scale.upAxis, 11);
+    DrawCaptionRight(painter, {zeroX + 9, 74}, scale.upAxis, 11);
 }
 
 QString ShownValue(const ValuesView &view, const ValuePair &values, std::size_t index)
@@ -150,19 +153,19 @@ void DrawSwitching(QPainter &painter, const Ink &ink, const ValuesView &view, co
     painter.setPen(QPen(ink.faint, 1.3, Qt::DashLine));
     painter.drawLine(QPointF(20, onLevel), QPointF(200, onLevel));
     painter.drawLine(QPointF(20, offLevel), QPointF(200, offLevel));
-    QPainterPath source(QPointF(20, 210));
-    source.cubicTo({70, 200}, {80, 80}, {110, 84});
-    source.cubicTo({145, 88}, {150, 200}, {198, 206});
+    QPainterPath source(QPointF(76, 212));
+    source.cubicTo({112, 206}, {112, 84}, {136, 84});
+    source.cubicTo({160, 84}, {160, 206}, {198, 212});
     UsePen(painter, ink.line, 2);
     painter.drawPath(source);
     UsePen(painter, ink.accent, 3.5);
-    painter.drawPolyline(QPolygonF{{20, 296}, {70, 296}, {70, 264}, {150, 264}, {150, 296}, {200, 296}});
+    painter.drawPolyline(QPolygonF{{20, 296}, {115, 296}, {115, 264}, {164, 264}, {164, 296}, {200, 296}});
     painter.setPen(ink.line);
     DrawCaptionRight(painter, {26, onLevel - 9}, view.captions[0], 11);
-    DrawCaptionRight(painter, {150, onLevel - 9}, ShownValue(view, values, 0), 12);
+    DrawCaptionRight(painter, {26, onLevel + 10}, ShownValue(view, values, 0), 12);
     DrawCaptionRight(painter, {26, offLevel - 9}, view.captions[1], 11);
-    DrawCaptionRight(painter, {156, offLevel - 9}, ShownValue(view, values, 1), 12);
-    DrawCaption(painter, {110, 282}, QStringLiteral("Output"), 11);
+    DrawCaptionRight(painter, {26, offLevel + 10}, ShownValue(view, values, 1), 12);
+    DrawCaptionRight(painter, {26, 282}, QStringLiteral("Output"), 11);
 }
 
 } // namespace
@@ -231,13 +234,13 @@ void DrawDestination(QPainter &painter, const Ink &ink, const IOSetup &setup)
     DrawTerminal(painter, ink, {85, 70, 50, 40}, false);
     UsePen(painter, ink.line, 2);
     DrawArrow(painter, {110, 112}, {110, 176});
-    DrawParameterBox(painter, ink, {25, 180, 170, 90}, setup.Destination,
+    DrawParameterBox(painter, ink, {25, 180, 170, 76}, setup.Destination,
                      setup.Table().ParamTable[setup.Destination].Name);
 }
 
 void DrawSource(QPainter &painter, const Ink &ink, const IOSetup &setup)
 {
-    DrawParameterBox(painter, ink, {25, 70, 170, 90}, setup.Source,
+    DrawParameterBox(painter, ink, {25, 86, 170, 76}, setup.Source,
                      setup.Table().ParamTable[setup.Source].Name);
     UsePen(painter, ink.line, 2);
     DrawArrow(painter, {110, 162}, {110, 226});
