@@ -69,9 +69,13 @@ QByteArray AnyCase(const QString &extension)
 
 void Run(const QString &program, const QStringList &arguments)
 {
-    const QString path = QStandardPaths::findExecutable(program);
-    if (!path.isEmpty())
-        QProcess::startDetached(path, arguments);
+    QProcess process;
+    process.setProgram(QStandardPaths::findExecutable(program));
+    process.setArguments(arguments);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    if (!process.program().isEmpty())
+        process.startDetached();
 }
 
 } // namespace
