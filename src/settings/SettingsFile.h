@@ -17,13 +17,16 @@ class SettingsFile
 public:
     explicit SettingsFile(Model &model);
 
-    /** Reads the factory table into PresetTable, Notes and FileLastParam. FileName becomes "unnamed". */
+    /** Reads the factory table into PresetTable, Notes and FileLastParam. FileName becomes "unnamed". A table
+     * too short to hold the parameters that the logic itself knows is refused. */
     QString LoadPresets(const QString &path);
 
     /**
      * Reads a settings file into the table, the notes and the virtual operator, and makes it the open file.
      * On line the drive's model, its read-only parameters and all but the value of parameter 123 are kept. A
-     * failure before the virtual operator's table leaves FileName and the marks as they were.
+     * file longer than the factory table makes both tables grow, a shorter one leaves the remaining records
+     * as they are. A file that is refused is refused as a whole: table, notes, FileName and marks stay as
+     * they were. What the virtual operator's table lacks is no failure; its slots are then empty.
      */
     QString LoadSettings(const QString &path);
 
@@ -35,6 +38,8 @@ public:
     QString Save(const QString &path);
 
 private:
+    void GrowPresets();
+
     Model &model_;
 };
 

@@ -1,0 +1,329 @@
+#include "platform/DBEngine.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QUrl>
+#include <QtEndian>
+#include <limits>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr int HeaderSize = 100;
+constexpr char Magic[] = "SQLite format 3"; // with its closing zero byte
+constexpr int WriteVersionOffset = 18;
+constexpr int ReadVersionOffset = 19;
+constexpr int FormatVersionOffset = 60;
+constexpr int ApplicationIdOffset = 68;
+
+QString NewConnectionName()
+{
+    static quint64 count = 0;
+    return QStringLiteral("quorvik-%1").arg(++count);
+}
+
+QString Quoted(const QString &name)
+{
+    return u'[' + name + u']';
+}
+
+QString SqlType(const Field &field)
+{
+    switch (field.type) {
+    case FieldType::dbInteger:
+        return QStringLiteral("SMALLINT");
+    case FieldType::dbLong:
+        return QStringLiteral("INTEGER");
+    case FieldType::dbText:
+        break;
+    }
+    return QStringLiteral("VARCHAR(%1)").arg(field.size);
+}
+
+bool FitsWhole(const QVariant &value, qlonglong low, qlonglong high)
+{
+    const int type = value.typeId();
+    if (type != QMetaType::LongLong && type != QMetaType::Int && type != QMetaType::Short)
+        return false;
+    const qlonglong whole = value.toLongLong();
+    return whole >= low && whole <= high;
+}
+
+bool Fits(const QVariant &value, const Field &field)
+{
+    if (value.isNull())
+        return !field.required;
+    switch (field.type) {
+    case FieldType::dbInteger:
+        return FitsWhole(value, std::numeric_limits<std::int16_t>::min(),
+                         std::numeric_limits<std::int16_t>::max());
+    case FieldType::dbLong:
+        return FitsWhole(value, std::numeric_limits<std::int32_t>::min(),
+                         std::numeric_limits<std::int32_t>::max());
+    case FieldType::dbText:
+        break;
+    }
+    return value.typeId() == QMetaType::QString && value.toString().size() <= field.size;
+}
+
+QString Misfit(const Field &field, std::size_t row)
+{
+    return QStringLiteral("row %1 holds a value that does not fit its column \"%2\"")
+        .arg(row)
+        .arg(field.name);
+}
+
+/** The engine's own address form, in which a file can be opened as one that never changes: no lock, no
+ * journal, no second file beside it. */
+QString ReadOnlyAddress(const QString &path)
+{
+    const QByteArray encoded = QUrl::toPercentEncoding(QFileInfo(path).absoluteFilePath(), "/:");
+    return QStringLiteral("file://") + (encoded.startsWith('/') ? QString() : QStringLiteral("/")) +
+           QString::fromLatin1(encoded) + QStringLiteral("?mode=ro&immutable=1");
+}
+
+/** Looks at a file before the engine does. */
+QString CheckHeader(const QString &path, const QString &title)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QStringLiteral("Could not find file \"%1\".").arg(path);
+    // A pipe or a device would never end.
+    if (!info.isFile())
+        return QStringLiteral("\"%1\" is not a file.").arg(path);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral("\"%1\" cannot be opened: %2.").arg(path, file.errorString());
+    const QByteArray header = file.read(HeaderSize);
+    const auto word = [&header](int offset) { return qFromBigEndian<quint32>(header.constData() + offset); };
+    if (header.size() < HeaderSize || !header.startsWith(QByteArrayView(Magic, sizeof Magic)) ||
+        word(ApplicationIdOffset) != DBEngine::ApplicationId)
+        return QStringLiteral("\"%1\" is not a settings file of this program.").arg(title);
+    if (word(FormatVersionOffset) != DBEngine::FormatVersion)
+        return QStringLiteral("\"%1\" was written by a newer version of this program.").arg(title);
+    // Only the plain journal format can be read without a second file.
+    if (header.at(WriteVersionOffset) != 1 || header.at(ReadVersionOffset) != 1 ||
+        info.size() > DBEngine::MaxFileSize)
+        return QStringLiteral("\"%1\" is damaged.").arg(title);
+    return {};
+}
+
+} // namespace
+
+std::size_t Recordset::ColumnOf(const QString &field) const
+{
+    for (std::size_t column = 0; column < fields_.size(); ++column)
+        if (fields_[column].name == field)
+            return column;
+    throw RuntimeFailure(QStringLiteral("There is no column \"%1\".").arg(field));
+}
+
+const QVariant &Recordset::Value(const QString &field) const
+{
+    if (AtEnd())
+        throw RuntimeFailure(QStringLiteral("There is no current record."));
+    return rows_[position_][ColumnOf(field)];
+}
+
+void Recordset::AddNew()
+{
+    newRow_.assign(fields_.size(), QVariant());
+}
+
+void Recordset::SetValue(const QString &field, const QVariant &value)
+{
+    newRow_[ColumnOf(field)] = value;
+}
+
+QString Recordset::Update()
+{
+    for (std::size_t column = 0; column < fields_.size(); ++column) {
+        if (!Fits(newRow_[column], fields_[column]))
+            return QStringLiteral("The file was not written: %1.").arg(Misfit(fields_[column], position_));
+        insert_->bindValue(int(column), newRow_[column]);
+    }
+    ++position_;
+    if (!insert_->exec())
+        return QStringLiteral("The file was not written: %1.").arg(insert_->lastError().databaseText());
+    return {};
+}
+
+Database::~Database()
+{
+    Release();
+}
+
+void Database::Release()
+{
+    if (connectionName_.isEmpty())
+        return;
+    connection_.close();
+    connection_ = QSqlDatabase();
+    QSqlDatabase::removeDatabase(connectionName_);
+    connectionName_.clear();
+}
+
+QString Database::Failure(const QString &reason) const
+{
+    return QStringLiteral("\"%1\": %2.").arg(title_, reason);
+}
+
+QString Database::Execute(const QString &statement)
+{
+    QSqlQuery query(connection_);
+    if (!query.exec(statement))
+        return Failure(query.lastError().databaseText());
+    return {};
+}
+
+QString Database::AppendTableDef(const TableDef &table)
+{
+    QStringList columns;
+    for (const Field &field : table.Fields())
+        columns.append(Quoted(field.name) + u' ' + SqlType(field));
+    return Execute(QStringLiteral("CREATE TABLE %1 (%2)").arg(Quoted(table.Name()), columns.join(u',')));
+}
+
+QString Database::OpenForAppend(const TableDef &table, Recordset &recordset)
+{
+    recordset.fields_ = table.Fields();
+    recordset.insert_ = std::make_unique<QSqlQuery>(connection_);
+    const QStringList marks(qsizetype(table.Fields().size()), QStringLiteral("?"));
+    if (!recordset.insert_->prepare(
+            QStringLiteral("INSERT INTO %1 VALUES (%2)").arg(Quoted(table.Name()), marks.join(u','))))
+        return Failure(recordset.insert_->lastError().databaseText());
+    return {};
+}
+
+QString Database::CheckSchema()
+{
+    // A view, trigger or virtual table has no pages of its own; nothing but tables of pages is read.
+    constexpr int maxObjects = 32;
+    QSqlQuery query(connection_);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT type, rootpage FROM sqlite_master LIMIT %1").arg(maxObjects + 1)))
+        return Failure(query.lastError().databaseText());
+    int objects = 0;
+    while (query.next()) {
+        const bool isPlainTable =
+            query.value(0).toString() == QStringLiteral("table") && query.value(1).toLongLong() > 0;
+        if (!isPlainTable || ++objects > maxObjects)
+            return Failure(QStringLiteral("the file holds more than tables and is not read"));
+    }
+    if (query.lastError().isValid())
+        return Failure(query.lastError().databaseText());
+    return {};
+}
+
+QString Database::CheckColumns(const TableDef &table)
+{
+    QSqlQuery query(connection_);
+    if (!query.exec(QStringLiteral("PRAGMA table_xinfo(%1)").arg(Quoted(table.Name()))))
+        return Failure(query.lastError().databaseText());
+    QStringList present;
+    while (query.next()) {
+        // A computed column would run what the file brings along.
+        if (query.value(QStringLiteral("hidden")).toInt() == 0)
+            present.append(query.value(QStringLiteral("name")).toString());
+    }
+    if (present.isEmpty())
+        return Failure(QStringLiteral("the table \"%1\" is missing").arg(table.Name()));
+    for (const Field &field : table.Fields())
+        if (!present.contains(field.name, Qt::CaseInsensitive))
+            return Failure(QStringLiteral("the column \"%1\" of the table \"%2\" is missing")
+                               .arg(field.name, table.Name()));
+    return {};
+}
+
+QString Database::OpenSnapshot(const TableDef &table, const QStringList &columns, Recordset &recordset)
+{
+    if (QString failure = CheckColumns(table); !failure.isEmpty())
+        return failure;
+    QStringList quoted;
+    for (const Field &field : table.Fields()) {
+        if (!columns.contains(field.name))
+            continue;
+        recordset.fields_.push_back(field);
+        quoted.append(Quoted(field.name));
+    }
+    QSqlQuery query(connection_);
+    query.setForwardOnly(true);
+    if (!query.exec(
+            QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid").arg(quoted.join(u','), Quoted(table.Name()))))
+        return Failure(query.lastError().databaseText());
+    while (query.next()) {
+        if (recordset.rows_.size() == std::size_t(MaxRecords))
+            return Failure(
+                QStringLiteral("the table \"%1\" holds more than %2 rows").arg(table.Name()).arg(MaxRecords));
+        std::vector<QVariant> row;
+        for (std::size_t column = 0; column < recordset.fields_.size(); ++column) {
+            row.push_back(query.value(int(column)));
+            if (!Fits(row.back(), recordset.fields_[column]))
+                return Failure(Misfit(recordset.fields_[column], recordset.rows_.size()));
+        }
+        recordset.rows_.push_back(std::move(row));
+    }
+    if (query.lastError().isValid())
+        return Failure(query.lastError().databaseText());
+    return {};
+}
+
+QString Database::Close()
+{
+    const QString failure = Execute(QStringLiteral("COMMIT"));
+    Release();
+    return failure;
+}
+
+QString DBEngine::CreateDatabase(const QString &path, Database &database)
+{
+    database.title_ = QFileInfo(path).fileName();
+    database.connectionName_ = NewConnectionName();
+    database.connection_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), database.connectionName_);
+    database.connection_.setDatabaseName(path);
+    if (!database.connection_.open())
+        return database.Failure(database.connection_.lastError().databaseText());
+    // The file counts for nothing until its owner has flushed and renamed it, so the engine's own journal and
+    // flushes would only cost time.
+    const QStringList statements = {
+        QStringLiteral("PRAGMA journal_mode = OFF"),
+        QStringLiteral("PRAGMA synchronous = OFF"),
+        QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId),
+        QStringLiteral("PRAGMA user_version = %1").arg(FormatVersion),
+        QStringLiteral("BEGIN"),
+    };
+    for (const QString &statement : statements)
+        if (QString failure = database.Execute(statement); !failure.isEmpty())
+            return failure;
+    return {};
+}
+
+QString DBEngine::OpenDatabase(const QString &path, Database &database)
+{
+    database.title_ = QFileInfo(path).fileName();
+    if (QString failure = CheckHeader(path, database.title_); !failure.isEmpty())
+        return failure;
+    database.connectionName_ = NewConnectionName();
+    database.connection_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), database.connectionName_);
+    database.connection_.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+    database.connection_.setDatabaseName(ReadOnlyAddress(path));
+    if (!database.connection_.open())
+        return database.Failure(database.connection_.lastError().databaseText());
+    const QStringList statements = {
+        QStringLiteral("PRAGMA trusted_schema = OFF"),
+        QStringLiteral("PRAGMA cell_size_check = ON"),
+        QStringLiteral("PRAGMA query_only = ON"),
+    };
+    for (const QString &statement : statements)
+        if (QString failure = database.Execute(statement); !failure.isEmpty())
+            return failure;
+    return database.CheckSchema();
+}
+
+} // namespace quorvik

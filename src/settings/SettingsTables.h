@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/DBEngine.h"
+
+#include <QString>
+
+namespace quorvik
+{
+
+struct ParamRecord;
+class RecordArray;
+
+/** The tables of a settings file and of the factory table, as both are written and expected. */
+const TableDef &SettingsTable();
+const TableDef &PropertiesTable();
+const TableDef &VirtualSettingsTable();
+
+/** Appends the parameters' table with the records 0 to lastParam. @return an empty text or the engine's
+ * sentence.
+ */
+QString WriteSettingsTable(Database &database, const RecordArray &records, int lastParam);
+
+/** Appends the table of properties; a null text stores Null. @return as above. */
+QString WritePropertiesTable(Database &database, const QString &notes);
+
+/** Reads all rows of the parameters' table. The column Tag must be there, but is never read. @return as
+ * above. */
+QString OpenSettingsTable(Database &database, Recordset &rows);
+
+/**
+ * Reads the notes, null for Null. A file without a row of properties is refused. @return as above.
+ */
+QString ReadNotes(Database &database, QString &notes);
+
+/** The present row as a record, its flags 0. */
+ParamRecord RecordOf(const Recordset &row);
+
+/**
+ * Text of a file as it may stand in a label: what is no visible character becomes a blank, so that a text can
+ * neither break a line nor turn the direction of what stands beside it.
+ * @param keepLines leaves line breaks and tabulators in place.
+ */
+QString ShowableText(QString text, bool keepLines);
+
+} // namespace quorvik
