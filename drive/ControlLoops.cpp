@@ -1,0 +1,182 @@
+#include "drive/ControlLoops.h"
+
+#include "drive/StartStopLogic.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace quorvik::drive
+{
+
+namespace
+{
+
+constexpr int Steps = 10;               // of the loops in one tick of the machine
+constexpr double Inertia = 0.8;         // seconds from standstill to nominal speed at nominal torque
+constexpr double CurrentLag = 0.01;     // seconds
+constexpr double ArmatureDrop = 0.06;   // of the nominal voltage, at nominal current
+constexpr double FrictionStatic = 0.03; // of the nominal torque
+constexpr double FrictionViscous = 0.12;
+constexpr double CurrentCeiling = 2.0;
+constexpr double FilterTime = 0.25; // seconds
+constexpr double SmallestGain = 0.5;
+constexpr double LargestGain = 40.0;
+constexpr std::int32_t TachSelected = 1;
+constexpr std::int32_t ArmatureSelected = 0;
+
+double Fraction(std::int32_t counts)
+{
+    return counts / FullScale;
+}
+
+void Follow(double &filtered, double value, double seconds, double time)
+{
+    filtered += (value - filtered) * (1 - std::exp(-seconds / time));
+}
+
+} // namespace
+
+double ControlLoops::SelectedFeedback() const
+{
+    switch (table_.Get(P::FeedbackSelect)) {
+    case ArmatureSelected:
+        return Fraction(table_.Get(P::ArmatureFeedback)) -
+               Fraction(table_.Get(P::IrCompensation)) * ArmatureDrop * current_;
+    case TachSelected:
+        return Fraction(table_.Get(P::TachFeedback));
+    default:
+        return Fraction(table_.Get(P::EncoderFeedback));
+    }
+}
+
+void ControlLoops::MeasureSpeed(double flux)
+{
+    const double sign = table_.IsOn(P::InvertFeedback) ? -1 : 1;
+    const bool isTurning = std::abs(speed_) > 1e-4;
+    const double tremble = isTurning ? 2 : 0;
+    table_.PutWithin(P::ArmatureFeedback,
+                     (speed_ * flux + ArmatureDrop * current_) * FullScale + noise_(tremble));
+    table_.PutWithin(P::TachFeedback, sign * speed_ * FullScale + noise_(tremble));
+    const double encoderRpm = table_.Get(P::EncoderRpm);
+    const double scale = encoderRpm > 0 ? table_.Get(P::FullSpeedRpm) / encoderRpm : 0;
+    table_.PutWithin(P::EncoderFeedback, sign * speed_ * scale * FullScale);
+    table_.PutWithin(P::VelocityFeedback, SelectedFeedback() * FullScale - table_.Get(P::FeedbackOffset));
+    table_.PutWithin(P::VelocityError, table_.Get(P::FinalVelocityDemand) - table_.Get(P::VelocityFeedback));
+}
+
+void ControlLoops::ZeroSpeedLogic()
+{
+    const bool isTorqueMode = table_.IsOn(P::DriveModeLow) && !table_.IsOn(P::DriveModeHigh);
+    const int demand = isTorqueMode ? P::FinalCurrentDemand : P::FinalVelocityDemand;
+    const std::int32_t zero = table_.Get(P::ZeroSpeedSet);
+    const bool atZeroSet = std::abs(table_.Get(demand)) <= zero;
+    const bool atZeroSpeed = std::abs(table_.Get(P::VelocityFeedback)) <= zero;
+    table_.Put(P::AtZeroSet, atZeroSet);
+    table_.Put(P::AtZeroSpeed, atZeroSpeed);
+    table_.Put(P::AtStandstill, atZeroSet && atZeroSpeed);
+    const State state = table_.DriveState();
+    const bool isFed = IsRampEnabled(state) || state == State::QuickStop;
+    isEnabled_ = isFed && !(table_.IsOn(P::StandstillLogic) && atZeroSet && atZeroSpeed);
+    table_.Put(P::LoopEnable, isEnabled_);
+}
+
+void ControlLoops::VelocityStep(double seconds)
+{
+    if (!isEnabled_) {
+        integral_ = 0;
+        velocityOutput_ = 0;
+        return;
+    }
+    const bool isSetB = table_.IsOn(P::GainSelect);
+    const double gain =
+        std::clamp(table_.Scaled(isSetB ? P::PropGainB : P::PropGainA), SmallestGain, LargestGain);
+    const double askedTime = table_.Scaled(isSetB ? P::IntegralTimeB : P::IntegralTimeA);
+    const double error = Fraction(table_.Get(P::FinalVelocityDemand)) - SelectedFeedback() +
+                         Fraction(table_.Get(P::FeedbackOffset));
+    const double clamp = std::abs(Fraction(table_.Get(P::IntegralClamp)));
+    if (askedTime > 0) {
+        // A shorter time would make this machine hunt, which no commissioned one does.
+        const double time = std::max(askedTime, 4 * Inertia / gain);
+        integral_ = std::clamp(integral_ + gain * error / time * seconds, -clamp, clamp);
+    }
+    velocityOutput_ = std::clamp(gain * error + integral_, -CurrentCeiling, CurrentCeiling);
+}
+
+double ControlLoops::LimitedDemand() const
+{
+    if (!isEnabled_)
+        return 0;
+    if (table_.IsOn(P::OpenLoopArmSelect))
+        return Fraction(table_.Get(P::OpenLoopArmSetpoint));
+    double sum = Fraction(table_.Get(P::AuxCurrentDemand)) + Fraction(table_.Get(P::CurrentDemand));
+    double high = Fraction(table_.Get(P::PositiveCurrentLimit));
+    double low = Fraction(table_.Get(P::NegativeCurrentLimit));
+    if (table_.IsOn(P::FoldbackStatus)) {
+        high = std::min(high, 1.0);
+        low = std::max(low, -1.0);
+    }
+    if ((table_.Get(Param::DriveModel) & 16) != 0)
+        low = std::max(low, 0.0); // one bridge only: no current the other way
+    if (sum > 0)
+        sum = std::min(sum, high);
+    else if (sum < 0)
+        sum = std::max(sum, low);
+    return sum;
+}
+
+void ControlLoops::MotorStep(double seconds, double demand, double flux)
+{
+    Follow(current_, demand, seconds, CurrentLag);
+    const double drive = current_ * flux;
+    const double resisting = FrictionStatic + std::abs(load_);
+    if (speed_ == 0 && std::abs(drive) <= resisting)
+        return;
+    const double direction = speed_ != 0 ? std::copysign(1.0, speed_) : std::copysign(1.0, drive);
+    const double torque = drive - direction * resisting - FrictionViscous * speed_;
+    const double next = speed_ + torque / Inertia * seconds;
+    // Friction brings a shaft to rest; it never turns it round.
+    speed_ = speed_ * next < 0 && std::abs(drive) <= resisting ? 0 : std::clamp(next, -3.0, 3.0);
+}
+
+void ControlLoops::Tick(double seconds, double flux)
+{
+    MeasureSpeed(flux);
+    ZeroSpeedLogic();
+    const double step = seconds / Steps;
+    for (int i = 0; i < Steps; ++i) {
+        VelocityStep(step);
+        table_.PutWithin(P::VelocityLoopOutput, velocityOutput_ * FullScale);
+        const int mode = 2 * table_.IsOn(P::DriveModeHigh) + table_.IsOn(P::DriveModeLow);
+        table_.PutWithin(P::CurrentDemand, mode == 0   ? table_.Get(P::VelocityLoopOutput)
+                                           : mode == 1 ? table_.Get(P::TorqueReference)
+                                                       : 0);
+        const double demand = LimitedDemand();
+        table_.PutWithin(P::FinalCurrentDemand, demand * FullScale);
+        MotorStep(step, demand, flux);
+        MeasureSpeed(flux);
+    }
+    Show(flux, seconds);
+}
+
+void ControlLoops::Show(double flux, double seconds)
+{
+    const double tremble = isEnabled_ ? 12 : 0;
+    table_.PutWithin(P::CurrentFeedback, current_ * FullScale + noise_(tremble));
+    table_.PutWithin(P::CurrentError, table_.Get(P::FinalCurrentDemand) - table_.Get(P::CurrentFeedback));
+    Follow(currentFiltered_, current_, seconds, FilterTime);
+    Follow(demandFiltered_, Fraction(table_.Get(P::FinalCurrentDemand)), seconds, FilterTime);
+    Follow(feedbackFiltered_, Fraction(table_.Get(P::VelocityFeedback)), seconds, FilterTime);
+    table_.PutWithin(P::CurrentFeedbackFiltered, currentFiltered_ * FullScale);
+    table_.PutWithin(P::FinalCurrentDemandFiltered, demandFiltered_ * FullScale);
+    table_.PutWithin(P::VelocityFeedbackFiltered, feedbackFiltered_ * FullScale);
+    table_.PutScaledWithin(P::ArmatureAmps, current_ * table_.Get(P::MotorAmps));
+    const double volts = speed_ * flux + ArmatureDrop * current_;
+    table_.PutScaledWithin(P::ArmatureVolts, volts * table_.Scaled(P::MotorVolts));
+    const double angle =
+        isEnabled_ ? std::min(0.1 + 0.7 * std::abs(volts) + 0.2 * std::abs(current_), 1.0) : 0;
+    table_.PutWithin(P::ConductionAngle, angle * FullScale);
+    table_.PutWithin(P::MotorRpm, Fraction(table_.Get(P::VelocityFeedback)) * table_.Get(P::FullSpeedRpm));
+}
+
+} // namespace quorvik::drive

@@ -1,0 +1,47 @@
+#include "drive/DemoScript.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace quorvik::drive
+{
+
+namespace
+{
+
+constexpr double Cycle = 90; // seconds from one start to the next
+constexpr double FirstStart = 1;
+constexpr double RunFor = 75; // seconds
+constexpr double SwingTime = 30;
+constexpr double SwingMiddle = 0.55; // of the input's range
+constexpr double SwingWidth = 0.3;
+
+} // namespace
+
+void DemoScript::Ask(int p, bool on)
+{
+    for (int member = 0; member < int(terminals_.digital.size()); ++member)
+        if (table_.Selected(P::DigitalInDestination + member) == p)
+            terminals_.digital[std::size_t(member)] = table_.IsOn(P::DigitalInClosedValue + member) == on;
+}
+
+void DemoScript::Tick(double seconds)
+{
+    time_ += seconds;
+    table_.Put(P::RunEnable, 1);
+    table_.Put(P::FieldEnable, 1);
+    const double inCycle = std::fmod(time_, Cycle);
+    const bool isRunning = inCycle >= FirstStart && inCycle < FirstStart + RunFor;
+    Ask(P::Run, isRunning);
+    Ask(P::Stop, !isRunning);
+    Ask(P::Jog, false);
+    for (int member = 0; member < int(terminals_.analog.size()); ++member) {
+        const double phase = 2 * std::numbers::pi * time_ / (SwingTime * (member + 1));
+        const double high = table_.Get(P::AnalogInHighCalibration + member);
+        terminals_.analog[std::size_t(member)] =
+            std::int32_t((SwingMiddle + SwingWidth * std::sin(phase)) * high);
+    }
+    terminals_.frequency = std::int32_t(20000 + 5000 * std::sin(time_ / 7));
+}
+
+} // namespace quorvik::drive

@@ -1,0 +1,107 @@
+#include "drive/FaultMonitor.h"
+
+#include "drive/StartStopLogic.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace quorvik::drive
+{
+
+namespace
+{
+
+constexpr int Records = 5;
+constexpr int RecordWords = 8;
+constexpr double FieldBuildUp = 2.0;  // seconds after power-on in which the field may still be weak
+constexpr double DetectionTime = 0.5; // seconds that a feedback must be missing
+constexpr std::int32_t OvervoltageAt = 13000;
+constexpr std::int32_t OverloadAbove = 10200;
+constexpr std::int32_t StandingFeedback = 200;
+constexpr double HottestHeatsink = 95.0; // degrees
+
+} // namespace
+
+void FaultMonitor::PowerOn()
+{
+    sincePowerOn_ = 0;
+    overload_ = 0;
+    overcurrent_ = 0;
+    if (table_.IsOn(P::PowerOnReset))
+        Clear();
+}
+
+void FaultMonitor::Clear()
+{
+    table_.Put(P::LatchedFault, 0);
+}
+
+void FaultMonitor::WatchOverload(double seconds)
+{
+    const bool isOver = std::abs(table_.Get(P::CurrentFeedback)) > OverloadAbove;
+    const double foldbackTime = table_.Scaled(P::FoldbackTime);
+    overload_ = std::clamp(overload_ + (isOver ? seconds : -seconds), 0.0, std::max(foldbackTime, 0.0) + 1);
+    overcurrent_ = isOver ? overcurrent_ + seconds : 0;
+    if (foldbackTime > 0 && overload_ > foldbackTime)
+        table_.Put(P::FoldbackStatus, 1);
+    else if (overload_ <= 0)
+        table_.Put(P::FoldbackStatus, 0);
+}
+
+std::int32_t FaultMonitor::Present(double seconds)
+{
+    std::int32_t bits = std::exchange(external_, 0);
+    sincePowerOn_ += seconds;
+    const bool isFieldWeak = table_.IsOn(P::FieldEnable) && sincePowerOn_ > FieldBuildUp &&
+                             table_.Get(P::FieldCurrentFeedback) < table_.Get(P::FieldLossLevel);
+    fieldMissing_ = isFieldWeak ? fieldMissing_ + seconds : 0;
+    if (fieldMissing_ > DetectionTime && !table_.IsOn(P::FieldLossInhibit))
+        bits |= Fault::FieldLoss;
+
+    const std::int32_t armature = std::abs(table_.Get(P::ArmatureFeedback));
+    const std::int32_t feedback = std::abs(table_.Get(P::VelocityFeedback));
+    const bool isStanding = table_.Get(P::FeedbackSelect) != 0 && feedback < StandingFeedback &&
+                            armature > std::max(table_.Get(P::FeedbackLossLevel), StandingFeedback);
+    feedbackMissing_ = isStanding ? feedbackMissing_ + seconds : 0;
+    if (feedbackMissing_ > DetectionTime && !table_.IsOn(P::FeedbackLossInhibit))
+        bits |= Fault::FeedbackLoss;
+
+    if (armature > OvervoltageAt)
+        bits |= Fault::Overvoltage;
+    if (const std::int32_t level = table_.Get(P::OverspeedLevel); level > 0 && feedback > level)
+        bits |= Fault::Overspeed;
+    const double patience = table_.Scaled(P::OvercurrentTime);
+    if (patience > 0 && overcurrent_ > patience)
+        bits |= Fault::Overcurrent;
+    if (table_.Scaled(P::HeatsinkTemp) > HottestHeatsink)
+        bits |= Fault::OverTemperature;
+    return bits;
+}
+
+void FaultMonitor::Log(std::int32_t bits)
+{
+    for (int word = Records * RecordWords - 1; word >= RecordWords; --word)
+        table_.Put(P::FaultLog + word, table_.Get(P::FaultLog + word - RecordWords));
+    table_.Put(P::FaultLog, bits);
+    for (int word = 1; word < RecordWords; ++word)
+        table_.Put(P::FaultLog + word, table_.Get(P::Seconds + word - 1));
+}
+
+void FaultMonitor::Tick(double seconds)
+{
+    const bool reset = table_.IsOn(P::FaultReset);
+    if (reset && !resetBefore_)
+        Clear();
+    resetBefore_ = reset;
+    WatchOverload(seconds);
+    const std::int32_t present = Present(seconds);
+    table_.Put(P::PresentFault, present);
+    const std::int32_t latched = table_.Get(P::LatchedFault);
+    if ((present & ~latched) == 0)
+        return;
+    table_.Put(P::LatchedFault, latched | present);
+    Log(present);
+}
+
+} // namespace quorvik::drive

@@ -1,0 +1,126 @@
+#include "drive/FunctionBlocks.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace quorvik::drive
+{
+
+namespace
+{
+
+constexpr double TimerEnd = 2400; // tenths of a second
+// From the first parameter of a threshold block.
+enum ThresholdRow { Input, Level, Hysteresis, Low, High, Output };
+
+} // namespace
+
+void FunctionBlocks::InternalLinks()
+{
+    for (int source = P::LinkSource; source < P::LinkLast; source += 2)
+        if (const int destination = table_.Selected(source + 1); destination != 0)
+            table_.PutWithin(destination, table_.Get(table_.Selected(source)));
+}
+
+void FunctionBlocks::MinMax()
+{
+    if (table_.IsOn(P::MinMaxReset)) {
+        table_.Put(P::MinMaxMax, 0);
+        table_.Put(P::MinMaxMin, 0);
+    } else {
+        const std::int32_t x = table_.Get(table_.Selected(P::MinMaxSource));
+        table_.PutWithin(P::MinMaxMax, std::max(x, table_.Get(P::MinMaxMax)));
+        table_.PutWithin(P::MinMaxMin, std::min(x, table_.Get(P::MinMaxMin)));
+    }
+    table_.PutWithin(P::MinMaxDifference, double(table_.Get(P::MinMaxMax)) - table_.Get(P::MinMaxMin));
+}
+
+void FunctionBlocks::Threshold(int member)
+{
+    const int base = member == 0 ? P::ThresholdA : P::ThresholdB;
+    bool &isOn = thresholdOn_[std::size_t(member)];
+    const std::int32_t x = std::abs(table_.Get(base + Input));
+    const std::int32_t level = table_.Get(base + Level);
+    const std::int32_t hysteresis = table_.Get(base + Hysteresis);
+    if (isOn)
+        isOn = x > level - hysteresis && hysteresis <= level;
+    else
+        isOn = x > level + hysteresis;
+    table_.PutWithin(base + Output, table_.Get(base + (isOn ? High : Low)));
+}
+
+void FunctionBlocks::Timer(double seconds)
+{
+    const bool isHeld = table_.IsOn(P::TimerReset) != table_.IsOn(P::TimerResetInvert);
+    timer_ = isHeld ? 0 : std::min(timer_ + seconds * 10, TimerEnd);
+    table_.PutWithin(P::TimerCount, std::floor(timer_));
+    const bool isOver = table_.Get(P::TimerCount) > table_.Get(P::TimerThreshold);
+    table_.PutWithin(P::TimerOutput, table_.Get(isOver ? P::TimerHigh : P::TimerLow));
+}
+
+void FunctionBlocks::MotorPot(double seconds)
+{
+    const double low = table_.Get(P::MopMin);
+    const double high = std::max<double>(table_.Get(P::MopMax), low);
+    const auto step = [&](int time) {
+        const double fullScaleTime = table_.Scaled(time);
+        return fullScaleTime > 0 ? FullScale / fullScaleTime * seconds : FullScale;
+    };
+    if (table_.IsOn(P::MopReset)) {
+        motorPot_ = table_.Get(P::MopResetValue);
+    } else {
+        if (table_.IsOn(P::MopIncrease))
+            motorPot_ += step(P::MopIncreaseTime);
+        if (table_.IsOn(P::MopDecrease))
+            motorPot_ -= step(P::MopDecreaseTime);
+        motorPot_ = std::clamp(motorPot_, low, high);
+    }
+    table_.PutWithin(P::MopOutput, motorPot_);
+}
+
+void FunctionBlocks::AuxPi(double seconds)
+{
+    table_.PutWithin(P::AuxError, double(table_.Get(P::AuxSetpoint)) - table_.Get(P::AuxFeedback));
+    double error = table_.Get(P::AuxError);
+    if (std::abs(error) <= table_.Get(P::AuxDeadband))
+        error = 0;
+    const double gain = table_.Scaled(P::AuxPropGain);
+    const double time = table_.Scaled(P::AuxIntegralTime);
+    const double clamp = std::abs(table_.Get(P::AuxIntegralClamp));
+    const double proportional = gain * error;
+    double wanted = auxIntegral_;
+    if (time > 0)
+        wanted += proportional / time * seconds;
+    auxIntegral_ = table_.IsOn(P::AuxReset) ? 0 : std::clamp(wanted, -clamp, clamp);
+    table_.Put(P::AuxAtLimit, !table_.IsOn(P::AuxReset) && std::abs(wanted) >= clamp && wanted != 0);
+    table_.PutWithin(P::AuxPropStatus, proportional);
+    table_.PutWithin(P::AuxIntegralStatus, auxIntegral_);
+    const double sum = (proportional + auxIntegral_) * table_.Get(P::AuxScale) / FullScale;
+    table_.PutWithin(P::AuxOutput,
+                     (table_.IsOn(P::AuxPolarity) ? sum : std::abs(sum)) + table_.Get(P::AuxTrim));
+}
+
+void FunctionBlocks::Winder()
+{
+    const double core = table_.Scaled(P::WinderCore);
+    const double diameter = table_.Scaled(P::WinderDiameter);
+    if (core <= 0 || diameter <= 0)
+        return;
+    table_.PutScaledWithin(P::WinderRatio, diameter / core);
+    table_.PutWithin(P::WinderSpeed, table_.Get(P::WinderLineSpeed) * core / std::max(diameter, core));
+}
+
+void FunctionBlocks::Tick(double seconds)
+{
+    InternalLinks();
+    MinMax();
+    for (int member = 0; member < int(thresholdOn_.size()); ++member)
+        Threshold(member);
+    Timer(seconds);
+    MotorPot(seconds);
+    AuxPi(seconds);
+    Winder();
+}
+
+} // namespace quorvik::drive

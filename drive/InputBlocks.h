@@ -1,0 +1,33 @@
+#pragma once
+
+#include "drive/DriveTable.h"
+#include "drive/Noise.h"
+#include "drive/Terminals.h"
+
+namespace quorvik::drive
+{
+
+/** The input blocks: terminals to their status parameters, scaled, and on to the destinations. */
+class InputBlocks
+{
+public:
+    InputBlocks(DriveTable &table, Noise &noise, const Terminals &terminals)
+        : table_(table)
+        , noise_(noise)
+        , terminals_(terminals)
+    {
+    }
+
+    void Tick();
+
+private:
+    void AnalogInput(int member);
+    void DigitalInput(int member);
+    void FrequencyInput();
+
+    DriveTable &table_;
+    Noise &noise_;
+    const Terminals &terminals_;
+};
+
+} // namespace quorvik::drive
