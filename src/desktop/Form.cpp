@@ -45,7 +45,8 @@ Form::~Form() = default;
 
 void Form::ShowHelp()
 {
-    desk_.help.DisplayTopic(helpTopic_, this);
+    if (!helpTopic_.isEmpty())
+        desk_.help.DisplayTopic(helpTopic_, this);
 }
 
 QPushButton *Form::MakeCommandClose()

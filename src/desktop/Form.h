@@ -25,7 +25,7 @@ public:
     ~Form() override;
 
     const QString &HelpTopic() const { return helpTopic_; }
-    void ShowHelp(); ///< CommandHelp and F1
+    void ShowHelp(); ///< CommandHelp and F1; does nothing where the window has no topic
 
 protected:
     Desk &desk() const { return desk_; }

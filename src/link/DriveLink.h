@@ -1,11 +1,11 @@
 #pragma once
 
 #include "link/LinkTimings.h"
+#include "platform/Guard.h"
 #include "platform/MSComm.h"
 
 #include <QObject>
 #include <QTimer>
-#include <array>
 #include <functional>
 
 namespace quorvik
@@ -20,29 +20,34 @@ class Model;
  *
  * There is no thread and no queue: SerialCommTimer, SerialCommTimeout and the port's OnComm form one chain of
  * callbacks, and the work list is the flags of the table. In a healthy link exactly one of the two timers is
- * armed.
+ * armed. No timer is armed while a message of the engine is on the screen, which holds the scan still.
+ *
+ * A RuntimeFailure in the chain ends the handler that ran into it; the user is told once, and the next scan
+ * begins afresh.
  */
 class DriveLink : public QObject
 {
     Q_OBJECT
 
 public:
+    /** Fills in Model::PortOpen for as long as it lives. */
     DriveLink(Model &model, EntryRules &rules, Asker &asker, LinkTimings timings = {});
+    ~DriveLink() override;
 
-    // --- Seams filled in by the shell ---
-    /** Shows the modal progress window of a whole-table scan, by ScanKind. */
+    /** Shows the modal progress window of a whole-table scan, by ScanKind; filled in by the shell. */
     std::function<void()> ShowProgressBar;
-    /** Asks to save a modified file. @return False when the user cancelled. */
+    /** Asks to save a modified file; filled in by the shell. @return False when the user cancelled. */
     std::function<bool()> PromptSaveChanges;
 
-    // --- Link state (LinkState.cpp) ---
     bool PortOpen() const { return MSComm1.PortOpen(); }
-    /** Opens the port and learns the table's size; waits for the drive in the event loop. Test PortOpen()
-     * after. */
+    /**
+     * Opens the port and learns the table's size; waits for the drive in the event loop. Test PortOpen()
+     * after. Does nothing while an earlier call is still waiting or the link is being taken down.
+     */
     void GoOnLine();
     /** @param reason 0 the user, 1 the end of a whole-table command, 2 an error or a drive command. */
     void GoOffLine(int reason);
-    /** The user's switch. */
+    /** The user's switch. Ends the wait of GoOnLine(), too. */
     void ToggleComStatus();
     void SaveDriveParameters(); ///< command 406
     void LoadDriveParameters(); ///< command 407
@@ -52,11 +57,18 @@ public:
     /** As Model::SetAllReadFlags(), telling the user of a wrong delta. */
     void SetAllReadFlags(int delta);
 
-    // --- Fields that the link's windows read ---
+    /**
+     * Puts the scan cursor to 0. A reply that is still awaited is given up, since it could not be told whose
+     * it is: the next scan begins after the pause.
+     */
+    void BeginScanAnew();
+
+    const LinkTimings &Timings() const { return timings_; }
+
     MSComm MSComm1;
     QTimer SerialCommTimer;
     QTimer SerialCommTimeout;
-    std::int16_t CurrentParam = 0;
+    int CurrentParam = 0;      ///< scan cursor: the parameter now being asked for
     std::uint8_t ScanKind = 0; ///< 1 reading all, 2 writing all; also carries the list window's choice
     std::uint8_t DriveCommand = 0;
     bool OffLineRequested = false;
@@ -78,33 +90,41 @@ Q_SIGNALS:
     void FatalError();
 
 private:
-    // Handlers (DriveLink.cpp)
+    void RunHandler(void (DriveLink::*handler)());
     void SerialCommTimer_Timer();
     void SerialCommTimeout_Timer();
     void MSComm1_OnComm();
+    void TimerDelay_Timer();
 
-    // Scans (Scans.cpp)
     void ReadNext();
     void WriteNext();
     void ReadProps(std::int16_t paramNumber);
     void ParsePacket(const QByteArray &buffer);
     void ParseReadPacket(const QByteArray &packet);
     void ParseAckNak(const QByteArray &packet);
+    void RefuseWrite();
     void ParseReadPropPacket(const QByteArray &packet);
     void ServeDriveCommand();
 
-    // Error policy (ErrorPolicy.cpp)
     void HandleBCCErrors();
     void HandlePacketSizeErrors();
     void HandleNoResponses();
+    void CountFailure(std::uint8_t &count, const QString &title, const QString &sentence);
 
     void OnComStatusChange();
-    void Delay(int milliseconds);
+    void ArmSerialCommTimer();
+    void SendRequest(const QByteArray &request, int replyLength);
+    void DiscardInput();
+    bool IsUnsigned(int paramNumber) const;
 
     Model &model_;
     EntryRules &rules_;
     Asker &asker_;
     LinkTimings timings_;
+    QTimer timerDelay_;
+    TickGuard guard_;
+    bool waitingForDrive_ = false;
+    bool leaving_ = false;
 };
 
 } // namespace quorvik

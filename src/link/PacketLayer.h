@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <cstdint>
+#include <span>
 
 namespace quorvik
 {
@@ -19,6 +20,13 @@ inline constexpr int ReadReplyLength = 5;
 inline constexpr int WriteReplyLength = 1;
 inline constexpr int PropertiesReplyLength = 13;
 } // namespace Wire
+
+/** Copies a value to the start of bytes, least significant byte first. */
+void IntToBytes(std::span<char, 2> bytes, std::int16_t value);
+void LongToBytes(std::span<char, 4> bytes, std::int32_t value);
+/** The value at the start of bytes, least significant byte first. */
+std::int16_t BytesToInt(std::span<const char, 2> bytes);
+std::int32_t BytesToLong(std::span<const char, 4> bytes);
 
 /**
  * The bytes of a request.

@@ -1,33 +1,139 @@
 #include "platform/MSComm.h"
 
+#include <QFileInfo>
 #include <QSerialPort>
 #include <utility>
+
+#ifdef Q_OS_UNIX
+#include <sys/file.h>
+#include <termios.h>
+#endif
 
 namespace quorvik
 {
 
+namespace
+{
+
+/** More than this is never kept; what arrives beyond it is lost, as in the port's own buffer. */
+constexpr int InBufferSize = 1024;
+
+/** The real device behind a path, so that locks meet whatever link it was reached by. */
+QString RealDevice(const QString &device)
+{
+    const QString real = QFileInfo(device).canonicalFilePath();
+    return real.isEmpty() ? device : real;
+}
+
+/** Keeps out programs that lock the way terminal programs do; the port itself keeps out the others. */
+bool LockForUs([[maybe_unused]] const QSerialPort &port)
+{
+#ifdef Q_OS_UNIX
+    return ::flock(port.handle(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+#else
+    return true;
+#endif
+}
+
+/** A closed port forgets its speed at once, so what was just sent must have left before. */
+void LetLastBytesLeave([[maybe_unused]] const QSerialPort &port)
+{
+#ifdef Q_OS_UNIX
+    ::tcdrain(port.handle());
+#endif
+}
+
+QString InUse(const QString &place, const QString &detail)
+{
+    const QString words =
+        place + QStringLiteral(" is in use by another program. Close that program, then try again.");
+    return detail.isEmpty() ? words : words + QStringLiteral("\r\n\r\n(") + detail + u')';
+}
+
+QString NoDevice(const QString &place)
+{
+    return QStringLiteral("There is no ") + place +
+           QStringLiteral(". Plug the adapter in, or choose another port with Options, Communications.");
+}
+
+QString NoPermission(const QString &place, const QFileInfo &device)
+{
+    const QString group = device.group();
+    const QString way =
+        group.isEmpty()
+            ? QStringLiteral("Ask the administrator of this computer for access to it.")
+            : QStringLiteral("It belongs to the group \"%1\": have yourself made a member of it "
+                             "(sudo usermod -a -G %1 followed by your user name), then log in again.")
+                  .arg(group);
+    return QStringLiteral("You have no permission to use ") + place + QStringLiteral(". ") + way;
+}
+
+QString WhyNotOpened(const QSerialPort &port, const QString &device, const QString &place)
+{
+#ifdef Q_OS_UNIX
+    const QFileInfo info(device);
+    if (!info.exists())
+        return NoDevice(place);
+    if (!info.isReadable() || !info.isWritable())
+        return NoPermission(place, info);
+    if (info.isFile() || info.isDir())
+        return place + QStringLiteral(" is not a serial port. Choose another with Options, Communications.");
+#endif
+    switch (port.error()) {
+    case QSerialPort::DeviceNotFoundError:
+        return NoDevice(place);
+    case QSerialPort::PermissionError:
+        return InUse(place, port.errorString());
+    default:
+        return QStringLiteral("Nothing can be connected to ") + place + QStringLiteral(": ") +
+               port.errorString() +
+               QStringLiteral(".\r\n\r\nChoose another port with Options, Communications.");
+    }
+}
+
+} // namespace
+
 MSComm::MSComm(QObject *parent)
     : QObject(parent)
-    , DeviceOf([](int number) { return QStringLiteral("/dev/ttyS%1").arg(number - 1); })
+    , DeviceOf([](int) { return QString(); })
 {
 }
 
 MSComm::~MSComm() = default;
 
-bool MSComm::PortOpen() const
-{
-    return port_ != nullptr;
-}
-
 QString MSComm::SetPortOpen(bool open)
 {
-    if (open == PortOpen())
+    if (open == open_)
         return {};
     buffer_.clear();
     if (!open) {
-        port_.reset();
+        open_ = false;
+        if (port_)
+            LetLastBytesLeave(*port_);
+        Retire();
         return {};
     }
+
+    const QString named = DeviceOf(commPort_);
+    if (named.isEmpty())
+        return NoDevice(QStringLiteral("port Com%1").arg(commPort_));
+    const QString device = RealDevice(named);
+    const QString place = QStringLiteral("serial port %1 (Com%2)").arg(named).arg(commPort_);
+    auto port = std::make_unique<QSerialPort>(device);
+    port->setBaudRate(QSerialPort::Baud38400);
+    port->setDataBits(QSerialPort::Data8);
+    port->setParity(QSerialPort::NoParity);
+    port->setStopBits(QSerialPort::OneStop);
+    port->setFlowControl(QSerialPort::NoFlowControl);
+    if (!port->open(QIODevice::ReadWrite))
+        return WhyNotOpened(*port, device, place);
+    if (!LockForUs(*port))
+        return InUse(place, {});
+
+    port_ = std::move(port);
+    open_ = true;
+    connect(port_.get(), &QSerialPort::readyRead, this, &MSComm::Read);
+    WatchForLoss();
     return {};
 }
 
@@ -36,29 +142,72 @@ QByteArray MSComm::Input()
     return std::exchange(buffer_, {});
 }
 
-int MSComm::InBufferCount() const
-{
-    return int(buffer_.size());
-}
-
 void MSComm::ClearInput()
 {
+    if (port_)
+        port_->clear(QSerialPort::Input);
     buffer_.clear();
 }
 
 void MSComm::Output(const QByteArray &bytes)
 {
-    if (port_)
-        port_->write(bytes);
+    if (!port_)
+        return;
+    port_->write(bytes);
+    // Not at the next turn of the event loop: a scan is as fast as its turnarounds.
+    port_->flush();
 }
 
-void MSComm::OnReadyRead()
+void MSComm::Read()
 {
     buffer_ += port_->readAll();
-    if (rThreshold_ > 0 && buffer_.size() >= rThreshold_) {
-        commEvent_ = EvReceive;
-        Q_EMIT OnComm();
-    }
+    if (buffer_.size() > InBufferSize)
+        buffer_.truncate(InBufferSize);
+    if (rThreshold_ > 0 && buffer_.size() >= rThreshold_)
+        Raise();
+}
+
+void MSComm::Raise()
+{
+    ++raising_;
+    commEvent_ = EvReceive;
+    Q_EMIT OnComm();
+    if (--raising_ > 0)
+        return;
+    for (auto &port : retired_)
+        port.release()->deleteLater();
+    retired_.clear();
+}
+
+void MSComm::WatchForLoss()
+{
+    QSerialPort *port = port_.get();
+    connect(port, &QSerialPort::errorOccurred, this, [this, port](QSerialPort::SerialPortError error) {
+        if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError)
+            return;
+        // A line that was hung up reads as ready for ever: let go of it, and leave the silence to the caller.
+        // Not from within the port's own call, which still uses it.
+        QMetaObject::invokeMethod(
+            port,
+            [this, port] {
+                if (port_.get() == port)
+                    Retire();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void MSComm::Retire()
+{
+    if (!port_)
+        return;
+    port_->disconnect(this);
+    port_->close();
+    // While OnComm is being raised its port is still in use further up, even after a nested event loop.
+    if (raising_ > 0)
+        retired_.push_back(std::move(port_));
+    else
+        port_.release()->deleteLater();
 }
 
 } // namespace quorvik

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QSerialPort;
 
@@ -14,7 +15,8 @@ namespace quorvik
  * A serial port chosen by number, 1 to 16, which raises OnComm when at least RThreshold bytes are buffered.
  *
  * 38400 baud, no parity, 8 data bits, 1 stop bit, no handshaking: the drive speaks nothing else. A port whose
- * adapter is pulled out stays open and silent; going on line again opens it afresh.
+ * adapter is pulled out stays open and silent; closing and opening it once the adapter is back makes it speak
+ * again. An open port is this program's alone.
  */
 class MSComm : public QObject
 {
@@ -26,16 +28,16 @@ public:
     explicit MSComm(QObject *parent = nullptr);
     ~MSComm() override;
 
-    /** Which device stands behind a port number; filled in by whoever owns the settings. */
+    /** Which device stands behind a port number, empty for none; filled in by whoever owns the settings. */
     std::function<QString(int)> DeviceOf;
 
     int CommPort() const { return commPort_; }
     void SetCommPort(int number) { commPort_ = number; }
 
-    bool PortOpen() const;
+    bool PortOpen() const { return open_; }
     /**
      * Opens or closes the port. @return an empty text, or why it could not be opened, in words a technician
-     * can act on; the port is then closed.
+     * can act on; the port is then closed. May be called from a handler of OnComm.
      */
     QString SetPortOpen(bool open);
 
@@ -46,10 +48,10 @@ public:
     int CommEvent() const { return commEvent_; }
     /** Takes all buffered bytes. */
     QByteArray Input();
-    int InBufferCount() const;
-    /** Throws the buffered bytes away. */
+    int InBufferCount() const { return int(buffer_.size()); }
+    /** Throws the buffered bytes away, those included that only the system holds yet. */
     void ClearInput();
-    /** Sends bytes. On a dead port nothing happens: the reply will be missing. */
+    /** Sends bytes at once. On a dead port nothing happens: the reply will be missing. */
     void Output(const QByteArray &bytes);
 
 Q_SIGNALS:
@@ -57,10 +59,16 @@ Q_SIGNALS:
     void OnComm();
 
 private:
-    void OnReadyRead();
+    void Read();
+    void Raise();
+    void WatchForLoss();
+    void Retire();
 
-    std::unique_ptr<QSerialPort> port_;
+    std::unique_ptr<QSerialPort> port_; ///< none while closed, and none once its adapter was pulled out
+    std::vector<std::unique_ptr<QSerialPort>> retired_;
     QByteArray buffer_;
+    bool open_ = false;
+    int raising_ = 0;
     int commPort_ = 1;
     int rThreshold_ = 0;
     int commEvent_ = 0;

@@ -1,0 +1,140 @@
+#include "link/forms/FormCommunications.h"
+
+#include "link/DriveLink.h"
+#include "platform/Guard.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace quorvik
+{
+
+namespace
+{
+
+/** An adapter that is plugged in while the window is open shows within this time. */
+constexpr int UpdateIntervalMs = 1000;
+constexpr int DeviceColumns = 34;
+
+} // namespace
+
+FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &link)
+    : DialogForm(desk, owner, QStringLiteral("FormCommunications"), QStringLiteral("Select Comm Settings"),
+                 QStringLiteral("Communications.htm"))
+    , link_(link)
+    , ports_(desk.settings)
+    , comboCommPort_(new QComboBox(this))
+    , comboDevice_(new QComboBox(this))
+    , labelPluggedIn_(new QLabel(this))
+{
+    comboCommPort_->setObjectName(QStringLiteral("ComboCommPort"));
+    comboCommPort_->setAccessibleName(QStringLiteral("Com port"));
+    comboCommPort_->setMaxVisibleItems(Ports::Last);
+    for (int number = Ports::First; number <= Ports::Last; ++number)
+        comboCommPort_->addItem(QStringLiteral("Com%1").arg(number));
+    // A stored number beyond the list shows as no choice, and stays unless one is made.
+    comboCommPort_->setCurrentIndex(link_.MSComm1.CommPort() <= Ports::Last ? link_.MSComm1.CommPort() - 1
+                                                                            : -1);
+
+    comboDevice_->setObjectName(QStringLiteral("ComboDevice"));
+    comboDevice_->setAccessibleName(QStringLiteral("Device behind the com port"));
+    comboDevice_->setToolTip(
+        QStringLiteral("The device that this com port stands for. Choose another, or type its path."));
+    comboDevice_->setEditable(true);
+    comboDevice_->setInsertPolicy(QComboBox::NoInsert);
+    comboDevice_->setMinimumContentsLength(DeviceColumns);
+
+    labelPluggedIn_->setObjectName(QStringLiteral("LabelPluggedIn"));
+    labelPluggedIn_->setTextFormat(Qt::PlainText);
+    labelPluggedIn_->setWordWrap(true);
+    // Room for a long name, so that the window does not jump while adapters come and go.
+    labelPluggedIn_->setMinimumHeight(2 * labelPluggedIn_->fontMetrics().lineSpacing());
+    labelPluggedIn_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+
+    auto *labelCommPort = new QLabel(QStringLiteral("Com Port:"), this);
+    labelCommPort->setObjectName(QStringLiteral("LabelCommPort"));
+    auto *labelDevice = new QLabel(QStringLiteral("Device:"), this);
+    labelDevice->setObjectName(QStringLiteral("LabelDevice"));
+    auto *fields = new QFormLayout;
+    fields->addRow(labelCommPort, comboCommPort_);
+    fields->addRow(labelDevice, comboDevice_);
+    fields->addRow(QString(), labelPluggedIn_);
+
+    auto *buttons = new QDialogButtonBox(this);
+    auto *commandOK = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    commandOK->setObjectName(QStringLiteral("CommandOK"));
+    commandOK->setDefault(true);
+    buttons->addButton(MakeCommandHelp(), QDialogButtonBox::HelpRole);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(fields);
+    layout->addWidget(buttons);
+
+    const bool mayChange = !link_.PortOpen();
+    comboCommPort_->setEnabled(mayChange);
+    comboDevice_->setEnabled(mayChange && Ports::CanChoose());
+
+    On(comboCommPort_, &QComboBox::currentIndexChanged, this, [this] { ShowDevice(); });
+    On(comboDevice_, &QComboBox::textActivated, this, [this] { KeepDevice(); });
+    On(comboDevice_, &QComboBox::editTextChanged, this, [this] { ShowPluggedIn(); });
+    On(comboDevice_->lineEdit(), &QLineEdit::editingFinished, this, [this] { KeepDevice(); });
+    On(commandOK, &QPushButton::clicked, this, [this] { accept(); });
+    On(&timerUpdateScreen_, &QTimer::timeout, this, [this] { ShowPluggedIn(); });
+    timerUpdateScreen_.start(UpdateIntervalMs);
+    ShowDevice();
+}
+
+int FormCommunications::Number() const
+{
+    return comboCommPort_->currentIndex() + 1;
+}
+
+void FormCommunications::FillDevices()
+{
+    comboDevice_->clear();
+    const QList<SerialDevice> present = Ports::Present();
+    for (const SerialDevice &device : present) {
+        comboDevice_->addItem(device.path);
+        comboDevice_->setItemData(comboDevice_->count() - 1, device.description, Qt::ToolTipRole);
+    }
+    const QString fixed = Ports::DefaultDevice(Number());
+    if (!fixed.isEmpty() && comboDevice_->findText(fixed) < 0)
+        comboDevice_->addItem(fixed);
+}
+
+void FormCommunications::ShowDevice()
+{
+    const QSignalBlocker quiet(comboDevice_);
+    FillDevices();
+    comboDevice_->setEditText(ports_.DeviceOf(Number()));
+    ShowPluggedIn();
+}
+
+void FormCommunications::ShowPluggedIn()
+{
+    labelPluggedIn_->setText(Ports::PluggedIn(comboDevice_->currentText().trimmed()));
+}
+
+void FormCommunications::KeepDevice()
+{
+    if (Number() >= Ports::First && comboDevice_->isEnabled())
+        ports_.SetDevice(Number(), comboDevice_->currentText().trimmed());
+    ShowPluggedIn();
+}
+
+void FormCommunications::done(int result)
+{
+    Guarded([this] {
+        KeepDevice();
+        if (!link_.PortOpen() && Number() >= Ports::First)
+            link_.MSComm1.SetCommPort(Number());
+    });
+    DialogForm::done(result);
+}
+
+} // namespace quorvik

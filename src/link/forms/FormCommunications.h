@@ -1,0 +1,44 @@
+#pragma once
+
+#include "desktop/Form.h"
+#include "platform/Ports.h"
+
+#include <QTimer>
+
+class QComboBox;
+class QLabel;
+
+namespace quorvik
+{
+
+class DriveLink;
+
+/**
+ * Picks the serial port by number, and the device that a number stands for. However the window closes, the
+ * choice holds. On line it only shows what is in use.
+ */
+class FormCommunications : public DialogForm
+{
+    Q_OBJECT
+
+public:
+    FormCommunications(Desk &desk, QWidget *owner, DriveLink &link);
+
+    void done(int result) override;
+
+private:
+    void FillDevices();
+    void ShowDevice();
+    void ShowPluggedIn();
+    void KeepDevice();
+    int Number() const; ///< 1 to 16, or 0 when none is chosen
+
+    DriveLink &link_;
+    Ports ports_;
+    QComboBox *comboCommPort_;
+    QComboBox *comboDevice_;
+    QLabel *labelPluggedIn_;
+    QTimer timerUpdateScreen_;
+};
+
+} // namespace quorvik

@@ -1,0 +1,98 @@
+#include "link/forms/FormSelectCommMode.h"
+
+#include "model/Model.h"
+#include "model/ModelList.h"
+#include "platform/Guard.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr int Online = 0;
+constexpr int Offline = 1;
+constexpr int ModelRowTwips = 600;
+constexpr int TwipsPerPixel = 15;
+
+} // namespace
+
+FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner)
+    : DialogForm(desk, owner, QStringLiteral("FormSelectCommMode"), QStringLiteral("Select Com Mode"),
+                 QStringLiteral("Select Comm Mode.htm"))
+    , modelRow_(new QWidget(this))
+    , comboModels_(new QComboBox(modelRow_))
+{
+    const QString captions[] = {QStringLiteral("&Online"), QStringLiteral("O&ffline")};
+    auto *layout = new QVBoxLayout(this);
+    for (const int index : {Online, Offline}) {
+        auto *option = new QRadioButton(captions[index], this);
+        option->setObjectName(ControlName("OptionSerialCommMode", index));
+        option->setChecked(index == Online);
+        On(option, &QRadioButton::toggled, this, [this, index](bool chosen) {
+            if (chosen)
+                ModeChosen(index);
+        });
+        optionSerialCommMode_[index] = option;
+        layout->addWidget(option);
+    }
+
+    auto *labelInstructions = new QLabel(QStringLiteral("Offline is when no drive is connected."), this);
+    labelInstructions->setObjectName(QStringLiteral("LabelInstructions"));
+    layout->addWidget(labelInstructions);
+
+    comboModels_->setObjectName(QStringLiteral("ComboModels"));
+    comboModels_->setAccessibleName(QStringLiteral("Drive model"));
+    comboModels_->addItems(ModelListItems());
+    comboModels_->setCurrentIndex(ModelListIndex(desk.model.Value(Param::DriveModel)));
+    auto *row = new QHBoxLayout(modelRow_);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(comboModels_);
+    modelRow_->setFixedHeight(
+        std::max(comboModels_->sizeHint().height(), ModelRowTwips / TwipsPerPixel - layout->spacing()));
+    modelRow_->hide();
+    layout->addWidget(modelRow_);
+
+    auto *buttons = new QDialogButtonBox(this);
+    auto *commandOK = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
+    commandOK->setObjectName(QStringLiteral("CommandOK"));
+    commandOK->setDefault(true);
+    buttons->addButton(MakeCommandHelp(), QDialogButtonBox::HelpRole);
+    On(commandOK, &QPushButton::clicked, this, [this] { CommandOK_Click(); });
+    layout->addWidget(buttons);
+    // The window is as high as what it shows: it grows and shrinks with the model list.
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+bool FormSelectCommMode::OnlineChosen() const
+{
+    return result() == Accepted && optionSerialCommMode_[Online]->isChecked();
+}
+
+void FormSelectCommMode::ModeChosen(int index)
+{
+    modelRow_->setVisible(index != Online);
+    setWindowTitle(index == Online ? QStringLiteral("Select Comm Mode")
+                                   : QStringLiteral("Select Comm Mode & Model"));
+}
+
+void FormSelectCommMode::CommandOK_Click()
+{
+    if (optionSerialCommMode_[Offline]->isChecked()) {
+        Model &model = desk().model;
+        model.ParamTable[Param::DriveModel].Value = ModelOfListItem(comboModels_->currentText());
+        model.RefreshDependentParams(Param::DriveModel);
+    }
+    accept();
+}
+
+} // namespace quorvik

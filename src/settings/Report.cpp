@@ -1,0 +1,66 @@
+#include "settings/Report.h"
+
+#include "model/Conversions.h"
+#include "model/Model.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quorvik
+{
+
+namespace
+{
+
+QByteArray CsvField(const QString &text)
+{
+    QString quoted = text;
+    quoted.replace(u'"', QStringLiteral("\"\""));
+    return '"' + quoted.toUtf8() + '"';
+}
+
+} // namespace
+
+const QString &ReportField(const ReportRow &row, int column)
+{
+    static constexpr std::array<QString ReportRow::*, ReportColumns> fields = {
+        &ReportRow::numberText, &ReportRow::name, &ReportRow::presetText, &ReportRow::valueText};
+    return row.*fields.at(std::size_t(column));
+}
+
+QList<ReportRow> CollectRows(const Model &model, ReportFilter filter)
+{
+    QList<ReportRow> rows;
+    rows.reserve(model.LastParam + 1);
+    for (int i = 0; i <= model.LastParam; ++i) {
+        const ParamRecord &record = model.ParamTable[i];
+        const bool isChanged = !model.AttrBit(Attr::ReadOnly, i) && record.Value != record.Preset;
+        if (filter == ReportFilter::ChangedFromDefault && !isChanged)
+            continue;
+        rows.append({QString::number(i).rightJustified(3), record.Name,
+                     ValueText(record.Preset, record.Attributes),
+                     ValueText(record.Value, record.Attributes)});
+    }
+    return rows;
+}
+
+void SortRows(QList<ReportRow> &rows, int column, bool descending)
+{
+    std::stable_sort(
+        rows.begin(), rows.end(), [column, descending](const ReportRow &left, const ReportRow &right) {
+            const int order =
+                QString::compare(ReportField(left, column), ReportField(right, column), Qt::CaseInsensitive);
+            return descending ? order > 0 : order < 0;
+        });
+}
+
+QByteArray RowsAsCsv(const QList<ReportRow> &rows)
+{
+    QByteArray csv = "Tag,Name,Preset,Value\r\n";
+    for (const ReportRow &row : rows)
+        csv += row.numberText.trimmed().toUtf8() + ',' + CsvField(row.name) + ',' + CsvField(row.presetText) +
+               ',' + CsvField(row.valueText) + "\r\n";
+    return csv;
+}
+
+} // namespace quorvik

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace quorvik
+{
+
+class Model;
+
+/** Which parameters the list shows; the values are the indices of its menu entries and option buttons. */
+enum class ReportFilter { All = 0, ChangedFromDefault = 1 };
+
+/** One parameter as the list shows and the report prints it. */
+struct ReportRow {
+    QString numberText; ///< padded on the left with blanks to three places
+    QString name;
+    QString presetText;
+    QString valueText;
+};
+
+inline constexpr int ReportColumns = 4;
+
+/** A field of a row by column, 0 to 3: number, name, preset, value. */
+const QString &ReportField(const ReportRow &row, int column);
+
+/**
+ * The rows of the table from 0 to LastParam. The changed ones are those that can be written and whose Value
+ * differs from Preset. Raises RuntimeFailure for a value that has no text.
+ */
+QList<ReportRow> CollectRows(const Model &model, ReportFilter filter);
+
+/** Sorts as text by a column, 0 to 3; rows with equal texts keep their order. */
+void SortRows(QList<ReportRow> &rows, int column, bool descending);
+
+/** The rows under their heads as comma-separated values in UTF-8, one CR LF terminated line each. */
+QByteArray RowsAsCsv(const QList<ReportRow> &rows);
+
+} // namespace quorvik

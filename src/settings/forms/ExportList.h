@@ -1,0 +1,24 @@
+#pragma once
+
+#include "settings/Report.h"
+
+#include <optional>
+
+class QWidget;
+
+namespace quorvik
+{
+
+class Model;
+
+/** Lets the user choose the file to export to, *.csv or *.pdf; nothing stands for a cancel. */
+std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner);
+
+/**
+ * Writes the rows in their order to a file: the printed report where the path ends in ".pdf", else
+ * comma-separated values. The file is written whole or not at all.
+ * @return an empty text, or why it was not written.
+ */
+QString ExportRows(const QString &path, const Model &model, const QList<ReportRow> &rows);
+
+} // namespace quorvik

@@ -1,0 +1,96 @@
+#include "settings/forms/FormNotes.h"
+
+#include "model/Model.h"
+#include "platform/Guard.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTextCursor>
+#include <algorithm>
+
+namespace quorvik
+{
+
+namespace
+{
+
+/** What the settings file keeps. */
+constexpr int MaxCharacters = 255;
+
+} // namespace
+
+FormNotes::FormNotes(Desk &desk, QWidget *owner)
+    : DialogForm(desk, owner, QStringLiteral("FormNotes"), QStringLiteral("Notes"),
+                 QStringLiteral("Notes.htm"))
+    , text1_(new QPlainTextEdit(this))
+    , labelLeft_(new QLabel(this))
+{
+    text1_->setObjectName(QStringLiteral("Text1"));
+    text1_->setAccessibleName(QStringLiteral("Notes"));
+    text1_->setTabChangesFocus(true);
+    text1_->setPlainText(desk.model.Notes);
+    text1_->moveCursor(QTextCursor::End);
+    text1_->setMinimumSize(fontMetrics().averageCharWidth() * 64, fontMetrics().lineSpacing() * 9);
+    labelLeft_->setObjectName(QStringLiteral("LabelLeft"));
+    labelLeft_->setTextFormat(Qt::PlainText);
+
+    auto *commandClose = new QPushButton(QStringLiteral("Close"), this);
+    commandClose->setObjectName(QStringLiteral("CommandClose"));
+    commandClose->setAutoDefault(false);
+    auto *commandHelp = MakeCommandHelp();
+    commandHelp->setAutoDefault(false);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(labelLeft_);
+    buttons->addStretch();
+    buttons->addWidget(commandClose);
+    buttons->addWidget(commandHelp);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(text1_, 1);
+    layout->addLayout(buttons);
+    ShowCharactersLeft();
+
+    // Connected behind the fill, which is no edit.
+    On(text1_->document(), &QTextDocument::contentsChange, this,
+       [this](int position, int, int added) { insertionEnd_ = position + added; });
+    On(text1_, &QPlainTextEdit::textChanged, this, [this] { Text1_Change(); });
+    On(commandClose, &QPushButton::clicked, this, [this] { accept(); });
+    On(this, &QDialog::finished, this, [this] { this->desk().model.Notes = text1_->toPlainText(); });
+}
+
+void FormNotes::Text1_Change()
+{
+    TakeBackExcess();
+    ShowCharactersLeft();
+    desk().model.FileModified = true;
+    desk().model.UpdateTitle();
+}
+
+void FormNotes::TakeBackExcess()
+{
+    const int length = int(text1_->toPlainText().size());
+    const int excess = length - MaxCharacters;
+    if (excess <= 0)
+        return;
+    // What was typed or pasted too much goes, not the end of what stood there before.
+    const QSignalBlocker blocked(text1_);
+    const int end = std::clamp(insertionEnd_, excess, length);
+    QTextCursor cursor(text1_->document());
+    cursor.joinPreviousEditBlock();
+    cursor.setPosition(end - excess);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+    cursor.endEditBlock();
+}
+
+void FormNotes::ShowCharactersLeft()
+{
+    const int left = std::max(MaxCharacters - int(text1_->toPlainText().size()), 0);
+    labelLeft_->setText(left == 1 ? QStringLiteral("1 character left")
+                                  : QStringLiteral("%1 characters left").arg(left));
+}
+
+} // namespace quorvik
