@@ -55,7 +55,8 @@ public:
                const QString &helpTopic);
 
     const QString &HelpTopic() const { return helpTopic_; }
-    void ShowHelp(); ///< CommandHelp and F1; does nothing where the dialog has no topic
+    /** CommandHelp and F1; does nothing where the dialog has no topic. A dialog of pages shows its page's. */
+    virtual void ShowHelp();
 
 protected:
     Desk &desk() const { return desk_; }

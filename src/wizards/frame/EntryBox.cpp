@@ -1,0 +1,42 @@
+#include "wizards/frame/EntryBox.h"
+
+#include <QFocusEvent>
+
+namespace quorvik
+{
+
+EntryBox::EntryBox(QWidget *parent, const QString &name, int maxLength)
+    : QLineEdit(parent)
+{
+    setObjectName(name);
+    setMaxLength(maxLength);
+    const QString longest(maxLength + 1, u'0');
+    const QMargins frame = textMargins() + contentsMargins() + QMargins(6, 0, 6, 0);
+    setFixedWidth(fontMetrics().horizontalAdvance(longest) + frame.left() + frame.right());
+    setAlignment(Qt::AlignRight);
+}
+
+void EntryBox::focusInEvent(QFocusEvent *event)
+{
+    QLineEdit::focusInEvent(event);
+    selectAll();
+    // The click that brought the focus would take the selection away again.
+    selectOnRelease_ = event->reason() == Qt::MouseFocusReason;
+    Q_EMIT Entered();
+}
+
+void EntryBox::focusOutEvent(QFocusEvent *event)
+{
+    QLineEdit::focusOutEvent(event);
+    Q_EMIT Left();
+}
+
+void EntryBox::mouseReleaseEvent(QMouseEvent *event)
+{
+    QLineEdit::mouseReleaseEvent(event);
+    if (selectOnRelease_ && !hasSelectedText())
+        selectAll();
+    selectOnRelease_ = false;
+}
+
+} // namespace quorvik

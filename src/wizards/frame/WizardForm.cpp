@@ -1,0 +1,195 @@
+#include "wizards/frame/WizardForm.h"
+
+#include "desktop/HTMLHelp.h"
+#include "platform/Asker.h"
+#include "platform/Guard.h"
+#include "wizards/frame/FinishPage.h"
+#include "wizards/frame/MentorTitle.h"
+#include "wizards/frame/WizardPage.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace quorvik
+{
+
+namespace
+{
+
+bool TakesFocus(const QWidget *page, const QWidget *widget)
+{
+    if (!page->isAncestorOf(widget) || !widget->isEnabled() || !widget->isVisibleTo(page) ||
+        (widget->focusPolicy() & Qt::TabFocus) == 0)
+        return false;
+    const auto *option = qobject_cast<const QRadioButton *>(widget);
+    return option == nullptr || option->isChecked();
+}
+
+} // namespace
+
+WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QString &caption,
+                       const Topics &topics)
+    : DialogForm(desk, owner, name, caption, QString::fromLatin1(topics[0]))
+    , helpTopics_(topics)
+    , stack_(new QStackedWidget(this))
+{
+    auto *rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(stack_, 1);
+    auto *rule = new QFrame(this);
+    rule->setFrameShape(QFrame::HLine);
+    rule->setFrameShadow(QFrame::Sunken);
+    rows->addWidget(rule);
+    MakeNavigation();
+}
+
+void WizardForm::MakeNavigation()
+{
+    static constexpr std::array<const char *, NavCount> captions = {"Help", "Cancel", "< &Back", "&Next >",
+                                                                    "&Finish"};
+    auto *row = new QHBoxLayout;
+    const int margin = fontMetrics().height() * 3 / 4;
+    row->setContentsMargins(margin, margin, margin, margin);
+    for (int i = 0; i < NavCount; ++i) {
+        auto *button = new QPushButton(QString::fromLatin1(captions[std::size_t(i)]), this);
+        button->setObjectName(ControlName("CmdNav", i));
+        On(button, &QPushButton::clicked, this, [this, i] { CmdNav_Click(i); });
+        navButtons_[std::size_t(i)] = button;
+        row->addWidget(button);
+        if (i == Cancel)
+            row->addStretch(1);
+    }
+    static_cast<QVBoxLayout *>(layout())->addLayout(row);
+    // The way forward comes first for a keyboard that has passed a page's controls.
+    const Nav order[] = {Next, Finish, Back, Cancel, Help};
+    for (std::size_t i = 1; i < std::size(order); ++i)
+        setTabOrder(navButtons_[order[i - 1]], navButtons_[order[i]]);
+}
+
+void WizardForm::StackPages(const std::array<WizardPage *, LastStep + 1> &pages, FinishPage *finishPage)
+{
+    finishPage_ = finishPage;
+    for (int step = 0; step <= LastStep; ++step) {
+        WizardPage *page = pages[std::size_t(step)];
+        page->setObjectName(ControlName("FrameStep", step));
+        page->setEnabled(false);
+        stack_->addWidget(page);
+    }
+    On(finishPage, &FinishPage::SaveToggled, this, [this] { ShowPlan(); });
+    SetStep(0);
+}
+
+void WizardForm::SetStep(int step)
+{
+    if (step >= 0 && step < LastStep)
+        finishEnabled_ = false;
+    else if (step == LastStep)
+        finishEnabled_ = true;
+    LeaveStep(currentStep_);
+    stack_->widget(currentStep_)->setEnabled(false);
+    stack_->widget(step)->setEnabled(true);
+    EnterStep(step);
+    if (step == LastStep)
+        ShowPlan();
+    stack_->setCurrentIndex(step);
+    UpdateNavButtons(step);
+    FocusPage(step);
+}
+
+void WizardForm::UpdateNavButtons(int step)
+{
+    currentStep_ = step;
+    navButtons_[Back]->setEnabled(step > 0);
+    navButtons_[Next]->setEnabled(step < LastStep);
+    navButtons_[Finish]->setEnabled(finishEnabled_);
+    navButtons_[finishEnabled_ ? Finish : Next]->setDefault(true);
+}
+
+void WizardForm::FocusPage(int step)
+{
+    const QWidget *page = stack_->widget(step);
+    if (step < LastStep) {
+        for (QWidget *widget = page->nextInFocusChain(); widget != page;
+             widget = widget->nextInFocusChain()) {
+            if (TakesFocus(page, widget)) {
+                widget->setFocus(Qt::OtherFocusReason);
+                return;
+            }
+        }
+    }
+    navButtons_[finishEnabled_ ? Finish : Next]->setFocus(Qt::OtherFocusReason);
+}
+
+void WizardForm::ShowHelp()
+{
+    desk().help.DisplayTopic(QString::fromLatin1(helpTopics_[std::size_t(currentStep_)]), this);
+}
+
+void WizardForm::CmdNav_Click(int index)
+{
+    switch (index) {
+    case Help:
+        ShowHelp();
+        break;
+    case Cancel:
+        reject();
+        break;
+    case Back:
+        SetStep(PreviousStep(currentStep_));
+        break;
+    case Next:
+        GoNext();
+        break;
+    case Finish:
+        FinishSetup();
+        break;
+    default:
+        break;
+    }
+}
+
+void WizardForm::GoNext()
+{
+    // Enter and the mnemonic leave the focus in a text box, whose text is put into form only when it is left.
+    navButtons_[Next]->setFocus(Qt::OtherFocusReason);
+    if (ValidateStep(currentStep_))
+        SetStep(NextStep(currentStep_));
+}
+
+void WizardForm::ShowPlan()
+{
+    try {
+        finishPage_->ShowLines(MakePlan(finishPage_->SaveWanted()).Lines(desk().model));
+    } catch (const RuntimeFailure &failure) {
+        finishPage_->ShowFailure(failure.Sentence());
+    }
+}
+
+void WizardForm::FinishSetup()
+{
+    if (!desk().model.DriveIsStopped()) {
+        desk().asker.MsgBox(QStringLiteral("Sarvex must be in the Stop mode for the Mentor to continue!"),
+                            MsgButtons::Ok, MsgIcon::Critical, MentorTitle());
+        return;
+    }
+    // The link may have come or gone since the list was shown.
+    ShowPlan();
+    const WritePlan written = WriteSetup();
+    for (const QString &notice : written.notices)
+        desk().asker.MsgBox(notice, MsgButtons::Ok, MsgIcon::Information, MentorTitle());
+    ShowReminder();
+    accept();
+}
+
+void WizardForm::done(int result)
+{
+    Guarded([this] { LeaveStep(currentStep_); });
+    DialogForm::done(result);
+}
+
+} // namespace quorvik

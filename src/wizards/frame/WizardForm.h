@@ -1,0 +1,76 @@
+#pragma once
+
+#include "desktop/Form.h"
+#include "wizards/frame/WritePlan.h"
+
+#include <array>
+
+class QStackedWidget;
+
+namespace quorvik
+{
+
+class FinishPage;
+class WizardPage;
+
+/**
+ * The frame that both Mentors share: a stack of pages, the five buttons, a help topic for each page and one
+ * commit at Finish. Nothing reaches the table before that, and Cancel leaves no trace.
+ */
+class WizardForm : public DialogForm
+{
+    Q_OBJECT
+
+public:
+    static constexpr int LastStep = 10;
+
+    int CurrentStep() const { return currentStep_; }
+    bool FinishEnabled() const { return finishEnabled_; }
+    void ShowHelp() override; ///< the topic of the page that shows
+
+protected:
+    using Topics = std::array<const char *, LastStep + 1>;
+
+    WizardForm(Desk &desk, QWidget *owner, const QString &name, const QString &caption, const Topics &topics);
+
+    /** Stacks the pages FrameStep(0) to FrameStep(10), the last of which is the Finish page, and shows the
+     * first one. */
+    void StackPages(const std::array<WizardPage *, LastStep + 1> &pages, FinishPage *finishPage);
+    void SetStep(int step);
+
+    /** Whether the page may be left by Next; tells the user why not and puts the focus there. */
+    virtual bool ValidateStep(int step) = 0;
+    virtual int NextStep(int step) = 0;
+    virtual int PreviousStep(int step) const = 0;
+    virtual void LeaveStep(int) {}
+    virtual void EnterStep(int) {}
+
+    /** What Finish will write, with that wish about saving in the drive. */
+    virtual WritePlan MakePlan(bool saveInDrive) = 0;
+    /** Writes and returns what was written; called once the drive is known to stand still. */
+    virtual WritePlan WriteSetup() = 0;
+    /** What the user is to be reminded of once everything is written. */
+    virtual void ShowReminder() {}
+
+    void done(int result) override;
+
+private:
+    enum Nav { Help, Cancel, Back, Next, Finish, NavCount };
+
+    void MakeNavigation();
+    void CmdNav_Click(int index);
+    void GoNext();
+    void FinishSetup();
+    void ShowPlan();
+    void UpdateNavButtons(int step);
+    void FocusPage(int step);
+
+    Topics helpTopics_;
+    QStackedWidget *stack_ = nullptr;
+    FinishPage *finishPage_ = nullptr;
+    std::array<QPushButton *, NavCount> navButtons_{};
+    int currentStep_ = 0;
+    bool finishEnabled_ = false;
+};
+
+} // namespace quorvik

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+#include <functional>
+
+class QPainter;
+
+namespace quorvik
+{
+
+/** The colours of a picture, all from the palette, so that light and dark both come out right. */
+struct Ink {
+    explicit Ink(const QPalette &palette);
+
+    QColor line;   ///< outlines and text
+    QColor faint;  ///< what stands in the background
+    QColor body;   ///< the inside of things
+    QColor ground; ///< the picture's own background
+    QColor accent; ///< what the page is about
+    QColor onAccent;
+};
+
+/** The picture on a page's left, drawn on a canvas of fixed units that scales with the font. */
+class WizardPicture : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int CanvasWidth = 220;
+    static constexpr int CanvasHeight = 360;
+
+    using DrawFunction = std::function<void(QPainter &, const Ink &)>;
+
+    /** @param description what a person would say the picture shows. */
+    WizardPicture(QWidget *parent, const QString &description, DrawFunction draw);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    /** Pixels for one unit of the canvas. */
+    qreal Unit() const;
+    /** Where the canvas begins. */
+    QPointF Origin() const;
+
+private:
+    DrawFunction draw_;
+};
+
+/** Sets up the pen for an outline of that width in canvas units, without a brush. */
+void UsePen(QPainter &painter, const QColor &color, qreal width = 1.6);
+/** An outline with an inside. */
+void UseShape(QPainter &painter, const QColor &color, const QColor &fill, qreal width = 1.6);
+/** A line with an arrow head at its end. */
+void DrawArrow(QPainter &painter, QPointF from, QPointF to);
+/** Plain text around a point, of that height in canvas units. */
+void DrawCaption(QPainter &painter, QPointF centre, const QString &text, qreal height = 11,
+                 bool bold = false);
+/** The same, beginning at a point's right. */
+void DrawCaptionRight(QPainter &painter, QPointF left, const QString &text, qreal height = 11);
+/** The front of a drive with its terminal rail, its top left corner at a point. */
+void DrawDrive(QPainter &painter, const Ink &ink, QPointF corner, qreal width);
+/** A circle with a letter in it: motor, tachometer, encoder. */
+void DrawMachine(QPainter &painter, const Ink &ink, QPointF centre, qreal radius, const QString &letter,
+                 bool highlighted);
+
+} // namespace quorvik
