@@ -1,0 +1,189 @@
+#include "PageWriter.h"
+
+#include "model/Conversions.h"
+#include "model/Model.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <cmark-gfm-core-extensions.h>
+#include <cmark-gfm.h>
+
+namespace quorvik::help {
+
+namespace {
+
+constexpr int WidestPicture = 760; ///< pixels that fit beside the contents in the viewer's first size
+
+const QString &PageFrame()
+{
+    static const QString frame = QStringLiteral(
+        "<html><head><meta charset=\"utf-8\"><title>%1</title><style>"
+        "body{font-family:sans-serif;margin:12px} h1{font-size:x-large} h2{font-size:large} "
+        "th{text-align:left;background-color:#dfe6ea;color:#000000} td,th{padding:3px 8px}"
+        "</style></head><body>%2</body></html>\n");
+    return frame;
+}
+
+/** Markdown with tables to the inside of an HTML body. */
+QString ToHtml(const QString &markdown)
+{
+    cmark_gfm_core_extensions_ensure_registered();
+    cmark_parser *parser = cmark_parser_new(CMARK_OPT_UNSAFE);
+    cmark_parser_attach_syntax_extension(parser, cmark_find_syntax_extension("table"));
+    const QByteArray utf8 = markdown.toUtf8();
+    cmark_parser_feed(parser, utf8.constData(), std::size_t(utf8.size()));
+    cmark_node *document = cmark_parser_finish(parser);
+    char *html = cmark_render_html(document, CMARK_OPT_UNSAFE, cmark_parser_get_syntax_extensions(parser));
+    const QString result = QString::fromUtf8(html);
+    std::free(html);
+    cmark_node_free(document);
+    cmark_parser_free(parser);
+    // The viewer draws a table's lines only where the table asks for them.
+    return QString(result).replace(QStringLiteral("<table>"),
+                                   QStringLiteral("<table border=\"1\" cellspacing=\"0\">"));
+}
+
+QString AccessWords(std::int32_t attributes)
+{
+    if (attributes & Attr::ReadOnly)
+        return QStringLiteral("read only");
+    return attributes & Attr::Icr ? QStringLiteral("at stop only") : QStringLiteral("read/write");
+}
+
+QString RangeWords(const ParamRecord &record)
+{
+    if (IsEnumerated(TypeCode(record.Attributes))) {
+        QStringList texts;
+        for (std::int32_t value = record.Min; value <= record.Max; ++value)
+            texts.append(ValueText(value, record.Attributes));
+        return texts.join(QStringLiteral(", "));
+    }
+    return ValueText(record.Min, record.Attributes) + QStringLiteral(" to ") +
+           ValueText(record.Max, record.Attributes);
+}
+
+/** Width of a PNG picture, which stands in its header; 0 where the file is none. */
+int PictureWidth(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray header = file.read(24);
+    if (header.size() < 24 || !header.startsWith("\x89PNG"))
+        return 0;
+    const auto byteAt = [&header](int offset) { return int(std::uint8_t(header[offset])); };
+    return byteAt(16) << 24 | byteAt(17) << 16 | byteAt(18) << 8 | byteAt(19);
+}
+
+} // namespace
+
+PageWriter::PageWriter(const Model &model, const Topics &topics, QString pictureFolder, QString outFolder)
+    : model_(model), topics_(topics), pictureFolder_(std::move(pictureFolder)), outFolder_(std::move(outFolder))
+{
+}
+
+void PageWriter::WriteAll(QStringList &problems)
+{
+    QDir().mkpath(outFolder_);
+    for (const Topic &topic : topics_.All()) {
+        const QString body = ToHtml(Expand(topic, problems));
+        CheckLinks(body, topic.name, problems);
+        QFile file(outFolder_ + u'/' + topic.name);
+        const QByteArray html = PageFrame().arg(topic.title.toHtmlEscaped(), body).toUtf8();
+        if (!file.open(QIODevice::WriteOnly) || file.write(html) != html.size())
+            problems.append(file.fileName() + QStringLiteral(": ") + file.errorString());
+        files_.append(topic.name);
+    }
+}
+
+QString PageWriter::Expand(const Topic &topic, QStringList &problems)
+{
+    static const QRegularExpression picture(QStringLiteral("^!\\[(.*)\\]\\(picture:(.*)\\)\\s*$"));
+    QStringList result;
+    bool inRows = false;
+    const QStringList lines = topic.markdown.split(u'\n');
+    for (const QString &line : lines) {
+        const bool isRow = line.startsWith(u'@');
+        if (isRow && !inRows) {
+            result.append({QString(), QStringLiteral("| Parameter | Range | Factory | Access | Meaning |"),
+                           QStringLiteral("|---|---|---|---|---|")});
+        }
+        inRows = isRow;
+        const QRegularExpressionMatch match = picture.match(line);
+        if (isRow)
+            result.append(ParameterRow(line, topic.name, problems));
+        else if (match.hasMatch())
+            result.append(Picture(match.captured(2), match.captured(1), topic.name, problems));
+        else if (line.trimmed() == QStringLiteral("{{parameters}}"))
+            result.append(ParameterTable());
+        else
+            result.append(line);
+    }
+    return result.join(u'\n');
+}
+
+QString PageWriter::ParameterRow(const QString &line, const QString &topic, QStringList &problems) const
+{
+    static const QRegularExpression form(QStringLiteral("^@(\\d+)(?:\\.\\.(\\d+))? +(\\S.*)$"));
+    const QRegularExpressionMatch match = form.match(line);
+    const int first = match.captured(1).toInt();
+    const int last = match.captured(2).isEmpty() ? first : match.captured(2).toInt();
+    if (!match.hasMatch() || last < first || last > model_.ParamTable.UpperBound()) {
+        problems.append(topic + QStringLiteral(": no row of a parameter: ") + line);
+        return {};
+    }
+    const ParamRecord &record = model_.ParamTable[first];
+    const QString numbers =
+        last == first ? QStringLiteral("(%1)").arg(first) : QStringLiteral("(%1 to %2)").arg(first).arg(last);
+    return QStringLiteral("| %1 %2 | %3 | %4 | %5 | %6 |")
+        .arg(numbers, record.Name, RangeWords(record), ValueText(record.Preset, record.Attributes),
+             AccessWords(record.Attributes), match.captured(3));
+}
+
+QString PageWriter::ParameterTable() const
+{
+    QStringList rows = {QString(), QStringLiteral("| Number | Name | Range | Factory | Access |"),
+                        QStringLiteral("|---|---|---|---|---|")};
+    for (int p = 0; p <= model_.FileLastParam; ++p) {
+        const ParamRecord &record = model_.ParamTable[p];
+        rows.append(QStringLiteral("| %1 | %2 | %3 | %4 | %5 |")
+                        .arg(QString::number(p), record.Name, RangeWords(record),
+                             ValueText(record.Preset, record.Attributes), AccessWords(record.Attributes)));
+    }
+    return rows.join(u'\n');
+}
+
+QString PageWriter::Picture(const QString &name, const QString &caption, const QString &topic, QStringList &problems)
+{
+    const QString file = name + QStringLiteral(".png");
+    const QString source = pictureFolder_ + u'/' + file;
+    const int width = PictureWidth(source);
+    if (width == 0) {
+        problems.append(topic + QStringLiteral(": there is no picture of ") + name);
+        return {};
+    }
+    if (!pictures_.contains(file)) {
+        pictures_.insert(file);
+        files_.append(file);
+        QFile::remove(outFolder_ + u'/' + file);
+        QFile::copy(source, outFolder_ + u'/' + file);
+    }
+    return QStringLiteral("\n<p><img src=\"%1\" width=\"%2\" alt=\"%3\"></p>\n")
+        .arg(file)
+        .arg(std::min(width, WidestPicture))
+        .arg(caption.toHtmlEscaped());
+}
+
+void PageWriter::CheckLinks(const QString &html, const QString &topic, QStringList &problems) const
+{
+    static const QRegularExpression link(QStringLiteral("href=\"([^\"#]+)"));
+    QRegularExpressionMatchIterator matches = link.globalMatch(html);
+    while (matches.hasNext()) {
+        const QString target = QString::fromUtf8(QByteArray::fromPercentEncoding(matches.next().captured(1).toUtf8()));
+        if (!topics_.All().contains(target))
+            problems.append(topic + QStringLiteral(": the link to \"%1\" leads nowhere").arg(target));
+    }
+}
+
+} // namespace quorvik::help

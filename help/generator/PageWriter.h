@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Topics.h"
+
+#include <QSet>
+
+namespace quorvik {
+class Model;
+}
+
+namespace quorvik::help {
+
+/**
+ * Turns topics into pages. Besides plain Markdown with tables an author may write:
+ *
+ * - a line "@217 Its meaning.": a row of a table that adds name, range, factory value and access of parameter 217 from
+ *   the factory table. Such lines in a row make one table. "@344..348 text" stands for a run of them.
+ * - "![caption](picture:FormVelocityLoop)": the picture of a window, as the running program shows it.
+ * - a line "{{parameters}}": the table of all parameters.
+ */
+class PageWriter
+{
+public:
+    /** @param model holds the factory table. */
+    PageWriter(const Model &model, const Topics &topics, QString pictureFolder, QString outFolder);
+
+    /** Writes all pages and copies the pictures they show; dead links and missing pictures go into problems. */
+    void WriteAll(QStringList &problems);
+
+    /** File names written, relative to the output folder. */
+    const QStringList &Files() const { return files_; }
+
+private:
+    QString Expand(const Topic &topic, QStringList &problems);
+    QString ParameterRow(const QString &line, const QString &topic, QStringList &problems) const;
+    QString ParameterTable() const;
+    QString Picture(const QString &name, const QString &caption, const QString &topic, QStringList &problems);
+    void CheckLinks(const QString &html, const QString &topic, QStringList &problems) const;
+
+    const Model &model_;
+    const Topics &topics_;
+    QString pictureFolder_;
+    QString outFolder_;
+    QStringList files_;
+    QSet<QString> pictures_;
+};
+
+} // namespace quorvik::help
