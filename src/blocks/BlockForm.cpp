@@ -1,0 +1,346 @@
+#include "blocks/BlockForm.h"
+
+#include "desktop/BoxColors.h"
+#include "desktop/LongestText.h"
+#include "desktop/PlainText.h"
+#include "desktop/ValueBox.h"
+#include "model/Conversions.h"
+#include "model/EntryRules.h"
+#include "platform/Arithmetic.h"
+#include "platform/Numbers.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QTimer>
+#include <algorithm>
+#include <cmath>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr double BoxHeight = 3;
+constexpr double CaptionDistance = 2.6;
+/** Wide enough for what nearly all parameters show, so that the boxes of a window stand in columns. */
+constexpr double UsualBoxWidth = 12;
+constexpr int LinkedCaptionLength = 10;
+
+void SetTag(QWidget *control, const QString &tag)
+{
+    if (control->property("Tag").toString() != tag)
+        control->setProperty("Tag", tag);
+}
+
+QString NumberAndName(const QString &numberText, const QString &name)
+{
+    return u'(' + numberText + QStringLiteral(") ") + name;
+}
+
+} // namespace
+
+BlockForm::BlockForm(Desk &desk, const BlockSpec &spec, int member)
+    : Form(desk, QString::fromLatin1(spec.name), spec.caption, QString::fromLatin1(spec.helpTopic))
+    , view_(new DiagramView(this))
+    , timerUpdateScreen_(new QTimer(this))
+{
+    if (member >= 0)
+        SetTag(this, QString::number(member));
+    timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
+    timerUpdateScreen_->setInterval(spec.timerInterval);
+    for (const BlockRow &row : spec.rows) {
+        linked_ = row.number == LinkedRow;
+        rows_.append({.caption = QString::fromLatin1(row.caption),
+                      .param = linked_ ? 0 : spec.base + row.number});
+    }
+}
+
+void BlockForm::Load()
+{
+    MeasureRows();
+    Draw(view_->drawing);
+    view_->Finish();
+
+    auto *scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setAlignment(Qt::AlignCenter);
+    scroll->setWidget(view_);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    if (IOMentorStart()) {
+        auto *mentor = new QPushButton(QStringLiteral("I/O Mentor..."), this);
+        mentor->setObjectName(QStringLiteral("CommandIOMentor"));
+        mentor->setToolTip(QStringLiteral("Start I/O Mentor"));
+        On(mentor, &QPushButton::clicked, this, [this] { CommandIOMentor_Click(); });
+        buttons->addWidget(mentor);
+    }
+    buttons->addWidget(MakeCommandClose());
+    buttons->addWidget(MakeCommandHelp());
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(scroll);
+    layout->addLayout(buttons);
+    resize(sizeHint());
+
+    const qsizetype fixedRows = rows_.size() - (linked_ ? 1 : 0);
+    for (qsizetype i = 0; i < fixedRows; ++i) {
+        const Row &row = rows_.at(i);
+        const QString number = QString::number(row.param);
+        SetPlainToolTip(row.label, NumberAndName(number, desk().model.ParamTable[row.param].Name));
+        desk().model.AddReadInterest(row.param);
+    }
+    On(timerUpdateScreen_, &QTimer::timeout, this,
+       [this] { tickGuard_.Run([this] { TimerUpdateScreen_Timer(); }); });
+    // A window must not stand empty until its first tick.
+    tickGuard_.Run([this] { TimerUpdateScreen_Timer(); });
+    timerUpdateScreen_->start();
+}
+
+void BlockForm::Unload()
+{
+    timerUpdateScreen_->stop();
+    const qsizetype fixedRows = rows_.size() - (linked_ ? 1 : 0);
+    for (qsizetype i = 0; i < fixedRows; ++i)
+        desk().model.RemoveReadInterest(rows_.at(i).param);
+    if (trackedParam_ >= 0)
+        desk().model.RemoveReadInterest(trackedParam_);
+    for (const int p : extraInterest_)
+        desk().model.RemoveReadInterest(p);
+}
+
+QSize BlockForm::sizeHint() const
+{
+    const QMargins margins = layout() ? layout()->contentsMargins() : QMargins();
+    const int below = layout() ? layout()->spacing() + layout()->itemAt(1)->sizeHint().height() : 0;
+    const QSize buttons = layout() ? layout()->itemAt(1)->sizeHint() : QSize();
+    return QSize(std::max(view_->width(), buttons.width()) + margins.left() + margins.right(),
+                 view_->height() + below + margins.top() + margins.bottom());
+}
+
+void BlockForm::MeasureRows()
+{
+    const ValueBox ruler(QString(), view_);
+    const auto cellsFor = [&](const QString &text) {
+        return std::ceil(ruler.WidthFor(text) / double(view_->Unit()));
+    };
+    for (Row &row : rows_)
+        row.width = std::max(UsualBoxWidth, cellsFor(LongestValueText(desk().model, row.param)));
+    if (linked_)
+        rows_.last().width =
+            std::max(UsualBoxWidth, cellsFor(LongestValueTextOfAll(desk().model, view_->fontMetrics())));
+}
+
+void BlockForm::SetMinimumBoxWidth(int row, double cells)
+{
+    rows_[row].width = std::max(rows_.at(row).width, cells);
+}
+
+QSizeF BlockForm::BoxSize(int row) const
+{
+    return {rows_.at(row).width, BoxHeight};
+}
+
+Shape BlockForm::Box(int rowIndex, const QPointF &left, CaptionAt captionAt)
+{
+    Row &row = rows_[rowIndex];
+    const bool isLinked = linked_ && rowIndex == RowCount() - 1;
+    const QString caption = isLinked ? row.caption : NumberAndName(QString::number(row.param), row.caption);
+    row.label = view_->MakeLabel(ControlName("Label1", rowIndex), caption, false);
+    SetTag(row.label, QString::number(row.param));
+    row.box = new ValueBox(ControlName("Text1", rowIndex), view_);
+    row.box->setAccessibleName(row.caption);
+    On(row.box, &ValueBox::clicked, this, [this, rowIndex] { Text1_Click(rowIndex); });
+    if (linked_ && rowIndex == 0)
+        On(row.box, &ValueBox::TextChanged, this, [this] { Text1_Change(); });
+
+    const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(rowIndex));
+    view_->Place(row.box, rect);
+    // The caption of a linked row changes with its selector; ten broad characters stand for it.
+    const QString longest = isLinked ? QStringLiteral("(5) WWWWWW...") : QString();
+    const double y = rect.center().y();
+    switch (captionAt) {
+    case CaptionAt::Above:
+        view_->PlaceText(row.label, {rect.left(), y - CaptionDistance}, Qt::AlignLeft, longest);
+        break;
+    case CaptionAt::AboveRight:
+        view_->PlaceText(row.label, {rect.right(), y - CaptionDistance}, Qt::AlignRight, longest);
+        break;
+    case CaptionAt::Below:
+        view_->PlaceText(row.label, {rect.left(), y + CaptionDistance}, Qt::AlignLeft, longest);
+        break;
+    case CaptionAt::BelowRight:
+        view_->PlaceText(row.label, {rect.right(), y + CaptionDistance}, Qt::AlignRight, longest);
+        break;
+    case CaptionAt::Left:
+        view_->PlaceText(row.label, {rect.left() - 0.8, y}, Qt::AlignRight, longest);
+        break;
+    case CaptionAt::Right:
+        view_->PlaceText(row.label, {rect.right() + 0.8, y}, Qt::AlignLeft, longest);
+        break;
+    }
+    return Shape(rect);
+}
+
+QRectF BlockForm::Table(const QPointF &topLeft, const QString &title, std::initializer_list<int> rows)
+{
+    constexpr double Pitch = 3.8;
+    constexpr double Inset = 1.5;
+    double captions = 0;
+    double boxes = 0;
+    for (const int row : rows) {
+        captions = std::max(captions, view_->TextWidth(NumberAndName(QString::number(RowParam(row)),
+                                                                     rows_.at(row).caption)));
+        boxes = std::max(boxes, rows_.at(row).width);
+    }
+    captions = std::ceil(captions) + 1.5;
+    const double head = title.isEmpty() ? Inset : 3.5;
+    double y = topLeft.y() + head + BoxHeight / 2;
+    for (const int row : rows) {
+        SetMinimumBoxWidth(row, boxes);
+        Box(row, {topLeft.x() + Inset + captions, y}, CaptionAt::Left);
+        y += Pitch;
+    }
+    const QRectF frame(topLeft, QSizeF(2 * Inset + captions + boxes,
+                                       head + Pitch * double(rows.size()) - (Pitch - BoxHeight) + Inset));
+    view_->drawing.Frame(frame, title);
+    return frame;
+}
+
+ClickArea *BlockForm::Click(const QString &name, ClickArea::Gesture gesture, const QRectF &cells,
+                            const QString &toolTip, std::initializer_list<int> rows,
+                            std::function<void()> handler)
+{
+    auto *area = new ClickArea(name, gesture, toolTip, view_);
+    view_->Place(area, cells);
+    areas_.append({area, rows});
+    On(area, &ClickArea::Activated, this, [this, rows = QList<int>(rows), handler = std::move(handler)] {
+        if (MayWrite(rows))
+            handler();
+    });
+    return area;
+}
+
+ClickArea *BlockForm::ClickToFlip(const QString &name, const QRectF &cells, const QString &toolTip, int row)
+{
+    // Any text but "True" counts as off.
+    return Click(name, ClickArea::Gesture::DoubleClick, cells, toolTip, {row},
+                 [this, row] { Write(RowParam(row), RowText(row) == QStringLiteral("True") ? 0 : 1); });
+}
+
+bool BlockForm::MayWrite(const QList<int> &rows) const
+{
+    return std::all_of(rows.begin(), rows.end(),
+                       [this](int row) { return desk().model.CanWriteParam(RowParam(row)); });
+}
+
+int BlockForm::RowParam(int row) const
+{
+    return rows_.at(row).param;
+}
+
+QString BlockForm::RowText(int row) const
+{
+    return rows_.at(row).box->text();
+}
+
+double BlockForm::RowNumber(int row) const
+{
+    return CDbl(RowText(row));
+}
+
+std::int32_t BlockForm::RowValue(int row) const
+{
+    return desk().model.Value(RowParam(row));
+}
+
+QLabel *BlockForm::StaticLabel(const QString &name) const
+{
+    return view_->findChild<QLabel *>(name);
+}
+
+void BlockForm::Write(int p, std::int32_t rawValue)
+{
+    // On line the acknowledgement of the write refreshes what hangs on the parameter.
+    desk().model.SetParamValue(p, rawValue, true, !desk().model.PortOpen());
+}
+
+void BlockForm::AddExtraInterest(int p)
+{
+    desk().model.AddReadInterest(p);
+    extraInterest_.append(p);
+}
+
+void BlockForm::SetRowParam(int row, int p)
+{
+    rows_[row].param = p;
+    SetTag(rows_.at(row).label, QString::number(p));
+}
+
+void BlockForm::TimerUpdateScreen_Timer()
+{
+    if (linked_)
+        SetRowParam(RowCount() - 1, RowValue(0));
+    for (const Row &row : rows_)
+        PaintRow(row);
+    if (linked_)
+        PaintLinkedCaption();
+    for (const GuardedArea &guarded : areas_)
+        guarded.area->SetRefused(!MayWrite(guarded.rows));
+    Tick();
+}
+
+void BlockForm::PaintRow(const Row &row)
+{
+    const Model &model = desk().model;
+    const ParamRecord &record = model.ParamTable[row.param];
+    const int accessClass = model.AccessClass(row.param);
+    row.box->SetText(ValueText(record.Value, record.Attributes));
+    SetTag(row.box, QString::number(accessClass));
+    SetPlainToolTip(row.box, model.AccessDescription(row.param, accessClass));
+    row.box->SetBackColor(ColorOf(model.Colors.at(std::size_t(accessClass))));
+}
+
+void BlockForm::PaintLinkedCaption()
+{
+    const Row &row = rows_.last();
+    const QString full = NumberAndName(RowText(0), desk().model.ParamTable[row.param].Name);
+    SetPlainToolTip(row.label, full);
+    const QString caption = full.size() <= LinkedCaptionLength
+                                ? full
+                                : full.left(LinkedCaptionLength) + QStringLiteral("...");
+    row.label->setText(caption);
+}
+
+void BlockForm::Text1_Click(int row)
+{
+    desk().rules.EditParameter(rows_.at(row).box->property("Tag").toInt(), RowParam(row));
+}
+
+void BlockForm::Text1_Change()
+{
+    const int selected = RowValue(0);
+    // A number outside the table fails here, before any count has moved.
+    static_cast<void>(desk().model.ParamTable[selected]);
+    if (trackedParam_ >= 0)
+        desk().model.RemoveReadInterest(trackedParam_);
+    trackedParam_ = -1;
+    desk().model.AddReadInterest(selected);
+    trackedParam_ = selected;
+}
+
+void BlockForm::CommandIOMentor_Click()
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    // Runs once the Mentor's window handles events.
+    QTimer::singleShot(0, qApp, [] { QGuiApplication::restoreOverrideCursor(); });
+    desk().model.WizardIOStart = *IOMentorStart();
+    if (desk().OpenIOMentor)
+        desk().OpenIOMentor();
+}
+
+} // namespace quorvik

@@ -1,0 +1,219 @@
+#include "blocks/BlockForm.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex {
+    GainSelect,
+    OvershootGainA,
+    PropGainA,
+    IntegralTimeA,
+    ForwardMaxSpeed,
+    VelocityDemand,
+    ReverseMaxSpeed,
+    RpmLevel,
+    MotorRpm,
+    OvershootGainB,
+    PropGainB,
+    IntegralTimeB,
+    FinalVelDemand,
+    IntegralClamp,
+    VelError,
+    VelFeedback,
+    VelFeedbackFiltered,
+    VfbOffset,
+    ArmatureVolts,
+    IrComp,
+    VelLoopOutput,
+    Afb,
+    Tfb,
+    Efb,
+    FeedbackSelect,
+    LoopEnable,
+};
+
+constexpr BlockRow Rows[] = {
+    {"Gain Select", 203},
+    {"Overshoot Gain A", 204},
+    {"Prop Gain A", 201},
+    {"Integral Time A", 202},
+    {"Forward Max Speed", 190},
+    {"Velocity Demand", 189},
+    {"Reverse Max Speed", 191},
+    {"100% RPM Level", 199},
+    {"Motor RPM", 200},
+    {"Overshoot Gain B", 213},
+    {"Prop Gain B", 325},
+    {"Integral Time B", 326},
+    {"Final Vel Demand", 129},
+    {"Integral Clamp", 214},
+    {"Vel Error", 192},
+    {"Vel Feedback", 193},
+    {"Vel Feedback (Filtered)", 198},
+    {"VFB Offset", 130},
+    {"Armature Volts", 417},
+    {"IR Comp", 131},
+    {"Vel Loop Output", 205},
+    {"AFB", 194},
+    {"TFB", 195},
+    {"EFB", 196},
+    {"Feedback Select", 197},
+    {"Loop Enable", 212},
+};
+
+/** Contacts of the gain switch: ShapeSpotTop and ShapeSpotBottom. */
+enum GainContact { SpotTop, SpotBottom };
+
+class FormVelocityLoop final : public BlockForm
+{
+public:
+    explicit FormVelocityLoop(Desk &desk)
+        : BlockForm(desk, {.name = "FormVelocityLoop",
+                           .caption = QStringLiteral("Velocity Loop"),
+                           .helpTopic = "Velocity Loop.htm",
+                           .rows = Rows})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        DrawDemand(d);
+        DrawGains(d);
+        DrawLoop(d);
+        DrawFeedback(d);
+    }
+
+    void Tick() override
+    {
+        gainSwitch_.Set(RowNumber(GainSelect) == 0 ? SpotBottom : SpotTop);
+        const std::int32_t rawFeedback = RowValue(FeedbackSelect);
+        feedbackSwitch_.Set(rawFeedback == 0 || rawFeedback == 1 ? rawFeedback : 2);
+    }
+
+private:
+    static constexpr double DemandY = 31;
+    static constexpr double FeedbackY = 53;
+
+    void DrawDemand(Drawing &d)
+    {
+        const Shape demand = Box(VelocityDemand, {0, DemandY});
+        const Shape forward = Box(ForwardMaxSpeed, {15, DemandY - 8});
+        const Shape reverse = Box(ReverseMaxSpeed, {15, DemandY + 8}, CaptionAt::Below);
+        const Shape limiter = d.Limiter({18, DemandY});
+        const Shape final = Box(FinalVelDemand, {30, DemandY});
+        sum_ = d.Sum({54, DemandY}, QStringLiteral("+  -"));
+        d.Wire(demand.Right(), limiter.Left());
+        d.Wire(forward.Bottom(), limiter.Top());
+        d.Wire(reverse.Top(), limiter.Bottom());
+        d.Wire(limiter.Right(), final.Left());
+        d.Wire(final.Right(), sum_.Left());
+    }
+
+    void DrawGains(Drawing &d)
+    {
+        const double yB = 4;
+        const double yA = 12;
+        d.Frame({14, yB - 4.2, 63, 6.7});
+        d.Frame({14, yA - 4.2, 63, 6.7});
+        Box(OvershootGainB, {16, yB});
+        Box(PropGainB, {37, yB});
+        Box(IntegralTimeB, {57, yB});
+        Box(OvershootGainA, {16, yA});
+        Box(PropGainA, {37, yA});
+        Box(IntegralTimeA, {57, yA});
+        gainSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {87, 8}, {{81, yB}, {81, yA}});
+        d.Line({{77, yB}, Side::Right}, gainSwitch_.Contact(SpotTop));
+        d.Line({{77, yA}, Side::Right}, gainSwitch_.Contact(SpotBottom));
+        Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, gainSwitch_.Area(),
+              QStringLiteral("Double-click to change over between gain sets A and B"), {GainSelect},
+              [this] { Write(RowParam(GainSelect), RowNumber(GainSelect) != 1 ? 1 : 0); });
+        d.Link(Box(GainSelect, {95, 3}).Left(), gainSwitch_);
+    }
+
+    void DrawLoop(Drawing &d)
+    {
+        const Shape error = Box(VelError, {61, DemandY});
+        const Shape pi =
+            d.Function({83, DemandY}, {14, 9}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
+        const Shape clamp = Box(IntegralClamp, {80, DemandY + 10}, CaptionAt::Below);
+        const Shape enable = Box(LoopEnable, {101, DemandY + 10}, CaptionAt::Below);
+        const Shape output = Box(VelLoopOutput, {104, DemandY});
+        d.Wire(sum_.Right(), error.Left());
+        d.Wire(error.Right(), pi.Left());
+        d.Wire(gainSwitch_.Pivot(), pi.Top());
+        d.Wire(clamp.Top(), pi.BottomAt(86));
+        d.Wire(enable.Left(), pi.BottomAt(94.5));
+        d.Wire(pi.Right(), output.Left());
+        d.Wire(output.Right(), {{125, DemandY}, Side::Left});
+        d.Label(QStringLiteral("LabelFinalIDemand"), QStringLiteral("(101) Final I Demand"),
+                {126, DemandY}, Qt::AlignLeft, true);
+    }
+
+    void DrawFeedback(Drawing &d)
+    {
+        const double pitch = 6.5;
+        const Shape volts = Box(ArmatureVolts, {0, FeedbackY - pitch});
+        const Shape irComp = Box(IrComp, {0, FeedbackY}, CaptionAt::Below);
+        const Shape irSum = d.Sum({17.5, FeedbackY - pitch}, QStringLiteral("+  -"));
+        const Shape afb = Box(Afb, {23, FeedbackY - pitch});
+        const Shape tfb = Box(Tfb, {23, FeedbackY});
+        const Shape efb = Box(Efb, {23, FeedbackY + pitch});
+        d.Wire(volts.Right(), irSum.Left());
+        d.Wire(irComp.Right(), irSum.Bottom());
+        d.Wire(irSum.Right(), afb.Left());
+
+        feedbackSwitch_ =
+            d.Switch(QStringLiteral("ShapeTriSwitch"), {47, FeedbackY},
+                     {{39, FeedbackY - pitch}, {39, FeedbackY}, {39, FeedbackY + pitch}});
+        d.Line(afb.Right(), feedbackSwitch_.Contact(0));
+        d.Line(tfb.Right(), feedbackSwitch_.Contact(1));
+        d.Line(efb.Right(), feedbackSwitch_.Contact(2));
+        Click(QStringLiteral("Image2"), ClickArea::Gesture::DoubleClick, feedbackSwitch_.Area(),
+              QStringLiteral("Double-click to step the feedback: AFB, TFB, EFB"), {FeedbackSelect}, [this] {
+                  const std::int32_t rawNext = RowValue(FeedbackSelect) + 1;
+                  Write(RowParam(FeedbackSelect), rawNext > 2 ? 0 : rawNext);
+              });
+        const Shape select = Box(FeedbackSelect, {37, FeedbackY + 13.5}, CaptionAt::Below);
+        d.Link(select.Top(), feedbackSwitch_);
+
+        const Shape offsetSum = d.Sum({54, FeedbackY}, QStringLiteral("+  -"));
+        const Shape offset = Box(VfbOffset, {57, FeedbackY + 9}, CaptionAt::Below);
+        const Shape feedback = Box(VelFeedback, {60, FeedbackY});
+        d.Wire(feedbackSwitch_.Pivot(), offsetSum.Left());
+        d.Wire(offset.Left(), offsetSum.Bottom());
+        d.Wire(offsetSum.Right(), feedback.Left());
+
+        const Port branch = d.Dot({77, FeedbackY});
+        const Shape filter = d.Function({83, FeedbackY}, {8, 5}, QStringLiteral("Filter"));
+        const Shape filtered = Box(VelFeedbackFiltered, {96, FeedbackY});
+        const Shape scale = d.Multiplier({125, FeedbackY});
+        const Shape level = Box(RpmLevel, {119, FeedbackY + 9}, CaptionAt::Below);
+        const Shape rpm = Box(MotorRpm, {131, FeedbackY});
+        d.Line(feedback.Right(), branch);
+        d.Wire(branch, filter.Left());
+        d.Wire({branch.at, Side::Top}, sum_.Bottom(), FeedbackY - 6);
+        d.Wire(filter.Right(), filtered.Left());
+        d.Wire(filtered.Right(), scale.Left());
+        d.Wire(level.Top(), scale.Bottom());
+        d.Wire(scale.Right(), rpm.Left());
+    }
+
+    Shape sum_;
+    LivePart gainSwitch_;
+    LivePart feedbackSwitch_;
+};
+
+} // namespace
+
+BlockForm *MakeFormVelocityLoop(Desk &desk, int);
+
+BlockForm *MakeFormVelocityLoop(Desk &desk, int)
+{
+    return Loaded(new FormVelocityLoop(desk));
+}
+
+} // namespace quorvik

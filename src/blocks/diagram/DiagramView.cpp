@@ -1,0 +1,139 @@
+#include "blocks/diagram/DiagramView.h"
+
+#include "blocks/diagram/DrawingPainter.h"
+#include "desktop/PlainText.h"
+
+#include <QLabel>
+#include <QPaintEvent>
+#include <QPainter>
+#include <cmath>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr double Margin = 2;
+constexpr double TextHeight = 2.1;
+
+} // namespace
+
+DiagramView::DiagramView(QWidget *parent)
+    : QWidget(parent)
+{
+    drawing.Changed = [this](const Element &element) {
+        QRectF cells = Drawing::Bounds(element);
+        if (element.symbol == Symbol::Link)
+            cells = drawing.LinkLine(element).boundingRect();
+        update(ToPixels(cells.adjusted(-1, -1, 1, 1)).toAlignedRect());
+    };
+}
+
+void DiagramView::Place(QWidget *widget, const QRectF &cells)
+{
+    standing_.append({widget, cells, {}, {}, {}, false});
+}
+
+void DiagramView::PlaceText(QLabel *label, const QPointF &at, Qt::Alignment align, const QString &longestText)
+{
+    label->setAlignment(align | Qt::AlignVCenter);
+    standing_.append({label, {}, at, align, longestText, true});
+}
+
+QLabel *DiagramView::MakeLabel(const QString &name, const QString &text, bool bold)
+{
+    auto *label = new QLabel(this);
+    label->setTextFormat(Qt::PlainText);
+    label->setObjectName(name);
+    label->setText(text);
+    if (bold) {
+        QFont strong;
+        strong.setBold(true);
+        label->setFont(strong);
+    }
+    return label;
+}
+
+double DiagramView::TextWidth(const QString &text) const
+{
+    return fontMetrics().horizontalAdvance(text) / double(Unit());
+}
+
+void DiagramView::Finish()
+{
+    for (const DrawnText &text : drawing.Texts()) {
+        QLabel *label = MakeLabel(text.name, text.text, text.bold);
+        SetPlainToolTip(label, text.toolTip);
+        PlaceText(label, text.at, text.align);
+    }
+    finished_ = true;
+    Arrange();
+}
+
+int DiagramView::Unit() const
+{
+    return (fontMetrics().height() + 1) / 2;
+}
+
+QRectF DiagramView::CellsOf(const Standing &standing) const
+{
+    if (!standing.isText)
+        return standing.cells;
+    const auto *label = static_cast<const QLabel *>(standing.widget);
+    const QString &text = standing.longestText.isEmpty() ? label->text() : standing.longestText;
+    const double width = std::ceil(label->fontMetrics().horizontalAdvance(text) + 2) / Unit();
+    double left = standing.at.x();
+    if (standing.align & Qt::AlignRight)
+        left -= width;
+    else if (standing.align & Qt::AlignHCenter)
+        left -= width / 2;
+    return {left, standing.at.y() - TextHeight / 2, width, TextHeight};
+}
+
+void DiagramView::Arrange()
+{
+    QRectF all;
+    for (const Standing &standing : standing_)
+        all |= CellsOf(standing);
+    for (const Element &element : drawing.Elements())
+        all |= Drawing::Bounds(element);
+    all.adjust(-Margin, -Margin, Margin, Margin);
+    origin_ = QPointF(std::floor(all.left()), std::floor(all.top()));
+    for (const Standing &standing : standing_)
+        standing.widget->setGeometry(ToPixels(CellsOf(standing)).toAlignedRect());
+    const QSizeF size = ToPixels(QRectF(origin_, all.bottomRight())).size();
+    setFixedSize(int(std::ceil(size.width())), int(std::ceil(size.height())));
+}
+
+QRectF DiagramView::ToPixels(const QRectF &cells) const
+{
+    return {(cells.topLeft() - origin_) * Unit(), cells.size() * Unit()};
+}
+
+QPolygonF DiagramView::ToPixels(const QPolygonF &cells) const
+{
+    QPolygonF pixels;
+    for (const QPointF &point : cells)
+        pixels.append((point - origin_) * Unit());
+    return pixels;
+}
+
+void DiagramView::paintEvent(QPaintEvent *event)
+{
+    const double unit = Unit();
+    const QRectF exposed(QPointF(event->rect().topLeft()) / unit + origin_, QSizeF(event->rect().size()) / unit);
+    QPainter painter(this);
+    painter.translate(-origin_ * unit);
+    const DrawingInk ink(palette());
+    DrawingPainter(painter, ink, unit).Paint(drawing, exposed);
+}
+
+void DiagramView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange && finished_)
+        Arrange();
+}
+
+} // namespace quorvik

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "blocks/diagram/ClickArea.h"
+#include "blocks/diagram/Drawing.h"
+
+#include <QWidget>
+
+class QLabel;
+
+namespace quorvik
+{
+
+/**
+ * The sheet that shows a drawing: paints it, and carries the labels, value boxes and click areas that stand
+ * on it. Its size is the drawing's.
+ */
+class DiagramView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DiagramView(QWidget *parent);
+
+    Drawing drawing;
+
+    /** Stands a widget on a rectangle in cells. */
+    void Place(QWidget *widget, const QRectF &cells);
+    /**
+     * Stands a line of text; see DrawnText for the place.
+     * @param longestText what room is kept for; the label's own text where empty.
+     */
+    void PlaceText(QLabel *label, const QPointF &at, Qt::Alignment align, const QString &longestText = {});
+    /** A label with plain text, as all of them are. */
+    QLabel *MakeLabel(const QString &name, const QString &text, bool bold);
+
+    /** Width of a text in cells, as a plain label shows it. */
+    double TextWidth(const QString &text) const;
+
+    /** Makes labels of the drawing's texts and gives the sheet its size. Called once all is placed. */
+    void Finish();
+
+    int Unit() const; ///< pixels to a cell
+    /** Pixels of the sheet for a rectangle or a line in cells. */
+    QRectF ToPixels(const QRectF &cells) const;
+    QPolygonF ToPixels(const QPolygonF &cells) const;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    struct Standing {
+        QWidget *widget;
+        QRectF cells;      ///< of a widget on a rectangle
+        QPointF at;        ///< of a text
+        Qt::Alignment align;
+        QString longestText;
+        bool isText;
+    };
+    QRectF CellsOf(const Standing &standing) const;
+    void Arrange();
+
+    QList<Standing> standing_;
+    QPointF origin_; ///< cells at the sheet's top left corner
+    bool finished_ = false;
+};
+
+} // namespace quorvik

@@ -1,0 +1,177 @@
+#pragma once
+
+#include "blocks/diagram/Geometry.h"
+
+#include <QList>
+#include <QString>
+#include <functional>
+#include <limits>
+
+namespace quorvik
+{
+
+/** The vocabulary of block diagrams. */
+enum class Symbol {
+    Wire,       ///< orthogonal line, with an arrow head where it feeds an element
+    Dot,        ///< where wires meet
+    Terminal,   ///< a screw of the terminal strip
+    Sum,        ///< summing point, with a sign at each input
+    Multiplier, ///< product of its inputs
+    Gain,       ///< triangle with a factor
+    Inverter,   ///< triangle with a bubble
+    And,
+    Nand,
+    Function, ///< box with a caption
+    Limiter,
+    Ramp,
+    Hysteresis,
+    Curve,    ///< straight line between two calibration points
+    Absolute, ///< box with a V-shaped characteristic
+    Switch,   ///< arm from a pivot to one of several contacts
+    Contact,  ///< make contact: the arm touches or hangs
+    Coil,     ///< relay coil
+    Limit,    ///< line that turns thick while the limit acts
+    Link,     ///< dashed line from a selector to the arm that it moves
+    Guide,    ///< dashed line between things that belong together
+    Frame,    ///< outline of a group
+};
+
+/** Text that a drawing shows; the view makes a label of it. */
+struct DrawnText {
+    QString name; ///< object name, may be empty
+    QString text;
+    QPointF at; ///< left, centre or right of the line of text, by align; its vertical centre
+    Qt::Alignment align = Qt::AlignHCenter;
+    bool bold = false;
+    QString toolTip = {};
+};
+
+/** One element of a drawing, and its live state. */
+struct Element {
+    Symbol symbol = Symbol::Wire;
+    QString name = {}; ///< may be empty; what moves has one
+    QRectF rect = {};
+    QPolygonF points = {}; ///< wires: the corners; switches and contacts: pivot, then the contacts
+    QString text = {}; ///< signs of a summing point, factor of a gain
+    bool arrow = false;
+    int state = 0; ///< switches: contact touched, -1 none; contacts: 1 closed; limits: line width 1 or 5
+    bool visible = true;
+    int partner = -1; ///< links: index of the switch
+};
+
+class Drawing;
+
+/** Handle on an element that a tick moves. */
+class LivePart
+{
+public:
+    LivePart() = default;
+    LivePart(Drawing *drawing, int index)
+        : drawing_(drawing)
+        , index_(index)
+    {
+    }
+
+    /** Sets contact, closure or line width, as Element::state tells. */
+    void Set(int state) const;
+    void Show(bool visible) const;
+    int State() const;
+    int Index() const { return index_; }
+
+    /** Where a wire meets the pivot. */
+    Port Pivot() const;
+    /** Where a wire meets contact i, from 0 on. */
+    Port Contact(int i) const;
+    /** The area that arm and contacts take, with room for a hand. */
+    QRectF Area() const;
+
+private:
+    Drawing *drawing_ = nullptr;
+    int index_ = -1;
+};
+
+/**
+ * A block diagram as data: elements with places in grid cells, built once and then moved by state. It paints
+ * nothing. What stands on a wire is placed by its left end and the height of the wire.
+ */
+class Drawing
+{
+public:
+    static constexpr double HalfWay = std::numeric_limits<double>::quiet_NaN();
+
+    /** Told when an element's look has changed. */
+    std::function<void(const Element &)> Changed;
+
+    /** @param bend see RouteWire(). */
+    void Wire(const Port &from, const Port &to, double bend = HalfWay) { AddWire(from, to, bend, true); }
+    /** A wire without an arrow head: to a dot, a contact or a pivot. */
+    void Line(const Port &from, const Port &to, double bend = HalfWay) { AddWire(from, to, bend, false); }
+    /** A wire along given corners. */
+    void Path(const QPolygonF &corners, bool arrow);
+    Port Dot(const QPointF &at);
+
+    /** A screw at the end of a wire, with its number beside it. */
+    Shape Terminal(const QPointF &centre, const QString &number, const QString &labelName,
+                   Side labelSide = Side::Right);
+
+    /** @param signs text with one sign for the left, top, right and bottom input each, blank for none. */
+    Shape Sum(const QPointF &centre, const QString &signs);
+    Shape Multiplier(const QPointF &centre);
+    Shape Gain(const QPointF &left, const QString &factor);
+    Shape Inverter(const QPointF &left, const QString &name = {});
+    Shape And(const QPointF &left, const QString &labelName = {}, double height = 6);
+    Shape Nand(const QPointF &left, const QString &labelName = {}, double height = 6);
+    Shape Limiter(const QPointF &left) { return Box(Symbol::Limiter, left, {6, 6}); }
+    Shape Ramp(const QPointF &left, const QSizeF &size = {8, 8}) { return Box(Symbol::Ramp, left, size); }
+    Shape Hysteresis(const QPointF &left) { return Box(Symbol::Hysteresis, left, {8, 6}); }
+    Shape Curve(const QPointF &left, const QSizeF &size) { return Box(Symbol::Curve, left, size); }
+    Shape Absolute(const QPointF &left) { return Box(Symbol::Absolute, left, {6, 6}); }
+    Shape Coil(const QPointF &left, const QString &name = {});
+    /** A box with its caption in the middle, such as "PI". */
+    Shape Function(const QPointF &left, const QSizeF &size, const QString &caption,
+                   const QString &labelName = {}, const QString &toolTip = {});
+    void Frame(const QRectF &rect, const QString &title = {});
+
+    /** An arm between contacts. Its state is the index of the contact touched. */
+    LivePart Switch(const QString &name, const QPointF &pivot, const QList<QPointF> &contacts);
+    /** A make contact, open at first. */
+    LivePart Contact(const QString &name, const QPointF &pivot, const QPointF &contact);
+    /** A limit line; its state is its width, 1 or 5. */
+    LivePart Limit(const QString &name, const QPolygonF &line);
+    /** A plain inverter that a tick shows or hides. */
+    LivePart LiveInverter(const QString &name, const QPointF &left);
+    /** A dashed line from a selector's value box to the middle of the arm that it moves. */
+    void Link(const Port &from, const LivePart &arm);
+    void Guide(const Port &from, const Port &to);
+
+    void Label(const QString &name, const QString &text, const QPointF &at,
+               Qt::Alignment align = Qt::AlignHCenter, bool bold = false, const QString &toolTip = {});
+
+    const QList<Element> &Elements() const { return elements_; }
+    const QList<DrawnText> &Texts() const { return texts_; }
+    const Element &At(int index) const { return elements_.at(index); }
+    /** The element of that name, or null. */
+    const Element *Find(const QString &name) const;
+
+    void SetState(int index, int state);
+    void SetVisible(int index, bool visible);
+
+    /** Free end of an element's arm: at a contact, or hanging. */
+    static QPointF ArmEnd(const Element &element);
+    /** The corners of a link as its arm stands now. */
+    QPolygonF LinkLine(const Element &link) const;
+    /** All that an element's ink may cover in any state. */
+    static QRectF Bounds(const Element &element);
+
+private:
+    int Add(Element element);
+    void AddWire(const Port &from, const Port &to, double bend, bool arrow);
+    Shape Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name = {});
+    Shape Gate(Symbol symbol, const QPointF &left, double height, const QString &labelName);
+    void Announce(int index);
+
+    QList<Element> elements_;
+    QList<DrawnText> texts_;
+};
+
+} // namespace quorvik

@@ -1,0 +1,299 @@
+#include "blocks/diagram/DrawingPainter.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr double LineWidth = 0.2;
+constexpr double ContactRadius = 0.5;
+
+QColor Blend(const QColor &a, const QColor &b, double share)
+{
+    const auto mix = [share](int x, int y) { return int(x * (1 - share) + y * share + 0.5); };
+    return QColor(mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue()));
+}
+
+/** Characteristics drawn inside boxes, in fractions of the box. */
+QPolygonF Characteristic(Symbol symbol)
+{
+    switch (symbol) {
+    case Symbol::Limiter:
+        return {{{0.16, 0.78}, {0.34, 0.78}, {0.66, 0.22}, {0.84, 0.22}}};
+    case Symbol::Ramp:
+        return {{{0.14, 0.8}, {0.3, 0.8}, {0.62, 0.22}, {0.86, 0.22}}};
+    case Symbol::Curve:
+        return {{{0.1, 0.78}, {0.26, 0.78}, {0.78, 0.2}, {0.92, 0.2}}};
+    case Symbol::Absolute:
+        return {{{0.2, 0.25}, {0.5, 0.72}, {0.8, 0.25}}};
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+DrawingInk::DrawingInk(const QPalette &palette)
+{
+    paper = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::WindowText);
+    const bool dark = paper.lightness() < text.lightness();
+    line = Blend(text, paper, 0.2);
+    faint = Blend(text, paper, 0.55);
+    fill = dark ? Blend(paper, QColor(Qt::white), 0.09) : Blend(paper, QColor(Qt::white), 0.75);
+    arm = dark ? QColor(255, 128, 74) : QColor(217, 72, 15);
+    curve = dark ? QColor(110, 178, 255) : QColor(16, 98, 190);
+}
+
+DrawingPainter::DrawingPainter(QPainter &painter, const DrawingInk &ink, double unit)
+    : painter_(painter)
+    , ink_(ink)
+    , unit_(unit)
+{
+    painter_.setRenderHint(QPainter::Antialiasing);
+}
+
+void DrawingPainter::Paint(const Drawing &drawing, const QRectF &exposedCells)
+{
+    // Outlines of groups lie under everything, arms above it.
+    static constexpr int Layers = 3;
+    const auto layerOf = [](Symbol symbol) {
+        if (symbol == Symbol::Frame || symbol == Symbol::Guide)
+            return 0;
+        return symbol == Symbol::Switch || symbol == Symbol::Contact || symbol == Symbol::Link ? 2 : 1;
+    };
+    const QRectF exposed = exposedCells.adjusted(-2, -2, 2, 2);
+    for (int layer = 0; layer < Layers; ++layer)
+        for (const Element &element : drawing.Elements()) {
+            if (layerOf(element.symbol) != layer || !element.visible)
+                continue;
+            const QRectF bounds = Drawing::Bounds(element).adjusted(-0.01, -0.01, 0.01, 0.01);
+            if (element.symbol == Symbol::Link || bounds.intersects(exposed))
+                PaintElement(drawing, element);
+        }
+}
+
+void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element)
+{
+    switch (element.symbol) {
+    case Symbol::Wire:
+        PaintWire(element.points, element.arrow);
+        break;
+    case Symbol::Dot:
+        painter_.setPen(Qt::NoPen);
+        painter_.setBrush(ink_.line);
+        painter_.drawEllipse(Px(element.rect));
+        break;
+    case Symbol::Terminal:
+        PaintTerminal(element);
+        break;
+    case Symbol::Sum:
+    case Symbol::Multiplier:
+        PaintRound(element);
+        break;
+    case Symbol::Gain:
+    case Symbol::Inverter:
+        PaintTriangle(element);
+        break;
+    case Symbol::And:
+    case Symbol::Nand:
+        PaintGate(element);
+        break;
+    case Symbol::Function:
+        PaintBox(element.rect);
+        break;
+    case Symbol::Limiter:
+    case Symbol::Ramp:
+    case Symbol::Hysteresis:
+    case Symbol::Curve:
+    case Symbol::Absolute:
+        PaintCharacteristic(element);
+        break;
+    case Symbol::Coil:
+        PaintBox(element.rect);
+        SetPen(ink_.line, LineWidth);
+        painter_.drawLine(Px(element.rect.bottomLeft()), Px(element.rect.topRight()));
+        break;
+    case Symbol::Switch:
+    case Symbol::Contact:
+        PaintArm(element);
+        break;
+    case Symbol::Limit:
+        SetPen(element.state > 1 ? ink_.arm : ink_.line, element.state > 1 ? 0.6 : LineWidth);
+        painter_.setBrush(Qt::NoBrush);
+        painter_.drawPolyline(Px(element.points));
+        break;
+    case Symbol::Link:
+    case Symbol::Guide:
+        SetPen(ink_.faint, 0.15, Qt::DashLine);
+        painter_.setBrush(Qt::NoBrush);
+        painter_.drawPolyline(
+            Px(element.symbol == Symbol::Link ? drawing.LinkLine(element) : element.points));
+        break;
+    case Symbol::Frame:
+        SetPen(ink_.faint, 0.12);
+        painter_.setBrush(Qt::NoBrush);
+        painter_.drawRoundedRect(Px(element.rect), 0.6 * unit_, 0.6 * unit_);
+        break;
+    }
+}
+
+void DrawingPainter::SetPen(const QColor &color, double cells, Qt::PenStyle style)
+{
+    // Whole pixels keep orthogonal lines crisp.
+    QPen pen(color, std::max(1.0, std::round(cells * unit_)), style, Qt::RoundCap, Qt::MiterJoin);
+    if (style == Qt::DashLine)
+        pen.setCapStyle(Qt::FlatCap);
+    painter_.setPen(pen);
+}
+
+void DrawingPainter::PaintWire(const QPolygonF &line, bool arrow)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(Qt::NoBrush);
+    const QPolygonF head = arrow ? ArrowHead(line) : QPolygonF();
+    QPolygonF shaft = line;
+    // The shaft ends inside its head, or its square end would show beside the tip.
+    if (!head.isEmpty())
+        shaft.last() = (head.at(1) + head.at(2)) / 2;
+    painter_.drawPolyline(Px(shaft));
+    if (head.isEmpty())
+        return;
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(ink_.line);
+    painter_.drawPolygon(Px(head));
+}
+
+void DrawingPainter::PaintBox(const QRectF &rect)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.fill);
+    painter_.drawRoundedRect(Px(rect), 0.4 * unit_, 0.4 * unit_);
+}
+
+void DrawingPainter::PaintRound(const Element &element)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.fill);
+    painter_.drawEllipse(Px(element.rect));
+    const QPointF centre = element.rect.center();
+    if (element.symbol == Symbol::Multiplier) {
+        const double reach = 0.6;
+        painter_.drawLine(Px(centre + QPointF(-reach, -reach)), Px(centre + QPointF(reach, reach)));
+        painter_.drawLine(Px(centre + QPointF(-reach, reach)), Px(centre + QPointF(reach, -reach)));
+        return;
+    }
+    painter_.drawText(Px(element.rect), Qt::AlignCenter, QStringLiteral("\u03A3"));
+    // Beside the arrow of its input, outside the circle.
+    static const QPointF places[] = {{-2.4, -1.3}, {1.3, -2.3}, {2.4, -1.3}, {1.3, 2.3}};
+    for (int i = 0; i < int(std::min<qsizetype>(element.text.size(), std::size(places))); ++i) {
+        const QPointF at = centre + places[i];
+        const double reach = 0.5;
+        if (element.text.at(i) == u' ')
+            continue;
+        painter_.drawLine(Px(at - QPointF(reach, 0)), Px(at + QPointF(reach, 0)));
+        if (element.text.at(i) == u'+')
+            painter_.drawLine(Px(at - QPointF(0, reach)), Px(at + QPointF(0, reach)));
+    }
+}
+
+void DrawingPainter::PaintTriangle(const Element &element)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.fill);
+    QRectF body = element.rect;
+    const double bubble = 0.55;
+    if (element.symbol == Symbol::Inverter)
+        body.setRight(body.right() - 2 * bubble);
+    const QPointF apex(body.right(), body.center().y());
+    painter_.drawPolygon(Px(QPolygonF{{body.topLeft(), apex, body.bottomLeft()}}));
+    if (element.symbol == Symbol::Inverter)
+        painter_.drawEllipse(Px(QPointF(apex.x() + bubble, apex.y())), bubble * unit_, bubble * unit_);
+    const QRectF textArea(body.left(), body.top(), body.width() * 0.72, body.height());
+    painter_.drawText(Px(textArea), Qt::AlignCenter, element.text);
+}
+
+void DrawingPainter::PaintGate(const Element &element)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.fill);
+    QRectF body = element.rect;
+    const double bubble = 0.5;
+    if (element.symbol == Symbol::Nand)
+        body.setRight(body.right() - 2 * bubble);
+    const QRectF px = Px(body);
+    const double bow = std::min(px.height(), px.width());
+    QPainterPath path(px.topLeft());
+    path.lineTo(px.right() - bow / 2, px.top());
+    path.arcTo(QRectF(px.right() - bow, px.top(), bow, px.height()), 90, -180);
+    path.lineTo(px.bottomLeft());
+    path.closeSubpath();
+    painter_.drawPath(path);
+    if (element.symbol == Symbol::Nand)
+        painter_.drawEllipse(Px(QPointF(body.right() + bubble, body.center().y())), bubble * unit_,
+                             bubble * unit_);
+}
+
+void DrawingPainter::PaintCharacteristic(const Element &element)
+{
+    PaintBox(element.rect);
+    const auto place = [&](const QPointF &part) {
+        return Px(QPointF(element.rect.left() + part.x() * element.rect.width(),
+                          element.rect.top() + part.y() * element.rect.height()));
+    };
+    const auto stroke = [&](const QPolygonF &parts) {
+        QPolygonF line;
+        for (const QPointF &part : parts)
+            line.append(place(part));
+        painter_.drawPolyline(line);
+    };
+    SetPen(ink_.faint, 0.12);
+    painter_.setBrush(Qt::NoBrush);
+    if (element.symbol == Symbol::Curve)
+        stroke({{{0.1, 0.1}, {0.1, 0.9}, {0.92, 0.9}}});
+    SetPen(ink_.curve, 0.25);
+    if (element.symbol == Symbol::Hysteresis) {
+        stroke({{{0.12, 0.78}, {0.66, 0.78}, {0.66, 0.22}}});
+        stroke({{{0.34, 0.78}, {0.34, 0.22}, {0.88, 0.22}}});
+        return;
+    }
+    stroke(Characteristic(element.symbol));
+}
+
+void DrawingPainter::PaintArm(const Element &element)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.paper);
+    for (const QPointF &point : element.points)
+        painter_.drawEllipse(Px(point), ContactRadius * unit_, ContactRadius * unit_);
+    SetPen(ink_.arm, 0.45);
+    painter_.drawLine(Px(element.points.first()), Px(Drawing::ArmEnd(element)));
+}
+
+void DrawingPainter::PaintTerminal(const Element &element)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.fill);
+    painter_.drawEllipse(Px(element.rect));
+    const QPointF slot(0.45, -0.45);
+    painter_.drawLine(Px(element.rect.center() - slot), Px(element.rect.center() + slot));
+}
+
+QRectF DrawingPainter::Px(const QRectF &cells) const
+{
+    return {cells.topLeft() * unit_, cells.size() * unit_};
+}
+
+QPolygonF DrawingPainter::Px(const QPolygonF &cells) const
+{
+    QPolygonF result;
+    for (const QPointF &point : cells)
+        result.append(point * unit_);
+    return result;
+}
+
+} // namespace quorvik

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "blocks/diagram/Drawing.h"
+
+#include <QPalette>
+
+class QPainter;
+
+namespace quorvik
+{
+
+/** The inks of a drawing, made from a palette, light or dark. */
+struct DrawingInk {
+    explicit DrawingInk(const QPalette &palette);
+
+    QColor line;
+    QColor faint;
+    QColor fill;
+    QColor paper;
+    QColor arm;   ///< the one strong accent: what moves
+    QColor curve; ///< characteristics inside boxes
+};
+
+/** Paints a drawing's elements on a painter whose origin is the drawing's. */
+class DrawingPainter
+{
+public:
+    /** @param unit pixels to a cell. */
+    DrawingPainter(QPainter &painter, const DrawingInk &ink, double unit);
+
+    void Paint(const Drawing &drawing, const QRectF &exposedCells);
+
+private:
+    void PaintElement(const Drawing &drawing, const Element &element);
+    void PaintWire(const QPolygonF &line, bool arrow);
+    void PaintBox(const QRectF &rect);
+    void PaintRound(const Element &element);
+    void PaintTriangle(const Element &element);
+    void PaintGate(const Element &element);
+    void PaintCharacteristic(const Element &element);
+    void PaintArm(const Element &element);
+    void PaintTerminal(const Element &element);
+    void SetPen(const QColor &color, double cells, Qt::PenStyle style = Qt::SolidLine);
+    QPointF Px(const QPointF &cells) const { return cells * unit_; }
+    QRectF Px(const QRectF &cells) const;
+    QPolygonF Px(const QPolygonF &cells) const;
+
+    QPainter &painter_;
+    const DrawingInk &ink_;
+    double unit_;
+};
+
+} // namespace quorvik

@@ -1,0 +1,104 @@
+#include "blocks/diagram/Geometry.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr double ArrowLength = 1.3;
+constexpr double ArrowHalfWidth = 0.6;
+
+bool IsHorizontal(Side side)
+{
+    return side == Side::Left || side == Side::Right;
+}
+
+bool IsVertical(Side side)
+{
+    return side == Side::Top || side == Side::Bottom;
+}
+
+} // namespace
+
+double Shape::Slope(double x) const
+{
+    return outline_ == Outline::Box ? 0.0 : (x - rect_.left()) / rect_.width() * rect_.height() / 2;
+}
+
+QPolygonF RouteWire(const Port &from, const Port &to, double bend)
+{
+    const QPointF a = from.at;
+    const QPointF b = to.at;
+    if (a.x() == b.x() || a.y() == b.y())
+        return {{a, b}};
+    // A dot takes a wire from any side, so the other end decides.
+    const bool leavesVertically =
+        IsVertical(from.side) || (from.side == Side::Any && IsHorizontal(to.side) && std::isnan(bend));
+    const bool entersVertically =
+        IsVertical(to.side) || (to.side == Side::Any && !leavesVertically && std::isnan(bend));
+    if (leavesVertically && entersVertically) {
+        const double y = std::isnan(bend) ? (a.y() + b.y()) / 2 : bend;
+        return {{a, {a.x(), y}, {b.x(), y}, b}};
+    }
+    if (leavesVertically)
+        return {{a, {a.x(), b.y()}, b}};
+    if (entersVertically)
+        return {{a, {b.x(), a.y()}, b}};
+    const double x = std::isnan(bend) ? (a.x() + b.x()) / 2 : bend;
+    return {{a, {x, a.y()}, {x, b.y()}, b}};
+}
+
+QPolygonF ArrowHead(const QPolygonF &line)
+{
+    if (line.size() < 2)
+        return {};
+    const QPointF tip = line.last();
+    const QPointF back = line.at(line.size() - 2) - tip;
+    const double length = std::hypot(back.x(), back.y());
+    if (length == 0)
+        return {};
+    const QPointF along = back / length * ArrowLength;
+    const QPointF across = QPointF(-back.y(), back.x()) / length * ArrowHalfWidth;
+    return {{tip, tip + along + across, tip + along - across}};
+}
+
+bool CrossesRect(const QPolygonF &line, const QRectF &rect)
+{
+    for (qsizetype i = 1; i < line.size(); ++i) {
+        // Liang-Barsky: the stretch of the segment that lies inside all four edges.
+        const QPointF a = line.at(i - 1);
+        const QPointF d = line.at(i) - a;
+        double enter = 0;
+        double leave = 1;
+        bool outside = false;
+        const auto clip = [&](double direction, double distance) {
+            if (direction == 0)
+                outside = outside || distance <= 0;
+            else if (direction < 0)
+                enter = std::max(enter, distance / direction);
+            else
+                leave = std::min(leave, distance / direction);
+        };
+        clip(-d.x(), a.x() - rect.left());
+        clip(d.x(), rect.right() - a.x());
+        clip(-d.y(), a.y() - rect.top());
+        clip(d.y(), rect.bottom() - a.y());
+        if (!outside && enter < leave)
+            return true;
+    }
+    return false;
+}
+
+QPointF OpenArmEnd(const QPointF &pivot, const QPointF &contact)
+{
+    // Lifted by about 27 degrees, to the left of the way from pivot to contact.
+    const QPointF arm = contact - pivot;
+    const QPointF left(arm.y(), -arm.x());
+    return pivot + arm * 0.89 + left * (arm.x() < 0 ? -0.45 : 0.45);
+}
+
+} // namespace quorvik

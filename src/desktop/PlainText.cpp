@@ -1,0 +1,17 @@
+#include "desktop/PlainText.h"
+
+#include <QTextDocument>
+#include <QWidget>
+
+namespace quorvik
+{
+
+void SetPlainToolTip(QWidget *widget, const QString &text)
+{
+    const QString shown =
+        Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
+    if (widget->toolTip() != shown)
+        widget->setToolTip(shown);
+}
+
+} // namespace quorvik

@@ -1,0 +1,103 @@
+#include "desktop/ValueBox.h"
+
+#include "desktop/BoxColors.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr int FocusRing = 2;
+
+/** The room between text and edge, a third of the text's height. */
+int Padding(const QFontMetrics &metrics)
+{
+    return FocusRing + metrics.height() / 4;
+}
+
+} // namespace
+
+ValueBox::ValueBox(const QString &name, QWidget *parent)
+    : QAbstractButton(parent)
+{
+    setObjectName(name);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void ValueBox::SetBackColor(const QColor &color)
+{
+    if (color == backColor_)
+        return;
+    backColor_ = color;
+    update();
+}
+
+void ValueBox::SetText(const QString &shownText)
+{
+    if (shownText == text())
+        return;
+    // An ampersand of a button's text would become a mnemonic; no value holds one.
+    setText(shownText);
+    Q_EMIT TextChanged();
+}
+
+int ValueBox::WidthFor(const QString &shownText) const
+{
+    return fontMetrics().horizontalAdvance(shownText) + 2 * Padding(fontMetrics());
+}
+
+QSize ValueBox::sizeHint() const
+{
+    return {WidthFor(text()), fontMetrics().height() * 3 / 2};
+}
+
+void ValueBox::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const double radius = height() / 8.0;
+    const QColor back = isDown() ? backColor_.lighter(130) : backColor_;
+    QColor edge = palette().color(underMouse() ? QPalette::Highlight : QPalette::WindowText);
+    if (!underMouse())
+        edge.setAlpha(110);
+    painter.setPen(edge);
+    painter.setBrush(back);
+    painter.drawRoundedRect(body, radius, radius);
+
+    const QColor ink = ContrastingText(back);
+    if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), FocusRing));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
+        painter.setPen(QPen(ink, 1));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), radius, radius);
+    }
+    painter.setPen(ink);
+    const int padding = Padding(fontMetrics());
+    const QRect place = rect().adjusted(padding, 0, -padding, 0);
+    const int wanted = fontMetrics().horizontalAdvance(text());
+    // A raw value far outside its limits is squeezed: a number with a digit missing would lie.
+    if (wanted > place.width()) {
+        painter.translate(place.right() + 1, 0);
+        painter.scale(double(place.width()) / wanted, 1);
+        painter.drawText(QRect(-wanted, 0, wanted, height()), Qt::AlignRight | Qt::AlignVCenter, text());
+        return;
+    }
+    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter, text());
+}
+
+void ValueBox::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+} // namespace quorvik

@@ -1,0 +1,141 @@
+// Renders the block windows to pictures: quorvik-pictures FOLDER [--dark] [--scale 2] [--font 1.5] [--only Text]
+
+#include "blocks/BlockCatalogue.h"
+#include "blocks/BlockForm.h"
+#include "desktop/Desk.h"
+#include "desktop/HTMLHelp.h"
+#include "model/EntryRules.h"
+#include "platform/Asker.h"
+#include "platform/SettingsStore.h"
+#include "settings/SettingsFile.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QStyleFactory>
+#include <QTemporaryDir>
+#include <cstdio>
+
+namespace
+{
+
+using namespace quorvik;
+
+class SilentAsker : public Asker
+{
+public:
+    MsgAnswer MsgBox(const QString &text, MsgButtons, MsgIcon, const QString &) override
+    {
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+        return MsgAnswer::Cancel;
+    }
+    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return {}; }
+    std::optional<QString> ShowSave(const FileDialogRequest &) override { return {}; }
+};
+
+class NoHelp : public HTMLHelp
+{
+public:
+    void DisplayTopic(const QString &, QWidget *) override {}
+    void DisplayContents(QWidget *) override {}
+    void DisplaySearch(QWidget *) override {}
+    void Close() override {}
+};
+
+QPalette DarkPalette()
+{
+    QPalette palette;
+    const QColor paper(40, 42, 46);
+    palette.setColor(QPalette::Window, paper);
+    palette.setColor(QPalette::Base, paper.darker(130));
+    palette.setColor(QPalette::Button, paper.lighter(120));
+    palette.setColor(QPalette::Highlight, QColor(70, 140, 220));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, QColor(230, 230, 230));
+    return palette;
+}
+
+/** Measured values as on a running machine, so that a picture shows more than zeros. */
+void LetItRun(Model &model)
+{
+    const std::pair<int, std::int32_t> values[] = {
+        {139, 2047}, {132, 1}, {189, 4000}, {129, 4000}, {192, 12},   {193, 3988}, {194, 3988}, {198, 3990},
+        {200, 698},  {205, 2340}, {212, 1},  {417, 201},  {101, 2340}, {164, 29990}, {165, 1},   {168, 1638},
+        {422, 1},    {224, 4000}, {225, 4000}, {217, 4000},
+    };
+    for (const auto &[number, value] : values)
+        model.ParamTable[number].Value = value;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+
+    QCommandLineParser options;
+    options.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where the pictures go"));
+    options.addOption({QStringLiteral("dark"), QStringLiteral("a dark palette")});
+    options.addOption({QStringLiteral("scale"), QStringLiteral("pixels to a pixel"), QStringLiteral("factor"),
+                       QStringLiteral("1")});
+    options.addOption({QStringLiteral("font"), QStringLiteral("scale of the font"), QStringLiteral("factor"),
+                       QStringLiteral("1")});
+    options.addOption({QStringLiteral("only"), QStringLiteral("captions that hold this"), QStringLiteral("text")});
+    options.addHelpOption();
+    options.process(application);
+    if (options.positionalArguments().size() != 1)
+        options.showHelp(2);
+
+    if (options.isSet(QStringLiteral("dark")))
+        QApplication::setPalette(DarkPalette());
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * options.value(QStringLiteral("font")).toDouble());
+    QApplication::setFont(font);
+
+    const QTemporaryDir profile;
+    Model model;
+    model.InitColors();
+    model.Colors = model.DefaultColors;
+    if (const QString trouble = SettingsFile(model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE));
+        !trouble.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(trouble));
+        return 1;
+    }
+    model.ResetToDefaults();
+    LetItRun(model);
+    SilentAsker asker;
+    EntryRules rules(model, asker);
+    SettingsStore settings(profile.filePath(QStringLiteral("Quorvik.ini")));
+    NoHelp help;
+    FormsCollection forms;
+    QWidget mainWindow;
+    forms.Add(&mainWindow);
+    Desk desk{model, rules, asker, settings, help, forms, {}, {}};
+
+    const QDir folder(options.positionalArguments().first());
+    folder.mkpath(QStringLiteral("."));
+    const double scale = options.value(QStringLiteral("scale")).toDouble();
+    for (const BlockMenuEntry &entry : BlockCatalogue()) {
+        if (!entry.make)
+            continue;
+        // One member stands for its family.
+        const int member = entry.IsFamily() ? entry.firstMember : 0;
+        if (!entry.WindowCaption(member).contains(options.value(QStringLiteral("only"))))
+            continue;
+        BlockForm *form = entry.make(desk, member);
+        form->show();
+        QApplication::processEvents();
+        QPixmap picture(form->size() * scale);
+        picture.setDevicePixelRatio(scale);
+        form->render(&picture);
+        const QString name = folder.filePath(QString::fromLatin1(entry.form) + QStringLiteral(".png"));
+        picture.save(name);
+        std::printf("%s %dx%d\n", qPrintable(name), form->width(), form->height());
+        form->close();
+        QApplication::processEvents();
+    }
+    return 0;
+}
