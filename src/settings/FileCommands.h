@@ -1,12 +1,13 @@
 #pragma once
 
+#include "platform/Asker.h"
+
 #include <QObject>
 #include <functional>
 
 namespace quorvik
 {
 
-class Asker;
 class EntryRules;
 class Model;
 class SettingsFile;
@@ -34,16 +35,21 @@ public:
     /** Shows the modal drive model window. */
     std::function<void()> ShowSelectDriveModel;
 
-    /** Asks to save a modified set. cancel becomes True when the user cancelled or the save failed. */
+    /** Asks to save a modified set. cancel becomes True when the user cancelled or the save failed; a save
+     * that raises, raises here too. */
     void PromptSaveChanges(bool &cancel);
 
     void New();
     void Open();
-    /** @param index 0 Save, 1 Save As. */
+    /**
+     * Saves to the path of the file dialog's last use. A failure after the dialog was shown is told through
+     * SaveFailed only; any other raises RuntimeFailure. Either way the old file and the marks stay.
+     * @param index 0 Save, 1 Save As.
+     */
     void Save(int index);
     void ReadFromDrive();
     void WriteToDrive();
-    /** Loads a file; on line, sends it to the drive. */
+    /** Loads a file, telling the user of a failure; on line, sends it to the drive. */
     void LoadAndAssignSettingsFromFile(const QString &path);
 
     /** The path of the file dialog's last use, which Save writes to; empty until a dialog was used. */
@@ -54,6 +60,11 @@ Q_SIGNALS:
     void SaveFailed(const QString &sentence);
 
 private:
+    FileDialogRequest DialogRequest(const QString &title) const;
+    bool RefusesPresets();
+    void BecomeUnnamed(bool modified);
+    void ShowFailure(const QString &sentence);
+
     Model &model_;
     EntryRules &rules_;
     Asker &asker_;
