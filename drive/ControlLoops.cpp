@@ -23,6 +23,7 @@ constexpr double FilterTime = 0.25; // seconds
 constexpr double SmallestGain = 0.5;
 constexpr double LargestGain = 40.0;
 constexpr std::int32_t TachSelected = 1;
+constexpr std::int32_t NonRegenerative = 16;
 constexpr std::int32_t ArmatureSelected = 0;
 
 double Fraction(std::int32_t counts)
@@ -69,15 +70,13 @@ void ControlLoops::ZeroSpeedLogic()
 {
     const bool isTorqueMode = table_.IsOn(P::DriveModeLow) && !table_.IsOn(P::DriveModeHigh);
     const int demand = isTorqueMode ? P::FinalCurrentDemand : P::FinalVelocityDemand;
-    const std::int32_t zero = table_.Get(P::ZeroSpeedSet);
-    const bool atZeroSet = std::abs(table_.Get(demand)) <= zero;
-    const bool atZeroSpeed = std::abs(table_.Get(P::VelocityFeedback)) <= zero;
-    table_.Put(P::AtZeroSet, atZeroSet);
+    const bool isZeroAsked = std::abs(table_.Get(demand)) <= table_.Get(P::ZeroSpeedSet);
+    const bool atZeroSpeed = std::abs(table_.Get(P::VelocityFeedback)) <= table_.Get(P::AtZeroSet);
     table_.Put(P::AtZeroSpeed, atZeroSpeed);
-    table_.Put(P::AtStandstill, atZeroSet && atZeroSpeed);
+    table_.Put(P::AtStandstill, isZeroAsked && atZeroSpeed);
     const State state = table_.DriveState();
     const bool isFed = IsRampEnabled(state) || state == State::QuickStop;
-    isEnabled_ = isFed && !(table_.IsOn(P::StandstillLogic) && atZeroSet && atZeroSpeed);
+    isEnabled_ = isFed && !(table_.IsOn(P::StandstillLogic) && isZeroAsked && atZeroSpeed);
     table_.Put(P::LoopEnable, isEnabled_);
 }
 
@@ -108,7 +107,7 @@ double ControlLoops::LimitedDemand() const
     if (!isEnabled_)
         return 0;
     if (table_.IsOn(P::OpenLoopArmSelect))
-        return Fraction(table_.Get(P::OpenLoopArmSetpoint));
+        return table_.Share(P::OpenLoopArmSetpoint);
     double sum = Fraction(table_.Get(P::AuxCurrentDemand)) + Fraction(table_.Get(P::CurrentDemand));
     double high = Fraction(table_.Get(P::PositiveCurrentLimit));
     double low = Fraction(table_.Get(P::NegativeCurrentLimit));
@@ -116,8 +115,9 @@ double ControlLoops::LimitedDemand() const
         high = std::min(high, 1.0);
         low = std::max(low, -1.0);
     }
-    if ((table_.Get(Param::DriveModel) & 16) != 0)
-        low = std::max(low, 0.0); // one bridge only: no current the other way
+    // With one bridge there is no current the other way.
+    if ((table_.Get(Param::DriveModel) & NonRegenerative) != 0 || !table_.IsOn(P::RegenMode))
+        low = std::max(low, 0.0);
     if (sum > 0)
         sum = std::min(sum, high);
     else if (sum < 0)
@@ -175,7 +175,7 @@ void ControlLoops::Show(double flux, double seconds)
     table_.PutScaledWithin(P::ArmatureVolts, volts * table_.Scaled(P::MotorVolts));
     const double angle =
         isEnabled_ ? std::min(0.1 + 0.7 * std::abs(volts) + 0.2 * std::abs(current_), 1.0) : 0;
-    table_.PutWithin(P::ConductionAngle, angle * FullScale);
+    table_.PutShare(P::ConductionAngle, angle);
     table_.PutWithin(P::MotorRpm, Fraction(table_.Get(P::VelocityFeedback)) * table_.Get(P::FullSpeedRpm));
 }
 

@@ -53,6 +53,17 @@ void DriveTable::PutScaledWithin(int p, double value)
         PutWithin(p, value * Scale(Record(p).Attributes));
 }
 
+double DriveTable::Share(int p) const
+{
+    return Has(p) && Record(p).Max > 0 ? double(Get(p)) / Record(p).Max : 0;
+}
+
+void DriveTable::PutShare(int p, double share)
+{
+    if (Has(p))
+        PutWithin(p, share * Record(p).Max);
+}
+
 int DriveTable::Selected(int p) const
 {
     const std::int32_t selected = Get(p);

@@ -32,6 +32,9 @@ public:
     /** Value with its decimals: 50 in tenths is 5.0. */
     double Scaled(int p) const;
     void PutScaledWithin(int p, double value);
+    /** Value as a fraction of the parameter's highest one. */
+    double Share(int p) const;
+    void PutShare(int p, double share);
     /** The parameter that selector p points at; 0, which means none, also where it points nowhere. */
     int Selected(int p) const;
 

@@ -18,6 +18,7 @@ constexpr double FieldBuildUp = 2.0;  // seconds after power-on in which the fie
 constexpr double DetectionTime = 0.5; // seconds that a feedback must be missing
 constexpr std::int32_t OvervoltageAt = 13000;
 constexpr std::int32_t OverloadAbove = 10200;
+constexpr std::int32_t OvercurrentAbove = 15500; // what the current limits cannot let through
 constexpr std::int32_t StandingFeedback = 200;
 constexpr double HottestHeatsink = 95.0; // degrees
 
@@ -39,10 +40,11 @@ void FaultMonitor::Clear()
 
 void FaultMonitor::WatchOverload(double seconds)
 {
-    const bool isOver = std::abs(table_.Get(P::CurrentFeedback)) > OverloadAbove;
+    const std::int32_t current = std::abs(table_.Get(P::CurrentFeedback));
+    const bool isOver = current > OverloadAbove;
     const double foldbackTime = table_.Scaled(P::FoldbackTime);
     overload_ = std::clamp(overload_ + (isOver ? seconds : -seconds), 0.0, std::max(foldbackTime, 0.0) + 1);
-    overcurrent_ = isOver ? overcurrent_ + seconds : 0;
+    overcurrent_ = current > OvercurrentAbove ? overcurrent_ + seconds : 0;
     if (foldbackTime > 0 && overload_ > foldbackTime)
         table_.Put(P::FoldbackStatus, 1);
     else if (overload_ <= 0)

@@ -49,8 +49,9 @@ void FieldLoop::Tick(double seconds)
     const double demand = Demand(seconds);
     table_.PutWithin(P::FinalFieldDemand, demand);
     const bool isOpenLoop = table_.IsOn(P::FieldEnable) && table_.IsOn(P::OpenLoopFieldSelect);
-    const double goal = isOpenLoop ? table_.Get(P::OpenLoopFieldSetpoint) : table_.Get(P::FinalFieldDemand);
-    current_ += (goal / FullScale - current_) * (1 - std::exp(-seconds / FieldLag));
+    const double goal =
+        isOpenLoop ? table_.Share(P::OpenLoopFieldSetpoint) : table_.Get(P::FinalFieldDemand) / FullScale;
+    current_ += (goal - current_) * (1 - std::exp(-seconds / FieldLag));
     const double tremble = goal > 0 ? 4 : 0;
     const double currentCounts = current_ * FullScale + noise_(tremble);
     const double voltage = current_ * HotResistance;
@@ -64,7 +65,7 @@ void FieldLoop::Tick(double seconds)
     table_.PutWithin(P::FieldVoltageFeedback, voltage * FullScale + noise_(tremble) - voltageOffset);
     table_.PutWithin(P::FieldVoltageFiltered, voltageFiltered_ * FullScale - voltageOffset);
     table_.PutScaledWithin(P::FieldVolts, voltage * NominalVolts);
-    table_.PutWithin(P::FieldConductionAngle, isOpenLoop ? goal : goal * HotResistance);
+    table_.PutShare(P::FieldConductionAngle, isOpenLoop ? goal : goal * HotResistance);
 }
 
 } // namespace quorvik::drive

@@ -103,12 +103,11 @@ void FunctionBlocks::AuxPi(double seconds)
 
 void FunctionBlocks::Winder()
 {
-    const double core = table_.Scaled(P::WinderCore);
-    const double diameter = table_.Scaled(P::WinderDiameter);
-    if (core <= 0 || diameter <= 0)
-        return;
-    table_.PutScaledWithin(P::WinderRatio, diameter / core);
-    table_.PutWithin(P::WinderSpeed, table_.Get(P::WinderLineSpeed) * core / std::max(diameter, core));
+    // No roll is thinner than its core.
+    const double core = std::max(table_.Get(P::WinderCore), 1);
+    const double ratio = core / std::max<double>(table_.Get(P::WinderDiameter), core);
+    table_.PutWithin(P::WinderRatio, ratio * FullScale);
+    table_.PutWithin(P::WinderSpeed, table_.Get(P::WinderLineSpeed) * ratio);
 }
 
 void FunctionBlocks::Tick(double seconds)

@@ -69,10 +69,10 @@ void InputBlocks::FrequencyInput()
     table_.PutWithin(destination, table_.IsOn(P::FreqInSign) ? -y : y);
 }
 
-void InputBlocks::Tick()
+void InputBlocks::Tick(double seconds)
 {
     for (int member = 0; member < int(terminals_.analog.size()); ++member)
-        AnalogInput(member);
+        AnalogInput(member, seconds);
     for (int member = 0; member < int(terminals_.digital.size()); ++member)
         DigitalInput(member);
     FrequencyInput();

@@ -18,16 +18,17 @@ public:
     {
     }
 
-    void Tick();
+    void Tick(double seconds);
 
 private:
-    void AnalogInput(int member);
+    void AnalogInput(int member, double seconds);
     void DigitalInput(int member);
     void FrequencyInput();
 
     DriveTable &table_;
     Noise &noise_;
     const Terminals &terminals_;
+    std::array<double, 5> filtered_{};
 };
 
 } // namespace quorvik::drive

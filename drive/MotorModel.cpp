@@ -28,7 +28,7 @@ void MotorModel::PowerOn()
 
 void MotorModel::Tick(double seconds)
 {
-    inputs_.Tick();
+    inputs_.Tick(seconds);
     functions_.Tick(seconds);
     logic_.Tick(seconds);
     setpoints_.Tick(seconds);
