@@ -20,10 +20,13 @@ double Line(double x, double low, double high, double atLow, double atHigh)
 
 } // namespace
 
-void InputBlocks::AnalogInput(int member)
+void InputBlocks::AnalogInput(int member, double seconds)
 {
-    const double tremble = terminals_.analog[std::size_t(member)] == 0 ? 0.4 : 1.5;
-    table_.PutWithin(P::AnalogInStatus + member, terminals_.analog[std::size_t(member)] + noise_(tremble));
+    const double level = terminals_.analog[std::size_t(member)];
+    double &filtered = filtered_[std::size_t(member)];
+    const double time = table_.Scaled(P::AnalogInFiltering + member);
+    filtered += (level - filtered) * (time > 0 ? 1 - std::exp(-seconds / time) : 1);
+    table_.PutWithin(P::AnalogInStatus + member, filtered + noise_(level == 0 ? 0.4 : 1.5));
     const int destination = table_.Selected(P::AnalogInDestination + member);
     if (destination == 0)
         return;

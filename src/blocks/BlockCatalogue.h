@@ -16,12 +16,12 @@ using BlockFactory = BlockForm *(*)(Desk &desk, int member);
 
 /** A line of the Blocks menu, in menu order; a submenu stands before what it holds. */
 struct BlockMenuEntry {
-    const char *control; ///< mnuBlockAnalogInput
-    const char *caption = ""; ///< empty for a family, see MenuCaption()
-    const char *parent = ""; ///< control of the submenu that holds it, "" for the Blocks menu itself
-    const char *window = "";      ///< the window's caption; of a family without its member
-    const char *form = "";        ///< the window's stated name; empty for a submenu
-    BlockFactory make = nullptr;  ///< null where there is no window to open
+    const char *control;         ///< mnuBlockAnalogInput
+    const char *caption = "";    ///< empty for a family, see MenuCaption()
+    const char *parent = "";     ///< control of the submenu that holds it, "" for the Blocks menu itself
+    const char *window = "";     ///< the window's caption; of a family without its member
+    const char *form = "";       ///< the window's stated name; empty for a submenu
+    BlockFactory make = nullptr; ///< null where there is no window to open
     int firstMember = -1; ///< members of a family, -1 for a block without; the indexes of the control array
     int lastMember = -1;
     const char *allControl = nullptr; ///< the entry that opens the whole family; stands before its members

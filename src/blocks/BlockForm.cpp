@@ -54,8 +54,8 @@ BlockForm::BlockForm(Desk &desk, const BlockSpec &spec, int member)
     timerUpdateScreen_->setInterval(spec.timerInterval);
     for (const BlockRow &row : spec.rows) {
         linked_ = row.number == LinkedRow;
-        rows_.append({.caption = QString::fromLatin1(row.caption),
-                      .param = linked_ ? 0 : spec.base + row.number});
+        rows_.append(
+            {.caption = QString::fromLatin1(row.caption), .param = linked_ ? 0 : spec.base + row.number});
     }
 }
 
@@ -193,8 +193,8 @@ QRectF BlockForm::Table(const QPointF &topLeft, const QString &title, std::initi
     double captions = 0;
     double boxes = 0;
     for (const int row : rows) {
-        captions = std::max(captions, view_->TextWidth(NumberAndName(QString::number(RowParam(row)),
-                                                                     rows_.at(row).caption)));
+        captions = std::max(
+            captions, view_->TextWidth(NumberAndName(QString::number(RowParam(row)), rows_.at(row).caption)));
         boxes = std::max(boxes, rows_.at(row).width);
     }
     captions = std::ceil(captions) + 1.5;
@@ -310,9 +310,8 @@ void BlockForm::PaintLinkedCaption()
     const Row &row = rows_.last();
     const QString full = NumberAndName(RowText(0), desk().model.ParamTable[row.param].Name);
     SetPlainToolTip(row.label, full);
-    const QString caption = full.size() <= LinkedCaptionLength
-                                ? full
-                                : full.left(LinkedCaptionLength) + QStringLiteral("...");
+    const QString caption =
+        full.size() <= LinkedCaptionLength ? full : full.left(LinkedCaptionLength) + QStringLiteral("...");
     row.label->setText(caption);
 }
 

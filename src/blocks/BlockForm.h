@@ -33,13 +33,14 @@ struct BlockSpec {
     QString caption;       ///< "Velocity Loop"
     const char *helpTopic; ///< "Velocity Loop.htm"
     std::span<const BlockRow> rows;
-    int base = 0; ///< added to each row's number
+    int base = 0;            ///< added to each row's number
     int timerInterval = 500; ///< milliseconds between two ticks
 };
 
 /**
- * The window of one function block: rows of caption and value box on a drawing, repainted from the table twice
- * a second. A block adds its drawing and, where something moves, its tick; see docs/architecture-blocks.md.
+ * The window of one function block: rows of caption and value box on a drawing, repainted from the table
+ * twice a second. A block adds its drawing and, where something moves, its tick; see
+ * docs/architecture-blocks.md.
  */
 class BlockForm : public Form
 {
@@ -81,10 +82,10 @@ protected:
     /** The same for a two-valued selector: a double click flips it. */
     ClickArea *ClickToFlip(const QString &name, const QRectF &cells, const QString &toolTip, int row);
 
-    int RowParam(int row) const;           ///< the number in Label1(row).Tag
-    QString RowText(int row) const;        ///< Text1(row)
-    double RowNumber(int row) const;       ///< Text1(row) as a number; raises RuntimeFailure where it is none
-    std::int32_t RowValue(int row) const;  ///< raw value of the row's parameter
+    int RowParam(int row) const;          ///< the number in Label1(row).Tag
+    QString RowText(int row) const;       ///< Text1(row)
+    double RowNumber(int row) const;      ///< Text1(row) as a number; raises RuntimeFailure where it is none
+    std::int32_t RowValue(int row) const; ///< raw value of the row's parameter
     QLabel *StaticLabel(const QString &name) const; ///< a label of the drawing, or null
     /** Points a row at another parameter; read interest is the caller's. */
     void SetRowParam(int row, int p);

@@ -21,9 +21,9 @@ enum RowIndex {
 };
 
 constexpr BlockRow Rows[] = {
-    {"Destination", 0},       {"Polarity", 5}, {"Status", 116},          {"Filtering", 35},
-    {"Type", 10},             {"0% Calibration", 15}, {"100% Calibration", 20}, {"Bias", 25},
-    {"Gain", 30},             {"Invert", 321}, {"Destination", LinkedRow},
+    {"Destination", 0},         {"Polarity", 5},          {"Status", 116}, {"Filtering", 35}, {"Type", 10},
+    {"0% Calibration", 15},     {"100% Calibration", 20}, {"Bias", 25},    {"Gain", 30},      {"Invert", 321},
+    {"Destination", LinkedRow},
 };
 
 enum TypeContact { Voltage, Current };
@@ -71,32 +71,32 @@ protected:
         d.Wire(filtering.Top(), filter.Bottom());
         d.Wire(filter.Right(), status.Left());
 
-        const Shape curve = d.Curve({68, y}, {16, 14});
-        const Shape polarity = Box(Polarity, {48, y - 13});
-        const Shape bias = Box(Bias, {65, y - 13});
-        const Shape gain = Box(Gain, {80, y - 13});
-        const Shape low = Box(LowCalibration, {61, y + 13}, CaptionAt::Below);
-        const Shape high = Box(HighCalibration, {81, y + 13}, CaptionAt::Below);
+        const Shape curve = d.Curve({66, y}, {20, 14});
+        const Shape polarity = Box(Polarity, {45, y - 13});
+        const Shape bias = Box(Bias, {63, y - 13});
+        const Shape gain = Box(Gain, {77, y - 13});
+        const Shape low = Box(LowCalibration, {63, y + 13}, CaptionAt::BelowRight);
+        const Shape high = Box(HighCalibration, {77, y + 13}, CaptionAt::Below);
         d.Wire(status.Right(), curve.Left());
-        d.Wire({polarity.Bottom().at, Side::Bottom}, curve.LeftAt(y - 4));
-        d.Wire(bias.Bottom(), curve.TopAt(71));
-        d.Wire(gain.Bottom(), curve.TopAt(81));
-        d.Wire(low.Top(), curve.BottomAt(71));
-        d.Wire(high.Top(), curve.BottomAt(81));
+        d.Wire(polarity.Right(), curve.LeftAt(y - 4), 61.5);
+        d.Wire(bias.Bottom(), curve.TopAt(69));
+        d.Wire(gain.Bottom(), curve.TopAt(83));
+        d.Wire(low.Top(), curve.BottomAt(69));
+        d.Wire(high.Top(), curve.BottomAt(83));
 
-        const Port split = d.Dot({89, y});
-        const Shape inverter = d.Gain({93, y + 4}, QStringLiteral("-1"));
-        signSwitch_ = d.Switch(QStringLiteral("LineInvert"), {110, y}, {{103, y - 4}, {103, y + 4}});
+        const Port split = d.Dot({91, y});
+        const Shape inverter = d.Gain({94.5, y + 4}, QStringLiteral("-1"));
+        signSwitch_ = d.Switch(QStringLiteral("LineInvert"), {111, y}, {{104, y - 4}, {104, y + 4}});
         d.Line(curve.Right(), split);
-        d.Path({{split.at, {89, y - 4}, signSwitch_.Contact(AsIs).at}}, false);
-        d.Path({{split.at, {89, y + 4}, inverter.Left().at}}, true);
+        d.Path({{split.at, {91, y - 4}, signSwitch_.Contact(AsIs).at}}, false);
+        d.Path({{split.at, {91, y + 4}, inverter.Left().at}}, true);
         d.Line(inverter.Right(), signSwitch_.Contact(Inverted));
-        d.Link(Box(Invert, {100.5, y + 13}, CaptionAt::Below).Top(), signSwitch_);
+        d.Link(Box(Invert, {101.5, y + 13}, CaptionAt::Below).Top(), signSwitch_);
 
-        const Shape linked = Box(Linked, {116, y});
-        const Shape destination = Box(Destination, {116, y - 13});
+        const Shape linked = Box(Linked, {117, y});
+        const Shape destination = Box(Destination, {117, y - 13});
         d.Wire(signSwitch_.Pivot(), linked.Left());
-        d.Guide(destination.Bottom(), {{122, y - 4}, Side::Top});
+        d.Guide(destination.Bottom(), {{123, y - 4}, Side::Top});
         d.Wire(linked.Right(), {{linked.Rect().right() + 5, y}, Side::Left});
     }
 

@@ -96,16 +96,16 @@ protected:
 
 private:
     static constexpr double DemandY = 31;
-    static constexpr double FeedbackY = 53;
+    static constexpr double FeedbackY = 55;
 
     void DrawDemand(Drawing &d)
     {
         const Shape demand = Box(VelocityDemand, {0, DemandY});
-        const Shape forward = Box(ForwardMaxSpeed, {15, DemandY - 8});
-        const Shape reverse = Box(ReverseMaxSpeed, {15, DemandY + 8}, CaptionAt::Below);
-        const Shape limiter = d.Limiter({18, DemandY});
-        const Shape final = Box(FinalVelDemand, {30, DemandY});
-        sum_ = d.Sum({54, DemandY}, QStringLiteral("+  -"));
+        const Shape forward = Box(ForwardMaxSpeed, {18, DemandY - 8});
+        const Shape reverse = Box(ReverseMaxSpeed, {18, DemandY + 8}, CaptionAt::Below);
+        const Shape limiter = d.Limiter({21, DemandY});
+        const Shape final = Box(FinalVelDemand, {33, DemandY});
+        sum_ = d.Sum({57, DemandY}, QStringLiteral("+  -"));
         d.Wire(demand.Right(), limiter.Left());
         d.Wire(forward.Bottom(), limiter.Top());
         d.Wire(reverse.Top(), limiter.Bottom());
@@ -117,40 +117,39 @@ private:
     {
         const double yB = 4;
         const double yA = 12;
-        d.Frame({14, yB - 4.2, 63, 6.7});
-        d.Frame({14, yA - 4.2, 63, 6.7});
-        Box(OvershootGainB, {16, yB});
-        Box(PropGainB, {37, yB});
-        Box(IntegralTimeB, {57, yB});
-        Box(OvershootGainA, {16, yA});
-        Box(PropGainA, {37, yA});
-        Box(IntegralTimeA, {57, yA});
-        gainSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {87, 8}, {{81, yB}, {81, yA}});
-        d.Line({{77, yB}, Side::Right}, gainSwitch_.Contact(SpotTop));
-        d.Line({{77, yA}, Side::Right}, gainSwitch_.Contact(SpotBottom));
+        d.Frame({17, yB - 4.2, 63, 6.7});
+        d.Frame({17, yA - 4.2, 63, 6.7});
+        Box(OvershootGainB, {19, yB});
+        Box(PropGainB, {41, yB});
+        Box(IntegralTimeB, {61, yB});
+        Box(OvershootGainA, {19, yA});
+        Box(PropGainA, {41, yA});
+        Box(IntegralTimeA, {61, yA});
+        gainSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {90, 8}, {{84, yB}, {84, yA}});
+        d.Line({{80, yB}, Side::Right}, gainSwitch_.Contact(SpotTop));
+        d.Line({{80, yA}, Side::Right}, gainSwitch_.Contact(SpotBottom));
         Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, gainSwitch_.Area(),
               QStringLiteral("Double-click to change over between gain sets A and B"), {GainSelect},
               [this] { Write(RowParam(GainSelect), RowNumber(GainSelect) != 1 ? 1 : 0); });
-        d.Link(Box(GainSelect, {95, 3}).Left(), gainSwitch_);
+        d.Link(Box(GainSelect, {98, 3}).Left(), gainSwitch_);
     }
 
     void DrawLoop(Drawing &d)
     {
-        const Shape error = Box(VelError, {61, DemandY});
-        const Shape pi =
-            d.Function({83, DemandY}, {14, 9}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
-        const Shape clamp = Box(IntegralClamp, {80, DemandY + 10}, CaptionAt::Below);
-        const Shape enable = Box(LoopEnable, {101, DemandY + 10}, CaptionAt::Below);
-        const Shape output = Box(VelLoopOutput, {104, DemandY});
+        const Shape error = Box(VelError, {64, DemandY});
+        const Shape pi = d.Function({86, DemandY}, {14, 9}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
+        const Shape clamp = Box(IntegralClamp, {83, DemandY + 10}, CaptionAt::Below);
+        const Shape enable = Box(LoopEnable, {104, DemandY + 10}, CaptionAt::Below);
+        const Shape output = Box(VelLoopOutput, {107, DemandY});
         d.Wire(sum_.Right(), error.Left());
         d.Wire(error.Right(), pi.Left());
         d.Wire(gainSwitch_.Pivot(), pi.Top());
-        d.Wire(clamp.Top(), pi.BottomAt(86));
-        d.Wire(enable.Left(), pi.BottomAt(94.5));
+        d.Wire(clamp.Top(), pi.BottomAt(89));
+        d.Wire(enable.Left(), pi.BottomAt(97.5));
         d.Wire(pi.Right(), output.Left());
-        d.Wire(output.Right(), {{125, DemandY}, Side::Left});
-        d.Label(QStringLiteral("LabelFinalIDemand"), QStringLiteral("(101) Final I Demand"),
-                {126, DemandY}, Qt::AlignLeft, true);
+        d.Wire(output.Right(), {{128, DemandY}, Side::Left});
+        d.Label(QStringLiteral("LabelFinalIDemand"), QStringLiteral("(101) Final I Demand"), {129, DemandY},
+                Qt::AlignLeft, true);
     }
 
     void DrawFeedback(Drawing &d)
@@ -158,17 +157,16 @@ private:
         const double pitch = 6.5;
         const Shape volts = Box(ArmatureVolts, {0, FeedbackY - pitch});
         const Shape irComp = Box(IrComp, {0, FeedbackY}, CaptionAt::Below);
-        const Shape irSum = d.Sum({17.5, FeedbackY - pitch}, QStringLiteral("+  -"));
-        const Shape afb = Box(Afb, {23, FeedbackY - pitch});
-        const Shape tfb = Box(Tfb, {23, FeedbackY});
-        const Shape efb = Box(Efb, {23, FeedbackY + pitch});
+        const Shape irSum = d.Sum({21.5, FeedbackY - pitch}, QStringLiteral("+  -"));
+        const Shape afb = Box(Afb, {27, FeedbackY - pitch});
+        const Shape tfb = Box(Tfb, {27, FeedbackY});
+        const Shape efb = Box(Efb, {27, FeedbackY + pitch});
         d.Wire(volts.Right(), irSum.Left());
         d.Wire(irComp.Right(), irSum.Bottom());
         d.Wire(irSum.Right(), afb.Left());
 
-        feedbackSwitch_ =
-            d.Switch(QStringLiteral("ShapeTriSwitch"), {47, FeedbackY},
-                     {{39, FeedbackY - pitch}, {39, FeedbackY}, {39, FeedbackY + pitch}});
+        feedbackSwitch_ = d.Switch(QStringLiteral("ShapeTriSwitch"), {51, FeedbackY},
+                                   {{43, FeedbackY - pitch}, {43, FeedbackY}, {43, FeedbackY + pitch}});
         d.Line(afb.Right(), feedbackSwitch_.Contact(0));
         d.Line(tfb.Right(), feedbackSwitch_.Contact(1));
         d.Line(efb.Right(), feedbackSwitch_.Contact(2));
@@ -177,22 +175,22 @@ private:
                   const std::int32_t rawNext = RowValue(FeedbackSelect) + 1;
                   Write(RowParam(FeedbackSelect), rawNext > 2 ? 0 : rawNext);
               });
-        const Shape select = Box(FeedbackSelect, {37, FeedbackY + 13.5}, CaptionAt::Below);
+        const Shape select = Box(FeedbackSelect, {41, FeedbackY + 13.5}, CaptionAt::Below);
         d.Link(select.Top(), feedbackSwitch_);
 
-        const Shape offsetSum = d.Sum({54, FeedbackY}, QStringLiteral("+  -"));
-        const Shape offset = Box(VfbOffset, {57, FeedbackY + 9}, CaptionAt::Below);
-        const Shape feedback = Box(VelFeedback, {60, FeedbackY});
+        const Shape offsetSum = d.Sum({57, FeedbackY}, QStringLiteral("+  -"));
+        const Shape offset = Box(VfbOffset, {60, FeedbackY + 9}, CaptionAt::Below);
+        const Shape feedback = Box(VelFeedback, {63, FeedbackY});
         d.Wire(feedbackSwitch_.Pivot(), offsetSum.Left());
         d.Wire(offset.Left(), offsetSum.Bottom());
         d.Wire(offsetSum.Right(), feedback.Left());
 
-        const Port branch = d.Dot({77, FeedbackY});
-        const Shape filter = d.Function({83, FeedbackY}, {8, 5}, QStringLiteral("Filter"));
-        const Shape filtered = Box(VelFeedbackFiltered, {96, FeedbackY});
-        const Shape scale = d.Multiplier({125, FeedbackY});
-        const Shape level = Box(RpmLevel, {119, FeedbackY + 9}, CaptionAt::Below);
-        const Shape rpm = Box(MotorRpm, {131, FeedbackY});
+        const Port branch = d.Dot({80, FeedbackY});
+        const Shape filter = d.Function({86, FeedbackY}, {8, 5}, QStringLiteral("Filter"));
+        const Shape filtered = Box(VelFeedbackFiltered, {99, FeedbackY});
+        const Shape scale = d.Multiplier({128, FeedbackY});
+        const Shape level = Box(RpmLevel, {122, FeedbackY + 9}, CaptionAt::Below);
+        const Shape rpm = Box(MotorRpm, {134, FeedbackY});
         d.Line(feedback.Right(), branch);
         d.Wire(branch, filter.Left());
         d.Wire({branch.at, Side::Top}, sum_.Bottom(), FeedbackY - 6);

@@ -6,8 +6,8 @@ namespace quorvik
 {
 
 /**
- * The box that shows a parameter's value on the colour of its access class. It takes no typing: a click, Enter
- * or Space asks to edit the value.
+ * The box that shows a parameter's value on the colour of its access class. It takes no typing: a click,
+ * Enter or Space asks to edit the value.
  */
 class ValueBox : public QAbstractButton
 {

@@ -122,7 +122,8 @@ QPolygonF DiagramView::ToPixels(const QPolygonF &cells) const
 void DiagramView::paintEvent(QPaintEvent *event)
 {
     const double unit = Unit();
-    const QRectF exposed(QPointF(event->rect().topLeft()) / unit + origin_, QSizeF(event->rect().size()) / unit);
+    const QRectF exposed(QPointF(event->rect().topLeft()) / unit + origin_,
+                         QSizeF(event->rect().size()) / unit);
     QPainter painter(this);
     painter.translate(-origin_ * unit);
     const DrawingInk ink(palette());

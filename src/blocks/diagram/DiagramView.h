@@ -51,8 +51,8 @@ protected:
 private:
     struct Standing {
         QWidget *widget;
-        QRectF cells;      ///< of a widget on a rectangle
-        QPointF at;        ///< of a text
+        QRectF cells; ///< of a widget on a rectangle
+        QPointF at;   ///< of a text
         Qt::Alignment align;
         QString longestText;
         bool isText;

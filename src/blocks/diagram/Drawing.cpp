@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr double SumRadius = 1.6;
-constexpr double DotRadius = 0.35;
+constexpr double DotRadius = 0.45;
 constexpr double ContactRadius = 0.5;
 constexpr double HandRoom = 1.5;
 

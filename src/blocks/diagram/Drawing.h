@@ -52,7 +52,7 @@ struct Element {
     QString name = {}; ///< may be empty; what moves has one
     QRectF rect = {};
     QPolygonF points = {}; ///< wires: the corners; switches and contacts: pivot, then the contacts
-    QString text = {}; ///< signs of a summing point, factor of a gain
+    QString text = {};     ///< signs of a summing point, factor of a gain
     bool arrow = false;
     int state = 0; ///< switches: contact touched, -1 none; contacts: 1 closed; limits: line width 1 or 5
     bool visible = true;

@@ -9,7 +9,7 @@ namespace quorvik
 namespace
 {
 
-constexpr double LineWidth = 0.2;
+constexpr double LineWidth = 0.24;
 constexpr double ContactRadius = 0.5;
 
 QColor Blend(const QColor &a, const QColor &b, double share)

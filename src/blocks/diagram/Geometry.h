@@ -54,8 +54,8 @@ private:
  * The corners of an orthogonal wire. It leaves and enters at right angles to the sides of its ports: straight
  * where they face each other, with one elbow between a horizontal and a vertical side, with two half-way
  * otherwise.
- * @param bend where the two elbows lie, as x between horizontal sides and as y between vertical ones; half-way
- * when it is not a number.
+ * @param bend where the two elbows lie, as x between horizontal sides and as y between vertical ones;
+ * half-way when it is not a number.
  */
 QPolygonF RouteWire(const Port &from, const Port &to, double bend);
 

@@ -1,4 +1,5 @@
-// Renders the block windows to pictures: quorvik-pictures FOLDER [--dark] [--scale 2] [--font 1.5] [--only Text]
+// Renders the block windows to pictures: quorvik-pictures FOLDER [--dark] [--scale 2] [--font 1.5] [--only
+// Text]
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
@@ -59,9 +60,9 @@ QPalette DarkPalette()
 void LetItRun(Model &model)
 {
     const std::pair<int, std::int32_t> values[] = {
-        {139, 2047}, {132, 1}, {189, 4000}, {129, 4000}, {192, 12},   {193, 3988}, {194, 3988}, {198, 3990},
-        {200, 698},  {205, 2340}, {212, 1},  {417, 201},  {101, 2340}, {164, 29990}, {165, 1},   {168, 1638},
-        {422, 1},    {224, 4000}, {225, 4000}, {217, 4000},
+        {139, 2047}, {132, 1},    {189, 4000}, {129, 4000}, {192, 12},   {193, 3988}, {194, 3988},
+        {198, 3990}, {200, 698},  {205, 2340}, {212, 1},    {417, 201},  {101, 2340}, {164, 29990},
+        {165, 1},    {168, 1638}, {422, 1},    {224, 4000}, {225, 4000}, {217, 4000},
     };
     for (const auto &[number, value] : values)
         model.ParamTable[number].Value = value;
@@ -83,7 +84,8 @@ int main(int argc, char **argv)
                        QStringLiteral("1")});
     options.addOption({QStringLiteral("font"), QStringLiteral("scale of the font"), QStringLiteral("factor"),
                        QStringLiteral("1")});
-    options.addOption({QStringLiteral("only"), QStringLiteral("captions that hold this"), QStringLiteral("text")});
+    options.addOption(
+        {QStringLiteral("only"), QStringLiteral("captions that hold this"), QStringLiteral("text")});
     options.addHelpOption();
     options.process(application);
     if (options.positionalArguments().size() != 1)

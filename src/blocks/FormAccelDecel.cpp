@@ -1,0 +1,138 @@
+#include "blocks/BlockForm.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex {
+    RampBypass,
+    RampSelect,
+    FwdAccelA,
+    FwdDecelA,
+    RevAccelA,
+    RevDecelA,
+    FwdAccelB,
+    FwdDecelB,
+    RevAccelB,
+    RevDecelB,
+    RampInput,
+    RampThreshold,
+    RampOutput,
+    RampingStatus,
+};
+
+constexpr BlockRow Rows[] = {
+    {"Ramp Bypass", 305}, {"Ramp Select", 306},    {"Fwd Accel A", 226}, {"Fwd Decel A", 227},
+    {"Rev Accel A", 228}, {"Rev Decel A", 229},    {"Fwd Accel B", 307}, {"Fwd Decel B", 308},
+    {"Rev Accel B", 309}, {"Rev Decel B", 310},    {"Ramp Input", 224},  {"Ramp Threshold", 230},
+    {"Ramp Output", 225}, {"Ramping Status", 231},
+};
+
+enum SetContact { SetA, SetB };
+enum BypassContact { ThroughRamp, Bypassed };
+enum EnableContact { Enabled, Disabled };
+
+class FormAccelDecel final : public BlockForm
+{
+public:
+    explicit FormAccelDecel(Desk &desk)
+        : BlockForm(desk, {.name = "FormAccelDecel",
+                           .caption = QStringLiteral("Accel/Decel"),
+                           .helpTopic = "AccelDecel.htm",
+                           .rows = Rows})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        DrawSets(d);
+        DrawPath(d);
+    }
+
+    void Tick() override
+    {
+        bypass_.Set(RowText(RampBypass) == QStringLiteral("False") ? ThroughRamp : Bypassed);
+        set_.Set(RowText(RampSelect) == QStringLiteral("False") ? SetA : SetB);
+        const std::int32_t rawState = desk().model.Value(Param::DriveState);
+        enable_.Set(rawState >= 1 && rawState <= 4 ? Enabled : Disabled);
+    }
+
+private:
+    static constexpr double PathY = 38;
+
+    void DrawSets(Drawing &d)
+    {
+        const QRectF tableA =
+            Table({0, 0}, QStringLiteral("Set A"), {FwdAccelA, FwdDecelA, RevAccelA, RevDecelA});
+        const QRectF tableB = Table({tableA.right() + 26, 0}, QStringLiteral("Set B"),
+                                    {FwdAccelB, FwdDecelB, RevAccelB, RevDecelB});
+        const double x = (tableA.right() + tableB.left()) / 2;
+        const double y = tableA.center().y();
+        set_ = d.Switch(QStringLiteral("LineRampSel"), {x, y + 7}, {{x - 5, y}, {x + 5, y}});
+        d.Line({{tableA.right(), y}, Side::Right}, set_.Contact(SetA));
+        d.Line({{tableB.left(), y}, Side::Left}, set_.Contact(SetB));
+        ClickToFlip(QStringLiteral("Image1(1)"), set_.Area(),
+                    QStringLiteral("Double-click to change over between the sets A and B"), RampSelect);
+        const Shape select = Box(RampSelect, {tableA.right() - 13.5, tableA.bottom() + 5}, CaptionAt::Left);
+        d.Link(select.Right(), set_);
+        rampX_ = x;
+    }
+
+    void DrawPath(Drawing &d)
+    {
+        const double y = PathY;
+        const Shape input = Box(RampInput, {0, y});
+        const Port split = d.Dot({18, y});
+        const Shape ramp = d.Ramp({rampX_ - 4, y});
+        d.Label(QStringLiteral("LabelRamp"), QStringLiteral("Ramp"), {rampX_ + 5, y - 5.5}, Qt::AlignLeft);
+        const double switchX = rampX_ + 14;
+        bypass_ = d.Switch(QStringLiteral("LineRampBypass"), {switchX + 8, y + 4},
+                           {{switchX, y}, {switchX, y + 8}});
+        d.Line(input.Right(), split);
+        d.Wire(split, ramp.Left());
+        d.Wire(set_.Pivot(), ramp.Top());
+        d.Line(ramp.Right(), bypass_.Contact(ThroughRamp));
+        d.Path({{split.at, {18, y + 8}, bypass_.Contact(Bypassed).at}}, false);
+        ClickToFlip(QStringLiteral("Image1(0)"), bypass_.Area(),
+                    QStringLiteral("Double-click to pass the ramp by, or to take it again"), RampBypass);
+        const Shape bypass = Box(RampBypass, {switchX - 2, y + 15}, CaptionAt::Below);
+        d.Link(bypass.Top(), bypass_);
+
+        const double enableX = switchX + 17;
+        enable_ = d.Switch(QStringLiteral("LineRampEnable"), {enableX + 9, y + 7},
+                           {{enableX, y + 4}, {enableX, y + 10}});
+        d.Line(bypass_.Pivot(), enable_.Contact(Enabled));
+        d.Label(QStringLiteral("Label0"), QStringLiteral("0.00%"), {enableX - 1.2, y + 10}, Qt::AlignRight);
+        d.Label(QStringLiteral("LabelRampEnable"), QStringLiteral("Ramp Enable"), {enableX + 4, y + 0.5});
+        // This area is tied to row 2, not to the enable: it writes the forward acceleration.
+        ClickToFlip(QStringLiteral("Image1(2)"), enable_.Area(),
+                    QStringLiteral("Double-click to set Fwd Accel A to its smallest step, 0.1 seconds"),
+                    FwdAccelA);
+
+        const Shape output = Box(RampOutput, {enableX + 15, y + 7});
+        d.Wire(enable_.Pivot(), output.Left());
+        d.Wire(output.Right(), {{output.Rect().right() + 5, y + 7}, Side::Left});
+        const Shape threshold = Box(RampThreshold, {enableX - 8, y + 24}, CaptionAt::Below);
+        const Shape status = Box(RampingStatus, {enableX + 15, y + 24}, CaptionAt::Below);
+        d.Wire(threshold.Right(), status.Left());
+    }
+
+    double rampX_ = 0;
+    LivePart set_;
+    LivePart bypass_;
+    LivePart enable_;
+};
+
+} // namespace
+
+BlockForm *MakeFormAccelDecel(Desk &desk, int);
+
+BlockForm *MakeFormAccelDecel(Desk &desk, int)
+{
+    return Loaded(new FormAccelDecel(desk));
+}
+
+} // namespace quorvik

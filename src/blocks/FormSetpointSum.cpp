@@ -1,0 +1,95 @@
+#include "blocks/BlockForm.h"
+
+#include <array>
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex { RampOutput, InvertA, SetpointB, InvertB, SetpointC, InvertC, VelocityDemand };
+
+constexpr BlockRow Rows[] = {
+    {"Ramp Output", 225}, {"Invert A", 233}, {"Setpoint B", 234},      {"Invert B", 235},
+    {"Setpoint C", 236},  {"Invert C", 237}, {"Velocity Demand", 189},
+};
+
+enum SignContact { AsIs, Inverted };
+enum EnableContact { Enabled, Disabled };
+
+class FormSetpointSum final : public BlockForm
+{
+public:
+    explicit FormSetpointSum(Desk &desk)
+        : BlockForm(desk, {.name = "FormSetpointSum",
+                           .caption = QStringLiteral("Setpoint Sum"),
+                           .helpTopic = "Setpoint Sum.htm",
+                           .rows = Rows})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        const Shape sum = d.Sum({72, BranchY(1)}, QStringLiteral("++ +"));
+        d.Wire(DrawBranch(d, 0, RampOutput, InvertA).Pivot(), sum.Top());
+        d.Wire(DrawBranch(d, 1, SetpointB, InvertB).Pivot(), sum.Left());
+        d.Wire(DrawBranch(d, 2, SetpointC, InvertC).Pivot(), sum.Bottom());
+
+        const double y = BranchY(1);
+        enableSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {95, y + 3}, {{86, y}, {86, y + 6}});
+        d.Line(sum.Right(), enableSwitch_.Contact(Enabled));
+        d.Label(QStringLiteral("Label2"), QStringLiteral("0.00%"), {84.8, y + 6}, Qt::AlignRight);
+        d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {90.5, y - 3.5});
+        const Shape demand = Box(VelocityDemand, {101, y + 3});
+        d.Wire(enableSwitch_.Pivot(), demand.Left());
+        d.Wire(demand.Right(), {{118, y + 3}, Side::Left});
+        d.Label({}, QStringLiteral("Velocity Loop"), {119, y + 3}, Qt::AlignLeft, true);
+    }
+
+    void Tick() override
+    {
+        const std::int32_t rawState = desk().model.Value(Param::DriveState);
+        enableSwitch_.Set(rawState == 1 || rawState == 3 ? Enabled : Disabled);
+        const std::array<RowIndex, 3> selectors = {InvertA, InvertB, InvertC};
+        for (std::size_t i = 0; i < selectors.size(); ++i)
+            signSwitches_[i].Set(RowText(selectors[i]) == QStringLiteral("True") ? Inverted : AsIs);
+    }
+
+private:
+    static double BranchY(int branch) { return 6 + branch * 20.0; }
+
+    /** One setpoint with the switch that turns its sign. */
+    const LivePart &DrawBranch(Drawing &d, int branch, RowIndex setpoint, RowIndex invert)
+    {
+        const double y = BranchY(branch);
+        LivePart &sign = signSwitches_[std::size_t(branch)];
+        const Shape box = Box(setpoint, {0, y});
+        const Port split = d.Dot({20, y});
+        const Shape inverter = d.Gain({24, y + 4}, QStringLiteral("-1"));
+        sign = d.Switch(QStringLiteral("LineInvert%1").arg(QChar(u'A' + branch)), {41, y},
+                        {{34, y - 4}, {34, y + 4}});
+        d.Line(box.Right(), split);
+        d.Path({{split.at, {20, y - 4}, sign.Contact(AsIs).at}}, false);
+        d.Path({{split.at, {20, y + 4}, inverter.Left().at}}, true);
+        d.Line(inverter.Right(), sign.Contact(Inverted));
+        const Shape select = Box(invert, {45, y + 8}, CaptionAt::Right);
+        d.Link(select.Left(), sign);
+        return sign;
+    }
+
+    std::array<LivePart, 3> signSwitches_;
+    LivePart enableSwitch_;
+};
+
+} // namespace
+
+BlockForm *MakeFormSetpointSum(Desk &desk, int);
+
+BlockForm *MakeFormSetpointSum(Desk &desk, int)
+{
+    return Loaded(new FormSetpointSum(desk));
+}
+
+} // namespace quorvik

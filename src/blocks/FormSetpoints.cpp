@@ -1,0 +1,151 @@
+#include "blocks/BlockForm.h"
+
+#include "platform/Arithmetic.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex {
+    ReferenceInvert,
+    RefSelectMsb,
+    RefSelectLsb,
+    Reference0,
+    Reference1,
+    Reference2,
+    Reference3,
+    JogReference,
+    JogStatus,
+    RampInput,
+};
+
+constexpr BlockRow Rows[] = {
+    {"Reference Invert", 222}, {"Ref Select (MSB)", 215}, {"Ref Select (LSB)", 216}, {"Reference 0", 217},
+    {"Reference 1", 218},      {"Reference 2", 219},      {"Reference 3", 220},      {"Jog Reference", 221},
+    {"Jog Status", 243},       {"Ramp Input", 224},
+};
+
+constexpr int References = 4;
+
+enum SignContact { AsIs, Inverted };
+enum SourceContact { FromReference, FromJog };
+enum EnableContact { Enabled, Disabled };
+
+class FormSetpoints final : public BlockForm
+{
+public:
+    explicit FormSetpoints(Desk &desk)
+        : BlockForm(desk, {.name = "FormSetpoints",
+                           .caption = QStringLiteral("Setpoints"),
+                           .helpTopic = "Setpoints.htm",
+                           .rows = Rows})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        DrawReferences(d);
+        DrawSign(d);
+        DrawSource(d);
+        DrawEnable(d);
+    }
+
+    void Tick() override
+    {
+        sourceSwitch_.Set(RowText(JogStatus) == QStringLiteral("False") ? FromReference : FromJog);
+        const std::int32_t rawState = desk().model.Value(Param::DriveState);
+        enableSwitch_.Set(rawState == 1 || rawState == 3 ? Enabled : Disabled);
+        const int selected = SelectedReference();
+        referenceSwitch_.Set(selected < References ? selected : -1);
+        signSwitch_.Set(RowText(ReferenceInvert) == QStringLiteral("True") ? Inverted : AsIs);
+    }
+
+private:
+    static constexpr double ReferenceY = 16;
+    static constexpr double JogY = 38;
+    static constexpr double SourceY = 27;
+
+    int SelectedReference() const { return int(CLng(2 * RowNumber(RefSelectMsb) + RowNumber(RefSelectLsb))); }
+
+    void DrawReferences(Drawing &d)
+    {
+        constexpr double pitch = 7;
+        constexpr double pivotX = 28;
+        QList<QPointF> contacts;
+        for (int i = 0; i < References; ++i)
+            contacts.append({pivotX - 9, ReferenceY + (i - 1.5) * pitch});
+        QList<Shape> boxes;
+        for (int i = 0; i < References; ++i)
+            boxes.append(Box(Reference0 + i, {0, contacts.at(i).y()}));
+        referenceSwitch_ = d.Switch(QStringLiteral("ShapeQuadSwitch"), {pivotX, ReferenceY}, contacts);
+        for (int i = 0; i < References; ++i)
+            d.Line(boxes.at(i).Right(), referenceSwitch_.Contact(i));
+        Click(QStringLiteral("Image1(1)"), ClickArea::Gesture::Click, referenceSwitch_.Area(),
+              QStringLiteral("Click to step to the next reference"), {RefSelectMsb, RefSelectLsb}, [this] {
+                  const int next = SelectedReference() + 1;
+                  const int wrapped = next > 3 ? 0 : next;
+                  Write(RowParam(RefSelectMsb), wrapped / 2);
+                  Write(RowParam(RefSelectLsb), wrapped % 2);
+              });
+        const Shape high = Box(RefSelectMsb, {pivotX - 10.5, JogY - 3.5}, CaptionAt::Below);
+        Box(RefSelectLsb, {pivotX - 10.5, JogY + 4}, CaptionAt::Below);
+        d.Link({{pivotX - 4.5, high.Rect().top()}, Side::Top}, referenceSwitch_);
+    }
+
+    void DrawSign(Drawing &d)
+    {
+        const Port split = d.Dot({35, ReferenceY});
+        const Shape inverter = d.Gain({39, ReferenceY + 4}, QStringLiteral("-1"));
+        signSwitch_ = d.Switch(QStringLiteral("LineInvert"), {56, ReferenceY},
+                               {{49, ReferenceY - 4}, {49, ReferenceY + 4}});
+        d.Line(referenceSwitch_.Pivot(), split);
+        d.Path({{split.at, {35, ReferenceY - 4}, signSwitch_.Contact(AsIs).at}}, false);
+        d.Path({{split.at, {35, ReferenceY + 4}, inverter.Left().at}}, true);
+        d.Line(inverter.Right(), signSwitch_.Contact(Inverted));
+        const Shape invert = Box(ReferenceInvert, {47, ReferenceY - 11});
+        d.Link(invert.Bottom(), signSwitch_);
+    }
+
+    void DrawSource(Drawing &d)
+    {
+        sourceSwitch_ =
+            d.Switch(QStringLiteral("LineSwitch"), {75, SourceY}, {{66, SourceY - 4}, {66, SourceY + 4}});
+        d.Line(signSwitch_.Pivot(), sourceSwitch_.Contact(FromReference), 61);
+        const Shape jog = Box(JogReference, {44, JogY}, CaptionAt::Below);
+        d.Line(jog.Right(), sourceSwitch_.Contact(FromJog), 61);
+        const Shape status = Box(JogStatus, {64.5, JogY + 3}, CaptionAt::Below);
+        d.Link(status.Top(), sourceSwitch_);
+    }
+
+    void DrawEnable(Drawing &d)
+    {
+        const double y = SourceY;
+        enableSwitch_ = d.Switch(QStringLiteral("LineRefEnable"), {95, y + 3}, {{86, y}, {86, y + 6}});
+        d.Line(sourceSwitch_.Pivot(), enableSwitch_.Contact(Enabled));
+        d.Label(QStringLiteral("Label2"), QStringLiteral("0.00%"), {84.8, y + 6}, Qt::AlignRight);
+        d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {90.5, y - 3.5});
+        const Shape rampInput = Box(RampInput, {101, y + 3});
+        d.Wire(enableSwitch_.Pivot(), rampInput.Left());
+        d.Wire(rampInput.Right(), {{118, y + 3}, Side::Left});
+        d.Label({}, QStringLiteral("Ramp"), {119, y + 3}, Qt::AlignLeft, true);
+    }
+
+    LivePart referenceSwitch_;
+    LivePart signSwitch_;
+    LivePart sourceSwitch_;
+    LivePart enableSwitch_;
+};
+
+} // namespace
+
+BlockForm *MakeFormSetpoints(Desk &desk, int);
+
+BlockForm *MakeFormSetpoints(Desk &desk, int)
+{
+    return Loaded(new FormSetpoints(desk));
+}
+
+} // namespace quorvik

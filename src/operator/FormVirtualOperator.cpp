@@ -1,0 +1,266 @@
+#include "operator/FormVirtualOperator.h"
+
+#include "model/Conversions.h"
+#include "model/Model.h"
+#include "operator/FormVirtualOperatorSetup.h"
+#include "operator/JogButton.h"
+#include "operator/LatchButton.h"
+#include "operator/VirtualSlider.h"
+#include "platform/Asker.h"
+#include "platform/Guard.h"
+
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMouseEvent>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr int RunParam = 239;
+constexpr int JogParam = 241;
+constexpr int LogicSelectParam = 245;
+constexpr std::int32_t TwoWire = 1;
+/** Status of a push button that is on. */
+constexpr std::int32_t PushedIn = -1;
+
+QChar LetterOf(int index)
+{
+    return QChar(u'A' + index % FormVirtualOperator::Signals);
+}
+
+/** The text as tool tip, never taken for rich text. */
+QString PlainToolTip(const QString &text)
+{
+    return Qt::mightBeRichText(text) ? QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()) : text;
+}
+
+} // namespace
+
+const QString &FormVirtualOperator::Caption()
+{
+    static const QString caption = QStringLiteral("Virtual Operator");
+    return caption;
+}
+
+void FormVirtualOperator::Form_Load()
+{
+    Model &model = desk().model;
+    for (int p = 0; p <= model.LastParam; ++p)
+        if (model.AttrBit(Attr::Destination, p))
+            model.SetParamValue(p, 0, true, false);
+    // Run and Stop act as a maintained command.
+    model.SetParamValue(LogicSelectParam, TwoWire, true, false);
+    for (int index = 0; index < Signals; ++index) {
+        VScrollSignal_Change(index);
+        AssignCaption(index + Signals);
+    }
+    for (int index = 0; index < Records; ++index)
+        AssignCaption(index);
+}
+
+void FormVirtualOperator::AssignCaption(int index)
+{
+    const Model &model = desk().model;
+    const VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
+    const bool isSignal = index < Signals;
+    const bool isAssigned = setting.Destination != 0;
+    const ParamRecord &record = model.ParamTable[setting.Destination];
+    const QString name = isAssigned ? record.Name
+                         : isSignal ? QStringLiteral("Signal ") + LetterOf(index)
+                                    : QStringLiteral("Digital ") + LetterOf(index);
+    const QString toolTip = isAssigned ? PlainToolTip(record.Name) : QStringLiteral("Unassigned");
+    if (isSignal) {
+        const auto signal = std::size_t(index);
+        labelInputName_[signal]->setText(name);
+        labelInputName_[signal]->setToolTip(toolTip);
+        VirtualSlider &slider = *vScrollSignal_[signal];
+        slider.setAccessibleName(name);
+        slider.SetScaleTexts(NumberText(slider.Min(), record.Attributes),
+                             NumberText(slider.Max(), record.Attributes));
+    } else {
+        LatchButton *button = commandDigital_[std::size_t(index - Signals)];
+        button->setText(
+            isAssigned ? name + QStringLiteral("\r\n=") + ValueText(record.Value, record.Attributes) : name);
+        button->setAccessibleName(name);
+        button->setToolTip(toolTip);
+        button->setChecked(setting.Status == PushedIn);
+    }
+}
+
+void FormVirtualOperator::RefreshControls()
+{
+    for (int index = 0; index < Records; ++index)
+        AssignCaption(index);
+    for (int index = 0; index < Signals; ++index)
+        VScrollSignal_Change(index);
+}
+
+void FormVirtualOperator::VScrollSignal_Change(int index)
+{
+    Model &model = desk().model;
+    VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
+    setting.Status = VScrollSignal(index).value();
+    // An unassigned slider writes parameter 0, as an unassigned button does.
+    model.SetParamValue(setting.Destination, setting.Status, true, false);
+    labelSignalValue_.at(std::size_t(index))
+        ->setText(ValueText(setting.Status, model.ParamTable[setting.Destination].Attributes));
+}
+
+void FormVirtualOperator::CommandDigital_Click(int index)
+{
+    Model &model = desk().model;
+    VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
+    setting.Status = ~setting.Status;
+    // Unlike a slider's, this write clears the modified marks and refreshes what hangs on the parameter.
+    model.SetParamValue(setting.Destination,
+                        setting.Status == PushedIn ? setting.GainClosed : setting.BiasOpen, false, true);
+    AssignCaption(index);
+}
+
+void FormVirtualOperator::CommandRun_Click()
+{
+    commandRun_->setEnabled(false);
+    commandJog_->setEnabled(false);
+    desk().model.SetParamValue(RunParam, 1, true, false);
+}
+
+void FormVirtualOperator::CommandStop_Click()
+{
+    commandRun_->setEnabled(true);
+    commandJog_->setEnabled(true);
+    desk().model.SetParamValue(RunParam, 0, true, false);
+}
+
+void FormVirtualOperator::CommandJog_MouseDown()
+{
+    commandRun_->setEnabled(false);
+    desk().model.SetParamValue(JogParam, 1, true, false);
+}
+
+void FormVirtualOperator::CommandJog_MouseUp()
+{
+    commandRun_->setEnabled(true);
+    desk().model.SetParamValue(JogParam, 0, true, false);
+}
+
+void FormVirtualOperator::ShowCommandsInForce()
+{
+    const Model &model = desk().model;
+    commandRun_->SetLit(model.Value(RunParam) != 0);
+    commandJog_->SetLit(model.Value(JogParam) != 0);
+}
+
+void FormVirtualOperator::CommandSetup_Click()
+{
+    fields_.VirtualSelection = 0;
+    ShowSetup();
+}
+
+void FormVirtualOperator::mnuProperties_Click()
+{
+    ShowSetup();
+}
+
+void FormVirtualOperator::ShowSetup()
+{
+    FormVirtualOperatorSetup setup(desk(), *this, fields_.VirtualSelection);
+    setup.exec();
+}
+
+void FormVirtualOperator::PopUp(int index, const QPoint &globalPosition)
+{
+    fields_.VirtualSelection = std::uint8_t(index);
+    mnuPop1_->popup(globalPosition);
+}
+
+int FormVirtualOperator::SignalAt(int x) const
+{
+    int index = 0;
+    while (index < Signals - 1 && x >= line1_[std::size_t(index)]->x())
+        ++index;
+    return index;
+}
+
+int FormVirtualOperator::RecordOf(const QObject *control) const
+{
+    for (int index = 0; index < Signals; ++index) {
+        if (vScrollSignal_[std::size_t(index)] == control)
+            return index;
+        if (commandDigital_[std::size_t(index)] == control)
+            return index + Signals;
+    }
+    return -1;
+}
+
+bool FormVirtualOperator::eventFilter(QObject *watched, QEvent *event)
+{
+    bool isDone = false;
+    Guarded([&] {
+        const int record = RecordOf(watched);
+        if (event->type() == QEvent::MouseButtonRelease) {
+            const auto *mouse = static_cast<QMouseEvent *>(event);
+            if (mouse->button() != Qt::RightButton)
+                return;
+            if (watched == frameSignal_)
+                PopUp(SignalAt(mouse->position().toPoint().x()), mouse->globalPosition().toPoint());
+            else if (record >= Signals)
+                PopUp(record, mouse->globalPosition().toPoint());
+            else
+                return;
+            isDone = true;
+        } else if (event->type() == QEvent::ContextMenu && record >= 0) {
+            const auto *menu = static_cast<QContextMenuEvent *>(event);
+            if (menu->reason() != QContextMenuEvent::Keyboard)
+                return;
+            PopUp(record, menu->globalPos());
+            isDone = true;
+        }
+    });
+    return isDone || Form::eventFilter(watched, event);
+}
+
+bool FormVirtualOperator::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Leave:
+    case QEvent::WindowDeactivate:
+    case QEvent::WindowBlocked:
+    case QEvent::Hide:
+        commandJog_->Release();
+        break;
+    default:
+        break;
+    }
+    return Form::event(event);
+}
+
+void FormVirtualOperator::Unload()
+{
+    commandJog_->Release();
+}
+
+void OpenVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fields)
+{
+    const MsgAnswer answer = desk.asker.MsgBox(
+        QStringLiteral(
+            "In order to use the virtual operator, all inputs must be unassigned!\r\nSelecting Yes "
+            "will automatically unassign all inputs. Select No if you do not wish to continue."),
+        MsgButtons::YesNo, MsgIcon::Exclamation, QStringLiteral("Unassign inputs?"));
+    if (answer != MsgAnswer::Yes)
+        return;
+    const int position = desk.forms.FindOpenBlock(FormVirtualOperator::Caption());
+    auto *panel = position > 0 ? qobject_cast<FormVirtualOperator *>(desk.forms.At(position)) : nullptr;
+    if (panel == nullptr)
+        panel = new FormVirtualOperator(desk, owner, fields);
+    // A record that cannot be shown must not keep the panel, and so Stop, from the user.
+    Guarded([panel] { panel->Form_Load(); });
+    panel->show();
+    panel->raise();
+    panel->activateWindow();
+}
+
+} // namespace quorvik

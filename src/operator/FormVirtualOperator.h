@@ -1,0 +1,98 @@
+#pragma once
+
+#include "desktop/Form.h"
+
+#include <array>
+#include <cstdint>
+
+class QGroupBox;
+class QLabel;
+class QMenu;
+
+namespace quorvik
+{
+
+class JogButton;
+class LatchButton;
+class OperatorButton;
+class VirtualSlider;
+
+/** What the main window keeps for the virtual operator. */
+struct VirtualOperatorFields {
+    std::uint8_t VirtualSelection = 0; ///< the record that the setup opens on, 0 to 11
+};
+
+/**
+ * "Virtual Operator": Run, Stop and Jog, six sliders and six push buttons in place of the drive's terminal
+ * strip. Each writes a parameter of the user's choice.
+ */
+class FormVirtualOperator : public Form
+{
+    Q_OBJECT
+
+public:
+    static constexpr int Signals = 6;
+    static constexpr int Records = 12;
+
+    FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fields);
+
+    static const QString &Caption();
+
+    /** Takes all inputs off their destinations, chooses two-wire logic and writes what the sliders stand at.
+     */
+    void Form_Load();
+
+    /** Refreshes the caption of a record, 0 to 11. */
+    void AssignCaption(int index);
+    /** Draws all records anew and writes each slider's parameter from its position. */
+    void RefreshControls();
+    /** Writes the parameter of slider 0 to 5 from its position. */
+    void VScrollSignal_Change(int index);
+
+    VirtualSlider &VScrollSignal(int index) { return *vScrollSignal_.at(std::size_t(index)); }
+
+protected:
+    void Unload() override;
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QWidget *MakeStartStop();
+    QWidget *MakeSignals();
+    QWidget *MakeDigitals();
+    QWidget *MakeCommands();
+    QLabel *MakeLabel(const char *name, int index);
+
+    void CommandRun_Click();
+    void CommandStop_Click();
+    void CommandJog_MouseDown();
+    void CommandJog_MouseUp();
+    void CommandDigital_Click(int index);
+    void CommandSetup_Click();
+    void mnuProperties_Click();
+    void ShowSetup();
+    void PopUp(int index, const QPoint &globalPosition);
+    int SignalAt(int x) const;
+    int RecordOf(const QObject *control) const;
+    void ShowCommandsInForce();
+
+    VirtualOperatorFields &fields_;
+    OperatorButton *commandRun_;
+    OperatorButton *commandStop_;
+    JogButton *commandJog_;
+    QGroupBox *frameSignal_ = nullptr;
+    QMenu *mnuPop1_;
+    std::array<VirtualSlider *, Signals> vScrollSignal_{};
+    std::array<QLabel *, Signals> labelInputName_{};
+    std::array<QLabel *, Signals> labelSignalValue_{};
+    std::array<QWidget *, Signals> line1_{};
+    std::array<LatchButton *, Records - Signals> commandDigital_{};
+};
+
+/**
+ * Asks whether the inputs may be unassigned and on Yes shows the panel, owned by the main window. A panel
+ * that is open already unassigns them again.
+ */
+void OpenVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fields);
+
+} // namespace quorvik

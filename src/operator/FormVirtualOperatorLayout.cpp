@@ -1,0 +1,167 @@
+// How the panel is put together; what it does stands in FormVirtualOperator.cpp.
+
+#include "model/Model.h"
+#include "operator/FormVirtualOperator.h"
+#include "operator/JogButton.h"
+#include "operator/LatchButton.h"
+#include "operator/VirtualSlider.h"
+#include "platform/Guard.h"
+
+#include <QBoxLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr std::int16_t DesignMin = 10000;
+constexpr std::int16_t DesignMax = 0;
+constexpr int DesignLargeChange = 1000;
+
+} // namespace
+
+FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fields)
+    : Form(desk, QStringLiteral("FormVirtualOperator"), Caption(), QStringLiteral("Virtual Operator.htm"))
+    , fields_(fields)
+    , commandRun_(new OperatorButton(OperatorSymbol::Run, this))
+    , commandStop_(new OperatorButton(OperatorSymbol::Stop, this))
+    , commandJog_(new JogButton(this))
+    , mnuPop1_(new QMenu(QStringLiteral("Pop1"), this))
+{
+    setParent(owner, Qt::Window);
+
+    auto *left = new QVBoxLayout;
+    left->addWidget(MakeStartStop());
+    left->addWidget(MakeDigitals(), 1);
+    auto *stations = new QHBoxLayout;
+    stations->addLayout(left);
+    stations->addWidget(MakeSignals(), 1);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(stations, 1);
+    layout->addWidget(MakeCommands());
+
+    mnuPop1_->setObjectName(QStringLiteral("mnuPop1"));
+    QAction *properties = mnuPop1_->addAction(QStringLiteral("Properties"));
+    properties->setObjectName(QStringLiteral("mnuProperties"));
+    On(properties, &QAction::triggered, this, [this] { mnuProperties_Click(); });
+
+    On(&desk.model, &Model::VirtualSettingsLoaded, this, [this] { RefreshControls(); });
+    // Every write announces the title, so this follows each of them.
+    On(&desk.model, &Model::TitleChanged, this, [this] { ShowCommandsInForce(); });
+    On(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state != Qt::ApplicationActive)
+            commandJog_->Release();
+    });
+    ShowCommandsInForce();
+}
+
+QWidget *FormVirtualOperator::MakeStartStop()
+{
+    auto *frame = new QGroupBox(QStringLiteral("Virtual Run/Stop/Jog"), this);
+    frame->setObjectName(QStringLiteral("FrameStartStop"));
+    commandRun_->setObjectName(QStringLiteral("CommandRun"));
+    commandStop_->setObjectName(QStringLiteral("CommandStop"));
+    commandJog_->setObjectName(QStringLiteral("CommandJog"));
+    commandRun_->setToolTip(QStringLiteral("Run"));
+    commandStop_->setToolTip(QStringLiteral("Stop"));
+    commandJog_->setToolTip(QStringLiteral("Jog while held, with the mouse or the space bar"));
+    auto *layout = new QHBoxLayout(frame);
+    for (QWidget *button : {static_cast<QWidget *>(commandRun_), static_cast<QWidget *>(commandStop_),
+                            static_cast<QWidget *>(commandJog_)})
+        layout->addWidget(button);
+    On(commandRun_, &QPushButton::clicked, this, [this] { CommandRun_Click(); });
+    On(commandStop_, &QPushButton::clicked, this, [this] { CommandStop_Click(); });
+    On(commandJog_, &JogButton::MouseDown, this, [this] { CommandJog_MouseDown(); });
+    On(commandJog_, &JogButton::MouseUp, this, [this] { CommandJog_MouseUp(); });
+    return frame;
+}
+
+QLabel *FormVirtualOperator::MakeLabel(const char *name, int index)
+{
+    auto *label = new QLabel(frameSignal_);
+    label->setObjectName(ControlName(name, index));
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignCenter);
+    return label;
+}
+
+QWidget *FormVirtualOperator::MakeSignals()
+{
+    frameSignal_ = new QGroupBox(QStringLiteral("Virtual Signal Inputs"), this);
+    frameSignal_->setObjectName(QStringLiteral("FrameSignal"));
+    frameSignal_->installEventFilter(this);
+    auto *layout = new QGridLayout(frameSignal_);
+    layout->setRowStretch(1, 1);
+    for (int index = 0; index < Signals; ++index) {
+        const auto signal = std::size_t(index);
+        QLabel *name = MakeLabel("LabelInputName", index);
+        name->setWordWrap(true);
+        name->setMinimumSize(fontMetrics().averageCharWidth() * 14, fontMetrics().lineSpacing() * 3);
+        auto *slider = new VirtualSlider(frameSignal_);
+        slider->setObjectName(ControlName("VScrollSignal", index));
+        slider->SetLimits(DesignMin, DesignMax, DesignLargeChange);
+        slider->installEventFilter(this);
+        On(slider, &VirtualSlider::valueChanged, this, [this, index] { VScrollSignal_Change(index); });
+        QLabel *value = MakeLabel("LabelSignalValue", index);
+        value->setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Sunken));
+        value->setBackgroundRole(QPalette::Base);
+        value->setForegroundRole(QPalette::Text);
+        value->setAutoFillBackground(true);
+        value->setMargin(2);
+        auto *line = new QFrame(frameSignal_);
+        line->setObjectName(ControlName("Line1", index));
+        line->setFrameStyle(int(QFrame::VLine) | int(QFrame::Sunken));
+
+        layout->setColumnStretch(2 * index, 1);
+        layout->addWidget(name, 0, 2 * index);
+        layout->addWidget(slider, 1, 2 * index);
+        layout->addWidget(value, 2, 2 * index);
+        layout->addWidget(line, 0, 2 * index + 1, 3, 1);
+        vScrollSignal_[signal] = slider;
+        labelInputName_[signal] = name;
+        labelSignalValue_[signal] = value;
+        line1_[signal] = line;
+    }
+    return frameSignal_;
+}
+
+QWidget *FormVirtualOperator::MakeDigitals()
+{
+    auto *frame = new QGroupBox(QStringLiteral("Virtual Digital Inputs"), this);
+    frame->setObjectName(QStringLiteral("FrameDigital"));
+    auto *layout = new QGridLayout(frame);
+    for (int index = Signals; index < Records; ++index) {
+        auto *button = new LatchButton(frame);
+        button->setObjectName(ControlName("CommandDigital", index));
+        button->installEventFilter(this);
+        On(button, &QPushButton::clicked, this, [this, index] { CommandDigital_Click(index); });
+        const int place = index - Signals;
+        layout->addWidget(button, place / 2, place % 2);
+        commandDigital_[std::size_t(place)] = button;
+    }
+    return frame;
+}
+
+QWidget *FormVirtualOperator::MakeCommands()
+{
+    auto *commands = new QWidget(this);
+    auto *layout = new QHBoxLayout(commands);
+    layout->setContentsMargins({});
+    auto *setup = new QPushButton(QStringLiteral("Setup..."), commands);
+    setup->setObjectName(QStringLiteral("CommandSetup"));
+    On(setup, &QPushButton::clicked, this, [this] { CommandSetup_Click(); });
+    layout->addWidget(setup);
+    layout->addStretch();
+    layout->addWidget(MakeCommandClose());
+    layout->addWidget(MakeCommandHelp());
+    return commands;
+}
+
+} // namespace quorvik

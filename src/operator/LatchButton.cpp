@@ -1,0 +1,89 @@
+#include "operator/LatchButton.h"
+
+#include "platform/Guard.h"
+
+#include <QPainter>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr QRgb LampOn = 0xff2e9e3e;
+
+/** A contact between two terminals, its arm lifted while it is open. */
+void DrawContact(QPainter &painter, const QRectF &box, bool isClosed, const QColor &ink)
+{
+    const double dot = box.height() * 0.13;
+    const QPointF left(box.left() + box.width() * 0.28, box.center().y());
+    const QPointF right(box.right() - box.width() * 0.28, box.center().y());
+    const double lift = isClosed ? 0 : box.height() * 0.42;
+    painter.setPen(QPen(ink, 2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(box.left(), left.y()), left);
+    painter.drawLine(right, QPointF(box.right(), right.y()));
+    painter.drawLine(left, QPointF(right.x(), right.y() - lift));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    painter.drawEllipse(left, dot, dot);
+    painter.drawEllipse(right, dot, dot);
+}
+
+} // namespace
+
+LatchButton::LatchButton(QWidget *parent)
+    : QPushButton(parent)
+{
+    setCheckable(true);
+    setAttribute(Qt::WA_Hover);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+QSize LatchButton::sizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * 24, fontMetrics().height() * 4};
+}
+
+void LatchButton::paintEvent(QPaintEvent *)
+{
+    Guarded([this] {
+        const double unit = fontMetrics().height();
+        const bool isIn = isDown() || isChecked();
+        QColor face = palette().color(QPalette::Button);
+        if (isIn)
+            face = face.darker(118);
+        else if (underMouse())
+            face = face.lighter(108);
+
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QRectF box = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+        if (!isIn) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(QColor(0, 0, 0, 60));
+            painter.drawRoundedRect(box.translated(0, 1.5), unit * 0.3, unit * 0.3);
+        }
+        painter.setBrush(face);
+        painter.setPen(isChecked() ? QPen(QColor(LampOn), 2) : QPen(palette().color(QPalette::Dark), 1));
+        painter.drawRoundedRect(box, unit * 0.3, unit * 0.3);
+        if (hasFocus()) {
+            painter.setBrush(Qt::NoBrush);
+            painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5, Qt::DotLine));
+            painter.drawRoundedRect(box.adjusted(3, 3, -3, -3), unit * 0.2, unit * 0.2);
+        }
+
+        const QColor ink = palette().color(QPalette::ButtonText);
+        const QRectF side(box.left() + unit * 0.5, box.top(), unit * 2.6, box.height());
+        const QRectF contact(side.left(), side.center().y() - unit * 0.95, side.width(), unit);
+        DrawContact(painter, contact, isChecked(), isChecked() ? QColor(LampOn) : ink);
+        painter.setPen(ink);
+        painter.drawText(QRectF(side.left(), contact.bottom() - unit * 0.1, side.width(), unit * 1.2),
+                         Qt::AlignCenter, isChecked() ? QStringLiteral("closed") : QStringLiteral("open"));
+
+        const QRectF captionBox(side.right() + unit * 0.5, box.top() + unit * 0.25,
+                                box.right() - side.right() - unit * 0.8, box.height() - unit * 0.5);
+        painter.drawText(captionBox, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap, text());
+    });
+}
+
+} // namespace quorvik
