@@ -1,0 +1,119 @@
+#include "blocks/InputOutputForm.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex { Source, AbsoluteValue, OnValue, OffValue, Invert, Status, Mode, Bias, Gain, Linked };
+
+constexpr BlockRow Rows[] = {
+    {"Source", 89},  {"Absolute Value", 91}, {"On Value", 92}, {"Off Value", 93}, {"Invert", 94},
+    {"Status", 170}, {"Mode", 90},           {"Bias", 96},     {"Gain", 95},      {"Source", LinkedRow},
+};
+
+enum ModeContact { Frequency, Digital };
+
+constexpr int ModeParam = 90;
+
+class FormFreqDigOutput final : public InputOutputForm
+{
+public:
+    explicit FormFreqDigOutput(Desk &desk)
+        : InputOutputForm(desk,
+                          {.name = "FormFreqDigOutput",
+                           .caption = QStringLiteral("Frequency/Digital Output"),
+                           .helpTopic = "Frequency Digital Output.htm",
+                           .rows = Rows},
+                          {.outputs = 1, .kind = 1, .member = 0})
+    {
+    }
+
+protected:
+    std::optional<WizardIOStartRecord> IOMentorStart() const override
+    {
+        std::optional<WizardIOStartRecord> start = InputOutputForm::IOMentorStart();
+        start->freqDigMode = std::uint8_t(desk().model.Value(ModeParam));
+        return start;
+    }
+
+    void Draw(Drawing &d) override
+    {
+        const double frequencyY = 12;
+        const double middleY = 24;
+        const double digitalY = 36;
+        const Shape source = SourceEnd(d, Source, middleY);
+        const double x = source.Rect().right() + 5;
+        const Port branch = d.Dot({x, middleY});
+        d.Line(source.Right(), branch);
+
+        const Shape magnitude = d.Absolute({x + 4, frequencyY});
+        const Shape product = d.Multiplier({x + 22, frequencyY});
+        const Shape sum = d.Sum({x + 37, frequencyY}, QStringLiteral("++"));
+        d.Path({{branch.at, {x, frequencyY}, magnitude.Left().at}}, true);
+        d.Wire(magnitude.Right(), product.Left());
+        d.Wire(Box(Gain, {x + 16, frequencyY - 9}).Bottom(), product.Top());
+        d.Wire(product.Right(), sum.Left());
+        d.Wire(Box(Bias, {x + 31, frequencyY - 9}).Bottom(), sum.Top());
+
+        absSwitch_ = OptionalStage(d, {{x, middleY}, Side::Bottom}, {x, digitalY}, Stage::Absolute,
+                                   AbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight);
+        const double comparatorX = x + StageWidth + 6;
+        const Shape comparator = d.Hysteresis({comparatorX, digitalY});
+        const Shape on = Box(OnValue, {comparatorX - 2, digitalY - 10});
+        const Shape off = Box(OffValue, {comparatorX - 2, digitalY + RowBelow}, CaptionAt::Below);
+        d.Wire(absSwitch_.Pivot(), comparator.Left());
+        d.Wire(on.Bottom(), comparator.Top());
+        d.Wire(off.Top(), comparator.Bottom());
+        invertSwitch_ = OptionalStage(d, comparator.Right(), {comparatorX + 13, digitalY}, Stage::Negate,
+                                      Invert, QStringLiteral("LineInvert"));
+
+        const double modeX = invertSwitch_.Pivot().at.x() + 8;
+        modeSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {modeX + 8, middleY},
+                               {{modeX, middleY - 4}, {modeX, middleY + 4}});
+        d.Line(sum.Right(), modeSwitch_.Contact(Frequency), modeX - 5);
+        d.Line(invertSwitch_.Pivot(), modeSwitch_.Contact(Digital), modeX - 5);
+        d.Link(Box(Mode, {modeX - 2, frequencyY - 9}).Bottom(), modeSwitch_);
+        Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, modeSwitch_.Area(),
+              QStringLiteral("Double-click to change over between frequency and digital output"), {Mode},
+              [this] { Write(RowParam(Mode), RowText(Mode) != QStringLiteral("Digital") ? 1 : 0); });
+
+        const Shape status = Box(Status, {modeX + 13, middleY});
+        const Shape driver = d.Function({modeX + 30, middleY}, {10, 15}, QStringLiteral("Driver"));
+        d.Wire(modeSwitch_.Pivot(), status.Left());
+        d.Wire(status.Right(), driver.Left());
+        const double terminalX = modeX + 46;
+        const auto terminal = [&](int number, const QString &labelName, const QString &role, double y) {
+            const Shape screw = d.Terminal({terminalX, y}, QString::number(number), labelName);
+            d.Label({}, role, {terminalX + 5, y}, Qt::AlignLeft);
+            d.Line(driver.RightAt(y), screw.Left());
+        };
+        terminal(51, QStringLiteral("LabelPos"), QStringLiteral("Pos"), middleY - 5);
+        terminal(52, QStringLiteral("LabelOutput"), QStringLiteral("Output"), middleY);
+        terminal(53, QStringLiteral("LabelNegative"), QStringLiteral("Neg"), middleY + 5);
+    }
+
+    void Tick() override
+    {
+        modeSwitch_.Set(RowText(Mode) == QStringLiteral("Digital") ? Digital : Frequency);
+        absSwitch_.Set(RowValue(AbsoluteValue) != 0 ? SwitchedIn : PassedBy);
+        invertSwitch_.Set(RowValue(Invert) == 1 ? SwitchedIn : PassedBy);
+    }
+
+private:
+    LivePart absSwitch_;
+    LivePart invertSwitch_;
+    LivePart modeSwitch_;
+};
+
+} // namespace
+
+BlockForm *MakeFormFreqDigOutput(Desk &desk, int);
+
+BlockForm *MakeFormFreqDigOutput(Desk &desk, int)
+{
+    return Loaded(new FormFreqDigOutput(desk));
+}
+
+} // namespace quorvik

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "blocks/BlockForm.h"
+
+namespace quorvik
+{
+
+/**
+ * What the windows of the drive's inputs and outputs share: the I/O Mentor's button, the end of the path
+ * where another parameter is selected, and the stages that several of them have.
+ */
+class InputOutputForm : public BlockForm
+{
+public:
+    InputOutputForm(Desk &desk, const BlockSpec &spec, const WizardIOStartRecord &mentorStart,
+                    int member = -1)
+        : BlockForm(desk, spec, member)
+        , mentorStart_(mentorStart)
+    {
+    }
+
+protected:
+    /** Height of a row that acts on the path, above or below it. */
+    static constexpr double RowAbove = -13;
+    static constexpr double RowBelow = 13;
+
+    std::optional<WizardIOStartRecord> IOMentorStart() const override { return mentorStart_; }
+
+    /** The right end of an input: the parameter driven, and above it the row that selects it. */
+    void DestinationEnd(Drawing &d, const Port &from, int selectorRow, double left);
+    /** The left end of an output: the parameter shown, and above it the row that selects it. */
+    Shape SourceEnd(Drawing &d, int selectorRow, double y);
+    /** The line between two calibration points, with the rows that set its ends. */
+    Shape CalibrationStage(Drawing &d, const QPointF &left, int lowRow, int highRow, int biasRow,
+                           int gainRow);
+
+    /** A stage that a row switches in or passes by: a branch through an element, and an arm. */
+    enum class Stage { Negate, Absolute };
+    LivePart OptionalStage(Drawing &d, const Port &from, const QPointF &branch, Stage stage, int row,
+                           const QString &armName, CaptionAt captionAt = CaptionAt::Below);
+    /** Width of an optional stage from its branch to its arm's pivot. */
+    static constexpr double StageWidth = 20;
+    /** Contacts of such an arm. */
+    enum StageContact { PassedBy, SwitchedIn };
+
+private:
+    WizardIOStartRecord mentorStart_;
+};
+
+} // namespace quorvik

@@ -1,0 +1,108 @@
+#include "desktop/DesktopAsker.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+
+namespace quorvik
+{
+
+namespace
+{
+
+QMessageBox::Icon BoxIcon(MsgIcon icon)
+{
+    switch (icon) {
+    case MsgIcon::Critical:
+        return QMessageBox::Critical;
+    case MsgIcon::Question:
+        return QMessageBox::Question;
+    case MsgIcon::Exclamation:
+        return QMessageBox::Warning;
+    case MsgIcon::Information:
+        return QMessageBox::Information;
+    case MsgIcon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons BoxButtons(MsgButtons buttons)
+{
+    switch (buttons) {
+    case MsgButtons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case MsgButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case MsgButtons::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+QWidget *FrontWindow()
+{
+    return QApplication::activeModalWidget() ? QApplication::activeModalWidget()
+                                             : QApplication::activeWindow();
+}
+
+/** Shown without the last pair of parentheses, which hold what the dialog really looks for: some platforms
+ * tell capitals apart, and a pattern "*.*" would miss names without a point. */
+QStringList NameFilters()
+{
+    return {QStringLiteral("All Files (*.*) (*)"),
+            QStringLiteral("Svx Parameter Files (*.Svx) (*.[Ss][Vv][Xx])")};
+}
+
+std::optional<QString> RunFileDialog(QFileDialog &dialog, const FileDialogRequest &request)
+{
+    dialog.setWindowTitle(request.title);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(NameFilters());
+    dialog.selectNameFilter(NameFilters().last());
+    dialog.setDefaultSuffix(QStringLiteral("Svx"));
+    if (!request.folder.isEmpty())
+        dialog.setDirectory(request.folder);
+    if (!request.fileName.isEmpty())
+        dialog.selectFile(request.fileName);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return dialog.selectedFiles().constFirst();
+}
+
+} // namespace
+
+MsgAnswer DesktopAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title)
+{
+    QMessageBox box(BoxIcon(icon), title.isEmpty() ? AppTitle() : title, text, BoxButtons(buttons),
+                    FrontWindow());
+    box.setTextFormat(Qt::PlainText);
+    switch (box.exec()) {
+    case QMessageBox::Yes:
+        return MsgAnswer::Yes;
+    case QMessageBox::No:
+        return MsgAnswer::No;
+    case QMessageBox::Ok:
+        return MsgAnswer::Ok;
+    default:
+        return MsgAnswer::Cancel;
+    }
+}
+
+std::optional<QString> DesktopAsker::ShowOpen(const FileDialogRequest &request)
+{
+    QFileDialog dialog(FrontWindow());
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return RunFileDialog(dialog, request);
+}
+
+std::optional<QString> DesktopAsker::ShowSave(const FileDialogRequest &request)
+{
+    QFileDialog dialog(FrontWindow());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    return RunFileDialog(dialog, request);
+}
+
+} // namespace quorvik

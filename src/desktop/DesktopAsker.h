@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/Asker.h"
+
+namespace quorvik
+{
+
+/** Asks with the desktop's message boxes and file dialogs, over the window that is in front. */
+class DesktopAsker : public Asker
+{
+public:
+    MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
+    std::optional<QString> ShowOpen(const FileDialogRequest &request) override;
+    std::optional<QString> ShowSave(const FileDialogRequest &request) override;
+};
+
+} // namespace quorvik

@@ -1,0 +1,259 @@
+#include "desktop/FormModifyParameterValue.h"
+
+#include "desktop/TextBoxFunctions.h"
+#include "model/Conversions.h"
+#include "model/EntryRules.h"
+#include "model/Model.h"
+#include "model/TextTables.h"
+#include "platform/Arithmetic.h"
+#include "platform/Asker.h"
+#include "platform/Guard.h"
+#include "platform/Numbers.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <algorithm>
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum TextRow { MaxRow, MinRow, NewRow };
+
+struct Kind {
+    int typeCode;
+    const char *caption;
+    int options; ///< 0 for the list of parameters
+};
+
+constexpr Kind Kinds[] = {
+    {0, "Select Parameter", 0}, {2, "Select Polarity", 2}, {3, "Select Analog Type", 2},
+    {4, "Select Value", 2},     {5, "Select Mode", 2},     {6, "Select Feedback", 3},
+    {7, "Select Value", 2},     {8, "Select Mode", 2},     {9, "Select Sign", 2},
+    {19, "Select Mode", 2},     {21, "Select Mode", 3},    {22, "Select Type", 2},
+    {24, "Select Value", 4},
+};
+
+constexpr int StopModeType = 21;
+constexpr int QuickStop = 1;
+/** From this code on the models cannot regenerate and have no quick stop. */
+constexpr int FirstNonRegenerativeModel = 17;
+
+constexpr int TwipsPerPixel = 15;
+/** The height of a line of text for which the sizes in twips were made. */
+constexpr double DesignTextHeight = 13;
+
+} // namespace
+
+FormModifyParameterValue::FormModifyParameterValue(Desk &desk, QWidget *owner)
+    : DialogForm(desk, owner, QStringLiteral("FormModifyParameterValue"), {}, {})
+{
+    // Closed by its frame the dialog would leave the last use's answer standing, so the frame does not offer
+    // it.
+    setWindowFlag(Qt::WindowCloseButtonHint, false);
+    MakeControls();
+    Load();
+}
+
+void FormModifyParameterValue::MakeControls()
+{
+    static const QString rowCaptions[] = {QStringLiteral("Max Value"), QStringLiteral("Min Value"),
+                                          QStringLiteral("New Value")};
+    for (int i = 0; i < 3; ++i) {
+        labelValue_[i] = new QLabel(rowCaptions[i], this);
+        labelValue_[i]->setObjectName(ControlName("LabelValue", i));
+        textValue_[i] = new QLineEdit(this);
+        textValue_[i]->setObjectName(ControlName("TextValue", i));
+        textValue_[i]->setAccessibleName(rowCaptions[i]);
+        textValue_[i]->setAlignment(Qt::AlignRight);
+        labelUnits_[i] = new QLabel(this);
+        labelUnits_[i]->setObjectName(ControlName("LabelUnits", i));
+        labelUnits_[i]->setTextFormat(Qt::PlainText);
+        On(textValue_[i], &QLineEdit::textChanged, this, [this](const QString &text) { newValue_ = text; });
+        SelectAllOnFocus(textValue_[i]);
+        if (i != NewRow) {
+            textValue_[i]->setReadOnly(true);
+            textValue_[i]->setFocusPolicy(Qt::NoFocus);
+        }
+    }
+    for (int i = 0; i < int(option1_.size()); ++i) {
+        option1_[i] = new QRadioButton(this);
+        option1_[i]->setObjectName(ControlName("Option1", i));
+        On(option1_[i], &QRadioButton::toggled, this, [this, i](bool on) {
+            if (on)
+                newValue_ = QString::number(i);
+        });
+    }
+    comboParameterSelect_ = new QComboBox(this);
+    comboParameterSelect_->setObjectName(QStringLiteral("ComboParameterSelect"));
+    comboParameterSelect_->setAccessibleName(QStringLiteral("Parameter"));
+    comboParameterSelect_->setMaxVisibleItems(20);
+
+    commandOK_ = new QPushButton(QStringLiteral("OK"), this);
+    commandOK_->setObjectName(QStringLiteral("CommandOK"));
+    commandOK_->setDefault(true);
+    On(commandOK_, &QPushButton::clicked, this, [this] { CommandOK_Click(); });
+    commandCancel_ = new QPushButton(QStringLiteral("Cancel"), this);
+    commandCancel_->setObjectName(QStringLiteral("CommandCancel"));
+    On(commandCancel_, &QPushButton::clicked, this, [this] { CommandCancel_Click(); });
+
+    for (QWidget *control : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        control->setVisible(control == commandOK_ || control == commandCancel_);
+}
+
+void FormModifyParameterValue::Load()
+{
+    const Model &model = desk().model;
+    const int typeCode = TypeCode(model.ParamTable[model.EditParamNumber].Attributes);
+    const auto *kind = std::find_if(std::begin(Kinds), std::end(Kinds),
+                                    [typeCode](const Kind &row) { return row.typeCode == typeCode; });
+    if (kind == std::end(Kinds)) {
+        setWindowTitle(QStringLiteral("Enter New Value"));
+        LayOutNumber();
+        return;
+    }
+    setWindowTitle(QString::fromLatin1(kind->caption));
+    if (kind->options == 0)
+        LayOutCombo();
+    else
+        LayOutOptions(kind->options);
+}
+
+void FormModifyParameterValue::LayOutCombo()
+{
+    const ParamChoices choices = desk().rules.FillParamCombo(desk().model.EditParamNumber);
+    comboParameterSelect_->addItems(choices.items);
+    comboParameterSelect_->setCurrentIndex(-1);
+    On(comboParameterSelect_, &QComboBox::currentTextChanged, this,
+       [this](const QString &item) { newValue_ = item.left(item.indexOf(u' ')); });
+    comboParameterSelect_->setCurrentIndex(choices.selected);
+
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(comboParameterSelect_, 0, 0, 1, 3);
+    layout->addWidget(commandOK_, 1, 1);
+    layout->addWidget(commandCancel_, 1, 2);
+    layout->setColumnStretch(0, 1);
+    layout->setRowStretch(2, 1);
+    comboParameterSelect_->show();
+    comboParameterSelect_->setFocus();
+    ResizeTo(4080, 1800);
+}
+
+void FormModifyParameterValue::LayOutOptions(int count)
+{
+    const Model &model = desk().model;
+    const int typeCode = TypeCode(model.ParamTable[model.EditParamNumber].Attributes);
+    for (int i = 0; i < int(option1_.size()); ++i)
+        option1_[i]->setText(EnumText(i, typeCode));
+
+    auto *layout = new QGridLayout(this);
+    for (int i = 0; i < count; ++i) {
+        layout->addWidget(option1_[i], i, 0);
+        option1_[i]->show();
+    }
+    layout->addWidget(commandOK_, 0, 1);
+    layout->addWidget(commandCancel_, count - 1, 1);
+    layout->setHorizontalSpacing(2 * fontMetrics().height());
+    layout->setRowStretch(count, 1);
+
+    if (typeCode == StopModeType && model.Value(Param::DriveModel) >= FirstNonRegenerativeModel)
+        option1_[QuickStop]->hide();
+    // A value without an option leaves nothing chosen, and OK then asks for a choice.
+    if (model.EditValue >= 0 && model.EditValue < int(option1_.size())) {
+        option1_[model.EditValue]->setChecked(true);
+        option1_[model.EditValue]->setFocus();
+    }
+    ResizeTo(count == 2 ? 2760 : 3000, 2000);
+}
+
+void FormModifyParameterValue::LayOutNumber()
+{
+    const Model &model = desk().model;
+    const ParamRecord &record = model.ParamTable[model.EditParamNumber];
+    const std::int32_t rawValues[] = {record.Max, record.Min, model.EditValue};
+    auto *layout = new QGridLayout(this);
+    for (int i = 0; i < 3; ++i) {
+        textValue_[i]->setText(NumberText(rawValues[i], record.Attributes));
+        labelUnits_[i]->setText(UnitText(record.Attributes));
+        layout->addWidget(labelValue_[i], i, 0);
+        layout->addWidget(textValue_[i], i, 1, 1, 2);
+        layout->addWidget(labelUnits_[i], i, 3);
+        labelValue_[i]->show();
+        textValue_[i]->show();
+        labelUnits_[i]->show();
+    }
+    layout->addWidget(commandOK_, 3, 1);
+    layout->addWidget(commandCancel_, 3, 2, 1, 2);
+    textValue_[NewRow]->setFocus();
+    ResizeTo(4080, 2460);
+}
+
+void FormModifyParameterValue::ResizeTo(int widthTwips, int heightTwips)
+{
+    const double scale = std::max(1.0, fontMetrics().height() / DesignTextHeight) / TwipsPerPixel;
+    resize(QSize(int(widthTwips * scale), int(heightTwips * scale)).expandedTo(sizeHint()));
+}
+
+void FormModifyParameterValue::AskAgain()
+{
+    textValue_[NewRow]->setFocus();
+    SelectAllText(textValue_[NewRow]);
+}
+
+bool FormModifyParameterValue::IsAcceptable()
+{
+    Model &model = desk().model;
+    const ParamRecord &record = model.ParamTable[model.EditParamNumber];
+    if (!IsNumeric(newValue_)) {
+        desk().asker.MsgBox(QStringLiteral("Must be a numeric value. Please Re-enter."), MsgButtons::Ok,
+                            MsgIcon::Exclamation, {});
+        AskAgain();
+        return false;
+    }
+    model.EditValue = EntryToRaw(newValue_, record.Attributes);
+    if (model.AttrBit(Attr::Destination, model.EditParamNumber)) {
+        if (desk().rules.ResolveDestinationConflict(model.EditParamNumber, ToInt16(model.EditValue)))
+            return true;
+        comboParameterSelect_->setFocus();
+        return false;
+    }
+    if (model.EditValue >= record.Min && model.EditValue <= record.Max)
+        return true;
+    desk().asker.MsgBox(QStringLiteral("Please enter a value between ") +
+                            ValueText(record.Min, record.Attributes) + QStringLiteral(" and ") +
+                            ValueText(record.Max, record.Attributes),
+                        MsgButtons::Ok, MsgIcon::None, {});
+    AskAgain();
+    return false;
+}
+
+void FormModifyParameterValue::CommandOK_Click()
+{
+    if (!IsAcceptable())
+        return;
+    desk().model.EditConfirmed = true;
+    accept();
+}
+
+void FormModifyParameterValue::CommandCancel_Click()
+{
+    desk().model.EditConfirmed = false;
+    reject();
+}
+
+void FormModifyParameterValue::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        CommandCancel_Click();
+    else
+        DialogForm::keyPressEvent(event);
+}
+
+} // namespace quorvik

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "desktop/Form.h"
+
+#include <array>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QRadioButton;
+
+namespace quorvik
+{
+
+/**
+ * The one place where a user types or picks a parameter's value. It edits Model::EditParamNumber, starting
+ * from Model::EditValue, and leaves the result there; OK and Cancel set Model::EditConfirmed.
+ */
+class FormModifyParameterValue : public DialogForm
+{
+    Q_OBJECT
+
+public:
+    FormModifyParameterValue(Desk &desk, QWidget *owner);
+
+    /** The present choice as text: the number typed, the option's index, or the number of the parameter. */
+    const QString &NewValue() const { return newValue_; }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void MakeControls();
+    void Load();
+    void LayOutCombo();
+    void LayOutOptions(int count);
+    void LayOutNumber();
+    void ResizeTo(int widthTwips, int heightTwips);
+    void AskAgain();
+    void CommandOK_Click();
+    void CommandCancel_Click();
+    bool IsAcceptable();
+
+    std::array<QLabel *, 3> labelValue_{};
+    std::array<QLineEdit *, 3> textValue_{};
+    std::array<QLabel *, 3> labelUnits_{};
+    std::array<QRadioButton *, 4> option1_{};
+    QComboBox *comboParameterSelect_ = nullptr;
+    QPushButton *commandOK_ = nullptr;
+    QPushButton *commandCancel_ = nullptr;
+    QString newValue_;
+};
+
+} // namespace quorvik
