@@ -171,7 +171,8 @@ void Database::Release()
 
 QString Database::Failure(const QString &reason) const
 {
-    return QStringLiteral("\"%1\": %2.").arg(title_, reason);
+    return title_.isEmpty() ? QStringLiteral("The file was not written: %1.").arg(reason)
+                            : QStringLiteral("\"%1\": %2.").arg(title_, reason);
 }
 
 QString Database::Execute(const QString &statement)
@@ -283,7 +284,6 @@ QString Database::Close()
 
 QString DBEngine::CreateDatabase(const QString &path, Database &database)
 {
-    database.title_ = QFileInfo(path).fileName();
     database.connectionName_ = NewConnectionName();
     database.connection_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), database.connectionName_);
     database.connection_.setDatabaseName(path);

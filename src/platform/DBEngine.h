@@ -120,7 +120,7 @@ private:
 
     QSqlDatabase connection_;
     QString connectionName_;
-    QString title_; ///< the file's name, for sentences
+    QString title_; ///< the file's name for sentences on reading; empty while writing
 };
 
 /** Creates and opens files of tables. */
