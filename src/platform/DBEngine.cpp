@@ -289,10 +289,10 @@ QString DBEngine::CreateDatabase(const QString &path, Database &database)
     database.connection_.setDatabaseName(path);
     if (!database.connection_.open())
         return database.Failure(database.connection_.lastError().databaseText());
-    // The file counts for nothing until its owner has flushed and renamed it, so the engine's own journal and
-    // flushes would only cost time.
+    // The file counts for nothing until its owner has flushed and renamed it, so the engine's own files
+    // and flushes would only cost time.
     const QStringList statements = {
-        QStringLiteral("PRAGMA journal_mode = OFF"),
+        QStringLiteral("PRAGMA journal_mode = MEMORY"),
         QStringLiteral("PRAGMA synchronous = OFF"),
         QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId),
         QStringLiteral("PRAGMA user_version = %1").arg(FormatVersion),

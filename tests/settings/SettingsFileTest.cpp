@@ -139,6 +139,7 @@ TEST_F(SettingsFileTest, OnLineTheDriveKeepsWhatIsItsOwn)
 {
     ASSERT_EQ(WriteSet(Path("online.Svx"), 440), QString());
     const ParamRecord motor = model.ParamTable[123];
+    model.ParamTable[411].Attributes &= ~Attr::ReadOnly;
     const ParamRecord drive = model.ParamTable[411];
     const ParamRecord status = model.ParamTable[200];
     online = true;

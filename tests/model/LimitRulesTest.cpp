@@ -1,0 +1,185 @@
+#include "ModelFixture.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <vector>
+
+namespace quorvik::testing
+{
+
+namespace
+{
+
+constexpr int Target = 300;
+constexpr std::int32_t TargetAttributes =
+    12 * 32 | 1 | Attr::ReadOnly | Attr::Icr | Attr::Destination | Attr::Long | Attr::Refresh;
+constexpr std::int32_t Masked = 12 * 32 | 1 | Attr::Long | Attr::Refresh;
+
+} // namespace
+
+/** Parameter 300, limits -50 to 60, is what selectors point at; dependants stand outside its limits. */
+class LimitRulesTest : public ModelTest
+{
+protected:
+    void Point(int selector)
+    {
+        Shape(Target, -50, 60, TargetAttributes);
+        At(selector).Value = Target;
+    }
+
+    void ExpectLimits(int number, std::int32_t rawMin, std::int32_t rawMax, std::int32_t attributes)
+    {
+        EXPECT_EQ(At(number).Min, rawMin) << number;
+        EXPECT_EQ(At(number).Max, rawMax) << number;
+        EXPECT_EQ(At(number).Attributes, attributes) << number;
+    }
+};
+
+struct Follower {
+    int first;
+    int last;
+    int low;
+    int high;
+};
+
+TEST_F(LimitRulesTest, InputsTakeOverTheirDestination)
+{
+    for (const Follower &row : {Follower{1, 7, 7, 14}, Follower{23, 27, 25, 30}, Follower{63, 63, 3, 4}}) {
+        for (int selector = row.first; selector <= row.last; ++selector) {
+            SCOPED_TRACE(selector);
+            const int dependants[] = {selector + row.low, selector + row.high};
+            At(dependants[0]).Value = -900;
+            At(dependants[1]).Value = 900;
+            Point(selector);
+            model.RefreshDependentParams(selector);
+            for (const int dependant : dependants)
+                ExpectLimits(dependant, -50, 60, Masked);
+            EXPECT_EQ(At(dependants[0]).Value, -50);
+            EXPECT_EQ(At(dependants[1]).Value, 60);
+
+            At(selector).Value = 0;
+            At(dependants[1]).Value = 5000;
+            model.RefreshDependentParams(selector);
+            for (const int dependant : dependants)
+                ExpectLimits(dependant, -1000, 1000, 32);
+            EXPECT_EQ(At(dependants[1]).Value, 5000) << "going back to factory limits never clamps";
+        }
+    }
+}
+
+TEST_F(LimitRulesTest, PolarityLimitsTheCalibration)
+{
+    for (int selector = 28; selector <= 32; ++selector) {
+        SCOPED_TRACE(selector);
+        At(selector).Value = 1;
+        At(selector + 10).Value = -3000;
+        At(selector + 15).Value = 4095;
+        model.RefreshDependentParams(selector);
+        ExpectLimits(selector + 10, -2048, 2047, 32);
+        ExpectLimits(selector + 15, 0, 2047, 32);
+        EXPECT_EQ(At(selector + 10).Value, -2048);
+        EXPECT_EQ(At(selector + 15).Value, 2047);
+
+        At(selector).Value = 0;
+        At(selector + 10).Value = -100;
+        At(selector + 15).Value = -1;
+        model.RefreshDependentParams(selector);
+        ExpectLimits(selector + 10, 0, 2047, 32);
+        EXPECT_EQ(At(selector + 10).Value, 0);
+        EXPECT_EQ(At(selector + 15).Value, 0);
+    }
+}
+
+TEST_F(LimitRulesTest, RelaysFollowTheirSourceWithoutClamping)
+{
+    for (int source = 69; source <= 71; ++source) {
+        for (const bool byAbsolute : {false, true}) {
+            for (const bool absolute : {false, true}) {
+                SCOPED_TRACE(source);
+                model.ResetToDefaults();
+                Point(source);
+                At(source + 3).Value = absolute ? -1 : 0;
+                At(source + 6).Value = 900;
+                model.RefreshDependentParams(byAbsolute ? source + 3 : source);
+                // The Source of relay 3 triggers nothing when it changes.
+                const bool runs = byAbsolute || source != 71;
+                for (const int dependant : {source + 6, source + 9})
+                    ExpectLimits(dependant, runs ? (absolute ? 0 : -50) : -1000, runs ? 60 : 1000,
+                                 runs ? Masked : 32);
+                EXPECT_EQ(At(source + 6).Value, 900);
+            }
+        }
+        At(source).Value = 0;
+        model.RefreshDependentParams(source + 3);
+        ExpectLimits(source + 6, -1000, 1000, 32);
+        ExpectLimits(source + 9, -1000, 1000, 32);
+    }
+}
+
+TEST_F(LimitRulesTest, OffValueOfTheDigitalOutputKeepsItsLimits)
+{
+    Point(89);
+    At(92).Value = 900;
+    At(93).Value = 1500;
+    model.RefreshDependentParams(89);
+    ExpectLimits(92, -50, 60, Masked);
+    ExpectLimits(93, -1000, 1000, Masked);
+    EXPECT_EQ(At(92).Value, 60);
+    EXPECT_EQ(At(93).Value, 1000);
+    At(89).Value = 0;
+    model.RefreshDependentParams(89);
+    ExpectLimits(92, -1000, 1000, 32);
+    ExpectLimits(93, -1000, 1000, 32);
+}
+
+TEST_F(LimitRulesTest, ModelFixesTheCurrents)
+{
+    struct Row {
+        std::int32_t code;
+        std::int32_t rated;
+        std::int32_t least;
+    };
+    for (const Row &row : {Row{0, 0, 0}, Row{1, 36, 7}, Row{17, 36, 7}, Row{10, 510, 102}, Row{26, 510, 102},
+                           Row{5, 174, 35}, Row{7, 256, 51}}) {
+        At(Param::DriveModel).Value = row.code;
+        At(123).Value = 1;
+        model.RefreshDependentParams(Param::DriveModel);
+        EXPECT_EQ(At(122).Value, row.rated) << row.code;
+        EXPECT_EQ(At(123).Value, row.rated);
+        EXPECT_EQ(At(123).Preset, row.rated);
+        EXPECT_EQ(At(123).Max, row.rated);
+        EXPECT_EQ(At(123).Min, row.least);
+    }
+    for (const std::int32_t code : {11, 27, 31}) {
+        At(Param::DriveModel).Value = code;
+        EXPECT_THROW(model.RefreshDependentParams(Param::DriveModel), RuntimeFailure) << code;
+    }
+}
+
+TEST_F(LimitRulesTest, NoOtherParameterLeads)
+{
+    Shape(Target, -50, 60, TargetAttributes);
+    for (int i = 0; i <= 433; ++i) {
+        const bool leads = (i >= 1 && i <= 7) || (i >= 23 && i <= 32) || i == 63 || i == 69 || i == 70 ||
+                           (i >= 72 && i <= 74) || i == 89 || i == Param::DriveModel;
+        if (leads)
+            continue;
+        At(i).Value = Target;
+        model.RefreshDependentParams(i);
+    }
+    for (int i = 0; i <= 433; ++i) {
+        if (i != Target && i != 123 && !(i >= 38 && i <= 47)) {
+            ASSERT_EQ(At(i).Min, -1000) << i;
+            ASSERT_EQ(At(i).Max, 1000) << i;
+        }
+    }
+}
+
+TEST_F(LimitRulesTest, SelectorBeyondTheTableFails)
+{
+    At(1).Value = 434;
+    EXPECT_THROW(model.RefreshDependentParams(1), RuntimeFailure);
+    EXPECT_EQ(At(8).Max, 1000);
+}
+
+} // namespace quorvik::testing

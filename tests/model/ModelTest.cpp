@@ -1,0 +1,189 @@
+#include "ModelFixture.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <QStringList>
+#include <vector>
+
+namespace quorvik::testing
+{
+
+TEST_F(ModelTest, AccessClasses)
+{
+    struct Row {
+        std::int32_t attributes;
+        bool linked;
+        std::int32_t state;
+        int accessClass;
+        bool writable;
+    };
+    const std::vector<Row> table = {
+        {32, false, 1, Access::ReadWrite, true},
+        {32 | Attr::ReadOnly, false, 0, Access::ReadOnly, false},
+        {32 | Attr::ReadOnly, true, 0, Access::ReadOnly, false},
+        {32 | Attr::ReadOnly | Attr::Icr, false, 0, Access::ReadOnly, false},
+        {64 | Attr::Icr, false, 0, Access::IcrReadWrite, true},
+        {64 | Attr::Icr, false, 8, Access::IcrReadWrite, true},
+        {64 | Attr::Icr, false, 1, Access::IcrReadOnly, false},
+        {64 | Attr::Icr, false, 7, Access::IcrReadOnly, false},
+        {64 | Attr::Icr, true, 0, Access::IcrReadWrite, false},
+        {32, true, 0, Access::LinkedDestination, false},
+    };
+    for (const Row &row : table) {
+        At(100).Attributes = row.attributes;
+        At(24).Attributes = Attr::Destination;
+        At(24).Value = row.linked ? 100 : 0;
+        At(Param::DriveState).Value = row.state;
+        EXPECT_EQ(model.AccessClass(100), row.accessClass) << row.attributes << ' ' << row.state;
+        EXPECT_EQ(model.CanWriteParam(100), row.writable) << row.attributes << ' ' << row.state;
+    }
+    EXPECT_EQ(model.AccessDescription(100, Access::LinkedDestination),
+              QStringLiteral("Destination-Read Only from (24) P24"));
+    EXPECT_EQ(model.AccessDescription(100, Access::ReadWrite), QStringLiteral("Read/Write"));
+}
+
+TEST_F(ModelTest, LinksToParameterZeroAreNoLinksButForbidWriting)
+{
+    At(24).Attributes = Attr::Destination;
+    At(24).Value = 0;
+    EXPECT_EQ(model.FindLinkSource(0), 0);
+    EXPECT_EQ(model.AccessClass(0), Access::ReadWrite);
+    EXPECT_FALSE(model.CanWriteParam(0));
+
+    // Only the one walk looks at selector 0.
+    At(0).Attributes = Attr::Destination;
+    At(0).Value = 100;
+    EXPECT_EQ(model.FindLinkSource(100), 0);
+    EXPECT_FALSE(model.CanWriteParam(100));
+    model.LastParam = -1;
+    EXPECT_TRUE(model.CanWriteParam(100));
+}
+
+TEST_F(ModelTest, FirstSelectorCountsAndNoneBeyondLastParam)
+{
+    for (const int selector : {23, 24, 430}) {
+        At(selector).Attributes = Attr::Destination;
+        At(selector).Value = selector == 430 ? 101 : 100;
+    }
+    EXPECT_EQ(model.FindLinkSource(100), 23);
+    EXPECT_EQ(model.FindLinkSource(101), 430);
+    model.LastParam = 429;
+    EXPECT_EQ(model.FindLinkSource(101), 0);
+}
+
+TEST_F(ModelTest, SetParamValueQueuesAndMarks)
+{
+    QStringList titles;
+    QObject::connect(&model, &Model::TitleChanged, [&titles](const QString &title) { titles.append(title); });
+    struct Row {
+        int number;
+        bool modified;
+        bool marksBefore;
+        bool marksAfter;
+    };
+    const std::vector<Row> table = {
+        {226, true, false, true}, {226, false, true, false}, {406, true, false, false},
+        {406, false, true, true}, {407, true, false, false},
+    };
+    for (const Row &row : table) {
+        model.FileModified = model.DriveModified = row.marksBefore;
+        model.WritePending = false;
+        At(row.number).WriteFlag = WriteState::None;
+        model.SetParamValue(row.number, 1, row.modified, true);
+        EXPECT_EQ(At(row.number).Value, 1);
+        EXPECT_EQ(At(row.number).WriteFlag, WriteState::Queued);
+        EXPECT_TRUE(model.WritePending);
+        EXPECT_EQ(model.FileModified, row.marksAfter) << row.number;
+        EXPECT_EQ(model.DriveModified, row.marksAfter) << row.number;
+    }
+    EXPECT_EQ(titles.size(), qsizetype(table.size()));
+    EXPECT_EQ(titles.first(), QStringLiteral("Quorvik - [unnamed*]"));
+    EXPECT_EQ(titles.last(), QStringLiteral("Quorvik - [unnamed]"));
+
+    Shape(100, -5, 5, 64);
+    model.SetParamValue(1, 100, true, false);
+    EXPECT_EQ(At(8).Max, 1000);
+    model.SetParamValue(1, 100, true, true);
+    EXPECT_EQ(At(8).Max, 5);
+}
+
+TEST_F(ModelTest, WholeTableFlagsLeaveTheClockAndReadOnlyParametersAlone)
+{
+    At(200).Attributes |= Attr::ReadOnly;
+    model.LastParam = 400;
+    for (const std::uint8_t state : {WriteState::Held, WriteState::Queued}) {
+        model.SetAllWriteFlags(state);
+        EXPECT_EQ(model.WritePending, state == WriteState::Queued);
+        for (int i = 0; i <= 433; ++i) {
+            const bool exempt = (i >= 256 && i <= 262) || i == 200 || i > 400;
+            ASSERT_EQ(At(i).WriteFlag, exempt ? WriteState::None : state) << i;
+        }
+    }
+}
+
+TEST_F(ModelTest, ReadInterestIsCountedAndChecked)
+{
+    EXPECT_TRUE(model.SetAllReadFlags(1));
+    EXPECT_TRUE(model.SetAllReadFlags(0));
+    EXPECT_FALSE(model.SetAllReadFlags(2));
+    EXPECT_EQ(At(433).ReadFlag, 1);
+    EXPECT_TRUE(model.SetAllReadFlags(-1));
+    EXPECT_EQ(At(433).ReadFlag, 0);
+    EXPECT_THROW(model.RemoveReadInterest(5), RuntimeFailure);
+    At(5).ReadFlag = 255;
+    EXPECT_THROW(model.AddReadInterest(5), RuntimeFailure);
+    EXPECT_EQ(At(5).ReadFlag, 255);
+}
+
+TEST_F(ModelTest, NumbersOutsideTheTableFail)
+{
+    for (const int number : {-1, 434, 32767}) {
+        EXPECT_THROW(model.Value(number), RuntimeFailure);
+        EXPECT_THROW(model.SetParamValue(number, 0, true, false), RuntimeFailure);
+        EXPECT_THROW(model.AccessClass(number), RuntimeFailure);
+    }
+    EXPECT_FALSE(model.FileModified);
+}
+
+TEST_F(ModelTest, RangesAreRaw)
+{
+    Shape(100, -5, 1250, 32 | 2);
+    EXPECT_TRUE(model.IsInRange(QStringLiteral("1250"), 100));
+    EXPECT_FALSE(model.IsInRange(QStringLiteral("1250.5"), 100));
+    EXPECT_TRUE(model.IsInRange(QStringLiteral("-5"), 100));
+    EXPECT_THROW(model.IsInRange(QStringLiteral("x"), 100), RuntimeFailure);
+}
+
+TEST_F(ModelTest, ModelKinds)
+{
+    struct Row {
+        std::int32_t code;
+        bool defined;
+        bool regenerative;
+    };
+    for (const Row &row : {Row{0, false, true}, Row{1, true, true}, Row{10, true, true}, Row{11, false, true},
+                           Row{16, false, false}, Row{17, true, false}, Row{27, true, false}}) {
+        At(Param::DriveModel).Value = row.code;
+        EXPECT_EQ(model.IsModelDefined(), row.defined) << row.code;
+        EXPECT_EQ(model.IsRegenerative(), row.regenerative) << row.code;
+    }
+}
+
+TEST_F(ModelTest, ResetGivesTheFactoryStateAndKeepsReadInterest)
+{
+    model.ParamTable.Resize(440);
+    model.LastParam = 100;
+    At(226) = {1, 2, 3, 4, 5, QStringLiteral("x"), 6, WriteState::Queued};
+    model.PresetTable[1].Value = 226;
+    model.PresetTable[226].Max = 77;
+    model.ResetToDefaults();
+    EXPECT_EQ(model.LastParam, 433);
+    EXPECT_EQ(model.ParamTable.UpperBound(), 433);
+    EXPECT_EQ(At(226).Name, QStringLiteral("P226"));
+    EXPECT_EQ(At(226).ReadFlag, 6);
+    EXPECT_EQ(At(226).WriteFlag, WriteState::None);
+    EXPECT_EQ(At(8).Max, 77) << "the rules follow the factory selectors";
+    EXPECT_EQ(At(123).Max, 174) << "and the factory model";
+}
+
+} // namespace quorvik::testing
