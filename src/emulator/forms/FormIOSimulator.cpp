@@ -21,6 +21,7 @@ namespace
 
 constexpr int DigitalInputs = 7;
 constexpr int AnalogInputs = 5;
+constexpr int FirstAnalogPolarity = 28;
 constexpr int FirstDigitalStatus = 132;
 constexpr int FirstAnalogStatus = 139;
 constexpr int FreqInputStatus = 164;
@@ -184,13 +185,13 @@ void FormIOSimulator::ShowOutputs()
         const int normallyOpen = 3 * i;
         contacts.append({normallyOpen + 2, energized ? normallyOpen : normallyOpen + 1});
     }
-    relayStrip_->SetBridges(contacts);
+    relayStrip_->SetContacts(contacts);
 }
 
 void FormIOSimulator::ShowInputs()
 {
     for (int i = 0; i < DigitalInputs; ++i)
-        digitalStrip_->SetIndicator(i, Value(FirstDigitalStatus + i) == 1 ? 1.0 : 0.0);
+        digitalStrip_->SetLamp(i, Value(FirstDigitalStatus + i) == 1);
     const int digital = ComboDigitalInput_->currentIndex();
     digitalStrip_->SetSelected(digital);
     const std::int32_t state = Value(FirstDigitalStatus + digital);
@@ -198,8 +199,10 @@ void FormIOSimulator::ShowInputs()
         OptionDigitalInputState_[std::size_t(state)]->setChecked(true);
 
     for (int i = 0; i < AnalogInputs; ++i) {
-        const bool bipolar = Value(28 + i) != 0;
-        analogStrip_->SetIndicator(i, Value(FirstAnalogStatus + i) / (bipolar ? 2047.0 : 4095.0));
+        const bool bipolar = Value(FirstAnalogPolarity + i) != 0;
+        const double zero = bipolar ? 0.5 : 0.0;
+        // Either way the trough is 4095 counts wide.
+        analogStrip_->SetLevel(i, zero, zero + Value(FirstAnalogStatus + i) / 4095.0);
     }
 
     // A file or a link may have put another frequency into the table.

@@ -74,7 +74,7 @@ QGroupBox *FormIOSimulator::MakeFrameDigitalInputs()
                                        {5, QStringLiteral("DI 5")},
                                        {6, QStringLiteral("DI 6")},
                                        {7, QStringLiteral("DI 7")},
-                                       {8, QStringLiteral("+24 V")},
+                                       {8, QStringLiteral("+24V")},
                                        {9, QStringLiteral("COM")}},
                                       Indicator::Lamp, 7, true, frame);
     ComboDigitalInput_ =
@@ -84,6 +84,7 @@ QGroupBox *FormIOSimulator::MakeFrameDigitalInputs()
        [this](int position) { ComboDigitalInput_->setCurrentIndex(position); });
 
     auto *row = new QHBoxLayout;
+    row->setSpacing(fontMetrics().height());
     row->addWidget(ComboDigitalInput_);
     row->addStretch();
     const QStringList captions{QStringLiteral("&Open"), QStringLiteral("&Closed")};
@@ -188,19 +189,16 @@ QGroupBox *FormIOSimulator::MakeFrameFreqInput()
 QGroupBox *FormIOSimulator::MakeFrameRelayOutputs()
 {
     QGroupBox *frame = MakeFrame(QStringLiteral("FrameRelayOutputs"), QStringLiteral("Relay Outputs"));
-    const QString open = QStringLiteral("NO");
-    const QString closed = QStringLiteral("NC");
-    const QString common = QStringLiteral("COM");
-    relayStrip_ = new TerminalStrip({{25, open},
-                                     {26, closed},
-                                     {27, common},
-                                     {28, open},
-                                     {29, closed},
-                                     {30, common},
-                                     {54, open},
-                                     {55, closed},
-                                     {56, common}},
-                                    Indicator::None, 0, false, frame);
+    relayStrip_ = new TerminalStrip({{25, QStringLiteral("NO 1")},
+                                     {26, QStringLiteral("NC 1")},
+                                     {27, QStringLiteral("C 1")},
+                                     {28, QStringLiteral("NO 2")},
+                                     {29, QStringLiteral("NC 2")},
+                                     {30, QStringLiteral("C 2")},
+                                     {54, QStringLiteral("NO 3")},
+                                     {55, QStringLiteral("NC 3")},
+                                     {56, QStringLiteral("C 3")}},
+                                    Indicator::Contact, 0, false, frame);
     auto *layout = new QGridLayout(frame);
     layout->addWidget(relayStrip_, 0, 0, 1, 2);
     for (int i = 0; i < 3; ++i) {

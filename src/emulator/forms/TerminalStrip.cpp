@@ -14,7 +14,7 @@ TerminalStrip::TerminalStrip(QList<Terminal> terminals, Indicator indicator, int
                              QWidget *parent)
     : QWidget(parent)
     , terminals_(std::move(terminals))
-    , levels_(indicated, 0.0)
+    , bars_(indicated, Bar{})
     , indicator_(indicator)
     , selectable_(selectable)
 {
@@ -22,12 +22,21 @@ TerminalStrip::TerminalStrip(QList<Terminal> terminals, Indicator indicator, int
     setMouseTracking(selectable);
 }
 
-void TerminalStrip::SetIndicator(int position, double level)
+void TerminalStrip::SetLamp(int position, bool lit)
 {
-    level = std::clamp(level, -1.0, 1.0);
-    if (levels_.at(position) == level)
+    SetBar(position, {0.0, lit ? 1.0 : 0.0});
+}
+
+void TerminalStrip::SetLevel(int position, double from, double to)
+{
+    SetBar(position, {std::clamp(from, 0.0, 1.0), std::clamp(to, 0.0, 1.0)});
+}
+
+void TerminalStrip::SetBar(int position, const Bar &bar)
+{
+    if (bars_.at(position) == bar)
         return;
-    levels_[position] = level;
+    bars_[position] = bar;
     update();
 }
 
@@ -37,11 +46,11 @@ void TerminalStrip::SetSelected(int position)
     update();
 }
 
-void TerminalStrip::SetBridges(const QList<QPair<int, int>> &bridges)
+void TerminalStrip::SetContacts(const QList<QPair<int, int>> &contacts)
 {
-    if (bridges_ == bridges)
+    if (contacts_ == contacts)
         return;
-    bridges_ = bridges;
+    contacts_ = contacts;
     update();
 }
 
@@ -60,14 +69,19 @@ double TerminalStrip::ScrewDiameter() const
     return LineHeight() * 0.95;
 }
 
+double TerminalStrip::NaturalWidth(int terminals) const
+{
+    double width = 0.0;
+    for (int position = 0; position < terminals; ++position)
+        width += std::max(fontMetrics().horizontalAdvance(terminals_.at(position).name) + LineHeight() * 0.5,
+                          LineHeight() * 1.9);
+    return width;
+}
+
 QSize TerminalStrip::sizeHint() const
 {
-    int widest = 0;
-    for (const Terminal &terminal : terminals_)
-        widest = std::max(widest, fontMetrics().horizontalAdvance(terminal.name));
-    const double cell = std::max(widest + LineHeight() * 0.6, LineHeight() * 2.0);
     const double height = LineHeight() * 2.3 + IndicatorHeight() + ScrewDiameter();
-    return QSize(int(std::ceil(cell * double(terminals_.size()))), int(std::ceil(height)));
+    return QSize(int(std::ceil(NaturalWidth(int(terminals_.size())))), int(std::ceil(height)));
 }
 
 QSize TerminalStrip::minimumSizeHint() const
@@ -77,8 +91,11 @@ QSize TerminalStrip::minimumSizeHint() const
 
 QRectF TerminalStrip::CellRect(int position) const
 {
-    const double cell = double(width()) / double(terminals_.size());
-    return QRectF(cell * position, 0.0, cell, height());
+    const int count = int(terminals_.size());
+    const double spare = (width() - NaturalWidth(count)) / count;
+    const double left = NaturalWidth(position) + spare * position;
+    const double right = NaturalWidth(position + 1) + spare * (position + 1);
+    return QRectF(left, 0.0, right - left, height());
 }
 
 QRectF TerminalStrip::ScrewRect(const QRectF &cell) const
@@ -95,9 +112,8 @@ void TerminalStrip::paintEvent(QPaintEvent *)
         painter.setRenderHint(QPainter::Antialiasing);
         for (int position = 0; position < terminals_.size(); ++position)
             PaintTerminal(painter, position);
-        painter.setPen(QPen(SignalColor(), LineHeight() * 0.22, Qt::SolidLine, Qt::RoundCap));
-        for (const auto &[from, to] : bridges_)
-            painter.drawLine(ScrewRect(CellRect(from)).center(), ScrewRect(CellRect(to)).center());
+        for (const auto &[from, to] : contacts_)
+            PaintContact(painter, from, to);
     });
 }
 
@@ -122,26 +138,16 @@ void TerminalStrip::PaintTerminal(QPainter &painter, int position) const
                      Qt::AlignCenter, QString::number(terminal.number));
     painter.setFont(font());
 
-    if (position < levels_.size()) {
+    if (position < bars_.size()) {
         const double size = LineHeight() * 0.6;
         const QRectF place(cell.center().x() - size / 2.0, cell.top() + LineHeight() * 1.15, size, size);
-        if (indicator_ == Indicator::Lamp) {
-            PaintLamp(painter, place, levels_.at(position) != 0.0, palette());
-        } else if (indicator_ == Indicator::Level) {
-            const QRectF trough =
-                QRectF(cell.left(), place.top(), cell.width(), size)
-                    .adjusted(LineHeight() * 0.4, size * 0.2, -LineHeight() * 0.4, -size * 0.2);
-            painter.setPen(QPen(Mixed(window, ink, 0.5), 1.0));
-            painter.setBrush(palette().color(QPalette::Base));
-            painter.drawRect(trough);
-            const double level = levels_.at(position);
-            QRectF bar = trough.adjusted(1.0, 1.0, -1.0, -1.0);
-            bar.setWidth(bar.width() * std::abs(level));
-            // A negative level grows from the right end.
-            if (level < 0.0)
-                bar.moveRight(trough.right() - 1.0);
-            painter.fillRect(bar, level < 0.0 ? palette().color(QPalette::Highlight) : SignalColor());
-        }
+        if (indicator_ == Indicator::Lamp)
+            PaintLamp(painter, place, IsLit(position), palette());
+        else
+            PaintLevel(painter,
+                       QRectF(cell.left(), place.top(), cell.width(), size)
+                           .adjusted(LineHeight() * 0.4, size * 0.2, -LineHeight() * 0.4, -size * 0.2),
+                       bars_.at(position));
     }
 
     const QRectF screw = ScrewRect(cell);
@@ -160,9 +166,34 @@ void TerminalStrip::PaintTerminal(QPainter &painter, int position) const
                      Qt::AlignCenter, terminal.name);
 }
 
+void TerminalStrip::PaintLevel(QPainter &painter, const QRectF &trough, const Bar &bar) const
+{
+    const QColor line = Mixed(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.5);
+    painter.setPen(QPen(line, 1.0));
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawRect(trough);
+    const QRectF inside = trough.adjusted(1.0, 1.0, -1.0, -1.0);
+    const double zero = inside.left() + inside.width() * bar.from;
+    const double end = inside.left() + inside.width() * bar.to;
+    painter.fillRect(QRectF(std::min(zero, end), inside.top(), std::abs(end - zero), inside.height()),
+                     SignalColor());
+    if (bar.from > 0.0)
+        painter.drawLine(QPointF(zero, trough.top()), QPointF(zero, trough.bottom()));
+}
+
+// The contact passes above the screws, so that it does not seem to touch the one between its ends.
+void TerminalStrip::PaintContact(QPainter &painter, int from, int to) const
+{
+    const QPointF start = ScrewRect(CellRect(from)).center();
+    const QPointF end = ScrewRect(CellRect(to)).center();
+    const double above = LineHeight() * 1.45;
+    painter.setPen(QPen(SignalColor(), LineHeight() * 0.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(QPolygonF({start, {start.x(), above}, {end.x(), above}, end}));
+}
+
 int TerminalStrip::PickableAt(const QPointF &place) const
 {
-    for (int position = 0; selectable_ && position < levels_.size(); ++position)
+    for (int position = 0; selectable_ && position < bars_.size(); ++position)
         if (CellRect(position).contains(place))
             return position;
     return -1;
