@@ -1,0 +1,138 @@
+#include "DriveRig.h"
+
+#include "settings/SettingsFile.h"
+
+#include <QEventLoop>
+#include <QTest>
+#include <QTimer>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace quorvik::drive
+{
+
+namespace
+{
+
+QByteArray Packet(std::initializer_list<int> words, char command)
+{
+    QByteArray packet{"\x02", 1};
+    packet.append(command);
+    for (const int word : words)
+        packet.append(char(word >> 8)).append(char(word));
+    char check = 0;
+    for (qsizetype i = 1; i < packet.size(); ++i)
+        check = char(check ^ packet[i]);
+    return packet.append(check);
+}
+
+} // namespace
+
+std::unique_ptr<Model> FactoryModel()
+{
+    auto model = std::make_unique<Model>();
+    const QString problem = SettingsFile(*model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE));
+    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
+    return model;
+}
+
+QByteArray Hex(const char *text)
+{
+    return QByteArray::fromHex(text);
+}
+
+QByteArray ReadPacket(int p)
+{
+    return Packet({p}, 0);
+}
+
+QByteArray PropertiesPacket(int p)
+{
+    return Packet({p}, 4);
+}
+
+QByteArray WritePacket(int p, int value)
+{
+    return Packet({p, value}, 1);
+}
+
+DriveRig::DriveRig(int baud)
+{
+    const QString problem = terminal.Open();
+    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
+    server = std::make_unique<DriveServer>(table, commands, faults, terminal, baud);
+    Reopen();
+}
+
+DriveRig::~DriveRig()
+{
+    Close();
+}
+
+void DriveRig::Close()
+{
+    ::close(tool_);
+    tool_ = -1;
+}
+
+void DriveRig::Reopen()
+{
+    tool_ = ::open(qPrintable(terminal.DevicePath()), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    EXPECT_GE(tool_, 0);
+}
+
+bool DriveRig::WaitFor(const std::function<bool()> &condition)
+{
+    return QTest::qWaitFor(condition, 2000);
+}
+
+void DriveRig::Send(const QByteArray &bytes)
+{
+    EXPECT_EQ(::write(tool_, bytes.constData(), std::size_t(bytes.size())), bytes.size());
+}
+
+QByteArray DriveRig::Receive(int count)
+{
+    QByteArray received;
+    QEventLoop waiting;
+    QSocketNotifier arrived(tool_, QSocketNotifier::Read);
+    QObject::connect(&arrived, &QSocketNotifier::activated, &waiting, [&] {
+        char buffer[256];
+        const ssize_t size = ::read(tool_, buffer, sizeof buffer);
+        if (size > 0)
+            received.append(buffer, int(size));
+        if (received.size() >= count)
+            waiting.quit();
+    });
+    QTimer::singleShot(2000, &waiting, &QEventLoop::quit);
+    waiting.exec();
+    return received;
+}
+
+QByteArray DriveRig::Exchange(const QByteArray &bytes, int count)
+{
+    Send(bytes);
+    return Receive(count);
+}
+
+bool DriveRig::IsUnanswered(const QByteArray &bytes)
+{
+    return Exchange(bytes + ReadPacket(0), 5) == Hex("02 00 00 00 00") &&
+           Exchange(ReadPacket(0), 5).size() == 5;
+}
+
+int DriveRig::Write(int p, int value)
+{
+    const QByteArray reply = Exchange(WritePacket(p, value), 1);
+    return reply.size() == 1 ? reply[0] : -1;
+}
+
+int DriveRig::Read(int p)
+{
+    const QByteArray reply = Exchange(ReadPacket(p), 5);
+    EXPECT_EQ(reply.size(), 5);
+    return reply.size() == 5 ? std::int16_t((std::uint8_t(reply[2]) << 8) | std::uint8_t(reply[3])) : 0;
+}
+
+} // namespace quorvik::drive

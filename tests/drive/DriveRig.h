@@ -1,0 +1,53 @@
+#pragma once
+
+#include "drive/DriveCommands.h"
+#include "drive/DriveServer.h"
+#include "drive/MotorModel.h"
+
+#include <memory>
+
+namespace quorvik::drive
+{
+
+/** A model with the factory table read. */
+std::unique_ptr<Model> FactoryModel();
+
+/** The bytes of "02 00 01 A6 A7". */
+QByteArray Hex(const char *text);
+
+/** A drive inside the test, with a bare file descriptor where the tool would be. */
+class DriveRig
+{
+public:
+    explicit DriveRig(int baud = 0);
+    ~DriveRig();
+
+    void Send(const QByteArray &bytes);
+    /** Waits until so many bytes have come, or for two seconds. */
+    QByteArray Receive(int count);
+    QByteArray Exchange(const QByteArray &bytes, int count);
+    /** Sends what must not be answered, then a read of 0: true when its reply is all that comes. */
+    bool IsUnanswered(const QByteArray &bytes);
+    /** A write packet's answer: 6 for accepted, 21 for refused, -1 for none. */
+    int Write(int p, int value);
+    int Read(int p); ///< by the wire, as a signed value
+    bool WaitFor(const std::function<bool()> &condition);
+    void Close();
+    void Reopen();
+
+    std::unique_ptr<Model> model = FactoryModel();
+    DriveTable table{*model};
+    DriveCommands commands{table, {30, 40}};
+    FaultInjector faults;
+    PseudoTerminal terminal;
+    std::unique_ptr<DriveServer> server;
+
+private:
+    int tool_ = -1;
+};
+
+QByteArray ReadPacket(int p);
+QByteArray PropertiesPacket(int p);
+QByteArray WritePacket(int p, int value);
+
+} // namespace quorvik::drive

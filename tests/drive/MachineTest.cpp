@@ -1,0 +1,370 @@
+#include "DriveRig.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace quorvik::drive
+{
+
+namespace
+{
+
+constexpr int AnalogFull = 2047;
+
+/** The machine without a line, its stop input closed as a healthy plant wires it. */
+class Machine : public ::testing::Test
+{
+protected:
+    Machine() { Close(2, true); }
+
+    void Close(int member, bool closed) { machine.Inputs().digital[std::size_t(member - 1)] = closed; }
+    void Run(double seconds)
+    {
+        for (double left = seconds; left > 1e-9; left -= MotorModel::TickSeconds)
+            machine.Tick(MotorModel::TickSeconds);
+    }
+    void Start(int reference)
+    {
+        machine.Inputs().analog[0] = reference * AnalogFull / 10000;
+        Run(0.2);
+        Close(1, true);
+        Run(MotorModel::TickSeconds);
+    }
+    bool RunUntil(State state, double limit)
+    {
+        for (double left = limit; left > 0 && table.DriveState() != state; left -= MotorModel::TickSeconds)
+            machine.Tick(MotorModel::TickSeconds);
+        return table.DriveState() == state;
+    }
+
+    std::unique_ptr<Model> model = FactoryModel();
+    DriveTable table{*model};
+    MotorModel machine{table, 1};
+};
+
+TEST_F(Machine, RampsUpAndHoldsItsReference)
+{
+    Start(5000);
+    EXPECT_EQ(table.DriveState(), State::Run);
+    Run(1);
+    EXPECT_NEAR(table.Get(P::RampOutput), 2100, 101) << "5 seconds for full scale";
+    EXPECT_EQ(table.Get(P::RampingStatus), 1);
+    EXPECT_NEAR(table.Get(P::VelocityFeedback), table.Get(P::FinalVelocityDemand), 300);
+    Run(5);
+    EXPECT_EQ(table.Get(P::RampingStatus), 0);
+    EXPECT_NEAR(table.Get(P::VelocityFeedback), 5000, 60);
+    EXPECT_NEAR(table.Get(P::MotorRpm), 875, 15);
+    EXPECT_NEAR(table.Get(P::ArmatureVolts), 250, 5);
+    EXPECT_NEAR(table.Get(P::ArmatureAmps), table.Get(P::CurrentFeedback) * 174 / 10000.0, 3);
+    EXPECT_GT(table.Get(P::CurrentFeedback), 1000) << "the load wants torque";
+    EXPECT_EQ(table.Get(P::VelocityError),
+              table.Get(P::FinalVelocityDemand) - table.Get(P::VelocityFeedback));
+}
+
+TEST_F(Machine, LoadAsksForCurrentAndNotForSpeed)
+{
+    Start(5000);
+    Run(8);
+    const int before = table.Get(P::CurrentFeedback);
+    machine.SetLoad(0.6);
+    Run(6);
+    EXPECT_GT(table.Get(P::CurrentFeedback), before + 4000);
+    EXPECT_NEAR(table.Get(P::VelocityFeedback), 5000, 80);
+}
+
+TEST_F(Machine, OverloadFoldsTheCurrentBack)
+{
+    Start(5000);
+    Run(6);
+    machine.SetLoad(2);
+    Run(5);
+    EXPECT_EQ(table.Get(P::FinalCurrentDemand), 15000) << "the limit";
+    EXPECT_EQ(table.Get(P::FoldbackStatus), 0);
+    Run(6);
+    EXPECT_EQ(table.Get(P::FoldbackStatus), 1);
+    EXPECT_EQ(table.Get(P::FinalCurrentDemand), 10000);
+}
+
+TEST_F(Machine, StopModesTakeTheirStates)
+{
+    const struct {
+        int mode;
+        State state;
+    } rows[] = {{0, State::RampStop}, {1, State::QuickStop}, {2, State::CoastStop}};
+    double seconds[3] = {};
+    for (const auto &row : rows) {
+        table.Put(P::StopMode, row.mode);
+        Start(6000);
+        Run(6);
+        Close(1, false);
+        Close(2, false);
+        Run(MotorModel::TickSeconds);
+        EXPECT_EQ(table.DriveState(), row.state);
+        EXPECT_EQ(table.Get(P::RampOutput) > 5000, row.state == State::RampStop);
+        EXPECT_EQ(table.Get(P::LoopEnable), row.state != State::CoastStop);
+        for (; table.DriveState() != State::Stop && seconds[row.mode] < 60; seconds[row.mode] += 0.05)
+            Run(MotorModel::TickSeconds);
+        EXPECT_EQ(table.DriveState(), State::Stop) << row.mode;
+        EXPECT_EQ(table.Get(P::ArmPilotStatus), 0);
+        Close(2, true);
+    }
+    EXPECT_NEAR(seconds[0], 3, 0.5) << "60 % at 5 seconds for all of it";
+    EXPECT_LT(seconds[1], 1);
+    EXPECT_GT(seconds[2], seconds[1]);
+}
+
+TEST_F(Machine, ThreeWiresLatchTheRunInputAndTwoDoNot)
+{
+    for (const int wiring : {0, 1}) {
+        table.Put(P::LogicSelect, wiring);
+        Start(3000);
+        Close(1, false);
+        Run(1);
+        EXPECT_EQ(table.DriveState() == State::Run, wiring == 0);
+        Close(2, false);
+        EXPECT_TRUE(RunUntil(State::Stop, 20));
+        Close(1, true);
+        Run(0.5);
+        EXPECT_EQ(table.DriveState(), State::Stop) << "the stop input wins";
+        Close(2, true);
+        Run(0.5);
+        EXPECT_EQ(table.DriveState(), State::Stop) << "releasing the stop starts nothing by itself";
+        Close(1, false);
+        Run(0.5);
+    }
+}
+
+TEST_F(Machine, RunEnableLetsTheMotorCoast)
+{
+    Start(5000);
+    Run(4);
+    table.Put(P::RunEnable, 0);
+    Run(0.1);
+    EXPECT_EQ(table.DriveState(), State::CoastStop);
+    EXPECT_EQ(table.Get(P::FinalCurrentDemand), 0);
+    EXPECT_EQ(table.Get(P::DriveReady), 0);
+}
+
+TEST_F(Machine, JogHoldsTheContactorForItsDelay)
+{
+    table.Put(P::JogDelay, 10);
+    Run(0.2);
+    Close(3, true);
+    Run(2);
+    EXPECT_EQ(table.DriveState(), State::Jog);
+    EXPECT_EQ(table.Get(P::RampInput), 500);
+    EXPECT_NEAR(table.Get(P::VelocityFeedback), 500, 60);
+    Close(3, false);
+    EXPECT_TRUE(RunUntil(State::JogStop, 0.2));
+    EXPECT_TRUE(RunUntil(State::JogDelay, 3));
+    Run(0.8);
+    EXPECT_EQ(table.DriveState(), State::JogDelay);
+    EXPECT_EQ(table.Get(P::ArmPilotStatus), 1);
+    EXPECT_TRUE(RunUntil(State::Stop, 0.4));
+}
+
+TEST_F(Machine, ReferenceIsSelectedInvertedAndLimited)
+{
+    for (int i = 1; i < 4; ++i)
+        table.Put(P::Reference0 + i, 1000 * i);
+    table.Put(P::RampBypass, 1);
+    table.Put(P::SetpointB, 500);
+    table.Put(P::InvertB, 1);
+    Start(4000);
+    const struct {
+        bool high, low, invert;
+        int input, final;
+    } rows[] = {{false, true, false, 1000, 500},
+                {true, false, false, 2000, 1500},
+                {true, true, false, 3000, 2500},
+                {true, true, true, -3000, -2000}}; // with the reverse limit below
+    table.Put(P::ReverseMaxSpeed, -2000);
+    for (const auto &row : rows) {
+        Close(5, row.high);
+        Close(6, row.low);
+        Close(4, row.invert);
+        Run(0.1);
+        EXPECT_EQ(table.Get(P::RampInput), row.input);
+        EXPECT_EQ(table.Get(P::FinalVelocityDemand), row.final);
+    }
+}
+
+TEST_F(Machine, OneBridgeCannotBrake)
+{
+    for (const int code : {5, 21}) {
+        table.SetDriveModel(code);
+        table.Put(P::RampTimesA + 1, 10); // faster than the load alone slows it down
+        Start(8000);
+        Run(8);
+        Close(1, false);
+        Close(2, false);
+        int lowest = 0;
+        for (int i = 0; i < 100; ++i) {
+            Run(MotorModel::TickSeconds);
+            lowest = std::min(lowest, table.Get(P::FinalCurrentDemand));
+        }
+        EXPECT_EQ(lowest < 0, code == 5);
+        EXPECT_TRUE(RunUntil(State::Stop, 60));
+        Close(2, true);
+    }
+}
+
+TEST_F(Machine, TorqueModeFollowsItsReference)
+{
+    table.Put(P::DriveModeLow, 1);
+    table.Put(P::TorqueReference, 3000);
+    Start(5000);
+    Run(0.5);
+    EXPECT_EQ(table.Get(P::CurrentDemand), 3000);
+    EXPECT_NEAR(table.Get(P::CurrentFeedback), 3000, 50);
+    table.Put(P::DriveModeHigh, 1);
+    Run(0.5);
+    EXPECT_EQ(table.Get(P::FinalCurrentDemand), 0);
+}
+
+TEST_F(Machine, FaultStopsLatchesAndIsLogged)
+{
+    const int stamp[] = {58, 59, 13, 4, 21, 11, 26};
+    for (int i = 0; i < 7; ++i)
+        table.Put(P::Seconds + i, stamp[i]);
+    Start(3000);
+    machine.Trip(64);
+    Run(0.1);
+    EXPECT_EQ(table.DriveState(), State::EStop);
+    EXPECT_EQ(table.Get(P::LatchedFault), 64);
+    EXPECT_EQ(table.Get(P::PresentFault), 0);
+    EXPECT_EQ(table.Get(P::FaultLog), 64);
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(table.Get(P::FaultLog + 1 + i), stamp[i]) << i;
+    for (const int bits : {1, 2, 4, 8, 16}) {
+        machine.ClearFault();
+        Run(0.1);
+        EXPECT_EQ(table.DriveState(), State::Stop) << "the run input that is still there starts nothing";
+        machine.Trip(bits);
+        Run(0.1);
+    }
+    for (int record = 0; record < 5; ++record)
+        EXPECT_EQ(table.Get(P::FaultLog + 8 * record), 16 >> record) << "the sixth has fallen out";
+}
+
+TEST_F(Machine, MissingFieldAndOverspeedAreFaults)
+{
+    Run(3);
+    EXPECT_EQ(table.Get(P::LatchedFault), 0);
+    table.Put(P::FieldCurrentDemand, 1000);
+    Run(4);
+    EXPECT_EQ(table.Get(P::LatchedFault), Fault::FieldLoss);
+    table.Put(P::FieldCurrentDemand, 5000);
+    Run(4);
+    Close(7, true);
+    Run(0.1);
+    EXPECT_EQ(table.Get(P::LatchedFault), 0) << "the fault reset input";
+    table.Put(P::OverspeedLevel, 3000);
+    Start(6000);
+    EXPECT_TRUE(RunUntil(State::EStop, 5));
+    EXPECT_EQ(table.Get(P::LatchedFault), Fault::Overspeed);
+}
+
+TEST_F(Machine, ClockCarriesOver)
+{
+    using Stamp = std::array<int, 7>; // seconds, minutes, hours, day, date, month, year
+    const std::pair<Stamp, Stamp> rows[] = {
+        {{58, 10, 9, 2, 3, 4, 5}, {59, 10, 9, 2, 3, 4, 5}},
+        {{59, 59, 9, 2, 3, 4, 5}, {0, 0, 10, 2, 3, 4, 5}},
+        {{59, 59, 23, 7, 31, 12, 99}, {0, 0, 0, 1, 1, 1, 0}},
+        {{59, 59, 23, 3, 28, 2, 28}, {0, 0, 0, 4, 29, 2, 28}},
+        {{59, 59, 23, 3, 28, 2, 27}, {0, 0, 0, 4, 1, 3, 27}},
+    };
+    for (const auto &[before, after] : rows) {
+        for (int i = 0; i < 7; ++i)
+            table.Put(P::Seconds + i, before[std::size_t(i)]);
+        Run(1);
+        for (int i = 0; i < 7; ++i)
+            EXPECT_EQ(table.Get(P::Seconds + i), after[std::size_t(i)]) << i;
+    }
+}
+
+TEST_F(Machine, InputsScaleIntoTheirDestinations)
+{
+    const struct {
+        const char *what;
+        bool bipolar;
+        int level, bias, gain, invert, expected;
+    } rows[] = {
+        {"half way", false, 1024, 0, 10000, 0, 5002},   {"from a bias", false, 0, 2000, 10000, 0, 2000},
+        {"above range", false, 4095, 0, 8000, 0, 8000}, {"inverted", false, 2047, 0, 8000, 1, -8000},
+        {"bipolar", true, -2047, 500, 9000, 0, -9000},  {"past the limit", false, 2047, 0, 20000, 0, 10000}};
+    for (const auto &row : rows) {
+        table.Put(P::AnalogInPolarity, row.bipolar);
+        table.Put(P::AnalogInBias, row.bias);
+        table.Put(P::AnalogInGain, row.gain);
+        table.Put(P::AnalogInInvert, row.invert);
+        machine.Inputs().analog[0] = row.level;
+        Run(0.5);
+        EXPECT_NEAR(table.Get(P::Reference0), row.expected, 20) << row.what;
+    }
+    table.Put(P::DigitalInDestination + 6, P::Reference0 + 1);
+    table.Put(P::DigitalInOpenValue + 6, -7);
+    table.Put(P::DigitalInClosedValue + 6, 20000);
+    for (const bool closed : {false, true}) {
+        Close(7, closed);
+        Run(0.05);
+        EXPECT_EQ(table.Get(P::Reference0 + 1), closed ? 20000 : -7) << "as it stands, past all limits";
+    }
+}
+
+TEST_F(Machine, FreeBlocksWork)
+{
+    table.Put(366, 218); // a link that the one after it sees in the same tick
+    table.Put(367, 219);
+    table.Put(368, 219);
+    table.Put(369, P::ThresholdA);
+    table.Put(P::ThresholdA + 1, 1000);
+    table.Put(P::ThresholdA + 2, 100);
+    table.Put(P::ThresholdA + 3, 1);
+    table.Put(P::ThresholdA + 4, 2);
+    table.Put(P::MinMaxSource, 218);
+    table.Put(P::RelaySource, 218);
+    table.Put(P::RelayOnValue, 100);
+    table.Put(P::RelayOffValue, 50);
+    const struct {
+        int value, threshold, relay;
+    } rows[] = {{1100, 1, 1}, {1101, 2, 1}, {901, 2, 1}, {900, 1, 1},
+                {51, 1, 1},   {50, 1, 0},   {99, 1, 0},  {-300, 1, 0}};
+    for (const auto &row : rows) {
+        table.Put(218, row.value);
+        Run(MotorModel::TickSeconds);
+        EXPECT_EQ(table.Get(P::ThresholdA + 5), row.threshold) << row.value;
+        EXPECT_EQ(table.Get(P::RelayStatus), row.relay) << row.value;
+    }
+    EXPECT_EQ(table.Get(P::MinMaxMax), 1101);
+    EXPECT_EQ(table.Get(P::MinMaxDifference), 1401);
+    table.Put(P::TimerReset, 1);
+    Run(0.1);
+    table.Put(P::TimerReset, 0);
+    table.Put(P::MopIncrease, 1);
+    table.Put(P::MopMax, 1500);
+    Run(1);
+    EXPECT_NEAR(table.Get(P::TimerCount), 10, 1);
+    EXPECT_NEAR(table.Get(P::MopOutput), 1000, 60) << "10 seconds for full scale";
+    Run(1);
+    EXPECT_EQ(table.Get(P::MopOutput), 1500);
+}
+
+TEST_F(Machine, ShownValuesStayWithinTheirLimits)
+{
+    table.Put(P::InvertFeedback, 1);
+    table.Put(P::FeedbackSelect, 1);
+    Start(9000);
+    machine.Inputs().analog[2] = 4095;
+    Run(20);
+    for (int p = 0; p <= table.LastParam(); ++p) {
+        const ParamRecord &record = table.Record(p);
+        EXPECT_GE(record.Value, record.Min) << p;
+        EXPECT_LE(record.Value, record.Max) << p;
+    }
+}
+
+} // namespace
+
+} // namespace quorvik::drive

@@ -1,0 +1,58 @@
+#include "DriveRig.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvik::drive
+{
+
+namespace
+{
+
+constexpr double ByteNs = 10e9 / 38400;
+
+TEST(Pacing, ReplyIsDueAfterAllBytesOfBothDirections)
+{
+    Pacer pacer(38400);
+    const std::int64_t arrived = pacer.Arrived(1000, 5);
+    EXPECT_NEAR(double(arrived), 1000 + 5 * ByteNs, 1);
+    EXPECT_NEAR(double(pacer.DueTime(arrived, 5)), 1000 + 10 * ByteNs, 1);
+    EXPECT_NEAR(double(pacer.Arrived(2000, 1)), 1000 + 6 * ByteNs, 1)
+        << "a second request queues on the line";
+    EXPECT_NEAR(double(pacer.DueTime(arrived, 5)), 1000 + 15 * ByteNs, 1) << "replies queue as well";
+    Pacer unpaced(0);
+    EXPECT_EQ(unpaced.DueTime(unpaced.Arrived(1000, 5), 5), 1000);
+}
+
+TEST(Pacing, LatenessOfTheTimerDoesNotAddUp)
+{
+    constexpr int transactions = 1000;
+    constexpr std::int64_t late = 90'000;
+    Pacer pacer(38400);
+    std::int64_t now = 0;
+    for (int i = 0; i < transactions; ++i) {
+        const std::int64_t due = pacer.DueTime(pacer.Arrived(now, 1), 5);
+        now = due + late;
+        pacer.Sent(now, due);
+    }
+    EXPECT_NEAR(double(now), transactions * 6 * ByteNs + late, 2.0 * transactions);
+}
+
+TEST(Pacing, RunOfReadsTakesItsTimeOnTheWire)
+{
+    constexpr int baud = 9600;
+    constexpr int values = 30;
+    DriveRig rig(baud);
+    const std::int64_t start = SteadyNow();
+    ASSERT_EQ(rig.Exchange(ReadPacket(100), 5).size(), 5);
+    for (int i = 1; i < values; ++i)
+        ASSERT_EQ(rig.Exchange(Hex("06"), 5).size(), 5);
+    const double taken = double(SteadyNow() - start);
+    const double wire = (10 + (values - 1) * 6) * 10e9 / baud;
+    EXPECT_GE(taken, wire * 0.999);
+    // Generous, for a machine that runs all tests at once.
+    EXPECT_LE(taken, wire * 1.5);
+}
+
+} // namespace
+
+} // namespace quorvik::drive
