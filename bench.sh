@@ -11,7 +11,7 @@ case $what in
 all)
     build_preset release >&2
     export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
-    for program in build/release/bench/*_bench; do
+    for program in build/release/bench/quorvik-bench-*; do
         [ -x "$program" ] && "$program"
     done
     bench/start.sh build/release
