@@ -67,6 +67,8 @@ protected:
     {
         print.ShowPrinter = [this](QPrinter &printer, QWidget *) -> std::optional<PrinterChoice> {
             printer.setPageSize(QPageSize(paper));
+            if (choice)
+                printer.setCopyCount(choice->copies);
             return choice;
         };
         print.BeforeCopy = [this](QPrinter &printer, int copy) {
