@@ -172,11 +172,11 @@ TEST_F(BlockFormTest, HelpMentorAndCloseWork)
     EXPECT_TRUE(opened);
     const WizardIOStartRecord &start = desk.model.WizardIOStart;
     EXPECT_EQ(std::tuple(start.outputs, start.kind, start.member, start.freqDigMode), std::tuple(1, 1, 0, 1));
-    QTRY_VERIFY(!QGuiApplication::overrideCursor());
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }));
 
     const QPointer<BlockForm> watched = form;
     Find<QPushButton>(QStringLiteral("CommandClose"))->click();
-    QTRY_VERIFY(!watched);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !watched; }));
 }
 
 } // namespace

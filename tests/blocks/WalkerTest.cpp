@@ -103,6 +103,16 @@ TEST_P(WalkerTest, NoTextIsCut)
             << label->text().toStdString();
         EXPECT_LE(label->fontMetrics().height(), label->height()) << label->text().toStdString();
     }
+    for (const Element &box : form->drawing().Elements()) {
+        if (box.symbol != Symbol::Function)
+            continue;
+        const QRectF room = form->View().ToPixels(box.rect);
+        for (const auto *label : form->View().findChildren<QLabel *>())
+            if (room.contains(label->geometry().center())) {
+                EXPECT_GT(room.width(), label->width() + label->fontMetrics().averageCharWidth())
+                    << label->text().toStdString();
+            }
+    }
     for (int row = 0; row < form->RowCount(); ++row) {
         const QString longest = LongestValueText(desk.model, Label1(row)->property("Tag").toInt());
         EXPECT_LE(Text1(row)->WidthFor(longest), Text1(row)->width()) << row;

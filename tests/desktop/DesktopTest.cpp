@@ -8,8 +8,10 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -110,16 +112,27 @@ TEST(DesktopAsker, ANameWithoutExtensionBecomesSvx)
         const auto *kinds = dialog.findChild<QComboBox *>(QStringLiteral("fileTypeCombo"));
         EXPECT_EQ(kinds->itemText(0), QStringLiteral("All Files (*.*)"));
         EXPECT_EQ(kinds->itemText(1), QStringLiteral("Svx Parameter Files (*.Svx)"));
-        EXPECT_TRUE(dialog.selectedNameFilter().contains(QStringLiteral("[Ss][Vv][Xx]")));
+        EXPECT_EQ(kinds->currentIndex(), 1);
         dialog.findChild<QLineEdit *>()->setText(QStringLiteral("mill"));
         QMetaObject::invokeMethod(&dialog, &QDialog::accept);
     });
     const std::optional<QString> chosen =
         asker.ShowSave({QStringLiteral("Save As"), folder.path(), QString()});
     EXPECT_EQ(chosen, folder.filePath(QStringLiteral("mill.Svx")));
+}
 
-    OnNextModal<QFileDialog>(
-        [](QFileDialog &dialog) { QMetaObject::invokeMethod(&dialog, &QDialog::reject); });
+TEST(DesktopAsker, TheFilterTakesEveryCaseOfLetters)
+{
+    const QTemporaryDir folder;
+    for (const char *name : {"a.svx", "b.SVX", "c.Svx", "d.txt"})
+        EXPECT_TRUE(QFile(folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly));
+    DesktopAsker asker;
+    OnNextModal<QFileDialog>([](QFileDialog &dialog) {
+        const auto *list = dialog.findChild<QListView *>(QStringLiteral("listView"));
+        const auto shown = [list] { return list->model()->rowCount(list->rootIndex()); };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 3; })) << shown();
+        QMetaObject::invokeMethod(&dialog, &QDialog::reject);
+    });
     EXPECT_EQ(asker.ShowOpen({QStringLiteral("Open"), folder.path(), QString()}), std::nullopt);
 }
 
