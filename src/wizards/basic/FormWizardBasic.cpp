@@ -83,6 +83,11 @@ FormWizardBasic::FormWizardBasic(Desk &desk, QWidget *owner)
                finishPage);
 }
 
+FormWizardBasic::~FormWizardBasic()
+{
+    DropPages();
+}
+
 void FormWizardBasic::ConnectChoices()
 {
     const auto on = [this](OptionGroup *group, void (FormWizardBasic::*handler)(int)) {

@@ -24,6 +24,7 @@ class FormWizardBasic : public WizardForm
 
 public:
     FormWizardBasic(Desk &desk, QWidget *owner);
+    ~FormWizardBasic() override;
 
     /** CommandChangeModel: shows the modal choice of a drive model. Filled in by whoever opens the window. */
     std::function<void()> ChangeModel;

@@ -88,6 +88,11 @@ void WizardForm::StackPages(const std::array<WizardPage *, LastStep + 1> &pages,
     SetStep(0);
 }
 
+void WizardForm::DropPages()
+{
+    delete std::exchange(stack_, nullptr);
+}
+
 void WizardForm::SetStep(int step)
 {
     if (step >= 0 && step < LastStep)

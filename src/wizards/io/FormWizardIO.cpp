@@ -102,6 +102,11 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
                finishPage);
 }
 
+FormWizardIO::~FormWizardIO()
+{
+    DropPages();
+}
+
 void FormWizardIO::ConnectInputChoices()
 {
     On(branchPage_->OptionInputsOutputs, &OptionGroup::Click, this, [this](int index) {

@@ -22,6 +22,7 @@ class FormWizardIO : public WizardForm
 
 public:
     FormWizardIO(Desk &desk, QWidget *owner);
+    ~FormWizardIO() override;
 
 protected:
     bool ValidateStep(int step) override;
