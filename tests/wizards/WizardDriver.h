@@ -99,6 +99,8 @@ public:
      * screen of a laptop at 150 per cent. */
     void ExpectNothingCut()
     {
+        // At the smallest size that the user can make it.
+        form->resize(1, 1);
         QTest::qWait(0);
         for (const QWidget *widget : form->template findChildren<QWidget *>()) {
             if (!widget->isVisible() || widget->objectName().isEmpty())
