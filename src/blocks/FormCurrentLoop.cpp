@@ -186,7 +186,7 @@ private:
         d.Wire(gain.Right(), pi.TopAt(136));
         d.Wire(time.Left(), pi.TopAt(139));
         d.Wire(enable.Right(), pi.BottomAt(136));
-        d.Wire(regen.Right(), pi.BottomAt(140.5));
+        d.Wire(regen.Right(), pi.BottomAt(138.5));
 
         loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitch2"), {154, y + 3}, {{146, y}, {146, y + 6}});
         d.Line(pi.Right(), loopSwitch_.Contact(ClosedLoop));
