@@ -146,6 +146,49 @@ TEST_F(FormWizardIOTest, SwitchingTheKindTakesAnInputThatItHas)
     EXPECT_EQ(Caption(N("LabelTypeAndPolarity(1)")), N("Maximum Range: 0V to +10V"));
 }
 
+TEST_F(FormWizardIOTest, AnalogInput5TakesVoltageOnly)
+{
+    OpenOn({0, 0, 0, 0});
+    NextUntil(4);
+    Click(N("OptionAnalogType(0)"));
+    EXPECT_EQ(Caption(N("LabelTypeAndPolarity(1)")), N("Maximum Range: 0mA to +20mA"));
+    Back();
+    Back();
+    Click(N("OptionInput(4)"));
+    NextUntil(4);
+    EXPECT_TRUE(Find<QAbstractButton>(N("OptionAnalogType(1)"))->isChecked());
+    EXPECT_EQ(Caption(N("LabelTypeAndPolarity(1)")), N("Maximum Range: 0V to +10V"));
+    Back();
+    Back();
+    Click(N("OptionInput(3)"));
+    NextUntil(4);
+    EXPECT_TRUE(Find<QWidget>(N("OptionAnalogType(0)"))->isEnabled());
+}
+
+TEST_F(FormWizardIOTest, EnterChecksTheTextAsItIsShown)
+{
+    // 100.4 is beyond the source, but a relay's box shows whole numbers once it is left.
+    OpenOutput(2, 0, 0, PercentParam, 9);
+    Type(N("TextOutputBiasGain(0)"), N("100.4"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(form->CurrentStep(), 10);
+    EXPECT_EQ(Text(N("TextOutputBiasGain(0)")), N("100"));
+}
+
+TEST_F(FormWizardIOTest, ALongNameWrapsAndPushesNothingOut)
+{
+    desk.online = true;
+    desk.model.ParamTable[PercentParam].Name =
+        N("Reference 1 of the unwinding station behind the dryer section");
+    for (int step = 0; step <= 10; ++step) {
+        if (step >= 7 && step <= 9)
+            OpenOutput(1, 0, 1, PercentParam, step);
+        else
+            OpenInput(0, 1, PercentParam, step);
+        ExpectNothingCut();
+    }
+}
+
 TEST_F(FormWizardIOTest, RefusesABadEntryWithItsMessageAndGoesThere)
 {
     const struct {

@@ -184,6 +184,7 @@ TEST_F(IOSetupTest, ScalesTheGainToTheRangeOfTheSourceAndClipsIt)
         bool told;
     } rows[] = {
         {AnalogOutput, 20000, "0", "8", 0, 8000, false},
+        {AnalogOutput, 12000, "0", "8", 0, 8000, false},
         {AnalogOutput, 10000, "1.00", "10.00", 1000, 9000, false},
         {AnalogOutput, 9999, "0", "8", 0, 8001, false},
         {AnalogOutput, 9999, "-2.5", "-8", -2500, -5501, false},
