@@ -175,18 +175,18 @@ private:
     void DrawLoop(Drawing &d)
     {
         const double y = PathY;
-        const Shape error = Box(CurrentError, {115, y}, CaptionAt::Below);
-        const Shape pi = d.Function({130, y}, {12, 10}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
+        const Shape error = Box(CurrentError, {114, y}, CaptionAt::Below);
+        const Shape pi = d.Function({133, y}, {11, 10}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
         const Shape gain = Box(PropGain, {115, y - 22});
         const Shape time = Box(IntegralTime, {140, y - 22});
         const Shape enable = Box(LoopEnable, {113, y + 12}, CaptionAt::Below);
         const Shape regen = Box(RegenMode, {113, y + 20}, CaptionAt::Below);
         d.Wire(error_.Right(), error.Left());
         d.Wire(error.Right(), pi.Left());
-        d.Wire(gain.Right(), pi.TopAt(133));
-        d.Wire(time.Left(), pi.TopAt(137.5));
-        d.Wire(enable.Right(), pi.BottomAt(133));
-        d.Wire(regen.Right(), pi.BottomAt(137.5));
+        d.Wire(gain.Right(), pi.TopAt(136));
+        d.Wire(time.Left(), pi.TopAt(139));
+        d.Wire(enable.Right(), pi.BottomAt(136));
+        d.Wire(regen.Right(), pi.BottomAt(138.5));
 
         loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitch2"), {154, y + 3}, {{146, y}, {146, y + 6}});
         d.Line(pi.Right(), loopSwitch_.Contact(ClosedLoop));

@@ -332,6 +332,41 @@ TEST_F(FormWizardIOTest, OffLineTheCalibrationIsTyped)
     EXPECT_EQ(Caption(N("LabelCalibrate(1)")), N("Enter the minimum and maximum frequency levels."));
 }
 
+TEST_F(FormWizardIOTest, ABipolarInputOnAListedDestinationOffersTheSecondList)
+{
+    OpenInput(0, 0, ListedParam, 4);
+    Click(N("OptionPolarity(1)"));
+    NextUntil(6);
+    EXPECT_FALSE(Find<QWidget>(N("ComboBiasGain(0)"))->isVisible());
+    ExpectRefusal(N("Please select a valid item from the Gain list."), N("ComboBiasGain(1)"));
+    Pick(N("ComboBiasGain(1)"), 2);
+    const std::int32_t bias = desk.model.Value(48);
+    NextUntil(10);
+    Finish();
+    EXPECT_EQ(desk.model.Value(53), 2);
+    EXPECT_EQ(desk.model.Value(48), bias);
+    EXPECT_EQ(desk.model.Value(23), ListedParam);
+}
+
+TEST_F(FormWizardIOTest, AChosenBranchDecidesWhatFinishWrites)
+{
+    OpenOutput(2, 1, 0, PercentParam, 1);
+    Click(N("OptionInputsOutputs(0)"));
+    NextUntil(2);
+    Click(N("OptionInputType(1)"));
+    Click(N("OptionInput(2)"));
+    NextUntil(3);
+    PickParam("ComboDestination", PercentParam);
+    NextUntil(6);
+    FillPair("BiasGain");
+    NextUntil(10);
+    Finish();
+    EXPECT_EQ(desk.model.Value(3), PercentParam);
+    EXPECT_EQ(desk.model.Value(10), 100);
+    EXPECT_EQ(desk.model.Value(17), 500);
+    EXPECT_EQ(desk.model.ParamTable[70].WriteFlag, WriteState::None);
+}
+
 TEST_F(FormWizardIOTest, DropsTheDecimalsThatAnOutputDoesNotHave)
 {
     const struct {
