@@ -169,6 +169,7 @@ void Album::TakeOthers()
     // The panel takes all inputs off their destinations, so it comes last.
     VirtualOperatorFields fields;
     auto *panel = new FormVirtualOperator(desk_, &owner, fields);
+    panel->Form_Load();
     Take(*panel, panel->objectName(), panel->HelpTopic());
     {
         FormVirtualOperatorSetup setup(desk_, *panel, 0);
