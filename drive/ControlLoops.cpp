@@ -71,7 +71,8 @@ void ControlLoops::ZeroSpeedLogic()
     const bool isTorqueMode = table_.IsOn(P::DriveModeLow) && !table_.IsOn(P::DriveModeHigh);
     const int demand = isTorqueMode ? P::FinalCurrentDemand : P::FinalVelocityDemand;
     const bool isZeroAsked = std::abs(table_.Get(demand)) <= table_.Get(P::ZeroSpeedSet);
-    const bool atZeroSpeed = std::abs(table_.Get(P::VelocityFeedback)) <= table_.Get(P::AtZeroSet);
+    const bool atZeroSpeed = std::abs(table_.Get(P::VelocityFeedback)) <= table_.Get(P::ZeroSpeedSet);
+    table_.Put(P::AtZeroSet, isZeroAsked);
     table_.Put(P::AtZeroSpeed, atZeroSpeed);
     table_.Put(P::AtStandstill, isZeroAsked && atZeroSpeed);
     const State state = table_.DriveState();

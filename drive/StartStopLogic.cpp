@@ -37,7 +37,7 @@ void StartStopLogic::PowerOn()
 
 bool StartStopLogic::IsAtZero() const
 {
-    const std::int32_t zero = std::max(table_.Get(P::AtZeroSet), SmallestZeroSpeed);
+    const std::int32_t zero = std::max(table_.Get(P::ZeroSpeedSet), SmallestZeroSpeed);
     return std::abs(table_.Get(P::VelocityFeedback)) <= zero && std::abs(table_.Get(P::RampOutput)) <= zero;
 }
 

@@ -7,11 +7,13 @@
 #include "drive/MotorModel.h"
 #include "model/TextTables.h"
 #include "platform/Guard.h"
+#include "platform/Ports.h"
 #include "settings/SettingsFile.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QTimer>
 #include <csignal>
 #include <cstdio>
@@ -65,7 +67,7 @@ QString ReadOptions(const QCoreApplication &application, Options &options)
     parser.addVersionOption();
     parser.addOptions({
         {name("link"), name("Puts a link to the serial device at <path>."), name("path"),
-         QDir::temp().filePath(name("sarvex-drive"))},
+         Ports::SimulatedDriveLink()},
         {name("presets"), name("The factory table; beside the program by default."), name("file"),
          QDir(QCoreApplication::applicationDirPath()).filePath(name("Presets.fil"))},
         {name("baud"), name("Paces both directions; 0 does not (default 38400)."), name("rate")},
@@ -142,6 +144,7 @@ int main(int argc, char **argv)
     PseudoTerminal terminal;
     if (const QString problem = terminal.Open(); !problem.isEmpty())
         return Complain(problem);
+    QDir().mkpath(QFileInfo(options.link).path());
     if (const QString problem = terminal.PublishAt(options.link); !problem.isEmpty())
         return Complain(problem);
     DriveServer server(table, commands, faults, terminal, options.baud);

@@ -175,8 +175,6 @@ Shape BlockForm::Box(int rowIndex, const QPointF &left, CaptionAt captionAt)
     row.box = new ValueBox(ControlName("Text1", rowIndex), view_);
     row.box->setAccessibleName(row.caption);
     On(row.box, &ValueBox::clicked, this, [this, rowIndex] { Text1_Click(rowIndex); });
-    if (linked_ && rowIndex == 0)
-        On(row.box, &ValueBox::TextChanged, this, [this] { Text1_Change(); });
 
     const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(rowIndex));
     view_->Place(row.box, rect);
@@ -343,10 +341,11 @@ void BlockForm::TimerUpdateScreen_Timer()
     if (linked_)
         SetRowParam(RowCount() - 1, RowValue(0));
     for (int i = 0; i < RowCount(); ++i) {
-        if (rows_.at(i).free && !HasParameter(i))
-            PaintEmptyRow(rows_.at(i));
-        else
-            PaintRow(rows_.at(i));
+        const Row &row = rows_.at(i);
+        if (row.free && !HasParameter(i))
+            PaintEmptyRow(row);
+        else if (PaintRow(row) && linked_ && i == 0)
+            Text1_Change();
     }
     if (linked_)
         PaintLinkedCaption();
@@ -355,15 +354,16 @@ void BlockForm::TimerUpdateScreen_Timer()
     Tick();
 }
 
-void BlockForm::PaintRow(const Row &row)
+bool BlockForm::PaintRow(const Row &row)
 {
     const Model &model = desk().model;
     const ParamRecord &record = model.ParamTable[row.param];
     const int accessClass = model.AccessClass(row.param);
-    row.box->SetText(ValueText(record.Value, record.Attributes));
+    const bool changed = row.box->SetText(ValueText(record.Value, record.Attributes));
     SetTag(row.box, QString::number(accessClass));
     SetPlainToolTip(row.box, model.AccessDescription(row.param, accessClass));
     row.box->SetBackColor(ColorOf(model.Colors.at(std::size_t(accessClass))));
+    return changed;
 }
 
 void BlockForm::PaintEmptyRow(const Row &row)

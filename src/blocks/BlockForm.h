@@ -139,7 +139,7 @@ private:
     void Text1_Change();
     void CommandIOMentor_Click();
     void TimerUpdateScreen_Timer();
-    void PaintRow(const Row &row);
+    bool PaintRow(const Row &row); ///< whether its text changed
     void PaintEmptyRow(const Row &row);
     void PlaceTable(const QRectF &frame, const Group &group, double captionWidth);
     void PaintLinkedCaption();

@@ -47,7 +47,7 @@ protected:
     void Draw(Drawing &d) override
     {
         const double y = 20;
-        const Shape input = d.Function({0, y}, {12, 6}, QStringLiteral("Analog In %1").arg(member_));
+        const Shape input = d.Function({-3, y}, {15, 6}, QStringLiteral("Analog In %1").arg(member_));
         typeSwitch_ = d.Switch(QStringLiteral("LineType"), {27, y}, {{21, y - 3}, {21, y + 3}});
         const Port fork = d.Dot({15, y});
         d.Line(input.Right(), fork);
@@ -61,7 +61,7 @@ protected:
             d.Function({34, y}, {9, 6}, QStringLiteral("Filter"), QStringLiteral("LabelFiltering"));
         const Shape filtering = Box(Filtering, {32.5, y + RowBelow}, CaptionAt::Below);
         const Shape status = Box(Status, {48, y});
-        d.Line(typeSwitch_.Pivot(), filter.Left());
+        d.Wire(typeSwitch_.Pivot(), filter.Left());
         d.Wire(filtering.Top(), filter.Bottom());
         d.Wire(filter.Right(), status.Left());
 

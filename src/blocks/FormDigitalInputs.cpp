@@ -35,7 +35,7 @@ protected:
         const double inputY = 4;
         const double openY = 14;
         const double closedY = 21;
-        const Shape input = d.Function({0, inputY}, {12, 6}, QStringLiteral("Digital In %1").arg(member_));
+        const Shape input = d.Function({-3, inputY}, {15, 6}, QStringLiteral("Digital In %1").arg(member_));
         contact_ = d.Contact(QStringLiteral("Line6"), {17, inputY}, {24, inputY});
         const Shape status = Box(Status, {31, inputY});
         d.Line(input.Right(), contact_.Pivot());

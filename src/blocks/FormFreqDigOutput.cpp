@@ -59,7 +59,7 @@ protected:
 
         absSwitch_ = OptionalStage(d, {{x, middleY}, Side::Bottom}, {x, digitalY}, Stage::Absolute,
                                    AbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight);
-        const double comparatorX = x + StageWidth + 6;
+        const double comparatorX = x + StageWidth + 7.5;
         const Shape comparator = d.Hysteresis({comparatorX, digitalY});
         const Shape on = Box(OnValue, {comparatorX - 2, digitalY - 10});
         const Shape off = Box(OffValue, {comparatorX - 2, digitalY + RowBelow}, CaptionAt::Below);

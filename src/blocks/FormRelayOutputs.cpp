@@ -47,8 +47,8 @@ protected:
         const Shape source = SourceEnd(d, Source, y);
         absSwitch_ = OptionalStage(d, source.Right(), {source.Rect().right() + 5, y}, Stage::Absolute,
                                    AbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight);
-        const double x = absSwitch_.Pivot().at.x() + 5;
-        d.Label(QStringLiteral("LabelAbs"), QStringLiteral("ABS"), {x - 19, y + 8.4});
+        const double x = absSwitch_.Pivot().at.x() + 6.5;
+        d.Label(QStringLiteral("LabelAbs"), QStringLiteral("ABS"), {x - 20.5, y + 8.4});
 
         const Shape comparator = d.Hysteresis({x, y});
         const Shape on = Box(OnValue, {x - 2, y + RowAbove});

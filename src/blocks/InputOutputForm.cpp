@@ -45,7 +45,8 @@ LivePart InputOutputForm::OptionalStage(Drawing &d, const Port &from, const QPoi
 {
     const double y = branch.y();
     const double rise = 4;
-    const Port dot = d.Dot(branch);
+    // A wire that comes from above meets the upper way first.
+    const Port dot = d.Dot(from.side == Side::Bottom ? branch - QPointF(0, rise) : branch);
     const QPointF elementLeft(branch.x() + 3.5, y + rise);
     const Shape element =
         stage == Stage::Negate ? d.Gain(elementLeft, QStringLiteral("-1")) : d.Absolute(elementLeft);

@@ -37,13 +37,13 @@ void ValueBox::SetBackColor(const QColor &color)
     update();
 }
 
-void ValueBox::SetText(const QString &shownText)
+bool ValueBox::SetText(const QString &shownText)
 {
     if (shownText == text())
-        return;
+        return false;
     // An ampersand of a button's text would become a mnemonic; no value holds one.
     setText(shownText);
-    Q_EMIT TextChanged();
+    return true;
 }
 
 int ValueBox::WidthFor(const QString &shownText) const

@@ -18,16 +18,12 @@ public:
 
     const QColor &BackColor() const { return backColor_; }
     void SetBackColor(const QColor &color);
-    /** Shows the text; repaints only when it differs. */
-    void SetText(const QString &shownText);
+    /** Shows the text; repaints only when it differs. @return whether it did. */
+    bool SetText(const QString &shownText);
 
     QSize sizeHint() const override;
     /** Pixels that a box needs for a text. */
     int WidthFor(const QString &shownText) const;
-
-Q_SIGNALS:
-    /** The Change event of a text box. */
-    void TextChanged();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

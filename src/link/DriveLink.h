@@ -123,6 +123,7 @@ private:
     LinkTimings timings_;
     QTimer timerDelay_;
     TickGuard guard_;
+    std::int32_t rawValueSent_ = 0; ///< of the write that is awaiting its answer
     bool waitingForDrive_ = false;
     bool leaving_ = false;
 };

@@ -87,11 +87,12 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
 
 void DriveLink::WriteNext()
 {
-    CurrentParam = Seek(CurrentParam, model_.LastParam,
-                        [this](int p) { return model_.ParamTable[p].WriteFlag == WriteState::Queued; });
+    const auto isQueued = [this](int p) { return model_.ParamTable[p].WriteFlag == WriteState::Queued; };
+    CurrentParam = Seek(CurrentParam, model_.LastParam, isQueued);
     if (CurrentParam > model_.LastParam) {
         QUORVIK_LINK_TRACE() << " WriteScanComplete";
-        model_.WritePending = false;
+        // What was changed behind the cursor during this scan is for the next one.
+        model_.WritePending = Seek(0, model_.LastParam, isQueued) <= model_.LastParam;
         ArmSerialCommTimer();
         return;
     }
@@ -107,6 +108,7 @@ void DriveLink::WriteNext()
         record.WriteFlag = WriteState::None;
         throw;
     }
+    rawValueSent_ = record.Value;
     SendRequest(packet, Wire::WriteReplyLength);
 }
 
@@ -120,7 +122,10 @@ void DriveLink::ParseAckNak(const QByteArray &packet)
     }
     QUORVIK_LINK_TRACE() << " ACK received, p[" << CurrentParam;
     WriteRetryCount = 0;
-    model_.ParamTable[CurrentParam].WriteFlag = WriteState::None;
+    ParamRecord &record = model_.ParamTable[CurrentParam];
+    // A value that was changed again meanwhile is not the one that the drive has taken.
+    if (record.Value == rawValueSent_)
+        record.WriteFlag = WriteState::None;
     ++CurrentParam;
     if (CurrentParam <= model_.LastParam) {
         QUORVIK_LINK_TRACE() << " Call Write Next";

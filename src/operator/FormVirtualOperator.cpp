@@ -1,5 +1,6 @@
 #include "operator/FormVirtualOperator.h"
 
+#include "desktop/PlainText.h"
 #include "model/Conversions.h"
 #include "model/Model.h"
 #include "operator/FormVirtualOperatorSetup.h"
@@ -30,12 +31,6 @@ constexpr std::int32_t PushedIn = -1;
 QChar LetterOf(int index)
 {
     return QChar(u'A' + index % FormVirtualOperator::Signals);
-}
-
-/** The text as tool tip, never taken for rich text. */
-QString PlainToolTip(const QString &text)
-{
-    return Qt::mightBeRichText(text) ? QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()) : text;
 }
 
 } // namespace
@@ -72,11 +67,11 @@ void FormVirtualOperator::AssignCaption(int index)
     const QString name = isAssigned ? record.Name
                          : isSignal ? QStringLiteral("Signal ") + LetterOf(index)
                                     : QStringLiteral("Digital ") + LetterOf(index);
-    const QString toolTip = isAssigned ? PlainToolTip(record.Name) : QStringLiteral("Unassigned");
+    const QString toolTip = isAssigned ? record.Name : QStringLiteral("Unassigned");
     if (isSignal) {
         const auto signal = std::size_t(index);
         labelInputName_[signal]->setText(name);
-        labelInputName_[signal]->setToolTip(toolTip);
+        SetPlainToolTip(labelInputName_[signal], toolTip);
         VirtualSlider &slider = *vScrollSignal_[signal];
         slider.setAccessibleName(name);
         slider.SetScaleTexts(NumberText(slider.Min(), record.Attributes),
@@ -86,7 +81,7 @@ void FormVirtualOperator::AssignCaption(int index)
         button->setText(
             isAssigned ? name + QStringLiteral("\r\n=") + ValueText(record.Value, record.Attributes) : name);
         button->setAccessibleName(name);
-        button->setToolTip(toolTip);
+        SetPlainToolTip(button, toolTip);
         button->setChecked(setting.Status == PushedIn);
     }
 }

@@ -60,6 +60,8 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
             commandJog_->Release();
     });
     ShowCommandsInForce();
+    // A space bar struck by accident must find Stop, never Run.
+    commandStop_->setFocus();
 }
 
 QWidget *FormVirtualOperator::MakeStartStop()
@@ -103,7 +105,7 @@ QWidget *FormVirtualOperator::MakeSignals()
         const auto signal = std::size_t(index);
         QLabel *name = MakeLabel("LabelInputName", index);
         name->setWordWrap(true);
-        name->setMinimumSize(fontMetrics().averageCharWidth() * 14, fontMetrics().lineSpacing() * 3);
+        name->setMinimumSize(fontMetrics().averageCharWidth() * 13, fontMetrics().lineSpacing() * 3);
         auto *slider = new VirtualSlider(frameSignal_);
         slider->setObjectName(ControlName("VScrollSignal", index));
         slider->SetLimits(DesignMin, DesignMax, DesignLargeChange);
@@ -114,7 +116,11 @@ QWidget *FormVirtualOperator::MakeSignals()
         value->setBackgroundRole(QPalette::Base);
         value->setForegroundRole(QPalette::Text);
         value->setAutoFillBackground(true);
-        value->setMargin(2);
+        value->setMargin(3);
+        QFont reading = font();
+        reading.setBold(true);
+        reading.setPointSizeF(reading.pointSizeF() * 1.2);
+        value->setFont(reading);
         auto *line = new QFrame(frameSignal_);
         line->setObjectName(ControlName("Line1", index));
         line->setFrameStyle(int(QFrame::VLine) | int(QFrame::Sunken));

@@ -12,6 +12,12 @@ namespace
 
 constexpr QRgb LampOn = 0xff2e9e3e;
 
+/** The wider of the two words. */
+QString ClosedText()
+{
+    return QStringLiteral("closed");
+}
+
 /** A contact between two terminals, its arm lifted while it is open. */
 void DrawContact(QPainter &painter, const QRectF &box, bool isClosed, const QColor &ink)
 {
@@ -41,7 +47,7 @@ LatchButton::LatchButton(QWidget *parent)
 
 QSize LatchButton::sizeHint() const
 {
-    return {fontMetrics().averageCharWidth() * 24, fontMetrics().height() * 4};
+    return {fontMetrics().averageCharWidth() * 25, fontMetrics().height() * 7 / 2};
 }
 
 void LatchButton::paintEvent(QPaintEvent *)
@@ -73,12 +79,13 @@ void LatchButton::paintEvent(QPaintEvent *)
         }
 
         const QColor ink = palette().color(QPalette::ButtonText);
-        const QRectF side(box.left() + unit * 0.5, box.top(), unit * 2.6, box.height());
+        const double sideWidth = fontMetrics().horizontalAdvance(ClosedText()) + unit * 0.4;
+        const QRectF side(box.left() + unit * 0.5, box.top(), sideWidth, box.height());
         const QRectF contact(side.left(), side.center().y() - unit * 0.95, side.width(), unit);
         DrawContact(painter, contact, isChecked(), isChecked() ? QColor(LampOn) : ink);
         painter.setPen(ink);
         painter.drawText(QRectF(side.left(), contact.bottom() - unit * 0.1, side.width(), unit * 1.2),
-                         Qt::AlignCenter, isChecked() ? QStringLiteral("closed") : QStringLiteral("open"));
+                         Qt::AlignCenter, isChecked() ? ClosedText() : QStringLiteral("open"));
 
         const QRectF captionBox(side.right() + unit * 0.5, box.top() + unit * 0.25,
                                 box.right() - side.right() - unit * 0.8, box.height() - unit * 0.5);

@@ -25,6 +25,15 @@ constexpr std::array<Look, 3> Looks = {{
     {0xff1565c0, "JOG", "Jog", false},
 }};
 
+/** Half-way between a button's text and its face: readable in any palette, and still no command. */
+QColor Faded(const QPalette &palette)
+{
+    const QColor text = palette.color(QPalette::Active, QPalette::ButtonText);
+    const QColor face = palette.color(QPalette::Active, QPalette::Button);
+    return QColor((text.red() + face.red()) / 2, (text.green() + face.green()) / 2,
+                  (text.blue() + face.blue()) / 2);
+}
+
 /** The symbol within a square of side 1 around the origin. */
 QPainterPath SymbolPath(OperatorSymbol symbol)
 {
@@ -61,12 +70,13 @@ OperatorButton::OperatorButton(OperatorSymbol symbol, QWidget *parent)
 void OperatorButton::SetLit(bool isLit)
 {
     isLit_ = isLit;
+    setAccessibleDescription(isLit ? QStringLiteral("on") : QString());
     update();
 }
 
 QSize OperatorButton::sizeHint() const
 {
-    return QSize(6, 5) * fontMetrics().height();
+    return QSize(7, 6) * fontMetrics().height();
 }
 
 void OperatorButton::paintEvent(QPaintEvent *)
@@ -86,7 +96,7 @@ void OperatorButton::paintEvent(QPaintEvent *)
         if (isSolid)
             ink = wordInk = Qt::white;
         else if (!isEnabled())
-            ink = wordInk = palette().color(QPalette::Disabled, QPalette::ButtonText);
+            ink = wordInk = Faded(palette());
         else if (isDark)
             ink = colour.lighter(170);
 
@@ -100,8 +110,8 @@ void OperatorButton::paintEvent(QPaintEvent *)
             painter.drawRoundedRect(box.translated(0, 1.5), unit * 0.4, unit * 0.4);
         }
         painter.setBrush(face);
-        painter.setPen(QPen(
-            isEnabled() || isSolid ? colour.darker(isSolid ? 140 : 100) : palette().color(QPalette::Mid), 2));
+        painter.setPen(
+            QPen(isEnabled() || isSolid ? colour.darker(isSolid ? 140 : 100) : Faded(palette()), 2));
         painter.drawRoundedRect(box, unit * 0.4, unit * 0.4);
         if (hasFocus()) {
             painter.setBrush(Qt::NoBrush);
@@ -112,7 +122,7 @@ void OperatorButton::paintEvent(QPaintEvent *)
 
         const double wordHeight = unit * 1.5;
         const QRectF symbolBox = box.adjusted(0, unit * 0.5, 0, -wordHeight);
-        const double side = std::min(symbolBox.height(), symbolBox.width() * 0.6);
+        const double side = std::min(symbolBox.height(), symbolBox.width() * 0.42);
         painter.save();
         painter.translate(symbolBox.center());
         painter.scale(side, side);

@@ -51,12 +51,18 @@ void VirtualSlider::SetScaleTexts(const QString &topText, const QString &bottomT
 QSize VirtualSlider::sizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
-    return {metrics.height() * 4 + metrics.horizontalAdvance(u'0') * LongestScaleText, metrics.height() * 14};
+    return {int(metrics.height() * 3.4) + metrics.horizontalAdvance(u'0') * LongestScaleText,
+            metrics.height() * 16};
 }
 
 QSize VirtualSlider::minimumSizeHint() const
 {
     return {sizeHint().width(), fontMetrics().height() * 9};
+}
+
+int VirtualSlider::Left() const
+{
+    return std::max((width() - sizeHint().width()) / 2, 0) + 1;
 }
 
 int VirtualSlider::TravelTop() const
@@ -74,7 +80,7 @@ QRect VirtualSlider::HandleRect() const
     const int unit = fontMetrics().height();
     const int y = TravelTop() + QStyle::sliderPositionFromValue(minimum(), maximum(), sliderPosition(),
                                                                 TravelLength(), TopIsGreater());
-    return {unit / 4, y - unit / 2, unit * 2, unit};
+    return {Left(), y - unit * 2 / 3, unit * 2, unit * 4 / 3};
 }
 
 void VirtualSlider::paintEvent(QPaintEvent *)
@@ -96,22 +102,22 @@ void VirtualSlider::DrawScale(QPainter &painter) const
 
     painter.setPen(QPen(palette().color(QPalette::Mid), 1));
     painter.setBrush(palette().base());
-    painter.drawRoundedRect(QRectF(centre - unit * 0.2, TravelTop(), unit * 0.4, TravelLength()), unit * 0.2,
-                            unit * 0.2);
+    painter.drawRoundedRect(QRectF(centre - unit * 0.25, TravelTop(), unit * 0.5, TravelLength()),
+                            unit * 0.25, unit * 0.25);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette().color(isEnabled() ? QPalette::Highlight : QPalette::Mid));
     painter.drawRoundedRect(
-        QRectF(centre - unit * 0.2, handle.center().y(), unit * 0.4, bottom - handle.center().y()),
-        unit * 0.2, unit * 0.2);
+        QRectF(centre - unit * 0.25, handle.center().y(), unit * 0.5, bottom - handle.center().y()),
+        unit * 0.25, unit * 0.25);
 
     painter.setPen(QPen(palette().color(QPalette::WindowText), 1));
-    const double left = handle.right() + unit * 0.35;
+    const double left = handle.right() + unit * 0.3;
     for (int step = 0; step <= ScaleSteps; ++step) {
         const double y = TravelTop() + double(TravelLength()) * step / ScaleSteps;
         const bool isLong = step % (ScaleSteps / 2) == 0;
-        painter.drawLine(QPointF(left, y), QPointF(left + unit * (isLong ? 0.6 : 0.35), y));
+        painter.drawLine(QPointF(left, y), QPointF(left + unit * (isLong ? 0.5 : 0.3), y));
     }
-    const QRectF text(left + unit * 0.8, 0, width() - left - unit * 0.8, unit);
+    const QRectF text(left + unit * 0.75, 0, width() - left - unit * 0.75, unit);
     painter.drawText(text.translated(0, TravelTop() - unit / 2.0), Qt::AlignLeft | Qt::AlignVCenter,
                      topText_);
     painter.drawText(text.translated(0, bottom - unit / 2.0), Qt::AlignLeft | Qt::AlignVCenter, bottomText_);

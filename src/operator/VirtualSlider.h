@@ -46,6 +46,8 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
+    /** Where the drawing begins, which stands in the middle of the widget. */
+    int Left() const;
     QRect HandleRect() const;
     int TravelTop() const;
     int TravelLength() const;

@@ -105,11 +105,11 @@ QString CheckHeader(const QString &path, const QString &title)
     if (header.size() < HeaderSize || !header.startsWith(QByteArrayView(Magic, sizeof Magic)) ||
         word(ApplicationIdOffset) != DBEngine::ApplicationId)
         return QStringLiteral("\"%1\" is not a settings file of this program.").arg(title);
-    if (word(FormatVersionOffset) != DBEngine::FormatVersion)
+    if (word(FormatVersionOffset) > DBEngine::FormatVersion)
         return QStringLiteral("\"%1\" was written by a newer version of this program.").arg(title);
     // Only the plain journal format can be read without a second file.
-    if (header.at(WriteVersionOffset) != 1 || header.at(ReadVersionOffset) != 1 ||
-        info.size() > DBEngine::MaxFileSize)
+    if (word(FormatVersionOffset) == 0 || header.at(WriteVersionOffset) != 1 ||
+        header.at(ReadVersionOffset) != 1 || info.size() > DBEngine::MaxFileSize)
         return QStringLiteral("\"%1\" is damaged.").arg(title);
     return {};
 }

@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QRegularExpression>
 #include <algorithm>
 #include <array>
 
@@ -21,6 +22,13 @@ constexpr double RightInset = 0.5;
 constexpr double BottomInset = 1;
 constexpr int NotesLineLength = 77;
 constexpr std::array<double, ReportColumns> ColumnOffsets = {0, 1, 5, 6};
+
+/** The locale's long time with seconds, without the time zone that some locales put behind it. */
+QString LongTimeFormat(const QLocale &locale)
+{
+    static const QRegularExpression zone(QStringLiteral("\\s*\\(?\\bt+\\b\\)?"));
+    return locale.timeFormat(QLocale::LongFormat).remove(zone);
+}
 
 /** Half of what the page lacks to the size it is assumed to have, and never outside the printable area. */
 double OffsetFor(double assumed, double scale)
@@ -99,7 +107,7 @@ ReportContent DescribeReport(const Model &model, const QList<ReportRow> &rows)
     const QLocale locale;
     const QDateTime now = QDateTime::currentDateTime();
     return {QStringLiteral(QUORVIK_VERSION), locale.toString(now.date(), QLocale::ShortFormat),
-            locale.toString(now.time(), QLocale::LongFormat), model.Notes, rows};
+            locale.toString(now.time(), LongTimeFormat(locale)), model.Notes, rows};
 }
 
 QList<ReportPage> LayOutReport(const ReportContent &content, const ReportMetrics &metrics)

@@ -39,8 +39,8 @@ TEST(Pacing, LatenessOfTheTimerDoesNotAddUp)
 
 TEST(Pacing, RunOfReadsTakesItsTimeOnTheWire)
 {
-    constexpr int baud = 9600;
-    constexpr int values = 30;
+    constexpr int baud = 1200; // slow enough that a busy machine hardly counts
+    constexpr int values = 8;
     DriveRig rig(baud);
     const std::int64_t start = SteadyNow();
     ASSERT_EQ(rig.Exchange(ReadPacket(100), 5).size(), 5);
@@ -49,7 +49,6 @@ TEST(Pacing, RunOfReadsTakesItsTimeOnTheWire)
     const double taken = double(SteadyNow() - start);
     const double wire = (10 + (values - 1) * 6) * 10e9 / baud;
     EXPECT_GE(taken, wire * 0.999);
-    // Generous, for a machine that runs all tests at once.
     EXPECT_LE(taken, wire * 1.5);
 }
 

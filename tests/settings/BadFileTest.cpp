@@ -91,6 +91,8 @@ const std::vector<BadFile> &BadFiles()
         {"newer version",
          [](const QString &path) { Alter(path, {QStringLiteral("PRAGMA user_version = 2")}); },
          "newer version"},
+        {"no version", [](const QString &path) { Alter(path, {QStringLiteral("PRAGMA user_version = 0")}); },
+         "is damaged"},
         {"needs a second file", [](const QString &path) { Patch(path, 18, QByteArray("\2\2", 2)); },
          "is damaged"},
         {"huge", [](const QString &path) { QFile::resize(path, 17 * 1024 * 1024); }, "is damaged"},

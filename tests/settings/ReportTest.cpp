@@ -2,6 +2,7 @@
 #include "model/Model.h"
 #include "settings/ReportLayout.h"
 
+#include <QLocale>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -75,12 +76,43 @@ TEST(Report, SortsAsTextAndKeepsTheOrderOfEqualTexts)
                                            QStringLiteral(" 10"), QStringLiteral("  2")));
 }
 
+TEST(Report, KeepsTheOrderOfManyEqualTexts)
+{
+    QList<ReportRow> rows;
+    QStringList inOrder;
+    for (int i = 0; i < 434; ++i) {
+        inOrder.append(QString::number(i));
+        rows.append({inOrder.last(), QString(), QString(), QStringLiteral("0")});
+    }
+    for (const bool descending : {false, true}) {
+        SortRows(rows, 3, descending);
+        EXPECT_EQ(Numbers(rows), inOrder);
+    }
+}
+
 TEST(Report, CsvKeepsQuotesAndCommasInsideTheirField)
 {
     const QList<ReportRow> rows = {{QStringLiteral("  7"), QStringLiteral("Gain, \"fast\""),
                                     QStringLiteral("1.0 %"), QStringLiteral("2.0 %")}};
     EXPECT_EQ(RowsAsCsv(rows),
               QByteArray("Tag,Name,Preset,Value\r\n7,\"Gain, \"\"fast\"\"\",\"1.0 %\",\"2.0 %\"\r\n"));
+}
+
+TEST(Report, TellsTheTimeInTheUsersFormatWithoutItsZone)
+{
+    const QLocale before;
+    const struct {
+        QLocale locale;
+        const char *time;
+    } cases[] = {
+        {QLocale(QLocale::English, QLocale::UnitedStates), "^[0-9]+:[0-9]{2}:[0-9]{2}.[AP]M$"},
+        {QLocale(QLocale::German, QLocale::Germany), "^[0-9]{2}:[0-9]{2}:[0-9]{2}$"},
+    };
+    for (const auto &each : cases) {
+        QLocale::setDefault(each.locale);
+        EXPECT_THAT(DescribeReport(Model(), {}).timeText.toStdString(), ::testing::MatchesRegex(each.time));
+    }
+    QLocale::setDefault(before);
 }
 
 struct Paper {

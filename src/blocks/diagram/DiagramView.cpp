@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr double Margin = 2;
-constexpr double TextHeight = 2.1;
+constexpr double TextHeight = 2;
 
 } // namespace
 
@@ -109,7 +109,7 @@ void DiagramView::Arrange()
     all.adjust(-Margin, -Margin, Margin, Margin);
     origin_ = QPointF(std::floor(all.left()), std::floor(all.top()));
     for (const Standing &standing : standing_)
-        standing.widget->setGeometry(ToPixels(CellsOf(standing)).toAlignedRect());
+        standing.widget->setGeometry(ToPixels(CellsOf(standing)).toRect());
     const QSizeF size = ToPixels(QRectF(origin_, all.bottomRight())).size();
     setFixedSize(int(std::ceil(size.width())), int(std::ceil(size.height())));
 }

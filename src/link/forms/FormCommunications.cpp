@@ -79,7 +79,10 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
     comboCommPort_->setEnabled(mayChange);
     comboDevice_->setEnabled(mayChange && Ports::CanChoose());
 
-    On(comboCommPort_, &QComboBox::currentIndexChanged, this, [this] { ShowDevice(); });
+    On(comboCommPort_, &QComboBox::currentIndexChanged, this, [this] {
+        KeepDevice();
+        ShowDevice();
+    });
     On(comboDevice_, &QComboBox::textActivated, this, [this] { KeepDevice(); });
     On(comboDevice_, &QComboBox::editTextChanged, this, [this] { ShowPluggedIn(); });
     On(comboDevice_->lineEdit(), &QLineEdit::editingFinished, this, [this] { KeepDevice(); });
@@ -110,6 +113,7 @@ void FormCommunications::FillDevices()
 void FormCommunications::ShowDevice()
 {
     const QSignalBlocker quiet(comboDevice_);
+    shownNumber_ = Number();
     FillDevices();
     comboDevice_->setEditText(ports_.DeviceOf(Number()));
     ShowPluggedIn();
@@ -122,8 +126,8 @@ void FormCommunications::ShowPluggedIn()
 
 void FormCommunications::KeepDevice()
 {
-    if (Number() >= Ports::First && comboDevice_->isEnabled())
-        ports_.SetDevice(Number(), comboDevice_->currentText().trimmed());
+    if (shownNumber_ >= Ports::First && comboDevice_->isEnabled())
+        ports_.SetDevice(shownNumber_, comboDevice_->currentText().trimmed());
     ShowPluggedIn();
 }
 

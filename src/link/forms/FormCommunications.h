@@ -35,6 +35,7 @@ private:
 
     DriveLink &link_;
     Ports ports_;
+    int shownNumber_ = 0; ///< the port whose device is shown
     QComboBox *comboCommPort_;
     QComboBox *comboDevice_;
     QLabel *labelPluggedIn_;

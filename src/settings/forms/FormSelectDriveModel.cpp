@@ -20,6 +20,7 @@ FormSelectDriveModel::FormSelectDriveModel(Desk &desk, QWidget *owner)
     comboModels_->setObjectName(QStringLiteral("ComboModels"));
     comboModels_->setAccessibleName(QStringLiteral("Drive model and rated current"));
     comboModels_->setMaxVisibleItems(20);
+    comboModels_->setMinimumContentsLength(40);
     comboModels_->addItems(ModelListItems());
     comboModels_->setCurrentIndex(ModelListIndex(desk.model.Value(Param::DriveModel)));
 

@@ -19,7 +19,10 @@ struct ReportFonts {
 ReportFonts MakeFonts()
 {
     QFont body(QStringLiteral("Courier New"), 10);
-    body.setStyleHint(QFont::Courier, QFont::PreferDefault);
+    // Where it is missing, fonts of the same widths take its place.
+    body.setFamilies({QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"),
+                      QStringLiteral("Nimbus Mono PS"), QStringLiteral("FreeMono")});
+    body.setStyleHint(QFont::Monospace);
     body.setFixedPitch(true);
     ReportFonts fonts{body, body, body};
     fonts.underlined.setUnderline(true);

@@ -1,6 +1,7 @@
 #include "wizards/frame/EntryBox.h"
 
 #include <QFocusEvent>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -10,7 +11,9 @@ EntryBox::EntryBox(QWidget *parent, const QString &name, int maxLength)
 {
     setObjectName(name);
     setMaxLength(maxLength);
-    const QString longest(maxLength + 1, u'0');
+    // Boxes below each other look alike, and each has room for its longest text.
+    constexpr int usualLength = 7;
+    const QString longest(std::max(maxLength, usualLength) + 1, u'0');
     const QMargins frame = textMargins() + contentsMargins() + QMargins(6, 0, 6, 0);
     setFixedWidth(fontMetrics().horizontalAdvance(longest) + frame.left() + frame.right());
     setAlignment(Qt::AlignRight);

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -51,7 +52,7 @@ FinishPage::FinishPage(QWidget *parent, bool online, const QString &saveCaption)
     table_->setWordWrap(true);
     table_->verticalHeader()->hide();
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    table_->horizontalHeader()->setSectionResizeMode(Number, QHeaderView::ResizeToContents);
     table_->horizontalHeader()->setSectionResizeMode(Name, QHeaderView::Stretch);
     table_->horizontalHeader()->setHighlightSections(false);
     Content()->addWidget(table_, 1);
@@ -89,6 +90,12 @@ void FinishPage::ShowLines(const std::vector<PlannedLine> &lines)
             }
             table_->setItem(row, column, item);
         }
+    }
+    // The values of a link hold names, which wrap rather than squeeze the column of names.
+    const int widest = fontMetrics().height() * 9;
+    for (const int column : {OldValue, NewValue}) {
+        table_->resizeColumnToContents(column);
+        table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
     }
 }
 

@@ -13,6 +13,7 @@
 #include <QRadioButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -46,6 +47,8 @@ WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QS
     rule->setFrameShadow(QFrame::Sunken);
     rows->addWidget(rule);
     MakeNavigation();
+    const int em = fontMetrics().height();
+    stack_->setMinimumSize(em * 50, em * 28);
 }
 
 void WizardForm::MakeNavigation()
@@ -79,9 +82,15 @@ void WizardForm::StackPages(const std::array<WizardPage *, LastStep + 1> &pages,
         page->setObjectName(ControlName("FrameStep", step));
         page->setEnabled(false);
         stack_->addWidget(page);
+        FitPage(step);
     }
     On(finishPage, &FinishPage::SaveToggled, this, [this] { ShowPlan(); });
     SetStep(0);
+}
+
+void WizardForm::DropPages()
+{
+    delete std::exchange(stack_, nullptr);
 }
 
 void WizardForm::SetStep(int step)
@@ -96,9 +105,18 @@ void WizardForm::SetStep(int step)
     EnterStep(step);
     if (step == LastStep)
         ShowPlan();
+    FitPage(step);
     stack_->setCurrentIndex(step);
     UpdateNavButtons(step);
     FocusPage(step);
+}
+
+// Texts that wrap need a height that only their width tells, and a stack does not ask for it.
+void WizardForm::FitPage(int step)
+{
+    const int width = std::max(stack_->width(), stack_->minimumWidth());
+    const int height = stack_->widget(step)->layout()->heightForWidth(width);
+    stack_->setMinimumHeight(std::max(stack_->minimumHeight(), height));
 }
 
 void WizardForm::UpdateNavButtons(int step)
@@ -166,6 +184,7 @@ void WizardForm::ShowPlan()
     try {
         finishPage_->ShowLines(MakePlan(finishPage_->SaveWanted()).Lines(desk().model));
     } catch (const RuntimeFailure &failure) {
+        // Finish is where it is told; until then it stands in place of the list.
         finishPage_->ShowFailure(failure.Sentence());
     }
 }

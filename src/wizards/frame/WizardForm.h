@@ -37,6 +37,9 @@ protected:
      * first one. */
     void StackPages(const std::array<WizardPage *, LastStep + 1> &pages, FinishPage *finishPage);
     void SetStep(int step);
+    /** Destroys the pages. A Mentor's destructor calls it, for its answers go before a window's children do,
+     * and a text box that loses the focus on its way out still reaches for them. */
+    void DropPages();
 
     /** Whether the page may be left by Next; tells the user why not and puts the focus there. */
     virtual bool ValidateStep(int step) = 0;
@@ -62,6 +65,7 @@ private:
     void GoNext();
     void FinishSetup();
     void ShowPlan();
+    void FitPage(int step);
     void UpdateNavButtons(int step);
     void FocusPage(int step);
 

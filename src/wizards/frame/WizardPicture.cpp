@@ -1,5 +1,7 @@
 #include "wizards/frame/WizardPicture.h"
 
+#include "platform/RuntimeFailure.h"
+
 #include <QLineF>
 #include <QPainter>
 #include <QPainterPath>
@@ -73,7 +75,12 @@ void WizardPicture::paintEvent(QPaintEvent *)
     painter.fillRect(rect(), ink.ground);
     painter.translate(Origin());
     painter.scale(Unit(), Unit());
-    draw_(painter, ink);
+    try {
+        draw_(painter, ink);
+    } catch (const RuntimeFailure &) {
+        // A picture is decoration: what cannot be worked out is told where it is asked for, not at each
+        // paint.
+    }
 }
 
 void UsePen(QPainter &painter, const QColor &color, qreal width)

@@ -3,6 +3,8 @@
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
 
+#include <algorithm>
+
 namespace quorvik
 {
 
@@ -20,29 +22,27 @@ IOSetup::IOSetup(Model &model)
 {
 }
 
-const IOSetup::Block *IOSetup::ChosenBlock() const
+const IOSetup::Block *IOSetup::InputBlock() const
 {
     static constexpr Block inputs[] = {
         {23, 48, 53, 344, 139}, // analog
         {1, 8, 15, 0, 132},     // digital
         {63, 66, 67, 349, 164}, // frequency
     };
-    static constexpr Block analogOutput = {81, 85, 83, 0, 0};
-    static constexpr Block frequencyOutput = {89, 96, 95, 0, 0};
-    static constexpr Block digitalOutput = {89, 92, 93, 0, 0};
-    static constexpr Block relayOutput = {69, 75, 78, 0, 0};
-    if (IsInputBranch())
-        return inputType == NoChoice ? nullptr : &inputs[inputType];
-    switch (outputType) {
-    case AnalogOutput:
-        return &analogOutput;
-    case FreqDigOutput:
-        return freqDigMode == DigitalMode ? &digitalOutput : &frequencyOutput;
-    case RelayOutput:
-        return &relayOutput;
-    default:
+    return inputType == NoChoice ? nullptr : &inputs[inputType];
+}
+
+const IOSetup::Block *IOSetup::OutputBlock() const
+{
+    static constexpr Block outputs[] = {
+        {81, 85, 83, 0, 0}, // analog
+        {89, 96, 95, 0, 0}, // frequency mode
+        {69, 75, 78, 0, 0}, // relay
+    };
+    static constexpr Block digitalMode = {89, 92, 93, 0, 0};
+    if (outputType == NoChoice)
         return nullptr;
-    }
+    return IsDigitalMode() ? &digitalMode : &outputs[outputType];
 }
 
 int IOSetup::IOIndex() const
@@ -52,14 +52,14 @@ int IOSetup::IOIndex() const
 
 int IOSetup::DestinationParam() const
 {
-    const Block *block = IsInputBranch() ? ChosenBlock() : nullptr;
-    return block == nullptr ? 0 : block->link + IOIndex();
+    const Block *block = InputBlock();
+    return block == nullptr ? 0 : block->link + std::max(input, 0);
 }
 
 int IOSetup::SourceParam() const
 {
-    const Block *block = IsInputBranch() ? nullptr : ChosenBlock();
-    return block == nullptr ? 0 : block->link + IOIndex();
+    const Block *block = OutputBlock();
+    return block == nullptr ? 0 : block->link + std::max(output, 0);
 }
 
 int IOSetup::BiasParam() const
@@ -83,8 +83,8 @@ int IOSetup::InvertParam() const
 int IOSetup::StatusParam() const
 {
     constexpr int frequencyStatus = 164;
-    const Block *block = IsInputBranch() ? ChosenBlock() : nullptr;
-    return block == nullptr ? frequencyStatus : block->status + IOIndex();
+    const Block *block = InputBlock();
+    return block == nullptr ? frequencyStatus : block->status + std::max(input, 0);
 }
 
 std::int32_t IOSetup::CalMin() const

@@ -74,13 +74,12 @@ public:
 
     /** Zero-based index of the chosen input or output; 0 while none is chosen. */
     int IOIndex() const;
-    // Numbers of the block's parameters for the branch and the input or output chosen; 0 for none.
-    int DestinationParam() const;
-    int SourceParam() const;
-    int BiasParam() const;
-    int GainParam() const;
-    int InvertParam() const;
-    int StatusParam() const; ///< what the calibration page reads
+    int DestinationParam() const; ///< the chosen input's selector, 0 while no kind is chosen
+    int SourceParam() const;      ///< the chosen output's selector, 0 while no kind is chosen
+    int BiasParam() const;        ///< bias, Open Value or On Value of the branch's block
+    int GainParam() const;        ///< gain, Closed Value or Off Value of the branch's block
+    int InvertParam() const;      ///< 0 where the block has none
+    int StatusParam() const;      ///< what the calibration page reads
 
     std::int32_t CalMin() const;    ///< lowest raw calibration count
     std::int32_t CalMax() const;    ///< highest raw calibration count
@@ -105,7 +104,9 @@ public:
 
 private:
     struct Block;
-    const Block *ChosenBlock() const;
+    const Block *InputBlock() const;
+    const Block *OutputBlock() const;
+    const Block *ChosenBlock() const { return IsInputBranch() ? InputBlock() : OutputBlock(); }
 
     void PlanInput(WriteRehearsal &rehearsal) const;
     void PlanOutput(WriteRehearsal &rehearsal) const;

@@ -1,0 +1,27 @@
+#!/bin/bash
+# Measures the release build; one figure a line: "name: value unit (limit L)".
+# `bench.sh soak [minutes]` and `bench.sh fuzz [seconds]` run the long checks instead.
+set -euo pipefail
+cd "$(dirname "$0")"
+. scripts/install.sh
+
+install_packages build display >&2
+what=${1:-all}
+case $what in
+all)
+    build_preset release >&2
+    export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+    for program in build/release/bench/quorvik-bench-*; do
+        [ -x "$program" ] && "$program"
+    done
+    bench/start.sh build/release
+    ;;
+soak | fuzz)
+    shift
+    exec "bench/$what.sh" "$@"
+    ;;
+*)
+    echo "usage: bench.sh [soak | fuzz]" >&2
+    exit 2
+    ;;
+esac

@@ -1,0 +1,270 @@
+// The drive link's speed: whole-table scans against the simulated drive on a paced line, and the cost of one
+// parameter on a line that takes no time, beside a bare echo over a pseudo-terminal.
+
+#include "link/DriveLink.h"
+#include "model/EntryRules.h"
+#include "model/Model.h"
+#include "platform/Asker.h"
+#include "platform/Waiting.h"
+#include "settings/SettingsFile.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QSerialPort>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <poll.h>
+#include <pty.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace quorvik;
+
+namespace
+{
+
+constexpr int Baud = 38400;
+constexpr int BitsPerByte = 10;
+constexpr int Rounds = 5;
+constexpr int EchoTurns = 2000;
+constexpr double NsPerUs = 1000.0;
+constexpr double NsPerSecond = 1e9;
+
+[[noreturn]] void Fail(const QString &sentence)
+{
+    std::fprintf(stderr, "quorvik-bench-link: %s\n", qPrintable(sentence));
+    std::exit(1);
+}
+
+double MedianOf(std::vector<double> values)
+{
+    std::ranges::nth_element(values, values.begin() + Rounds / 2);
+    return values[Rounds / 2];
+}
+
+/** Any message box means that the measurement is worth nothing. */
+class FailingAsker : public Asker
+{
+public:
+    MsgAnswer MsgBox(const QString &text, MsgButtons, MsgIcon, const QString &) override { Fail(text); }
+    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return std::nullopt; }
+    std::optional<QString> ShowSave(const FileDialogRequest &) override { return std::nullopt; }
+};
+
+/** The simulated drive in a process of its own. */
+class Drive
+{
+public:
+    explicit Drive(int baud)
+    {
+        process_.start(QStringLiteral(QUORVIK_DRIVE_PROGRAM),
+                       {QStringLiteral("--link"), Link(), QStringLiteral("--presets"),
+                        QStringLiteral(QUORVIK_PRESETS_FILE), QStringLiteral("--baud"), QString::number(baud),
+                        QStringLiteral("--frozen")});
+        if (!process_.waitForStarted() || ReadLine().isEmpty())
+            Fail(QStringLiteral("the simulated drive does not start"));
+    }
+    ~Drive()
+    {
+        process_.kill();
+        process_.waitForFinished();
+    }
+
+    QString Link() const { return folder_.filePath(QStringLiteral("drive")); }
+
+    /** Bytes that passed the line so far, both ways. */
+    double BytesOnTheWire()
+    {
+        process_.write("stats\n");
+        double total = 0;
+        for (int counters = 0; counters < 2;) {
+            const QList<QByteArray> words = ReadLine().trimmed().split(' ');
+            if (words.size() == 2 && (words.at(0) == "bytes-in" || words.at(0) == "bytes-out")) {
+                total += words.at(1).toDouble();
+                ++counters;
+            }
+        }
+        return total;
+    }
+
+private:
+    QByteArray ReadLine()
+    {
+        while (!process_.canReadLine())
+            if (!process_.waitForReadyRead())
+                Fail(QStringLiteral("the simulated drive fell silent"));
+        return process_.readLine();
+    }
+
+    QTemporaryDir folder_;
+    QProcess process_;
+};
+
+/** What one scan took, from its first request to its end. */
+struct ScanCost {
+    double ns = 0;
+    double wireNs = 0; ///< what the bytes need on the line
+    int parameters = 0;
+};
+
+class Bench
+{
+public:
+    explicit Bench(int baud)
+        : drive_(baud)
+    {
+        if (const QString failure = SettingsFile(model_).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE));
+            !failure.isEmpty())
+            Fail(failure);
+        model_.ResetToDefaults();
+        link_.MSComm1.DeviceOf = [this](int) { return drive_.Link(); };
+        link_.GoOnLine();
+        if (!link_.PortOpen())
+            Fail(QStringLiteral("the link did not come up"));
+    }
+
+    ScanCost Read()
+    {
+        link_.SetAllReadFlags(1);
+        const ScanCost cost = Scan();
+        link_.SetAllReadFlags(-1);
+        return cost;
+    }
+    ScanCost Write()
+    {
+        model_.SetAllWriteFlags(WriteState::Queued);
+        return Scan();
+    }
+
+private:
+    ScanCost Scan()
+    {
+        Settle();
+        const double bytesBefore = drive_.BytesOnTheWire();
+        ScanCost cost;
+        cost.parameters = model_.WritePending ? CountWrites() : model_.LastParam + 1;
+        link_.BeginScanAnew();
+        link_.SerialCommTimer.start();
+        // The clock starts at the tick that sends the first request.
+        PumpWhile([this] { return !link_.SerialCommTimeout.isActive(); });
+        QElapsedTimer clock;
+        clock.start();
+        PumpWhile([this] { return link_.CurrentParam <= model_.LastParam; });
+        cost.ns = double(clock.nsecsElapsed());
+        Settle();
+        cost.wireNs = (drive_.BytesOnTheWire() - bytesBefore) * BitsPerByte * NsPerSecond / Baud;
+        return cost;
+    }
+
+    /** Waits until nothing is under way on the line, with all scans held off. */
+    void Settle()
+    {
+        link_.SerialCommTimer.stop();
+        PumpWhile([] { return true; }, QDeadlineTimer(20));
+        link_.SerialCommTimer.stop();
+    }
+
+    int CountWrites() const
+    {
+        int writes = 0;
+        for (int p = 0; p <= model_.LastParam; ++p)
+            writes += model_.ParamTable[p].WriteFlag == WriteState::Queued ? 1 : 0;
+        return writes;
+    }
+
+    Drive drive_;
+    Model model_;
+    FailingAsker asker_;
+    EntryRules rules_{model_, asker_};
+    DriveLink link_{model_, rules_, asker_};
+};
+
+/**
+ * Nanoseconds a turn of the least that any program needs here: one byte out and a reply of five bytes back
+ * over a pseudo-terminal, through the event loop and QSerialPort.
+ */
+double BareEcho()
+{
+    int master = -1;
+    int slave = -1;
+    std::array<char, 128> name{};
+    if (::openpty(&master, &slave, name.data(), nullptr, nullptr) != 0)
+        Fail(QStringLiteral("no pseudo-terminal"));
+    QSerialPort port(QString::fromLocal8Bit(name.data()));
+    port.setBaudRate(Baud);
+    if (!port.open(QIODevice::ReadWrite))
+        Fail(port.errorString());
+    std::thread echo([master] {
+        const std::array<char, 5> reply{2, 0, 1, 2, 3};
+        char byte = 0;
+        for (int turn = 0; turn < EchoTurns; ++turn)
+            if (::read(master, &byte, 1) != 1 || ::write(master, reply.data(), reply.size()) < 0)
+                return;
+    });
+
+    int turns = 0;
+    qsizetype received = 0;
+    QObject::connect(&port, &QSerialPort::readyRead, &port, [&] {
+        received += port.readAll().size();
+        if (received < 5)
+            return;
+        received = 0;
+        if (++turns < EchoTurns)
+            port.write("\x06", 1);
+    });
+    QElapsedTimer clock;
+    clock.start();
+    port.write("\x06", 1);
+    PumpWhile([&] { return turns < EchoTurns; });
+    const double ns = double(clock.nsecsElapsed()) / EchoTurns;
+    echo.join();
+    port.close();
+    ::close(slave);
+    ::close(master);
+    return ns;
+}
+
+/** One figure, as bench.sh passes it on. @return whether it keeps its limit. */
+bool Print(const char *name, double value, const char *unit, double limit)
+{
+    std::printf("%s: %.3f %s (limit %.2f)\n", name, value, unit, limit);
+    return value <= limit;
+}
+
+double PacedRatio(ScanCost (Bench::*scan)())
+{
+    Bench bench(Baud);
+    std::vector<double> ratios;
+    for (int round = 0; round < Rounds; ++round) {
+        const ScanCost cost = (bench.*scan)();
+        ratios.push_back(cost.ns / cost.wireNs);
+    }
+    return MedianOf(ratios);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    bool kept = Print("link-read-paced", PacedRatio(&Bench::Read), "x wire", 1.06);
+    kept &= Print("link-write-paced", PacedRatio(&Bench::Write), "x wire", 1.08);
+
+    // In turns, so that both have the same machine.
+    Bench unpaced(0);
+    std::vector<double> scans;
+    std::vector<double> echoes;
+    for (int round = 0; round < Rounds; ++round) {
+        const ScanCost cost = unpaced.Read();
+        scans.push_back(cost.ns / cost.parameters);
+        echoes.push_back(BareEcho());
+    }
+    kept &= Print("link-read-unpaced", MedianOf(scans) / NsPerUs, "us/parameter", 100);
+    kept &= Print("link-read-to-bare-echo", MedianOf(scans) / MedianOf(echoes), "x", 1.5);
+    return kept ? 0 : 1;
+}

@@ -1,0 +1,111 @@
+#include "platform/cRegistry.h"
+
+#include <QtGlobal>
+
+#ifndef Q_OS_WIN
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <utility>
+
+static void LoadTemplates()
+{
+    Q_INIT_RESOURCE(association);
+}
+
+namespace quorvik
+{
+
+namespace
+{
+
+QByteArray Contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/** @return whether the file had to be written and was. */
+bool WriteWhereDifferent(const QString &path, const QByteArray &wanted)
+{
+    if (Contents(path) == wanted)
+        return false;
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(wanted) == wanted.size() && file.commit())
+        return true;
+    qWarning() << "File association not written:" << path << file.errorString();
+    return false;
+}
+
+/** The path as an argument of a desktop entry's Exec line, which has quoting rules of its own. */
+QByteArray ExecArgument(const QString &path)
+{
+    QString quoted;
+    for (const QChar c : path) {
+        if (c == u'%')
+            quoted += u'%';
+        else if (c == u'"' || c == u'`' || c == u'$')
+            quoted += QStringLiteral("\\\\");
+        else if (c == u'\\')
+            quoted += QStringLiteral("\\\\\\");
+        quoted += c;
+    }
+    return '"' + quoted.toUtf8() + '"';
+}
+
+/** The extension with a class of both cases for each letter: "[sS][vV][xX]". */
+QByteArray AnyCase(const QString &extension)
+{
+    QString pattern;
+    for (const QChar c : extension)
+        pattern += c.isLetter() ? QStringLiteral("[%1%2]").arg(c.toLower()).arg(c.toUpper()) : QString(c);
+    return pattern.toUtf8();
+}
+
+void Run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProgram(QStandardPaths::findExecutable(program));
+    process.setArguments(arguments);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    if (!process.program().isEmpty())
+        process.startDetached();
+}
+
+} // namespace
+
+cRegistry::cRegistry(QString dataHome)
+    : dataHome_(std::move(dataHome))
+{
+    LoadTemplates();
+}
+
+void cRegistry::CreateEXEAssociation(const QString &programPath, const QString &className,
+                                     const QString &classText, const QString &extension,
+                                     AssociationVerbs) const
+{
+    const QString name = className.toLower();
+    QByteArray type = Contents(QStringLiteral(":/association/quorvik.xml"));
+    type.replace("@TEXT@", classText.toHtmlEscaped().toUtf8());
+    type.replace("@GLOB@", "*." + AnyCase(extension));
+    QByteArray entry = Contents(QStringLiteral(":/association/quorvik.desktop"));
+    entry.replace("@EXEC@", ExecArgument(programPath));
+    entry.replace("@NAME@", className.toUtf8());
+
+    const QString types = dataHome_ + QStringLiteral("/mime");
+    const QString applications = dataHome_ + QStringLiteral("/applications");
+    if (WriteWhereDifferent(types + QStringLiteral("/packages/%1.xml").arg(name), type))
+        Run(QStringLiteral("update-mime-database"), {types});
+    if (WriteWhereDifferent(applications + QStringLiteral("/%1.desktop").arg(name), entry))
+        Run(QStringLiteral("update-desktop-database"), {applications});
+}
+
+} // namespace quorvik
+
+#endif

@@ -1,0 +1,70 @@
+#include "shell/FormGettingStarted.h"
+
+#include "platform/Guard.h"
+#include "shell/WelcomePicture.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+
+namespace quorvik
+{
+
+FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool showTips)
+    : Form(desk, QStringLiteral("FormGettingStarted"), QStringLiteral("Getting Started"), QString())
+{
+    setParent(mainWindow, Qt::Dialog);
+
+    auto *picture = new WelcomePicture(this);
+    picture->setObjectName(QStringLiteral("Picture1"));
+    auto *greeting = new QLabel(QStringLiteral("Getting Started..."), this);
+    greeting->setObjectName(QStringLiteral("Label1"));
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.6);
+    large.setBold(true);
+    greeting->setFont(large);
+    auto *tip = new QLabel(this);
+    tip->setObjectName(QStringLiteral("LabelTip"));
+    tip->setWordWrap(true);
+    tip->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    tip->setMinimumWidth(fontMetrics().averageCharWidth() * 48);
+    tip->setText(QStringLiteral(
+        "Select the Basic Setup Wizard under the Mentors menu to have the Quorvik Mentor assist you in "
+        "setting "
+        "up a drive in a basic configuration. Advanced users can use the Block menu to open individual "
+        "parameter blocks for modification."));
+    auto *loadOnStartup = new QCheckBox(QStringLiteral("&Load on Startup"), this);
+    loadOnStartup->setObjectName(QStringLiteral("chkLoadOnStartup"));
+    loadOnStartup->setChecked(showTips);
+    auto *ok = new QPushButton(QStringLiteral("OK"), this);
+    ok->setObjectName(QStringLiteral("cmdOK"));
+    ok->setDefault(true);
+    ok->setFocus();
+
+    auto *foot = new QHBoxLayout;
+    foot->addWidget(loadOnStartup);
+    foot->addStretch();
+    foot->addWidget(ok);
+    auto *text = new QVBoxLayout;
+    text->setContentsMargins(fontMetrics().height(), fontMetrics().height(), fontMetrics().height(),
+                             fontMetrics().height());
+    text->setSpacing(fontMetrics().height());
+    text->addWidget(greeting);
+    text->addWidget(tip, 1);
+    text->addLayout(foot);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(picture);
+    layout->addLayout(text, 1);
+
+    On(loadOnStartup, &QCheckBox::clicked, this,
+       [this](bool isChecked) { Q_EMIT ShowTipsChanged(isChecked); });
+    On(ok, &QPushButton::clicked, this, [this] { close(); });
+
+    resize(sizeHint());
+    move(mainWindow->pos() +
+         QPoint((mainWindow->width() - width()) / 2, (mainWindow->height() - height()) / 2));
+}
+
+} // namespace quorvik

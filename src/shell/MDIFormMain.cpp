@@ -1,0 +1,135 @@
+#include "shell/MDIFormMain.h"
+#include "shell/OpenWindows.h"
+
+#include "platform/Guard.h"
+#include "platform/Waiting.h"
+#include "shell/Commands.h"
+#include "shell/StatusBarMain.h"
+#include "shell/WindowCommands.h"
+#include "shell/Wiring.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QMdiArea>
+#include <QMenu>
+#include <QShortcut>
+
+static void LoadIcons()
+{
+    Q_INIT_RESOURCE(shell);
+}
+
+namespace quorvik
+{
+
+namespace
+{
+
+QMdiArea *MakeArea(QMainWindow *window)
+{
+    auto *area = new QMdiArea(window);
+    area->setObjectName(QStringLiteral("MDIArea"));
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    window->setCentralWidget(area);
+    return area;
+}
+
+MenuBar MakeMenus(QMainWindow *window)
+{
+    LoadIcons();
+    return MenuBar(window);
+}
+
+} // namespace
+
+MDIFormMain::MDIFormMain(const Surroundings &surroundings)
+    : surroundings_(surroundings)
+    , instance_(surroundings.lockFile)
+    , engines_(surroundings)
+    , area_(MakeArea(this))
+    , windows_(new WindowCommands(area_, forms_, this))
+    , statusBar_(new StatusBarMain(this))
+    , menus_(MakeMenus(this))
+    , desk_{engines_.model,
+            engines_.rules,
+            surroundings.asker,
+            surroundings.settings,
+            surroundings.help,
+            forms_,
+            {},
+            {}}
+{
+    setObjectName(QStringLiteral("MDIFormMain"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/quorvik.svg")));
+    setStatusBar(statusBar_);
+    setWindowTitle(engines_.model.Title());
+    forms_.Add(this);
+
+    WireSeams(*this);
+    ConnectEngines();
+    ConnectCommands();
+}
+
+MDIFormMain::~MDIFormMain()
+{
+    // The child windows speak to the engines when they go, and the engines are members that go before them.
+    delete takeCentralWidget();
+    while (forms_.Count() > 1)
+        delete forms_.At(forms_.Count() - 1);
+}
+
+void MDIFormMain::ConnectEngines()
+{
+    On(&engines_.model, &Model::TitleChanged, this, [this](const QString &title) { setWindowTitle(title); });
+    On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });
+    On(&engines_.link, &DriveLink::FatalError, this, [] { QCoreApplication::exit(1); });
+    On(&engines_.emulator, &DriveEmulator::StatusPanels, this,
+       [this](const QString &driveStatus, const QString &driveModel) {
+           statusBar_->SetDriveStatus(driveStatus);
+           statusBar_->SetDriveModel(driveModel);
+       });
+    On(&engines_.fileCommands, &FileCommands::SaveFailed, this,
+       [this](const QString &sentence) { statusBar_->ShowPassing(sentence); });
+}
+
+void MDIFormMain::ConnectCommands()
+{
+    const CommandTable commands = AllCommands(*this);
+    for (auto entry = menus_.Entries().begin(); entry != menus_.Entries().end(); ++entry) {
+        QAction *action = entry.value();
+        if (const auto command = commands.find(entry.key()); command != commands.end())
+            On(action, &QAction::triggered, this, command.value());
+    }
+    On(menus_.Menu(QStringLiteral("mnuWindow")), &QMenu::aboutToShow, this,
+       [this] { windows_->ListWindows(menus_.Menu(QStringLiteral("mnuWindow"))); });
+    On(statusBar_, &StatusBarMain::PanelClick, this, [this](const QString &key) {
+        if (key == QLatin1String("ComStatus"))
+            ToggleComStatus();
+    });
+    auto *debugKey = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D), this);
+    On(debugKey, &QShortcut::activated, this, [this] { ShowDebug(*this); });
+}
+
+void MDIFormMain::OnComStatusChange()
+{
+    const bool isOnline = engines_.link.PortOpen();
+    statusBar_->SetComStatus(isOnline);
+    menus_.FollowLink(isOnline);
+}
+
+void MDIFormMain::ToggleComStatus()
+{
+    engines_.link.ToggleComStatus();
+    // The click has flipped the check mark, also where the link stayed as it was.
+    OnComStatusChange();
+}
+
+void MDIFormMain::Delay(int milliseconds)
+{
+    TimerDelay.setSingleShot(true);
+    TimerDelay.start(milliseconds);
+    PumpWhile([this] { return TimerDelay.isActive(); });
+}
+
+} // namespace quorvik

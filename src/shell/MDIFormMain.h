@@ -1,0 +1,86 @@
+#pragma once
+
+#include "desktop/Desk.h"
+#include "operator/FormVirtualOperator.h"
+#include "platform/SingleInstance.h"
+#include "settings/forms/FilePrint.h"
+#include "shell/Engines.h"
+#include "shell/MenuBar.h"
+
+#include <QMainWindow>
+#include <QTimer>
+#include <functional>
+
+class QMdiArea;
+
+namespace quorvik
+{
+
+class StatusBarMain;
+class WindowCommands;
+
+/**
+ * The one main window and the life of the run: menus, status bar, child windows, and the road between the
+ * engines and the windows. It owns the engines; no other room knows it.
+ */
+class MDIFormMain : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MDIFormMain(const Surroundings &surroundings);
+    ~MDIFormMain() override;
+
+    /**
+     * Runs the start-up, from the factory table to the tips, with the modal dialogs on its way.
+     * @param commandLine the arguments as given, with or without double quotes.
+     * @return False when the run is to end at once, because another instance runs or there is no factory
+     * table; the user has been told.
+     */
+    bool Load(const QString &commandLine);
+
+    /** Blocks the caller for a time, with everything else running. */
+    void Delay(int milliseconds);
+
+    Engines &AllEngines() { return engines_; }
+    Desk &TheDesk() { return desk_; }
+    FilePrint &Print() { return print_; }
+    VirtualOperatorFields &VirtualOperator() { return virtualOperator_; }
+    MenuBar &Menus() { return menus_; }
+    WindowCommands &Windows() { return *windows_; }
+    StatusBarMain &StatusPanels() { return *statusBar_; }
+
+    /** The user's switch of the link, from the menu and the status panel; may be entered while it waits. */
+    void ToggleComStatus();
+
+Q_SIGNALS:
+    /** The window is unloaded, and the run is to end. */
+    void Unloaded();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void OnComStatusChange();
+    void ConnectCommands();
+    void ConnectEngines();
+    void ChooseCommMode();
+    bool Unload();
+
+    Surroundings surroundings_;
+    SingleInstance instance_;
+    Engines engines_;
+    FormsCollection forms_;
+    QMdiArea *area_;
+    WindowCommands *windows_;
+    StatusBarMain *statusBar_;
+    MenuBar menus_;
+    Desk desk_;
+    FilePrint print_{desk_};
+    VirtualOperatorFields virtualOperator_;
+    QTimer TimerDelay;
+    bool isLoaded_ = false;
+    bool isUnloaded_ = false;
+};
+
+} // namespace quorvik

@@ -1,0 +1,146 @@
+#include "shell/OpenWindows.h"
+
+#include "desktop/FormModifyParameterValue.h"
+#include "emulator/forms/FormIOSimulator.h"
+#include "link/forms/FormCommunications.h"
+#include "link/forms/FormDebug.h"
+#include "link/forms/FormProgressBar.h"
+#include "link/forms/FormSelectCommMode.h"
+#include "operator/FormVirtualOperator.h"
+#include "platform/Asker.h"
+#include "platform/Guard.h"
+#include "settings/forms/FormNotes.h"
+#include "settings/forms/FormSelectDriveModel.h"
+#include "shell/FormAbout.h"
+#include "shell/FormColorSettings.h"
+#include "shell/FormGettingStarted.h"
+#include "shell/MDIFormMain.h"
+#include "wizards/basic/FormWizardBasic.h"
+#include "wizards/io/FormWizardIO.h"
+
+#include <QAction>
+#include <QGuiApplication>
+#include <functional>
+
+namespace quorvik
+{
+
+namespace
+{
+
+/** Shows the one window of that name as a child of the frame, made first where there is none. */
+template<typename Make> void ShowOnly(MDIFormMain &main, const QString &name, Make make)
+{
+    Desk &desk = main.TheDesk();
+    for (int position = 1; position < desk.forms.Count(); ++position)
+        if (desk.forms.At(position)->objectName() == name) {
+            desk.ShowChild(desk.forms.At(position), true);
+            return;
+        }
+    desk.ShowChild(make(desk), true);
+}
+
+/** Runs a Mentor, which takes a moment to build, under the hourglass until it stands. */
+template<typename Mentor> void RunMentor(MDIFormMain &main, const std::function<void(Mentor &)> &prepare)
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    Mentor mentor(main.TheDesk(), &main);
+    prepare(mentor);
+    QGuiApplication::restoreOverrideCursor();
+    mentor.exec();
+}
+
+} // namespace
+
+bool AskForOnline(MDIFormMain &main)
+{
+    FormSelectCommMode window(main.TheDesk(), &main);
+    window.exec();
+    return window.OnlineChosen();
+}
+
+void ShowProgressBar(MDIFormMain &main)
+{
+    FormProgressBar(main.TheDesk(), &main, main.AllEngines().link).exec();
+}
+
+void ShowCommunications(MDIFormMain &main)
+{
+    FormCommunications(main.TheDesk(), &main, main.AllEngines().link).exec();
+}
+
+void ShowDebug(MDIFormMain &main)
+{
+    ShowOnly(main, QStringLiteral("FormDebug"),
+             [&main](Desk &desk) { return new FormDebug(desk, main.AllEngines().link); });
+}
+
+void ShowNotes(MDIFormMain &main)
+{
+    FormNotes(main.TheDesk(), &main).exec();
+}
+
+void ShowSelectDriveModel(MDIFormMain &main)
+{
+    FormSelectDriveModel(main.TheDesk(), &main).exec();
+}
+
+void ShowEditDialog(MDIFormMain &main)
+{
+    FormModifyParameterValue(main.TheDesk(), &main).exec();
+}
+
+void ShowColorSettings(MDIFormMain &main)
+{
+    ShowOnly(main, QStringLiteral("FormColorSettings"),
+             [](Desk &desk) { return new FormColorSettings(desk); });
+}
+
+void ShowGettingStarted(MDIFormMain &main)
+{
+    QAction *showTips = main.Menus().Entry(QStringLiteral("mnuOptionsShowTipsonStartup"));
+    auto *window = new FormGettingStarted(main.TheDesk(), &main, showTips->isChecked());
+    On(window, &FormGettingStarted::ShowTipsChanged, &main,
+       [showTips](bool isWanted) { showTips->setChecked(isWanted); });
+    window->show();
+}
+
+void ShowAbout(MDIFormMain &main)
+{
+    FormAbout(main.TheDesk(), &main).exec();
+}
+
+void ShowIOSimulator(MDIFormMain &main)
+{
+    ShowOnly(main, QStringLiteral("FormIOSimulator"), [](Desk &desk) { return new FormIOSimulator(desk); });
+}
+
+void ShowVirtualOperator(MDIFormMain &main)
+{
+    OpenVirtualOperator(main.TheDesk(), &main, main.VirtualOperator());
+}
+
+void ShowBasicMentor(MDIFormMain &main)
+{
+    const Model &model = main.TheDesk().model;
+    if (model.IsModelDefined()) {
+        RunMentor<FormWizardBasic>(main, [&main](FormWizardBasic &mentor) {
+            mentor.ChangeModel = [&main] { ShowSelectDriveModel(main); };
+        });
+        return;
+    }
+    const QString what = model.PortOpen()
+                             ? QStringLiteral("Invalid Drive Model. Verify CT ID board is correctly\n"
+                                              "installed on Trigger Board and retry.")
+                             : QStringLiteral("Invalid Drive Model. Choose a valid drive model under\n"
+                                              "Tools|Select Drive Model.");
+    main.TheDesk().asker.MsgBox(what, MsgButtons::Ok, MsgIcon::Exclamation,
+                                AppTitle() + QStringLiteral(" Mentor"));
+}
+
+void ShowIOMentor(MDIFormMain &main)
+{
+    RunMentor<FormWizardIO>(main, [](FormWizardIO &) {});
+}
+
+} // namespace quorvik

@@ -1,0 +1,33 @@
+#pragma once
+
+namespace quorvik
+{
+
+class MDIFormMain;
+
+/** @return whether the user chose to go on line. */
+bool AskForOnline(MDIFormMain &main);
+/** Follows a whole-table scan, by DriveLink::ScanKind, until it ends. */
+void ShowProgressBar(MDIFormMain &main);
+void ShowCommunications(MDIFormMain &main);
+void ShowDebug(MDIFormMain &main);
+
+void ShowNotes(MDIFormMain &main);
+void ShowSelectDriveModel(MDIFormMain &main);
+/** Edits Model::EditParamNumber. */
+void ShowEditDialog(MDIFormMain &main);
+
+void ShowColorSettings(MDIFormMain &main);
+void ShowGettingStarted(MDIFormMain &main);
+void ShowAbout(MDIFormMain &main);
+
+void ShowIOSimulator(MDIFormMain &main);
+/** Asks first, since the panel takes every input off its destination. */
+void ShowVirtualOperator(MDIFormMain &main);
+
+/** Opens where the drive's model is known; else tells what to do about it. */
+void ShowBasicMentor(MDIFormMain &main);
+/** Opens on Model::WizardIOStart. */
+void ShowIOMentor(MDIFormMain &main);
+
+} // namespace quorvik

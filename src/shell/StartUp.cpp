@@ -1,0 +1,116 @@
+#include "desktop/HTMLHelp.h"
+#include "platform/Asker.h"
+#include "platform/CommandLine.h"
+#include "platform/Guard.h"
+#include "platform/SettingsStore.h"
+#include "platform/cRegistry.h"
+#include "shell/MDIFormMain.h"
+#include "shell/OpenWindows.h"
+#include "shell/StatusBarMain.h"
+#include "shell/UserSettings.h"
+#include "shell/WindowCommands.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <utility>
+
+namespace quorvik
+{
+
+bool MDIFormMain::Load(const QString &commandLine)
+{
+    for (const char *hidden : {"mnuDebug", "mnuCheckout"})
+        menus_.Entry(QString::fromLatin1(hidden))->setVisible(false);
+
+    Asker &asker = surroundings_.asker;
+    if (!instance_.Acquire()) {
+        asker.MsgBox(QStringLiteral("Quorvik is already running!"), MsgButtons::Ok, MsgIcon::Exclamation,
+                     AppTitle());
+        return false;
+    }
+    if (const QString sentence = engines_.InitGlobals(surroundings_.programFolder); !sentence.isEmpty()) {
+        asker.MsgBox(sentence, MsgButtons::Ok, MsgIcon::None, {});
+        return false;
+    }
+    isLoaded_ = true;
+    engines_.emulator.TimerEmulateSvx.start();
+
+    const SettingsStore &settings = surroundings_.settings;
+    ReadWindowPlace(settings, *this);
+    ReadColors(settings, engines_.model);
+    menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(ReadShowTips(settings));
+    // On the screen before the first dialog, which needs something to stand on.
+    show();
+    QCoreApplication::processEvents();
+
+    if (const int port = ReadCommPort(settings))
+        engines_.link.MSComm1.SetCommPort(port);
+    else
+        ShowCommunications(*this);
+
+    cRegistry(surroundings_.dataHome)
+        .CreateEXEAssociation(surroundings_.programPath, AppTitle(), QStringLiteral("Svx Parameter Files"),
+                              QStringLiteral("Svx"));
+
+    const QString path = SettingsPathOf(commandLine);
+    if (path.isEmpty())
+        ChooseCommMode();
+    else if (const QString sentence = engines_.file.LoadSettings(path); !sentence.isEmpty())
+        asker.MsgBox(sentence, MsgButtons::Ok, MsgIcon::None, {});
+
+    // The user may have closed the window while the link was waiting for the drive.
+    if (!isUnloaded_ && ReadShowTips(settings))
+        ShowGettingStarted(*this);
+    return true;
+}
+
+void MDIFormMain::ChooseCommMode()
+{
+    if (!AskForOnline(*this)) {
+        statusBar_->SetComStatus(false);
+        return;
+    }
+    DriveLink &link = engines_.link;
+    link.GoOnLine();
+    if (!link.PortOpen())
+        return;
+    link.SetAllReadFlags(1);
+    link.ScanKind = 1;
+    link.ShowProgressBar();
+}
+
+bool MDIFormMain::Unload()
+{
+    if (engines_.link.PortOpen())
+        engines_.link.GoOffLine(0);
+
+    // Each step stands for itself: what fails in one does not stop the rest.
+    SettingsStore &settings = surroundings_.settings;
+    Guarded([&] { StoreCommPort(settings, engines_.link.MSComm1.CommPort()); });
+    Guarded([&] {
+        StoreShowTips(settings, menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->isChecked());
+    });
+    Guarded([&] { StoreWindowPlace(settings, *this); });
+    Guarded([&] { StoreColors(settings, engines_.model); });
+
+    bool cancel = false;
+    // A save that failed counts as a cancel, however it failed: nothing may be lost on the way out.
+    if (!Guarded([&] { engines_.fileCommands.PromptSaveChanges(cancel); }) || cancel)
+        return false;
+    windows_->CloseAll();
+    surroundings_.help.Close();
+    return true;
+}
+
+void MDIFormMain::closeEvent(QCloseEvent *event)
+{
+    bool isDone = !isLoaded_ || isUnloaded_;
+    if (!isDone)
+        Guarded([&] { isDone = Unload(); });
+    event->setAccepted(isDone);
+    if (isDone && !std::exchange(isUnloaded_, true))
+        Q_EMIT Unloaded();
+}
+
+} // namespace quorvik

@@ -1,0 +1,102 @@
+#include "shell/StatusBarMain.h"
+
+#include "platform/Guard.h"
+
+#include <QDateTime>
+#include <QLabel>
+#include <QLocale>
+#include <QToolButton>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr int clockMs = 1000;
+constexpr int messageMs = 8000;
+
+} // namespace
+
+StatusBarMain::StatusBarMain(QWidget *parent)
+    : QStatusBar(parent)
+    , comStatus_(new QToolButton(this))
+{
+    setObjectName(QStringLiteral("StatusBarMain"));
+
+    comStatus_->setObjectName(QStringLiteral("ComStatus"));
+    comStatus_->setAccessibleName(tr("Link to the drive"));
+    comStatus_->setToolTip(tr("Switch the link to the drive on or off"));
+    comStatus_->setCursor(Qt::PointingHandCursor);
+    comStatus_->setFocusPolicy(Qt::StrongFocus);
+    comStatus_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("OffLine")) * 2);
+    addWidget(comStatus_);
+    On(comStatus_, &QToolButton::clicked, this, [this] { Q_EMIT PanelClick(comStatus_->objectName()); });
+
+    driveStatus_ =
+        AddPanel(QStringLiteral("DriveStatus"), tr("Drive status"), QStringLiteral("Current Limit"));
+    driveModel_ = AddPanel(QStringLiteral("DriveModel"), tr("Drive model"), QStringLiteral("Undefined-000"));
+
+    message_ = new QLabel(this);
+    message_->setObjectName(QStringLiteral("Message"));
+    message_->setTextFormat(Qt::PlainText);
+    // A long sentence must not widen the window; it is cut at the edge and stands whole in the tool tip.
+    message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    addWidget(message_, 1);
+
+    date_ = AddPanel(QStringLiteral("Date"), tr("Date"), QStringLiteral("00/00/0000"));
+    time_ = AddPanel(QStringLiteral("Time"), tr("Time"), QStringLiteral("00:00 PM"));
+
+    SetComStatus(false);
+    ShowClock();
+    On(&clock_, &QTimer::timeout, this, [this] { ShowClock(); });
+    clock_.start(clockMs);
+    messageEnd_.setSingleShot(true);
+    On(&messageEnd_, &QTimer::timeout, this, [this] { ShowPassing({}); });
+}
+
+QLabel *StatusBarMain::AddPanel(const QString &key, const QString &spokenName, const QString &widest)
+{
+    auto *panel = new QLabel(this);
+    panel->setObjectName(key);
+    panel->setAccessibleName(spokenName);
+    panel->setTextFormat(Qt::PlainText);
+    panel->setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Sunken));
+    panel->setAlignment(Qt::AlignCenter);
+    panel->setMinimumWidth(fontMetrics().horizontalAdvance(widest));
+    addWidget(panel);
+    return panel;
+}
+
+void StatusBarMain::SetComStatus(bool isOnline)
+{
+    comStatus_->setText(isOnline ? QStringLiteral("OnLine") : QStringLiteral("OffLine"));
+    comStatus_->setAccessibleDescription(comStatus_->text());
+}
+
+void StatusBarMain::SetDriveStatus(const QString &text)
+{
+    driveStatus_->setText(text);
+}
+
+void StatusBarMain::SetDriveModel(const QString &text)
+{
+    driveModel_->setText(text);
+}
+
+void StatusBarMain::ShowPassing(const QString &sentence)
+{
+    message_->setText(sentence);
+    message_->setToolTip(sentence.isEmpty() ? QString() : sentence.toHtmlEscaped());
+    if (!sentence.isEmpty())
+        messageEnd_.start(messageMs);
+}
+
+void StatusBarMain::ShowClock()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    date_->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
+    time_->setText(QLocale().toString(now.time(), QLocale::ShortFormat));
+}
+
+} // namespace quorvik

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QStatusBar>
+#include <QTimer>
+
+class QLabel;
+class QToolButton;
+
+namespace quorvik
+{
+
+/** The main window's status bar: five panels, found by their keys as object names, and room for a passing
+ * message. */
+class StatusBarMain : public QStatusBar
+{
+    Q_OBJECT
+
+public:
+    explicit StatusBarMain(QWidget *parent);
+
+    void SetComStatus(bool isOnline);
+    void SetDriveStatus(const QString &text);
+    void SetDriveModel(const QString &text);
+    /** Shows a sentence for a few seconds beside the panels. */
+    void ShowPassing(const QString &sentence);
+
+Q_SIGNALS:
+    /** A panel was clicked, or pressed with the keyboard. */
+    void PanelClick(const QString &key);
+
+private:
+    QLabel *AddPanel(const QString &key, const QString &spokenName, const QString &widest);
+    void ShowClock();
+
+    QToolButton *comStatus_;
+    QLabel *driveStatus_;
+    QLabel *driveModel_;
+    QLabel *message_;
+    QLabel *date_ = nullptr;
+    QLabel *time_ = nullptr;
+    QTimer clock_;
+    QTimer messageEnd_;
+};
+
+} // namespace quorvik

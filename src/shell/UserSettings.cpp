@@ -1,0 +1,150 @@
+#include "shell/UserSettings.h"
+
+#include "model/Model.h"
+#include "platform/Numbers.h"
+#include "platform/SettingsStore.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+#include <cmath>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr double twipsPerPixel = 15;
+constexpr QSize smallestWindow{320, 240};
+constexpr int lastCommPort = 16;
+
+constexpr const char *colorKeys[] = {"ReadWrite", "ICR-RW", "ICR-RO", "ReadOnly", "LinkedDestination"};
+
+const QString &Startup()
+{
+    static const QString section = QStringLiteral("Startup");
+    return section;
+}
+
+const QString &Options()
+{
+    static const QString section = QStringLiteral("Options");
+    return section;
+}
+
+double ReadNumber(const SettingsStore &settings, const QString &section, const QString &key, double fallback)
+{
+    const std::optional<double> stored = ParseNumber(settings.GetSetting(section, key));
+    return stored && std::abs(*stored) < 1e9 ? *stored : fallback;
+}
+
+int ReadPixels(const SettingsStore &settings, const QString &key, double fallbackTwips)
+{
+    return qRound(ReadNumber(settings, Startup(), key, fallbackTwips) / twipsPerPixel);
+}
+
+void StorePixels(SettingsStore &settings, const QString &key, int pixels)
+{
+    settings.SaveSetting(Startup(), key, DoubleText(pixels * twipsPerPixel));
+}
+
+/** The screen that shows most of a place, or the first one where none shows any of it. */
+QRect ScreenOf(const QRect &place)
+{
+    QRect best = QGuiApplication::primaryScreen()->availableGeometry();
+    qint64 bestArea = 0;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        const QRect shared = screen->availableGeometry().intersected(place);
+        const qint64 area = qint64(shared.width()) * shared.height();
+        if (shared.isValid() && area > bestArea) {
+            bestArea = area;
+            best = screen->availableGeometry();
+        }
+    }
+    return best;
+}
+
+QRect OntoScreen(QRect place)
+{
+    const QRect screen = ScreenOf(place);
+    place.setSize(place.size().expandedTo(smallestWindow).boundedTo(screen.size()));
+    place.moveLeft(qBound(screen.left(), place.left(), screen.right() + 1 - place.width()));
+    place.moveTop(qBound(screen.top(), place.top(), screen.bottom() + 1 - place.height()));
+    return place;
+}
+
+} // namespace
+
+bool ReadShowTips(const SettingsStore &settings)
+{
+    const QString text =
+        settings.GetSetting(Options(), QStringLiteral("Show Tips at Startup"), QStringLiteral("True"));
+    return text.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && text != QLatin1String("0");
+}
+
+void StoreShowTips(SettingsStore &settings, bool show)
+{
+    settings.SaveSetting(Options(), QStringLiteral("Show Tips at Startup"),
+                         show ? QStringLiteral("True") : QStringLiteral("False"));
+}
+
+int ReadCommPort(const SettingsStore &settings)
+{
+    const double number = ReadNumber(settings, Options(), QStringLiteral("CommPort"), 0);
+    return number >= 1 && number <= lastCommPort ? int(number) : 0;
+}
+
+void StoreCommPort(SettingsStore &settings, int number)
+{
+    settings.SaveSetting(Options(), QStringLiteral("CommPort"), QString::number(number));
+}
+
+void ReadColors(const SettingsStore &settings, Model &model)
+{
+    for (std::size_t i = 0; i < std::size(colorKeys); ++i) {
+        const double color = ReadNumber(settings, QStringLiteral("Colors"), QString::fromLatin1(colorKeys[i]),
+                                        model.DefaultColors[i]);
+        model.Colors[i] = color >= 0 && color <= 0xFFFFFF ? std::int32_t(color) : model.DefaultColors[i];
+    }
+}
+
+void StoreColors(SettingsStore &settings, const Model &model)
+{
+    for (std::size_t i = 0; i < std::size(colorKeys); ++i)
+        settings.SaveSetting(QStringLiteral("Colors"), QString::fromLatin1(colorKeys[i]),
+                             QString::number(model.Colors[i]));
+}
+
+void ReadWindowPlace(const SettingsStore &settings, QWidget &window)
+{
+    const int top = ReadPixels(settings, QStringLiteral("Top"), 100);
+    const int left = ReadPixels(settings, QStringLiteral("Left"), 150);
+    const int height = ReadPixels(settings, QStringLiteral("Height"), 7000);
+    const int width = ReadPixels(settings, QStringLiteral("Width"), 11000);
+    const QRect place = OntoScreen(QRect(left, top, width, height));
+    window.move(place.topLeft());
+    window.resize(place.size());
+
+    const int state = int(ReadNumber(settings, Startup(), QStringLiteral("WindowState"), 0));
+    if (state == 1)
+        window.setWindowState(Qt::WindowMinimized);
+    else if (state == 2)
+        window.setWindowState(Qt::WindowMaximized);
+}
+
+void StoreWindowPlace(SettingsStore &settings, const QWidget &window)
+{
+    const bool isPlain = !window.isMaximized() && !window.isMinimized();
+    const QPoint corner = isPlain ? window.pos() : window.normalGeometry().topLeft();
+    const QSize size = isPlain ? window.size() : window.normalGeometry().size();
+    StorePixels(settings, QStringLiteral("Top"), corner.y());
+    StorePixels(settings, QStringLiteral("Left"), corner.x());
+    StorePixels(settings, QStringLiteral("Height"), size.height());
+    StorePixels(settings, QStringLiteral("Width"), size.width());
+    if (!window.isMinimized())
+        settings.SaveSetting(Startup(), QStringLiteral("WindowState"),
+                             window.isMaximized() ? QStringLiteral("2") : QStringLiteral("0"));
+}
+
+} // namespace quorvik

@@ -1,0 +1,31 @@
+#pragma once
+
+class QWidget;
+
+namespace quorvik
+{
+
+class Model;
+class SettingsStore;
+
+/** Whether the tips are wanted at start; they are where nothing is stored. */
+bool ReadShowTips(const SettingsStore &settings);
+void StoreShowTips(SettingsStore &settings, bool show);
+
+/** The stored number of the serial port, or 0 where none, or nothing usable, is stored. */
+int ReadCommPort(const SettingsStore &settings);
+void StoreCommPort(SettingsStore &settings, int number);
+
+/** Colours of access classes 0 to 4, the default where none is stored. */
+void ReadColors(const SettingsStore &settings, Model &model);
+void StoreColors(SettingsStore &settings, const Model &model);
+
+/**
+ * Gives a window its stored place and state. Places are kept in twips, 15 to the logical pixel; one that
+ * lies on no screen any more is brought back onto one.
+ */
+void ReadWindowPlace(const SettingsStore &settings, QWidget &window);
+/** Stores place and state; of a minimised window the state is left as it was stored before. */
+void StoreWindowPlace(SettingsStore &settings, const QWidget &window);
+
+} // namespace quorvik

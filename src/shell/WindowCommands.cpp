@@ -1,0 +1,132 @@
+#include "shell/WindowCommands.h"
+
+#include "desktop/Form.h"
+#include "desktop/FormsCollection.h"
+#include "platform/Guard.h"
+#include "shell/Tiling.h"
+
+#include <QAction>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+
+namespace quorvik
+{
+
+namespace
+{
+
+/** What carries a window's frame: its sub-window in the frame, or the window itself where it stands free. */
+QWidget *FrameOf(QWidget *form)
+{
+    auto *child = qobject_cast<QMdiSubWindow *>(form->parentWidget());
+    return child ? child : form;
+}
+
+QList<QMdiSubWindow *> Children(QMdiArea *area, bool minimized)
+{
+    QList<QMdiSubWindow *> children;
+    for (QMdiSubWindow *child : area->subWindowList(QMdiArea::CreationOrder))
+        if (!child->isHidden() && child->isMinimized() == minimized)
+            children.append(child);
+    return children;
+}
+
+const char *const listEntry = "mnuWindowList";
+
+} // namespace
+
+WindowCommands::WindowCommands(QMdiArea *area, FormsCollection &forms, QObject *parent)
+    : QObject(parent)
+    , area_(area)
+    , forms_(forms)
+{
+}
+
+void WindowCommands::ShowChild(QWidget *form, bool activate)
+{
+    auto *child = qobject_cast<QMdiSubWindow *>(form->parentWidget());
+    if (!child) {
+        child = area_->addSubWindow(form);
+        child->setWindowIcon(area_->windowIcon());
+        connect(form, &QObject::destroyed, child, &QObject::deleteLater);
+    }
+    QMdiSubWindow *active = area_->activeSubWindow();
+    if (child->isMinimized() && activate)
+        child->showNormal();
+    form->show();
+    child->show();
+    if (activate)
+        area_->setActiveSubWindow(child);
+    else if (active && active != child)
+        area_->setActiveSubWindow(active);
+}
+
+void WindowCommands::Cascade()
+{
+    area_->cascadeSubWindows();
+}
+
+void WindowCommands::Tile(Qt::Orientation orientation)
+{
+    const QList<QMdiSubWindow *> children = Children(area_, false);
+    const QList<QRect> rects = TileRects(area_->viewport()->rect(), int(children.size()), orientation);
+    for (qsizetype i = 0; i < children.size(); ++i) {
+        if (children[i]->isMaximized())
+            children[i]->showNormal();
+        children[i]->setGeometry(rects[i]);
+    }
+}
+
+void WindowCommands::ArrangeIcons()
+{
+    const QList<QMdiSubWindow *> children = Children(area_, true);
+    if (children.isEmpty())
+        return;
+    const QList<QRect> rects =
+        IconRects(area_->viewport()->rect(), int(children.size()), children.first()->size());
+    for (qsizetype i = 0; i < children.size(); ++i)
+        children[i]->move(rects[i].topLeft());
+}
+
+void WindowCommands::MinimizeAll()
+{
+    for (int position = forms_.Count() - 1; position >= 1; --position)
+        FrameOf(forms_.At(position))->showMinimized();
+}
+
+void WindowCommands::RestoreAll()
+{
+    for (int position = forms_.Count() - 1; position >= 1; --position)
+        FrameOf(forms_.At(position))->showNormal();
+}
+
+void WindowCommands::CloseAll()
+{
+    for (int position = forms_.Count() - 1; position >= 1; --position)
+        FrameOf(forms_.At(position))->close();
+}
+
+void WindowCommands::ListWindows(QMenu *menu)
+{
+    for (QAction *action : menu->actions())
+        if (action->objectName().startsWith(QLatin1String(listEntry)))
+            delete action;
+    const QList<QMdiSubWindow *> children = area_->subWindowList(QMdiArea::CreationOrder);
+    if (children.isEmpty())
+        return;
+    menu->addSeparator()->setObjectName(ControlName(listEntry, 0));
+    int number = 0;
+    for (QMdiSubWindow *child : children) {
+        ++number;
+        const QString title = child->windowTitle().replace(u'&', QStringLiteral("&&"));
+        QAction *action = menu->addAction(number < 10 ? QStringLiteral("&%1 %2").arg(number).arg(title)
+                                                      : QStringLiteral("%1 %2").arg(number).arg(title));
+        action->setObjectName(ControlName(listEntry, number));
+        action->setCheckable(true);
+        action->setChecked(child == area_->activeSubWindow());
+        On(action, &QAction::triggered, child, [this, child] { ShowChild(child->widget(), true); });
+    }
+}
+
+} // namespace quorvik

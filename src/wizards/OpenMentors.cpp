@@ -1,0 +1,56 @@
+#include "wizards/OpenMentors.h"
+
+#include "model/Model.h"
+#include "platform/Asker.h"
+#include "wizards/basic/FormWizardBasic.h"
+#include "wizards/frame/MentorTitle.h"
+#include "wizards/io/FormWizardIO.h"
+
+#include <QGuiApplication>
+#include <memory>
+
+namespace quorvik
+{
+
+namespace
+{
+
+class Hourglass
+{
+public:
+    Hourglass() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~Hourglass() { QGuiApplication::restoreOverrideCursor(); }
+    Hourglass(const Hourglass &) = delete;
+    Hourglass &operator=(const Hourglass &) = delete;
+};
+
+template<typename Window> std::unique_ptr<Window> Build(Desk &desk, QWidget *owner)
+{
+    const Hourglass hourglass;
+    return std::make_unique<Window>(desk, owner);
+}
+
+} // namespace
+
+void OpenBasicSetup(Desk &desk, QWidget *owner, const std::function<void()> &changeModel)
+{
+    if (!desk.model.IsModelDefined()) {
+        desk.asker.MsgBox(desk.model.PortOpen()
+                              ? QStringLiteral("Invalid Drive Model. Verify CT ID board is correctly\r\n"
+                                               "installed on Trigger Board and retry.")
+                              : QStringLiteral("Invalid Drive Model. Choose a valid drive model under\r\n"
+                                               "Tools|Select Drive Model."),
+                          MsgButtons::Ok, MsgIcon::Exclamation, MentorTitle());
+        return;
+    }
+    const auto form = Build<FormWizardBasic>(desk, owner);
+    form->ChangeModel = changeModel;
+    form->exec();
+}
+
+void OpenIOSetup(Desk &desk, QWidget *owner)
+{
+    Build<FormWizardIO>(desk, owner)->exec();
+}
+
+} // namespace quorvik

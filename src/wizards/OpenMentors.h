@@ -1,0 +1,17 @@
+#pragma once
+
+#include "desktop/Desk.h"
+
+namespace quorvik
+{
+
+/**
+ * mnuMentorsBasic: opens the Basic Setup Mentor, or tells what is wrong where no drive model is defined.
+ * @param changeModel shows the modal choice of a drive model.
+ */
+void OpenBasicSetup(Desk &desk, QWidget *owner, const std::function<void()> &changeModel);
+
+/** Opens the I/O Mentor on Model::WizardIOStart. */
+void OpenIOSetup(Desk &desk, QWidget *owner);
+
+} // namespace quorvik

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "wizards/basic/BasicChecks.h"
+#include "wizards/basic/BasicRows.h"
+#include "wizards/frame/WizardForm.h"
+
+namespace quorvik
+{
+
+class AccelDecelPage;
+class CurrentLimitsPage;
+class FeedbackPage;
+class MaxSpeedPage;
+class ModelPage;
+class MotorDataPage;
+class OperatingModePage;
+class ReferencesPage;
+class StartStopPage;
+
+/** The Basic Setup Mentor: leads through a first set-up of drive and motor. */
+class FormWizardBasic : public WizardForm
+{
+    Q_OBJECT
+
+public:
+    FormWizardBasic(Desk &desk, QWidget *owner);
+    ~FormWizardBasic() override;
+
+    /** CommandChangeModel: shows the modal choice of a drive model. Filled in by whoever opens the window. */
+    std::function<void()> ChangeModel;
+
+protected:
+    bool ValidateStep(int step) override;
+    int NextStep(int step) override;
+    int PreviousStep(int step) const override;
+    WritePlan MakePlan(bool saveInDrive) override;
+    WritePlan WriteSetup() override;
+    void ShowReminder() override;
+
+private:
+    void ConnectChoices();
+    void ChooseDefaults();
+    void OptionOperatingMode_Click(int index);
+    void OptionFieldType_Click(int index);
+    void OptionFeedback_Click(int index);
+    void OptionMaxSpeed_Click(int index);
+    void OptionStartStopLogic_Click(int index);
+    void CommandChangeModel_Click();
+    void Entry_Change(Entry entry);
+    void UpdateFieldRows();
+    void EnableJog(bool enable);
+    void ApplyDriveType();
+
+    BasicSetup setup_;
+    BasicChecks checks_;
+    BasicRows rows_;
+    ModelPage *modelPage_;
+    OperatingModePage *modePage_;
+    MotorDataPage *motorPage_;
+    FeedbackPage *feedbackPage_;
+    MaxSpeedPage *maxSpeedPage_;
+    ReferencesPage *referencesPage_;
+    AccelDecelPage *accelDecelPage_;
+    StartStopPage *startStopPage_;
+    CurrentLimitsPage *limitsPage_;
+};
+
+} // namespace quorvik

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "wizards/frame/WizardForm.h"
+#include "wizards/io/IOChecks.h"
+#include "wizards/io/IOSetup.h"
+
+namespace quorvik
+{
+
+class AnalogTypePage;
+class BranchPage;
+class CalibrationPage;
+class InputPage;
+class OutputPage;
+class ParameterPage;
+class ValuesPage;
+
+/** The I/O Mentor: sets up one input or one output, opening on the one that Model::WizardIOStart names. */
+class FormWizardIO : public WizardForm
+{
+    Q_OBJECT
+
+public:
+    FormWizardIO(Desk &desk, QWidget *owner);
+    ~FormWizardIO() override;
+
+protected:
+    bool ValidateStep(int step) override;
+    int NextStep(int step) override;
+    int PreviousStep(int step) const override;
+    void LeaveStep(int step) override;
+    void EnterStep(int step) override;
+    WritePlan MakePlan(bool saveInDrive) override;
+    WritePlan WriteSetup() override;
+
+private:
+    void ConnectInputChoices();
+    void ConnectOutputChoices();
+    void ChooseDefaults();
+    void OptionInputType_Click(int index);
+    void OptionInput_Click(int index);
+    void OptionAnalogType_Click(int index);
+    void OptionPolarity_Click(int index);
+    void OptionOutputType_Click(int index);
+    void FollowInput();
+    void UpdateAnalogRange();
+    void UpdateDestinationList();
+    void FillLink(ParameterPage *page, int selector);
+    void UpdateBiasGainPage();
+    void UpdateOutputBiasGainTags();
+    void UpdateOutputBiasGainPage();
+
+    IOSetup setup_;
+    IOChecks checks_;
+    BranchPage *branchPage_;
+    InputPage *inputPage_;
+    ParameterPage *destinationPage_;
+    AnalogTypePage *typePage_;
+    CalibrationPage *calibrationPage_;
+    ValuesPage *inputValuesPage_;
+    OutputPage *outputPage_;
+    ParameterPage *sourcePage_;
+    ValuesPage *outputValuesPage_;
+};
+
+} // namespace quorvik

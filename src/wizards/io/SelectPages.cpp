@@ -1,0 +1,197 @@
+#include "wizards/io/SelectPages.h"
+
+#include "desktop/Form.h"
+#include "model/EntryRules.h"
+#include "platform/Guard.h"
+#include "wizards/io/IOPictures.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace quorvik
+{
+
+namespace
+{
+
+using DrawSetup = void (*)(QPainter &, const Ink &, const IOSetup &);
+
+WizardPicture *MakePicture(const QString &description, const IOSetup &setup, DrawSetup draw)
+{
+    return new WizardPicture(nullptr, description, [&setup, draw](QPainter &painter, const Ink &ink) {
+        draw(painter, ink, setup);
+    });
+}
+
+QGroupBox *AddGroup(QWidget *parent, QBoxLayout *place, const QString &title)
+{
+    auto *frame = new QGroupBox(title, parent);
+    place->addWidget(frame, 1);
+    return frame;
+}
+
+void StackOptions(QGroupBox *frame, const OptionGroup *group)
+{
+    auto *column = new QVBoxLayout(frame);
+    for (int i = 0; i < group->Count(); ++i)
+        column->addWidget(group->Option(i));
+    column->addStretch(1);
+}
+
+/** How many inputs or outputs a kind has. */
+constexpr int InputCounts[] = {5, 7, 1};
+constexpr int OutputCounts[] = {2, 1, 3};
+
+void EnableMembers(OptionGroup *group, int members)
+{
+    if (group->Chosen() >= members || members == 1)
+        group->Choose(0);
+    group->Enable(0, members - 1, true);
+    group->Enable(members, group->Count() - 1, false);
+}
+
+} // namespace
+
+BranchPage::BranchPage(QWidget *parent, const IOSetup &setup)
+    : WizardPage(parent,
+                 MakePicture(QStringLiteral("A drive with its inputs and outputs"), setup, DrawBranch))
+{
+    AddHeading(QStringLiteral("Select I/O Type."));
+    QGroupBox *frame = AddFrame(QStringLiteral("I/O"));
+    OptionInputsOutputs = new OptionGroup(frame, "OptionInputsOutputs",
+                                          {QStringLiteral("&Inputs"), QStringLiteral("&Outputs")});
+    StackOptions(frame, OptionInputsOutputs);
+    CloseContent();
+}
+
+InputPage::InputPage(QWidget *parent, const IOSetup &setup)
+    : WizardPage(parent, MakePicture(QStringLiteral("The input terminals"), setup, DrawInputTerminals))
+{
+    AddHeading(QStringLiteral("Select input."));
+    auto *columns = new QHBoxLayout;
+    Content()->addLayout(columns);
+    QGroupBox *typeFrame = AddGroup(this, columns, QStringLiteral("Input Type"));
+    OptionInputType = new OptionGroup(
+        typeFrame, "OptionInputType",
+        {QStringLiteral("&Analog"), QStringLiteral("&Digital"), QStringLiteral("F&requency")});
+    StackOptions(typeFrame, OptionInputType);
+    QGroupBox *inputFrame = AddGroup(this, columns, QStringLiteral("Input"));
+    QStringList inputs;
+    for (int i = 1; i <= 7; ++i)
+        inputs.append(QStringLiteral("Input &%1").arg(i));
+    OptionInput = new OptionGroup(inputFrame, "OptionInput", inputs);
+    StackOptions(inputFrame, OptionInput);
+    CloseContent();
+}
+
+void InputPage::FollowType(int inputType)
+{
+    EnableMembers(OptionInput, InputCounts[inputType]);
+}
+
+ParameterPage::ParameterPage(QWidget *parent, WizardPicture *picture, const QString &heading,
+                             const QString &text, const QString &comboName)
+    : WizardPage(parent, picture)
+    , combo_(new QComboBox(this))
+{
+    AddHeading(heading);
+    AddText(text);
+    combo_->setObjectName(comboName);
+    combo_->setAccessibleName(heading);
+    combo_->setMaxVisibleItems(20);
+    combo_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    constexpr int longestName = 34;
+    combo_->setMinimumContentsLength(longestName);
+    Content()->addWidget(combo_);
+    CloseContent();
+    On(combo_, &QComboBox::currentIndexChanged, this, [this] { Combo_Click(); });
+}
+
+void ParameterPage::Fill(const ParamChoices &choices)
+{
+    const bool wasBlocked = combo_->blockSignals(true);
+    combo_->clear();
+    combo_->addItems(choices.items);
+    combo_->setCurrentIndex(choices.selected);
+    // The opened list may be wider than the page leaves room for, so that no name is cut.
+    combo_->view()->setMinimumWidth(combo_->view()->sizeHintForColumn(0) + fontMetrics().height() * 2);
+    combo_->blockSignals(wasBlocked);
+    Combo_Click();
+}
+
+void ParameterPage::Combo_Click()
+{
+    const bool none = combo_->currentIndex() < 0;
+    Q_EMIT Chosen(none ? 0 : ParamOfChoice(combo_->currentText()));
+    Picture()->update();
+}
+
+AnalogTypePage::AnalogTypePage(QWidget *parent, const IOSetup &setup)
+    : WizardPage(parent, MakePicture(QStringLiteral("The signal of the analog input"), setup, DrawAnalogType))
+    , setup_(setup)
+{
+    AddHeading(QStringLiteral("Select analog input type and polarity."),
+               ControlName("LabelTypeAndPolarity", 0));
+    auto *columns = new QHBoxLayout;
+    Content()->addLayout(columns);
+    frameInputType_ = AddGroup(this, columns, QStringLiteral("Type"));
+    frameInputType_->setObjectName(QStringLiteral("FrameInputType"));
+    OptionAnalogType = new OptionGroup(frameInputType_, "OptionAnalogType",
+                                       {QStringLiteral("&Current"), QStringLiteral("&Voltage")});
+    StackOptions(frameInputType_, OptionAnalogType);
+    QGroupBox *polarityFrame = AddGroup(this, columns, QStringLiteral("Polarity"));
+    OptionPolarity = new OptionGroup(polarityFrame, "OptionPolarity",
+                                     {QStringLiteral("&Unipolar"), QStringLiteral("B&ipolar")});
+    StackOptions(polarityFrame, OptionPolarity);
+    range_ = AddText({}, ControlName("LabelTypeAndPolarity", 1));
+    CloseContent();
+}
+
+void AnalogTypePage::EnableType(bool enable)
+{
+    frameInputType_->setEnabled(enable);
+    OptionAnalogType->Enable(CurrentSignal, VoltageSignal, enable);
+}
+
+void AnalogTypePage::ShowRange()
+{
+    range_->setText(setup_.AnalogRangeText());
+    Picture()->update();
+}
+
+OutputPage::OutputPage(QWidget *parent, const IOSetup &setup)
+    : WizardPage(parent, MakePicture(QStringLiteral("The output terminals"), setup, DrawOutputTerminals))
+{
+    AddHeading(QStringLiteral("Select output."));
+    auto *columns = new QHBoxLayout;
+    Content()->addLayout(columns);
+    QGroupBox *typeFrame = AddGroup(this, columns, QStringLiteral("Output Type"));
+    OptionOutputType = new OptionGroup(
+        typeFrame, "OptionOutputType",
+        {QStringLiteral("&Analog"), QStringLiteral("Fr&eq/Digital"), QStringLiteral("&Relay")});
+    StackOptions(typeFrame, OptionOutputType);
+    QGroupBox *outputFrame = AddGroup(this, columns, QStringLiteral("Output"));
+    OptionOutput = new OptionGroup(
+        outputFrame, "OptionOutput",
+        {QStringLiteral("Output &1"), QStringLiteral("Output &2"), QStringLiteral("Output &3")});
+    StackOptions(outputFrame, OptionOutput);
+    frameFreqDigMode_ = AddFrame(QStringLiteral("Freq/Digital Mode"), QStringLiteral("FrameFreqDigMode"));
+    OptionFreqDigMode = new OptionGroup(frameFreqDigMode_, "OptionFreqDigMode",
+                                        {QStringLiteral("Fre&quency"), QStringLiteral("&Digital")});
+    StackOptions(frameFreqDigMode_, OptionFreqDigMode);
+    CloseContent();
+}
+
+void OutputPage::FollowType(int outputType)
+{
+    EnableMembers(OptionOutput, OutputCounts[outputType]);
+    const bool hasMode = outputType == FreqDigOutput;
+    frameFreqDigMode_->setEnabled(hasMode);
+    OptionFreqDigMode->Enable(FrequencyMode, DigitalMode, hasMode);
+}
+
+} // namespace quorvik

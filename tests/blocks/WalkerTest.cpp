@@ -1,0 +1,198 @@
+#include "blocks/BlockFixture.h"
+
+#include "blocks/diagram/ClickArea.h"
+#include "desktop/LongestText.h"
+
+#include <QPushButton>
+#include <QSet>
+
+namespace quorvik::testing
+{
+
+namespace
+{
+
+/** What a child window may take of a 1366 by 768 screen beside title bars, menu and status bar. */
+constexpr QSize Room(1350, 670);
+
+struct Walked {
+    double fontScale;
+    const BlockMenuEntry *entry;
+    int member;
+};
+
+std::vector<Walked> AllWindows()
+{
+    std::vector<Walked> windows;
+    for (const double fontScale : {1.0, 1.5, 2.0})
+        for (const BlockMenuEntry &entry : BlockCatalogue())
+            for (int member = std::max(entry.firstMember, 0);
+                 entry.make && member <= std::max(entry.lastMember, 0); ++member)
+                windows.push_back({fontScale, &entry, member});
+    return windows;
+}
+
+std::string NameOf(const ::testing::TestParamInfo<Walked> &info)
+{
+    return std::string(info.param.entry->form) + std::to_string(info.param.member) + "At" +
+           std::to_string(int(info.param.fontScale * 100));
+}
+
+void PrintTo(const Walked &walked, std::ostream *out)
+{
+    *out << walked.entry->form << " member " << walked.member << " at font scale " << walked.fontScale;
+}
+
+class WalkerTest : public BlockFixture, public ::testing::WithParamInterface<Walked>
+{
+protected:
+    WalkerTest()
+        : usualFont_(QApplication::font())
+    {
+        QFont font = usualFont_;
+        font.setPointSizeF(font.pointSizeF() * GetParam().fontScale);
+        QApplication::setFont(font);
+    }
+    ~WalkerTest() override { QApplication::setFont(usualFont_); }
+
+    void OpenWalked() { Open(GetParam().entry->form, GetParam().member); }
+
+    /** The controls that stand on the sheet. */
+    QList<QWidget *> OnSheet() const
+    {
+        return form->View().findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    }
+
+    /** The pixels that a label's text takes. */
+    static QRectF Ink(const QLabel &label)
+    {
+        QRectF ink(label.geometry());
+        const double spare = ink.width() - label.fontMetrics().horizontalAdvance(label.text());
+        if (label.alignment() & Qt::AlignRight)
+            ink.setLeft(ink.left() + spare);
+        else if (label.alignment() & Qt::AlignHCenter)
+            ink.adjust(spare / 2, 0, -spare / 2, 0);
+        else
+            ink.setRight(ink.right() - spare);
+        return ink.adjusted(1, 2, -1, -2);
+    }
+
+private:
+    QFont usualFont_;
+};
+
+TEST_P(WalkerTest, ControlsStandApartAndOnTheSheet)
+{
+    OpenWalked();
+    const QList<QWidget *> controls = OnSheet();
+    for (qsizetype i = 0; i < controls.size(); ++i) {
+        EXPECT_TRUE(form->View().rect().contains(controls.at(i)->geometry()))
+            << controls.at(i)->objectName().toStdString();
+        for (qsizetype j = i + 1; j < controls.size(); ++j)
+            EXPECT_FALSE(controls.at(i)->geometry().intersects(controls.at(j)->geometry()))
+                << controls.at(i)->objectName().toStdString() << " and "
+                << controls.at(j)->objectName().toStdString();
+    }
+}
+
+TEST_P(WalkerTest, NoTextIsCut)
+{
+    OpenWalked();
+    for (const auto *label : form->View().findChildren<QLabel *>()) {
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width())
+            << label->text().toStdString();
+        EXPECT_LE(label->fontMetrics().height(), label->height()) << label->text().toStdString();
+    }
+    for (const Element &box : form->drawing().Elements()) {
+        if (box.symbol != Symbol::Function)
+            continue;
+        const QRectF room = form->View().ToPixels(box.rect);
+        for (const auto *label : form->View().findChildren<QLabel *>())
+            if (room.contains(label->geometry().center())) {
+                EXPECT_GT(room.width(), label->width() + label->fontMetrics().averageCharWidth())
+                    << label->text().toStdString();
+            }
+    }
+    for (int row = 0; row < form->RowCount(); ++row) {
+        const QString longest = LongestValueText(desk.model, Label1(row)->property("Tag").toInt());
+        EXPECT_LE(Text1(row)->WidthFor(longest), Text1(row)->width()) << row;
+        EXPECT_LE(Text1(row)->fontMetrics().height(), Text1(row)->height()) << row;
+    }
+    if (GetParam().fontScale == 1.0) {
+        EXPECT_LE(form->width(), Room.width());
+        EXPECT_LE(form->height(), Room.height());
+    }
+}
+
+TEST_P(WalkerTest, NoWireRunsThroughTextOrABox)
+{
+    OpenWalked();
+    for (const Element &element : form->drawing().Elements()) {
+        if (element.symbol != Symbol::Wire && element.symbol != Symbol::Limit)
+            continue;
+        const QPolygonF wire = form->View().ToPixels(element.points);
+        for (QWidget *control : OnSheet()) {
+            const auto *label = qobject_cast<QLabel *>(control);
+            if (!label && !qobject_cast<ValueBox *>(control))
+                continue;
+            const QRectF taken = label ? Ink(*label) : QRectF(control->geometry()).adjusted(1, 1, -1, -1);
+            EXPECT_FALSE(CrossesRect(wire, taken)) << control->objectName().toStdString() << " "
+                                                   << (label ? label->text() : QString()).toStdString();
+        }
+    }
+}
+
+TEST_P(WalkerTest, ArmsEndAtContactsAndContactsAreWired)
+{
+    OpenWalked();
+    const QList<Element> &elements = form->drawing().Elements();
+    const auto isWired = [&](const QPointF &place) {
+        return std::any_of(elements.begin(), elements.end(), [&](const Element &wire) {
+            return (wire.symbol == Symbol::Wire || wire.symbol == Symbol::Limit) &&
+                   (QLineF(wire.points.first(), place).length() < 0.6 ||
+                    QLineF(wire.points.last(), place).length() < 0.6);
+        });
+    };
+    for (const Element &arm : elements) {
+        if (arm.symbol != Symbol::Switch && arm.symbol != Symbol::Contact)
+            continue;
+        for (const QPointF &place : arm.points)
+            EXPECT_TRUE(isWired(place)) << arm.name.toStdString() << " at " << place.x() << ", " << place.y();
+        const bool open = arm.symbol == Symbol::Contact ? arm.state == 0 : arm.state < 0;
+        EXPECT_NE(open, arm.points.contains(Drawing::ArmEnd(arm))) << arm.name.toStdString();
+    }
+}
+
+TEST_P(WalkerTest, TabReachesEveryRowAreaAndButton)
+{
+    OpenWalked();
+    QApplication::setActiveWindow(form);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    QSet<QString> missing;
+    for (QWidget *control : form->findChildren<QWidget *>())
+        if (qobject_cast<ValueBox *>(control) || qobject_cast<ClickArea *>(control) ||
+            qobject_cast<QPushButton *>(control))
+            missing.insert(control->objectName());
+    for (qsizetype i = missing.size() + 5; i > 0; --i) {
+        if (QWidget *focused = QApplication::focusWidget())
+            missing.remove(focused->objectName());
+        QTest::keyClick(form, Qt::Key_Tab);
+    }
+    EXPECT_TRUE(missing.isEmpty()) << missing.values().join(u' ').toStdString();
+}
+
+TEST_P(WalkerTest, ReadInterestIsBackAfterClosing)
+{
+    const std::vector<int> before = ReadFlags();
+    OpenWalked();
+    EXPECT_NE(ReadFlags(), before);
+    Tick();
+    Close();
+    EXPECT_EQ(ReadFlags(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Catalogue, WalkerTest, ::testing::ValuesIn(AllWindows()), NameOf);
+
+} // namespace
+
+} // namespace quorvik::testing

@@ -1,0 +1,141 @@
+#include "desktop/BoxColors.h"
+#include "desktop/DesktopAsker.h"
+#include "desktop/LongestText.h"
+#include "desktop/PlainText.h"
+#include "desktop/ValueBox.h"
+#include "model/Model.h"
+#include "support/TestDesk.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+namespace quorvik::testing
+{
+
+namespace
+{
+
+/** Runs on the modal window that opens next. */
+template<typename Window> void OnNextModal(std::function<void(Window &)> act)
+{
+    auto *timer = new QTimer(qApp);
+    timer->setInterval(5);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
+        auto *window = qobject_cast<Window *>(QApplication::activeModalWidget());
+        if (!window)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        act(*window);
+    });
+    timer->start();
+}
+
+TEST(BoxColors, TextIsWhicheverContrastsMore)
+{
+    EXPECT_EQ(ColorOf(0x0000FF), QColor(Qt::red)) << "blue is the high byte";
+    EXPECT_EQ(BlueGreenRed(ColorOf(0x123456)), 0x123456);
+    EXPECT_EQ(ContrastingText(Qt::black), QColor(Qt::white));
+    EXPECT_EQ(ContrastingText(Qt::blue), QColor(Qt::white));
+    EXPECT_EQ(ContrastingText(Qt::green), QColor(Qt::black));
+    EXPECT_EQ(ContrastingText(Qt::white), QColor(Qt::black));
+}
+
+TEST(ValueBox, ClickEnterAndSpaceAreOneAndTypingNothing)
+{
+    ValueBox box(QStringLiteral("Text1(0)"), nullptr);
+    box.SetText(QStringLiteral("12.5 %"));
+    box.show();
+    const QSignalSpy clicks(&box, &ValueBox::clicked);
+    QTest::mouseClick(&box, Qt::LeftButton);
+    QTest::keyClick(&box, Qt::Key_Return);
+    QTest::keyClick(&box, Qt::Key_Enter);
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_EQ(clicks.count(), 4);
+    QTest::keyClicks(&box, QStringLiteral("7"));
+    EXPECT_EQ(clicks.count(), 4);
+    EXPECT_EQ(box.text(), QStringLiteral("12.5 %"));
+}
+
+TEST(PlainText, MarkupInAToolTipStandsAsText)
+{
+    QWidget widget;
+    SetPlainToolTip(&widget, QStringLiteral("(226) Fwd Accel A"));
+    EXPECT_EQ(widget.toolTip(), QStringLiteral("(226) Fwd Accel A"));
+    SetPlainToolTip(&widget, QStringLiteral("<b>Gain</b>"));
+    EXPECT_TRUE(widget.toolTip().contains(QStringLiteral("&lt;b&gt;Gain")));
+}
+
+TEST(LongestText, LooksAtLimitsListsAndFactoryLimits)
+{
+    TestDesk desk;
+    desk.model.ParamTable[191].Min = -15000;
+    desk.model.ParamTable[191].Max = 0;
+    EXPECT_EQ(LongestValueText(desk.model, 191), QStringLiteral("-150.00 %"));
+    EXPECT_EQ(LongestValueText(desk.model, 28), QStringLiteral("Unipolar"));
+    EXPECT_EQ(LongestValueText(desk.model, Param::DriveModel).size(), 10);
+    desk.model.ParamTable[189].Max = 7;
+    desk.model.ParamTable[189].Min = 0;
+    EXPECT_GE(LongestValueText(desk.model, 189).size(), QStringLiteral("100.00 %").size());
+}
+
+TEST(DesktopAsker, ABoxShowsPlainTextAndGivesItsAnswer)
+{
+    DesktopAsker asker;
+    const QString text = QStringLiteral("<b>x</b> has been modified.\r\n\r\nSave changes?");
+    OnNextModal<QMessageBox>([&](QMessageBox &box) {
+        EXPECT_EQ(box.textFormat(), Qt::PlainText);
+        EXPECT_EQ(box.text(), text);
+        EXPECT_EQ(box.icon(), QMessageBox::Question);
+        box.button(QMessageBox::No)->click();
+    });
+    EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::Question, {}), MsgAnswer::No);
+    OnNextModal<QMessageBox>([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::None, {}), MsgAnswer::Cancel);
+}
+
+TEST(DesktopAsker, ANameWithoutExtensionBecomesSvx)
+{
+    const QTemporaryDir folder;
+    DesktopAsker asker;
+    OnNextModal<QFileDialog>([](QFileDialog &dialog) {
+        const auto *kinds = dialog.findChild<QComboBox *>(QStringLiteral("fileTypeCombo"));
+        EXPECT_EQ(kinds->itemText(0), QStringLiteral("All Files (*.*)"));
+        EXPECT_EQ(kinds->itemText(1), QStringLiteral("Svx Parameter Files (*.Svx)"));
+        EXPECT_EQ(kinds->currentIndex(), 1);
+        dialog.findChild<QLineEdit *>()->setText(QStringLiteral("mill"));
+        QMetaObject::invokeMethod(&dialog, &QDialog::accept);
+    });
+    const std::optional<QString> chosen =
+        asker.ShowSave({QStringLiteral("Save As"), folder.path(), QString()});
+    EXPECT_EQ(chosen, folder.filePath(QStringLiteral("mill.Svx")));
+}
+
+TEST(DesktopAsker, TheFilterTakesEveryCaseOfLetters)
+{
+    const QTemporaryDir folder;
+    for (const char *name : {"a.svx", "b.SVX", "c.Svx", "d.txt"})
+        EXPECT_TRUE(QFile(folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly));
+    DesktopAsker asker;
+    OnNextModal<QFileDialog>([](QFileDialog &dialog) {
+        const auto *list = dialog.findChild<QListView *>(QStringLiteral("listView"));
+        const auto shown = [list] { return list->model()->rowCount(list->rootIndex()); };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 3; })) << shown();
+        QMetaObject::invokeMethod(&dialog, &QDialog::reject);
+    });
+    EXPECT_EQ(asker.ShowOpen({QStringLiteral("Open"), folder.path(), QString()}), std::nullopt);
+}
+
+} // namespace
+
+} // namespace quorvik::testing

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "link/DriveLink.h"
+#include "link/ScriptedPeer.h"
+#include "model/EntryRules.h"
+#include "model/Model.h"
+#include "platform/Guard.h"
+#include "platform/Waiting.h"
+#include "support/ScriptedAsker.h"
+
+#include <QStringList>
+#include <gtest/gtest.h>
+
+namespace quorvik::testing
+{
+
+/** Runs the event loop until the condition holds. @return False when it did not within five seconds. */
+inline bool WaitUntil(const std::function<bool()> &condition)
+{
+    return PumpWhile([&] { return !condition(); }, QDeadlineTimer(5000));
+}
+
+/** Runs the event loop for so long, for what must not happen meanwhile. */
+inline void Idle(int milliseconds)
+{
+    PumpWhile([] { return true; }, QDeadlineTimer(milliseconds));
+}
+
+/** The real engine over a pseudo-terminal, with short intervals and a table of parameters 0 to 500. */
+class LinkFixture : public ::testing::Test
+{
+protected:
+    static constexpr int FileLastParam = 500;
+
+    LinkFixture()
+    {
+        model.FileLastParam = model.LastParam = FileLastParam;
+        model.PresetTable.Resize(FileLastParam);
+        for (int i = 0; i <= FileLastParam; ++i) {
+            ParamRecord &record = model.PresetTable[i];
+            record.Max = 1000;
+            record.Name = QStringLiteral("Name %1").arg(i);
+        }
+        model.ResetToDefaults();
+        link.MSComm1.DeviceOf = [this](int) { return peer.Device(); };
+        link.ShowProgressBar = [this] { ++progressBars; };
+        link.PromptSaveChanges = [this] { return !cancelled; };
+        SetFailureReporter([this](const RuntimeFailure &failure) { failures.append(failure.Sentence()); });
+    }
+    ~LinkFixture() override
+    {
+        SetFailureReporter([](const RuntimeFailure &) {});
+    }
+
+    /** Goes on line with the peer as a well-behaved drive, and forgets what was sent for it. */
+    void Connect()
+    {
+        link.GoOnLine();
+        ASSERT_TRUE(link.PortOpen());
+        peer.Frames.clear();
+    }
+    void Want(std::initializer_list<int> numbers)
+    {
+        for (const int p : numbers)
+            model.AddReadInterest(p);
+    }
+    /** Waits for the frame to have arrived so many times. */
+    bool WaitFor(const QByteArray &frame, int times = 1)
+    {
+        return WaitUntil([&] { return peer.Count(frame) >= times; });
+    }
+    ParamRecord &P(int p) { return model.ParamTable[p]; }
+
+    static constexpr LinkTimings Short{
+        .scanPause = 20, .replyTimeout = 150, .sizeErrorPause = 60, .progressUpdate = 5};
+
+    Model model;
+    ScriptedAsker asker;
+    EntryRules rules{model, asker};
+    ScriptedPeer peer;
+    DriveLink link{model, rules, asker, Short};
+    QStringList failures;
+    int progressBars = 0;
+    bool cancelled = false;
+};
+
+} // namespace quorvik::testing

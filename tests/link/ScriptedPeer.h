@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QSocketNotifier>
+#include <QString>
+#include <QTemporaryDir>
+#include <functional>
+#include <map>
+#include <memory>
+
+namespace quorvik::testing
+{
+
+QByteArray WithCheck(QByteArray bytes); ///< the bytes with the check character appended
+QByteArray ReadRequest(int p);
+QByteArray WriteRequest(int p, int rawValue);
+QByteArray PropsRequest(int p);
+QByteArray ValueReply(int rawValue);
+QByteArray PropsReply(int min, int max, int attrib, int preset, int value);
+inline const QByteArray Ack(1, 6);
+inline const QByteArray Nak(1, 21);
+inline const QByteArray Eot(1, 4);
+
+/**
+ * The other end of a pseudo-terminal that behaves as a drive unless a test tells it what to answer. It
+ * reaches the program through a link in a folder of its own, so that it can be pulled out and plugged in
+ * again.
+ */
+class ScriptedPeer
+{
+public:
+    ScriptedPeer();
+    ~ScriptedPeer();
+
+    QString Device() const { return folder_.filePath(QStringLiteral("port")); }
+
+    /** All that arrived, cut into requests and single control bytes. */
+    QList<QByteArray> Frames;
+    /** What is sent for a frame; the drive's own answer unless replaced. Empty for silence. */
+    std::function<QByteArray(const QByteArray &frame)> Answer;
+    /** The drive's table: what reads answer, and where writes land. */
+    std::map<int, int> Values;
+    int LastParam = 40; ///< what the properties of parameter 1 claim
+
+    /** The answer of a well-behaved drive. */
+    QByteArray DriveAnswer(const QByteArray &frame);
+    void Send(const QByteArray &bytes);
+    /** Requests of a kind among Frames. */
+    int Count(const QByteArray &frame) const { return int(Frames.count(frame)); }
+
+    void PullOut();
+    void PlugIn();
+
+private:
+    void Receive();
+
+    QTemporaryDir folder_;
+    int master_ = -1;
+    int slave_ = -1;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    QByteArray pending_;
+    int current_ = 0;
+};
+
+} // namespace quorvik::testing

@@ -1,0 +1,95 @@
+#include "platform/cRegistry.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace quorvik
+{
+
+namespace
+{
+
+class Registry : public ::testing::Test
+{
+protected:
+    void Associate(const QString &program)
+    {
+        cRegistry(folder.path())
+            .CreateEXEAssociation(program, QStringLiteral("Quorvik"), QStringLiteral("Svx Parameter Files"),
+                                  QStringLiteral("Svx"));
+    }
+
+    QString Read(const QString &name) const
+    {
+        QFile file(folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    QTemporaryDir folder;
+    const QString entry = QStringLiteral("applications/quorvik.desktop");
+    const QString type = QStringLiteral("mime/packages/quorvik.xml");
+};
+
+} // namespace
+
+TEST_F(Registry, TheFileTypeMatchesTheExtensionInAnyCaseOfLetters)
+{
+    Associate(QStringLiteral("/opt/quorvik/quorvik"));
+    const QString xml = Read(type);
+    EXPECT_TRUE(xml.contains(QStringLiteral("Svx Parameter Files"))) << qPrintable(xml);
+    const QRegularExpression glob(QStringLiteral("pattern=\"([^\"]*)\""));
+    const auto pattern = QRegularExpression::fromWildcard(glob.match(xml).captured(1), Qt::CaseSensitive);
+    for (const char *name : {"a.Svx", "a.svx", "A.SVX", "b.sVx"})
+        EXPECT_TRUE(pattern.match(QString::fromLatin1(name)).hasMatch()) << name;
+    EXPECT_FALSE(pattern.match(QStringLiteral("a.svg")).hasMatch());
+}
+
+TEST_F(Registry, TheProgramsPathSurvivesTheEntrysQuoting)
+{
+    const struct {
+        QString path;
+        QString exec;
+    } cases[] = {
+        {QStringLiteral("/opt/quorvik/quorvik"), QStringLiteral("Exec=\"/opt/quorvik/quorvik\" %f\n")},
+        {QStringLiteral("/home/u/my tools/quorvik"),
+         QStringLiteral("Exec=\"/home/u/my tools/quorvik\" %f\n")},
+        {QStringLiteral("/home/100%/quorvik"), QStringLiteral("Exec=\"/home/100%%/quorvik\" %f\n")},
+        {QStringLiteral("/home/$u/quorvik"), QStringLiteral("Exec=\"/home/\\\\$u/quorvik\" %f\n")},
+    };
+    for (const auto &c : cases) {
+        Associate(c.path);
+        EXPECT_TRUE(Read(entry).contains(c.exec)) << qPrintable(Read(entry));
+    }
+}
+
+TEST_F(Registry, WhatIsStoredAlreadyIsLeftAlone)
+{
+    Associate(QStringLiteral("/opt/quorvik/quorvik"));
+    const QDateTime longAgo = QDateTime(QDate(2001, 2, 3), QTime(4, 5));
+    for (const QString &name : {entry, type}) {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(longAgo, QFileDevice::FileModificationTime));
+    }
+    Associate(QStringLiteral("/opt/quorvik/quorvik"));
+    EXPECT_EQ(QFileInfo(folder.filePath(entry)).lastModified(), longAgo);
+    EXPECT_EQ(QFileInfo(folder.filePath(type)).lastModified(), longAgo);
+
+    Associate(QStringLiteral("/usr/bin/quorvik"));
+    EXPECT_NE(QFileInfo(folder.filePath(entry)).lastModified(), longAgo);
+    EXPECT_EQ(QFileInfo(folder.filePath(type)).lastModified(), longAgo);
+}
+
+TEST_F(Registry, AFolderThatCannotBeWrittenStopsNothing)
+{
+    QFile inTheWay(folder.filePath(QStringLiteral("mime")));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    Associate(QStringLiteral("/opt/quorvik/quorvik"));
+    EXPECT_FALSE(Read(entry).isEmpty());
+}
+
+} // namespace quorvik

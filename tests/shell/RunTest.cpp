@@ -1,0 +1,124 @@
+#include "shell/ShellFixture.h"
+
+#include "platform/SingleInstance.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSignalSpy>
+
+namespace quorvik::testing
+{
+
+TEST_F(ShellTest, AFirstRunStandsAtItsDefaultPlace)
+{
+    LoadQuietly();
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_EQ(main->pos(), QPoint(10, 7));    // 150 and 100 twips
+    EXPECT_EQ(main->size(), QSize(733, 467)); // 11000 by 7000 twips
+    EXPECT_EQ(main->AllEngines().model.Colors[0], main->AllEngines().model.DefaultColors[0]);
+    EXPECT_EQ(main->AllEngines().link.MSComm1.CommPort(), 16);
+}
+
+TEST_F(ShellTest, PlaceColoursAndTipsComeBack)
+{
+    LoadQuietly();
+    main->move(40, 50);
+    main->resize(640, 480);
+    main->AllEngines().model.Colors[3] = 0x123456;
+    main->AllEngines().link.MSComm1.SetCommPort(5);
+    Trigger("mnuOptionsShowTipsonStartup");
+    ASSERT_TRUE(main->close());
+    EXPECT_EQ(Setting("Startup", "Left"), QStringLiteral("600"));
+    EXPECT_EQ(Setting("Options", "Show Tips at Startup"), QStringLiteral("True"));
+    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("Show Tips at Startup"),
+                         QStringLiteral("False"));
+
+    MakeWindow();
+    LoadQuietly();
+    EXPECT_EQ(main->pos(), QPoint(40, 50));
+    EXPECT_EQ(main->size(), QSize(640, 480));
+    EXPECT_EQ(main->AllEngines().model.Colors[3], 0x123456);
+    EXPECT_EQ(main->AllEngines().link.MSComm1.CommPort(), 5);
+}
+
+TEST_F(ShellTest, AMinimisedStateIsNotStored)
+{
+    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("WindowState"), QStringLiteral("2"));
+    LoadQuietly();
+    EXPECT_TRUE(main->isMaximized());
+    main->showMinimized();
+    ASSERT_TRUE(main->close());
+    EXPECT_EQ(Setting("Startup", "WindowState"), QStringLiteral("2"));
+}
+
+TEST_F(ShellTest, APlaceOnNoScreenIsBroughtBack)
+{
+    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("Left"), QStringLiteral("900000"));
+    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("Top"), QStringLiteral("-900000"));
+    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("Width"), QStringLiteral("nonsense"));
+    LoadQuietly();
+    EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(main->geometry()));
+}
+
+TEST_F(ShellTest, ACancelKeepsTheWindowWithSettingsSavedAndTheLinkDown)
+{
+    const SimulatedDrive drive;
+    UseDrive(drive);
+    LoadQuietly();
+    main->AllEngines().link.GoOnLine();
+    ASSERT_TRUE(main->AllEngines().link.PortOpen());
+    main->AllEngines().model.FileModified = true;
+    QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
+    bool wasOnlineAtTheQuestion = true;
+    QString placeAtTheQuestion;
+    asker.WhileShown = [&] {
+        wasOnlineAtTheQuestion = main->AllEngines().link.PortOpen();
+        placeAtTheQuestion = Setting("Startup", "Left");
+    };
+    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::Cancel);
+    EXPECT_FALSE(main->close());
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_FALSE(wasOnlineAtTheQuestion);
+    EXPECT_EQ(placeAtTheQuestion, QStringLiteral("150"));
+    EXPECT_TRUE(unloaded.isEmpty());
+
+    asker.WhileShown = nullptr;
+    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
+    EXPECT_TRUE(main->close());
+    EXPECT_EQ(unloaded.size(), 1);
+}
+
+TEST_F(ShellTest, ASecondInstanceSaysSoAndEnds)
+{
+    SingleInstance first(folder.filePath(QStringLiteral("Quorvik.lock")));
+    ASSERT_TRUE(first.Acquire());
+    asker.Expect(QStringLiteral("Quorvik is already running!"));
+    EXPECT_FALSE(main->Load(QString()));
+    EXPECT_EQ(asker.Shown.first().icon, MsgIcon::Exclamation);
+    EXPECT_FALSE(main->isVisible());
+}
+
+TEST_F(ShellTest, WithoutAFactoryTableTheRunEnds)
+{
+    ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("Presets.fil"))));
+    asker.Expect(QString());
+    EXPECT_FALSE(main->Load(QString()));
+}
+
+TEST_F(ShellTest, AFileOnTheCommandLineOpensWithoutADialog)
+{
+    LoadQuietly();
+    const QString path = folder.filePath(QStringLiteral("my set.Svx"));
+    main->AllEngines().model.SetParamValue(226, 123, true, false);
+    asker.ExpectSave(path);
+    Trigger("mnuFileSave(1)");
+    ASSERT_TRUE(main->close());
+
+    MakeWindow();
+    ASSERT_TRUE(main->Load(u'"' + path + u'"'));
+    EXPECT_EQ(main->AllEngines().model.FileName, path);
+    EXPECT_EQ(main->AllEngines().model.Value(226), 123);
+    EXPECT_FALSE(main->AllEngines().link.PortOpen());
+}
+
+} // namespace quorvik::testing

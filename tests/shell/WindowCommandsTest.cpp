@@ -1,0 +1,102 @@
+#include "shell/WindowCommands.h"
+#include "shell/ShellFixture.h"
+#include "shell/Tiling.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+
+namespace quorvik::testing
+{
+
+TEST(Tiling, FillsTheAreaWithoutOverlap)
+{
+    const QRect area(3, 5, 1001, 607);
+    for (int count = 1; count <= 13; ++count)
+        for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
+            const QList<QRect> rects = TileRects(area, count, orientation);
+            ASSERT_EQ(rects.size(), count);
+            qint64 covered = 0;
+            for (const QRect &rect : rects) {
+                EXPECT_TRUE(area.contains(rect));
+                covered += qint64(rect.width()) * rect.height();
+                for (const QRect &other : rects)
+                    EXPECT_TRUE(&other == &rect || !other.intersects(rect));
+            }
+            EXPECT_EQ(covered, qint64(area.width()) * area.height()) << count;
+        }
+    EXPECT_EQ(TileRects(area, 2, Qt::Horizontal).at(1).width(), area.width());
+    EXPECT_EQ(TileRects(area, 2, Qt::Vertical).at(1).height(), area.height());
+}
+
+class Windows : public ShellTest
+{
+protected:
+    void SetUp() override
+    {
+        LoadQuietly();
+        area = Find<QMdiArea>("MDIArea");
+        Trigger("mnuBlockAnalogInputsAll");
+        ASSERT_EQ(area->subWindowList().size(), 5);
+    }
+
+    QMdiArea *area = nullptr;
+};
+
+TEST_F(Windows, MinimiseRestoreAndCloseReachEveryWindow)
+{
+    Trigger("mnuWindowMinimizeAll");
+    for (const QMdiSubWindow *child : area->subWindowList())
+        EXPECT_TRUE(child->isMinimized());
+    EXPECT_FALSE(main->isMinimized());
+    Trigger("mnuWindowRestoreAll");
+    for (const QMdiSubWindow *child : area->subWindowList())
+        EXPECT_FALSE(child->isMinimized());
+    Trigger("mnuWindowCloseAll");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return area->subWindowList().isEmpty(); }));
+    EXPECT_EQ(main->TheDesk().forms.Count(), 1);
+    EXPECT_TRUE(main->isVisible());
+}
+
+TEST_F(Windows, ClosingReleasesTheReadInterestOnce)
+{
+    const Model &model = main->AllEngines().model;
+    int wanted = 0;
+    for (int p = 0; p <= model.LastParam; ++p)
+        wanted += model.ParamTable[p].ReadFlag;
+    EXPECT_GT(wanted, 1);
+    Trigger("mnuWindowCloseAll");
+    Trigger("mnuWindowCloseAll");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return area->subWindowList().isEmpty(); }));
+    for (int p = 0; p <= model.LastParam; ++p)
+        EXPECT_EQ(model.ParamTable[p].ReadFlag, p == Param::DriveState ? 1 : 0) << p;
+}
+
+TEST_F(Windows, ACloseButtonTakesTheFrameWithIt)
+{
+    QWidget *close = area->subWindowList().first()->findChild<QWidget *>(QStringLiteral("CommandClose"));
+    ASSERT_TRUE(close);
+    QTest::mouseClick(close, Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return area->subWindowList().size() == 4; }));
+}
+
+TEST_F(Windows, TheMenuListsTheOpenWindowsAndLeadsToThem)
+{
+    QMenu *menu = main->Menus().Menu(QStringLiteral("mnuWindow"));
+    Q_EMIT menu->aboutToShow();
+    Q_EMIT menu->aboutToShow();
+    QStringList listed;
+    QAction *third = nullptr;
+    for (QAction *action : menu->actions())
+        if (action->objectName().startsWith(QLatin1String("mnuWindowList")) && !action->isSeparator()) {
+            listed.append(action->text());
+            if (listed.size() == 3)
+                third = action;
+        }
+    ASSERT_EQ(listed.size(), 5);
+    EXPECT_EQ(listed.at(2), QStringLiteral("&3 Analog Input 3"));
+    third->trigger();
+    EXPECT_EQ(area->activeSubWindow()->windowTitle(), QStringLiteral("Analog Input 3"));
+}
+
+} // namespace quorvik::testing

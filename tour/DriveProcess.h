@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QProcess>
+#include <optional>
+
+namespace quorvik
+{
+
+/** The simulated drive as a program of its own, asked for what it holds. */
+class DriveProcess
+{
+public:
+    /** Starts it on a link path. @return whether its line is ready. */
+    bool Start(const QString &program, const QString &link, const QString &presets);
+    ~DriveProcess();
+
+    /** What the drive itself prints for a parameter, or nothing where it gave no answer. */
+    std::optional<QString> Print(int parameter);
+
+private:
+    QString ReadLine();
+
+    QProcess process_;
+};
+
+} // namespace quorvik
