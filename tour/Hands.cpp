@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
+#include <QPushButton>
 #include <QTest>
 #include <algorithm>
 
@@ -111,15 +112,31 @@ void Hands::CloseMenus()
         QTest::keyClick(popup, Qt::Key_Escape);
 }
 
+QLineEdit *Hands::FileNameEntry()
+{
+    const QWidget *dialog = QApplication::activeModalWidget();
+    return dialog ? dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")) : nullptr;
+}
+
 QString Hands::TypeFileName(const QString &path)
 {
-    QWidget *dialog = QApplication::activeModalWidget();
-    auto *name = dialog ? dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")) : nullptr;
+    QLineEdit *name = FileNameEntry();
     if (!name)
         return QStringLiteral("the file dialog has no entry for the name");
     name->selectAll();
     QTest::keyClicks(name, path);
     return {};
+}
+
+QString Hands::AcceptFileName()
+{
+    // The list of names that begin so covers the buttons.
+    CloseMenus();
+    const QWidget *dialog = QApplication::activeModalWidget();
+    for (QPushButton *button : dialog ? dialog->findChildren<QPushButton *>() : QList<QPushButton *>())
+        if (button->isDefault() && button->isVisible())
+            return Click(button);
+    return QStringLiteral("the file dialog has no button to accept the name");
 }
 
 QString Hands::TypeOver(const QString &text)

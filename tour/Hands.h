@@ -5,6 +5,7 @@
 #include <QPixmap>
 
 class QAction;
+class QLineEdit;
 
 namespace quorvik
 {
@@ -31,6 +32,7 @@ public:
     void CloseMenus();
     /** Types a file's name into the file dialog that is open. */
     QString TypeFileName(const QString &path);
+    QString AcceptFileName();
     /** Replaces the text of the entry that has the focus. */
     QString TypeOver(const QString &text);
 
@@ -48,6 +50,7 @@ public:
     bool IsBusy() const { return isBusy_; }
 
 private:
+    static QLineEdit *FileNameEntry();
     QString WalkTo(QAction *entry, bool clickIt);
 
     Program &program_;

@@ -55,7 +55,7 @@ void AddFileDialog(Tour &tour, const QString &what, const QString &picture)
         const QString failure = tour.User().TypeFileName(SavedFile(tour));
         if (failure.isEmpty()) {
             tour.TakePicture(picture);
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            return tour.User().AcceptFileName();
         }
         return failure;
     });
