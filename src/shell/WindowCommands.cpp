@@ -103,7 +103,8 @@ void WindowCommands::RestoreAll()
 
 void WindowCommands::CloseAll()
 {
-    for (int position = forms_.Count() - 1; position >= 1; --position)
+    // A window leaves the collection as it closes, and may take another with it.
+    for (int position = forms_.Count() - 1; position >= 1; position = qMin(position, forms_.Count()) - 1)
         FrameOf(forms_.At(position))->close();
 }
 
