@@ -27,6 +27,7 @@ int main(int argc, char **argv)
                       QStringLiteral("program"),
                       QApplication::applicationDirPath() + QStringLiteral("/../drive/sarvex-drive")});
     parser.addHelpOption();
+    parser.addVersionOption();
     parser.process(application);
 
     const QString pictures = parser.value(QStringLiteral("pictures"));
