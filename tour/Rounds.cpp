@@ -5,7 +5,7 @@
 #include "desktop/ValueBox.h"
 
 #include <QApplication>
-#include <QLabel>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QTest>
@@ -93,6 +93,17 @@ void AddMenuPictures(Tour &tour, const QString &prefix)
         });
 }
 
+/** Types a plausible number into each entry that is still empty. */
+void FillIn(const QWidget *page)
+{
+    const QStringList numbers{QStringLiteral("10"), QStringLiteral("240"), QStringLiteral("1750"),
+                              QStringLiteral("1.5"), QStringLiteral("1.2")};
+    qsizetype next = 0;
+    for (QLineEdit *entry : page->findChildren<QLineEdit *>())
+        if (entry->isVisible() && entry->isEnabled() && entry->text().isEmpty())
+            QTest::keyClicks(entry, numbers[next++ % numbers.size()]);
+}
+
 /** One page of a Mentor after the other, answering as far as it insists on an answer. */
 void AddMentor(Tour &tour, const QString &entry, const QString &form)
 {
@@ -104,6 +115,7 @@ void AddMentor(Tour &tour, const QString &entry, const QString &form)
             [&tour, form] { return tour.User().Modal(form) != nullptr; },
             [&tour, form, page] {
                 QWidget *mentor = tour.User().Modal(form);
+                FillIn(mentor);
                 tour.TakePicture(QStringLiteral("60-%1-%2").arg(form).arg(page + 1, 2, 10, QChar(u'0')),
                                  mentor);
                 auto *next = mentor->findChild<QWidget *>(ControlName("CmdNav", 3));
