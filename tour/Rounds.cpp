@@ -96,7 +96,7 @@ void AddMenuPictures(Tour &tour, const QString &prefix)
 /** Types a plausible number into each entry that is still empty. */
 void FillIn(const QWidget *page)
 {
-    const QStringList numbers{QStringLiteral("10"), QStringLiteral("240"), QStringLiteral("1750"),
+    const QStringList numbers{QStringLiteral("100"), QStringLiteral("240"), QStringLiteral("1750"),
                               QStringLiteral("1.5"), QStringLiteral("1.2")};
     qsizetype next = 0;
     for (QLineEdit *entry : page->findChildren<QLineEdit *>())
@@ -124,7 +124,12 @@ void AddMentor(Tour &tour, const QString &entry, const QString &form)
             });
     tour.Add(
         form + QStringLiteral(", Cancel"), [&tour, form] { return tour.User().Modal(form) != nullptr; },
-        [&tour] { return tour.User().Click(ControlName("CmdNav", 1)); });
+        [&tour, form] {
+            const QWidget *finish = tour.User().Modal(form)->findChild<QWidget *>(ControlName("CmdNav", 4));
+            if (!finish->isEnabled())
+                return QStringLiteral("the Mentor did not come to its last page");
+            return tour.User().Click(ControlName("CmdNav", 1));
+        });
     tour.Add(
         form + QStringLiteral(" is closed again"), [] { return !QApplication::activeModalWidget(); },
         [] { return QString(); });
