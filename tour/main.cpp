@@ -44,6 +44,7 @@ int main(int argc, char **argv)
                       QApplication::applicationDirPath() + QStringLiteral("/../drive/sarvex-drive")});
     parser.addOption({QStringLiteral("dark"), QStringLiteral("Shows everything in dark colours.")});
     parser.addHelpOption();
+    parser.addVersionOption();
     parser.process(application);
     if (parser.isSet(QStringLiteral("dark")))
         QApplication::setPalette(DarkPalette());

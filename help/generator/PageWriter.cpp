@@ -9,19 +9,21 @@
 #include <cmark-gfm-core-extensions.h>
 #include <cmark-gfm.h>
 
-namespace quorvik::help {
+namespace quorvik::help
+{
 
-namespace {
+namespace
+{
 
 constexpr int WidestPicture = 760; ///< pixels that fit beside the contents in the viewer's first size
 
 const QString &PageFrame()
 {
-    static const QString frame = QStringLiteral(
-        "<html><head><meta charset=\"utf-8\"><title>%1</title><style>"
-        "body{font-family:sans-serif;margin:12px} h1{font-size:x-large} h2{font-size:large} "
-        "th{text-align:left;background-color:#dfe6ea;color:#000000} td,th{padding:3px 8px}"
-        "</style></head><body>%2</body></html>\n");
+    static const QString frame =
+        QStringLiteral("<html><head><meta charset=\"utf-8\"><title>%1</title><style>"
+                       "body{font-family:sans-serif;margin:12px} h1{font-size:x-large} h2{font-size:large} "
+                       "th{text-align:left;background-color:#dfe6ea;color:#000000} td,th{padding:3px 8px}"
+                       "</style></head><body>%2</body></html>\n");
     return frame;
 }
 
@@ -79,7 +81,10 @@ int PictureWidth(const QString &path)
 } // namespace
 
 PageWriter::PageWriter(const Model &model, const Topics &topics, QString pictureFolder, QString outFolder)
-    : model_(model), topics_(topics), pictureFolder_(std::move(pictureFolder)), outFolder_(std::move(outFolder))
+    : model_(model)
+    , topics_(topics)
+    , pictureFolder_(std::move(pictureFolder))
+    , outFolder_(std::move(outFolder))
 {
 }
 
@@ -154,7 +159,8 @@ QString PageWriter::ParameterTable() const
     return rows.join(u'\n');
 }
 
-QString PageWriter::Picture(const QString &name, const QString &caption, const QString &topic, QStringList &problems)
+QString PageWriter::Picture(const QString &name, const QString &caption, const QString &topic,
+                            QStringList &problems)
 {
     const QString file = name + QStringLiteral(".png");
     const QString source = pictureFolder_ + u'/' + file;
@@ -180,7 +186,8 @@ void PageWriter::CheckLinks(const QString &html, const QString &topic, QStringLi
     static const QRegularExpression link(QStringLiteral("href=\"([^\"#]+)"));
     QRegularExpressionMatchIterator matches = link.globalMatch(html);
     while (matches.hasNext()) {
-        const QString target = QString::fromUtf8(QByteArray::fromPercentEncoding(matches.next().captured(1).toUtf8()));
+        const QString target =
+            QString::fromUtf8(QByteArray::fromPercentEncoding(matches.next().captured(1).toUtf8()));
         if (!topics_.All().contains(target))
             problems.append(topic + QStringLiteral(": the link to \"%1\" leads nowhere").arg(target));
     }

@@ -4,17 +4,19 @@
 
 #include <QSet>
 
-namespace quorvik {
+namespace quorvik
+{
 class Model;
 }
 
-namespace quorvik::help {
+namespace quorvik::help
+{
 
 /**
  * Turns topics into pages. Besides plain Markdown with tables an author may write:
  *
- * - a line "@217 Its meaning.": a row of a table that adds name, range, factory value and access of parameter 217 from
- *   the factory table. Such lines in a row make one table. "@344..348 text" stands for a run of them.
+ * - a line "@217 Its meaning.": a row of a table that adds name, range, factory value and access of parameter
+ * 217 from the factory table. Such lines in a row make one table. "@344..348 text" stands for a run of them.
  * - "![caption](picture:FormVelocityLoop)": the picture of a window, as the running program shows it.
  * - a line "{{parameters}}": the table of all parameters.
  */
@@ -24,7 +26,8 @@ public:
     /** @param model holds the factory table. */
     PageWriter(const Model &model, const Topics &topics, QString pictureFolder, QString outFolder);
 
-    /** Writes all pages and copies the pictures they show; dead links and missing pictures go into problems. */
+    /** Writes all pages and copies the pictures they show; dead links and missing pictures go into problems.
+     */
     void WriteAll(QStringList &problems);
 
     /** File names written, relative to the output folder. */

@@ -3,9 +3,11 @@
 #include <QFile>
 #include <QXmlStreamWriter>
 
-namespace quorvik::help {
+namespace quorvik::help
+{
 
-namespace {
+namespace
+{
 
 void WriteContents(QXmlStreamWriter &xml, const QList<ContentsEntry> &contents)
 {
@@ -67,7 +69,8 @@ template<typename Body> void WriteXml(const QString &path, QStringList &problems
 
 } // namespace
 
-void WriteProject(const Topics &topics, const QStringList &files, const QString &outFolder, QStringList &problems)
+void WriteProject(const Topics &topics, const QStringList &files, const QString &outFolder,
+                  QStringList &problems)
 {
     WriteXml(outFolder + QStringLiteral("/quorvik.qhp"), problems, [&](QXmlStreamWriter &xml) {
         xml.writeStartElement(QStringLiteral("QtHelpProject"));
@@ -75,22 +78,6 @@ void WriteProject(const Topics &topics, const QStringList &files, const QString 
         xml.writeTextElement(QStringLiteral("namespace"), QStringLiteral("quorvik.help"));
         xml.writeTextElement(QStringLiteral("virtualFolder"), QStringLiteral("doc"));
         WriteFilterSection(xml, topics, files);
-        xml.writeEndElement();
-    });
-    WriteXml(outFolder + QStringLiteral("/quorvik.qhcp"), problems, [](QXmlStreamWriter &xml) {
-        xml.writeStartElement(QStringLiteral("QHelpCollectionProject"));
-        xml.writeAttribute(QStringLiteral("version"), QStringLiteral("1.0"));
-        xml.writeStartElement(QStringLiteral("docFiles"));
-        xml.writeStartElement(QStringLiteral("generate"));
-        xml.writeStartElement(QStringLiteral("file"));
-        xml.writeTextElement(QStringLiteral("input"), QStringLiteral("quorvik.qhp"));
-        xml.writeTextElement(QStringLiteral("output"), QStringLiteral("quorvik.qch"));
-        xml.writeEndElement();
-        xml.writeEndElement();
-        xml.writeStartElement(QStringLiteral("register"));
-        xml.writeTextElement(QStringLiteral("file"), QStringLiteral("quorvik.qch"));
-        xml.writeEndElement();
-        xml.writeEndElement();
         xml.writeEndElement();
     });
 }

@@ -2,9 +2,11 @@
 
 #include "Topics.h"
 
-namespace quorvik::help {
+namespace quorvik::help
+{
 
-/** Writes the Qt Help project of the pages, with contents and index, and the collection's project. */
-void WriteProject(const Topics &topics, const QStringList &files, const QString &outFolder, QStringList &problems);
+/** Writes the Qt Help project of the pages, with contents and index. */
+void WriteProject(const Topics &topics, const QStringList &files, const QString &outFolder,
+                  QStringList &problems);
 
 } // namespace quorvik::help

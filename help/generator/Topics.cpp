@@ -4,7 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
-namespace quorvik::help {
+namespace quorvik::help
+{
 
 QString ReadText(const QString &path, QStringList &problems)
 {
@@ -77,7 +78,8 @@ void Topics::Check(const QStringList &required, QStringList &problems) const
             problems.append(QStringLiteral("\"%1\" stands nowhere in the contents").arg(topic.name));
     for (const QString &name : required)
         if (!topics_.contains(name))
-            problems.append(QStringLiteral("a window asks for the topic \"%1\", which does not exist").arg(name));
+            problems.append(
+                QStringLiteral("a window asks for the topic \"%1\", which does not exist").arg(name));
 }
 
 } // namespace quorvik::help

@@ -5,11 +5,11 @@
 #include <QString>
 #include <QStringList>
 
-namespace quorvik::help {
+namespace quorvik::help
+{
 
 /** One page of the help, as its author wrote it. */
-struct Topic
-{
+struct Topic {
     QString name;  ///< the page's name, such as "Velocity Loop.htm"
     QString title; ///< its first heading
     QString markdown;
@@ -17,8 +17,7 @@ struct Topic
 };
 
 /** One line of the table of contents. */
-struct ContentsEntry
-{
+struct ContentsEntry {
     int depth = 0;
     QString title;
     QString topic; ///< empty for a heading without a page of its own
@@ -27,8 +26,8 @@ struct ContentsEntry
 /**
  * The help's source: one Markdown file for each topic, and the order of the contents.
  *
- * A file begins with "# Title" and may go on with a line "Index: word; word". Contents are lines indented by two
- * blanks for each level: a topic's name, or a heading in square brackets.
+ * A file begins with "# Title" and may go on with a line "Index: word; word". Contents are lines indented by
+ * two blanks for each level: a topic's name, or a heading in square brackets.
  */
 class Topics
 {

@@ -1,4 +1,5 @@
-// Makes the help's pages and its Qt Help project from the topics. Fails on a missing topic, picture or link target.
+// Makes the help's pages and its Qt Help project from the topics. Fails on a missing topic, picture or link
+// target.
 
 #include "PageWriter.h"
 #include "ProjectWriter.h"
@@ -18,8 +19,10 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.addPositionalArgument(QStringLiteral("source"), QStringLiteral("folder of the topics"));
     parser.addPositionalArgument(QStringLiteral("presets"), QStringLiteral("the factory table"));
-    parser.addPositionalArgument(QStringLiteral("pictures"), QStringLiteral("folder of the windows' pictures"));
-    parser.addPositionalArgument(QStringLiteral("required"), QStringLiteral("file that names the topics asked for"));
+    parser.addPositionalArgument(QStringLiteral("pictures"),
+                                 QStringLiteral("folder of the windows' pictures"));
+    parser.addPositionalArgument(QStringLiteral("required"),
+                                 QStringLiteral("file that names the topics asked for"));
     parser.addPositionalArgument(QStringLiteral("out"), QStringLiteral("folder for the pages"));
     parser.process(application);
     const QStringList arguments = parser.positionalArguments();

@@ -29,6 +29,15 @@ constexpr double CaptionDistance = 2.6;
 /** Wide enough for what nearly all parameters show, so that the boxes of a window stand in columns. */
 constexpr double UsualBoxWidth = 12;
 constexpr int LinkedCaptionLength = 10;
+constexpr double TablePitch = 3.8;
+constexpr double TableInset = 1.5;
+constexpr double TableDistance = 2;
+
+/** What a table's title takes above its first row. */
+double HeadOf(const QString &title)
+{
+    return title.isEmpty() ? TableInset : 3.5;
+}
 
 void SetTag(QWidget *control, const QString &tag)
 {
@@ -54,8 +63,10 @@ BlockForm::BlockForm(Desk &desk, const BlockSpec &spec, int member)
     timerUpdateScreen_->setInterval(spec.timerInterval);
     for (const BlockRow &row : spec.rows) {
         linked_ = row.number == LinkedRow;
-        rows_.append(
-            {.caption = QString::fromLatin1(row.caption), .param = linked_ ? 0 : spec.base + row.number});
+        const bool free = row.number == FreeRow;
+        rows_.append({.caption = QString::fromLatin1(row.caption),
+                      .param = linked_ || free ? 0 : spec.base + row.number,
+                      .free = free});
     }
 }
 
@@ -72,6 +83,8 @@ void BlockForm::Load()
     scroll->setWidget(view_);
 
     auto *buttons = new QHBoxLayout;
+    for (QWidget *control : buttonRow_)
+        buttons->addWidget(control);
     buttons->addStretch();
     if (IOMentorStart()) {
         auto *mentor = new QPushButton(QStringLiteral("I/O Mentor..."), this);
@@ -90,6 +103,8 @@ void BlockForm::Load()
     const qsizetype fixedRows = rows_.size() - (linked_ ? 1 : 0);
     for (qsizetype i = 0; i < fixedRows; ++i) {
         const Row &row = rows_.at(i);
+        if (row.free)
+            continue;
         const QString number = QString::number(row.param);
         SetPlainToolTip(row.label, NumberAndName(number, desk().model.ParamTable[row.param].Name));
         desk().model.AddReadInterest(row.param);
@@ -106,7 +121,8 @@ void BlockForm::Unload()
     timerUpdateScreen_->stop();
     const qsizetype fixedRows = rows_.size() - (linked_ ? 1 : 0);
     for (qsizetype i = 0; i < fixedRows; ++i)
-        desk().model.RemoveReadInterest(rows_.at(i).param);
+        if (!rows_.at(i).free)
+            desk().model.RemoveReadInterest(rows_.at(i).param);
     if (trackedParam_ >= 0)
         desk().model.RemoveReadInterest(trackedParam_);
     for (const int p : extraInterest_)
@@ -128,11 +144,14 @@ void BlockForm::MeasureRows()
     const auto cellsFor = [&](const QString &text) {
         return std::ceil(ruler.WidthFor(text) / double(view_->Unit()));
     };
-    for (Row &row : rows_)
-        row.width = std::max(UsualBoxWidth, cellsFor(LongestValueText(desk().model, row.param)));
-    if (linked_)
-        rows_.last().width =
-            std::max(UsualBoxWidth, cellsFor(LongestValueTextOfAll(desk().model, view_->fontMetrics())));
+    const auto showsAny = [this](const Row &row) { return row.free || (linked_ && &row == &rows_.last()); };
+    const QString longestOfAll = std::any_of(rows_.cbegin(), rows_.cend(), showsAny)
+                                     ? LongestValueTextOfAll(desk().model, view_->fontMetrics())
+                                     : QString();
+    for (Row &row : rows_) {
+        const QString longest = showsAny(row) ? longestOfAll : LongestValueText(desk().model, row.param);
+        row.width = std::max(UsualBoxWidth, cellsFor(longest));
+    }
 }
 
 void BlockForm::SetMinimumBoxWidth(int row, double cells)
@@ -149,7 +168,8 @@ Shape BlockForm::Box(int rowIndex, const QPointF &left, CaptionAt captionAt)
 {
     Row &row = rows_[rowIndex];
     const bool isLinked = linked_ && rowIndex == RowCount() - 1;
-    const QString caption = isLinked ? row.caption : NumberAndName(QString::number(row.param), row.caption);
+    const QString caption =
+        isLinked || row.free ? row.caption : NumberAndName(QString::number(row.param), row.caption);
     row.label = view_->MakeLabel(ControlName("Label1", rowIndex), caption, false);
     SetTag(row.label, QString::number(row.param));
     row.box = new ValueBox(ControlName("Text1", rowIndex), view_);
@@ -159,7 +179,7 @@ Shape BlockForm::Box(int rowIndex, const QPointF &left, CaptionAt captionAt)
     const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(rowIndex));
     view_->Place(row.box, rect);
     // The caption of a linked row changes with its selector; ten broad characters stand for it.
-    const QString longest = isLinked ? QStringLiteral("(5) WWWWWW...") : QString();
+    const QString longest = isLinked ? QStringLiteral("(5) WWWWWW...") : row.longestCaption;
     const double y = rect.center().y();
     switch (captionAt) {
     case CaptionAt::Above:
@@ -186,27 +206,51 @@ Shape BlockForm::Box(int rowIndex, const QPointF &left, CaptionAt captionAt)
 
 QRectF BlockForm::Table(const QPointF &topLeft, const QString &title, std::initializer_list<int> rows)
 {
-    constexpr double Pitch = 3.8;
-    constexpr double Inset = 1.5;
+    return Tables(topLeft, {{title, rows}});
+}
+
+QRectF BlockForm::Tables(const QPointF &topLeft, const QList<Group> &groups)
+{
     double captions = 0;
     double boxes = 0;
-    for (const int row : rows) {
-        captions = std::max(
-            captions, view_->TextWidth(NumberAndName(QString::number(RowParam(row)), rows_.at(row).caption)));
-        boxes = std::max(boxes, rows_.at(row).width);
-    }
+    for (const Group &group : groups)
+        for (const int row : group.rows) {
+            captions = std::max(captions, view_->TextWidth(NumberAndName(QString::number(RowParam(row)),
+                                                                         rows_.at(row).caption)));
+            boxes = std::max(boxes, rows_.at(row).width);
+        }
     captions = std::ceil(captions) + 1.5;
-    const double head = title.isEmpty() ? Inset : 3.5;
-    double y = topLeft.y() + head + BoxHeight / 2;
-    for (const int row : rows) {
-        SetMinimumBoxWidth(row, boxes);
-        Box(row, {topLeft.x() + Inset + captions, y}, CaptionAt::Left);
-        y += Pitch;
+    QRectF all(topLeft, QSizeF(2 * TableInset + captions + boxes, 0));
+    for (const Group &group : groups) {
+        for (const int row : group.rows)
+            SetMinimumBoxWidth(row, boxes);
+        const QPointF corner(topLeft.x(), all.height() > 0 ? all.bottom() + TableDistance : topLeft.y());
+        const double height = HeadOf(group.title) + TablePitch * double(group.rows.size()) -
+                              (TablePitch - BoxHeight) + TableInset;
+        const QRectF frame(corner, QSizeF(all.width(), height));
+        PlaceTable(frame, group, captions);
+        all.setBottom(frame.bottom());
     }
-    const QRectF frame(topLeft, QSizeF(2 * Inset + captions + boxes,
-                                       head + Pitch * double(rows.size()) - (Pitch - BoxHeight) + Inset));
-    view_->drawing.Frame(frame, title);
-    return frame;
+    return all;
+}
+
+void BlockForm::PlaceTable(const QRectF &frame, const Group &group, double captionWidth)
+{
+    double y = frame.top() + HeadOf(group.title) + BoxHeight / 2;
+    for (const int row : group.rows) {
+        Box(row, {frame.left() + TableInset + captionWidth, y}, CaptionAt::Left);
+        y += TablePitch;
+    }
+    view_->drawing.Frame(frame, group.title);
+}
+
+QPushButton *BlockForm::AddButton(const QString &name, const QString &caption, const QString &toolTip)
+{
+    auto *button = new QPushButton(caption, this);
+    button->setObjectName(name);
+    SetPlainToolTip(button, toolTip);
+    AddToButtonRow(button);
+    return button;
 }
 
 ClickArea *BlockForm::Click(const QString &name, ClickArea::Gesture gesture, const QRectF &cells,
@@ -279,13 +323,30 @@ void BlockForm::SetRowParam(int row, int p)
     SetTag(rows_.at(row).label, QString::number(p));
 }
 
+bool BlockForm::HasParameter(int row) const
+{
+    const int p = RowParam(row);
+    return p >= 0 && p <= desk().model.ParamTable.UpperBound();
+}
+
+void BlockForm::SetRowCaption(int row, const QString &caption, const QString &toolTip)
+{
+    rows_.at(row).label->setText(caption);
+    SetPlainToolTip(rows_.at(row).label, toolTip);
+    rows_.at(row).box->setAccessibleName(toolTip);
+}
+
 void BlockForm::TimerUpdateScreen_Timer()
 {
     if (linked_)
         SetRowParam(RowCount() - 1, RowValue(0));
-    for (const Row &row : std::as_const(rows_))
-        if (PaintRow(row) && linked_ && &row == &rows_.constFirst())
+    for (int i = 0; i < RowCount(); ++i) {
+        const Row &row = rows_.at(i);
+        if (row.free && !HasParameter(i))
+            PaintEmptyRow(row);
+        else if (PaintRow(row) && linked_ && i == 0)
             Text1_Change();
+    }
     if (linked_)
         PaintLinkedCaption();
     for (const GuardedArea &guarded : areas_)
@@ -303,6 +364,14 @@ bool BlockForm::PaintRow(const Row &row)
     SetPlainToolTip(row.box, model.AccessDescription(row.param, accessClass));
     row.box->SetBackColor(ColorOf(model.Colors.at(std::size_t(accessClass))));
     return changed;
+}
+
+void BlockForm::PaintEmptyRow(const Row &row)
+{
+    row.box->SetText({});
+    SetTag(row.box, QString::number(Access::Empty));
+    SetPlainToolTip(row.box, {});
+    row.box->SetBackColor(ColorOf(desk().model.Colors.at(std::size_t(Access::Empty))));
 }
 
 void BlockForm::PaintLinkedCaption()

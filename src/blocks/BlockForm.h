@@ -11,6 +11,7 @@
 #include <span>
 
 class QLabel;
+class QPushButton;
 class QTimer;
 
 namespace quorvik
@@ -26,6 +27,8 @@ struct BlockRow {
 
 /** The number of a last row that shows the parameter which row 0 selects. */
 inline constexpr int LinkedRow = -1;
+/** The number of a row whose parameter, caption and read interest are the window's own business. */
+inline constexpr int FreeRow = -2;
 
 /** What a block window is, apart from its drawing. */
 struct BlockSpec {
@@ -76,6 +79,18 @@ protected:
     /** Places rows one under another with their captions at the left, in a frame with a title.
      *  @return the frame, in cells. */
     QRectF Table(const QPointF &topLeft, const QString &title, std::initializer_list<int> rows);
+    /** Rows under a title. */
+    struct Group {
+        QString title;
+        QList<int> rows;
+    };
+    /** Places tables one under another, all of one width. @return what they take, in cells. */
+    QRectF Tables(const QPointF &topLeft, const QList<Group> &groups);
+    /** Adds a button at the left of the button row; it follows the boxes in the tab order. Called in Draw().
+     */
+    QPushButton *AddButton(const QString &name, const QString &caption, const QString &toolTip = {});
+    /** The same for any control. */
+    void AddToButtonRow(QWidget *control) { buttonRow_.append(control); }
     /** A click area that runs its handler while every row named may be written, and else does nothing. */
     ClickArea *Click(const QString &name, ClickArea::Gesture gesture, const QRectF &cells,
                      const QString &toolTip, std::initializer_list<int> rows, std::function<void()> handler);
@@ -87,8 +102,15 @@ protected:
     double RowNumber(int row) const;      ///< Text1(row) as a number; raises RuntimeFailure where it is none
     std::int32_t RowValue(int row) const; ///< raw value of the row's parameter
     QLabel *StaticLabel(const QString &name) const; ///< a label of the drawing, or null
-    /** Points a row at another parameter; read interest is the caller's. */
+    /** Points a row at another parameter; read interest is the caller's. A free row may point outside the
+     * table, and is empty then. */
     void SetRowParam(int row, int p);
+    /** Whether the row's number lies within the table. */
+    bool HasParameter(int row) const;
+    /** Caption, tool tip and spoken name of a free row. */
+    void SetRowCaption(int row, const QString &caption, const QString &toolTip);
+    /** What room a free row's caption is given; called before the row is placed. */
+    void SetLongestCaption(int row, const QString &caption) { rows_[row].longestCaption = caption; }
     void Write(int p, std::int32_t rawValue);
     /** Keeps a parameter polled that no row shows, until the window closes. */
     void AddExtraInterest(int p);
@@ -102,7 +124,9 @@ private:
     struct Row {
         QString caption = {};
         int param = 0;
+        bool free = false;
         double width = 0;
+        QString longestCaption = {};
         QLabel *label = nullptr;
         ValueBox *box = nullptr;
     };
@@ -116,6 +140,8 @@ private:
     void CommandIOMentor_Click();
     void TimerUpdateScreen_Timer();
     bool PaintRow(const Row &row); ///< whether its text changed
+    void PaintEmptyRow(const Row &row);
+    void PlaceTable(const QRectF &frame, const Group &group, double captionWidth);
     void PaintLinkedCaption();
     bool MayWrite(const QList<int> &rows) const;
     void MeasureRows();
@@ -125,6 +151,7 @@ private:
     int trackedParam_ = -1; ///< TrackedParam: what the linked row keeps polled, -1 none
     QList<int> extraInterest_;
     QList<GuardedArea> areas_;
+    QList<QWidget *> buttonRow_;
     DiagramView *view_;
     QTimer *timerUpdateScreen_;
     TickGuard tickGuard_;

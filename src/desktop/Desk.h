@@ -2,6 +2,7 @@
 
 #include "desktop/FormsCollection.h"
 
+#include <QDateTime>
 #include <functional>
 
 namespace quorvik
@@ -27,6 +28,8 @@ struct Desk {
     std::function<void(QWidget *form, bool activate)> ShowChild;
     /** Opens the I/O Mentor on Model::WizardIOStart. Filled in by the shell. */
     std::function<void()> OpenIOMentor;
+    /** The computer's clock, in local time. */
+    std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
 };
 
 } // namespace quorvik

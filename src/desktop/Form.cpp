@@ -59,7 +59,7 @@ QPushButton *Form::MakeCommandClose()
 {
     auto *button = new QPushButton(QStringLiteral("Close"), this);
     button->setObjectName(QStringLiteral("CommandClose"));
-    On(button, &QPushButton::clicked, this, [this] { close(); });
+    On(button, &QPushButton::clicked, this, [this] { CommandClose_Click(); });
     return button;
 }
 

@@ -33,7 +33,10 @@ protected:
     /** Releases what the window holds in the table. Called once, while the window is still whole. */
     virtual void Unload() {}
 
-    /** A button "Close" named CommandClose, which unloads the window. */
+    /** What the button "Close" does and no other way of closing; it unloads the window. */
+    virtual void CommandClose_Click() { close(); }
+
+    /** A button "Close" named CommandClose. */
     QPushButton *MakeCommandClose();
     /** A button "Help" named CommandHelp. */
     QPushButton *MakeCommandHelp();

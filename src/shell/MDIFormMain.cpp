@@ -92,6 +92,8 @@ void MDIFormMain::ConnectEngines()
        });
     On(&engines_.fileCommands, &FileCommands::SaveFailed, this,
        [this](const QString &sentence) { statusBar_->ShowPassing(sentence); });
+    On(&engines_.recoveryCopy, &RecoveryCopy::WriteFailed, this,
+       [this](const QString &sentence) { statusBar_->ShowPassing(sentence); });
 }
 
 void MDIFormMain::ConnectCommands()

@@ -76,6 +76,20 @@ TEST(Report, SortsAsTextAndKeepsTheOrderOfEqualTexts)
                                            QStringLiteral(" 10"), QStringLiteral("  2")));
 }
 
+TEST(Report, KeepsTheOrderOfManyEqualTexts)
+{
+    QList<ReportRow> rows;
+    QStringList inOrder;
+    for (int i = 0; i < 434; ++i) {
+        inOrder.append(QString::number(i));
+        rows.append({inOrder.last(), QString(), QString(), QStringLiteral("0")});
+    }
+    for (const bool descending : {false, true}) {
+        SortRows(rows, 3, descending);
+        EXPECT_EQ(Numbers(rows), inOrder);
+    }
+}
+
 TEST(Report, CsvKeepsQuotesAndCommasInsideTheirField)
 {
     const QList<ReportRow> rows = {{QStringLiteral("  7"), QStringLiteral("Gain, \"fast\""),

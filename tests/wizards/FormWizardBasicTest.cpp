@@ -2,6 +2,7 @@
 #include "platform/Guard.h"
 #include "wizards/OpenMentors.h"
 #include "wizards/WizardDriver.h"
+#include "wizards/basic/SpeedProfile.h"
 
 #include <QTableWidget>
 
@@ -66,6 +67,52 @@ TEST_F(FormWizardBasicTest, WalksThePagesOfTheModeInBothDirections)
         desk.online = row.online;
         OpenAnswered(row.mode, "OptionFeedback(2)");
         ExpectWalk(row.steps);
+    }
+}
+
+TEST_F(FormWizardBasicTest, ShowsEveryTextInFull)
+{
+    OpenAnswered();
+    for (int step = 0; step <= 10; ++step) {
+        NextUntil(step);
+        ExpectNothingCut();
+    }
+}
+
+TEST_F(FormWizardBasicTest, AChangedRatedSpeedOverwritesTheMaximumSpeeds)
+{
+    OpenAnswered();
+    NextUntil(5);
+    Click(N("OptionMaxSpeed(1)"));
+    Type(N("TextMaxSpeed(0)"), N("900"));
+    Type(N("TextMaxSpeed(1)"), N("-300"));
+    while (form->CurrentStep() > 3)
+        Back();
+    Type(N("TextMotorData(0)"), N("50"));
+    Type(N("TextMotorData(2)"), N("1200"));
+    NextUntil(5);
+    EXPECT_EQ(Text(N("TextMaxSpeed(0)")), N("1200"));
+    EXPECT_EQ(Text(N("TextMaxSpeed(1)")), N("-1200"));
+    EXPECT_EQ(Find<QAbstractButton>(N("OptionMaxSpeed(0)"))->text(), N("Max Rated Motor Speed of 1200 RPM"));
+    NextUntil(9);
+    EXPECT_EQ(Caption(N("LabelCurrent(0)")), N("= 75 Amps"));
+    // A text that is no number leaves the figure as it was.
+    Type(N("TextCurrentLimit(0)"), N("x"));
+    EXPECT_EQ(Caption(N("LabelCurrent(0)")), N("= 75 Amps"));
+}
+
+TEST_F(FormWizardBasicTest, TheRampOfTheFocusedTimeIsHighlighted)
+{
+    OpenAnswered();
+    NextUntil(7);
+    const std::pair<const char *, int> rows[] = {
+        {"TextRunAccelDecel(1)", 1}, {"TextJogAccelDecel(3)", 3}, {"TextRunAccelDecel(2)", 2}};
+    for (const auto &[box, ramp] : rows) {
+        Find<QWidget>(N(box))->setFocus();
+        EXPECT_EQ(Find<QLineEdit>(N(box))->selectedText(), Text(N(box)));
+        for (int line = 0; line < SpeedProfile::LineCount; ++line)
+            EXPECT_EQ(Find<LineAccelDecel>(N("LineAccelDecel(%1)").arg(line))->BorderWidth(),
+                      line == ramp ? 2 : 1);
     }
 }
 

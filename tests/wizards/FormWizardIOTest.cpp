@@ -146,6 +146,49 @@ TEST_F(FormWizardIOTest, SwitchingTheKindTakesAnInputThatItHas)
     EXPECT_EQ(Caption(N("LabelTypeAndPolarity(1)")), N("Maximum Range: 0V to +10V"));
 }
 
+TEST_F(FormWizardIOTest, AnalogInput5TakesVoltageOnly)
+{
+    OpenOn({0, 0, 0, 0});
+    NextUntil(4);
+    Click(N("OptionAnalogType(0)"));
+    EXPECT_EQ(Caption(N("LabelTypeAndPolarity(1)")), N("Maximum Range: 0mA to +20mA"));
+    Back();
+    Back();
+    Click(N("OptionInput(4)"));
+    NextUntil(4);
+    EXPECT_TRUE(Find<QAbstractButton>(N("OptionAnalogType(1)"))->isChecked());
+    EXPECT_EQ(Caption(N("LabelTypeAndPolarity(1)")), N("Maximum Range: 0V to +10V"));
+    Back();
+    Back();
+    Click(N("OptionInput(3)"));
+    NextUntil(4);
+    EXPECT_TRUE(Find<QWidget>(N("OptionAnalogType(0)"))->isEnabled());
+}
+
+TEST_F(FormWizardIOTest, EnterChecksTheTextAsItIsShown)
+{
+    // 100.4 is beyond the source, but a relay's box shows whole numbers once it is left.
+    OpenOutput(2, 0, 0, PercentParam, 9);
+    Type(N("TextOutputBiasGain(0)"), N("100.4"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(form->CurrentStep(), 10);
+    EXPECT_EQ(Text(N("TextOutputBiasGain(0)")), N("100"));
+}
+
+TEST_F(FormWizardIOTest, ALongNameWrapsAndPushesNothingOut)
+{
+    desk.online = true;
+    desk.model.ParamTable[PercentParam].Name =
+        N("Reference 1 of the unwinding station behind the dryer section");
+    for (int step = 0; step <= 10; ++step) {
+        if (step >= 7 && step <= 9)
+            OpenOutput(1, 0, 1, PercentParam, step);
+        else
+            OpenInput(0, 1, PercentParam, step);
+        ExpectNothingCut();
+    }
+}
+
 TEST_F(FormWizardIOTest, RefusesABadEntryWithItsMessageAndGoesThere)
 {
     const struct {
@@ -287,6 +330,41 @@ TEST_F(FormWizardIOTest, OffLineTheCalibrationIsTyped)
     EXPECT_FALSE(Find<QWidget>(N("TextActual(0)"))->isVisible());
     EXPECT_EQ(Caption(N("LabelCal(0)")), N("Hertz"));
     EXPECT_EQ(Caption(N("LabelCalibrate(1)")), N("Enter the minimum and maximum frequency levels."));
+}
+
+TEST_F(FormWizardIOTest, ABipolarInputOnAListedDestinationOffersTheSecondList)
+{
+    OpenInput(0, 0, ListedParam, 4);
+    Click(N("OptionPolarity(1)"));
+    NextUntil(6);
+    EXPECT_FALSE(Find<QWidget>(N("ComboBiasGain(0)"))->isVisible());
+    ExpectRefusal(N("Please select a valid item from the Gain list."), N("ComboBiasGain(1)"));
+    Pick(N("ComboBiasGain(1)"), 2);
+    const std::int32_t bias = desk.model.Value(48);
+    NextUntil(10);
+    Finish();
+    EXPECT_EQ(desk.model.Value(53), 2);
+    EXPECT_EQ(desk.model.Value(48), bias);
+    EXPECT_EQ(desk.model.Value(23), ListedParam);
+}
+
+TEST_F(FormWizardIOTest, AChosenBranchDecidesWhatFinishWrites)
+{
+    OpenOutput(2, 1, 0, PercentParam, 1);
+    Click(N("OptionInputsOutputs(0)"));
+    NextUntil(2);
+    Click(N("OptionInputType(1)"));
+    Click(N("OptionInput(2)"));
+    NextUntil(3);
+    PickParam("ComboDestination", PercentParam);
+    NextUntil(6);
+    FillPair("BiasGain");
+    NextUntil(10);
+    Finish();
+    EXPECT_EQ(desk.model.Value(3), PercentParam);
+    EXPECT_EQ(desk.model.Value(10), 100);
+    EXPECT_EQ(desk.model.Value(17), 500);
+    EXPECT_EQ(desk.model.ParamTable[70].WriteFlag, WriteState::None);
 }
 
 TEST_F(FormWizardIOTest, DropsTheDecimalsThatAnOutputDoesNotHave)

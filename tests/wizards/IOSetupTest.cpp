@@ -184,6 +184,7 @@ TEST_F(IOSetupTest, ScalesTheGainToTheRangeOfTheSourceAndClipsIt)
         bool told;
     } rows[] = {
         {AnalogOutput, 20000, "0", "8", 0, 8000, false},
+        {AnalogOutput, 12000, "0", "8", 0, 8000, false},
         {AnalogOutput, 10000, "1.00", "10.00", 1000, 9000, false},
         {AnalogOutput, 9999, "0", "8", 0, 8001, false},
         {AnalogOutput, 9999, "-2.5", "-8", -2500, -5501, false},
@@ -281,4 +282,109 @@ TEST_F(IOSetupTest, SavesInTheDriveLastAndOnlyOnLine)
     EXPECT_EQ(plan.writes.back().param, Param::SaveParameters);
     EXPECT_FALSE(desk.model.DriveModified);
     EXPECT_TRUE(desk.model.FileModified);
+}
+
+TEST_F(IOSetupTest, TellsHowToCalibrateTheSignalThatWasChosen)
+{
+    const struct {
+        InputType type;
+        AnalogType signal;
+        Polarity polarity;
+        bool online;
+        const char *text;
+    } rows[] = {
+        {AnalogInput, CurrentSignal, Unipolar, true,
+         "Adjust external current signal to 0.0 mA (or minimum current level) and click 0% Auto. Then, "
+         "adjust "
+         "current signal to maximum and click 100% Auto."},
+        {AnalogInput, CurrentSignal, Bipolar, true,
+         "Adjust external current signal to 0.0 mA and click 0% Auto. Then, adjust current signal to maximum "
+         "and "
+         "click 100% Auto."},
+        {AnalogInput, CurrentSignal, Unipolar, false,
+         "Enter the 0% (minimum) and 100% (maximum) current levels."},
+        {AnalogInput, CurrentSignal, Bipolar, false,
+         "Enter the 0% (zero current) level and 100% (maximum) current levels."},
+        {AnalogInput, VoltageSignal, Unipolar, true,
+         "Adjust external voltage signal to 0.0 V (or minimum voltage level) and click 0% Auto. Then, adjust "
+         "voltage signal to maximum and click 100% Auto."},
+        {AnalogInput, VoltageSignal, Bipolar, false,
+         "Enter the 0% (zero voltage) level and 100% (maximum) voltage levels."},
+        {FrequencyInput, VoltageSignal, Bipolar, true,
+         "Adjust external frequency signal to 0 Hz (or minimum level) and click 0% Auto. Then, adjust "
+         "frequency "
+         "signal to maximum and click 100% Auto."},
+    };
+    for (const auto &row : rows) {
+        ChooseInput(row.type, 0);
+        setup.analogType = row.signal;
+        setup.polarity = row.polarity;
+        desk.online = row.online;
+        EXPECT_EQ(setup.CalibrateText().toStdString(), row.text);
+    }
+}
+
+TEST_F(IOSetupTest, AsksForTheValuesInTheUnitsOfTheOtherEnd)
+{
+    setup.Source = 190;
+    const struct {
+        OutputType type;
+        FreqDigMode mode;
+        const char *second;
+        const char *unit;
+        const char *range;
+    } rows[] = {
+        {AnalogOutput, DigitalMode,
+         "Enter the desired output voltage level when the Forward Max Speed parameter is at 100%.", "Volts",
+         "Valid Range: -10 Volts to +10 Volts"},
+        {FreqDigOutput, FrequencyMode,
+         "Enter the desired output frequency level when the Forward Max Speed parameter is at 100%.", "Hz",
+         "Valid Range: 0 to 2000 Hz"},
+        {FreqDigOutput, DigitalMode,
+         "Enter the value that the Forward Max Speed parameter must reach to turn off the digital output.",
+         "%", "Valid Range: 0.00 % to 100.00 %"},
+        {RelayOutput, DigitalMode,
+         "Enter the value that the Forward Max Speed parameter must reach to turn off the relay output.", "%",
+         "Valid Range: 0.00 % to 100.00 %"},
+    };
+    for (const auto &row : rows) {
+        ChooseOutput(row.type, 0, row.mode);
+        const ValuesView view = setup.OutputValuesView();
+        EXPECT_EQ(view.instructions[1].toStdString(), row.second);
+        EXPECT_EQ(view.unit.toStdString(), row.unit);
+        EXPECT_EQ(view.range.toStdString(), row.range);
+        EXPECT_FALSE(view.IsListed());
+    }
+    // Analog and frequency levels are typed even where the source is picked from a list.
+    setup.Source = ListedParam;
+    for (const auto &row : rows) {
+        ChooseOutput(row.type, 0, row.mode);
+        const bool scaled = row.type == AnalogOutput || row.mode == FrequencyMode;
+        EXPECT_EQ(setup.OutputValuesView().items.size(), scaled ? 0 : 3);
+    }
+}
+
+TEST_F(IOSetupTest, ListsAValueInTheScaleItWasConvertedWith)
+{
+    ChooseInput(DigitalInput, 0);
+    setup.Destination = ListedParam;
+    desk.model.ParamTable[8].Attributes = desk.model.ParamTable[ListedParam].Attributes;
+    // Neither value has a text in the list of stop modes.
+    for (const std::int32_t old : {-1, 7}) {
+        desk.model.ParamTable[8].Value = old;
+        const std::vector<PlannedLine> lines = setup.Plan().Lines(desk.model);
+        ASSERT_EQ(lines.size(), 3U);
+        EXPECT_EQ(lines[0].newText, QStringLiteral("232 ") + desk.model.ParamTable[ListedParam].Name);
+        EXPECT_EQ(lines[1].oldText, QString::number(old));
+        EXPECT_EQ(lines[1].newText, QStringLiteral("Coast"));
+    }
+    setup.Destination = PercentParam;
+    EXPECT_EQ(setup.Plan().Lines(desk.model)[2].newText, QStringLiteral("50.00 %"));
+}
+
+TEST_F(IOSetupTest, WritesNothingWhileNoKindIsChosen)
+{
+    EXPECT_TRUE(setup.Plan().writes.empty());
+    setup.branch = Outputs;
+    EXPECT_TRUE(setup.Plan().writes.empty());
 }

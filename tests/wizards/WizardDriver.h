@@ -95,6 +95,34 @@ public:
         }
     }
 
+    /** No caption of the page is cut, no control is smaller than it needs to be, and the window fits the
+     * screen of a laptop at 150 per cent. */
+    void ExpectNothingCut()
+    {
+        // At the smallest size that the user can make it.
+        form->resize(1, 1);
+        QTest::qWait(0);
+        for (const QWidget *widget : form->template findChildren<QWidget *>()) {
+            if (!widget->isVisible() || widget->objectName().isEmpty())
+                continue;
+            const auto *label = qobject_cast<const QLabel *>(widget);
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            const auto *box = qobject_cast<const QLineEdit *>(widget);
+            const std::string name = NameOf(widget) + " on page " + std::to_string(form->CurrentStep());
+            if (label != nullptr && label->wordWrap()) {
+                EXPECT_GE(label->height(), label->heightForWidth(label->width())) << name;
+            } else if (label != nullptr || button != nullptr) {
+                EXPECT_GE(widget->width(), widget->sizeHint().width()) << name;
+                EXPECT_GE(widget->height(), widget->sizeHint().height()) << name;
+            } else if (box != nullptr && box->maxLength() < 100) {
+                const int longest = box->fontMetrics().horizontalAdvance(QString(box->maxLength(), u'0'));
+                EXPECT_GT(box->width(), longest) << name;
+            }
+        }
+        EXPECT_LE(form->width() * 1.5, 1366);
+        EXPECT_LE(form->height() * 1.5, 768 - 40);
+    }
+
     /** Walks with Next along the steps and back again with Back. */
     void ExpectWalk(const std::vector<int> &steps)
     {
@@ -111,6 +139,8 @@ public:
         }
         EXPECT_EQ(back, std::vector<int>(steps.rbegin(), steps.rend()));
     }
+
+    static std::string NameOf(const QWidget *widget) { return widget->objectName().toStdString(); }
 
     TestDesk desk;
     std::unique_ptr<Window> form;

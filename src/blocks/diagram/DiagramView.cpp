@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace quorvik
@@ -32,7 +33,14 @@ DiagramView::DiagramView(QWidget *parent)
 
 void DiagramView::Place(QWidget *widget, const QRectF &cells)
 {
-    standing_.append({widget, cells, {}, {}, {}, false});
+    const auto found = std::find_if(standing_.begin(), standing_.end(),
+                                    [&](const Standing &standing) { return standing.widget == widget; });
+    if (found == standing_.end())
+        standing_.append({widget, cells, {}, {}, {}, false});
+    else
+        found->cells = cells;
+    if (finished_)
+        widget->setGeometry(ToPixels(cells).toAlignedRect());
 }
 
 void DiagramView::PlaceText(QLabel *label, const QPointF &at, Qt::Alignment align, const QString &longestText)

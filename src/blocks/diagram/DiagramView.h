@@ -23,7 +23,7 @@ public:
 
     Drawing drawing;
 
-    /** Stands a widget on a rectangle in cells. */
+    /** Stands a widget on a rectangle in cells, or moves it there. */
     void Place(QWidget *widget, const QRectF &cells);
     /**
      * Stands a line of text; see DrawnText for the place.

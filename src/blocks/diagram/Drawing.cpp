@@ -146,23 +146,37 @@ LivePart Drawing::LiveInverter(const QString &name, const QPointF &left)
     return {this, int(elements_.size()) - 1};
 }
 
-Shape Drawing::Gate(Symbol symbol, const QPointF &left, double height, const QString &labelName)
+Shape Drawing::Gate(Symbol symbol, const QPointF &left, const Caption &caption, const QString &labelName)
 {
-    const bool inverted = symbol == Symbol::Nand;
-    const Shape shape = Box(symbol, left, {inverted ? 8.0 : 7.0, height});
-    Label(labelName, inverted ? QStringLiteral("NAND") : QStringLiteral("AND"), left + QPointF(3.3, 0),
-          Qt::AlignHCenter, true, inverted ? QString() : QStringLiteral("And Function"));
+    const Shape shape = Box(symbol, left, caption.size);
+    Label(labelName, caption.text, left + QPointF(3.3, 0), Qt::AlignHCenter, true, caption.toolTip);
     return shape;
 }
 
 Shape Drawing::And(const QPointF &left, const QString &labelName, double height)
 {
-    return Gate(Symbol::And, left, height, labelName);
+    return Gate(Symbol::And, left, {QStringLiteral("AND"), QStringLiteral("And Function"), {7, height}},
+                labelName);
 }
 
 Shape Drawing::Nand(const QPointF &left, const QString &labelName, double height)
 {
-    return Gate(Symbol::Nand, left, height, labelName);
+    return Gate(Symbol::Nand, left, {QStringLiteral("NAND"), {}, {8, height}}, labelName);
+}
+
+Shape Drawing::Or(const QPointF &left, const QString &labelName, double height)
+{
+    return Gate(Symbol::Or, left, {QStringLiteral("OR"), QStringLiteral("Or Function"), {7, height}},
+                labelName);
+}
+
+Shape Drawing::Roll(const QPointF &centre, double radius, double coreRadius)
+{
+    const QRectF rect = Around(centre, radius);
+    Add({.symbol = Symbol::Roll,
+         .rect = rect,
+         .points = {{centre, QPointF(centre.x() + coreRadius, centre.y())}}});
+    return Shape(rect);
 }
 
 Shape Drawing::Coil(const QPointF &left, const QString &name)
@@ -208,6 +222,14 @@ void Drawing::Link(const Port &from, const LivePart &arm)
 void Drawing::Guide(const Port &from, const Port &to)
 {
     Add({.symbol = Symbol::Guide, .points = RouteWire(from, to, HalfWay)});
+}
+
+void Drawing::Constant(const QString &labelName, const QString &text, const Port &contact)
+{
+    // Clear of the hand's room around the arm.
+    const QPointF start = contact.at - QPointF(2.2, 0);
+    Label(labelName, text, start - QPointF(0.4, 0), Qt::AlignRight);
+    Line({start, Side::Right}, contact);
 }
 
 void Drawing::Label(const QString &name, const QString &text, const QPointF &at, Qt::Alignment align,

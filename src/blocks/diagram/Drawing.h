@@ -21,6 +21,7 @@ enum class Symbol {
     Inverter,   ///< triangle with a bubble
     And,
     Nand,
+    Or,
     Function, ///< box with a caption
     Limiter,
     Ramp,
@@ -30,6 +31,7 @@ enum class Symbol {
     Switch,   ///< arm from a pivot to one of several contacts
     Contact,  ///< make contact: the arm touches or hangs
     Coil,     ///< relay coil
+    Roll,     ///< wound material around its core, and rollers
     Limit,    ///< line that turns thick while the limit acts
     Link,     ///< dashed line from a selector to the arm that it moves
     Guide,    ///< dashed line between things that belong together
@@ -51,7 +53,8 @@ struct Element {
     Symbol symbol = Symbol::Wire;
     QString name = {}; ///< may be empty; what moves has one
     QRectF rect = {};
-    QPolygonF points = {}; ///< wires: the corners; switches and contacts: pivot, then the contacts
+    QPolygonF points = {}; ///< wires: the corners; switches and contacts: pivot, then the contacts;
+                           ///< rolls: centre, rim of the core
     QString text = {};     ///< signs of a summing point, factor of a gain
     bool arrow = false;
     int state = 0; ///< switches: contact touched, -1 none; contacts: 1 closed; limits: line width 1 or 5
@@ -123,6 +126,7 @@ public:
     Shape Nand(const QPointF &left, const QString &labelName = {}, double height = 6);
     Shape Limiter(const QPointF &left) { return Box(Symbol::Limiter, left, {6, 6}); }
     Shape Ramp(const QPointF &left, const QSizeF &size = {8, 8}) { return Box(Symbol::Ramp, left, size); }
+    Shape Or(const QPointF &left, const QString &labelName = {}, double height = 6);
     Shape Hysteresis(const QPointF &left) { return Box(Symbol::Hysteresis, left, {8, 6}); }
     Shape Curve(const QPointF &left, const QSizeF &size) { return Box(Symbol::Curve, left, size); }
     Shape Absolute(const QPointF &left) { return Box(Symbol::Absolute, left, {6, 6}); }
@@ -130,6 +134,8 @@ public:
     /** A box with its caption in the middle, such as "PI". */
     Shape Function(const QPointF &left, const QSizeF &size, const QString &caption,
                    const QString &labelName = {}, const QString &toolTip = {});
+    /** A roll of material; a core as large as the roll makes a bare roller of it. */
+    Shape Roll(const QPointF &centre, double radius, double coreRadius);
     void Frame(const QRectF &rect, const QString &title = {});
 
     /** An arm between contacts. Its state is the index of the contact touched. */
@@ -144,6 +150,8 @@ public:
     void Link(const Port &from, const LivePart &arm);
     void Guide(const Port &from, const Port &to);
 
+    /** A fixed value that feeds a contact at its right. */
+    void Constant(const QString &labelName, const QString &text, const Port &contact);
     void Label(const QString &name, const QString &text, const QPointF &at,
                Qt::Alignment align = Qt::AlignHCenter, bool bold = false, const QString &toolTip = {});
 
@@ -167,7 +175,12 @@ private:
     int Add(Element element);
     void AddWire(const Port &from, const Port &to, double bend, bool arrow);
     Shape Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name = {});
-    Shape Gate(Symbol symbol, const QPointF &left, double height, const QString &labelName);
+    struct Caption {
+        QString text;
+        QString toolTip;
+        QSizeF size; ///< of what carries it
+    };
+    Shape Gate(Symbol symbol, const QPointF &left, const Caption &caption, const QString &labelName);
     void Announce(int index);
 
     QList<Element> elements_;

@@ -62,7 +62,7 @@ void DrawingPainter::Paint(const Drawing &drawing, const QRectF &exposedCells)
     // Outlines of groups lie under everything, arms above it.
     static constexpr int Layers = 3;
     const auto layerOf = [](Symbol symbol) {
-        if (symbol == Symbol::Frame || symbol == Symbol::Guide)
+        if (symbol == Symbol::Frame)
             return 0;
         return symbol == Symbol::Switch || symbol == Symbol::Contact || symbol == Symbol::Link ? 2 : 1;
     };
@@ -102,6 +102,12 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
     case Symbol::And:
     case Symbol::Nand:
         PaintGate(element);
+        break;
+    case Symbol::Or:
+        PaintOr(element.rect);
+        break;
+    case Symbol::Roll:
+        PaintRoll(element);
         break;
     case Symbol::Function:
         PaintBox(element.rect);
@@ -236,6 +242,48 @@ void DrawingPainter::PaintGate(const Element &element)
     if (element.symbol == Symbol::Nand)
         painter_.drawEllipse(Px(QPointF(body.right() + bubble, body.center().y())), bubble * unit_,
                              bubble * unit_);
+}
+
+void DrawingPainter::PaintOr(const QRectF &rect)
+{
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.fill);
+    // The corners reach out at the left, so that the hollow back meets the tips of its inputs.
+    const double reach = 0.6 * unit_;
+    const QRectF px = Px(rect);
+    const QPointF tip(px.right(), px.center().y());
+    const QPointF top(px.left() - reach, px.top());
+    const QPointF bottom(px.left() - reach, px.bottom());
+    QPainterPath path(top);
+    path.cubicTo({px.center().x(), px.top()}, {px.right() - px.width() * 0.2, px.top() + px.height() * 0.2},
+                 tip);
+    path.cubicTo({px.right() - px.width() * 0.2, px.bottom() - px.height() * 0.2},
+                 {px.center().x(), px.bottom()}, bottom);
+    path.quadTo({px.left() + 1.6 * reach, px.center().y()}, top);
+    painter_.drawPath(path);
+}
+
+void DrawingPainter::PaintRoll(const Element &element)
+{
+    const QPointF centre = Px(element.rect.center());
+    const double rim = element.rect.width() / 2 * unit_;
+    const double core = (element.points.at(1).x() - element.points.first().x()) * unit_;
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.fill);
+    painter_.drawEllipse(centre, rim, rim);
+    painter_.setBrush(Qt::NoBrush);
+    constexpr int Layers = 6;
+    SetPen(ink_.faint, 0.1);
+    for (int layer = 1; layer < Layers && core < rim; ++layer) {
+        const double radius = core + (rim - core) * layer / Layers;
+        painter_.drawEllipse(centre, radius, radius);
+    }
+    SetPen(ink_.line, LineWidth);
+    painter_.setBrush(ink_.paper);
+    painter_.drawEllipse(centre, core, core);
+    const double hub = 0.5 * unit_;
+    painter_.drawLine(centre - QPointF(hub, 0), centre + QPointF(hub, 0));
+    painter_.drawLine(centre - QPointF(0, hub), centre + QPointF(0, hub));
 }
 
 void DrawingPainter::PaintCharacteristic(const Element &element)

@@ -37,6 +37,8 @@ private:
     void PaintRound(const Element &element);
     void PaintTriangle(const Element &element);
     void PaintGate(const Element &element);
+    void PaintOr(const QRectF &rect);
+    void PaintRoll(const Element &element);
     void PaintCharacteristic(const Element &element);
     void PaintArm(const Element &element);
     void PaintTerminal(const Element &element);

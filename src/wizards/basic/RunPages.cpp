@@ -110,6 +110,8 @@ ReferencesPage::ReferencesPage(QWidget *parent, const BasicSetup &setup, BasicRo
     for (int i = 0; i < 3; ++i)
         rows.Make(this, grid, i + 2, EntryAt(Entry::Ref1, i), 1);
     rows.Make(this, grid, 5, Entry::JogRef, 1);
+    for (const Entry entry : {Entry::Ref1, Entry::Ref2, Entry::Ref3, Entry::JogRef})
+        rows.At(entry).box->setFixedWidth(reference0->minimumWidth());
     Content()->addLayout(grid);
     CloseContent();
 }

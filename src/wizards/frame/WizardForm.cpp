@@ -184,6 +184,7 @@ void WizardForm::ShowPlan()
     try {
         finishPage_->ShowLines(MakePlan(finishPage_->SaveWanted()).Lines(desk().model));
     } catch (const RuntimeFailure &failure) {
+        // Finish is where it is told; until then it stands in place of the list.
         finishPage_->ShowFailure(failure.Sentence());
     }
 }

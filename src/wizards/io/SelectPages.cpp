@@ -5,6 +5,7 @@
 #include "platform/Guard.h"
 #include "wizards/io/IOPictures.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -116,6 +117,8 @@ void ParameterPage::Fill(const ParamChoices &choices)
     combo_->clear();
     combo_->addItems(choices.items);
     combo_->setCurrentIndex(choices.selected);
+    // The opened list may be wider than the page leaves room for, so that no name is cut.
+    combo_->view()->setMinimumWidth(combo_->view()->sizeHintForColumn(0) + fontMetrics().height() * 2);
     combo_->blockSignals(wasBlocked);
     Combo_Click();
 }

@@ -1,11 +1,12 @@
-// Renders the block windows to pictures: quorvik-pictures FOLDER [--dark] [--scale 2] [--font 1.5] [--only
-// Text]
+// Renders every window to a picture, and lists the help topics that the windows ask for:
+// quorvik-pictures FOLDER [--dark] [--scale 2] [--font 1.5] [--only Text]
 
-#include "blocks/BlockCatalogue.h"
-#include "blocks/BlockForm.h"
+#include "Album.h"
+
 #include "desktop/Desk.h"
 #include "desktop/HTMLHelp.h"
 #include "model/EntryRules.h"
+#include "model/Model.h"
 #include "platform/Asker.h"
 #include "platform/SettingsStore.h"
 #include "settings/SettingsFile.h"
@@ -119,25 +120,15 @@ int main(int argc, char **argv)
 
     const QDir folder(options.positionalArguments().first());
     folder.mkpath(QStringLiteral("."));
-    const double scale = options.value(QStringLiteral("scale")).toDouble();
-    for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make)
-            continue;
-        // One member stands for its family.
-        const int member = entry.IsFamily() ? entry.firstMember : 0;
-        if (!entry.WindowCaption(member).contains(options.value(QStringLiteral("only"))))
-            continue;
-        BlockForm *form = entry.make(desk, member);
-        form->show();
-        QApplication::processEvents();
-        QPixmap picture(form->size() * scale);
-        picture.setDevicePixelRatio(scale);
-        form->render(&picture);
-        const QString name = folder.filePath(QString::fromLatin1(entry.form) + QStringLiteral(".png"));
-        picture.save(name);
-        std::printf("%s %dx%d\n", qPrintable(name), form->width(), form->height());
-        form->close();
-        QApplication::processEvents();
-    }
-    return 0;
+    Album album(desk, folder,
+                {.scale = options.value(QStringLiteral("scale")).toDouble(),
+                 .only = options.value(QStringLiteral("only"))});
+    album.TakeBlocks();
+    album.TakeMentors();
+    album.TakeOthers();
+    album.AddTopic(QStringLiteral("Sarvex Manual.htm"));
+
+    QFile topics(folder.filePath(QStringLiteral("topics.txt")));
+    const QByteArray names = album.Topics().join(u'\n').toUtf8() + '\n';
+    return topics.open(QIODevice::WriteOnly) && topics.write(names) == names.size() ? 0 : 1;
 }

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+
+namespace quorvik
+{
+
+class Model;
+
+/** The drive's fault log: records of eight parameters, the most recent first. */
+namespace FaultLog
+{
+inline constexpr int First = 263; ///< the fault bits of the most recent record
+inline constexpr int Step = 8;
+inline constexpr int Records = 5;
+} // namespace FaultLog
+
+/** The names of all faults in a word of fault bits, each followed by ", "; "None, " where there is none. */
+QString GetFault(std::int32_t rawFaults);
+
+/**
+ * One line of the log: "OverSpeed, Sunday, 1/2/05, 3:04:05 PM".
+ * @param base the parameter that holds the record's fault bits. Raises RuntimeFailure where the record's day
+ * of the week lies outside 0 to 7, or the record outside the table.
+ */
+QString GetFaultData(const Model &model, int base);
+
+} // namespace quorvik

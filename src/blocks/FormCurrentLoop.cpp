@@ -1,0 +1,243 @@
+#include "blocks/BlockForm.h"
+
+#include "platform/Arithmetic.h"
+
+#include <QLabel>
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex {
+    DriveModeMsb,
+    DriveModeLsb,
+    TorqueReference,
+    PositiveLimit,
+    CurrentDemand,
+    AuxDemand,
+    NegativeLimit,
+    FeedbackFiltered,
+    CurrentFeedback,
+    FinalDemandFiltered,
+    FinalDemand,
+    PropGain,
+    IntegralTime,
+    CurrentError,
+    RegenMode,
+    OpenLoopSetpoint,
+    OpenLoopSelect,
+    ArmatureAmps,
+    ConductionAngle,
+    LoopEnable,
+};
+
+constexpr BlockRow Rows[] = {
+    {"Drive Mode (MSB)", 109},     {"Drive Mode (LSB)", 110},
+    {"Torque Reference", 97},      {"Positive I Limit", 99},
+    {"Current Demand", 111},       {"Aux I Demand", 98},
+    {"Negative I Limit", 100},     {"Current Feedback (Filtered)", 112},
+    {"Current Feedback", 102},     {"Final I Demand (Filtered)", 113},
+    {"Final I Demand", 101},       {"I Proportional Gain", 107},
+    {"I Integral Time", 108},      {"Current Error", 103},
+    {"Regen Mode", 206},           {"Open Loop Arm Setpoint", 105},
+    {"Open Loop Arm Select", 104}, {"Armature Amps", 114},
+    {"Conduction Angle", 106},     {"Loop Enable", 212},
+};
+
+constexpr int FoldbackStatus = 252;
+constexpr int ActiveWidth = 5;
+constexpr int IdleWidth = 1;
+
+enum ModeContact { Velocity, Torque };
+enum EnableContact { Open, Closed };
+enum LoopContact { ClosedLoop, OpenLoop };
+
+class FormCurrentLoop final : public BlockForm
+{
+public:
+    explicit FormCurrentLoop(Desk &desk)
+        : BlockForm(desk, {.name = "FormCurrentLoop",
+                           .caption = QStringLiteral("Current Loop"),
+                           .helpTopic = "Current Loop.htm",
+                           .rows = Rows})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        DrawDemand(d);
+        DrawLimits(d);
+        DrawLoop(d);
+        DrawFeedback(d);
+        AddExtraInterest(FoldbackStatus);
+    }
+
+    void Tick() override
+    {
+        loopSwitch_.Set(RowText(OpenLoopSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
+        const Model &model = desk().model;
+        const std::int32_t rawState = model.Value(Param::DriveState);
+        enableSwitch_.Set(rawState == 1 || rawState == 3 ? Closed : Open);
+        ShowDriveMode();
+        positiveFoldback_.Set(model.Value(FoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
+        ShowActiveLimit();
+    }
+
+private:
+    static constexpr double PathY = 28;
+    static constexpr double FeedbackY = 62;
+
+    void ShowDriveMode()
+    {
+        const std::int32_t mode =
+            CheckedAdd(CheckedMultiply(2, RowValue(DriveModeMsb)), RowValue(DriveModeLsb));
+        modeSwitch_.Set(mode == 0 ? Velocity : mode == 1 ? Torque : -1);
+        StaticLabel(QStringLiteral("LabelDriveMode"))
+            ->setText(mode == 0   ? QStringLiteral("Velocity")
+                      : mode == 1 ? QStringLiteral("Torque")
+                                  : QStringLiteral("Undefined"));
+    }
+
+    void ShowActiveLimit()
+    {
+        const std::int32_t rawSum = ToInt16(CheckedAdd(RowValue(AuxDemand), RowValue(CurrentDemand)));
+        if (rawSum < 0) {
+            negativeLimit_.Set(rawSum > RowValue(NegativeLimit) ? IdleWidth : ActiveWidth);
+            positiveLimit_.Set(IdleWidth);
+        } else {
+            positiveLimit_.Set(rawSum < RowValue(PositiveLimit) ? IdleWidth : ActiveWidth);
+            negativeLimit_.Set(IdleWidth);
+        }
+    }
+
+    void DrawDemand(Drawing &d)
+    {
+        const double y = PathY;
+        Box(DriveModeMsb, {0, y - 22});
+        const Shape low = Box(DriveModeLsb, {21, y - 22});
+        const Shape torque = Box(TorqueReference, {0, y + 4}, CaptionAt::Below);
+        modeSwitch_ = d.Switch(QStringLiteral("LineDriveMode"), {31.5, y}, {{25, y - 4}, {25, y + 4}});
+        d.Label({}, QStringLiteral("(205) Vel Loop Output"), {0, y - 4}, Qt::AlignLeft, true);
+        d.Line(torque.Right(), modeSwitch_.Contact(Torque));
+        d.Line({{22.2, y - 4}, Side::Right}, modeSwitch_.Contact(Velocity));
+        d.Link({{28.25, low.Rect().bottom()}, Side::Bottom}, modeSwitch_);
+        d.Label(QStringLiteral("LabelDriveMode"), QStringLiteral("Undefined"), {28.5, y - 6}, Qt::AlignLeft,
+                true);
+
+        enableSwitch_ = d.Contact(QStringLiteral("ShapeSwitch"), {41, y}, {34, y});
+        d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {37.5, y + 3});
+        d.Line(modeSwitch_.Pivot(), enableSwitch_.Contact(0));
+        const Shape demand = Box(CurrentDemand, {44, y}, CaptionAt::Below);
+        const Shape sum = d.Sum({60, y}, QStringLiteral("++"));
+        const Shape aux = Box(AuxDemand, {44, y - 11});
+        d.Wire(enableSwitch_.Pivot(), demand.Left());
+        d.Wire(demand.Right(), sum.Left());
+        d.Wire(aux.Right(), sum.Top());
+        sum_ = sum;
+    }
+
+    void DrawLimits(Drawing &d)
+    {
+        const double y = PathY;
+        const Shape limiter = d.Function({66, y}, {20, 16}, QString());
+        const double left = limiter.Rect().left();
+        const double right = limiter.Rect().right();
+        const double middle = limiter.Rect().center().x();
+        positiveLimit_ =
+            d.Limit(QStringLiteral("LinePosILimit"), {{{middle + 3, y - 6}, {right - 1, y - 6}}});
+        positiveFoldback_ =
+            d.Limit(QStringLiteral("LinePosFoldback"), {{{middle + 2, y - 3.5}, {right - 1, y - 3.5}}});
+        negativeFoldback_ =
+            d.Limit(QStringLiteral("LineNegFoldback"), {{{left + 1, y + 3.5}, {middle - 2, y + 3.5}}});
+        negativeLimit_ = d.Limit(QStringLiteral("LineNegILimit"), {{{left + 1, y + 6}, {middle - 3, y + 6}}});
+        d.Limit({}, {{{middle - 3, y + 6}, {middle + 3, y - 6}}});
+        d.Label(QStringLiteral("LabelFoldback"), QStringLiteral("Foldback"), {middle + 4.8, y - 0.8});
+        const Shape positive = Box(PositiveLimit, {70, y - 14});
+        const Shape negative = Box(NegativeLimit, {70, y + 16}, CaptionAt::Below);
+        d.Wire(sum_.Right(), limiter.Left());
+        d.Wire(positive.Bottom(), limiter.Top());
+        d.Wire(negative.Top(), limiter.Bottom());
+
+        const Shape final = Box(FinalDemand, {91, y}, CaptionAt::Below);
+        const Port branch = d.Dot({106, y});
+        const Shape filter = d.Function({102, y - 13}, {8, 5}, QStringLiteral("Filter"));
+        const Shape filtered = Box(FinalDemandFiltered, {86, y - 22});
+        error_ = d.Sum({110, y}, QStringLiteral("+  -"));
+        d.Wire(limiter.Right(), final.Left());
+        d.Line(final.Right(), branch);
+        d.Wire(branch, error_.Left());
+        d.Wire({branch.at, Side::Top}, filter.Bottom());
+        d.Wire(filter.Top(), filtered.Right());
+    }
+
+    void DrawLoop(Drawing &d)
+    {
+        const double y = PathY;
+        const Shape error = Box(CurrentError, {114, y}, CaptionAt::Below);
+        const Shape pi = d.Function({133, y}, {11, 10}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
+        const Shape gain = Box(PropGain, {115, y - 22});
+        const Shape time = Box(IntegralTime, {140, y - 22});
+        const Shape enable = Box(LoopEnable, {113, y + 12}, CaptionAt::Below);
+        const Shape regen = Box(RegenMode, {113, y + 20}, CaptionAt::Below);
+        d.Wire(error_.Right(), error.Left());
+        d.Wire(error.Right(), pi.Left());
+        d.Wire(gain.Right(), pi.TopAt(136));
+        d.Wire(time.Left(), pi.TopAt(139));
+        d.Wire(enable.Right(), pi.BottomAt(136));
+        d.Wire(regen.Right(), pi.BottomAt(138.5));
+
+        loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitch2"), {154, y + 3}, {{146, y}, {146, y + 6}});
+        d.Line(pi.Right(), loopSwitch_.Contact(ClosedLoop));
+        const Shape setpoint = Box(OpenLoopSetpoint, {140, y + 16}, CaptionAt::Below);
+        d.Line(setpoint.Top(), loopSwitch_.Contact(OpenLoop));
+        ClickToFlip(QStringLiteral("Image1"), loopSwitch_.Area(),
+                    QStringLiteral("Double-click to change over between closed and open loop"),
+                    OpenLoopSelect);
+        const Shape select = Box(OpenLoopSelect, {144, y - 10});
+        d.Link(select.Bottom(), loopSwitch_);
+        const Shape angle = Box(ConductionAngle, {158, y + 3}, CaptionAt::Below);
+        d.Wire(loopSwitch_.Pivot(), angle.Left());
+        d.Wire(angle.Right(), {{174, y + 3}, Side::Left});
+    }
+
+    void DrawFeedback(Drawing &d)
+    {
+        const double y = FeedbackY;
+        const Shape feedback = Box(CurrentFeedback, {86, y});
+        const Port branch = d.Dot({110, y});
+        const Shape filter = d.Function({118, y}, {8, 5}, QStringLiteral("Filter"));
+        const Shape filtered = Box(FeedbackFiltered, {132, y});
+        const Shape scale = d.Function({118, y + 9}, {9, 5}, QStringLiteral("x (123)"));
+        const Shape amps = Box(ArmatureAmps, {132, y + 9}, CaptionAt::Below);
+        d.Line(feedback.Right(), branch);
+        d.Wire({branch.at, Side::Top}, error_.Bottom());
+        d.Wire(branch, filter.Left());
+        d.Wire(filter.Right(), filtered.Left());
+        d.Path({{branch.at, {110, y + 9}, scale.Left().at}}, true);
+        d.Wire(scale.Right(), amps.Left());
+    }
+
+    Shape sum_;
+    Shape error_;
+    LivePart modeSwitch_;
+    LivePart enableSwitch_;
+    LivePart loopSwitch_;
+    LivePart positiveLimit_;
+    LivePart negativeLimit_;
+    LivePart positiveFoldback_;
+    LivePart negativeFoldback_;
+};
+
+} // namespace
+
+BlockForm *MakeFormCurrentLoop(Desk &desk, int);
+
+BlockForm *MakeFormCurrentLoop(Desk &desk, int)
+{
+    return Loaded(new FormCurrentLoop(desk));
+}
+
+} // namespace quorvik

@@ -1,0 +1,285 @@
+#include "blocks/BlockForm.h"
+
+#include "platform/Numbers.h"
+#include "platform/SettingsStore.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr int Slots = 20;
+constexpr int ColumnLength = Slots / 2;
+constexpr int WholeCaption = 20;
+
+constexpr std::array<int, Slots> CustomDefaults = {411, 200, 417, 114, 335, 338, 205, 106, 217, 218,
+                                                   219, 220, 221, 190, 191, 99,  100, 123, 128, 197};
+
+constexpr std::array<BlockRow, Slots> Rows = [] {
+    std::array<BlockRow, Slots> rows{};
+    rows.fill({"", FreeRow});
+    return rows;
+}();
+
+QString ShortCaption(const QString &full)
+{
+    return full.size() <= WholeCaption ? full : full.left(WholeCaption) + QStringLiteral("...");
+}
+
+class FormCustom final : public BlockForm
+{
+public:
+    explicit FormCustom(Desk &desk)
+        : BlockForm(desk, {.name = "FormCustom",
+                           .caption = QStringLiteral("Custom"),
+                           .helpTopic = "Custom.htm",
+                           .rows = Rows,
+                           .timerInterval = 400})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        PlaceRows(d);
+        for (int row = 0; row < Slots; ++row) {
+            ShowParameter(row, SavedNumber(row));
+            AddInterest(RowParam(row));
+        }
+        checkEdit_ = new QCheckBox(QStringLiteral("Edit"), this);
+        checkEdit_->setObjectName(QStringLiteral("CheckEdit"));
+        On(checkEdit_, &QCheckBox::clicked, this, [this] { CheckEdit_Click(); });
+        AddToButtonRow(checkEdit_);
+        auto *defaults = AddButton(QStringLiteral("CommandDefault"), QStringLiteral("&Default"),
+                                   QStringLiteral("Set Custom Window Settings to Factory Defualt"));
+        On(defaults, &QPushButton::clicked, this, [this] { CommandDefault_Click(); });
+    }
+
+    /** Only this way of closing saves the choice and releases the rows; after any other their read interest
+     * stays. */
+    void CommandClose_Click() override
+    {
+        for (int row = 0; row < Slots; ++row) {
+            RemoveInterest(RowParam(row));
+            desk().settings.SaveSetting(section_, QString::number(row), QString::number(RowParam(row)));
+        }
+        BlockForm::CommandClose_Click();
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        Guarded([&] { HandleCaptionEvent(watched, event); });
+        return BlockForm::eventFilter(watched, event);
+    }
+
+private:
+    static QString NumberAndName(const Model &model, int p)
+    {
+        return u'(' + QString::number(p) + QStringLiteral(") ") + model.ParamTable[p].Name;
+    }
+
+    QLabel *Caption(int row) const { return StaticLabel(ControlName("Label1", row)); }
+
+    bool InTable(int p) const { return p >= 0 && p <= desk().model.ParamTable.UpperBound(); }
+
+    void AddInterest(int p)
+    {
+        if (InTable(p))
+            desk().model.AddReadInterest(p);
+    }
+
+    void RemoveInterest(int p)
+    {
+        if (InTable(p))
+            desk().model.RemoveReadInterest(p);
+    }
+
+    /** Text that is no whole number counts as missing. */
+    int SavedNumber(int row) const
+    {
+        const int preset = CustomDefaults.at(std::size_t(row));
+        bool whole = false;
+        const int saved = desk().settings.GetSetting(section_, QString::number(row)).toInt(&whole);
+        return whole ? saved : preset;
+    }
+
+    void PlaceRows(Drawing &d)
+    {
+        QString longest;
+        QString longestEntry;
+        const auto keepWider = [this](QString &text, const QString &other) {
+            if (view().TextWidth(other) > view().TextWidth(text))
+                text = other;
+        };
+        const RecordArray &table = desk().model.ParamTable;
+        for (int p = 0; p <= table.UpperBound(); ++p) {
+            keepWider(longest, ShortCaption(NumberAndName(desk().model, p)));
+            keepWider(longestEntry, EntryText(p));
+        }
+        comboSelectParameter_ = new QComboBox(&view());
+        comboSelectParameter_->setObjectName(QStringLiteral("ComboSelectParameter"));
+        comboSelectParameter_->setAccessibleName(QStringLiteral("Parameter of the row"));
+        comboSelectParameter_->addItem(longestEntry);
+        const double comboWidth =
+            std::ceil(comboSelectParameter_->sizeHint().width() / double(view().Unit()));
+        comboSelectParameter_->hide();
+        On(comboSelectParameter_, &QComboBox::activated, this, [this] { ComboSelectParameter_Click(); });
+
+        // The combo takes the caption's place while its row is edited.
+        const double captions = std::max(std::ceil(view().TextWidth(longest)), comboWidth) + 1;
+        const double frameWidth = captions + BoxSize(0).width() + 3;
+        columnDistance_ = frameWidth + 2;
+        comboSize_ = QSizeF(comboWidth, BoxSize(0).height());
+        comboX_ = 1.5 + captions - comboWidth - 0.8;
+        for (int row = 0; row < Slots; ++row) {
+            SetLongestCaption(row, longest);
+            Box(row, {ColumnX(row) + captions + 1.5, RowY(row)}, CaptionAt::Left);
+            Caption(row)->installEventFilter(this);
+        }
+        const double height = RowY(ColumnLength - 1) + 3;
+        d.Frame({0, 0, frameWidth, height});
+        d.Frame({columnDistance_, 0, frameWidth, height});
+        MoveCombo(0);
+    }
+
+    static double RowY(int row) { return 3 + row % ColumnLength * 4.2; }
+    double ColumnX(int row) const { return row < ColumnLength ? 0 : columnDistance_; }
+
+    void MoveCombo(int row)
+    {
+        const QPointF corner(ColumnX(row) + comboX_, RowY(row) - comboSize_.height() / 2);
+        view().Place(comboSelectParameter_, QRectF(corner, comboSize_));
+    }
+
+    QString EntryText(int p) const { return QString::number(p) + u' ' + desk().model.ParamTable[p].Name; }
+
+    void ShowParameter(int row, int p)
+    {
+        SetRowParam(row, p);
+        if (!HasParameter(row)) {
+            SetRowCaption(row, {}, {});
+            return;
+        }
+        const QString full = NumberAndName(desk().model, p);
+        SetRowCaption(row, ShortCaption(full), full);
+    }
+
+    void HandleCaptionEvent(QObject *watched, QEvent *event)
+    {
+        auto *caption = qobject_cast<QLabel *>(watched);
+        if (!caption)
+            return;
+        const auto isEnter = [&] {
+            const int key = static_cast<QKeyEvent *>(event)->key();
+            return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+        };
+        switch (event->type()) {
+        case QEvent::MouseButtonDblClick:
+            Label1_DblClick(RowOf(caption));
+            break;
+        case QEvent::KeyPress:
+            if (isEnter())
+                Label1_DblClick(RowOf(caption));
+            break;
+        case QEvent::FocusIn:
+        case QEvent::FocusOut: {
+            const bool focused = event->type() == QEvent::FocusIn;
+            caption->setAutoFillBackground(focused);
+            caption->setBackgroundRole(focused ? QPalette::Highlight : QPalette::NoRole);
+            caption->setForegroundRole(focused ? QPalette::HighlightedText : QPalette::NoRole);
+            break;
+        }
+        default:
+            break;
+        }
+    }
+
+    int RowOf(const QLabel *caption) const
+    {
+        int row = 0;
+        while (Caption(row) != caption)
+            ++row;
+        return row;
+    }
+
+    void CheckEdit_Click()
+    {
+        const bool editing = checkEdit_->isChecked();
+        for (int row = 0; row < Slots; ++row) {
+            Caption(row)->setFocusPolicy(editing ? Qt::StrongFocus : Qt::NoFocus);
+            Caption(row)->setCursor(editing ? Qt::PointingHandCursor : Qt::ArrowCursor);
+            Caption(row)->show();
+        }
+        comboSelectParameter_->setVisible(editing);
+        if (editing)
+            Label1_DblClick(customSlot_);
+    }
+
+    void Label1_DblClick(int row)
+    {
+        customParam_ = RowParam(row);
+        if (!checkEdit_->isChecked())
+            return;
+        Caption(customSlot_)->show();
+        customSlot_ = row;
+        MoveCombo(row);
+        comboSelectParameter_->setFocus();
+        Caption(row)->hide();
+        comboSelectParameter_->clear();
+        for (int p = 0; p <= desk().model.LastParam; ++p)
+            comboSelectParameter_->addItem(EntryText(p));
+        const bool listed = customParam_ >= 0 && customParam_ < comboSelectParameter_->count();
+        comboSelectParameter_->setCurrentIndex(listed ? customParam_ : 0);
+    }
+
+    void ComboSelectParameter_Click()
+    {
+        RemoveInterest(customParam_);
+        const int chosen = comboSelectParameter_->currentIndex();
+        ShowParameter(customSlot_, chosen);
+        AddInterest(chosen);
+        customParam_ = chosen;
+    }
+
+    void CommandDefault_Click()
+    {
+        for (int row = 0; row < Slots; ++row) {
+            RemoveInterest(RowParam(row));
+            ShowParameter(row, CustomDefaults.at(std::size_t(row)));
+            AddInterest(RowParam(row));
+        }
+        // The combo, where it is shown, follows its row.
+        Label1_DblClick(customSlot_);
+    }
+
+    const QString section_ = QStringLiteral("Custom");
+    QCheckBox *checkEdit_ = nullptr;
+    QComboBox *comboSelectParameter_ = nullptr;
+    double columnDistance_ = 0; ///< from the left edge of one column to that of the next, in cells
+    double comboX_ = 0;         ///< from a column's left edge
+    QSizeF comboSize_;
+    int customSlot_ = 0;  ///< CustomSlot: the row being changed
+    int customParam_ = 0; ///< CustomParam: its present number
+};
+
+} // namespace
+
+BlockForm *MakeFormCustom(Desk &desk, int);
+
+BlockForm *MakeFormCustom(Desk &desk, int)
+{
+    return Loaded(new FormCustom(desk));
+}
+
+} // namespace quorvik

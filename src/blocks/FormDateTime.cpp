@@ -1,0 +1,114 @@
+#include "blocks/BlockForm.h"
+
+#include "blocks/DriveClock.h"
+#include "model/TextTables.h"
+
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex { Seconds, Minutes, Hours, Day, Date, Month, Year };
+
+constexpr BlockRow Rows[] = {
+    {"Seconds", 0}, {"Minutes", 1}, {"Hours", 2}, {"Day", 3}, {"Date", 4}, {"Month", 5}, {"Year", 6},
+};
+
+/** What the drive's clock counts, taken from one reading of the computer's, in the order of the rows. */
+constexpr int (*ClockWords[])(const QDateTime &) = {
+    [](const QDateTime &now) { return now.time().second(); },
+    [](const QDateTime &now) { return now.time().minute(); },
+    [](const QDateTime &now) { return now.time().hour(); },
+    // The drive's week begins with Sunday as 1.
+    [](const QDateTime &now) { return now.date().dayOfWeek() % 7 + 1; },
+    [](const QDateTime &now) { return now.date().day(); },
+    [](const QDateTime &now) { return now.date().month(); },
+    [](const QDateTime &now) { return now.date().year() % 100; },
+};
+
+class FormDateTime final : public BlockForm
+{
+public:
+    explicit FormDateTime(Desk &desk)
+        : BlockForm(desk, {.name = "FormDateTime",
+                           .caption = QStringLiteral("Date/Time"),
+                           .helpTopic = "Date Time.htm",
+                           .rows = Rows,
+                           .base = Param::ClockFirst})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        const QRectF table = Table({0, 0}, QStringLiteral("Clock of the Drive"),
+                                   {Seconds, Minutes, Hours, Day, Date, Month, Year});
+        const double gap = 2;
+        const double height = (table.height() - gap) / 2;
+        const double x = table.right() + gap;
+        drive_ = DrawClock(d, {x, table.top()}, height, QStringLiteral("Drive"));
+        system_ = DrawClock(d, {x, table.top() + height + gap}, height, QStringLiteral("System"));
+        auto *set = AddButton(QStringLiteral("CommandSet"), QStringLiteral("&Set to System"),
+                              QStringLiteral("Sets drive date/time to System date/time"));
+        On(set, &QPushButton::clicked, this, [this] { CommandSet_Click(); });
+    }
+
+    void Tick() override
+    {
+        const QString day = DayText(RowValue(Day)) + QStringLiteral(", ");
+        drive_.date->setText(day + DriveDateText(RowValue(Year), RowValue(Month), RowValue(Date)));
+        drive_.time->setText(DriveTimeText(RowValue(Hours), RowValue(Minutes), RowValue(Seconds)));
+        const QLocale english = QLocale::c();
+        system_.date->setText(english.toString(desk().Now().date(), QStringLiteral("dddd, M/d/yy")));
+        system_.time->setText(english.toString(desk().Now().time(), QStringLiteral("h:mm:ss AP")));
+    }
+
+private:
+    struct Clock {
+        QLabel *date = nullptr;
+        QLabel *time = nullptr;
+    };
+
+    Clock DrawClock(Drawing &d, const QPointF &at, double height, const QString &name)
+    {
+        const QString control = QStringLiteral("Label") + name;
+        const QString longest = DayText(4) + QStringLiteral(", ") + DriveDateText(28, 12, 30);
+        const double width = view().TextWidth(longest) * 1.15 + 8;
+        const double x = at.x() + width / 2;
+        const double y = at.y() + height / 2;
+        d.Frame({at, QSizeF(width, height)});
+        d.Label(control, name, {at.x() + 1, at.y() + 1.6}, Qt::AlignLeft, true);
+        Clock clock{
+            view().MakeLabel(control + QStringLiteral("Date"), QStringLiteral("Sunday, 1/1/00"), true),
+            view().MakeLabel(control + QStringLiteral("Time"), QStringLiteral("12:00:00 AM"), true)};
+        view().PlaceText(clock.date, {x, y - 0.5}, Qt::AlignHCenter, longest);
+        view().PlaceText(clock.time, {x, y + 2.5}, Qt::AlignHCenter, longest);
+        return clock;
+    }
+
+    void CommandSet_Click()
+    {
+        // Each word comes from its own reading of the clock.
+        for (int row = 0; row < RowCount(); ++row)
+            Write(RowParam(row), ClockWords[row](desk().Now()));
+    }
+
+    Clock drive_;
+    Clock system_;
+};
+
+} // namespace
+
+BlockForm *MakeFormDateTime(Desk &desk, int);
+
+BlockForm *MakeFormDateTime(Desk &desk, int)
+{
+    return Loaded(new FormDateTime(desk));
+}
+
+} // namespace quorvik

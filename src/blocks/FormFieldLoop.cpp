@@ -1,0 +1,179 @@
+#include "blocks/BlockForm.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex {
+    FieldEnable,
+    PropGain,
+    IntegralTime,
+    FieldDemand,
+    CurrentFeedback,
+    CurrentFeedbackFiltered,
+    CurrentOffset,
+    VoltageOffset,
+    VoltageFeedback,
+    VoltageFeedbackFiltered,
+    ConductionAngle,
+    OpenLoopSelect,
+    OpenLoopSetpoint,
+    EconomyEnable,
+    FieldAmps,
+    FieldVolts,
+    FinalDemand,
+};
+
+constexpr BlockRow Rows[] = {
+    {"Field Enable", 331},
+    {"Field Prop Gain", 340},
+    {"Field Integral Time", 341},
+    {"Field I Demand", 339},
+    {"Field I Feedback", 336},
+    {"Field I Feedback (Filtered)", 337},
+    {"Field IFB Offset", 342},
+    {"Field VFB Offset", 343},
+    {"Field Voltage Feedback", 333},
+    {"Field VFB (Filtered)", 334},
+    {"Field Cond Angle", 328},
+    {"Open Loop Field Select", 329},
+    {"Open Loop Field Setpoint", 330},
+    {"Field Economy Enable", 332},
+    {"Field Amps", 338},
+    {"Field Volts", 335},
+    {"Final Field I Demand", 427},
+};
+
+enum LoopContact { ClosedLoop, OpenLoop };
+enum FieldContact { On, Off };
+
+/** The rows of one measured quantity, from its offset to its value in units. */
+struct FeedbackRows {
+    int offset;
+    int feedback;
+    int filtered;
+    int units;
+};
+
+class FormFieldLoop final : public BlockForm
+{
+public:
+    explicit FormFieldLoop(Desk &desk)
+        : BlockForm(desk, {.name = "FormFieldLoop",
+                           .caption = QStringLiteral("Field Loop"),
+                           .helpTopic = "Field Loop.htm",
+                           .rows = Rows})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        DrawDemand(d);
+        DrawLoop(d);
+        const double currentY = PathY + 31;
+        DrawFeedback(d, currentY, QStringLiteral("Field current"),
+                     {CurrentOffset, CurrentFeedback, CurrentFeedbackFiltered, FieldAmps});
+        d.Wire({d.Dot({ErrorX, currentY}).at, Side::Top}, error_.Bottom());
+        DrawFeedback(d, PathY + 49, QStringLiteral("Field voltage"),
+                     {VoltageOffset, VoltageFeedback, VoltageFeedbackFiltered, FieldVolts});
+    }
+
+    void Tick() override
+    {
+        fieldSwitch_.Set(RowText(FieldEnable) == QStringLiteral("False") ? Off : On);
+        loopSwitch_.Set(RowText(OpenLoopSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
+    }
+
+private:
+    static constexpr double PathY = 22;
+    static constexpr double ErrorX = 84;
+
+    void DrawDemand(Drawing &d)
+    {
+        const double y = PathY;
+        const Shape demand = Box(FieldDemand, {0, y});
+        const Shape sum = d.Sum({25, y}, QStringLiteral("+  -"));
+        d.Label(QStringLiteral("LabelFieldCrossoverOutput"), QStringLiteral("Field Crossover Output"),
+                {0, y + 9}, Qt::AlignLeft, true);
+        d.Path({{{23, y + 9}, {25, y + 9}, sum.Bottom().at}}, true);
+        const Shape economy = d.Function({31, y}, {12, 5}, QStringLiteral("Economy"));
+        const Shape enable = Box(EconomyEnable, {31, y + 12}, CaptionAt::Below);
+        const Shape final = Box(FinalDemand, {49, y});
+        error_ = d.Sum({ErrorX, y}, QStringLiteral("+  -"));
+        d.Wire(demand.Right(), sum.Left());
+        d.Wire(sum.Right(), economy.Left());
+        d.Wire(enable.Top(), economy.Bottom());
+        d.Wire(economy.Right(), final.Left());
+        d.Wire(final.Right(), error_.Left());
+    }
+
+    void DrawLoop(Drawing &d)
+    {
+        const double y = PathY;
+        const Shape pi = d.Function({92, y}, {12, 9}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
+        const Shape gain = Box(PropGain, {80, y - 16});
+        const Shape time = Box(IntegralTime, {104, y - 16});
+        d.Wire(error_.Right(), pi.Left());
+        d.Wire(gain.Right(), pi.TopAt(95));
+        d.Wire(time.Left(), pi.TopAt(101));
+
+        loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitchOpenLoop"), {120, y + 3}, {{111, y}, {111, y + 6}});
+        d.Line(pi.Right(), loopSwitch_.Contact(ClosedLoop));
+        const Shape setpoint = Box(OpenLoopSetpoint, {92, y + 15}, CaptionAt::Below);
+        d.Line(setpoint.Right(), loopSwitch_.Contact(OpenLoop), 108);
+        ClickToFlip(QStringLiteral("Image2"), loopSwitch_.Area(),
+                    QStringLiteral("Double-click to change over between closed and open loop"),
+                    OpenLoopSelect);
+        const Shape select = Box(OpenLoopSelect, {109.5, y - 8});
+        d.Link(select.Bottom(), loopSwitch_);
+
+        fieldSwitch_ =
+            d.Switch(QStringLiteral("ShapeSwitchField"), {137, y + 6}, {{128, y + 3}, {128, y + 9}});
+        d.Line(loopSwitch_.Pivot(), fieldSwitch_.Contact(On));
+        d.Constant({}, QStringLiteral("0.0"), fieldSwitch_.Contact(Off));
+        ClickToFlip(QStringLiteral("Image1"), fieldSwitch_.Area(),
+                    QStringLiteral("Double-click to turn the field on or off"), FieldEnable);
+        const Shape enable = Box(FieldEnable, {126.5, y + 18}, CaptionAt::Below);
+        d.Link(enable.Top(), fieldSwitch_);
+        const Shape angle = Box(ConductionAngle, {141, y + 6});
+        d.Wire(fieldSwitch_.Pivot(), angle.Left());
+        d.Wire(angle.Right(), {{158, y + 6}, Side::Left});
+    }
+
+    void DrawFeedback(Drawing &d, double y, const QString &source, const FeedbackRows &rows)
+    {
+        const Shape input = d.Function({0, y}, {14, 5}, source);
+        const Shape sum = d.Sum({22, y}, QStringLiteral("+  -"));
+        const Shape offset = Box(rows.offset, {4, y + 8}, CaptionAt::Below);
+        const Shape feedback = Box(rows.feedback, {28, y});
+        const Shape filter = d.Function({55, y}, {8, 5}, QStringLiteral("Filter"));
+        const Shape filtered = Box(rows.filtered, {67, y}, CaptionAt::Below);
+        const Shape scale = d.Function({98, y}, {10, 5}, QStringLiteral("Scale"));
+        const Shape units = Box(rows.units, {113, y}, CaptionAt::Below);
+        d.Wire(input.Right(), sum.Left());
+        d.Wire(offset.Right(), sum.Bottom());
+        d.Wire(sum.Right(), feedback.Left());
+        d.Wire(feedback.Right(), filter.Left());
+        d.Wire(filter.Right(), filtered.Left());
+        d.Wire(filtered.Right(), scale.Left());
+        d.Wire(scale.Right(), units.Left());
+    }
+
+    Shape error_;
+    LivePart loopSwitch_;
+    LivePart fieldSwitch_;
+};
+
+} // namespace
+
+BlockForm *MakeFormFieldLoop(Desk &desk, int);
+
+BlockForm *MakeFormFieldLoop(Desk &desk, int)
+{
+    return Loaded(new FormFieldLoop(desk));
+}
+
+} // namespace quorvik

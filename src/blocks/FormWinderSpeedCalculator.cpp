@@ -1,0 +1,82 @@
+#include "blocks/BlockForm.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum RowIndex { Core, LineSpeed, DiameterRatio, Diameter, WinderSpeed };
+
+constexpr BlockRow Rows[] = {
+    {"Core", 0}, {"Line Speed", 1}, {"Diameter Ratio", 2}, {"Diameter", 3}, {"Winder Speed", 4},
+};
+
+class FormWinderSpeedCalculator final : public BlockForm
+{
+public:
+    explicit FormWinderSpeedCalculator(Desk &desk)
+        : BlockForm(desk, {.name = "FormWinderSpeedCalculator",
+                           .caption = QStringLiteral("Winder Speed Calculator"),
+                           .helpTopic = "Winder Speed Calculator.htm",
+                           .rows = Rows,
+                           .base = 429})
+    {
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        const QPointF centre(26, 22);
+        const double radius = 16;
+        const double core = 5;
+        DrawWinder(d, centre, radius, core);
+
+        const double boxX = 52;
+        const double webY = centre.y() - radius;
+        const double rimY = centre.y() + radius * 0.7;
+        const Shape speed = Box(LineSpeed, {boxX, webY});
+        const Shape coreBox = Box(Core, {boxX, centre.y()});
+        const Shape diameter = Box(Diameter, {boxX, rimY}, CaptionAt::Below);
+        d.Guide({{centre.x() + 1, webY}, Side::Right}, speed.Left());
+        d.Guide({{centre.x() + core, centre.y()}, Side::Right}, coreBox.Left());
+        d.Guide({{centre.x() + radius * 0.714, rimY}, Side::Right}, diameter.Left());
+
+        const double y = (centre.y() + rimY) / 2;
+        const Shape ratio =
+            d.Function({boxX + 19, y}, {11, 16}, QStringLiteral("Ratio"), QStringLiteral("LabelRatio"));
+        const Shape ratioBox = Box(DiameterRatio, {boxX + 35, y});
+        const Shape product = d.Multiplier({boxX + 56, y});
+        const Shape winder = Box(WinderSpeed, {boxX + 63, y});
+        d.Wire(coreBox.Right(), ratio.LeftAt(centre.y()));
+        d.Wire(diameter.Right(), ratio.LeftAt(rimY));
+        d.Wire(ratio.Right(), ratioBox.Left());
+        d.Wire(ratioBox.Right(), product.Left());
+        d.Wire(speed.Right(), product.Top());
+        d.Wire(product.Right(), winder.Left());
+        d.Wire(winder.Right(), {{winder.Rect().right() + 5, y}, Side::Left});
+    }
+
+private:
+    /** The web comes over a roller and is wound on the core. */
+    static void DrawWinder(Drawing &d, const QPointF &centre, double radius, double core)
+    {
+        const double webY = centre.y() - radius;
+        const double roller = 2.5;
+        d.Roll(centre, radius, core);
+        d.Roll({-2, webY + roller}, roller, roller);
+        d.Path({{{-2 - roller, centre.y()}, {-2 - roller, webY + roller}}}, false);
+        d.Path({{{-2, webY}, {centre.x(), webY}}}, true);
+    }
+};
+
+} // namespace
+
+BlockForm *MakeFormWinderSpeedCalculator(Desk &desk, int);
+
+BlockForm *MakeFormWinderSpeedCalculator(Desk &desk, int)
+{
+    return Loaded(new FormWinderSpeedCalculator(desk));
+}
+
+} // namespace quorvik

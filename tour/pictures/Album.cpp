@@ -1,0 +1,182 @@
+#include "Album.h"
+
+#include "blocks/BlockCatalogue.h"
+#include "blocks/BlockForm.h"
+#include "desktop/Desk.h"
+#include "emulator/forms/FormIOSimulator.h"
+#include "link/DriveLink.h"
+#include "link/forms/FormCommunications.h"
+#include "link/forms/FormSelectCommMode.h"
+#include "operator/FormVirtualOperator.h"
+#include "operator/FormVirtualOperatorSetup.h"
+#include "settings/forms/FilePrint.h"
+#include "settings/forms/FormNotes.h"
+#include "settings/forms/FormSelectDriveModel.h"
+#include "settings/forms/FormViewParameters.h"
+#include "shell/FormAbout.h"
+#include "shell/FormColorSettings.h"
+#include "shell/FormGettingStarted.h"
+#include "wizards/basic/FormWizardBasic.h"
+#include "wizards/io/FormWizardIO.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPixmap>
+#include <cstdio>
+
+namespace quorvik
+{
+
+namespace
+{
+
+template<typename Control> Control *Find(QWidget &window, const char *name, int index)
+{
+    return window.findChild<Control *>(ControlName(name, index));
+}
+
+void Enter(QWidget &window, const char *name, int index, const QString &text)
+{
+    if (auto *box = Find<QLineEdit>(window, name, index))
+        box->setText(text);
+}
+
+void Press(QWidget &window, int nav)
+{
+    Find<QAbstractButton>(window, "CmdNav", nav)->click();
+    QApplication::processEvents();
+}
+
+constexpr int NextButton = 3;
+
+} // namespace
+
+Album::Album(Desk &desk, const QDir &folder, PictureStyle style)
+    : desk_(desk)
+    , folder_(folder)
+    , style_(std::move(style))
+{
+}
+
+QStringList Album::Topics() const
+{
+    QStringList names = topics_.values();
+    names.sort();
+    return names;
+}
+
+void Album::Take(QWidget &window, const QString &name, const QString &topic)
+{
+    if (!topic.isEmpty())
+        topics_.insert(topic);
+    if (!window.windowTitle().contains(style_.only))
+        return;
+    window.show();
+    QApplication::processEvents();
+    QPixmap picture(window.size() * style_.scale);
+    picture.setDevicePixelRatio(style_.scale);
+    window.render(&picture);
+    const QString file = folder_.filePath(name + QStringLiteral(".png"));
+    picture.save(file);
+    std::printf("%s %dx%d\n", qPrintable(file), window.width(), window.height());
+}
+
+void Album::TakeBlocks()
+{
+    for (const BlockMenuEntry &entry : BlockCatalogue()) {
+        if (!entry.make)
+            continue;
+        // One member stands for its family.
+        BlockForm *form = entry.make(desk_, entry.IsFamily() ? entry.firstMember : 0);
+        Take(*form, form->objectName(), form->HelpTopic());
+        form->close();
+        QApplication::processEvents();
+    }
+}
+
+template<typename Mentor> void Album::TakePages(Mentor &mentor, int lastStep, const QString &name)
+{
+    while (true) {
+        const int step = mentor.CurrentStep();
+        Take(mentor, ControlName(qPrintable(name), step), mentor.HelpTopic());
+        if (step == lastStep)
+            return;
+        Press(mentor, NextButton);
+        if (mentor.CurrentStep() == step)
+            return;
+    }
+}
+
+void Album::TakeMentors()
+{
+    const QString basicName = QStringLiteral("FormWizardBasic");
+    FormWizardBasic basic(desk_, nullptr);
+    const char *const nameplate[] = {"150", "500", "1750", "4.00"};
+    for (int i = 0; i < 4; ++i)
+        Enter(basic, "TextMotorData", i, QString::fromLatin1(nameplate[i]));
+    TakePages(basic, FormWizardBasic::LastStep, basicName);
+
+    const QString ioName = QStringLiteral("FormWizardIO");
+    desk_.model.WizardIOStart = {};
+    FormWizardIO inputs(desk_, nullptr);
+    Enter(inputs, "TextCal", 0, QStringLiteral("0"));
+    Enter(inputs, "TextCal", 1, QStringLiteral("4095"));
+    Enter(inputs, "TextBiasGain", 0, QStringLiteral("0.00"));
+    Enter(inputs, "TextBiasGain", 1, QStringLiteral("100.00"));
+    TakePages(inputs, FormWizardIO::LastStep, ioName);
+
+    desk_.model.WizardIOStart = {.outputs = 1};
+    FormWizardIO outputs(desk_, nullptr);
+    Enter(outputs, "TextOutputBiasGain", 0, QStringLiteral("0.00"));
+    Enter(outputs, "TextOutputBiasGain", 1, QStringLiteral("10.00"));
+    TakePages(outputs, FormWizardIO::LastStep, ioName);
+    desk_.model.WizardIOStart = {};
+}
+
+void Album::TakeOthers()
+{
+    auto *simulator = new FormIOSimulator(desk_);
+    Take(*simulator, simulator->objectName(), simulator->HelpTopic());
+    simulator->close();
+
+    QWidget owner;
+    DriveLink link(desk_.model, desk_.rules, desk_.asker);
+    FormCommunications communications(desk_, &owner, link);
+    Take(communications, communications.objectName(), communications.HelpTopic());
+    FormSelectCommMode mode(desk_, &owner);
+    Take(mode, mode.objectName(), mode.HelpTopic());
+    FormSelectDriveModel models(desk_, &owner);
+    Take(models, models.objectName(), models.HelpTopic());
+    FormNotes notes(desk_, &owner);
+    Take(notes, notes.objectName(), notes.HelpTopic());
+    FormAbout about(desk_, &owner);
+    Take(about, about.objectName(), about.HelpTopic());
+
+    auto *colors = new FormColorSettings(desk_);
+    Take(*colors, colors->objectName(), colors->HelpTopic());
+    colors->close();
+    auto *greeting = new FormGettingStarted(desk_, &owner, true);
+    Take(*greeting, greeting->objectName(), greeting->HelpTopic());
+    greeting->close();
+
+    FilePrint print(desk_);
+    auto *list = new FormViewParameters(desk_, print, ReportFilter::All);
+    Take(*list, list->objectName(), list->HelpTopic());
+    list->close();
+
+    // The panel takes all inputs off their destinations, so it comes last.
+    VirtualOperatorFields fields;
+    auto *panel = new FormVirtualOperator(desk_, &owner, fields);
+    panel->Form_Load();
+    Take(*panel, panel->objectName(), panel->HelpTopic());
+    {
+        FormVirtualOperatorSetup setup(desk_, *panel, 0);
+        Take(setup, setup.objectName(), setup.HelpTopic());
+    }
+    panel->close();
+    QApplication::processEvents();
+}
+
+} // namespace quorvik
