@@ -19,6 +19,7 @@ namespace
 {
 
 constexpr int menuLimitMs = 3000;
+constexpr int keyMs = 8;
 
 /** The menus from the bar down to the one that holds the entry. */
 QList<QMenu *> MenusAbove(const QAction *entry)
@@ -123,15 +124,17 @@ QString Hands::TypeFileName(const QString &path)
     QLineEdit *name = FileNameEntry();
     if (!name)
         return QStringLiteral("the file dialog has no entry for the name");
+    // The dialog looks for names that begin so after each key, and must come to it as it does with a user.
+    isBusy_ = true;
     name->selectAll();
-    QTest::keyClicks(name, path);
+    QTest::keyClicks(name, path, Qt::NoModifier, keyMs);
+    CloseMenus();
+    isBusy_ = false;
     return {};
 }
 
 QString Hands::AcceptFileName()
 {
-    // The list of names that begin so covers the buttons.
-    CloseMenus();
     const QWidget *dialog = QApplication::activeModalWidget();
     for (QPushButton *button : dialog ? dialog->findChildren<QPushButton *>() : QList<QPushButton *>())
         if (button->isDefault() && button->isVisible())

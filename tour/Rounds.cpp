@@ -5,7 +5,7 @@
 #include "desktop/ValueBox.h"
 
 #include <QApplication>
-#include <QLabel>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QTest>
@@ -93,8 +93,17 @@ void AddMenuPictures(Tour &tour, const QString &prefix)
         });
 }
 
+/** Types a number into each entry that is still empty, the first of them into the first one. */
+void FillIn(const QWidget *page, const QStringList &numbers)
+{
+    qsizetype next = 0;
+    for (QLineEdit *entry : page->findChildren<QLineEdit *>())
+        if (entry->isVisible() && entry->isEnabled() && entry->text().isEmpty())
+            QTest::keyClicks(entry, numbers[next++ % numbers.size()]);
+}
+
 /** One page of a Mentor after the other, answering as far as it insists on an answer. */
-void AddMentor(Tour &tour, const QString &entry, const QString &form)
+void AddMentor(Tour &tour, const QString &entry, const QString &form, const QStringList &numbers)
 {
     constexpr int mostPages = 11;
     tour.Do(form, [&tour, entry] { return tour.User().ChooseMenu(entry); });
@@ -102,8 +111,9 @@ void AddMentor(Tour &tour, const QString &entry, const QString &form)
         tour.Add(
             QStringLiteral("%1, page %2").arg(form).arg(page + 1),
             [&tour, form] { return tour.User().Modal(form) != nullptr; },
-            [&tour, form, page] {
+            [&tour, form, page, numbers] {
                 QWidget *mentor = tour.User().Modal(form);
+                FillIn(mentor, numbers);
                 tour.TakePicture(QStringLiteral("60-%1-%2").arg(form).arg(page + 1, 2, 10, QChar(u'0')),
                                  mentor);
                 auto *next = mentor->findChild<QWidget *>(ControlName("CmdNav", 3));
@@ -112,7 +122,12 @@ void AddMentor(Tour &tour, const QString &entry, const QString &form)
             });
     tour.Add(
         form + QStringLiteral(", Cancel"), [&tour, form] { return tour.User().Modal(form) != nullptr; },
-        [&tour] { return tour.User().Click(ControlName("CmdNav", 1)); });
+        [&tour, form] {
+            const QWidget *finish = tour.User().Modal(form)->findChild<QWidget *>(ControlName("CmdNav", 4));
+            if (!finish->isEnabled())
+                return QStringLiteral("the Mentor did not come to its last page");
+            return tour.User().Click(ControlName("CmdNav", 1));
+        });
     tour.Add(
         form + QStringLiteral(" is closed again"), [] { return !QApplication::activeModalWidget(); },
         [] { return QString(); });
@@ -221,8 +236,10 @@ void AddOfflineRound(Tour &tour)
                    QStringLiteral("54-about"), Leave::Escape},
          })
         AddVisit(tour, visit);
-    AddMentor(tour, QStringLiteral("mnuMentorsBasic"), QStringLiteral("FormWizardBasic"));
-    AddMentor(tour, QStringLiteral("mnuMentorIO"), QStringLiteral("FormWizardIO"));
+    AddMentor(tour, QStringLiteral("mnuMentorsBasic"), QStringLiteral("FormWizardBasic"),
+              {QStringLiteral("100"), QStringLiteral("240"), QStringLiteral("1750"), QStringLiteral("1.5")});
+    AddMentor(tour, QStringLiteral("mnuMentorIO"), QStringLiteral("FormWizardIO"),
+              {QStringLiteral("10"), QStringLiteral("90")});
 
     tour.Do(QStringLiteral("Tools, Virtual Operator"),
             [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuToolsVirtualOperator")); });
