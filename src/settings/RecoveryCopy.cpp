@@ -10,10 +10,13 @@
 #include <QFile>
 #include <QSaveFile>
 
-namespace quorvik {
+namespace quorvik
+{
 
 RecoveryCopy::RecoveryCopy(Model &model, SettingsFile &file, const QString &folder, int writeDelayMs)
-    : model_(model), file_(file), folder_(folder)
+    : model_(model)
+    , file_(file)
+    , folder_(folder)
 {
     timer_.setSingleShot(true);
     timer_.setInterval(writeDelayMs);
@@ -82,7 +85,8 @@ bool RecoveryCopy::OfferLeftover(Asker &asker)
         name = QString::fromUtf8(nameFile.readAll());
 
     const QString question =
-        QStringLiteral("Quorvik did not end normally, and changes to %1 had not been saved.\r\n\r\nRecover them?")
+        QStringLiteral(
+            "Quorvik did not end normally, and changes to %1 had not been saved.\r\n\r\nRecover them?")
             .arg(FileTitle(name));
     bool taken = false;
     if (asker.MsgBox(question, MsgButtons::YesNo, MsgIcon::Question, AppTitle()) == MsgAnswer::Yes) {

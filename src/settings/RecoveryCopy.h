@@ -3,22 +3,25 @@
 #include <QObject>
 #include <QTimer>
 
-namespace quorvik {
+namespace quorvik
+{
 
 class Asker;
 class Model;
 class SettingsFile;
 
 /**
- * Keeps edits that were neither saved nor written in a copy on disk, so that a crash or a power cut loses at most the
- * last few seconds. A normal end, a save or a new set removes the copy; the next start offers what a crash left, once.
+ * Keeps edits that were neither saved nor written in a copy on disk, so that a crash or a power cut loses at
+ * most the last few seconds. A normal end, a save or a new set removes the copy; the next start offers what a
+ * crash left, once.
  */
 class RecoveryCopy : public QObject
 {
     Q_OBJECT
 
 public:
-    /** No edit waits longer than this for its copy, in milliseconds; less than the five seconds that are promised. */
+    /** No edit waits longer than this for its copy, in milliseconds; less than the five seconds that are
+     * promised. */
     static constexpr int WriteDelayMs = 3000;
 
     /** @param folder where the copy lies; made when it is needed. */
