@@ -38,9 +38,12 @@ QString RecoveryCopy::NamePath() const
 void RecoveryCopy::OnMarksChanged()
 {
     if (!model_.FileModified) {
-        Remove();
+        // What an earlier run left is not ours to remove before it was offered.
+        if (std::exchange(isOurs_, false))
+            Remove();
         return;
     }
+    isOurs_ = true;
     // Not restarted by further edits: a steady hand must not keep the copy from being written.
     if (!timer_.isActive())
         timer_.start();

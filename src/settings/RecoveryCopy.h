@@ -51,6 +51,7 @@ private:
     SettingsFile &file_;
     QString folder_;
     QTimer timer_;
+    bool isOurs_ = false; ///< this run has had something to copy
     bool isFailureTold_ = false;
 };
 

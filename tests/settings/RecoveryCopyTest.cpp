@@ -50,10 +50,10 @@ protected:
     /** The program as it starts again. */
     void StartAnew()
     {
+        model.FileModified = false;
         ASSERT_EQ(file.LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
         model.ResetToDefaults();
         model.Notes.clear();
-        model.FileModified = false;
     }
 
     ScriptedAsker asker;
@@ -87,8 +87,8 @@ TEST_F(RecoveryCopyTest, IsOfferedOnceWithItsNameAndContent)
     for (const bool taken : {true, false}) {
         SCOPED_TRACE(taken);
         LeaveACopy(QStringLiteral("/machines/winder.Svx"));
-        StartAnew();
         const auto copy = MakeCopy(60000);
+        StartAnew();
         asker.Expect(QStringLiteral("changes to winder.Svx had not been saved"),
                      taken ? MsgAnswer::Yes : MsgAnswer::No);
         EXPECT_EQ(copy->OfferLeftover(asker), taken);
