@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
+#include <utility>
 
 namespace quorvik
 {
@@ -34,14 +35,9 @@ QString RecoveryCopy::NamePath() const
     return folder_ + QStringLiteral("/recovery.name");
 }
 
-bool RecoveryCopy::HasEdits() const
-{
-    return model_.FileModified || model_.DriveModified;
-}
-
 void RecoveryCopy::OnMarksChanged()
 {
-    if (!HasEdits()) {
+    if (!model_.FileModified) {
         Remove();
         return;
     }
@@ -52,20 +48,28 @@ void RecoveryCopy::OnMarksChanged()
 
 void RecoveryCopy::Write()
 {
-    if (!HasEdits())
-        return;
-    QDir().mkpath(folder_);
-    QSaveFile name(NamePath());
-    if (!name.open(QIODevice::WriteOnly) || name.write(model_.FileName.toUtf8()) < 0 || !name.commit()) {
-        Q_EMIT WriteFailed(name.errorString());
+    const QString failure = WriteBoth();
+    if (failure.isEmpty()) {
+        isFailureTold_ = false;
         return;
     }
+    // The disk may have room again before the next edit comes.
+    timer_.start();
+    if (!std::exchange(isFailureTold_, true))
+        Q_EMIT WriteFailed(failure);
+}
+
+QString RecoveryCopy::WriteBoth()
+{
+    QDir().mkpath(folder_);
+    QSaveFile name(NamePath());
+    if (!name.open(QIODevice::WriteOnly) || name.write(model_.FileName.toUtf8()) < 0 || !name.commit())
+        return name.errorString();
     // Saving turns empty notes into one blank, which is for the user's own save to do.
     const QString notes = model_.Notes;
     const QString failure = file_.Save(Path());
     model_.Notes = notes;
-    if (!failure.isEmpty())
-        Q_EMIT WriteFailed(failure);
+    return failure;
 }
 
 void RecoveryCopy::Remove()

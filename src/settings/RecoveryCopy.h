@@ -11,9 +11,8 @@ class Model;
 class SettingsFile;
 
 /**
- * Keeps edits that were neither saved nor written in a copy on disk, so that a crash or a power cut loses at
- * most the last few seconds. A normal end, a save or a new set removes the copy; the next start offers what a
- * crash left, once.
+ * Keeps a modified set in a copy on disk, so that a crash or a power cut loses at most the last few seconds.
+ * A normal end, a save or a new set removes the copy; the next start offers what a crash left, once.
  */
 class RecoveryCopy : public QObject
 {
@@ -39,19 +38,20 @@ public:
     QString Path() const;
 
 Q_SIGNALS:
-    /** The copy could not be written; the sentence is for the status bar. */
+    /** The copy could not be written, which is told once until it can be again; for the status bar. */
     void WriteFailed(const QString &sentence);
 
 private:
     void OnMarksChanged();
     void Write();
+    QString WriteBoth();
     QString NamePath() const;
-    bool HasEdits() const;
 
     Model &model_;
     SettingsFile &file_;
     QString folder_;
     QTimer timer_;
+    bool isFailureTold_ = false;
 };
 
 } // namespace quorvik
