@@ -1,6 +1,6 @@
 #!/bin/bash
 # Measures the release build; one figure a line: "name: value unit (limit L)".
-# `bench.sh soak [minutes]` and `bench.sh fuzz [seconds]` run the long checks instead.
+# With an argument it runs one of the long checks instead: soak, fuzz, mutations, coverage, long.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/install.sh
@@ -11,17 +11,20 @@ case $what in
 all)
     build_preset release >&2
     export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+    result=0
     for program in build/release/bench/quorvik-bench-*; do
-        [ -x "$program" ] && "$program"
+        [ -x "$program" ] || continue
+        "$program" || result=1
     done
-    bench/start.sh build/release
+    bench/start.sh build/release || result=1
+    exit $result
     ;;
-soak | fuzz)
+soak | fuzz | mutations | coverage | long)
     shift
     exec "bench/$what.sh" "$@"
     ;;
 *)
-    echo "usage: bench.sh [soak | fuzz]" >&2
+    echo "usage: bench.sh [soak [transactions] | fuzz [seconds] | mutations | coverage | long]" >&2
     exit 2
     ;;
 esac

@@ -12,8 +12,8 @@ namespace quorvik
 
 /**
  * A modeless window of the program. It enters the forms collection, shows its help topic on F1, and is
- * destroyed when it closes. `Unload()` runs once, however the window goes: by its Close button, its frame,
- * close-all or the end.
+ * destroyed when it closes; the collection it leaves at once. `Unload()` runs once, however the window goes:
+ * by its Close button, its frame, close-all or the end.
  */
 class Form : public QWidget
 {
@@ -46,6 +46,7 @@ protected:
 private:
     Desk &desk_;
     QString helpTopic_;
+    bool isUnloaded_ = false;
 };
 
 /** A modal window of the program: the same for a dialog. Escape is its Cancel. */

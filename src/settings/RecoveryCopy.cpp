@@ -9,11 +9,15 @@
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
+#include <utility>
 
-namespace quorvik {
+namespace quorvik
+{
 
 RecoveryCopy::RecoveryCopy(Model &model, SettingsFile &file, const QString &folder, int writeDelayMs)
-    : model_(model), file_(file), folder_(folder)
+    : model_(model)
+    , file_(file)
+    , folder_(folder)
 {
     timer_.setSingleShot(true);
     timer_.setInterval(writeDelayMs);
@@ -31,17 +35,15 @@ QString RecoveryCopy::NamePath() const
     return folder_ + QStringLiteral("/recovery.name");
 }
 
-bool RecoveryCopy::HasEdits() const
-{
-    return model_.FileModified || model_.DriveModified;
-}
-
 void RecoveryCopy::OnMarksChanged()
 {
-    if (!HasEdits()) {
-        Remove();
+    if (!model_.FileModified) {
+        // What an earlier run left is not ours to remove before it was offered.
+        if (std::exchange(isOurs_, false))
+            Remove();
         return;
     }
+    isOurs_ = true;
     // Not restarted by further edits: a steady hand must not keep the copy from being written.
     if (!timer_.isActive())
         timer_.start();
@@ -49,20 +51,28 @@ void RecoveryCopy::OnMarksChanged()
 
 void RecoveryCopy::Write()
 {
-    if (!HasEdits())
-        return;
-    QDir().mkpath(folder_);
-    QSaveFile name(NamePath());
-    if (!name.open(QIODevice::WriteOnly) || name.write(model_.FileName.toUtf8()) < 0 || !name.commit()) {
-        Q_EMIT WriteFailed(name.errorString());
+    const QString failure = WriteBoth();
+    if (failure.isEmpty()) {
+        isFailureTold_ = false;
         return;
     }
+    // The disk may have room again before the next edit comes.
+    timer_.start();
+    if (!std::exchange(isFailureTold_, true))
+        Q_EMIT WriteFailed(failure);
+}
+
+QString RecoveryCopy::WriteBoth()
+{
+    QDir().mkpath(folder_);
+    QSaveFile name(NamePath());
+    if (!name.open(QIODevice::WriteOnly) || name.write(model_.FileName.toUtf8()) < 0 || !name.commit())
+        return name.errorString();
     // Saving turns empty notes into one blank, which is for the user's own save to do.
     const QString notes = model_.Notes;
     const QString failure = file_.Save(Path());
     model_.Notes = notes;
-    if (!failure.isEmpty())
-        Q_EMIT WriteFailed(failure);
+    return failure;
 }
 
 void RecoveryCopy::Remove()
@@ -82,7 +92,8 @@ bool RecoveryCopy::OfferLeftover(Asker &asker)
         name = QString::fromUtf8(nameFile.readAll());
 
     const QString question =
-        QStringLiteral("Quorvik did not end normally, and changes to %1 had not been saved.\r\n\r\nRecover them?")
+        QStringLiteral(
+            "Quorvik did not end normally, and changes to %1 had not been saved.\r\n\r\nRecover them?")
             .arg(FileTitle(name));
     bool taken = false;
     if (asker.MsgBox(question, MsgButtons::YesNo, MsgIcon::Question, AppTitle()) == MsgAnswer::Yes) {

@@ -7,6 +7,7 @@ Engines::Engines(const Surroundings &given)
     : rules(model, given.asker)
     , file(model)
     , fileCommands(model, rules, given.asker, file, given.programFolder)
+    , recoveryCopy(model, file, given.dataHome + QStringLiteral("/quorvik/recovery"))
     , link(model, rules, given.asker, given.timings)
     , emulator(model)
 {

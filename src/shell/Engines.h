@@ -5,6 +5,7 @@
 #include "model/EntryRules.h"
 #include "model/Model.h"
 #include "settings/FileCommands.h"
+#include "settings/RecoveryCopy.h"
 #include "settings/SettingsFile.h"
 #include "shell/Surroundings.h"
 
@@ -26,6 +27,7 @@ struct Engines {
     EntryRules rules;
     SettingsFile file;
     FileCommands fileCommands;
+    RecoveryCopy recoveryCopy;
     DriveLink link;
     DriveEmulator emulator;
 };

@@ -76,6 +76,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
 MDIFormMain::~MDIFormMain()
 {
     // The child windows speak to the engines when they go, and the engines are members that go before them.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete takeCentralWidget();
     while (forms_.Count() > 1)
         delete forms_.At(forms_.Count() - 1);
@@ -100,6 +101,8 @@ void MDIFormMain::ConnectEngines()
            statusBar_->SetDriveModel(driveModel);
        });
     On(&engines_.fileCommands, &FileCommands::SaveFailed, this,
+       [this](const QString &sentence) { statusBar_->ShowPassing(sentence); });
+    On(&engines_.recoveryCopy, &RecoveryCopy::WriteFailed, this,
        [this](const QString &sentence) { statusBar_->ShowPassing(sentence); });
 }
 

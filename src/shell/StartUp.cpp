@@ -54,7 +54,10 @@ bool MDIFormMain::Load(const QString &commandLine)
                               QStringLiteral("Svx"));
 
     const QString path = SettingsPathOf(commandLine);
-    if (path.isEmpty())
+    // What a crash left goes before what was asked for, which can be opened again at any time.
+    if (engines_.recoveryCopy.OfferLeftover(asker))
+        statusBar_->SetComStatus(false);
+    else if (path.isEmpty())
         ChooseCommMode();
     else if (const QString sentence = engines_.file.LoadSettings(path); !sentence.isEmpty())
         asker.MsgBox(sentence, MsgButtons::Ok, MsgIcon::None, {});
@@ -99,6 +102,7 @@ bool MDIFormMain::Unload()
     if (!Guarded([&] { engines_.fileCommands.PromptSaveChanges(cancel); }) || cancel)
         return false;
     windows_->CloseAll();
+    engines_.recoveryCopy.Remove();
     surroundings_.help.Close();
     return true;
 }

@@ -1,6 +1,7 @@
 #include "shell/ShellFixture.h"
 
 #include "platform/SingleInstance.h"
+#include "platform/Waiting.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -119,6 +120,34 @@ TEST_F(ShellTest, AFileOnTheCommandLineOpensWithoutADialog)
     EXPECT_EQ(main->AllEngines().model.FileName, path);
     EXPECT_EQ(main->AllEngines().model.Value(226), 123);
     EXPECT_FALSE(main->AllEngines().link.PortOpen());
+}
+
+TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
+{
+    LoadQuietly();
+    {
+        Engines &engines = main->AllEngines();
+        RecoveryCopy soon(engines.model, engines.file,
+                          folder.filePath(QStringLiteral("data/quorvik/recovery")), 20);
+        engines.model.SetParamValue(217, 77, true, false);
+        ASSERT_TRUE(PumpWhile([&] { return !QFile::exists(soon.Path()); }, QDeadlineTimer(10000)));
+    }
+    // A window that goes without being closed is a crash.
+    MakeWindow();
+    asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
+    ASSERT_TRUE(main->Load(QString()));
+    EXPECT_EQ(main->AllEngines().model.Value(217), 77);
+    EXPECT_EQ(main->windowTitle(), QStringLiteral("Quorvik - [unnamed*]"));
+    EXPECT_FALSE(main->AllEngines().link.PortOpen());
+    const QString copy = main->AllEngines().recoveryCopy.Path();
+    ASSERT_TRUE(PumpWhile([&] { return !QFile::exists(copy); }, QDeadlineTimer(10000)));
+
+    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::Cancel);
+    ASSERT_FALSE(main->close());
+    EXPECT_TRUE(QFile::exists(copy));
+    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
+    ASSERT_TRUE(main->close());
+    EXPECT_FALSE(QFile::exists(copy));
 }
 
 } // namespace quorvik::testing

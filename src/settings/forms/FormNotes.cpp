@@ -65,6 +65,8 @@ void FormNotes::Text1_Change()
 {
     TakeBackExcess();
     ShowCharactersLeft();
+    // At once and not when the window closes, so that the recovery copy has them.
+    desk().model.Notes = text1_->toPlainText();
     desk().model.FileModified = true;
     desk().model.UpdateTitle();
 }

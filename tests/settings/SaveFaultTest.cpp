@@ -1,0 +1,204 @@
+#include "SetFixture.h"
+
+#include "TracedChild.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quorvik::testing
+{
+
+/**
+ * A set is saved by a child process over an older one while the machine fails in every way and at every
+ * place. Whatever happens, the file holds the whole old or the whole new set.
+ */
+class SaveFaultTest : public SetTest
+{
+protected:
+    enum Exit { Saved, Told };
+
+    SaveFaultTest()
+    {
+        MakeSet(OldMark);
+        EXPECT_EQ(file.Save(Target()), QString());
+        MakeSet(NewMark);
+        QFile old(Target());
+        EXPECT_TRUE(old.open(QIODevice::ReadOnly));
+        oldBytes_ = old.readAll();
+    }
+
+    QString Target() const { return Path("machine.Svx"); }
+
+    void MakeSet(int mark)
+    {
+        for (int p = 0; p <= model.LastParam; ++p)
+            model.ParamTable[p].Value = mark + p;
+        model.Notes = QString::number(mark);
+        for (VirtualSetting &setting : model.VirtualSettings)
+            setting.BiasOpen = mark;
+    }
+
+    void RestoreOld()
+    {
+        QFile target(Target());
+        ASSERT_TRUE(target.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        target.write(oldBytes_);
+    }
+
+    /** The mark of the set that the target holds as a whole, 0 when it holds none. */
+    int MarkOf(const QString &path)
+    {
+        Model reader;
+        const QString failure = SettingsFile(reader).LoadSettings(path);
+        EXPECT_EQ(failure, QString());
+        const int mark = reader.Notes.toInt();
+        if (mark != OldMark && mark != NewMark)
+            return 0;
+        if (reader.LastParam != model.LastParam)
+            return 0;
+        for (int p = 0; p <= model.LastParam; ++p)
+            if (reader.Value(p) != mark + p)
+                return 0;
+        for (const VirtualSetting &setting : reader.VirtualSettings)
+            if (setting.BiasOpen != mark)
+                return 0;
+        return mark;
+    }
+
+    QStringList Leftovers() const
+    {
+        QStringList names = QDir(folder.path()).entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
+        names.removeAll(QStringLiteral("machine.Svx"));
+        return names;
+    }
+    void RemoveLeftovers()
+    {
+        for (const QString &name : Leftovers())
+            QFile::remove(folder.filePath(name));
+    }
+
+    std::function<int()> Save()
+    {
+        return [this] {
+            const QString failure = file.Save(Target());
+            return failure.isEmpty() ? Saved : Told;
+        };
+    }
+
+    static constexpr int OldMark = 1000;
+    static constexpr int NewMark = 5000;
+    QByteArray oldBytes_;
+};
+
+TEST_F(SaveFaultTest, KilledAtEverySystemCall)
+{
+    if (!CanTraceChildren())
+        GTEST_SKIP() << "processes cannot be traced here";
+    int kills = 0;
+    int keptOld = 0;
+    for (int at = 1;; ++at) {
+        const ChildEnd end = RunUnderFault({ChildFault::Kind::Kill, at}, Save());
+        if (!end.wasStruck) {
+            ASSERT_EQ(end.exitCode, Saved);
+            break;
+        }
+        ++kills;
+        const int mark = MarkOf(Target());
+        ASSERT_NE(mark, 0) << "neither set is whole after a kill at call " << at;
+        keptOld += mark == OldMark ? 1 : 0;
+        if (mark == NewMark)
+            RestoreOld();
+        RemoveLeftovers();
+    }
+    EXPECT_EQ(MarkOf(Target()), NewMark);
+    EXPECT_GT(keptOld, 50);
+    EXPECT_GT(kills, keptOld) << "some kills come after the new file is in place";
+    std::printf("kills: %d, old file kept: %d, new file in place: %d\n", kills, keptOld, kills - keptOld);
+}
+
+TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
+{
+    if (!CanTraceChildren())
+        GTEST_SKIP() << "processes cannot be traced here";
+    const struct {
+        const char *title;
+        ChildFault::Kind kind;
+        int atLeast;
+    } cases[] = {{"disk full", ChildFault::Kind::DiskFull, 5},
+                 {"flush refused", ChildFault::Kind::DiskBad, 1},
+                 {"naming refused", ChildFault::Kind::Locked, 3}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.title);
+        int refusals = 0;
+        int told = 0;
+        for (int at = 1;; ++at) {
+            const ChildEnd end = RunUnderFault({c.kind, at}, Save());
+            ASSERT_TRUE(end.exitCode.has_value());
+            const int mark = MarkOf(Target());
+            if (!end.wasStruck) {
+                EXPECT_EQ(mark, NewMark);
+                break;
+            }
+            ++refusals;
+            // A save that tells of no failure has saved, and one that does has left the old file alone.
+            ASSERT_EQ(mark, end.exitCode == Saved ? NewMark : OldMark) << "at " << at;
+            told += end.exitCode == Told ? 1 : 0;
+            if (c.kind != ChildFault::Kind::Locked) {
+                EXPECT_EQ(Leftovers(), QStringList()) << "at " << at;
+            }
+            RemoveLeftovers();
+            RestoreOld();
+        }
+        RestoreOld();
+        EXPECT_GE(refusals, c.atLeast);
+        EXPECT_GE(told, 1);
+        std::printf("%s: %d places, told at %d\n", c.title, refusals, told);
+    }
+}
+
+TEST_F(SaveFaultTest, AFolderThatCannotBeWrittenTo)
+{
+    // Root may write everywhere, so the child becomes nobody.
+    constexpr uid_t nobody = 65534;
+    ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0555), 0);
+    const ChildEnd end = RunUnderFault({ChildFault::Kind::Kill, 1 << 20}, [this] {
+        if (::getuid() == 0 && ::setresuid(nobody, nobody, nobody) != 0)
+            return 99;
+        return Save()();
+    });
+    ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0755), 0);
+    EXPECT_EQ(end.exitCode, Told);
+    EXPECT_EQ(MarkOf(Target()), OldMark);
+    EXPECT_EQ(Leftovers(), QStringList());
+}
+
+TEST_F(SaveFaultTest, AFileThatIsOpenElsewhere)
+{
+    const int reader = ::open(QFile::encodeName(Target()).constData(), O_RDONLY);
+    ASSERT_EQ(::flock(reader, LOCK_EX), 0);
+    {
+        QSqlDatabase other =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("elsewhere"));
+        other.setDatabaseName(Target());
+        ASSERT_TRUE(other.open());
+        QSqlQuery lock(other);
+        ASSERT_TRUE(lock.exec(QStringLiteral("BEGIN EXCLUSIVE")));
+        EXPECT_EQ(file.Save(Target()), QString());
+        ASSERT_TRUE(lock.exec(QStringLiteral("SELECT Value FROM Settings WHERE rowid = 1")) && lock.next());
+        EXPECT_EQ(lock.value(0).toInt(), OldMark) << "whoever had it open goes on with the old one";
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("elsewhere"));
+    QByteArray seen(oldBytes_.size(), '\0');
+    EXPECT_EQ(::pread(reader, seen.data(), std::size_t(seen.size()), 0), oldBytes_.size());
+    EXPECT_EQ(seen, oldBytes_);
+    ::close(reader);
+    EXPECT_EQ(MarkOf(Target()), NewMark);
+}
+
+} // namespace quorvik::testing
