@@ -59,11 +59,12 @@ public:
                const QString &helpTopic);
 
     const QString &HelpTopic() const { return helpTopic_; }
-    /** CommandHelp and F1; does nothing where the dialog has no topic. A dialog of pages shows its page's. */
-    virtual void ShowHelp();
+    void ShowHelp(); ///< CommandHelp and F1; does nothing where the dialog has no topic
 
 protected:
     Desk &desk() const { return desk_; }
+    /** A dialog of pages has a topic for each. */
+    void SetHelpTopic(const QString &topic) { helpTopic_ = topic; }
     QPushButton *MakeCommandHelp();
 
 private:
