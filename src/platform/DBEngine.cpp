@@ -276,7 +276,7 @@ QString Database::OpenSnapshot(const TableDef &table, const QStringList &columns
 
 QString Database::Close()
 {
-    const QString failure = Execute(QStringLiteral("COMMIT"));
+    QString failure = Execute(QStringLiteral("COMMIT"));
     Release();
     return failure;
 }
