@@ -38,6 +38,10 @@ if(QUORVIK_COVERAGE)
     target_link_options(quorvik_flags INTERFACE --coverage)
 endif()
 
+if(QUORVIK_FUZZ)
+    target_compile_options(quorvik_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # Each target precompiles the few headers that nearly all its sources include.
 function(quorvik_pch target which)
 

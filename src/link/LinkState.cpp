@@ -41,7 +41,8 @@ void DriveLink::GoOnLine()
         PumpWhile([this] { return PortOpen() && PropMax == 0; });
     }
     if (PortOpen() && PropMax != 0)
-        model_.LastParam = std::int16_t(std::min<std::int32_t>(PropMax, model_.FileLastParam));
+        // A drive that claims less than nothing has nothing.
+        model_.LastParam = std::int16_t(std::clamp<std::int32_t>(PropMax, -1, model_.FileLastParam));
     else
         ReadPropsIndex = 0;
 }

@@ -18,7 +18,7 @@ QString LineWrap(const QString &text, int width);
 /**
  * Any text in lines of at most width characters, in the order in which they are printed; at least one line.
  * The text's own line breaks are kept, and a word that fits no line is broken.
- * @param width 2 or more.
+ * @param width 3 or more, or a character of two units with its blank would not fit.
  */
 QStringList WrapNotes(const QString &text, int width);
 

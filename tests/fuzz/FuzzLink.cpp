@@ -1,0 +1,246 @@
+// The drive link's engine in all its states: the input says what the drive sends, which timers come due, and
+// what the user does meanwhile.
+
+#include "Fuzzing.h"
+
+#include "link/DriveLink.h"
+#include "link/PacketLayer.h"
+#include "model/EntryRules.h"
+#include "model/Model.h"
+#include "platform/Asker.h"
+#include "platform/Waiting.h"
+
+#include <QCoreApplication>
+#include <memory>
+#include <pty.h>
+#include <termios.h>
+#include <unistd.h>
+
+using namespace quorvik;
+using namespace quorvik::fuzzing;
+
+namespace
+{
+
+constexpr int LastParam = 440; // the rules between parameters need what they name
+constexpr int LastUsed = 40;
+constexpr int LongestInput = 400;
+
+class ShortAsker : public Asker
+{
+public:
+    MsgAnswer MsgBox(const QString &, MsgButtons buttons, MsgIcon, const QString &) override
+    {
+        return buttons == MsgButtons::Ok ? MsgAnswer::Ok : MsgAnswer::No;
+    }
+    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return std::nullopt; }
+    std::optional<QString> ShowSave(const FileDialogRequest &) override { return std::nullopt; }
+};
+
+class Terminal
+{
+public:
+    Terminal()
+    {
+        char name[128];
+        Require(::openpty(&master_, &slave_, name, nullptr, nullptr) == 0, "there is a pseudo-terminal");
+        termios settings{};
+        ::tcgetattr(slave_, &settings);
+        ::cfmakeraw(&settings);
+        ::tcsetattr(slave_, TCSANOW, &settings);
+        path_ = QString::fromLocal8Bit(name);
+    }
+    ~Terminal()
+    {
+        ::close(slave_);
+        ::close(master_);
+    }
+    Q_DISABLE_COPY_MOVE(Terminal)
+
+    const QString &Path() const { return path_; }
+    void Send(const QByteArray &bytes) const
+    {
+        Require(::write(master_, bytes.constData(), std::size_t(bytes.size())) == bytes.size(),
+                "bytes are sent");
+    }
+    /** What the engine asked is thrown away: the input alone decides about the answers. */
+    void Drain() const { ::tcflush(master_, TCIFLUSH); }
+
+private:
+    int master_ = -1;
+    int slave_ = -1;
+    QString path_;
+};
+
+/** One engine with its table, played with by the input from a timer, as a line and a user would. */
+class Play
+{
+public:
+    explicit Play(Bytes bytes)
+        : bytes_(bytes)
+    {
+        model_.FileLastParam = model_.LastParam = LastParam;
+        model_.PresetTable.Resize(LastParam);
+        for (int i = 0; i <= LastParam; ++i) {
+            model_.PresetTable[i].Max = 1000;
+            model_.PresetTable[i].Attributes = i % 3 == 0 ? Attr::Long : 0;
+        }
+        model_.ResetToDefaults();
+        link_.MSComm1.DeviceOf = [this](int) { return terminal_.Path(); };
+        link_.ShowProgressBar = [] {};
+        link_.PromptSaveChanges = [] { return true; };
+        QObject::connect(&link_.MSComm1, &MSComm::OnComm, &link_, [this] { ++raised_; });
+        QObject::connect(&step_, &QTimer::timeout, &step_, [this] { Step(); });
+    }
+
+    void Run()
+    {
+        step_.start(0);
+        link_.GoOnLine();
+        PumpWhile([this] { return !isDone_; });
+        step_.stop();
+        if (link_.PortOpen())
+            link_.GoOffLine(0);
+        Require(!link_.SerialCommTimer.isActive() && !link_.SerialCommTimeout.isActive(),
+                "off line nothing is armed");
+    }
+
+private:
+    void Step()
+    {
+        if (bytes_.AtEnd()) {
+            isDone_ = true;
+            // Ends the wait of GoOnLine(), too.
+            if (link_.PortOpen())
+                link_.GoOffLine(0);
+            return;
+        }
+        Act(bytes_.Next());
+        terminal_.Drain();
+        Check();
+    }
+
+    void Act(std::uint8_t choice)
+    {
+        const int p = bytes_.Next() % (LastUsed + 1);
+        switch (choice % 12) {
+        case 0:
+            // Good answer: the length that is awaited, with its check character right.
+            Answer(true);
+            break;
+        case 1:
+            Answer(false);
+            break;
+        case 2:
+            Arrive(bytes_.Take(std::size_t(p)));
+            break;
+        case 3:
+            if (link_.SerialCommTimer.isActive())
+                link_.SerialCommTimer.start(0);
+            break;
+        case 4:
+            if (link_.SerialCommTimeout.isActive())
+                link_.SerialCommTimeout.start(0);
+            break;
+        case 5:
+            model_.AddReadInterest(p);
+            break;
+        case 6:
+            if (model_.ParamTable[p].ReadFlag > 0)
+                model_.RemoveReadInterest(p);
+            break;
+        case 7:
+            model_.SetParamValue(p, std::int32_t(std::int16_t(bytes_.Next16())), true, false);
+            break;
+        case 8:
+            link_.ReadPropsIndex = std::int16_t(p);
+            break;
+        case 9:
+            link_.BeginScanAnew();
+            break;
+        case 10:
+            link_.SetDriveCommand(std::uint8_t(p % 3));
+            break;
+        default:
+            // Not from within the step's own timer, which would not come due while this waits for the drive.
+            QTimer::singleShot(0, &link_, [this] { link_.ToggleComStatus(); });
+            break;
+        }
+    }
+
+    void Answer(bool isGood)
+    {
+        QByteArray answer = bytes_.Take(std::size_t(link_.MSComm1.RThreshold()));
+        if (answer.size() > 1 && isGood) {
+            char check = 0;
+            for (qsizetype i = 1; i + 1 < answer.size(); ++i)
+                check = char(check ^ answer[i]);
+            answer.back() = check;
+        } else if (answer.size() == 1 && isGood) {
+            answer[0] = Wire::Ack;
+        }
+        Arrive(answer);
+    }
+
+    void Arrive(const QByteArray &bytes)
+    {
+        if (bytes.isEmpty() || !link_.PortOpen())
+            return;
+        const int raised = raised_;
+        const int buffered = link_.MSComm1.InBufferCount();
+        terminal_.Send(bytes);
+        // The terminal hands bytes over in its own time; an emptied line may have swallowed them.
+        const bool wasStepping = step_.isActive();
+        step_.stop();
+        PumpWhile(
+            [&] {
+                return link_.PortOpen() && raised_ == raised &&
+                       link_.MSComm1.InBufferCount() < buffered + int(bytes.size());
+            },
+            QDeadlineTimer(5));
+        if (wasStepping)
+            step_.start(0);
+    }
+
+    void Check()
+    {
+        Require(model_.LastParam >= -1 && model_.LastParam <= LastParam,
+                "the drive cannot stretch the table");
+        Require(link_.CurrentParam >= 0 && link_.CurrentParam <= LastParam + 1,
+                "the cursor stays in the table");
+        Require(!(link_.SerialCommTimer.isActive() && link_.SerialCommTimeout.isActive()),
+                "one timer at most");
+        Require(link_.PortOpen() || !link_.SerialCommTimeout.isActive(), "nothing is awaited off line");
+        Require(link_.BCCErrorCount < 3 && link_.NoResponseCount < 3 && link_.PacketSizeErrorCount < 3 &&
+                    link_.WriteRetryCount < 3,
+                "no counter passes its limit");
+        for (int i = 0; i <= LastParam; ++i) {
+            const std::int32_t value = model_.ParamTable[i].Value;
+            Require(value >= -32768 && value <= 65535, "a row holds what a packet can carry");
+        }
+    }
+
+    Terminal terminal_;
+    Model model_;
+    ShortAsker asker_;
+    EntryRules rules_{model_, asker_};
+    DriveLink link_{model_, rules_, asker_, LinkTimings{0, 100000, 0, 0}};
+    QTimer step_;
+    Bytes bytes_;
+    int raised_ = 0;
+    bool isDone_ = false;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char *argv[] = {name, nullptr};
+    static const QCoreApplication application(argc, argv);
+    if (size > LongestInput)
+        return -1;
+    Play(Bytes(data, size)).Run();
+    return 0;
+}
