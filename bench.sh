@@ -11,10 +11,13 @@ case $what in
 all)
     build_preset release >&2
     export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+    result=0
     for program in build/release/bench/quorvik-bench-*; do
-        [ -x "$program" ] && "$program"
+        [ -x "$program" ] || continue
+        "$program" || result=1
     done
-    bench/start.sh build/release
+    bench/start.sh build/release || result=1
+    exit $result
     ;;
 soak | fuzz | mutations | coverage | long)
     shift

@@ -26,7 +26,7 @@ if [ -z "$hasDisplay" ]; then
 fi
 
 rm -f "$port"
-build/release/drive/sarvex-drive --link "$port" --presets build/release/bin/Presets.fil </dev/null &
+build/release/drive/sarvex-drive --demo --link "$port" --presets build/release/bin/Presets.fil </dev/null &
 drive=$!
 trap 'kill $drive 2>/dev/null || true' EXIT
 for _ in $(seq 50); do

@@ -12,20 +12,25 @@ export XDG_CONFIG_HOME=$profile/config XDG_DATA_HOME=$profile/data XDG_CACHE_HOM
 mkdir -p "$profile/config/quorvik"
 printf '[Options]\nCommPort=16\nShow%%20Tips%%20at%%20Startup=False\n' >"$profile/config/quorvik/Quorvik.ini"
 
-# measure <program>: prints milliseconds until its window is mapped, and its resident memory in MiB; median of five.
+# measure <program>: prints milliseconds until its window is on the screen, and its resident memory in MiB; median of
+# five. The X server tells when the window is mapped: asking it again and again would cost the program its time.
 measure() {
-    local times=() memory=0 begin process _
+    local times=() memory=0 begin process _ events
     for _ in 1 2 3 4 5; do
+        exec {events}< <(exec stdbuf -oL xev -root -event substructure 2>/dev/null)
+        local watcher=$!
+        sleep 0.3
         begin=$(date +%s%N)
         "$@" >/dev/null 2>&1 &
         process=$!
-        until xwininfo -root -tree 2>/dev/null | grep -q '"Quorvik - '; do sleep 0.002; done
+        grep -q -m1 MapNotify <&"$events"
         times+=($((($(date +%s%N) - begin) / 1000000)))
+        kill "$watcher" 2>/dev/null || true
+        exec {events}<&-
         sleep 0.3
         memory=$(awk '/VmRSS/ { print int($2 / 1024) }' "/proc/$process/status")
         kill "$process"
         wait "$process" 2>/dev/null || true
-        until ! xwininfo -root -tree 2>/dev/null | grep -q '"Quorvik - '; do sleep 0.01; done
     done
     mapfile -t times < <(printf '%s\n' "${times[@]}" | sort -n)
     echo "${times[2]} $memory"

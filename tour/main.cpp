@@ -1,13 +1,29 @@
-#include "desktop/DesktopAsker.h"
-#include "desktop/HelpViewer.h"
-#include "platform/SettingsStore.h"
-#include "shell/MDIFormMain.h"
-#include "tour/Tour.h"
+#include "platform/Asker.h"
+#include "tour/DriveProcess.h"
+#include "tour/Journey.h"
+#include "tour/Program.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QTemporaryDir>
+#include <QFile>
+#include <QPalette>
+
+namespace
+{
+
+QPalette DarkPalette()
+{
+    QPalette dark(QColor(0x35, 0x37, 0x3b), QColor(0x2b, 0x2d, 0x30));
+    dark.setColor(QPalette::Base, QColor(0x1e, 0x1f, 0x22));
+    dark.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2b));
+    dark.setColor(QPalette::Highlight, QColor(0x2f, 0x65, 0xca));
+    dark.setColor(QPalette::HighlightedText, Qt::white);
+    dark.setColor(QPalette::Link, QColor(0x7a, 0xa8, 0xff));
+    return dark;
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -26,40 +42,32 @@ int main(int argc, char **argv)
     parser.addOption({QStringLiteral("drive"), QStringLiteral("The simulated drive's program."),
                       QStringLiteral("program"),
                       QApplication::applicationDirPath() + QStringLiteral("/../drive/sarvex-drive")});
+    parser.addOption({QStringLiteral("dark"), QStringLiteral("Shows everything in dark colours.")});
     parser.addHelpOption();
+    parser.addVersionOption();
     parser.process(application);
+    if (parser.isSet(QStringLiteral("dark")))
+        QApplication::setPalette(DarkPalette());
 
     const QString pictures = parser.value(QStringLiteral("pictures"));
     QDir().mkpath(pictures);
-    const QTemporaryDir profile;
-    const QString programFolder = QApplication::applicationDirPath();
-    const QString link = profile.filePath(QStringLiteral("drive"));
+    Program program;
     DriveProcess drive;
-    if (!drive.Start(parser.value(QStringLiteral("drive")), link,
-                     programFolder + QStringLiteral("/Presets.fil")))
+    if (!drive.Start(parser.value(QStringLiteral("drive")), program.DriveLinkPath(),
+                     program.ProgramFolder() + QStringLiteral("/Presets.fil")))
         return qCritical("The simulated drive did not start."), 1;
 
-    SettingsStore settings(profile.filePath(QStringLiteral("Quorvik.ini")));
-    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("16"));
-    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("Show Tips at Startup"),
-                         QStringLiteral("False"));
-    settings.SaveSetting(QStringLiteral("Ports"), QStringLiteral("Com16"), link);
-    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("WindowState"), QStringLiteral("2"));
-    DesktopAsker asker;
-    HelpViewer help(programFolder + QStringLiteral("/quorvik.qch"), profile.filePath(QStringLiteral("help")),
-                    settings);
-    MDIFormMain window({asker, settings, help, programFolder, QApplication::applicationFilePath(),
-                        profile.filePath(QStringLiteral("Quorvik.lock")),
-                        profile.filePath(QStringLiteral("data")), LinkTimings{}});
-    Tour tour(window, drive, pictures);
+    Tour tour(program, drive, pictures);
+    QFile::remove(SavedFile(tour));
+    AddGoingOnline(tour);
+    AddMainJob(tour);
+    AddBlockRound(tour);
+    AddOnlineRound(tour);
+    AddRestart(tour);
+    AddOfflineRound(tour);
+    AddLeaving(tour);
     QObject::connect(&tour, &Tour::Finished, &application,
                      [&tour] { QApplication::exit(tour.HasFailed() ? 1 : 0); });
-    QMetaObject::invokeMethod(
-        &window,
-        [&] {
-            tour.Start();
-            window.Load(QString());
-        },
-        Qt::QueuedConnection);
+    tour.Start();
     return QApplication::exec();
 }

@@ -1,4 +1,4 @@
-#include "PageWriter.h"
+#include "generator/PageWriter.h"
 
 #include "model/Conversions.h"
 #include "model/Model.h"

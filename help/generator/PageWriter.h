@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Topics.h"
+#include "generator/Topics.h"
 
 #include <QSet>
 

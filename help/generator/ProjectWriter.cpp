@@ -1,4 +1,4 @@
-#include "ProjectWriter.h"
+#include "generator/ProjectWriter.h"
 
 #include <QFile>
 #include <QXmlStreamWriter>

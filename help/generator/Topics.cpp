@@ -1,4 +1,4 @@
-#include "Topics.h"
+#include "generator/Topics.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 // Makes the help's pages and its Qt Help project from the topics. Fails on a missing topic, picture or link
 // target.
 
-#include "PageWriter.h"
-#include "ProjectWriter.h"
-#include "Topics.h"
+#include "generator/PageWriter.h"
+#include "generator/ProjectWriter.h"
+#include "generator/Topics.h"
 
 #include "model/Model.h"
 #include "settings/SettingsFile.h"

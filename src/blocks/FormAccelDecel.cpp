@@ -101,11 +101,11 @@ private:
         const Shape bypass = Box(RampBypass, {switchX - 2, y + 15}, CaptionAt::Below);
         d.Link(bypass.Top(), bypass_);
 
-        const double enableX = switchX + 17;
+        const double enableX = switchX + 20;
         enable_ = d.Switch(QStringLiteral("LineRampEnable"), {enableX + 9, y + 7},
                            {{enableX, y + 4}, {enableX, y + 10}});
         d.Line(bypass_.Pivot(), enable_.Contact(Enabled));
-        d.Label(QStringLiteral("Label0"), QStringLiteral("0.00%"), {enableX - 1.2, y + 10}, Qt::AlignRight);
+        d.Constant(QStringLiteral("Label0"), QStringLiteral("0.00%"), enable_.Contact(Disabled));
         d.Label(QStringLiteral("LabelRampEnable"), QStringLiteral("Ramp Enable"), {enableX + 4, y + 0.5});
         // This area is tied to row 2, not to the enable: it writes the forward acceleration.
         ClickToFlip(QStringLiteral("Image1(2)"), enable_.Area(),

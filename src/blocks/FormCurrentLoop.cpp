@@ -119,10 +119,11 @@ private:
         Box(DriveModeMsb, {0, y - 22});
         const Shape low = Box(DriveModeLsb, {21, y - 22});
         const Shape torque = Box(TorqueReference, {0, y + 4}, CaptionAt::Below);
-        modeSwitch_ = d.Switch(QStringLiteral("LineDriveMode"), {31, y}, {{23.5, y - 4}, {23.5, y + 4}});
+        modeSwitch_ = d.Switch(QStringLiteral("LineDriveMode"), {31.5, y}, {{25, y - 4}, {25, y + 4}});
         d.Label({}, QStringLiteral("(205) Vel Loop Output"), {0, y - 4}, Qt::AlignLeft, true);
         d.Line(torque.Right(), modeSwitch_.Contact(Torque));
-        d.Link({{27.25, low.Rect().bottom()}, Side::Bottom}, modeSwitch_);
+        d.Line({{22.2, y - 4}, Side::Right}, modeSwitch_.Contact(Velocity));
+        d.Link({{28.25, low.Rect().bottom()}, Side::Bottom}, modeSwitch_);
         d.Label(QStringLiteral("LabelDriveMode"), QStringLiteral("Undefined"), {28.5, y - 6}, Qt::AlignLeft,
                 true);
 
@@ -209,7 +210,7 @@ private:
         const Port branch = d.Dot({110, y});
         const Shape filter = d.Function({118, y}, {8, 5}, QStringLiteral("Filter"));
         const Shape filtered = Box(FeedbackFiltered, {132, y});
-        const Shape scale = d.Function({118, y + 9}, {8, 5}, QStringLiteral("x (123)"));
+        const Shape scale = d.Function({118, y + 9}, {9, 5}, QStringLiteral("x (123)"));
         const Shape amps = Box(ArmatureAmps, {132, y + 9}, CaptionAt::Below);
         d.Line(feedback.Right(), branch);
         d.Wire({branch.at, Side::Top}, error_.Bottom());

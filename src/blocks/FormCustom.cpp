@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -135,28 +136,29 @@ private:
         comboSelectParameter_->hide();
         On(comboSelectParameter_, &QComboBox::activated, this, [this] { ComboSelectParameter_Click(); });
 
-        const double captions = std::ceil(view().TextWidth(longest)) + 1;
+        // The combo takes the caption's place while its row is edited.
+        const double captions = std::max(std::ceil(view().TextWidth(longest)), comboWidth) + 1;
         const double frameWidth = captions + BoxSize(0).width() + 3;
-        comboX_ = frameWidth + 1;
+        columnDistance_ = frameWidth + 2;
         comboSize_ = QSizeF(comboWidth, BoxSize(0).height());
-        const double right = comboX_ + comboWidth + 1;
+        comboX_ = 1.5 + captions - comboWidth - 0.8;
         for (int row = 0; row < Slots; ++row) {
-            const double left = row < ColumnLength ? 0 : right;
             SetLongestCaption(row, longest);
-            Box(row, {left + captions + 1.5, RowY(row)}, CaptionAt::Left);
+            Box(row, {ColumnX(row) + captions + 1.5, RowY(row)}, CaptionAt::Left);
             Caption(row)->installEventFilter(this);
         }
         const double height = RowY(ColumnLength - 1) + 3;
         d.Frame({0, 0, frameWidth, height});
-        d.Frame({right, 0, frameWidth, height});
+        d.Frame({columnDistance_, 0, frameWidth, height});
         MoveCombo(0);
     }
 
     static double RowY(int row) { return 3 + row % ColumnLength * 4.2; }
+    double ColumnX(int row) const { return row < ColumnLength ? 0 : columnDistance_; }
 
     void MoveCombo(int row)
     {
-        const QPointF corner(comboX_, RowY(row) - comboSize_.height() / 2);
+        const QPointF corner(ColumnX(row) + comboX_, RowY(row) - comboSize_.height() / 2);
         view().Place(comboSelectParameter_, QRectF(corner, comboSize_));
     }
 
@@ -217,6 +219,7 @@ private:
         for (int row = 0; row < Slots; ++row) {
             Caption(row)->setFocusPolicy(editing ? Qt::StrongFocus : Qt::NoFocus);
             Caption(row)->setCursor(editing ? Qt::PointingHandCursor : Qt::ArrowCursor);
+            Caption(row)->show();
         }
         comboSelectParameter_->setVisible(editing);
         if (editing)
@@ -228,8 +231,11 @@ private:
         customParam_ = RowParam(row);
         if (!checkEdit_->isChecked())
             return;
+        Caption(customSlot_)->show();
         customSlot_ = row;
         MoveCombo(row);
+        comboSelectParameter_->setFocus();
+        Caption(row)->hide();
         comboSelectParameter_->clear();
         for (int p = 0; p <= desk().model.LastParam; ++p)
             comboSelectParameter_->addItem(EntryText(p));
@@ -260,7 +266,8 @@ private:
     const QString section_ = QStringLiteral("Custom");
     QCheckBox *checkEdit_ = nullptr;
     QComboBox *comboSelectParameter_ = nullptr;
-    double comboX_ = 0;
+    double columnDistance_ = 0; ///< from the left edge of one column to that of the next, in cells
+    double comboX_ = 0;         ///< from a column's left edge
     QSizeF comboSize_;
     int customSlot_ = 0;  ///< CustomSlot: the row being changed
     int customParam_ = 0; ///< CustomParam: its present number

@@ -38,9 +38,13 @@ public:
 protected:
     void Draw(Drawing &d) override
     {
-        DrawLog(d);
-        const QRectF faults = Table({LogX, 20}, QStringLiteral("Faults"), {PresentFault, LatchedFault});
-        Table({faults.right() + 4, 20}, QStringLiteral("Reset"), {FaultReset, PowerOnReset});
+        QFrame *picture = MakeLog();
+        const double height = DrawLog(d, picture);
+        const double y = height + 2;
+        const QRectF faults = Table({LogX, y}, QStringLiteral("Faults"), {PresentFault, LatchedFault});
+        const QRectF reset =
+            Table({faults.right() + 10, y}, QStringLiteral("Reset"), {FaultReset, PowerOnReset});
+        view().Place(picture, {LogX, 0, reset.right() - LogX, height});
 
         commandClearFault_ = AddButton(QStringLiteral("CommandClearFault"), QStringLiteral("&Clear Fault"),
                                        QStringLiteral("Clears the latched fault in the drive"));
@@ -68,9 +72,8 @@ protected:
 
 private:
     static constexpr double LogX = 14;
-    static constexpr double LogWidth = 84;
 
-    void DrawLog(Drawing &d)
+    QFrame *MakeLog()
     {
         auto *picture = new QFrame(&view());
         picture->setObjectName(QStringLiteral("Picture1"));
@@ -87,18 +90,23 @@ private:
         layout->setContentsMargins({});
         layout->addWidget(textFaultLog_);
 
+        return picture;
+    }
+
+    /** Marks the first and the last line. @return the height of five lines with a scroll bar, in cells. */
+    double DrawLog(Drawing &d, const QFrame *picture)
+    {
         const double pixel = 1.0 / view().Unit();
         const double line = textFaultLog_->fontMetrics().lineSpacing() * pixel;
-        const double inset =
-            textFaultLog_->document()->documentMargin() * pixel + picture->frameWidth() * pixel;
+        const double inset = (textFaultLog_->document()->documentMargin() + picture->frameWidth()) * pixel;
         const double bar = textFaultLog_->horizontalScrollBar()->sizeHint().height() * pixel;
-        view().Place(picture, {LogX, 0, LogWidth, 2 * inset + FaultLog::Records * line + bar + 2 * pixel});
         d.Label(QStringLiteral("LabelLatest"), QStringLiteral("Most Recent"), {LogX - 1, inset + line / 2},
                 Qt::AlignRight);
         d.Label(QStringLiteral("Label2"), QStringLiteral("Oldest"),
                 {LogX - 1, inset + (FaultLog::Records - 0.5) * line}, Qt::AlignRight);
         d.Path({{{LogX - 4, inset + 1.5 * line}, {LogX - 4, inset + (FaultLog::Records - 1.5) * line}}},
                true);
+        return 2 * inset + FaultLog::Records * line + bar + 2 * pixel;
     }
 
     QPlainTextEdit *textFaultLog_ = nullptr;

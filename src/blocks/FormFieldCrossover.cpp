@@ -43,7 +43,7 @@ protected:
 
         switch_ = d.Switch(QStringLiteral("ShapeSwitch"), {86, y + 3}, {{77, y + 6}, {77, y}});
         d.Line(generator.Right(), switch_.Contact(On));
-        d.Label(QStringLiteral("Label3"), QStringLiteral("0.00%"), {75.8, y + 6}, Qt::AlignRight);
+        d.Constant(QStringLiteral("Label3"), QStringLiteral("0.00%"), switch_.Contact(Off));
         ClickToFlip(QStringLiteral("Image1"), switch_.Area(),
                     QStringLiteral("Double-click to turn the field crossover on or off"), Enable);
         const Shape enable = Box(Enable, {75.5, y + 14}, CaptionAt::Below);

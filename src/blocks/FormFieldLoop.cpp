@@ -133,7 +133,7 @@ private:
         fieldSwitch_ =
             d.Switch(QStringLiteral("ShapeSwitchField"), {137, y + 6}, {{128, y + 3}, {128, y + 9}});
         d.Line(loopSwitch_.Pivot(), fieldSwitch_.Contact(On));
-        d.Label({}, QStringLiteral("0.0"), {126.8, y + 9}, Qt::AlignRight);
+        d.Constant({}, QStringLiteral("0.0"), fieldSwitch_.Contact(Off));
         ClickToFlip(QStringLiteral("Image1"), fieldSwitch_.Area(),
                     QStringLiteral("Double-click to turn the field on or off"), FieldEnable);
         const Shape enable = Box(FieldEnable, {126.5, y + 18}, CaptionAt::Below);

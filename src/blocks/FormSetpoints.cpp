@@ -125,7 +125,7 @@ private:
         const double y = SourceY;
         enableSwitch_ = d.Switch(QStringLiteral("LineRefEnable"), {95, y + 3}, {{86, y}, {86, y + 6}});
         d.Line(sourceSwitch_.Pivot(), enableSwitch_.Contact(Enabled));
-        d.Label(QStringLiteral("Label2"), QStringLiteral("0.00%"), {84.8, y + 6}, Qt::AlignRight);
+        d.Constant(QStringLiteral("Label2"), QStringLiteral("0.00%"), enableSwitch_.Contact(Disabled));
         d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {90.5, y - 3.5});
         const Shape rampInput = Box(RampInput, {101, y + 3});
         d.Wire(enableSwitch_.Pivot(), rampInput.Left());

@@ -39,10 +39,10 @@ protected:
         const Shape counter =
             d.Function({30, y}, {12, 8}, QStringLiteral("Timer"), QStringLiteral("LabelTimer"));
         d.Label({}, QStringLiteral("R"), {31.5, y}, Qt::AlignHCenter);
-        // The wire runs on under the inverter, which covers it where it is shown.
+        // Wire and selector's line run on under the inverter, which covers them where it is shown.
         d.Wire(reset.Right(), counter.Left());
+        d.Guide(invert.Top(), {{invert.Top().at.x(), y}, Side::Bottom});
         inverter_ = d.LiveInverter(QStringLiteral("ShapeInvert"), {18, y});
-        d.Guide(invert.Top(), {{invert.Top().at.x(), y + 2.5}, Side::Bottom});
         const Shape count = Box(Timer, {48, y});
         d.Wire(counter.Right(), count.Left());
 

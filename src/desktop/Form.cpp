@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QPushButton>
 #include <QShortcut>
+#include <utility>
 
 namespace quorvik
 {
@@ -41,7 +42,12 @@ Form::Form(Desk &desk, const QString &name, const QString &caption, const QStrin
     desk.forms.Add(this);
 }
 
-Form::~Form() = default;
+Form::~Form()
+{
+    // A closed one has left already, and may outlive the desk until the event loop deletes it.
+    if (!isUnloaded_)
+        desk_.forms.Remove(this);
+}
 
 void Form::ShowHelp()
 {
@@ -64,8 +70,12 @@ QPushButton *Form::MakeCommandHelp()
 
 void Form::closeEvent(QCloseEvent *event)
 {
-    Guarded([this] { Unload(); });
     event->accept();
+    // A window may be asked to close again before the event loop deletes it.
+    if (std::exchange(isUnloaded_, true))
+        return;
+    desk_.forms.Remove(this);
+    Guarded([this] { Unload(); });
 }
 
 DialogForm::DialogForm(Desk &desk, QWidget *owner, const QString &name, const QString &caption,

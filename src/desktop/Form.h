@@ -12,8 +12,8 @@ namespace quorvik
 
 /**
  * A modeless window of the program. It enters the forms collection, shows its help topic on F1, and is
- * destroyed when it closes. `Unload()` runs once, however the window goes: by its Close button, its frame,
- * close-all or the end.
+ * destroyed when it closes; the collection it leaves at once. `Unload()` runs once, however the window goes:
+ * by its Close button, its frame, close-all or the end.
  */
 class Form : public QWidget
 {
@@ -46,6 +46,7 @@ protected:
 private:
     Desk &desk_;
     QString helpTopic_;
+    bool isUnloaded_ = false;
 };
 
 /** A modal window of the program: the same for a dialog. Escape is its Cancel. */
@@ -58,11 +59,12 @@ public:
                const QString &helpTopic);
 
     const QString &HelpTopic() const { return helpTopic_; }
-    /** CommandHelp and F1; does nothing where the dialog has no topic. A dialog of pages shows its page's. */
-    virtual void ShowHelp();
+    void ShowHelp(); ///< CommandHelp and F1; does nothing where the dialog has no topic
 
 protected:
     Desk &desk() const { return desk_; }
+    /** A dialog of pages has a topic for each. */
+    void SetHelpTopic(const QString &topic) { helpTopic_ = topic; }
     QPushButton *MakeCommandHelp();
 
 private:

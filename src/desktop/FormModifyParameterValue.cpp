@@ -53,7 +53,8 @@ constexpr double DesignTextHeight = 13;
 } // namespace
 
 FormModifyParameterValue::FormModifyParameterValue(Desk &desk, QWidget *owner)
-    : DialogForm(desk, owner, QStringLiteral("FormModifyParameterValue"), {}, {})
+    : DialogForm(desk, owner, QStringLiteral("FormModifyParameterValue"), {},
+                 QStringLiteral("Change a Value.htm"))
 {
     // Closed by its frame the dialog would leave the last use's answer standing, so the frame does not offer
     // it.

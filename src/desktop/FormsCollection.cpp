@@ -6,7 +6,12 @@ namespace quorvik
 void FormsCollection::Add(QWidget *form)
 {
     forms_.append(form);
-    connect(form, &QObject::destroyed, this, [this, form] { forms_.removeOne(form); });
+    connect(form, &QObject::destroyed, this, [this, form] { Remove(form); });
+}
+
+void FormsCollection::Remove(QWidget *form)
+{
+    forms_.removeOne(form);
 }
 
 int FormsCollection::FindOpenBlock(const QString &caption) const

@@ -15,8 +15,10 @@ class FormsCollection : public QObject
 public:
     using QObject::QObject;
 
-    /** Adds a window; it leaves the collection when it is destroyed. */
+    /** Adds a window; it leaves the collection when it is destroyed, at the latest. */
     void Add(QWidget *form);
+    /** Does nothing for a window that is not in the collection. */
+    void Remove(QWidget *form);
 
     int Count() const { return int(forms_.size()); }
     QWidget *At(int position) const { return forms_.at(position); }

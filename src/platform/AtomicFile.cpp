@@ -70,7 +70,7 @@ QString AtomicFile::Create()
     const QFileInfo info(target_);
     if (info.exists() && !info.isFile())
         return Refusal(target_, QStringLiteral("something other than a file has that name"));
-    QTemporaryFile sibling(info.path() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".XXXXXX"));
+    QTemporaryFile sibling(info.path() + QStringLiteral("/.") + info.fileName());
     sibling.setAutoRemove(false);
     if (!sibling.open())
         return Refusal(target_, sibling.errorString());

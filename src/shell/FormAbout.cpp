@@ -13,7 +13,8 @@ namespace quorvik
 {
 
 FormAbout::FormAbout(Desk &desk, QWidget *owner)
-    : DialogForm(desk, owner, QStringLiteral("FormAbout"), QStringLiteral("About ") + AppTitle(), QString())
+    : DialogForm(desk, owner, QStringLiteral("FormAbout"), QStringLiteral("About ") + AppTitle(),
+                 QStringLiteral("Getting Started.htm"))
 {
     const auto makeLabel = [this](const QString &name, const QString &text) {
         auto *label = new QLabel(text, this);

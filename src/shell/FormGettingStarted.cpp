@@ -12,7 +12,8 @@ namespace quorvik
 {
 
 FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool showTips)
-    : Form(desk, QStringLiteral("FormGettingStarted"), QStringLiteral("Getting Started"), QString())
+    : Form(desk, QStringLiteral("FormGettingStarted"), QStringLiteral("Getting Started"),
+           QStringLiteral("Getting Started.htm"))
 {
     setParent(mainWindow, Qt::Dialog);
 

@@ -1,6 +1,7 @@
 #include "shell/MDIFormMain.h"
 #include "shell/OpenWindows.h"
 
+#include "desktop/HTMLHelp.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
 #include "shell/Commands.h"
@@ -10,6 +11,7 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMdiArea>
 #include <QMenu>
 #include <QShortcut>
@@ -74,9 +76,18 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
 MDIFormMain::~MDIFormMain()
 {
     // The child windows speak to the engines when they go, and the engines are members that go before them.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete takeCentralWidget();
     while (forms_.Count() > 1)
         delete forms_.At(forms_.Count() - 1);
+}
+
+void MDIFormMain::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F1 && event->modifiers() == Qt::NoModifier)
+        Guarded([this] { surroundings_.help.DisplayContents(this); });
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void MDIFormMain::ConnectEngines()

@@ -59,6 +59,8 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    /** F1 that no child window took opens the help at its contents. */
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void OnComStatusChange();

@@ -7,7 +7,6 @@
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
 #include "operator/FormVirtualOperator.h"
-#include "platform/Asker.h"
 #include "platform/Guard.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
@@ -15,12 +14,9 @@
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
 #include "shell/MDIFormMain.h"
-#include "wizards/basic/FormWizardBasic.h"
-#include "wizards/io/FormWizardIO.h"
+#include "wizards/OpenMentors.h"
 
 #include <QAction>
-#include <QGuiApplication>
-#include <functional>
 
 namespace quorvik
 {
@@ -38,16 +34,6 @@ template<typename Make> void ShowOnly(MDIFormMain &main, const QString &name, Ma
             return;
         }
     desk.ShowChild(make(desk), true);
-}
-
-/** Runs a Mentor, which takes a moment to build, under the hourglass until it stands. */
-template<typename Mentor> void RunMentor(MDIFormMain &main, const std::function<void(Mentor &)> &prepare)
-{
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    Mentor mentor(main.TheDesk(), &main);
-    prepare(mentor);
-    QGuiApplication::restoreOverrideCursor();
-    mentor.exec();
 }
 
 } // namespace
@@ -122,25 +108,12 @@ void ShowVirtualOperator(MDIFormMain &main)
 
 void ShowBasicMentor(MDIFormMain &main)
 {
-    const Model &model = main.TheDesk().model;
-    if (model.IsModelDefined()) {
-        RunMentor<FormWizardBasic>(main, [&main](FormWizardBasic &mentor) {
-            mentor.ChangeModel = [&main] { ShowSelectDriveModel(main); };
-        });
-        return;
-    }
-    const QString what = model.PortOpen()
-                             ? QStringLiteral("Invalid Drive Model. Verify CT ID board is correctly\n"
-                                              "installed on Trigger Board and retry.")
-                             : QStringLiteral("Invalid Drive Model. Choose a valid drive model under\n"
-                                              "Tools|Select Drive Model.");
-    main.TheDesk().asker.MsgBox(what, MsgButtons::Ok, MsgIcon::Exclamation,
-                                AppTitle() + QStringLiteral(" Mentor"));
+    OpenBasicSetup(main.TheDesk(), &main, [&main] { ShowSelectDriveModel(main); });
 }
 
 void ShowIOMentor(MDIFormMain &main)
 {
-    RunMentor<FormWizardIO>(main, [](FormWizardIO &) {});
+    OpenIOSetup(main.TheDesk(), &main);
 }
 
 } // namespace quorvik

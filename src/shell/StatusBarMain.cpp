@@ -63,7 +63,7 @@ QLabel *StatusBarMain::AddPanel(const QString &key, const QString &spokenName, c
     panel->setTextFormat(Qt::PlainText);
     panel->setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Sunken));
     panel->setAlignment(Qt::AlignCenter);
-    panel->setMinimumWidth(fontMetrics().horizontalAdvance(widest));
+    panel->setMinimumWidth(fontMetrics().horizontalAdvance(widest + QStringLiteral("  ")));
     addWidget(panel);
     return panel;
 }

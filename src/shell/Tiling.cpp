@@ -41,6 +41,15 @@ QList<QRect> TileRects(const QRect &area, int count, Qt::Orientation orientation
     return rects;
 }
 
+QPoint CascadePlace(const QRect &area, int position, QSize window, int step)
+{
+    // A window that fills the area still leaves the titles of a few others in sight.
+    constexpr int fewest = 5;
+    const QSize room = area.size() - window;
+    const int places = std::max(fewest, std::min(room.width(), room.height()) / std::max(1, step) + 1);
+    return area.topLeft() + QPoint(1, 1) * (position % places * step);
+}
+
 QList<QRect> IconRects(const QRect &area, int count, QSize icon)
 {
     QList<QRect> rects;

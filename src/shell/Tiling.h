@@ -14,6 +14,12 @@ namespace quorvik
  */
 QList<QRect> TileRects(const QRect &area, int count, Qt::Orientation orientation);
 
+/**
+ * Where the window of that position, from 0 on, stands in a cascade: each a step right of and below the last
+ * one, so that all titles can be read; from the corner again where no room is left.
+ */
+QPoint CascadePlace(const QRect &area, int position, QSize window, int step);
+
 /** Places for minimised windows of one size, in rows from the lower left corner upwards. */
 QList<QRect> IconRects(const QRect &area, int count, QSize icon);
 

@@ -6,6 +6,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 #include <cmath>
 
@@ -65,12 +66,26 @@ QRect ScreenOf(const QRect &place)
     return best;
 }
 
-QRect OntoScreen(QRect place)
+/** Room that the desktop's frame takes on each side, and its title above. */
+QMargins FrameMargins(const QWidget &window)
+{
+    const QStyle *style = window.style();
+    const int side = style->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &window);
+    return {side, side + style->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window), side, side};
+}
+
+QRect OntoScreen(QRect place, const QMargins &frame)
 {
     const QRect screen = ScreenOf(place);
     place.setSize(place.size().expandedTo(smallestWindow).boundedTo(screen.size()));
-    place.moveLeft(qBound(screen.left(), place.left(), screen.right() + 1 - place.width()));
-    place.moveTop(qBound(screen.top(), place.top(), screen.bottom() + 1 - place.height()));
+    if (screen.contains(place))
+        return place;
+    // The place is that of the frame's corner, the size that of what the frame holds.
+    const QSize whole = place.size().grownBy(frame);
+    place.moveLeft(
+        qBound(screen.left(), place.left(), qMax(screen.left(), screen.right() + 1 - whole.width())));
+    place.moveTop(
+        qBound(screen.top(), place.top(), qMax(screen.top(), screen.bottom() + 1 - whole.height())));
     return place;
 }
 
@@ -122,7 +137,7 @@ void ReadWindowPlace(const SettingsStore &settings, QWidget &window)
     const int left = ReadPixels(settings, QStringLiteral("Left"), 150);
     const int height = ReadPixels(settings, QStringLiteral("Height"), 7000);
     const int width = ReadPixels(settings, QStringLiteral("Width"), 11000);
-    const QRect place = OntoScreen(QRect(left, top, width, height));
+    const QRect place = OntoScreen(QRect(left, top, width, height), FrameMargins(window));
     window.move(place.topLeft());
     window.resize(place.size());
 

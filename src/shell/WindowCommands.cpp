@@ -9,6 +9,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QStyle>
 
 namespace quorvik
 {
@@ -51,11 +52,14 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
         child->setWindowIcon(area_->windowIcon());
         connect(form, &QObject::destroyed, child, &QObject::deleteLater);
     }
+    const bool isNew = !child->isVisible();
     QMdiSubWindow *active = area_->activeSubWindow();
     if (child->isMinimized() && activate)
         child->showNormal();
     form->show();
     child->show();
+    if (isNew && !child->isMaximized())
+        child->move(PlaceInCascade(child, int(Children(area_, false).size()) - 1));
     if (activate)
         area_->setActiveSubWindow(child);
     else if (active && active != child)
@@ -64,7 +68,22 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
 
 void WindowCommands::Cascade()
 {
-    area_->cascadeSubWindows();
+    // In the order of opening, with the last one in front; each keeps its own size.
+    int position = 0;
+    for (QMdiSubWindow *child : Children(area_, false)) {
+        if (child->isMaximized())
+            child->showNormal();
+        child->move(PlaceInCascade(child, position++));
+        child->raise();
+    }
+    if (const QList<QMdiSubWindow *> children = Children(area_, false); !children.isEmpty())
+        area_->setActiveSubWindow(children.last());
+}
+
+QPoint WindowCommands::PlaceInCascade(const QMdiSubWindow *child, int position) const
+{
+    const int step = area_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, child);
+    return CascadePlace(area_->viewport()->rect(), position, child->size(), step);
 }
 
 void WindowCommands::Tile(Qt::Orientation orientation)
@@ -103,7 +122,8 @@ void WindowCommands::RestoreAll()
 
 void WindowCommands::CloseAll()
 {
-    for (int position = forms_.Count() - 1; position >= 1; --position)
+    // A window leaves the collection as it closes, and may take another with it.
+    for (int position = forms_.Count() - 1; position >= 1; position = qMin(position, forms_.Count()) - 1)
         FrameOf(forms_.At(position))->close();
 }
 

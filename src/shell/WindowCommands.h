@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 
 class QMdiArea;
+class QMdiSubWindow;
 class QMenu;
 
 namespace quorvik
@@ -32,6 +34,8 @@ public:
     void ListWindows(QMenu *menu);
 
 private:
+    QPoint PlaceInCascade(const QMdiSubWindow *child, int position) const;
+
     QMdiArea *area_;
     FormsCollection &forms_;
 };

@@ -95,7 +95,7 @@ TEST_F(ShellTest, ASecondClickEndsTheWaitForASilentDrive)
     SimulatedDrive drive;
     UseDrive(drive);
     LoadQuietly();
-    drive.Send(QStringLiteral("fault silence"));
+    drive.Send(QStringLiteral("fault silent"));
     DriveLink &link = main->AllEngines().link;
     QTimer::singleShot(100, main.get(), [&] { QTest::mouseClick(Find("ComStatus"), Qt::LeftButton); });
     link.GoOnLine();

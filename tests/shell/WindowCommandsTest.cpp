@@ -29,6 +29,19 @@ TEST(Tiling, FillsTheAreaWithoutOverlap)
     EXPECT_EQ(TileRects(area, 2, Qt::Vertical).at(1).height(), area.height());
 }
 
+TEST(Cascade, LeavesEveryTitleInSight)
+{
+    const QRect area(0, 0, 1366, 720);
+    const int step = 22;
+    for (const QSize window : {QSize(1012, 337), QSize(1366, 720), QSize(2000, 1000)})
+        for (int position = 1; position < 5; ++position)
+            EXPECT_EQ(CascadePlace(area, position, window, step), QPoint(position * step, position * step));
+    // A small window's cascade starts again before it leaves the area.
+    for (int position = 0; position < 100; ++position)
+        EXPECT_TRUE(
+            area.contains(QRect(CascadePlace(area, position, QSize(600, 400), step), QSize(600, 400))));
+}
+
 class Windows : public ShellTest
 {
 protected:

@@ -2,6 +2,7 @@
 
 #include "settings/SettingsFile.h"
 
+#include <QCoreApplication>
 #include <gtest/gtest.h>
 
 namespace quorvik::testing
@@ -34,6 +35,13 @@ TestDesk::TestDesk()
     model.PortOpen = [this] { return online; };
     forms.Add(&mainWindow);
     desk.ShowChild = [](QWidget *form, bool) { form->show(); };
+}
+
+TestDesk::~TestDesk()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    while (forms.Count() > 1)
+        delete forms.At(forms.Count() - 1);
 }
 
 } // namespace quorvik::testing

@@ -35,6 +35,7 @@ class TestDesk
 {
 public:
     TestDesk();
+    ~TestDesk(); ///< with the windows that are still open, and those that wait for their deletion
 
     QTemporaryDir folder;
     Model model;

@@ -3,10 +3,13 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 #include "desktop/Desk.h"
+#include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/DriveLink.h"
 #include "link/forms/FormCommunications.h"
+#include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
+#include "model/Model.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/FormVirtualOperatorSetup.h"
 #include "settings/forms/FilePrint.h"
@@ -50,6 +53,7 @@ void Press(QWidget &window, int nav)
 }
 
 constexpr int NextButton = 3;
+constexpr int Reference0 = 217; ///< a number that everybody meets
 
 } // namespace
 
@@ -149,6 +153,13 @@ void Album::TakeOthers()
     Take(mode, mode.objectName(), mode.HelpTopic());
     FormSelectDriveModel models(desk_, &owner);
     Take(models, models.objectName(), models.HelpTopic());
+    desk_.model.EditParamNumber = Reference0;
+    desk_.model.EditValue = desk_.model.Value(Reference0);
+    FormModifyParameterValue edit(desk_, &owner);
+    Take(edit, edit.objectName(), edit.HelpTopic());
+    link.ScanKind = 1;
+    FormProgressBar progress(desk_, &owner, link);
+    Take(progress, progress.objectName(), progress.HelpTopic());
     FormNotes notes(desk_, &owner);
     Take(notes, notes.objectName(), notes.HelpTopic());
     FormAbout about(desk_, &owner);

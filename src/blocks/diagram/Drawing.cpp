@@ -224,6 +224,14 @@ void Drawing::Guide(const Port &from, const Port &to)
     Add({.symbol = Symbol::Guide, .points = RouteWire(from, to, HalfWay)});
 }
 
+void Drawing::Constant(const QString &labelName, const QString &text, const Port &contact)
+{
+    // Clear of the hand's room around the arm.
+    const QPointF start = contact.at - QPointF(2.2, 0);
+    Label(labelName, text, start - QPointF(0.4, 0), Qt::AlignRight);
+    Line({start, Side::Right}, contact);
+}
+
 void Drawing::Label(const QString &name, const QString &text, const QPointF &at, Qt::Alignment align,
                     bool bold, const QString &toolTip)
 {

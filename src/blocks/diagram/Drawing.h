@@ -150,6 +150,8 @@ public:
     void Link(const Port &from, const LivePart &arm);
     void Guide(const Port &from, const Port &to);
 
+    /** A fixed value that feeds a contact at its right. */
+    void Constant(const QString &labelName, const QString &text, const Port &contact);
     void Label(const QString &name, const QString &text, const QPointF &at,
                Qt::Alignment align = Qt::AlignHCenter, bool bold = false, const QString &toolTip = {});
 

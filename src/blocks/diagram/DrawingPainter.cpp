@@ -62,7 +62,7 @@ void DrawingPainter::Paint(const Drawing &drawing, const QRectF &exposedCells)
     // Outlines of groups lie under everything, arms above it.
     static constexpr int Layers = 3;
     const auto layerOf = [](Symbol symbol) {
-        if (symbol == Symbol::Frame || symbol == Symbol::Guide)
+        if (symbol == Symbol::Frame)
             return 0;
         return symbol == Symbol::Switch || symbol == Symbol::Contact || symbol == Symbol::Link ? 2 : 1;
     };

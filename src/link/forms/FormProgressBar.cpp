@@ -26,7 +26,7 @@ FormProgressBar::FormProgressBar(Desk &desk, QWidget *owner, DriveLink &link)
     : DialogForm(desk, owner, QStringLiteral("FormProgressBar"),
                  link.ScanKind == Reading ? QStringLiteral("Reading Parameters from Drive")
                                           : QStringLiteral("Writing Parameters to Drive"),
-                 QString())
+                 QStringLiteral("Going On Line.htm"))
     , link_(link)
     , tag_(link.ScanKind)
     , lastParam_(desk.model.LastParam)

@@ -1,6 +1,5 @@
 #include "wizards/frame/WizardForm.h"
 
-#include "desktop/HTMLHelp.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
 #include "wizards/frame/FinishPage.h"
@@ -122,6 +121,7 @@ void WizardForm::FitPage(int step)
 void WizardForm::UpdateNavButtons(int step)
 {
     currentStep_ = step;
+    SetHelpTopic(QString::fromLatin1(helpTopics_[std::size_t(step)]));
     navButtons_[Back]->setEnabled(step > 0);
     navButtons_[Next]->setEnabled(step < LastStep);
     navButtons_[Finish]->setEnabled(finishEnabled_);
@@ -141,11 +141,6 @@ void WizardForm::FocusPage(int step)
         }
     }
     navButtons_[finishEnabled_ ? Finish : Next]->setFocus(Qt::OtherFocusReason);
-}
-
-void WizardForm::ShowHelp()
-{
-    desk().help.DisplayTopic(QString::fromLatin1(helpTopics_[std::size_t(currentStep_)]), this);
 }
 
 void WizardForm::CmdNav_Click(int index)

@@ -26,7 +26,6 @@ public:
 
     int CurrentStep() const { return currentStep_; }
     bool FinishEnabled() const { return finishEnabled_; }
-    void ShowHelp() override; ///< the topic of the page that shows
 
 protected:
     using Topics = std::array<const char *, LastStep + 1>;

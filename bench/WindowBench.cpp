@@ -1,0 +1,240 @@
+// What the windows and the settings files cost, in the release build, on line with a drive paced as in the
+// field.
+
+#include "Memory.h"
+
+#include "blocks/BlockCatalogue.h"
+#include "blocks/BlockForm.h"
+#include "desktop/HTMLHelp.h"
+#include "platform/Asker.h"
+#include "platform/SettingsStore.h"
+#include "settings/forms/FormViewParameters.h"
+#include "shell/MDIFormMain.h"
+#include "tour/DriveProcess.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QMainWindow>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <sys/resource.h>
+
+namespace
+{
+
+using namespace quorvik;
+
+constexpr double NsPerMs = 1e6;
+constexpr int TableFactor = 10;
+constexpr int CpuSeconds = 10;
+
+/** Any message box means that the measurement is worth nothing. */
+class FailingAsker : public Asker
+{
+public:
+    MsgAnswer MsgBox(const QString &text, MsgButtons, MsgIcon, const QString &) override
+    {
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+        std::exit(1);
+    }
+    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return {}; }
+    std::optional<QString> ShowSave(const FileDialogRequest &) override { return {}; }
+};
+
+class NoHelp : public HTMLHelp
+{
+public:
+    void DisplayTopic(const QString &, QWidget *) override {}
+    void DisplayContents(QWidget *) override {}
+    void DisplaySearch(QWidget *) override {}
+    void Close() override {}
+};
+
+bool Print(const char *name, double value, const char *unit, double limit)
+{
+    std::printf("%s: %.3g %s (limit %g)\n", name, value, unit, limit);
+    return value <= limit;
+}
+
+template<typename Work> double MillisecondsOf(Work &&work)
+{
+    QElapsedTimer clock;
+    clock.start();
+    work();
+    return double(clock.nsecsElapsed()) / NsPerMs;
+}
+
+template<typename Work> double MedianOfFive(Work &&work)
+{
+    std::array<double, 5> times{};
+    for (double &time : times)
+        time = MillisecondsOf(work);
+    std::sort(times.begin(), times.end());
+    return times[2];
+}
+
+double CpuSecondsUsed()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval &time) {
+        return double(time.tv_sec) + double(time.tv_usec) * 1e-6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+void RunEventsFor(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+bool MeasureFiles(const QString &folder)
+{
+    Model model;
+    model.InitColors();
+    SettingsFile file(model);
+    if (!file.LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)).isEmpty())
+        return false;
+    model.ResetToDefaults();
+    const QString path = folder + QStringLiteral("/bench.Svx");
+    const double save = MedianOfFive([&] { file.Save(path); });
+    const double load = MedianOfFive([&] { file.LoadSettings(path); });
+
+    const int rows = model.FileLastParam + 1;
+    model.ParamTable.Resize(rows * TableFactor - 1);
+    model.PresetTable.Resize(rows * TableFactor - 1);
+    for (int i = rows; i < rows * TableFactor; ++i)
+        model.ParamTable[i] = model.ParamTable[i % rows];
+    model.FileLastParam = model.LastParam = std::int16_t(rows * TableFactor - 1);
+    const double saveMany = MedianOfFive([&] { file.Save(path); });
+    const double loadMany = MedianOfFive([&] { file.LoadSettings(path); });
+    bool kept = Print("settings-save", save, "ms", 20);
+    kept &= Print("settings-load", load, "ms", 20);
+    kept &= Print("settings-save-ten-times-the-rows", saveMany / save, "x", 12);
+    kept &= Print("settings-load-ten-times-the-rows", loadMany / load, "x", 12);
+    return kept;
+}
+
+/** From the menu to painted. */
+double OpeningTime(MDIFormMain &main, const BlockMenuEntry &entry, int member)
+{
+    return MillisecondsOf([&] {
+        OpenBlock(main.TheDesk(), entry, member);
+        QCoreApplication::sendPostedEvents();
+        main.repaint();
+        for (QWidget *window : main.findChildren<QWidget *>())
+            if (window->objectName() == QLatin1String(entry.form))
+                window->repaint();
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    });
+}
+
+bool MeasureWindows(MDIFormMain &main, double emptyMiB)
+{
+    double worst = 0;
+    int windows = 0;
+    double ofTen = 0;
+    for (const BlockMenuEntry &entry : BlockCatalogue()) {
+        if (!entry.make)
+            continue;
+        const int first = entry.IsFamily() ? entry.firstMember : 0;
+        const int last = entry.IsFamily() ? entry.lastMember : 0;
+        for (int member = first; member <= last; ++member) {
+            worst = std::max(worst, OpeningTime(main, entry, member));
+            if (++windows == 10) {
+                RunEventsFor(1000);
+                ofTen = ResidentMiB();
+            }
+        }
+    }
+    bool kept = Print("window-opening-worst", worst, "ms", 50);
+    kept &= Print("memory-of-ten-windows", ofTen, "MiB", 80);
+    std::printf("memory-of-ten-windows-to-an-empty-frame: %.3g x (limit none)\n", ofTen / emptyMiB);
+
+    RunEventsFor(2000);
+    const double before = CpuSecondsUsed();
+    RunEventsFor(CpuSeconds * 1000);
+    const double share = (CpuSecondsUsed() - before) / CpuSeconds * 100;
+    std::printf("windows-open: %d windows (limit none)\n", windows);
+    kept &= Print("cpu-of-all-windows", share, "% of a core", 8);
+    kept &= Print("memory-of-all-windows", ResidentMiB(), "MiB", 120);
+    return kept;
+}
+
+bool MeasureList(MDIFormMain &main)
+{
+    FormViewParameters *list = nullptr;
+    const double opening = MillisecondsOf([&] {
+        list = new FormViewParameters(main.TheDesk(), main.Print(), ReportFilter::All);
+        main.TheDesk().ShowChild(list, true);
+        list->repaint();
+    });
+    auto *view = list->findChild<QTreeView *>(QStringLiteral("ListView"));
+    double sorting = 0;
+    for (const int column : {3, 1, 2, 0, 0})
+        sorting = std::max(sorting, MillisecondsOf([&] {
+                               Q_EMIT view->header()->sectionClicked(column);
+                               view->repaint();
+                           }));
+    bool kept = Print("list-opening", opening, "ms", 50);
+    kept &= Print("list-sorting-worst", sorting, "ms", 20);
+    return kept;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    double emptyMiB = 0;
+    {
+        QMainWindow frame;
+        frame.show();
+        QCoreApplication::processEvents();
+        emptyMiB = ResidentMiB();
+    }
+
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QStringLiteral("drive"));
+    QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), folder.filePath(QStringLiteral("Presets.fil")));
+    DriveProcess drive;
+    if (!drive.Start(QStringLiteral(QUORVIK_DRIVE_PROGRAM), link, QStringLiteral(QUORVIK_PRESETS_FILE)))
+        return 1;
+
+    bool kept = MeasureFiles(folder.path());
+    SettingsStore settings(folder.filePath(QStringLiteral("Quorvik.ini")));
+    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("16"));
+    settings.SaveSetting(QStringLiteral("Ports"), QStringLiteral("Com16"), link);
+    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("Show Tips at Startup"),
+                         QStringLiteral("False"));
+    FailingAsker asker;
+    NoHelp help;
+    MDIFormMain main({asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
+                      folder.filePath(QStringLiteral("Quorvik.lock")),
+                      folder.filePath(QStringLiteral("data")), LinkTimings{}});
+    // A file on the command line brings the program up without a dialog.
+    const QString start = folder.filePath(QStringLiteral("Presets.fil"));
+    if (!main.Load(start))
+        return 1;
+    DriveLink &driveLink = main.AllEngines().link;
+    driveLink.GoOnLine();
+    if (!driveLink.PortOpen())
+        return 1;
+    driveLink.SetAllReadFlags(1);
+    driveLink.ScanKind = 1;
+    driveLink.ShowProgressBar();
+    kept &= MeasureList(main);
+    kept &= MeasureWindows(main, emptyMiB);
+    driveLink.GoOffLine(1);
+    return kept ? 0 : 1;
+}

@@ -1,0 +1,67 @@
+#!/bin/bash
+# Packs the release build and checks the package: form, versions, file association, and that the program starts
+# from it, by its desktop entry, with a settings file.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/install.sh
+
+install_packages build display check
+build_preset release installable quorvik-tour >/dev/null
+(cd build/release && rm -rf package && cpack >package.log 2>&1) || { cat build/release/package.log; exit 1; }
+deb=$(ls "$PWD"/build/release/package/*.deb)
+work=$(mktemp -d)
+display=
+trap 'kill $display 2>/dev/null || true; rm -rf "$work"' EXIT
+fail() { echo "check-package: $*" >&2; exit 1; }
+equal() { [ "$2" = "$3" ] || fail "$1: \"$2\" instead of \"$3\""; }
+
+lintian --allow-root --fail-on error "$deb"
+for needed in libqt6sql6-sqlite libqt6svg6 libqt6widgets6 libqt6serialport6; do
+    dpkg-deb -f "$deb" Depends | grep -q "$needed" || fail "the package does not depend on $needed"
+done
+
+root=$work/root
+dpkg -x "$deb" "$root"
+version=$(dpkg-deb -f "$deb" Version)
+equal "sarvex-drive --version" "$("$root/usr/bin/sarvex-drive" --version)" "sarvex-drive $version"
+equal "quorvik-tour --version" "$(QT_QPA_PLATFORM=offscreen build/release/bin/quorvik-tour --version)" "Quorvik $version"
+grep -q "^## $version " CHANGELOG.md || fail "CHANGELOG.md has no entry for $version"
+
+desktop-file-validate "$root/usr/share/applications/quorvik.desktop"
+update-mime-database "$root/usr/share/mime" >/dev/null
+update-desktop-database "$root/usr/share/applications" 2>/dev/null
+export HOME=$work/home XDG_DATA_DIRS=$root/usr/share XDG_CURRENT_DESKTOP=GNOME PATH=$root/usr/bin:$PATH
+export XDG_RUNTIME_DIR=$work/run
+unset XDG_DATA_HOME XDG_CONFIG_HOME XDG_CACHE_HOME
+mkdir -p -m 700 "$HOME" "$XDG_RUNTIME_DIR"
+# Without a port the first window would ask for one.
+mkdir -p "$HOME/.config/quorvik"
+printf '[Options]\nCommPort=16\n' >"$HOME/.config/quorvik/Quorvik.ini"
+type=application/x-quorvik-parameters
+for name in "press 4.Svx" b.svx C.SVX; do
+    # The factory table has the form of a settings file.
+    cp "$root/usr/lib/quorvik/Presets.fil" "$work/$name"
+    equal "type of $name" "$(xdg-mime query filetype "$work/$name")" "$type"
+done
+equal "program of the type" "$(xdg-mime query default "$type")" quorvik.desktop
+
+exec 3<>"$work/number"
+Xvfb -displayfd 3 -screen 0 1366x768x24 3>"$work/number" 2>/dev/null &
+display=$!
+for _ in $(seq 100); do [ -s "$work/number" ] && break; sleep 0.1; done
+DISPLAY=:$(cat "$work/number")
+export DISPLAY
+gio open "$work/press 4.Svx"
+for _ in $(seq 200); do
+    windows=$(xwininfo -root -tree | grep '"Quorvik' || true)
+    grep -q 'press 4' <<<"$windows" && break
+    sleep 0.1
+done
+grep -q 'press 4' <<<"$windows" || fail "the program did not open the file: ${windows:-no window}"
+kill "$(head -n 1 "$HOME/.config/quorvik/Quorvik.lock")"
+
+# What the program writes for a user without the package is the same type.
+cmp <(sed 's/ *$//' "$HOME/.local/share/mime/packages/quorvik.xml") "$root/usr/share/mime/packages/quorvik.xml"
+grep -q "^Exec=\"$root/usr/lib/quorvik/quorvik\" %f" "$HOME/.local/share/applications/quorvik.desktop"
+
+echo "$(basename "$deb"): good"

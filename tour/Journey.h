@@ -1,0 +1,28 @@
+#pragma once
+
+#include "tour/Tour.h"
+
+#include <memory>
+
+namespace quorvik
+{
+
+/** Runs the program up to the link and the tips: the first of all. */
+void AddGoingOnline(Tour &tour);
+/** Blocks on line, an edit that arrives in the drive, and the file that keeps it. */
+void AddMainJob(Tour &tour);
+/** A round through every window of the Blocks menu. */
+void AddBlockRound(Tour &tour);
+/** The windows of the other menus that are of use on line. */
+void AddOnlineRound(Tour &tour);
+/** Ends the program, starts it again, opens the file of the main job and looks at what it holds. */
+void AddRestart(Tour &tour);
+/** The windows that are of use off line, and both Mentors page by page. */
+void AddOfflineRound(Tour &tour);
+/** Leaves without saving. */
+void AddLeaving(Tour &tour);
+
+/** Where the main job saves its file. */
+QString SavedFile(const Tour &tour);
+
+} // namespace quorvik
