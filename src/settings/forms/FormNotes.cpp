@@ -58,15 +58,17 @@ FormNotes::FormNotes(Desk &desk, QWidget *owner)
        [this](int position, int, int added) { insertionEnd_ = position + added; });
     On(text1_, &QPlainTextEdit::textChanged, this, [this] { Text1_Change(); });
     On(commandClose, &QPushButton::clicked, this, [this] { accept(); });
-    On(this, &QDialog::finished, this, [this] { this->desk().model.Notes = text1_->toPlainText(); });
+    On(this, &QDialog::finished, this, [this] {
+        this->desk().model.Notes = text1_->toPlainText();
+        // The recovery copy looks again.
+        this->desk().model.UpdateTitle();
+    });
 }
 
 void FormNotes::Text1_Change()
 {
     TakeBackExcess();
     ShowCharactersLeft();
-    // At once and not when the window closes, so that the recovery copy has them.
-    desk().model.Notes = text1_->toPlainText();
     desk().model.FileModified = true;
     desk().model.UpdateTitle();
 }
