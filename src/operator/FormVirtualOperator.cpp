@@ -11,6 +11,7 @@
 #include "platform/Guard.h"
 
 #include <QContextMenuEvent>
+#include <QGroupBox>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
