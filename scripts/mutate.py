@@ -67,7 +67,7 @@ MUTATIONS = [
     ("src/link/Scans.cpp", "if (record.Value == rawValueSent_)\n", ""),
     ("src/link/Scans.cpp", "RefusalsInARow = 3", "RefusalsInARow = 2"),
     ("src/link/Scans.cpp", "int at = 2;", "int at = 3;"),
-    ("src/link/LinkState.cpp", "PropMax, -1, model_.FileLastParam", "PropMax, -1, 32767"),
+    ("src/link/LinkState.cpp", "std::min<std::int32_t>(PropMax", "std::max<std::int32_t>(PropMax"),
 ]
 
 
