@@ -1,6 +1,7 @@
 #include "drive/Console.h"
 
 #include "drive/DriveCommands.h"
+#include "drive/WholeNumber.h"
 #include "platform/Guard.h"
 
 #include <cerrno>
@@ -18,15 +19,6 @@ namespace
 constexpr int LowestLevel = -2048;
 constexpr int HighestLevel = 4095;
 constexpr int HighestFrequency = 60000;
-
-std::optional<int> Whole(const QString &word, int low, int high)
-{
-    bool isWhole = false;
-    const int number = word.toInt(&isWhole);
-    if (!isWhole || number < low || number > high)
-        return std::nullopt;
-    return number;
-}
 
 QString NotUnderstood(const QString &line)
 {
@@ -79,7 +71,7 @@ QStringList Console::Print(const QStringList &words)
             lines << QStringLiteral("%1 %2").arg(p).arg(table.Get(p));
         return lines << QStringLiteral("end table");
     }
-    const std::optional<int> p = Whole(words[1], 0, table.LastParam());
+    const std::optional<int> p = WholeNumber(words[1], 0, table.LastParam());
     if (!p)
         return {NotUnderstood(words.join(u' '))};
     const ParamRecord &record = table.Record(*p);
@@ -100,13 +92,15 @@ QString Console::Terminal(const QStringList &words)
     const bool isAnalog = kind == QStringLiteral("analog");
     const bool isDigital = kind == QStringLiteral("digital");
     if (kind == QStringLiteral("frequency") && words.size() == 3) {
-        if (const auto hertz = Whole(words[2], 0, HighestFrequency)) {
+        if (const auto hertz = WholeNumber(words[2], 0, HighestFrequency)) {
             inputs.frequency = *hertz;
             return {};
         }
     } else if ((isAnalog || isDigital) && words.size() == 4) {
-        const auto member = Whole(words[2], 1, int(isAnalog ? inputs.analog.size() : inputs.digital.size()));
-        const auto level = isAnalog ? Whole(words[3], LowestLevel, HighestLevel) : Whole(words[3], 0, 1);
+        const auto member =
+            WholeNumber(words[2], 1, int(isAnalog ? inputs.analog.size() : inputs.digital.size()));
+        const auto level =
+            isAnalog ? WholeNumber(words[3], LowestLevel, HighestLevel) : WholeNumber(words[3], 0, 1);
         if (member && level) {
             if (isAnalog)
                 inputs.analog[std::size_t(*member - 1)] = *level;
@@ -138,11 +132,11 @@ QStringList Console::Execute(const QString &line)
     if (verb == QStringLiteral("print"))
         return Print(words);
     if (verb == QStringLiteral("get") && words.size() == 2) {
-        if (const auto p = Whole(words[1], 0, last))
+        if (const auto p = WholeNumber(words[1], 0, last))
             return {QStringLiteral("%1 %2").arg(*p).arg(bench_.table.Get(*p))};
     } else if (verb == QStringLiteral("set") && words.size() == 3) {
-        const auto p = Whole(words[1], 0, last);
-        const auto value = Whole(words[2], -32768, 65535);
+        const auto p = WholeNumber(words[1], 0, last);
+        const auto value = WholeNumber(words[2], -32768, 65535);
         if (p && value) {
             bench_.table.Put(*p, *value);
             return {};
@@ -160,12 +154,12 @@ QStringList Console::Execute(const QString &line)
         isFrozen_ = verb == QStringLiteral("freeze");
         return {};
     } else if (verb == QStringLiteral("trip") && words.size() == 2) {
-        if (const auto bits = Whole(words[1], 1, Fault::All)) {
+        if (const auto bits = WholeNumber(words[1], 1, Fault::All)) {
             bench_.machine.Trip(*bits);
             return {};
         }
     } else if (verb == QStringLiteral("load") && words.size() == 2) {
-        if (const auto percent = Whole(words[1], 0, 200)) {
+        if (const auto percent = WholeNumber(words[1], 0, 200)) {
             bench_.machine.SetLoad(*percent / 100.0);
             return {};
         }

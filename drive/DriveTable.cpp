@@ -104,7 +104,7 @@ bool DriveTable::IsKept(int p) const
 
 void DriveTable::SaveToMemory()
 {
-    memory_.resize(std::size_t(last_ + 1));
+    memory_.resize(std::size_t(last_) + 1);
     for (int p = 0; p <= last_; ++p)
         memory_[std::size_t(p)] = model_.Value(p);
     // A command is no setting: a reload must not start the next one.

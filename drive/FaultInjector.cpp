@@ -1,6 +1,7 @@
 #include "drive/FaultInjector.h"
 
 #include "drive/SteadyClock.h"
+#include "drive/WholeNumber.h"
 #include "platform/Numbers.h"
 
 #include <QStringList>
@@ -22,15 +23,6 @@ constexpr int HighestNumber = 32767;
 constexpr int LongestMs = 600'000;
 constexpr std::int64_t Forever = std::numeric_limits<std::int64_t>::max();
 constexpr char ExtraByte = 0x55;
-
-std::optional<std::int64_t> WholeNumber(const QString &text, std::int64_t low, std::int64_t high)
-{
-    bool isWhole = false;
-    const std::int64_t number = text.toLongLong(&isWhole);
-    if (!isWhole || number < low || number > high)
-        return std::nullopt;
-    return number;
-}
 
 QString NotUnderstood(const QString &word)
 {
@@ -58,14 +50,14 @@ QString FaultInjector::Add(const QString &words, std::int64_t now)
         const auto param = WholeNumber(parts[0].section(u':', 1), 0, HighestNumber);
         if (!param)
             return NotUnderstood(parts[0]);
-        order.param = int(*param);
+        order.param = *param;
     }
     std::uint64_t seed = DefaultSeed;
     bool waitsForRequest = order.param >= 0;
     for (const QString &part : parts.mid(1)) {
         const QString key = part.section(u'=', 0, 0).trimmed();
         const QString text = part.section(u'=', 1).trimmed();
-        const auto number = WholeNumber(text, 1, std::numeric_limits<std::int64_t>::max());
+        const auto number = WholeNumber(text, std::int64_t(1), std::numeric_limits<std::int64_t>::max());
         const auto rate = ParseNumber(text);
         if (key == QStringLiteral("count") && number) {
             order.left = *number;

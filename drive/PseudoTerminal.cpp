@@ -61,7 +61,7 @@ QString PseudoTerminal::PublishAt(const QString &path)
     if (::symlink(QFile::encodeName(devicePath_).constData(), freshName.constData()) != 0)
         return Failure(QStringLiteral("The link %1 could not be made").arg(path));
     if (::rename(freshName.constData(), QFile::encodeName(path).constData()) != 0) {
-        const QString failure = Failure(QStringLiteral("The link %1 could not be made").arg(path));
+        QString failure = Failure(QStringLiteral("The link %1 could not be made").arg(path));
         ::unlink(freshName.constData());
         return failure;
     }

@@ -52,7 +52,7 @@ bool IsFileDialogOpen()
 void AddFileDialog(Tour &tour, const QString &what, const QString &picture)
 {
     tour.Add(what, IsFileDialogOpen, [&tour, picture] {
-        const QString failure = tour.User().TypeFileName(SavedFile(tour));
+        QString failure = tour.User().TypeFileName(SavedFile(tour));
         if (failure.isEmpty()) {
             tour.TakePicture(picture);
             return tour.User().AcceptFileName();
@@ -96,7 +96,7 @@ void AddEdit(Tour &tour)
         QStringLiteral("A new gain is typed, OK"),
         [&tour] { return tour.User().Modal(QStringLiteral("FormModifyParameterValue")) != nullptr; },
         [&tour] {
-            if (const QString failure = tour.User().TypeOver(NewGain()); !failure.isEmpty())
+            if (QString failure = tour.User().TypeOver(NewGain()); !failure.isEmpty())
                 return failure;
             tour.TakePicture(QStringLiteral("05-edit-gain"));
             return tour.User().Click(QStringLiteral("CommandOK"));
@@ -150,7 +150,7 @@ void AddGoingOnline(Tour &tour)
         [&tour] { return tour.User().Modal(QStringLiteral("FormSelectCommMode")) != nullptr; },
         [&tour] {
             tour.Note(QStringLiteral("start to first question: %1 ms").arg(tour.SinceStart()));
-            if (const QString failure = tour.User().Click(QStringLiteral("OptionSerialCommMode(0)"));
+            if (QString failure = tour.User().Click(QStringLiteral("OptionSerialCommMode(0)"));
                 !failure.isEmpty())
                 return failure;
             tour.TakePicture(QStringLiteral("01-select-mode"));

@@ -85,7 +85,7 @@ void AddMenuPictures(Tour &tour, const QString &prefix)
     for (const char *menu : {"mnuFile", "mnuBlockAnalogInputs", "mnuTools", "mnuWindow"})
         tour.Do(QStringLiteral("The menu %1").arg(QLatin1String(menu)), [&tour, menu, prefix] {
             const QString name = QString::fromLatin1(menu);
-            const QString failure = tour.User().OpenMenu(name);
+            QString failure = tour.User().OpenMenu(name);
             if (failure.isEmpty())
                 tour.TakePicture(prefix + name);
             tour.User().CloseMenus();

@@ -2,7 +2,6 @@
 
 #include "model/Conversions.h"
 #include "model/TextTables.h"
-#include "platform/AtomicFile.h"
 #include "platform/Numbers.h"
 #include "settings/SettingsTables.h"
 
@@ -236,20 +235,7 @@ QString ParsePresets(const QString &csv, RecordArray &records)
 
 QString WritePresets(const RecordArray &records, const QString &path)
 {
-    AtomicFile file(path);
-    if (QString failure = file.Create(); !failure.isEmpty())
-        return failure;
-    Database database;
-    QString failure = DBEngine::CreateDatabase(file.SiblingPath(), database);
-    if (failure.isEmpty())
-        failure = WriteSettingsTable(database, records, records.UpperBound());
-    if (failure.isEmpty())
-        failure = WritePropertiesTable(database, QString());
-    if (failure.isEmpty())
-        failure = database.Close();
-    if (failure.isEmpty())
-        failure = file.Commit();
-    return failure;
+    return WriteSettingsDatabase(path, records, records.UpperBound(), QString());
 }
 
 } // namespace quorvik

@@ -15,13 +15,12 @@ namespace quorvik::help
 namespace
 {
 
-constexpr int WidestPicture = 760; ///< pixels that fit beside the contents in the viewer's first size
-
 const QString &PageFrame()
 {
     static const QString frame =
         QStringLiteral("<html><head><meta charset=\"utf-8\"><title>%1</title><style>"
                        "body{font-family:sans-serif;margin:12px} h1{font-size:x-large} h2{font-size:large} "
+                       "table{margin-top:8px;margin-bottom:8px} "
                        "th{text-align:left;background-color:#dfe6ea;color:#000000} td,th{padding:3px 8px}"
                        "</style></head><body>%2</body></html>\n");
     return frame;
@@ -63,19 +62,6 @@ QString RangeWords(const ParamRecord &record)
     }
     return ValueText(record.Min, record.Attributes) + QStringLiteral(" to ") +
            ValueText(record.Max, record.Attributes);
-}
-
-/** Width of a PNG picture, which stands in its header; 0 where the file is none. */
-int PictureWidth(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray header = file.read(24);
-    if (header.size() < 24 || !header.startsWith("\x89PNG"))
-        return 0;
-    const auto byteAt = [&header](int offset) { return int(std::uint8_t(header[offset])); };
-    return byteAt(16) << 24 | byteAt(17) << 16 | byteAt(18) << 8 | byteAt(19);
 }
 
 } // namespace
@@ -164,8 +150,7 @@ QString PageWriter::Picture(const QString &name, const QString &caption, const Q
 {
     const QString file = name + QStringLiteral(".png");
     const QString source = pictureFolder_ + u'/' + file;
-    const int width = PictureWidth(source);
-    if (width == 0) {
+    if (!QFile::exists(source)) {
         problems.append(topic + QStringLiteral(": there is no picture of ") + name);
         return {};
     }
@@ -175,10 +160,7 @@ QString PageWriter::Picture(const QString &name, const QString &caption, const Q
         QFile::remove(outFolder_ + u'/' + file);
         QFile::copy(source, outFolder_ + u'/' + file);
     }
-    return QStringLiteral("\n<p><img src=\"%1\" width=\"%2\" alt=\"%3\"></p>\n")
-        .arg(file)
-        .arg(std::min(width, WidestPicture))
-        .arg(caption.toHtmlEscaped());
+    return QStringLiteral("\n<p><img src=\"%1\" alt=\"%2\"></p>\n").arg(file, caption.toHtmlEscaped());
 }
 
 void PageWriter::CheckLinks(const QString &html, const QString &topic, QStringList &problems) const

@@ -104,7 +104,8 @@ private:
                 Qt::AlignRight);
         d.Label(QStringLiteral("Label2"), QStringLiteral("Oldest"),
                 {LogX - 1, inset + (FaultLog::Records - 0.5) * line}, Qt::AlignRight);
-        d.Path({{{LogX - 4, inset + 1.5 * line}, {LogX - 4, inset + (FaultLog::Records - 1.5) * line}}},
+        d.Path({QPointF(LogX - 4, inset + 1.5 * line),
+                QPointF(LogX - 4, inset + (FaultLog::Records - 1.5) * line)},
                true);
         return 2 * inset + FaultLog::Records * line + bar + 2 * pixel;
     }

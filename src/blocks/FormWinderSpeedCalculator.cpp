@@ -65,8 +65,8 @@ private:
         const double roller = 2.5;
         d.Roll(centre, radius, core);
         d.Roll({-2, webY + roller}, roller, roller);
-        d.Path({{{-2 - roller, centre.y()}, {-2 - roller, webY + roller}}}, false);
-        d.Path({{{-2, webY}, {centre.x(), webY}}}, true);
+        d.Path({QPointF(-2 - roller, centre.y()), QPointF(-2 - roller, webY + roller)}, false);
+        d.Path({QPointF(-2, webY), QPointF(centre.x(), webY)}, true);
     }
 };
 

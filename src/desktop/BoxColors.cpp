@@ -15,6 +15,13 @@ std::int32_t BlueGreenRed(const QColor &color)
     return color.blue() << 16 | color.green() << 8 | color.red();
 }
 
+QColor Mixed(const QColor &first, const QColor &second, double share)
+{
+    const auto mix = [share](int from, int to) { return qRound(from + (to - from) * share); };
+    return QColor(mix(first.red(), second.red()), mix(first.green(), second.green()),
+                  mix(first.blue(), second.blue()));
+}
+
 QColor ContrastingText(const QColor &background)
 {
     const auto linear = [](double part) {

@@ -11,9 +11,12 @@
 #include <QHelpSearchEngine>
 #include <QHelpSearchQueryWidget>
 #include <QHelpSearchResultWidget>
+#include <QImage>
 #include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QResizeEvent>
+#include <QScreen>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -40,21 +43,46 @@ protected:
     QVariant loadResource(int type, const QUrl &name) override
     {
         const QUrl url = name.isRelative() ? source().resolved(name) : name;
-        if (url.scheme() == QLatin1String("qthelp") && library_.IsOpen())
+        if (url.scheme() != QLatin1String("qthelp") || !library_.IsOpen())
+            return QTextBrowser::loadResource(type, name);
+        if (type != QTextDocument::ImageResource)
             return library_.Data(url);
-        return QTextBrowser::loadResource(type, name);
+        const QImage picture = QImage::fromData(library_.Data(url));
+        pictures_.insert(name, picture);
+        return Fitting(picture);
     }
 
     void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override
     {
         if (name.scheme().startsWith(QLatin1String("http")))
             QDesktopServices::openUrl(name);
-        else
+        else {
+            pictures_.clear();
             QTextBrowser::doSetSource(name, type);
+        }
+    }
+
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QTextBrowser::resizeEvent(event);
+        if (event->size().width() == event->oldSize().width() || pictures_.isEmpty())
+            return;
+        for (auto entry = pictures_.cbegin(); entry != pictures_.cend(); ++entry)
+            document()->addResource(QTextDocument::ImageResource, entry.key(), Fitting(entry.value()));
+        document()->markContentsDirty(0, document()->characterCount());
     }
 
 private:
+    /** The picture, no wider than the page: the browser itself would only cut it off. */
+    QImage Fitting(const QImage &picture) const
+    {
+        const int room = viewport()->width() - 4 * fontMetrics().height();
+        return picture.width() <= room || room <= 0 ? picture
+                                                    : picture.scaledToWidth(room, Qt::SmoothTransformation);
+    }
+
     HelpLibrary &library_;
+    QHash<QUrl, QImage> pictures_; ///< of the page that shows, in their full size
 };
 
 const QString &Section()
@@ -94,8 +122,9 @@ HelpWindow::HelpWindow(const QString &helpFile, const QString &indexFolder, Sett
     const int em = fontMetrics().height();
     const QSize stored(settings.GetSetting(Section(), QStringLiteral("Width")).toInt(),
                        settings.GetSetting(Section(), QStringLiteral("Height")).toInt());
-    resize(stored.isEmpty() ? QSize(50 * em, 36 * em) : stored);
-    splitter->setSizes({15 * em, 35 * em});
+    const QSize wanted(82 * em, 48 * em);
+    resize(stored.isEmpty() ? wanted.boundedTo(screen()->availableSize() * 9 / 10) : stored);
+    splitter->setSizes({18 * em, width() - 18 * em});
 }
 
 HelpWindow::~HelpWindow() = default;

@@ -71,7 +71,7 @@ public:
     int UpperBound() const { return int(records_.size()) - 1; }
 
     /** Grows or shrinks to 0..upperBound with contents kept. */
-    void Resize(int upperBound) { records_.resize(std::size_t(upperBound + 1)); }
+    void Resize(int upperBound) { records_.resize(std::size_t(upperBound) + 1); }
 
 private:
     [[noreturn]] void RaiseBounds(int number) const;

@@ -12,6 +12,7 @@
 
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
 

@@ -128,7 +128,7 @@ const QVariant &Recordset::Value(const QString &field) const
 {
     if (AtEnd())
         throw RuntimeFailure(QStringLiteral("There is no current record."));
-    return rows_[position_][ColumnOf(field)];
+    return values_[position_ * fields_.size() + ColumnOf(field)];
 }
 
 void Recordset::AddNew()
@@ -259,16 +259,15 @@ QString Database::OpenSnapshot(const TableDef &table, const QStringList &columns
             QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid").arg(quoted.join(u','), Quoted(table.Name()))))
         return Failure(query.lastError().databaseText());
     while (query.next()) {
-        if (recordset.rows_.size() == std::size_t(MaxRecords))
+        if (recordset.rowCount_ == std::size_t(MaxRecords))
             return Failure(
                 QStringLiteral("the table \"%1\" holds more than %2 rows").arg(table.Name()).arg(MaxRecords));
-        std::vector<QVariant> row;
         for (std::size_t column = 0; column < recordset.fields_.size(); ++column) {
-            row.push_back(query.value(int(column)));
-            if (!Fits(row.back(), recordset.fields_[column]))
-                return Failure(Misfit(recordset.fields_[column], recordset.rows_.size()));
+            recordset.values_.push_back(query.value(int(column)));
+            if (!Fits(recordset.values_.back(), recordset.fields_[column]))
+                return Failure(Misfit(recordset.fields_[column], recordset.rowCount_));
         }
-        recordset.rows_.push_back(std::move(row));
+        ++recordset.rowCount_;
     }
     if (query.lastError().isValid())
         return Failure(query.lastError().databaseText());
@@ -277,7 +276,7 @@ QString Database::OpenSnapshot(const TableDef &table, const QStringList &columns
 
 QString Database::Close()
 {
-    const QString failure = Execute(QStringLiteral("COMMIT"));
+    QString failure = Execute(QStringLiteral("COMMIT"));
     Release();
     return failure;
 }

@@ -52,9 +52,9 @@ private:
 class Recordset
 {
 public:
-    bool AtEnd() const { return position_ >= rows_.size(); } ///< EOF
+    bool AtEnd() const { return position_ >= rowCount_; } ///< EOF
     void MoveNext() { ++position_; }
-    int RecordCount() const { return int(rows_.size()); }
+    int RecordCount() const { return int(rowCount_); }
     /** Value of a column in the present row, null for Null; raises RuntimeFailure past the end or for a
      * column that was not read. */
     const QVariant &Value(const QString &field) const;
@@ -72,7 +72,8 @@ private:
     std::size_t ColumnOf(const QString &field) const;
 
     std::vector<Field> fields_;
-    std::vector<std::vector<QVariant>> rows_;
+    std::vector<QVariant> values_; ///< of all rows, one row after the other
+    std::size_t rowCount_ = 0;
     std::size_t position_ = 0;
     std::vector<QVariant> newRow_;
     std::unique_ptr<QSqlQuery> insert_;

@@ -70,7 +70,7 @@ QString RecoveryCopy::WriteBoth()
         return name.errorString();
     // Saving turns empty notes into one blank, which is for the user's own save to do.
     const QString notes = model_.Notes;
-    const QString failure = file_.Save(Path());
+    QString failure = file_.Save(Path());
     model_.Notes = notes;
     return failure;
 }

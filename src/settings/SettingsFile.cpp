@@ -1,7 +1,6 @@
 #include "settings/SettingsFile.h"
 
 #include "model/Model.h"
-#include "platform/AtomicFile.h"
 #include "settings/SettingsTables.h"
 
 namespace quorvik
@@ -159,21 +158,10 @@ void SettingsFile::GrowPresets()
 QString SettingsFile::Save(const QString &path)
 {
     const QString notes = model_.Notes.isEmpty() ? QStringLiteral(" ") : model_.Notes;
-    AtomicFile file(path);
-    if (QString failure = file.Create(); !failure.isEmpty())
-        return failure;
-    Database database;
-    QString failure = DBEngine::CreateDatabase(file.SiblingPath(), database);
-    if (failure.isEmpty())
-        failure = WriteSettingsTable(database, model_.ParamTable, model_.LastParam);
-    if (failure.isEmpty())
-        failure = WritePropertiesTable(database, notes);
-    if (failure.isEmpty())
-        failure = WriteVirtualSettings(database, model_.VirtualSettings);
-    if (failure.isEmpty())
-        failure = database.Close();
-    if (failure.isEmpty())
-        failure = file.Commit();
+    QString failure =
+        WriteSettingsDatabase(path, model_.ParamTable, model_.LastParam, notes, [this](Database &database) {
+            return WriteVirtualSettings(database, model_.VirtualSettings);
+        });
     // The blank that stands for no notes stays in the set that was saved.
     if (failure.isEmpty())
         model_.Notes = notes;

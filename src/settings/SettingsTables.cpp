@@ -1,6 +1,7 @@
 #include "settings/SettingsTables.h"
 
 #include "model/ParamTable.h"
+#include "platform/AtomicFile.h"
 
 namespace quorvik
 {
@@ -121,6 +122,25 @@ QString WritePropertiesTable(Database &database, const QString &notes)
     rows.AddNew();
     rows.SetValue(Notes(), notes.isNull() ? QVariant() : QVariant(notes));
     return rows.Update();
+}
+
+QString WriteSettingsDatabase(const QString &path, const RecordArray &records, int lastParam,
+                              const QString &notes, const std::function<QString(Database &)> &addTables)
+{
+    AtomicFile file(path);
+    if (QString failure = file.Create(); !failure.isEmpty())
+        return failure;
+    Database database;
+    QString failure = DBEngine::CreateDatabase(file.SiblingPath(), database);
+    if (failure.isEmpty())
+        failure = WriteSettingsTable(database, records, lastParam);
+    if (failure.isEmpty())
+        failure = WritePropertiesTable(database, notes);
+    if (failure.isEmpty() && addTables)
+        failure = addTables(database);
+    if (failure.isEmpty())
+        failure = database.Close();
+    return failure.isEmpty() ? file.Commit() : failure;
 }
 
 QString OpenSettingsTable(Database &database, Recordset &rows)

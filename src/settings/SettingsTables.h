@@ -3,6 +3,7 @@
 #include "platform/DBEngine.h"
 
 #include <QString>
+#include <functional>
 
 namespace quorvik
 {
@@ -22,6 +23,14 @@ QString WriteSettingsTable(Database &database, const RecordArray &records, int l
 
 /** Appends the table of properties; a null text stores Null. @return as above. */
 QString WritePropertiesTable(Database &database, const QString &notes);
+
+/**
+ * Writes a whole file: the parameters 0 to lastParam, the notes, and the tables that the caller adds.
+ * @param addTables appends to the database and returns as above; may be empty.
+ * @return an empty text or a sentence; what stood at path is then as it was.
+ */
+QString WriteSettingsDatabase(const QString &path, const RecordArray &records, int lastParam,
+                              const QString &notes, const std::function<QString(Database &)> &addTables = {});
 
 /** Reads all rows of the parameters' table. The column Tag must be there, but is never read. @return as
  * above. */

@@ -16,7 +16,7 @@ Engines::Engines(const Surroundings &given)
 QString Engines::InitGlobals(const QString &programFolder)
 {
     model.InitColors();
-    const QString sentence = file.LoadPresets(programFolder + QStringLiteral("/Presets.fil"));
+    QString sentence = file.LoadPresets(programFolder + QStringLiteral("/Presets.fil"));
     if (!sentence.isEmpty())
         return sentence;
     model.ResetToDefaults();

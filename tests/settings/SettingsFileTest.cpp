@@ -1,6 +1,5 @@
 #include "SetFixture.h"
 
-#include "platform/AtomicFile.h"
 #include "settings/SettingsTables.h"
 
 #include <QDir>
@@ -27,18 +26,7 @@ QString WriteSet(const QString &path, int count, std::int32_t attributes = 0)
         records[i].Value = i + 2;
         records[i].Name = QStringLiteral("Row %1").arg(i);
     }
-    AtomicFile target(path);
-    QString failure = target.Create();
-    Database database;
-    if (failure.isEmpty())
-        failure = DBEngine::CreateDatabase(target.SiblingPath(), database);
-    if (failure.isEmpty())
-        failure = WriteSettingsTable(database, records, records.UpperBound());
-    if (failure.isEmpty())
-        failure = WritePropertiesTable(database, QString());
-    if (failure.isEmpty())
-        failure = database.Close();
-    return failure.isEmpty() ? target.Commit() : failure;
+    return WriteSettingsDatabase(path, records, records.UpperBound(), QString());
 }
 
 QByteArray Content(const QString &path)

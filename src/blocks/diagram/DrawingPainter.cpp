@@ -1,5 +1,7 @@
 #include "blocks/diagram/DrawingPainter.h"
 
+#include "desktop/BoxColors.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -11,12 +13,6 @@ namespace
 
 constexpr double LineWidth = 0.24;
 constexpr double ContactRadius = 0.5;
-
-QColor Blend(const QColor &a, const QColor &b, double share)
-{
-    const auto mix = [share](int x, int y) { return int(x * (1 - share) + y * share + 0.5); };
-    return QColor(mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue()));
-}
 
 /** Characteristics drawn inside boxes, in fractions of the box. */
 QPolygonF Characteristic(Symbol symbol)
@@ -38,13 +34,13 @@ QPolygonF Characteristic(Symbol symbol)
 } // namespace
 
 DrawingInk::DrawingInk(const QPalette &palette)
+    : paper(palette.color(QPalette::Window))
 {
-    paper = palette.color(QPalette::Window);
     const QColor text = palette.color(QPalette::WindowText);
     const bool dark = paper.lightness() < text.lightness();
-    line = Blend(text, paper, 0.2);
-    faint = Blend(text, paper, 0.55);
-    fill = dark ? Blend(paper, QColor(Qt::white), 0.09) : Blend(paper, QColor(Qt::white), 0.75);
+    line = Mixed(text, paper, 0.2);
+    faint = Mixed(text, paper, 0.55);
+    fill = dark ? Mixed(paper, QColor(Qt::white), 0.09) : Mixed(paper, QColor(Qt::white), 0.75);
     arm = dark ? QColor(255, 128, 74) : QColor(217, 72, 15);
     curve = dark ? QColor(110, 178, 255) : QColor(16, 98, 190);
 }

@@ -1,5 +1,6 @@
 #include "emulator/forms/Gauges.h"
 
+#include "desktop/BoxColors.h"
 #include "emulator/forms/LampLook.h"
 #include "platform/Guard.h"
 

@@ -1,5 +1,7 @@
 #include "emulator/forms/LampLook.h"
 
+#include "desktop/BoxColors.h"
+
 #include <QPainter>
 #include <QRadialGradient>
 
@@ -9,13 +11,6 @@ namespace quorvik
 QColor SignalColor()
 {
     return QColor(0xff, 0xa0, 0x00);
-}
-
-QColor Mixed(const QColor &first, const QColor &second, double share)
-{
-    const auto mix = [share](int from, int to) { return qRound(from + (to - from) * share); };
-    return QColor(mix(first.red(), second.red()), mix(first.green(), second.green()),
-                  mix(first.blue(), second.blue()));
 }
 
 void PaintLamp(QPainter &painter, const QRectF &place, bool lit, const QPalette &palette)

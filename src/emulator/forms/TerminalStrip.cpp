@@ -1,5 +1,6 @@
 #include "emulator/forms/TerminalStrip.h"
 
+#include "desktop/BoxColors.h"
 #include "emulator/forms/LampLook.h"
 #include "platform/Guard.h"
 

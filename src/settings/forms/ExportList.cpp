@@ -66,7 +66,7 @@ QString ExportRows(const QString &path, const Model &model, const QList<ReportRo
         QPdfWriter writer(&file);
         writer.setPageSize(UsualPaper());
         writer.setTitle(QStringLiteral("Sarvex Parameters"));
-        const QString printFailure = PrintData(writer, DescribeReport(model, rows));
+        QString printFailure = PrintData(writer, DescribeReport(model, rows));
         if (!printFailure.isEmpty())
             return printFailure;
     } else {

@@ -84,7 +84,7 @@ private:
 
 QString PrintData(QPagedPaintDevice &device, const ReportContent &content)
 {
-    const QString failure = QStringLiteral("The report could not be printed.");
+    QString failure = QStringLiteral("The report could not be printed.");
     QPainter painter;
     if (!painter.begin(&device))
         return failure;

@@ -63,7 +63,7 @@ void DrawOperatingMode(QPainter &painter, const Ink &ink, const BasicSetup &setu
     DrawCaption(painter, {185, 286}, QStringLiteral("Speed"));
     const bool crossover = setup.operatingMode == FieldCrossover;
     const bool torque = setup.operatingMode == Torque;
-    const qreal base = crossover ? 105 : 180;
+    const int base = crossover ? 105 : 180;
     UsePen(painter, ink.faint, 1.2);
     painter.setPen(QPen(ink.faint, 1.2, Qt::DashLine));
     painter.drawLine(QPointF(base, 270), QPointF(base, 100));
@@ -71,8 +71,8 @@ void DrawOperatingMode(QPainter &painter, const Ink &ink, const BasicSetup &setu
     QPainterPath torqueLine(QPointF(35, 120));
     torqueLine.lineTo(base, 120);
     if (crossover)
-        for (qreal x = base; x <= 190; x += 5)
-            torqueLine.lineTo(x, 270 - 150 * (base - 35) / (x - 35));
+        for (int x = base; x <= 190; x += 5)
+            torqueLine.lineTo(x, 270 - 150.0 * (base - 35) / (x - 35));
     UsePen(painter, torque ? ink.accent : ink.line, torque ? 4 : 1.8);
     painter.drawPath(torqueLine);
     DrawCaption(painter, {62, 105}, QStringLiteral("Torque"));
@@ -85,7 +85,7 @@ void DrawOperatingMode(QPainter &painter, const Ink &ink, const BasicSetup &setu
     painter.drawPath(power);
     DrawCaption(painter, {crossover ? 165.0 : 80.0, crossover ? 138.0 : 195.0}, QStringLiteral("Power"));
     painter.setPen(ink.line);
-    DrawCaption(painter, {base, 302}, crossover ? QStringLiteral("Base Speed") : QString());
+    DrawCaption(painter, QPointF(base, 302), crossover ? QStringLiteral("Base Speed") : QString());
 }
 
 void DrawNameplate(QPainter &painter, const Ink &ink, const BasicSetup &setup)
@@ -350,8 +350,8 @@ void DrawCurrentLimits(QPainter &painter, const Ink &ink, const BasicSetup &setu
         painter.drawLine(QPointF(20, bottom), QPointF(200, bottom));
 
     QPainterPath current(QPointF(24, zero));
-    for (qreal x = 24; x <= 198; x += 2) {
-        const qreal wanted = zero - 118 * std::sin((x - 24) / 174 * 2 * M_PI);
+    for (int x = 24; x <= 198; x += 2) {
+        const qreal wanted = zero - 118 * std::sin((x - 24) / 174.0 * 2 * M_PI);
         current.lineTo(x, std::clamp(wanted, std::min(top, bottom), std::max(top, bottom)));
     }
     UsePen(painter, ink.line, 2);

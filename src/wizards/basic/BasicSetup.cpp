@@ -267,7 +267,7 @@ WritePlan BasicSetup::Plan() const
 
 WritePlan BasicSetup::WriteBasicSetup()
 {
-    const WritePlan plan = Plan();
+    WritePlan plan = Plan();
     plan.Commit(model_);
     return plan;
 }

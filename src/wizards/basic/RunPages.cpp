@@ -17,20 +17,6 @@
 namespace quorvik
 {
 
-namespace
-{
-
-using DrawSetup = void (*)(QPainter &, const Ink &, const BasicSetup &);
-
-WizardPicture *MakePicture(const QString &description, const BasicSetup &setup, DrawSetup draw)
-{
-    return new WizardPicture(nullptr, description, [&setup, draw](QPainter &painter, const Ink &ink) {
-        draw(painter, ink, setup);
-    });
-}
-
-} // namespace
-
 MaxSpeedPage::MaxSpeedPage(QWidget *parent, const BasicSetup &setup, BasicRows &rows)
     : WizardPage(parent, MakePicture(QStringLiteral("A speed dial"), setup, DrawMaxSpeed))
     , OptionMaxSpeed(new OptionGroup(

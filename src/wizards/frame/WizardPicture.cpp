@@ -1,5 +1,6 @@
 #include "wizards/frame/WizardPicture.h"
 
+#include "desktop/BoxColors.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QLineF>
@@ -13,13 +14,6 @@ namespace quorvik
 
 namespace
 {
-
-QColor Mixed(const QColor &first, const QColor &second, qreal share)
-{
-    const auto mix = [share](float a, float b) { return float(a * (1 - share) + b * share); };
-    return QColor::fromRgbF(mix(first.redF(), second.redF()), mix(first.greenF(), second.greenF()),
-                            mix(first.blueF(), second.blueF()));
-}
 
 void SetTextHeight(QPainter &painter, qreal height, bool bold)
 {

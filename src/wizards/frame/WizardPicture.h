@@ -49,6 +49,16 @@ private:
     DrawFunction draw_;
 };
 
+/** The picture of a page that shows the answers in setup, which outlives it. */
+template<class Setup>
+WizardPicture *MakePicture(const QString &description, const Setup &setup,
+                           void (*draw)(QPainter &, const Ink &, const Setup &))
+{
+    return new WizardPicture(nullptr, description, [&setup, draw](QPainter &painter, const Ink &ink) {
+        draw(painter, ink, setup);
+    });
+}
+
 /** Sets up the pen for an outline of that width in canvas units, without a brush. */
 void UsePen(QPainter &painter, const QColor &color, qreal width = 1.6);
 /** An outline with an inside. */

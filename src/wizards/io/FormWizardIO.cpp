@@ -39,15 +39,6 @@ constexpr PageRow<IOSetup> BackRows[] = {
 
 constexpr int CalibrationStep = 5;
 
-using DrawSetup = void (*)(QPainter &, const Ink &, const IOSetup &);
-
-WizardPicture *MakePicture(const QString &description, const IOSetup &setup, DrawSetup draw)
-{
-    return new WizardPicture(nullptr, description, [&setup, draw](QPainter &painter, const Ink &ink) {
-        draw(painter, ink, setup);
-    });
-}
-
 } // namespace
 
 FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)

@@ -266,8 +266,8 @@ void DrawAnalogType(QPainter &painter, const Ink &ink, const IOSetup &setup)
     DrawArrow(painter, {44, zero}, {208, zero});
     DrawArrow(painter, {44, 310}, {44, 162});
     QPainterPath wave(QPointF(44, zero));
-    for (qreal x = 44; x <= 196; x += 2) {
-        const qreal phase = (x - 44) / 152 * 2 * M_PI;
+    for (int x = 44; x <= 196; x += 2) {
+        const qreal phase = (x - 44) / 152.0 * 2 * M_PI;
         const qreal height = bipolar ? 60 * std::sin(phase) : 60 * (1 - std::cos(phase));
         wave.lineTo(x, zero - height);
     }

@@ -128,7 +128,7 @@ void IOSetup::PlanCalibration(WriteRehearsal &rehearsal, int lowParam, int highP
 
 WritePlan IOSetup::WriteIOSetup()
 {
-    const WritePlan plan = Plan();
+    WritePlan plan = Plan();
     plan.Commit(model_);
     return plan;
 }

@@ -18,15 +18,6 @@ namespace quorvik
 namespace
 {
 
-using DrawSetup = void (*)(QPainter &, const Ink &, const IOSetup &);
-
-WizardPicture *MakePicture(const QString &description, const IOSetup &setup, DrawSetup draw)
-{
-    return new WizardPicture(nullptr, description, [&setup, draw](QPainter &painter, const Ink &ink) {
-        draw(painter, ink, setup);
-    });
-}
-
 QGroupBox *AddGroup(QWidget *parent, QBoxLayout *place, const QString &title)
 {
     auto *frame = new QGroupBox(title, parent);
