@@ -30,7 +30,7 @@ MUTATIONS = [
     ("src/model/Conversions.cpp", "attributes / 32.0", "attributes / 33.0"),
     ("src/model/Conversions.cpp", "rawValue > 3 ?", "rawValue > 4 ?"),
     ("src/model/Conversions.cpp", "{1.0, 10.0, 100.0, 1000.0}", "{1.0, 10.0, 1000.0, 100.0}"),
-    ("src/model/LimitRules.cpp", "{1, 7, Rule::DigitalInput, 7, 14}", "{1, 7, Rule::DigitalInput, 14, 7}"),
+    ("src/model/LimitRules.cpp", "{1, 7, Rule::DigitalInput, 7, 14}", "{1, 6, Rule::DigitalInput, 7, 14}"),
     ("src/model/LimitRules.cpp", "{23, 27, Rule::ScaledInput", "{23, 26, Rule::ScaledInput"),
     ("src/model/LimitRules.cpp", "record.Value > record.Max", "record.Value >= record.Max + 2"),
     ("src/model/LimitRules.cpp", "rated * 0.2", "rated * 0.25"),
