@@ -22,7 +22,7 @@ MUTATIONS = [
     ("src/platform/Arithmetic.cpp", "value < std::numeric_limits<Integer>::min() ||", ""),
     ("src/platform/Arithmetic.cpp", "std::trunc(value)", "std::floor(value)"),
     ("src/platform/Numbers.cpp", "decimal.digits.at(kept) >= '5'", "decimal.digits.at(kept) > '5'"),
-    ("src/platform/Numbers.cpp", "if (digits == 0)", "if (digits < 0)"),
+    ("src/platform/Numbers.cpp", "digits.rightJustified(decimals + 1, '0')", "digits.rightJustified(decimals, '0')"),
     ("src/platform/Numbers.cpp", "decimal.exponent > 15", "decimal.exponent > 14"),
     ("src/platform/AtomicFile.cpp", " || !Flush(siblingPath_, O_RDONLY) ||", " ||"),
     ("src/platform/AtomicFile.cpp", "| S_IWUSR", ""),
@@ -30,7 +30,7 @@ MUTATIONS = [
     ("src/model/Conversions.cpp", "attributes / 32.0", "attributes / 33.0"),
     ("src/model/Conversions.cpp", "rawValue > 3 ?", "rawValue > 4 ?"),
     ("src/model/Conversions.cpp", "{1.0, 10.0, 100.0, 1000.0}", "{1.0, 10.0, 1000.0, 100.0}"),
-    ("src/model/LimitRules.cpp", "{1, 7, Rule::DigitalInput, 7, 14}", "{1, 7, Rule::DigitalInput, 14, 7}"),
+    ("src/model/LimitRules.cpp", "{1, 7, Rule::DigitalInput, 7, 14}", "{1, 6, Rule::DigitalInput, 7, 14}"),
     ("src/model/LimitRules.cpp", "{23, 27, Rule::ScaledInput", "{23, 26, Rule::ScaledInput"),
     ("src/model/LimitRules.cpp", "record.Value > record.Max", "record.Value >= record.Max + 2"),
     ("src/model/LimitRules.cpp", "rated * 0.2", "rated * 0.25"),
@@ -67,7 +67,7 @@ MUTATIONS = [
     ("src/link/Scans.cpp", "if (record.Value == rawValueSent_)\n", ""),
     ("src/link/Scans.cpp", "RefusalsInARow = 3", "RefusalsInARow = 2"),
     ("src/link/Scans.cpp", "int at = 2;", "int at = 3;"),
-    ("src/link/LinkState.cpp", "PropMax, -1, model_.FileLastParam", "PropMax, -1, 32767"),
+    ("src/link/LinkState.cpp", "std::min<std::int32_t>(PropMax", "std::max<std::int32_t>(PropMax"),
 ]
 
 
@@ -106,8 +106,11 @@ def who_notices(path):
     own = path.split("/")[1]
     for room in [own] + [room for room in ROOMS if room != own]:
         result = build(room)
-        if result.returncode != 0:
+        if " error: " in result.stdout:
             sys.exit(f"{path} does not build:\n{result.stdout[-3000:]}")
+        # The build makes the factory table, which its generator checks against the engines.
+        if result.returncode != 0:
+            return "the build"
         if not room_passes(room):
             return room
     return None
@@ -134,7 +137,7 @@ def main():
         finally:
             target.write_text(whole)
         noticed += room is not None
-        print(f"{number:2} {'noticed by ' + room if room else 'SURVIVED':20} {path}: {before!r} -> {after!r}", flush=True)
+        print(f"{number:2} {'noticed by ' + room if room else 'SURVIVED':22} {path}: {before!r} -> {after!r}", flush=True)
     tried = last - first + 1
     print(f"mutations-noticed: {noticed} of {tried} (at least {NEEDED} of {len(MUTATIONS)})")
     return 0 if noticed >= NEEDED * tried / len(MUTATIONS) else 1

@@ -41,8 +41,7 @@ void DriveLink::GoOnLine()
         PumpWhile([this] { return PortOpen() && PropMax == 0; });
     }
     if (PortOpen() && PropMax != 0)
-        // A drive that claims less than nothing has nothing.
-        model_.LastParam = std::int16_t(std::clamp<std::int32_t>(PropMax, -1, model_.FileLastParam));
+        model_.LastParam = std::int16_t(std::min<std::int32_t>(PropMax, model_.FileLastParam));
     else
         ReadPropsIndex = 0;
 }

@@ -204,8 +204,7 @@ private:
 
     void Check()
     {
-        Require(model_.LastParam >= -1 && model_.LastParam <= LastParam,
-                "the drive cannot stretch the table");
+        Require(model_.LastParam <= LastParam, "the drive cannot stretch the table");
         Require(link_.CurrentParam >= 0 && link_.CurrentParam <= LastParam + 1,
                 "the cursor stays in the table");
         Require(!(link_.SerialCommTimer.isActive() && link_.SerialCommTimeout.isActive()),
