@@ -171,7 +171,7 @@ QString ReadLine(const QStringList &fields, int number, ParamRecord &record)
     const bool isReadOnly = (record.Attributes & Attr::ReadOnly) != 0;
     if (isReadOnly && (record.Attributes & (Attr::Icr | Attr::Destination)) != 0)
         return QStringLiteral("a read-only parameter can be neither stop-only nor a destination");
-    const QString selector = fields[Selector];
+    const QString &selector = fields[Selector];
     const bool isSelector =
         selector.startsWith(QStringLiteral("source")) || selector == QStringLiteral("destination");
     if (isSelector != (kind->typeCode == ParameterType))
