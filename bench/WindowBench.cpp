@@ -5,12 +5,12 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
-#include "desktop/HTMLHelp.h"
 #include "platform/Asker.h"
 #include "platform/SettingsStore.h"
 #include "settings/forms/FormViewParameters.h"
 #include "shell/MDIFormMain.h"
 #include "tour/DriveProcess.h"
+#include "tour/NoHelp.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -44,15 +44,6 @@ public:
     }
     std::optional<QString> ShowOpen(const FileDialogRequest &) override { return {}; }
     std::optional<QString> ShowSave(const FileDialogRequest &) override { return {}; }
-};
-
-class NoHelp : public HTMLHelp
-{
-public:
-    void DisplayTopic(const QString &, QWidget *) override {}
-    void DisplayContents(QWidget *) override {}
-    void DisplaySearch(QWidget *) override {}
-    void Close() override {}
 };
 
 bool Print(const char *name, double value, const char *unit, double limit)

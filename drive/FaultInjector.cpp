@@ -81,7 +81,7 @@ QString FaultInjector::Add(const QString &words, std::int64_t now)
         ++injected_[std::size_t(FaultKind::Drop)];
         return {};
     }
-    orders_.push_back(std::move(order));
+    orders_.push_back(order);
     return {};
 }
 

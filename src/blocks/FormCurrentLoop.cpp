@@ -147,13 +147,14 @@ private:
         const double right = limiter.Rect().right();
         const double middle = limiter.Rect().center().x();
         positiveLimit_ =
-            d.Limit(QStringLiteral("LinePosILimit"), {{{middle + 3, y - 6}, {right - 1, y - 6}}});
-        positiveFoldback_ =
-            d.Limit(QStringLiteral("LinePosFoldback"), {{{middle + 2, y - 3.5}, {right - 1, y - 3.5}}});
-        negativeFoldback_ =
-            d.Limit(QStringLiteral("LineNegFoldback"), {{{left + 1, y + 3.5}, {middle - 2, y + 3.5}}});
-        negativeLimit_ = d.Limit(QStringLiteral("LineNegILimit"), {{{left + 1, y + 6}, {middle - 3, y + 6}}});
-        d.Limit({}, {{{middle - 3, y + 6}, {middle + 3, y - 6}}});
+            d.Limit(QStringLiteral("LinePosILimit"), {QPointF(middle + 3, y - 6), QPointF(right - 1, y - 6)});
+        positiveFoldback_ = d.Limit(QStringLiteral("LinePosFoldback"),
+                                    {QPointF(middle + 2, y - 3.5), QPointF(right - 1, y - 3.5)});
+        negativeFoldback_ = d.Limit(QStringLiteral("LineNegFoldback"),
+                                    {QPointF(left + 1, y + 3.5), QPointF(middle - 2, y + 3.5)});
+        negativeLimit_ =
+            d.Limit(QStringLiteral("LineNegILimit"), {QPointF(left + 1, y + 6), QPointF(middle - 3, y + 6)});
+        d.Limit({}, {QPointF(middle - 3, y + 6), QPointF(middle + 3, y - 6)});
         d.Label(QStringLiteral("LabelFoldback"), QStringLiteral("Foldback"), {middle + 4.8, y - 0.8});
         const Shape positive = Box(PositiveLimit, {70, y - 14});
         const Shape negative = Box(NegativeLimit, {70, y + 16}, CaptionAt::Below);

@@ -43,7 +43,7 @@ struct Bench {
     QString Path() const { return folder.filePath(QStringLiteral("input.Svx")); }
 
     std::unique_ptr<QCoreApplication> application;
-    QTemporaryDir folder{QStringLiteral("/dev/shm/quorvik-fuzz-XXXXXX")};
+    QTemporaryDir folder{QStringLiteral("/dev/shm/quorvik-fuzz")};
     QByteArray good;
 };
 

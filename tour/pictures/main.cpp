@@ -4,12 +4,12 @@
 #include "Album.h"
 
 #include "desktop/Desk.h"
-#include "desktop/HTMLHelp.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
 #include "platform/Asker.h"
 #include "platform/SettingsStore.h"
 #include "settings/SettingsFile.h"
+#include "tour/NoHelp.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -33,15 +33,6 @@ public:
     }
     std::optional<QString> ShowOpen(const FileDialogRequest &) override { return {}; }
     std::optional<QString> ShowSave(const FileDialogRequest &) override { return {}; }
-};
-
-class NoHelp : public HTMLHelp
-{
-public:
-    void DisplayTopic(const QString &, QWidget *) override {}
-    void DisplayContents(QWidget *) override {}
-    void DisplaySearch(QWidget *) override {}
-    void Close() override {}
 };
 
 QPalette DarkPalette()
@@ -75,8 +66,8 @@ int main(int argc, char **argv)
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    const QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 
     QCommandLineParser options;
     options.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where the pictures go"));
