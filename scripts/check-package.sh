@@ -46,7 +46,8 @@ done
 equal "program of the type" "$(xdg-mime query default "$type")" quorvik.desktop
 
 exec 3<>"$work/number"
-Xvfb -displayfd 3 -screen 0 1366x768x24 3>"$work/number" 2>/dev/null &
+# Without -noreset the server starts anew when xwininfo, its only client, leaves, and turns the program away.
+Xvfb -displayfd 3 -noreset -screen 0 1366x768x24 3>"$work/number" 2>/dev/null &
 display=$!
 for _ in $(seq 100); do [ -s "$work/number" ] && break; sleep 0.1; done
 DISPLAY=:$(cat "$work/number")
