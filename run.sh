@@ -21,7 +21,7 @@ fi
 
 if [ -z "$hasDisplay" ]; then
     echo "There is no display: running the tour."
-    exec xvfb-run -a -s "-screen 0 1366x768x24" build/release/bin/quorvik-tour --pictures build/tour \
+    exec xvfb-run -a -s "-screen 0 1366x768x24 -noreset" build/release/bin/quorvik-tour --pictures build/tour \
         --drive build/release/drive/sarvex-drive "$@"
 fi
 

@@ -3,7 +3,7 @@
 set -euo pipefail
 build=$(realpath "$1")
 if [ -z "${INSIDE_XVFB:-}" ]; then
-    INSIDE_XVFB=1 QT_QPA_PLATFORM=xcb exec xvfb-run -a -s "-screen 0 1366x768x24" "$0" "$build"
+    INSIDE_XVFB=1 QT_QPA_PLATFORM=xcb exec xvfb-run -a -s "-screen 0 1366x768x24 -noreset" "$0" "$build"
 fi
 
 profile=$(mktemp -d)

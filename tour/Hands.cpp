@@ -152,6 +152,11 @@ QString Hands::TypeOver(const QString &text)
     return {};
 }
 
+bool Hands::CanType()
+{
+    return qobject_cast<QLineEdit *>(QApplication::focusWidget()) != nullptr;
+}
+
 QString Hands::TextOf(const QString &name) const
 {
     // A value box is a button by kind: it takes clicks, and no typing.

@@ -34,7 +34,9 @@ public:
     QString TypeFileName(const QString &path);
     QString AcceptFileName();
     /** Replaces the text of the entry that has the focus. */
-    QString TypeOver(const QString &text);
+    static QString TypeOver(const QString &text);
+    /** Whether an entry has the focus: the display gives it to a window some time after showing it. */
+    static bool CanType();
 
     /** The text of a value box or a panel, by its name. */
     QString TextOf(const QString &name) const;

@@ -94,9 +94,9 @@ void AddEdit(Tour &tour)
     });
     tour.Add(
         QStringLiteral("A new gain is typed, OK"),
-        [&tour] { return tour.User().Modal(QStringLiteral("FormModifyParameterValue")) != nullptr; },
+        [&tour] { return tour.User().Modal(QStringLiteral("FormModifyParameterValue")) && Hands::CanType(); },
         [&tour] {
-            if (QString failure = tour.User().TypeOver(NewGain()); !failure.isEmpty())
+            if (QString failure = Hands::TypeOver(NewGain()); !failure.isEmpty())
                 return failure;
             tour.TakePicture(QStringLiteral("05-edit-gain"));
             return tour.User().Click(QStringLiteral("CommandOK"));
