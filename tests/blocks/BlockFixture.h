@@ -26,12 +26,6 @@ class BlockFixture : public ::testing::Test
 protected:
     using Values = std::initializer_list<std::pair<int, std::int32_t>>;
 
-    ~BlockFixture() override
-    {
-        while (desk.forms.Count() > 1)
-            delete desk.forms.At(1);
-    }
-
     void Open(const char *formName, int member = 0)
     {
         for (const BlockMenuEntry &entry : BlockCatalogue())

@@ -50,76 +50,44 @@ TEST_F(LogicBlocksTest, InternalLinksNameWhatTheyPointAt)
     EXPECT_EQ(name(3), QString());
 }
 
-class TimerTest : public BlockFixture
+TEST_F(LogicBlocksTest, TheTimerFollowsItsSelectorsInTheSameTickAndCountsOffLineOnly)
 {
-protected:
-    TimerTest()
-    {
-        Open("FormTimer");
-        emulator = Find<QTimer>(QStringLiteral("TimerEmulator"));
-        emulator->setInterval(1);
-        Set({{312, 50}, {313, 7}, {314, 8}});
-    }
-
-    bool CountReaches(std::int32_t count)
-    {
-        return QTest::qWaitFor([&] { return desk.model.Value(428) >= count; }, 2000);
-    }
-
-    QTimer *emulator = nullptr;
-};
-
-TEST_F(TimerTest, CountsInTensAndSwitchesAboveTheThreshold)
-{
-    Set({{428, 50}});
-    emulator->stop();
+    Open("FormTimer");
+    auto *emulator = Find<QTimer>(QStringLiteral("TimerEmulator"));
     emulator->setInterval(100'000);
-    Tick();
-    EXPECT_EQ(desk.model.Value(315), 7) << "not above the threshold yet";
-    EXPECT_EQ(State("LineSwitch"), 1);
-    emulator->start(1);
-    ASSERT_TRUE(CountReaches(60));
-    EXPECT_EQ(desk.model.Value(428) % 10, 0);
-    Tick();
-    EXPECT_EQ(desk.model.Value(315), 8);
-    EXPECT_EQ(State("LineSwitch"), 0);
+    Set({{312, 50}, {313, 7}, {314, 8}});
+    const struct {
+        const char *what;
+        Values values;
+        bool online;
+        bool runs;
+        std::int32_t output;
+        int contact;
+    } ticks[] = {
+        {"at the threshold", {{428, 50}}, false, true, 7, 1},
+        {"above it", {{428, 60}}, false, true, 8, 0},
+        {"held at zero", {{311, 1}}, false, false, 7, 1},
+        {"reset inverted", {{365, 1}}, false, true, 7, 1},
+        {"the drive's own output", {{428, 60}, {315, 3}}, true, false, 3, 0},
+    };
+    for (const auto &tick : ticks) {
+        SCOPED_TRACE(tick.what);
+        desk.online = tick.online;
+        Set(tick.values);
+        Tick();
+        EXPECT_EQ(emulator->isActive(), tick.runs);
+        EXPECT_EQ(desk.model.Value(315), tick.output);
+        EXPECT_EQ(State("LineSwitch"), tick.contact);
+        EXPECT_EQ(form->drawing().Find(QStringLiteral("ShapeInvert"))->visible, desk.model.Value(365) == 1);
+    }
     Set({{428, 2380}});
-    ASSERT_TRUE(CountReaches(2400));
+    emulator->start(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return desk.model.Value(428) >= 2400; }, 2000));
     QSignalSpy more(emulator, &QTimer::timeout);
     ASSERT_TRUE(more.wait(1000));
     EXPECT_EQ(desk.model.Value(428), 2400);
-}
-
-TEST_F(TimerTest, ResetHoldsItAtZeroAndTheSwitchFollowsInTheSameTick)
-{
-    Set({{428, 100}, {311, 1}});
-    Tick();
+    form->close();
     EXPECT_FALSE(emulator->isActive());
-    EXPECT_EQ(desk.model.Value(428), 0);
-    EXPECT_EQ(desk.model.Value(315), 7);
-    EXPECT_EQ(State("LineSwitch"), 1);
-    EXPECT_FALSE(form->drawing().Find(QStringLiteral("ShapeInvert"))->visible);
-    Set({{365, 1}});
-    Tick();
-    EXPECT_TRUE(emulator->isActive());
-    EXPECT_TRUE(form->drawing().Find(QStringLiteral("ShapeInvert"))->visible);
-}
-
-TEST_F(TimerTest, RunsOffLineAndWithAnOpenWindowOnly)
-{
-    desk.online = true;
-    Set({{428, 100}, {315, 3}});
-    Tick();
-    EXPECT_FALSE(emulator->isActive());
-    EXPECT_EQ(desk.model.Value(315), 3) << "on line the drive sets its output";
-    EXPECT_EQ(State("LineSwitch"), 0);
-    desk.online = false;
-    Tick();
-    ASSERT_TRUE(CountReaches(110));
-    Close();
-    const std::int32_t rawCount = desk.model.Value(428);
-    QTest::qWait(20);
-    EXPECT_EQ(desk.model.Value(428), rawCount);
 }
 
 } // namespace

@@ -62,29 +62,24 @@ TEST(Program, DemoRunsByItself)
 TEST(Program, SaysWhatIsWrongAndEnds)
 {
     QTemporaryDir folder;
-    const QString inTheWay = folder.filePath(Words("file"));
+    const QString inTheWay = folder.filePath(Words("obstacle"));
     QFile file(inTheWay);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    const struct {
-        QStringList arguments;
-        QString says;
-    } rows[] = {
-        {{Words("--link"), inTheWay}, Words("in the way")},
-        {{Words("--presets"), inTheWay}, inTheWay},
-        {{Words("--fault"), Words("noise")}, Words("noise")},
-        {{Words("--model"), Words("11")}, Words("model")},
-        {{Words("--baud"), Words("-1")}, Words("--baud")},
-    };
-    for (const auto &row : rows) {
+    const std::pair<const char *, const char *> rows[] = {{"--link %1", "in the way"},
+                                                          {"--presets %1", "obstacle"},
+                                                          {"--fault noise", "noise"},
+                                                          {"--model 11", "model"},
+                                                          {"--baud -1", "--baud"}};
+    for (const auto &[arguments, says] : rows) {
+        QStringList all{Words("--link"), folder.filePath(Words("link")), Words("--presets"),
+                        QStringLiteral(QUORVIK_PRESETS_FILE)};
+        for (const QString &argument : Words(arguments).split(u' '))
+            all << QString(argument).replace(Words("%1"), inTheWay);
         QProcess process;
-        process.start(QStringLiteral(QUORVIK_DRIVE_PROGRAM),
-                      QStringList{Words("--link"), folder.filePath(Words("link")), Words("--presets"),
-                                  QStringLiteral(QUORVIK_PRESETS_FILE)} +
-                          row.arguments);
+        process.start(QStringLiteral(QUORVIK_DRIVE_PROGRAM), all);
         EXPECT_TRUE(process.waitForFinished(10000));
         EXPECT_EQ(process.exitCode(), 1);
-        EXPECT_TRUE(QString::fromUtf8(process.readAllStandardError()).contains(row.says))
-            << qPrintable(row.says);
+        EXPECT_TRUE(process.readAllStandardError().contains(says)) << arguments;
     }
     EXPECT_TRUE(QFileInfo(inTheWay).isFile());
 }
