@@ -199,9 +199,12 @@ TEST_F(Machine, OneBridgeCannotBrake)
         Run(8);
         Stop();
         int lowest = 0;
-        for (; table.DriveState() != State::Stop; Run(MotorModel::TickSeconds))
+        for (int i = 0; i < 100; ++i) {
+            Run(MotorModel::TickSeconds);
             lowest = std::min(lowest, table.Get(P::FinalCurrentDemand));
+        }
         EXPECT_EQ(lowest < 0, code == 5);
+        EXPECT_TRUE(RunUntil(State::Stop, 60));
     }
 }
 
