@@ -100,7 +100,8 @@ QPushButton *DialogForm::MakeCommandHelp()
 
 QString ControlName(const char *name, int index)
 {
-    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
+    const QString bare = QString::fromLatin1(name);
+    return index < 0 ? bare : QStringLiteral("%1(%2)").arg(bare).arg(index);
 }
 
 } // namespace quorvik

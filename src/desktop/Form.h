@@ -72,7 +72,7 @@ private:
     QString helpTopic_;
 };
 
-/** "Name(index)", the object name of a control of a control array. */
+/** "Name(index)", the object name of a control of a control array; the bare name where index is -1. */
 QString ControlName(const char *name, int index);
 
 } // namespace quorvik

@@ -27,11 +27,6 @@ constexpr LinkEntry linkEntries[] = {
     {"mnuToolsLoadDrive", true},      {"mnuToolsSelectModel", false},   {"mnuToolsIOSimulator", false},
 };
 
-QString NameOf(const char *name, int index)
-{
-    return index < 0 ? QString::fromLatin1(name) : ControlName(name, index);
-}
-
 } // namespace
 
 MenuBar::MenuBar(QMainWindow *window)
@@ -47,7 +42,7 @@ void MenuBar::AddTable()
 {
     for (const MenuEntry &entry : MenuTable()) {
         const QString parent = QString::fromLatin1(entry.parent);
-        const QString name = NameOf(entry.name, entry.index);
+        const QString name = ControlName(entry.name, entry.index);
         const QString caption = QString::fromLatin1(entry.caption);
         if (entry.kind == MenuKind::Menu) {
             AddMenu(parent, name, caption);
@@ -80,7 +75,7 @@ void MenuBar::AddBlocks()
                 AddEntry(parent, QString::fromLatin1(entry.allControl),
                          QString::fromLatin1(entry.allCaption));
             for (int member = entry.firstMember; member <= entry.lastMember; ++member)
-                AddEntry(parent, NameOf(entry.control, member), entry.MenuCaption(member));
+                AddEntry(parent, ControlName(entry.control, member), entry.MenuCaption(member));
         }
     }
 }

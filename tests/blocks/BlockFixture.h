@@ -2,15 +2,19 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "blocks/diagram/ClickArea.h"
 #include "desktop/ValueBox.h"
 #include "support/TestDesk.h"
 
 #include <QApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
+#include <initializer_list>
+#include <utility>
 #include <vector>
 
 namespace quorvik::testing
@@ -20,29 +24,29 @@ namespace quorvik::testing
 class BlockFixture : public ::testing::Test
 {
 protected:
-    ~BlockFixture() override
-    {
-        while (desk.forms.Count() > 1)
-            delete desk.forms.At(1);
-    }
+    using Values = std::initializer_list<std::pair<int, std::int32_t>>;
 
-    BlockForm *Open(const char *formName, int member = 0)
+    void Open(const char *formName, int member = 0)
     {
         for (const BlockMenuEntry &entry : BlockCatalogue())
             if (QLatin1String(entry.form) == QLatin1String(formName)) {
-                auto *made = entry.make(desk.desk, member);
-                made->show();
-                return form = made;
+                form = entry.make(desk.desk, member);
+                form->show();
+                return;
             }
-        ADD_FAILURE() << "no such block: " << formName;
-        return nullptr;
+        FAIL() << "no such block: " << formName;
     }
 
+    /** As the title bar does it. */
     void Close()
     {
         form->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        form = nullptr;
+    }
+    void CloseByButton()
+    {
+        Press("CommandClose");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
     /** Lets TimerUpdateScreen tick once, without half a second of waiting. */
@@ -56,6 +60,12 @@ protected:
         timer->start(interval);
     }
 
+    void Set(const Values &values)
+    {
+        for (const auto &[number, rawValue] : values)
+            desk.model.ParamTable[number].Value = rawValue;
+    }
+
     template<typename Control> Control *Find(const QString &name) const
     {
         auto *control = form->findChild<Control *>(name);
@@ -64,6 +74,10 @@ protected:
     }
     ValueBox *Text1(int i) const { return Find<ValueBox>(ControlName("Text1", i)); }
     QLabel *Label1(int i) const { return Find<QLabel>(ControlName("Label1", i)); }
+    ClickArea *Area(const char *name) const { return Find<ClickArea>(QLatin1String(name)); }
+    void Press(const char *button) const { Find<QPushButton>(QLatin1String(button))->click(); }
+    int Number(int row) const { return Label1(row)->property("Tag").toInt(); }
+    int State(const char *part) const { return form->drawing().Find(QLatin1String(part))->state; }
     int ReadFlag(int p) const { return desk.model.ParamTable[p].ReadFlag; }
     std::vector<int> ReadFlags() const
     {
@@ -72,14 +86,9 @@ protected:
             flags.push_back(ReadFlag(p));
         return flags;
     }
-    int State(const char *name) const
-    {
-        const Element *element = form->drawing().Find(QLatin1String(name));
-        EXPECT_NE(element, nullptr) << name;
-        return element ? element->state : -2;
-    }
 
     TestDesk desk;
+    const std::vector<int> before = ReadFlags();
     BlockForm *form = nullptr;
 };
 

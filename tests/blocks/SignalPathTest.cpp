@@ -1,7 +1,5 @@
 #include "blocks/BlockFixture.h"
 
-#include "blocks/diagram/ClickArea.h"
-
 namespace quorvik::testing
 {
 
@@ -10,108 +8,160 @@ namespace
 
 using SignalPathTest = BlockFixture;
 
-struct Movement {
-    const char *form;
-    int member;
-    int param;
-    std::int32_t rawValue;
-    const char *part;
-    int state;
-};
-
-TEST_F(SignalPathTest, WhatMovesFollowsItsParameter)
+TEST_F(SignalPathTest, WhatMovesFollowsItsParameters)
 {
+    struct Movement {
+        const char *form;
+        int member;
+        const char *part;
+        int param;
+        std::initializer_list<int> states; ///< for raw values from 0 on
+        Values others = {};
+    };
     const Movement movements[] = {
-        {"FormDigitalInputs", 3, 134, 0, "Line6", 0},
-        {"FormDigitalInputs", 3, 134, 1, "Line6", 1},
-        {"FormAnalogInputs", 5, 37, 0, "LineType", 1},
-        {"FormAnalogInputs", 5, 37, 1, "LineType", 0},
-        {"FormAnalogInputs", 5, 348, 1, "LineInvert", 1},
-        {"FormFreqInput", 0, 349, 1, "LineSign", 1},
-        {"FormRelayOutputs", 2, 166, 0, "LineRelay", 1},
-        {"FormRelayOutputs", 2, 166, 1, "LineRelay", 0},
-        {"FormRelayOutputs", 2, 73, 1, "LineAbs", 1},
-        {"FormAnalogOutputs", 2, 88, 1, "LineAbs", 1},
-        {"FormFreqDigOutput", 0, 90, 0, "LineSwitch", 0},
-        {"FormFreqDigOutput", 0, 90, 1, "LineSwitch", 1},
-        {"FormVelocityLoop", 0, 203, 0, "LineSwitch", 1},
-        {"FormVelocityLoop", 0, 203, 1, "LineSwitch", 0},
-        {"FormVelocityLoop", 0, 197, 0, "ShapeTriSwitch", 0},
-        {"FormVelocityLoop", 0, 197, 1, "ShapeTriSwitch", 1},
-        {"FormVelocityLoop", 0, 197, 2, "ShapeTriSwitch", 2},
-        {"FormVelocityLoop", 0, 197, 3, "ShapeTriSwitch", 2},
+        {"FormDigitalInputs", 3, "Line6", 134, {0, 1}},
+        {"FormAnalogInputs", 5, "LineType", 37, {1, 0}},
+        {"FormAnalogInputs", 5, "LineInvert", 348, {0, 1}},
+        {"FormFreqInput", 0, "LineSign", 349, {0, 1}},
+        {"FormRelayOutputs", 2, "LineRelay", 166, {1, 0}},
+        {"FormRelayOutputs", 2, "LineAbs", 73, {0, 1}},
+        {"FormAnalogOutputs", 2, "LineAbs", 88, {0, 1}},
+        {"FormFreqDigOutput", 0, "LineSwitch", 90, {0, 1}},
+        {"FormVelocityLoop", 0, "LineSwitch", 203, {1, 0}},
+        {"FormVelocityLoop", 0, "ShapeTriSwitch", 197, {0, 1, 2, 2}},
+        {"FormCurrentLoop", 0, "LineDriveMode", 110, {0, 1}},
+        {"FormCurrentLoop", 0, "LineDriveMode", 109, {0, -1}},
+        {"FormCurrentLoop", 0, "ShapeSwitch", 422, {0, 1, 0, 1, 0}},
+        {"FormCurrentLoop", 0, "ShapeSwitch2", 104, {0, 1}},
+        {"FormCurrentLoop", 0, "LinePosFoldback", 252, {1, 5}},
+        {"FormCurrentLoop", 0, "LinePosILimit", 98, {1, 1, 5}, {{99, 2}, {111, 0}}},
+        {"FormCurrentLoop", 0, "LineNegILimit", 98, {5, 1, 1}, {{100, -2}, {111, -2}}},
+        {"FormSetpoints", 0, "LineSwitch", 243, {0, 1}},
+        {"FormSetpoints", 0, "LineRefEnable", 422, {1, 0, 1, 0}},
+        {"FormSetpoints", 0, "ShapeQuadSwitch", 216, {0, 1}},
+        {"FormSetpoints", 0, "ShapeQuadSwitch", 216, {2, 3}, {{215, 1}}},
+        {"FormSetpoints", 0, "LineInvert", 222, {0, 1}},
+        {"FormAccelDecel", 0, "LineRampBypass", 305, {0, 1}},
+        {"FormAccelDecel", 0, "LineRampSel", 306, {0, 1}},
+        {"FormAccelDecel", 0, "LineRampEnable", 422, {1, 0, 0, 0, 0, 1}},
+        {"FormSetpointSum", 0, "LineSwitch", 422, {1, 0, 1, 0, 1}},
+        {"FormSetpointSum", 0, "LineInvertA", 233, {0, 1}},
+        {"FormSetpointSum", 0, "LineInvertB", 235, {0, 1}},
+        {"FormSetpointSum", 0, "LineInvertC", 237, {0, 1}},
+        {"FormMOP", 0, "LineReset", 322, {0, 1}},
+        {"FormFieldCrossover", 0, "ShapeSwitch", 423, {0, 1}},
+        {"FormZeroSpeedLogic", 0, "LineSwitch", 110, {0, 1}},
+        {"FormZeroSpeedLogic", 0, "LineSwitch", 109, {1, 0}, {{110, -2}}},
+        {"FormStartStopLogic", 0, "LineLogicSelect", 245, {0, 1, -1}},
     };
     for (const Movement &movement : movements) {
-        SCOPED_TRACE(::testing::Message()
-                     << movement.part << " of " << movement.form << " at " << movement.rawValue);
+        SCOPED_TRACE(::testing::Message() << movement.part << " of " << movement.form);
         Open(movement.form, movement.member);
-        desk.model.ParamTable[movement.param].Value = movement.rawValue;
-        Tick();
-        EXPECT_EQ(State(movement.part), movement.state);
+        Set(movement.others);
+        EXPECT_GT(ReadFlag(movement.param), 0) << "nobody would fetch it from the drive";
+        std::int32_t rawValue = 0;
+        for (const int state : movement.states) {
+            Set({{movement.param, rawValue}});
+            Tick();
+            EXPECT_EQ(State(movement.part), state) << "at " << rawValue;
+            ++rawValue;
+        }
+        Set({{movement.param, 0}});
         Close();
+    }
+}
+
+TEST_F(SignalPathTest, AClickStepsTheReferencesAroundInBothBitsAtOnce)
+{
+    // The factory's digital inputs hold both bits read only.
+    Set({{5, 0}, {6, 0}});
+    Open("FormSetpoints");
+    const auto bits = [this] { return std::pair(desk.model.Value(215), desk.model.Value(216)); };
+    const std::pair<std::int32_t, std::int32_t> steps[] = {{0, 1}, {1, 0}, {1, 1}, {0, 0}, {0, 1}};
+    for (const auto &step : steps) {
+        QTest::mouseClick(Area("Image1(1)"), Qt::LeftButton);
+        EXPECT_EQ(bits(), step);
+        Tick();
+    }
+    for (const int refused : {215, 216}) {
+        desk.model.FileModified = false;
+        desk.model.ParamTable[refused].Attributes ^= Attr::ReadOnly;
+        Tick();
+        EXPECT_EQ(Area("Image1(1)")->cursor().shape(), Qt::ForbiddenCursor);
+        QTest::mouseClick(Area("Image1(1)"), Qt::LeftButton);
+        EXPECT_EQ(bits(), steps[4]);
+        EXPECT_FALSE(desk.model.FileModified);
+        desk.model.ParamTable[refused].Attributes ^= Attr::ReadOnly;
     }
 }
 
 TEST_F(SignalPathTest, ADoubleClickStepsItsSelectorAndASingleOneDoesNot)
 {
-    Open("FormVelocityLoop");
-    auto *gains = Find<ClickArea>(QStringLiteral("Image1"));
-    auto *feedback = Find<ClickArea>(QStringLiteral("Image2"));
-    QTest::mouseClick(gains, Qt::LeftButton);
-    EXPECT_EQ(desk.model.Value(203), 0);
-    for (const std::int32_t expected : {1, 0}) {
-        QTest::mouseDClick(gains, Qt::LeftButton);
-        EXPECT_EQ(desk.model.Value(203), expected);
-        Tick();
-    }
-    for (const std::int32_t expected : {1, 2, 0}) {
-        QTest::keyClick(feedback, Qt::Key_Return);
-        EXPECT_EQ(desk.model.Value(197), expected);
-        EXPECT_EQ(desk.model.ParamTable[197].WriteFlag, WriteState::Queued);
+    const struct {
+        const char *form;
+        const char *area;
+        int param;
+        std::initializer_list<std::int32_t> rawValues; ///< from one double click to the next
+    } selectors[] = {
+        {"FormVelocityLoop", "Image1", 203, {0, 1, 0}},
+        {"FormVelocityLoop", "Image2", 197, {0, 1, 2, 0}},
+        {"FormFreqDigOutput", "Image1", 90, {0, 1, 0}},
+        {"FormAccelDecel", "Image1(0)", 305, {0, 1, 0}},
+        {"FormAccelDecel", "Image1(1)", 306, {0, 1, 0}},
+        {"FormAccelDecel", "Image1(2)", 226, {50, 1, 1}}, // a time never reads "True"
+        {"FormCurrentLoop", "Image1", 104, {0, 1, 0}},
+        {"FormFieldCrossover", "Image1", 423, {0, 1, 0}},
+    };
+    for (const auto &selector : selectors) {
+        SCOPED_TRACE(::testing::Message() << selector.area << " of " << selector.form);
+        Open(selector.form);
+        Set({{selector.param, *selector.rawValues.begin()}});
+        for (const std::int32_t rawValue : selector.rawValues) {
+            Tick();
+            QTest::mouseClick(Area(selector.area), Qt::LeftButton);
+            EXPECT_EQ(desk.model.Value(selector.param), rawValue);
+            QTest::mouseDClick(Area(selector.area), Qt::LeftButton);
+            EXPECT_EQ(desk.model.ParamTable[selector.param].WriteFlag, WriteState::Queued);
+        }
+        Close();
     }
 }
 
 TEST_F(SignalPathTest, AClickReadsWhatTheWindowShows)
 {
     Open("FormFreqDigOutput");
-    auto *mode = Find<ClickArea>(QStringLiteral("Image1"));
-    QTest::mouseDClick(mode, Qt::LeftButton);
-    QTest::mouseDClick(mode, Qt::LeftButton);
+    for (int i = 0; i < 2; ++i)
+        QTest::keyClick(Area("Image1"), Qt::Key_Return);
     EXPECT_EQ(desk.model.Value(90), 1) << "no tick between the two";
-    Tick();
-    QTest::mouseDClick(mode, Qt::LeftButton);
-    EXPECT_EQ(desk.model.Value(90), 0);
 }
 
 TEST_F(SignalPathTest, ARefusedClickChangesNothingAndThePointerSaysSo)
 {
     Open("FormVelocityLoop");
-    auto *feedback = Find<ClickArea>(QStringLiteral("Image2"));
-    EXPECT_EQ(feedback->cursor().shape(), Qt::PointingHandCursor);
-    desk.model.ParamTable[Param::DriveState].Value = 1;
+    EXPECT_EQ(Area("Image2")->cursor().shape(), Qt::PointingHandCursor);
+    Set({{Param::DriveState, 1}});
     Tick();
-    EXPECT_EQ(feedback->cursor().shape(), Qt::ForbiddenCursor);
-    QTest::mouseDClick(feedback, Qt::LeftButton);
-    QTest::keyClick(feedback, Qt::Key_Space);
+    EXPECT_EQ(Area("Image2")->cursor().shape(), Qt::ForbiddenCursor);
+    QTest::mouseDClick(Area("Image2"), Qt::LeftButton);
+    QTest::keyClick(Area("Image2"), Qt::Key_Space);
     EXPECT_EQ(desk.model.Value(197), 0);
     EXPECT_FALSE(desk.model.FileModified);
 }
 
 TEST_F(SignalPathTest, TerminalsAreThoseOfTheMember)
 {
-    const std::tuple<int, const char *, const char *, const char *> relays[] = {
-        {1, "25", "26", "27"}, {2, "28", "29", "30"}, {3, "54", "55", "56"}};
-    for (const auto &[member, open, closed, wiper] : relays) {
-        Open("FormRelayOutputs", member);
-        EXPECT_EQ(Find<QLabel>(QStringLiteral("LabelNO"))->text(), QLatin1String(open));
-        EXPECT_EQ(Find<QLabel>(QStringLiteral("LabelNC"))->text(), QLatin1String(closed));
-        EXPECT_EQ(Find<QLabel>(QStringLiteral("LabelWiper"))->text(), QLatin1String(wiper));
-        Close();
-    }
-    for (const int member : {1, 2}) {
-        Open("FormAnalogOutputs", member);
-        EXPECT_EQ(Find<QLabel>(QStringLiteral("LabelOutput"))->text().toInt(), 20 + member);
-        EXPECT_EQ(Find<QLabel>(QStringLiteral("LabelCom"))->text().toInt(), 22 + member);
+    const struct {
+        const char *form;
+        int member;
+        const char *label;
+        const char *terminal;
+    } terminals[] = {
+        {"FormRelayOutputs", 1, "LabelNO", "25"},      {"FormRelayOutputs", 3, "LabelNO", "54"},
+        {"FormRelayOutputs", 2, "LabelNC", "29"},      {"FormRelayOutputs", 3, "LabelWiper", "56"},
+        {"FormAnalogOutputs", 1, "LabelOutput", "21"}, {"FormAnalogOutputs", 2, "LabelCom", "24"}};
+    for (const auto &[name, member, label, terminal] : terminals) {
+        Open(name, member);
+        EXPECT_EQ(Find<QLabel>(QLatin1String(label))->text(), QLatin1String(terminal)) << name << member;
         Close();
     }
 }

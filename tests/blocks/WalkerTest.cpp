@@ -1,9 +1,7 @@
 #include "blocks/BlockFixture.h"
 
-#include "blocks/diagram/ClickArea.h"
 #include "desktop/LongestText.h"
 
-#include <QPushButton>
 #include <QSet>
 
 namespace quorvik::testing
@@ -32,15 +30,10 @@ std::vector<Walked> AllWindows()
     return windows;
 }
 
-std::string NameOf(const ::testing::TestParamInfo<Walked> &info)
-{
-    return std::string(info.param.entry->form) + std::to_string(info.param.member) + "At" +
-           std::to_string(int(info.param.fontScale * 100));
-}
-
+/** What a case is called. */
 void PrintTo(const Walked &walked, std::ostream *out)
 {
-    *out << walked.entry->form << " member " << walked.member << " at font scale " << walked.fontScale;
+    *out << walked.entry->form << walked.member << "At" << int(walked.fontScale * 100);
 }
 
 class WalkerTest : public BlockFixture, public ::testing::WithParamInterface<Walked>
@@ -52,10 +45,9 @@ protected:
         QFont font = usualFont_;
         font.setPointSizeF(font.pointSizeF() * GetParam().fontScale);
         QApplication::setFont(font);
+        Open(GetParam().entry->form, GetParam().member);
     }
     ~WalkerTest() override { QApplication::setFont(usualFont_); }
-
-    void OpenWalked() { Open(GetParam().entry->form, GetParam().member); }
 
     /** The controls that stand on the sheet. */
     QList<QWidget *> OnSheet() const
@@ -85,35 +77,28 @@ private:
 
 TEST_P(WalkerTest, ControlsStandApartAndOnTheSheet)
 {
-    OpenWalked();
     const QList<QWidget *> controls = OnSheet();
-    for (qsizetype i = 0; i < controls.size(); ++i) {
-        EXPECT_TRUE(form->View().rect().contains(controls.at(i)->geometry()))
-            << controls.at(i)->objectName().toStdString();
-        for (qsizetype j = i + 1; j < controls.size(); ++j)
-            EXPECT_FALSE(controls.at(i)->geometry().intersects(controls.at(j)->geometry()))
-                << controls.at(i)->objectName().toStdString() << " and "
-                << controls.at(j)->objectName().toStdString();
+    for (const QWidget *control : controls) {
+        SCOPED_TRACE(control->objectName().toStdString());
+        EXPECT_TRUE(form->View().rect().contains(control->geometry()));
+        for (const QWidget *other : controls)
+            EXPECT_FALSE(other != control && control->geometry().intersects(other->geometry()))
+                << other->objectName().toStdString();
     }
 }
 
 TEST_P(WalkerTest, NoTextIsCut)
 {
-    OpenWalked();
     for (const auto *label : form->View().findChildren<QLabel *>()) {
-        EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width())
-            << label->text().toStdString();
-        EXPECT_LE(label->fontMetrics().height(), label->height()) << label->text().toStdString();
-    }
-    for (const Element &box : form->drawing().Elements()) {
-        if (box.symbol != Symbol::Function)
-            continue;
-        const QRectF room = form->View().ToPixels(box.rect);
-        for (const auto *label : form->View().findChildren<QLabel *>())
-            if (room.contains(label->geometry().center())) {
-                EXPECT_GT(room.width(), label->width() + label->fontMetrics().averageCharWidth())
-                    << label->text().toStdString();
+        SCOPED_TRACE(label->text().toStdString());
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width());
+        EXPECT_LE(label->fontMetrics().height(), label->height());
+        for (const Element &box : form->drawing().Elements()) {
+            const QRectF room = form->View().ToPixels(box.rect);
+            if (box.symbol == Symbol::Function && room.contains(label->geometry().center())) {
+                EXPECT_GT(room.width(), label->width() + label->fontMetrics().averageCharWidth());
             }
+        }
     }
     for (int row = 0; row < form->RowCount(); ++row) {
         const QString longest = LongestValueText(desk.model, Label1(row)->property("Tag").toInt());
@@ -128,7 +113,6 @@ TEST_P(WalkerTest, NoTextIsCut)
 
 TEST_P(WalkerTest, NoWireRunsThroughTextOrABox)
 {
-    OpenWalked();
     for (const Element &element : form->drawing().Elements()) {
         if (element.symbol != Symbol::Wire && element.symbol != Symbol::Limit)
             continue;
@@ -146,7 +130,6 @@ TEST_P(WalkerTest, NoWireRunsThroughTextOrABox)
 
 TEST_P(WalkerTest, ArmsEndAtContactsAndContactsAreWired)
 {
-    OpenWalked();
     const QList<Element> &elements = form->drawing().Elements();
     const auto isWired = [&](const QPointF &place) {
         return std::any_of(elements.begin(), elements.end(), [&](const Element &wire) {
@@ -167,7 +150,6 @@ TEST_P(WalkerTest, ArmsEndAtContactsAndContactsAreWired)
 
 TEST_P(WalkerTest, TabReachesEveryRowAreaAndButton)
 {
-    OpenWalked();
     QApplication::setActiveWindow(form);
     ASSERT_TRUE(QTest::qWaitForWindowActive(form));
     QSet<QString> missing;
@@ -186,16 +168,14 @@ TEST_P(WalkerTest, TabReachesEveryRowAreaAndButton)
 
 TEST_P(WalkerTest, ReadInterestIsBackAfterClosing)
 {
-    const std::vector<int> before = ReadFlags();
-    OpenWalked();
     EXPECT_NE(ReadFlags(), before);
     Tick();
-    Find<QPushButton>(QStringLiteral("CommandClose"))->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    CloseByButton();
     EXPECT_EQ(ReadFlags(), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Catalogue, WalkerTest, ::testing::ValuesIn(AllWindows()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Catalogue, WalkerTest, ::testing::ValuesIn(AllWindows()),
+                         ::testing::PrintToStringParamName());
 
 } // namespace
 

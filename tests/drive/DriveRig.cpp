@@ -1,10 +1,8 @@
 #include "DriveRig.h"
 
+#include "platform/Waiting.h"
 #include "settings/SettingsFile.h"
 
-#include <QEventLoop>
-#include <QTest>
-#include <QTimer>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -32,8 +30,7 @@ QByteArray Packet(std::initializer_list<int> words, char command)
 std::unique_ptr<Model> FactoryModel()
 {
     auto model = std::make_unique<Model>();
-    const QString problem = SettingsFile(*model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE));
-    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
+    EXPECT_EQ(SettingsFile(*model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
     return model;
 }
 
@@ -47,11 +44,6 @@ QByteArray ReadPacket(int p)
     return Packet({p}, 0);
 }
 
-QByteArray PropertiesPacket(int p)
-{
-    return Packet({p}, 4);
-}
-
 QByteArray WritePacket(int p, int value)
 {
     return Packet({p, value}, 1);
@@ -59,21 +51,14 @@ QByteArray WritePacket(int p, int value)
 
 DriveRig::DriveRig(int baud)
 {
-    const QString problem = terminal.Open();
-    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
+    EXPECT_EQ(terminal.Open(), QString());
     server = std::make_unique<DriveServer>(table, commands, faults, terminal, baud);
     Reopen();
-}
-
-DriveRig::~DriveRig()
-{
-    Close();
 }
 
 void DriveRig::Close()
 {
     ::close(tool_);
-    tool_ = -1;
 }
 
 void DriveRig::Reopen()
@@ -84,7 +69,12 @@ void DriveRig::Reopen()
 
 bool DriveRig::WaitFor(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, 2000);
+    return PumpWhile([&] { return !condition(); }, QDeadlineTimer(2000));
+}
+
+void DriveRig::Fault(const char *words)
+{
+    EXPECT_EQ(faults.Add(QString::fromLatin1(words), SteadyNow()), QString());
 }
 
 void DriveRig::Send(const QByteArray &bytes)
@@ -92,28 +82,17 @@ void DriveRig::Send(const QByteArray &bytes)
     EXPECT_EQ(::write(tool_, bytes.constData(), std::size_t(bytes.size())), bytes.size());
 }
 
-QByteArray DriveRig::Receive(int count)
-{
-    QByteArray received;
-    QEventLoop waiting;
-    QSocketNotifier arrived(tool_, QSocketNotifier::Read);
-    QObject::connect(&arrived, &QSocketNotifier::activated, &waiting, [&] {
-        char buffer[256];
-        const ssize_t size = ::read(tool_, buffer, sizeof buffer);
-        if (size > 0)
-            received.append(buffer, int(size));
-        if (received.size() >= count)
-            waiting.quit();
-    });
-    QTimer::singleShot(2000, &waiting, &QEventLoop::quit);
-    waiting.exec();
-    return received;
-}
-
 QByteArray DriveRig::Exchange(const QByteArray &bytes, int count)
 {
     Send(bytes);
-    return Receive(count);
+    QByteArray received;
+    WaitFor([&] {
+        char buffer[256];
+        const ssize_t size = ::read(tool_, buffer, sizeof buffer);
+        received.append(buffer, int(std::max<ssize_t>(size, 0)));
+        return received.size() >= count;
+    });
+    return received;
 }
 
 bool DriveRig::IsUnanswered(const QByteArray &bytes)

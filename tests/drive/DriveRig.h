@@ -4,6 +4,7 @@
 #include "drive/DriveServer.h"
 #include "drive/MotorModel.h"
 
+#include <functional>
 #include <memory>
 
 namespace quorvik::drive
@@ -14,17 +15,18 @@ std::unique_ptr<Model> FactoryModel();
 
 /** The bytes of "02 00 01 A6 A7". */
 QByteArray Hex(const char *text);
+QByteArray ReadPacket(int p);
+QByteArray WritePacket(int p, int value);
 
 /** A drive inside the test, with a bare file descriptor where the tool would be. */
 class DriveRig
 {
 public:
     explicit DriveRig(int baud = 0);
-    ~DriveRig();
+    ~DriveRig() { Close(); }
 
     void Send(const QByteArray &bytes);
-    /** Waits until so many bytes have come, or for two seconds. */
-    QByteArray Receive(int count);
+    /** Sends, and waits for so many bytes, or for two seconds. */
     QByteArray Exchange(const QByteArray &bytes, int count);
     /** Sends what must not be answered, then a read of 0: true when its reply is all that comes. */
     bool IsUnanswered(const QByteArray &bytes);
@@ -32,6 +34,7 @@ public:
     int Write(int p, int value);
     int Read(int p); ///< by the wire, as a signed value
     bool WaitFor(const std::function<bool()> &condition);
+    void Fault(const char *words);
     void Close();
     void Reopen();
 
@@ -45,9 +48,5 @@ public:
 private:
     int tool_ = -1;
 };
-
-QByteArray ReadPacket(int p);
-QByteArray PropertiesPacket(int p);
-QByteArray WritePacket(int p, int value);
 
 } // namespace quorvik::drive

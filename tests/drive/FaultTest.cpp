@@ -9,56 +9,38 @@ namespace quorvik::drive
 namespace
 {
 
-int Check(const QByteArray &reply)
-{
-    char check = 0;
-    for (qsizetype i = 1; i < reply.size(); ++i)
-        check = char(check ^ reply[i]);
-    return check;
-}
-
 TEST(Faults, SpoilAsManyRepliesAsAskedFor)
 {
-    const struct {
-        const char *words;
-        int length;
-        bool isCheckGood;
-    } rows[] = {{"bad-bcc,count=2", 5, false}, {"short,count=2", 4, true}, {"long,count=2", 6, false}};
-    for (const auto &row : rows) {
+    const std::pair<const char *, const char *> rows[] = {
+        {"bad-bcc,count=2", "020000005a"}, {"short,count=2", "02000000"}, {"long,count=2", "020000000055"}};
+    for (const auto &[words, spoilt] : rows) {
         DriveRig rig;
-        rig.table.Put(217, 0);
-        ASSERT_TRUE(rig.faults.Add(QString::fromLatin1(row.words), SteadyNow()).isEmpty());
-        for (int i = 0; i < 2; ++i) {
-            const QByteArray reply = rig.Exchange(ReadPacket(217), row.length);
-            EXPECT_EQ(reply.size(), row.length) << row.words;
-            EXPECT_EQ(Check(reply) == 0, row.isCheckGood) << row.words;
-        }
-        EXPECT_EQ(rig.Exchange(ReadPacket(217), 5), Hex("02 00 00 00 00")) << row.words;
+        rig.Fault(words);
+        for (const char *reply : {spoilt, spoilt, "0200000000"})
+            EXPECT_EQ(rig.Exchange(ReadPacket(217), int(std::strlen(reply) / 2)).toHex(), reply) << words;
     }
 }
 
 TEST(Faults, SilenceLosesTheReplyAndADropLosesTheRequest)
 {
-    const struct {
-        const char *words;
-        int value;
-    } rows[] = {{"silent,count=1", 5}, {"drop,ms=50", 0}, {"drop:217,count=1,ms=50", 0}};
-    for (const auto &row : rows) {
+    const std::pair<const char *, int> rows[] = {
+        {"silent,count=1", 5}, {"drop,ms=50", 0}, {"drop:217,count=1,ms=50", 0}};
+    for (const auto &[words, value] : rows) {
         DriveRig rig;
-        ASSERT_TRUE(rig.faults.Add(QString::fromLatin1(row.words), SteadyNow()).isEmpty());
+        rig.Fault(words);
         rig.Send(WritePacket(217, 5));
         ASSERT_TRUE(rig.WaitFor([&] { return rig.server->Counts().bytesIn == 7; }));
-        EXPECT_EQ(rig.table.Get(217), row.value) << row.words;
+        EXPECT_EQ(rig.table.Get(217), value) << words;
         EXPECT_TRUE(rig.WaitFor([&] { return !rig.faults.DropsRequest(-1, SteadyNow()); }));
-        EXPECT_EQ(rig.Read(217), row.value) << row.words;
-        EXPECT_EQ(rig.server->Counts().bytesOut, 5) << row.words;
+        EXPECT_EQ(rig.Read(217), value) << words;
+        EXPECT_EQ(rig.server->Counts().bytesOut, 5) << words;
     }
 }
 
 TEST(Faults, DropLastsUntilItIsCalledOff)
 {
     DriveRig rig;
-    ASSERT_TRUE(rig.faults.Add(QStringLiteral("drop"), 0).isEmpty());
+    rig.Fault("drop");
     EXPECT_TRUE(rig.faults.DropsRequest(5, std::int64_t(1) << 60));
     rig.faults.Clear();
     EXPECT_EQ(rig.Exchange(ReadPacket(0), 5).size(), 5);
@@ -67,7 +49,7 @@ TEST(Faults, DropLastsUntilItIsCalledOff)
 TEST(Faults, RefusalHitsItsParameterAlone)
 {
     DriveRig rig;
-    ASSERT_TRUE(rig.faults.Add(QStringLiteral("refuse:217,count=1"), SteadyNow()).isEmpty());
+    rig.Fault("refuse:217,count=1");
     EXPECT_EQ(rig.Write(218, 5), 6);
     EXPECT_EQ(rig.Write(217, 5), 0x15);
     EXPECT_EQ(rig.table.Get(217), 0);
@@ -77,35 +59,30 @@ TEST(Faults, RefusalHitsItsParameterAlone)
 TEST(Faults, LateReplyComesAfterItsTime)
 {
     DriveRig rig;
-    ASSERT_TRUE(rig.faults.Add(QStringLiteral("late,count=1,ms=80"), SteadyNow()).isEmpty());
+    rig.Fault("late,count=1,ms=80");
     QElapsedTimer taken;
     taken.start();
     EXPECT_EQ(rig.Exchange(ReadPacket(0), 5).size(), 5);
     EXPECT_GE(taken.elapsed(), 80);
-    EXPECT_EQ(rig.faults.Injected(FaultKind::Late), 1);
-}
-
-std::vector<bool> Drops(const QString &words)
-{
-    FaultInjector faults;
-    EXPECT_TRUE(faults.Add(words, 0).isEmpty());
-    std::vector<bool> lost;
-    for (int i = 0; i < 2000; ++i) {
-        QByteArray reply = Hex("02 00 00 00 00");
-        lost.push_back(!faults.Spoil(reply, i));
-    }
-    return lost;
 }
 
 TEST(Faults, RateIsKeptAndASeedRepeats)
 {
-    const std::vector<bool> lost = Drops(QStringLiteral("silent,rate=0.2,seed=7"));
-    const auto count = std::count(lost.begin(), lost.end(), true);
-    EXPECT_NEAR(double(count), 400, 60);
-    EXPECT_EQ(lost, Drops(QStringLiteral("silent,rate=0.2,seed=7")));
-    EXPECT_NE(lost, Drops(QStringLiteral("silent,rate=0.2,seed=8")));
-    const std::vector<bool> none = Drops(QStringLiteral("silent,rate=0"));
-    EXPECT_EQ(std::count(none.begin(), none.end(), true), 0);
+    const auto losses = [](const char *words) {
+        FaultInjector faults;
+        EXPECT_EQ(faults.Add(QString::fromLatin1(words), 0), QString());
+        std::vector<bool> lost;
+        for (int i = 0; i < 2000; ++i) {
+            QByteArray reply = Hex("02 00 00 00 00");
+            lost.push_back(!faults.Spoil(reply, i));
+        }
+        return lost;
+    };
+    const std::vector<bool> lost = losses("silent,rate=0.2,seed=7");
+    EXPECT_NEAR(double(std::count(lost.begin(), lost.end(), true)), 400, 60);
+    EXPECT_EQ(lost, losses("silent,rate=0.2,seed=7"));
+    EXPECT_NE(lost, losses("silent,rate=0.2,seed=8"));
+    EXPECT_EQ(losses("silent,rate=0"), std::vector<bool>(2000));
 }
 
 TEST(Faults, WordsThatMeanNothingAreTurnedDown)

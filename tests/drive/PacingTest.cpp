@@ -10,15 +10,13 @@ namespace
 
 constexpr double ByteNs = 10e9 / 38400;
 
-TEST(Pacing, ReplyIsDueAfterAllBytesOfBothDirections)
+TEST(Pacing, BytesQueueOnTheLineInBothDirections)
 {
     Pacer pacer(38400);
-    const std::int64_t arrived = pacer.Arrived(1000, 5);
-    EXPECT_NEAR(double(arrived), 1000 + 5 * ByteNs, 1);
-    EXPECT_NEAR(double(pacer.DueTime(arrived, 5)), 1000 + 10 * ByteNs, 1);
-    EXPECT_NEAR(double(pacer.Arrived(2000, 1)), 1000 + 6 * ByteNs, 1)
-        << "a second request queues on the line";
-    EXPECT_NEAR(double(pacer.DueTime(arrived, 5)), 1000 + 15 * ByteNs, 1) << "replies queue as well";
+    const std::int64_t first = pacer.Arrived(1000, 5);
+    EXPECT_NEAR(double(pacer.Arrived(2000, 1)), 1000 + 6 * ByteNs, 1);
+    EXPECT_NEAR(double(pacer.DueTime(first, 5)), 1000 + 10 * ByteNs, 1);
+    EXPECT_NEAR(double(pacer.DueTime(first, 5)), 1000 + 15 * ByteNs, 1);
     Pacer unpaced(0);
     EXPECT_EQ(unpaced.DueTime(unpaced.Arrived(1000, 5), 5), 1000);
 }

@@ -19,9 +19,11 @@
 #include "wizards/basic/FormWizardBasic.h"
 #include "wizards/io/FormWizardIO.h"
 
+#include <QDirIterator>
 #include <QLabel>
 #include <QRegularExpression>
 #include <functional>
+#include <memory>
 
 namespace quorvik::testing
 {
@@ -29,23 +31,22 @@ namespace quorvik::testing
 namespace
 {
 
+QString FileText(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << "there is no " << qPrintable(path);
+    return QString::fromUtf8(file.readAll());
+}
+
 QString TopicText(const QString &topic)
 {
-    QFile file(QStringLiteral(QUORVIK_HELP_SOURCE "/topics/") +
-               QString(topic).replace(QStringLiteral(".htm"), QStringLiteral(".md")));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << "there is no topic " << qPrintable(topic);
-    return QString::fromUtf8(file.readAll());
+    return FileText(QStringLiteral(QUORVIK_HELP_SOURCE "/topics/") +
+                    QString(topic).replace(QStringLiteral(".htm"), QStringLiteral(".md")));
 }
 
 class WindowTopics : public ::testing::Test
 {
 protected:
-    ~WindowTopics() override
-    {
-        while (desk.forms.Count() > 1)
-            delete desk.forms.At(desk.forms.Count() - 1);
-    }
-
     /** Presses F1 and expects the one topic that shows the window's own picture. */
     void ExpectHelp(QWidget &window, const QString &picture)
     {
@@ -83,36 +84,24 @@ QSet<int> RowsOf(const QString &topic)
 
 } // namespace
 
-TEST_F(WindowTopics, EveryBlockHasItsOwn)
+TEST_F(WindowTopics, EveryBlockHasItsOwnThatExplainsEveryRow)
 {
     for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make)
-            continue;
-        for (int member = std::max(entry.firstMember, 0); member <= std::max(entry.lastMember, 0); ++member) {
-            BlockForm *form = entry.make(desk.desk, member);
+        for (int member = std::max(entry.firstMember, 0);
+             entry.make && member <= std::max(entry.lastMember, 0); ++member) {
+            const std::unique_ptr<BlockForm> form(entry.make(desk.desk, member));
             ExpectHelp(*form);
-            delete form;
-        }
-    }
-}
-
-TEST_F(WindowTopics, EveryRowOfABlockIsExplained)
-{
-    for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        // The user's own choice of rows has no place in a topic.
-        if (!entry.make || QLatin1String(entry.form) == QLatin1String("FormCustom"))
-            continue;
-        for (int member = std::max(entry.firstMember, 0); member <= std::max(entry.lastMember, 0); ++member) {
-            BlockForm *form = entry.make(desk.desk, member);
+            // The user's own choice of rows has no place in a topic.
+            if (QLatin1String(entry.form) == QLatin1String("FormCustom"))
+                continue;
             const QSet<int> explained = RowsOf(form->HelpTopic());
-            const auto rowParam = [form](int row) {
+            const auto rowParam = [&form](int row) {
                 return form->findChild<QLabel *>(ControlName("Label1", row))->property("Tag").toInt();
             };
             const int linked = desk.model.Value(rowParam(0));
             for (int row = 0; row < form->RowCount(); ++row)
                 EXPECT_TRUE(explained.contains(rowParam(row)) || (row > 0 && rowParam(row) == linked))
                     << entry.form << " row " << row << ", parameter " << rowParam(row);
-            delete form;
         }
     }
 }
@@ -138,11 +127,8 @@ TEST_F(WindowTopics, EveryOtherWindowHasItsOwn)
         [&] { return new FormVirtualOperatorSetup(desk.desk, panel, 0); },
     };
     link.ScanKind = 1;
-    for (const auto &make : windows) {
-        const QPointer<QWidget> window = make();
-        ExpectHelp(*window);
-        delete window;
-    }
+    for (const auto &make : windows)
+        ExpectHelp(*std::unique_ptr<QWidget>(make()));
     ExpectHelp(panel);
 }
 
@@ -189,6 +175,27 @@ TEST_F(MentorTopics, EveryPageOfTheInputsAndOutputsHasItsOwn)
     Fill(outputs, "TextOutputBiasGain", {"0.00", "10.00"});
     seen += Walk(outputs);
     EXPECT_EQ(seen.size(), WizardForm::LastStep + 1);
+}
+
+TEST(MessageTopic, QuotesWhatTheProgramSays)
+{
+    QString source;
+    QDirIterator files(QStringLiteral(QUORVIK_HELP_SOURCE "/../src"), {QStringLiteral("*.cpp")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext())
+        source += FileText(files.next());
+    // A literal may run over several lines of the code, and its text over several lines of the box.
+    source.remove(QRegularExpression(QStringLiteral(R"("\s*\n\s*")")));
+    source.replace(QRegularExpression(QStringLiteral(R"(\\[rn])")), QStringLiteral(" "));
+    source = source.remove(u'\\').simplified();
+    static const QRegularExpression row(QStringLiteral(R"(^\| (?!Message)((?:[^|\\]|\\.)+) \|)"),
+                                        QRegularExpression::MultilineOption);
+    static const QRegularExpression gap(QStringLiteral(R"(\.\.\.|(?<=[.!?]) )"));
+    QRegularExpressionMatchIterator rows = row.globalMatch(TopicText(QStringLiteral("Troubleshooting.htm")));
+    EXPECT_TRUE(rows.hasNext());
+    while (rows.hasNext())
+        for (const QString &piece : rows.next().captured(1).remove(u'\\').split(gap))
+            EXPECT_TRUE(source.contains(piece.trimmed())) << qPrintable(piece);
 }
 
 using MainWindowTopics = ShellTest;

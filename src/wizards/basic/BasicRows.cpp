@@ -13,16 +13,6 @@
 namespace quorvik
 {
 
-namespace
-{
-
-QString NameOf(const char *name, int index)
-{
-    return index < 0 ? QString::fromLatin1(name) : ControlName(name, index);
-}
-
-} // namespace
-
 void EntryRow::Enable(bool enable) const
 {
     label->setEnabled(enable);
@@ -40,11 +30,11 @@ void BasicRows::Make(QWidget *parent, QGridLayout *grid, int row, Entry entry, i
     const EntryInfo &info = BasicSetup::Info(entry);
     EntryRow &made = rows_[std::size_t(entry)];
     const QString caption = QString::fromLatin1(info.caption);
-    made.label = MakeLabel(parent, caption, NameOf(info.label, info.index));
-    made.box = new EntryBox(parent, NameOf(info.control, info.index), info.maxLength);
+    made.label = MakeLabel(parent, caption, ControlName(info.label, info.index));
+    made.box = new EntryBox(parent, ControlName(info.control, info.index), info.maxLength);
     made.box->setText(setup_.Text(entry));
     made.box->setAccessibleName(caption);
-    made.unit = MakeLabel(parent, QString::fromLatin1(info.unit), NameOf(info.unitLabel, info.index));
+    made.unit = MakeLabel(parent, QString::fromLatin1(info.unit), ControlName(info.unitLabel, info.index));
     grid->addWidget(made.label, row, column);
     grid->addWidget(made.box, row, column + 1);
     grid->addWidget(made.unit, row, column + 2);
