@@ -28,16 +28,6 @@ TEST_F(ShellTest, EveryEntryOfTheTreeDoesSomething)
     EXPECT_EQ(help.Topics, QStringList({QStringLiteral("<contents>"), QStringLiteral("<search>")}));
 }
 
-TEST_F(ShellTest, TheTitleFollowsTheFileAndItsMark)
-{
-    LoadQuietly();
-    Model &model = main->AllEngines().model;
-    EXPECT_EQ(main->windowTitle(), Name("Quorvik - [unnamed]"));
-    model.FileName = folder.filePath(QStringLiteral("line 3.Svx"));
-    model.SetParamValue(226, 120, true, false);
-    EXPECT_TRUE(main->windowTitle().endsWith(Name("line 3.Svx*]"))) << qPrintable(main->windowTitle());
-}
-
 TEST_F(ShellTest, OnlyItsPanelAndItsEntrySwitchTheLinkAndACancelLeavesItAsItWas)
 {
     LoadQuietly();

@@ -167,7 +167,6 @@ TEST_F(FormWizardBasicTest, RefusesABadEntryWithItsMessageAndGoesThere)
         {6, "TextRef(3)", "100.01",
          "The valid Reference 3 range for model SVR100-000 is:\r\n  Min: -100.00 %\r\n  Max: 100.00 %"},
         {6, "TextJogRef", "", "Please enter a numerical value for the Jog Reference."},
-        {7, "TextRunAccelDecel(2)", "a", "Please enter a numerical value for the Rev Accel A."},
         {7, "TextJogAccelDecel(3)", "", "Please enter a numerical value for the Rev Decel B."},
         {9, "TextCurrentLimit(0)", "151",
          "The valid Positive I Limit range for model SVR100-000 is:\r\n  Min: 0.00 %\r\n  Max: 150.00 %"},

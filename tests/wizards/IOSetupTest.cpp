@@ -72,6 +72,9 @@ TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
          "63=218* 64=12 65=2000 66=150 67=5000 349=0 "},
     };
     EXPECT_EQ(Writes(setup.Plan()), "") << "while no kind is chosen";
+    // What was answered for the other branch before does not count.
+    setup.outputType = RelayOutput;
+    setup.output = 1;
     for (const auto &row : rows) {
         ChooseInput(row.type, row.input);
         setup.polarity = row.polarity;
@@ -84,18 +87,21 @@ TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
 TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
 {
     const struct {
-        const char *what;
         OutputType type;
         int output;
         FreqDigMode mode;
         std::int16_t source;
+        const char *range;
+        int listed; ///< a scaled output is typed in its own unit, whatever the source
         const char *writes;
     } rows[] = {
-        {"analog 2", AnalogOutput, 1, DigitalMode, 217, "82=217* 86=1000 84=4000 88=1 "},
-        {"frequency", FreqDigOutput, 0, FrequencyMode, 217, "89=217* 90=0 96=5 95=20 "},
-        {"digital", FreqDigOutput, 0, DigitalMode, 217, "90=1 89=217* 92=100 93=500 91=1 "},
-        {"relay 3", RelayOutput, 2, FrequencyMode, 217, "71=217* 77=100 80=500 74=1 "},
-        {"relay listed", RelayOutput, 0, FrequencyMode, ListedParam, "69=232* 75=0 78=2 72=1 "},
+        {AnalogOutput, 1, DigitalMode, 217, "-10 Volts to +10 Volts", 0, "82=217* 86=1000 84=4000 88=1 "},
+        {AnalogOutput, 0, DigitalMode, ListedParam, "-10 Volts to +10 Volts", 0,
+         "81=232* 85=1000 83=20000 87=1 "},
+        {FreqDigOutput, 0, FrequencyMode, 217, "0 to 2000 Hz", 0, "89=217* 90=0 96=5 95=20 "},
+        {FreqDigOutput, 0, DigitalMode, 217, "-100.00 % to 100.00 %", 0, "90=1 89=217* 92=100 93=500 91=1 "},
+        {RelayOutput, 2, FrequencyMode, 217, "-100.00 % to 100.00 %", 0, "71=217* 77=100 80=500 74=1 "},
+        {RelayOutput, 0, FrequencyMode, ListedParam, "Ramp to Coast", 3, "69=232* 75=0 78=2 72=1 "},
     };
     setup.branch = Outputs;
     EXPECT_EQ(Writes(setup.Plan()), "") << "while no kind is chosen";
@@ -104,7 +110,9 @@ TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
     for (const auto &row : rows) {
         ChooseOutput(row.type, row.output, row.mode);
         setup.Source = row.source;
-        EXPECT_EQ(Writes(setup.Plan()), row.writes) << row.what;
+        EXPECT_EQ(Writes(setup.Plan()), row.writes);
+        EXPECT_EQ(setup.OutputValuesView().range.toStdString(), std::string("Valid Range: ") + row.range);
+        EXPECT_EQ(setup.OutputValuesView().items.size(), row.listed);
     }
 }
 
@@ -229,26 +237,6 @@ TEST_F(IOSetupTest, TheSignalDecidesRangeAndCalibrationHoweverItCameAbout)
     ChooseInput(FrequencyInput, 0);
     EXPECT_EQ(setup.CalMin(), 0) << "whatever polarity an analog input had";
     EXPECT_EQ(setup.CalMax(), 60000);
-}
-
-TEST_F(IOSetupTest, ScaledOutputsAreTypedInTheirOwnUnitWhateverTheSource)
-{
-    const struct {
-        OutputType type;
-        FreqDigMode mode;
-        const char *range;
-        int listed;
-    } rows[] = {{AnalogOutput, DigitalMode, "Valid Range: -10 Volts to +10 Volts", 0},
-                {FreqDigOutput, FrequencyMode, "Valid Range: 0 to 2000 Hz", 0},
-                {FreqDigOutput, DigitalMode, "Valid Range: 0.00 % to 100.00 %", 3},
-                {RelayOutput, DigitalMode, "Valid Range: 0.00 % to 100.00 %", 3}};
-    for (const auto &row : rows) {
-        ChooseOutput(row.type, 0, row.mode);
-        setup.Source = 190;
-        EXPECT_EQ(setup.OutputValuesView().range.toStdString(), row.range);
-        setup.Source = ListedParam;
-        EXPECT_EQ(setup.OutputValuesView().items.size(), row.listed);
-    }
 }
 
 TEST_F(IOSetupTest, ListsAValueInTheScaleItWasConvertedWith)
