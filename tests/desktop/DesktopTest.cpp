@@ -1,5 +1,6 @@
 #include "desktop/BoxColors.h"
 #include "desktop/DesktopAsker.h"
+#include "desktop/Form.h"
 #include "desktop/LongestText.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
@@ -8,6 +9,7 @@
 #include "support/TestDesk.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
@@ -36,6 +38,37 @@ template<typename Window> void OnNextModal(std::function<void(Window &)> act)
         act(*window);
     });
     timer->start();
+}
+
+class CountingForm : public Form
+{
+public:
+    CountingForm(Desk &desk, int &unloads)
+        : Form(desk, QStringLiteral("FormCounting"), QStringLiteral("Counting"), QString())
+        , unloads_(unloads)
+    {
+    }
+
+protected:
+    void Unload() override { ++unloads_; }
+
+private:
+    int &unloads_;
+};
+
+TEST(Form, LeavesOnceHoweverOftenItIsClosed)
+{
+    TestDesk desk;
+    int unloads = 0;
+    const QPointer<Form> form = new CountingForm(desk.desk, unloads);
+    form->show();
+    ASSERT_EQ(desk.forms.FindOpenBlock(QStringLiteral("Counting")), 1);
+    form->close();
+    QCloseEvent again;
+    QCoreApplication::sendEvent(form, &again);
+    EXPECT_EQ(unloads, 1);
+    EXPECT_EQ(desk.forms.Count(), 1) << "a window that waits for its deletion is no open one";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form.isNull(); }));
 }
 
 TEST(BoxColors, TextIsWhicheverContrastsMore)

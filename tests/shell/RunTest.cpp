@@ -42,7 +42,7 @@ TEST_F(ShellTest, AMinimisedStateIsNotStored)
     Store("Startup", "WindowState", "2");
     LoadQuietly();
     EXPECT_TRUE(main->isMaximized());
-    main->showMinimized();
+    main->setWindowState(Qt::WindowMinimized);
     ASSERT_TRUE(main->close());
     EXPECT_EQ(Setting("Startup", "WindowState"), Name("2"));
 }
