@@ -5,7 +5,6 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QLineEdit>
 
 namespace quorvik::testing
 {
@@ -16,37 +15,37 @@ namespace
 class VirtualOperatorSetup : public PanelTest
 {
 protected:
-    void OpenOn(int selection)
+    /** Puts the setup up on a control of the panel, and chooses a destination unless there is none. */
+    void OpenOn(int selection, int destination = 0)
     {
         if (panel == nullptr)
             Open();
         setup = std::make_unique<FormVirtualOperatorSetup>(desk.desk, *panel, selection);
         setup->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(setup.get()));
+        if (destination != 0)
+            Combo("ComboDestination").setCurrentIndex(Listed(destination));
     }
 
-    template<typename Widget> Widget *In(const char *name) const
+    QComboBox &Combo(const char *name) const { return *FindIn<QComboBox>(setup.get(), name); }
+    QLineEdit &Edit(const char *name) const { return *FindIn<QLineEdit>(setup.get(), name); }
+    std::string Label(const char *name) const
     {
-        auto *widget = setup->findChild<Widget *>(QLatin1String(name));
-        EXPECT_NE(widget, nullptr) << name;
-        return widget;
+        return FindIn<QLabel>(setup.get(), name)->text().toStdString();
     }
-
-    void ChooseDestination(int p) const
+    int Listed(int p) const
     {
-        auto *combo = In<QComboBox>("ComboDestination");
-        combo->setCurrentIndex(combo->findText(QString::number(p) + u' ', Qt::MatchStartsWith));
+        return Combo("ComboDestination").findText(QString::number(p) + u' ', Qt::MatchStartsWith);
     }
 
-    void Enter(const char *name, const char *text) const
+    void Enter(const char *bias, const char *gain) const
     {
-        auto *edit = In<QLineEdit>(name);
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClicks(edit, QLatin1String(text));
+        TypeIn(setup.get(), "TextBiasGain(0)", bias);
+        TypeIn(setup.get(), "TextBiasGain(1)", gain);
     }
 
-    void Press(const char *button) const { QTest::mouseClick(In<QAbstractButton>(button), Qt::LeftButton); }
-    bool CanApply() const { return In<QAbstractButton>("CommandApply")->isEnabled(); }
+    void Press(const char *button) const { ClickIn(setup.get(), button); }
+    bool CanApply() const { return FindIn(setup.get(), "CommandApply")->isEnabled(); }
 
     std::unique_ptr<FormVirtualOperatorSetup> setup;
 };
@@ -55,16 +54,15 @@ TEST_F(VirtualOperatorSetup, OpensOnTheRecordWithoutAnEditAndOffersWhatCanBeWrit
 {
     Setting(2) = {217, -2500, 30000, 0};
     OpenOn(2);
-    EXPECT_EQ(In<QComboBox>("ComboInput")->currentText(), QStringLiteral("Signal C"));
-    EXPECT_EQ(In<QComboBox>("ComboDestination")->currentText(), QStringLiteral("217 Reference 0"));
-    EXPECT_EQ(In<QLineEdit>("TextBiasGain(0)")->text(), QStringLiteral("-25.00"));
-    EXPECT_EQ(In<QLineEdit>("TextBiasGain(1)")->text(), QStringLiteral("100.00")) << "clamped into the range";
-    EXPECT_EQ(In<QLabel>("LabelUnits(1)")->text(), QStringLiteral("%"));
-    EXPECT_EQ(In<QLabel>("LabelBiasGain(1)")->text(), QStringLiteral("Gain"));
+    EXPECT_EQ(Combo("ComboInput").currentText(), Name("Signal C"));
+    EXPECT_EQ(Combo("ComboDestination").currentText(), Name("217 Reference 0"));
+    EXPECT_EQ(Edit("TextBiasGain(0)").text(), Name("-25.00"));
+    EXPECT_EQ(Edit("TextBiasGain(1)").text(), Name("100.00")) << "clamped into the range";
+    EXPECT_EQ(Label("LabelUnits(1)"), "%");
+    EXPECT_EQ(Label("LabelBiasGain(1)"), "Gain");
     EXPECT_FALSE(CanApply());
-    auto *combo = In<QComboBox>("ComboDestination");
-    EXPECT_EQ(combo->findText(QStringLiteral("122 "), Qt::MatchStartsWith), -1) << "read only";
-    EXPECT_NE(combo->findText(QStringLiteral("1 "), Qt::MatchStartsWith), -1) << "stop-only stays";
+    EXPECT_EQ(Listed(122), -1) << "read only";
+    EXPECT_NE(Listed(1), -1) << "stop-only stays";
 }
 
 TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
@@ -73,9 +71,7 @@ TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
         const char *bias;
         const char *gain;
         int position; ///< before the Apply
-        int min;
-        int max;
-        int largeChange;
+        int min, max, largeChange;
         int moved; ///< the position behind it
     } cases[] = {
         {"0", "50", 8000, 5000, 0, 500, 5000},
@@ -86,37 +82,32 @@ TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
         {"-0.05", "0.25", 25, 25, -5, 2, 25},
     };
     for (const auto &each : cases) {
-        OpenOn(0);
-        panel->VScrollSignal(0).SetLimits(10000, 0, 1000);
-        panel->VScrollSignal(0).setValue(each.position);
-        ChooseDestination(217);
-        Enter("TextBiasGain(0)", each.bias);
-        Enter("TextBiasGain(1)", each.gain);
+        SCOPED_TRACE(each.bias);
+        OpenOn(0, 217);
+        VirtualSlider &slider = panel->VScrollSignal(0);
+        slider.SetLimits(10000, 0, 1000);
+        slider.setValue(each.position);
+        Enter(each.bias, each.gain);
         ASSERT_TRUE(CanApply());
         int writes = 0;
-        const auto counter =
-            QObject::connect(&desk.model, &Model::TitleChanged, setup.get(), [&writes] { ++writes; });
+        QObject::connect(&desk.model, &Model::TitleChanged, setup.get(), [&writes] { ++writes; });
         Press("CommandApply");
-        QObject::disconnect(counter);
-        const VirtualSlider &slider = panel->VScrollSignal(0);
         EXPECT_EQ(slider.Min(), each.min);
         EXPECT_EQ(slider.Max(), each.max);
         EXPECT_EQ(slider.LargeChange(), each.largeChange);
-        EXPECT_EQ(slider.value(), each.moved) << each.bias << " to " << each.gain;
+        EXPECT_EQ(slider.value(), each.moved);
         EXPECT_EQ(Value(217), each.moved);
         EXPECT_EQ(writes, 1) << "one Change";
         EXPECT_TRUE(setup->isVisible());
         setup.reset();
     }
-    EXPECT_EQ(Text("LabelInputName(0)"), QStringLiteral("Reference 0"));
+    EXPECT_EQ(Text("LabelInputName(0)"), "Reference 0");
 }
 
 TEST_F(VirtualOperatorSetup, ASliderUpsideDownStillGoesUpWithTheUpKey)
 {
-    OpenOn(0);
-    ChooseDestination(217);
-    Enter("TextBiasGain(0)", "75");
-    Enter("TextBiasGain(1)", "25");
+    OpenOn(0, 217);
+    Enter("75", "25");
     Press("CommandOK");
     EXPECT_FALSE(setup->isVisible());
     VirtualSlider &slider = panel->VScrollSignal(0);
@@ -129,17 +120,16 @@ TEST_F(VirtualOperatorSetup, ASliderUpsideDownStillGoesUpWithTheUpKey)
 
 TEST_F(VirtualOperatorSetup, ADestinationWithListedValuesOffersThem)
 {
-    OpenOn(8);
-    EXPECT_EQ(In<QLabel>("LabelBiasGain(0)")->text(), QStringLiteral("Open Value"));
-    ChooseDestination(305);
-    EXPECT_FALSE(In<QLineEdit>("TextBiasGain(0)")->isVisible());
-    auto *closed = In<QComboBox>("ComboBiasGain(1)");
-    ASSERT_TRUE(closed->isVisible());
-    EXPECT_EQ(closed->count(), 2);
-    closed->setCurrentIndex(1);
+    OpenOn(8, 305);
+    EXPECT_EQ(Label("LabelBiasGain(0)"), "Open Value");
+    EXPECT_FALSE(Edit("TextBiasGain(0)").isVisible());
+    QComboBox &closed = Combo("ComboBiasGain(1)");
+    ASSERT_TRUE(closed.isVisible());
+    EXPECT_EQ(closed.count(), 2);
+    closed.setCurrentIndex(1);
     Press("CommandOK");
     EXPECT_EQ(Setting(8), (VirtualSetting{305, 0, 1, 0}));
-    EXPECT_EQ(Find<QAbstractButton>("CommandDigital(8)")->text(), QStringLiteral("Ramp Bypass\r\n=False"));
+    EXPECT_EQ(Digital(8).text(), Name("Ramp Bypass\r\n=False"));
     Click("CommandDigital(8)");
     EXPECT_EQ(Value(305), 1);
 }
@@ -148,13 +138,12 @@ TEST_F(VirtualOperatorSetup, AConflictIsRefusedButNotOneWithSignalA)
 {
     Setting(0).Destination = 217;
     Setting(1).Destination = 221;
-    OpenOn(8);
-    ChooseDestination(221);
-    desk.asker.Expect(QStringLiteral("Conflict"));
+    OpenOn(8, 221);
+    desk.asker.Expect(Name("Conflict"));
     Press("CommandOK");
     EXPECT_TRUE(setup->isVisible());
     EXPECT_EQ(Setting(8).Destination, 0);
-    ChooseDestination(217);
+    Combo("ComboDestination").setCurrentIndex(Listed(217));
     Press("CommandOK");
     EXPECT_FALSE(setup->isVisible());
     EXPECT_EQ(Setting(8).Destination, 217);
@@ -173,25 +162,18 @@ TEST_F(VirtualOperatorSetup, ARefusedEntryStaysForCorrection)
         {"0", "100.01", "The valid Gain range for model", "TextBiasGain(1)"},
     };
     for (const auto &each : cases) {
-        OpenOn(1);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(setup.get()));
-        ChooseDestination(217);
-        Enter("TextBiasGain(0)", each.bias);
-        In<QLineEdit>("TextBiasGain(1)")->setText(QLatin1String(each.gain));
-        desk.asker.Expect(QLatin1String(each.told));
+        OpenOn(1, 217);
+        Enter(each.bias, each.gain);
+        desk.asker.Expect(Name(each.told));
         Press("CommandOK");
         EXPECT_TRUE(setup->isVisible());
-        EXPECT_TRUE(In<QLineEdit>(each.focused)->hasFocus()) << each.told;
+        EXPECT_TRUE(Edit(each.focused).hasFocus()) << each.told;
         EXPECT_EQ(Setting(1), VirtualSetting{});
     }
-}
-
-TEST_F(VirtualOperatorSetup, AnEndBeyondSixteenBitsFailsAtTheSlider)
-{
+    // An end beyond sixteen bits fails at the slider.
     Record(217).Max = 100000;
-    OpenOn(1);
-    ChooseDestination(217);
-    Enter("TextBiasGain(1)", "400");
+    OpenOn(1, 217);
+    Enter("0", "400");
     Press("CommandOK");
     EXPECT_EQ(Failures.size(), 1);
     EXPECT_TRUE(setup->isVisible());
@@ -200,16 +182,14 @@ TEST_F(VirtualOperatorSetup, AnEndBeyondSixteenBitsFailsAtTheSlider)
 
 TEST_F(VirtualOperatorSetup, TextsAreFormattedWhenTheyAreLeftAndCancelDropsThem)
 {
-    OpenOn(1);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(setup.get()));
-    ChooseDestination(217);
-    Enter("TextBiasGain(0)", "2.675");
-    In<QLineEdit>("TextBiasGain(1)")->setFocus();
-    EXPECT_EQ(In<QLineEdit>("TextBiasGain(0)")->text(), QStringLiteral("2.68"));
-    EXPECT_EQ(In<QLineEdit>("TextBiasGain(1)")->selectedText(), In<QLineEdit>("TextBiasGain(1)")->text());
-    In<QComboBox>("ComboInput")->setCurrentIndex(3);
-    EXPECT_EQ(In<QComboBox>("ComboDestination")->currentText(), QStringLiteral("0 None"))
-        << "another input drops the edits of the former one";
+    OpenOn(1, 217);
+    TypeIn(setup.get(), "TextBiasGain(0)", "2.675");
+    Edit("TextBiasGain(1)").setFocus();
+    EXPECT_EQ(Edit("TextBiasGain(0)").text(), Name("2.68"));
+    EXPECT_EQ(Edit("TextBiasGain(1)").selectedText(), Edit("TextBiasGain(1)").text());
+    Combo("ComboInput").setCurrentIndex(3);
+    EXPECT_EQ(Combo("ComboDestination").currentText(), Name("0 None"))
+        << "drops the edits of the former input";
     Press("CommandCancel");
     EXPECT_FALSE(setup->isVisible());
     EXPECT_EQ(Setting(1), VirtualSetting{});
@@ -220,17 +200,15 @@ TEST_F(VirtualOperatorSetup, PropertiesOpensOnTheControlThatWasClicked)
     Open();
     fields.VirtualSelection = 9;
     QString shown;
-    QMetaObject::invokeMethod(
-        panel,
-        [&shown] {
-            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            ASSERT_NE(dialog, nullptr);
-            shown = dialog->findChild<QComboBox *>(QStringLiteral("ComboInput"))->currentText();
-            dialog->reject();
-        },
-        Qt::QueuedConnection);
-    panel->findChild<QAction *>(QStringLiteral("mnuProperties"))->trigger();
-    EXPECT_EQ(shown, QStringLiteral("Digital D"));
+    const auto readAndClose = [&shown] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        shown = FindIn<QComboBox>(dialog, "ComboInput")->currentText();
+        dialog->reject();
+    };
+    QMetaObject::invokeMethod(panel, readAndClose, Qt::QueuedConnection);
+    panel->findChild<QAction *>(Name("mnuProperties"))->trigger();
+    EXPECT_EQ(shown, Name("Digital D"));
 }
 
 } // namespace

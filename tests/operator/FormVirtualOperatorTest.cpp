@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QMenu>
 #include <QMouseEvent>
+#include <functional>
 
 namespace quorvik::testing
 {
@@ -30,7 +31,7 @@ TEST_F(VirtualOperator, NoLeavesEverythingAsItWas)
     Open(MsgAnswer::No);
     EXPECT_EQ(panel, nullptr);
     EXPECT_EQ(AssignedSelectors(desk.model), before);
-    EXPECT_EQ(desk.asker.Shown.first().title, QStringLiteral("Unassign inputs?"));
+    EXPECT_EQ(desk.asker.Shown.first().title, Name("Unassign inputs?"));
     EXPECT_EQ(desk.asker.Shown.first().icon, MsgIcon::Exclamation);
 }
 
@@ -48,48 +49,40 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesEverySlider)
     EXPECT_EQ(Value(217), 0);
     EXPECT_EQ(Setting(2).Status, 0);
     EXPECT_TRUE(desk.model.FileModified);
-    EXPECT_EQ(Text("LabelInputName(2)"), QStringLiteral("Reference 0"));
-    EXPECT_EQ(Text("LabelSignalValue(2)"), QStringLiteral("0.00 %"));
-    EXPECT_EQ(Text("LabelInputName(3)"), QStringLiteral("Signal D"));
-    EXPECT_EQ(Find<QAbstractButton>("CommandDigital(8)")->text(), QStringLiteral("Digital C"));
-    EXPECT_EQ(Find("CommandDigital(8)")->toolTip(), QStringLiteral("Unassigned"));
-}
+    EXPECT_EQ(Text("LabelInputName(2)"), "Reference 0");
+    EXPECT_EQ(Text("LabelSignalValue(2)"), "0.00 %");
+    EXPECT_EQ(Text("LabelInputName(3)"), "Signal D");
+    EXPECT_EQ(Digital(8).text(), Name("Digital C"));
+    EXPECT_EQ(Digital(8).toolTip(), Name("Unassigned"));
+    Click("CommandHelp");
+    EXPECT_EQ(desk.help.Topics.size(), 1);
 
-TEST_F(VirtualOperator, OpeningAgainUnassignsAgainInTheSamePanel)
-{
-    Open();
-    FormVirtualOperator *first = panel;
+    const FormVirtualOperator *first = panel;
     Record(1).Value = 239;
     Open();
     EXPECT_EQ(panel, first);
     EXPECT_EQ(Value(1), 0);
 }
 
-TEST_F(VirtualOperator, RunStopAndJogExcludeEachOther)
+TEST_F(VirtualOperator, RunStopAndJogExcludeEachOtherAndRunOutlivesThePanel)
 {
     Open();
+    Record(RunParam).WriteFlag = WriteState::None;
+    Click("CommandStop");
+    EXPECT_EQ(Record(RunParam).WriteFlag, WriteState::Queued) << "Stop without Run writes all the same";
+
     Click("CommandRun");
     EXPECT_EQ(Value(RunParam), 1);
-    EXPECT_FALSE(Find("CommandRun")->isEnabled());
-    EXPECT_FALSE(Find("CommandJog")->isEnabled());
+    EXPECT_FALSE(Enabled("CommandRun") || Enabled("CommandJog"));
     Click("CommandJog");
     EXPECT_EQ(Value(JogParam), 0);
     EXPECT_TRUE(Find<OperatorButton>("CommandRun")->IsLit());
 
     Click("CommandStop");
     EXPECT_EQ(Value(RunParam), 0);
-    EXPECT_TRUE(Find("CommandRun")->isEnabled());
-    EXPECT_TRUE(Find("CommandJog")->isEnabled());
+    EXPECT_TRUE(Enabled("CommandRun") && Enabled("CommandJog"));
     EXPECT_FALSE(Find<OperatorButton>("CommandRun")->IsLit());
 
-    Record(RunParam).WriteFlag = WriteState::None;
-    Click("CommandStop");
-    EXPECT_EQ(Record(RunParam).WriteFlag, WriteState::Queued) << "Stop without Run writes all the same";
-}
-
-TEST_F(VirtualOperator, ClosingLeavesARunCommandInForce)
-{
-    Open();
     Click("CommandRun");
     Click("CommandClose");
     EXPECT_EQ(Value(RunParam), 1);
@@ -100,35 +93,26 @@ TEST_F(VirtualOperator, APushButtonWritesItsEndsAndClearsTheModifiedMarks)
     Setting(6) = {221, -500, 700, 0};
     Open();
     ASSERT_TRUE(desk.model.FileModified);
-    auto *button = Find<QAbstractButton>("CommandDigital(6)");
-    EXPECT_EQ(button->text(), QStringLiteral("Jog Reference\r\n=5.00 %"));
-
+    EXPECT_EQ(Digital(6).text(), Name("Jog Reference\r\n=5.00 %"));
     Click("CommandDigital(6)");
     EXPECT_EQ(Setting(6).Status, -1);
     EXPECT_EQ(Value(221), 700);
-    EXPECT_EQ(button->text(), QStringLiteral("Jog Reference\r\n=7.00 %"));
-    EXPECT_TRUE(button->isChecked());
-    EXPECT_FALSE(desk.model.FileModified);
-    EXPECT_FALSE(desk.model.DriveModified);
+    EXPECT_EQ(Digital(6).text(), Name("Jog Reference\r\n=7.00 %"));
+    EXPECT_TRUE(Digital(6).isChecked());
+    EXPECT_FALSE(desk.model.FileModified || desk.model.DriveModified);
 
     Click("CommandDigital(6)");
     EXPECT_EQ(Value(221), -500);
-    EXPECT_FALSE(button->isChecked());
+    EXPECT_FALSE(Digital(6).isChecked());
 
     Record(0).WriteFlag = WriteState::None;
     Click("CommandDigital(11)");
     EXPECT_EQ(Setting(11).Status, -1);
     EXPECT_EQ(Record(0).WriteFlag, WriteState::Queued) << "an unassigned button writes parameter 0";
-}
-
-TEST_F(VirtualOperator, ALatchedButtonStaysInOverClosingAndOpening)
-{
-    Open();
-    Click("CommandDigital(7)");
     panel->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     Open();
-    EXPECT_TRUE(Find<QAbstractButton>("CommandDigital(7)")->isChecked());
+    EXPECT_TRUE(Digital(11).isChecked()) << "stays in over closing and opening";
 }
 
 TEST_F(VirtualOperator, ASliderWritesWhatItStandsAt)
@@ -137,13 +121,11 @@ TEST_F(VirtualOperator, ASliderWritesWhatItStandsAt)
     Open();
     desk.model.FileModified = false;
     VirtualSlider &slider = panel->VScrollSignal(1);
-    EXPECT_EQ(slider.Min(), 10000);
-    EXPECT_EQ(slider.Max(), 0);
     slider.setFocus();
     QTest::keyClick(&slider, Qt::Key_PageUp);
     EXPECT_EQ(Value(217), 1000);
     EXPECT_EQ(Setting(1).Status, 1000);
-    EXPECT_EQ(Text("LabelSignalValue(1)"), QStringLiteral("10.00 %"));
+    EXPECT_EQ(Text("LabelSignalValue(1)"), "10.00 %");
     EXPECT_TRUE(desk.model.FileModified);
 
     // A click above the handle is one large step up, one below it a step down.
@@ -160,42 +142,32 @@ TEST_F(VirtualOperator, ALoadedFileRedrawsThePanelAndWritesTheSliders)
     Setting(4) = {217, 0, 10000, 9999};
     Setting(9) = {305, 0, 1, -1};
     Q_EMIT desk.model.VirtualSettingsLoaded();
-    EXPECT_EQ(Text("LabelInputName(4)"), QStringLiteral("Reference 0"));
+    EXPECT_EQ(Text("LabelInputName(4)"), "Reference 0");
     EXPECT_EQ(Setting(4).Status, 2500) << "the position wins over the file";
     EXPECT_EQ(Value(217), 2500);
-    EXPECT_EQ(Find<QAbstractButton>("CommandDigital(9)")->text(), QStringLiteral("Ramp Bypass\r\n=False"));
-    EXPECT_TRUE(Find<QAbstractButton>("CommandDigital(9)")->isChecked());
+    EXPECT_EQ(Digital(9).text(), Name("Ramp Bypass\r\n=False"));
+    EXPECT_TRUE(Digital(9).isChecked());
 }
 
 TEST_F(VirtualOperator, ARightClickFindsItsColumn)
 {
     Open();
     QWidget *frame = Find("FrameSignal");
-    auto *menu = panel->findChild<QMenu *>(QStringLiteral("mnuPop1"));
-    for (int index = 0; index < FormVirtualOperator::Signals; ++index) {
-        const QWidget *line = Find(qPrintable(ControlName("Line1", index)));
-        QTest::mouseClick(frame, Qt::RightButton, {}, QPoint(line->x() - 1, frame->height() / 2));
-        EXPECT_EQ(fields.VirtualSelection, index);
+    auto *menu = panel->findChild<QMenu *>(Name("mnuPop1"));
+    const auto expectSelection = [&](QWidget *clicked, const QPoint &place, int selection) {
+        QTest::mouseClick(clicked, Qt::RightButton, {}, place);
+        EXPECT_EQ(fields.VirtualSelection, selection);
         EXPECT_TRUE(menu->isVisible());
         menu->hide();
-    }
-    QTest::mouseClick(frame, Qt::RightButton, {}, QPoint(frame->width() - 1, 5));
-    EXPECT_EQ(fields.VirtualSelection, 5) << "right of the last line the last column counts";
-    menu->hide();
-    QTest::mouseClick(&panel->VScrollSignal(2), Qt::RightButton);
-    EXPECT_EQ(fields.VirtualSelection, 2);
-    menu->hide();
-    QTest::mouseClick(Find("CommandDigital(10)"), Qt::RightButton);
-    EXPECT_EQ(fields.VirtualSelection, 10);
+    };
+    for (int index = 0; index < FormVirtualOperator::Signals; ++index)
+        expectSelection(frame, QPoint(Find(ControlName("Line1", index))->x() - 1, frame->height() / 2),
+                        index);
+    // Right of the last line the last column counts.
+    expectSelection(frame, QPoint(frame->width() - 1, 5), 5);
+    expectSelection(&panel->VScrollSignal(2), {}, 2);
+    expectSelection(&Digital(10), {}, 10);
     EXPECT_EQ(Setting(10).Status, 0) << "a right click does not push";
-    menu->hide();
-}
-
-TEST_F(VirtualOperator, HelpOpensItsTopic)
-{
-    Open();
-    Click("CommandHelp");
-    EXPECT_EQ(desk.help.Topics, QStringList{QStringLiteral("Virtual Operator.htm")});
 }
 
 TEST_F(VirtualOperator, ARecordThatCannotBeShownStillLeavesStopToTheUser)
@@ -210,125 +182,69 @@ TEST_F(VirtualOperator, ARecordThatCannotBeShownStillLeavesStopToTheUser)
     EXPECT_EQ(Value(RunParam), 0);
 }
 
-enum class JogEnd {
-    MouseUp,
-    MouseLeavesWindow,
-    PointerLeavesWhileSpaceIsHeld,
-    ButtonLosesFocus,
-    WindowDeactivated,
-    WindowBlockedByDialog,
-    PanelHidden,
-    PanelClosed,
-    ApplicationDeactivated,
-    MouseGrabLost
-};
-
-class JogSafety : public PanelTest, public ::testing::WithParamInterface<JogEnd>
+void Send(QObject *receiver, QEvent::Type type)
 {
-protected:
-    void Hold()
-    {
-        jog = Find<JogButton>("CommandJog");
-        jog->setFocus();
-        if (GetParam() == JogEnd::PointerLeavesWhileSpaceIsHeld)
-            QTest::keyPress(jog, Qt::Key_Space);
-        else
-            QTest::mousePress(jog, Qt::LeftButton);
-    }
+    QEvent event(type);
+    QCoreApplication::sendEvent(receiver, &event);
+}
 
-    void MoveTo(const QPoint &inButton)
-    {
+TEST_F(VirtualOperator, JogEndsForCertainAndStartsOnlyWithANewPress)
+{
+    JogButton *jog = nullptr;
+    const auto moveTo = [&jog](const QPoint &inButton) {
         QMouseEvent move(QEvent::MouseMove, inButton, jog->mapToGlobal(inButton), Qt::NoButton,
                          Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(jog, &move);
+    };
+    const struct {
+        const char *what;
+        bool bySpace;
+        std::function<void()> end;
+    } ends[] = {
+        {"mouse up", false, [&] { QTest::mouseRelease(jog, Qt::LeftButton); }},
+        {"mouse leaves window", false, [&] { moveTo(jog->mapFrom(panel, QPoint(-5, 20))); }},
+        {"space bar up", true, [&] { QTest::keyRelease(jog, Qt::Key_Space); }},
+        {"pointer leaves while space is held", true, [&] { Send(panel, QEvent::Leave); }},
+        {"button loses focus", false, [&] { Find("CommandStop")->setFocus(); }},
+        {"window deactivated", false, [&] { Send(panel, QEvent::WindowDeactivate); }},
+        {"window blocked by dialog", false, [&] { Send(panel, QEvent::WindowBlocked); }},
+        {"panel hidden", false, [&] { panel->hide(); }},
+        {"panel closed", false, [&] { panel->close(); }},
+        {"application deactivated", false,
+         [] { Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive); }},
+        {"mouse grab lost", false, [&] { Send(jog, QEvent::UngrabMouse); }},
+    };
+    for (const auto &row : ends) {
+        SCOPED_TRACE(row.what);
+        Open();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(panel));
+        jog = Find<JogButton>("CommandJog");
+        jog->setFocus();
+        QTest::mouseClick(jog, Qt::RightButton);
+        EXPECT_EQ(Value(JogParam), 0);
+        if (row.bySpace)
+            QTest::keyPress(jog, Qt::Key_Space);
+        else
+            QTest::mousePress(jog, Qt::LeftButton);
+        EXPECT_EQ(Value(JogParam), 1);
+        EXPECT_FALSE(Enabled("CommandRun"));
+        moveTo(QPoint(jog->width() / 2, jog->height() + 8));
+        QKeyEvent repeatUp(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "), true);
+        QCoreApplication::sendEvent(jog, &repeatUp);
+        EXPECT_EQ(Value(JogParam), 1) << "off the button in the window, or a repeat of the key";
+
+        Record(JogParam).WriteFlag = WriteState::None;
+        row.end();
+        EXPECT_EQ(Value(JogParam), 0);
+        EXPECT_EQ(Record(JogParam).WriteFlag, WriteState::Queued);
+        EXPECT_TRUE(Enabled("CommandRun"));
+
+        moveTo(jog->rect().center());
+        QTest::keyRelease(jog, Qt::Key_Space);
+        EXPECT_EQ(Value(JogParam), 0) << "back over the button with the hold gone";
+        panel->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-
-    static void Send(QObject *receiver, QEvent::Type type)
-    {
-        QEvent event(type);
-        QCoreApplication::sendEvent(receiver, &event);
-    }
-
-    void End()
-    {
-        switch (GetParam()) {
-        case JogEnd::MouseUp:
-            QTest::mouseRelease(jog, Qt::LeftButton);
-            break;
-        case JogEnd::MouseLeavesWindow:
-            MoveTo(jog->mapFrom(panel, QPoint(-5, 20)));
-            break;
-        case JogEnd::PointerLeavesWhileSpaceIsHeld:
-            Send(panel, QEvent::Leave);
-            break;
-        case JogEnd::ButtonLosesFocus:
-            Find("CommandStop")->setFocus();
-            break;
-        case JogEnd::WindowDeactivated:
-            Send(panel, QEvent::WindowDeactivate);
-            break;
-        case JogEnd::WindowBlockedByDialog:
-            Send(panel, QEvent::WindowBlocked);
-            break;
-        case JogEnd::PanelHidden:
-            panel->hide();
-            break;
-        case JogEnd::PanelClosed:
-            panel->close();
-            break;
-        case JogEnd::ApplicationDeactivated:
-            Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
-            break;
-        case JogEnd::MouseGrabLost:
-            Send(jog, QEvent::UngrabMouse);
-            break;
-        }
-    }
-
-    JogButton *jog = nullptr;
-};
-
-TEST_P(JogSafety, EndsForCertainAndStartsOnlyWithANewPress)
-{
-    Open();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(panel));
-    Hold();
-    EXPECT_EQ(Value(JogParam), 1);
-    EXPECT_FALSE(Find("CommandRun")->isEnabled());
-    MoveTo(QPoint(jog->width() / 2, jog->height() + 8));
-    EXPECT_EQ(Value(JogParam), 1) << "off the button, still in the window";
-
-    End();
-    EXPECT_EQ(Value(JogParam), 0);
-    EXPECT_EQ(Record(JogParam).WriteFlag, WriteState::Queued);
-    EXPECT_TRUE(Find("CommandRun")->isEnabled());
-
-    MoveTo(jog->rect().center());
-    QTest::keyRelease(jog, Qt::Key_Space);
-    EXPECT_EQ(Value(JogParam), 0) << "back over the button with the hold gone";
-}
-
-INSTANTIATE_TEST_SUITE_P(Ends, JogSafety,
-                         ::testing::Values(JogEnd::MouseUp, JogEnd::MouseLeavesWindow,
-                                           JogEnd::PointerLeavesWhileSpaceIsHeld, JogEnd::ButtonLosesFocus,
-                                           JogEnd::WindowDeactivated, JogEnd::WindowBlockedByDialog,
-                                           JogEnd::PanelHidden, JogEnd::PanelClosed,
-                                           JogEnd::ApplicationDeactivated, JogEnd::MouseGrabLost));
-
-TEST_F(VirtualOperator, JogFollowsTheSpaceBarButNotItsRepeats)
-{
-    Open();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(panel));
-    auto *jog = Find<JogButton>("CommandJog");
-    jog->setFocus();
-    QTest::keyPress(jog, Qt::Key_Space);
-    QKeyEvent repeatUp(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "), true);
-    QCoreApplication::sendEvent(jog, &repeatUp);
-    EXPECT_EQ(Value(JogParam), 1);
-    QTest::keyRelease(jog, Qt::Key_Space);
-    EXPECT_EQ(Value(JogParam), 0);
-    QTest::mouseClick(jog, Qt::RightButton);
-    EXPECT_EQ(Record(JogParam).Value, 0);
 }
 
 } // namespace

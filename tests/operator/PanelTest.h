@@ -2,12 +2,11 @@
 
 #include "operator/FormVirtualOperator.h"
 #include "platform/Guard.h"
+#include "support/Controls.h"
 #include "support/TestDesk.h"
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace quorvik::testing
 {
@@ -32,15 +31,18 @@ protected:
         panel = desk.mainWindow.findChild<FormVirtualOperator *>();
     }
 
-    template<typename Widget = QWidget> Widget *Find(const char *name) const
+    template<typename Widget = QWidget> Widget *Find(const Name &name) const
     {
-        auto *widget = panel->findChild<Widget *>(QLatin1String(name));
-        EXPECT_NE(widget, nullptr) << name;
-        return widget;
+        return FindIn<Widget>(panel, name);
     }
 
-    void Click(const char *name) const { QTest::mouseClick(Find(name), Qt::LeftButton); }
-    QString Text(const char *label) const { return Find<QLabel>(label)->text(); }
+    void Click(const Name &name) const { ClickIn(panel, name); }
+    bool Enabled(const Name &name) const { return Find(name)->isEnabled(); }
+    std::string Text(const Name &label) const { return Find<QLabel>(label)->text().toStdString(); }
+    QAbstractButton &Digital(int index) const
+    {
+        return *Find<QAbstractButton>(ControlName("CommandDigital", index));
+    }
     std::int32_t Value(int p) const { return desk.model.Value(p); }
     ParamRecord &Record(int p) { return desk.model.ParamTable[p]; }
     VirtualSetting &Setting(int index) { return desk.model.VirtualSettings.at(std::size_t(index)); }

@@ -10,7 +10,7 @@
 namespace quorvik::testing
 {
 
-TEST_F(ShellTest, AFirstRunStandsAtItsDefaultPlace)
+TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
 {
     LoadQuietly();
     EXPECT_TRUE(main->isVisible());
@@ -18,21 +18,16 @@ TEST_F(ShellTest, AFirstRunStandsAtItsDefaultPlace)
     EXPECT_EQ(main->size(), QSize(733, 467)); // 11000 by 7000 twips
     EXPECT_EQ(main->AllEngines().model.Colors[0], main->AllEngines().model.DefaultColors[0]);
     EXPECT_EQ(main->AllEngines().link.MSComm1.CommPort(), 16);
-}
 
-TEST_F(ShellTest, PlaceColoursAndTipsComeBack)
-{
-    LoadQuietly();
     main->move(40, 50);
     main->resize(640, 480);
     main->AllEngines().model.Colors[3] = 0x123456;
     main->AllEngines().link.MSComm1.SetCommPort(5);
     Trigger("mnuOptionsShowTipsonStartup");
     ASSERT_TRUE(main->close());
-    EXPECT_EQ(Setting("Startup", "Left"), QStringLiteral("600"));
-    EXPECT_EQ(Setting("Options", "Show Tips at Startup"), QStringLiteral("True"));
-    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("Show Tips at Startup"),
-                         QStringLiteral("False"));
+    EXPECT_EQ(Setting("Startup", "Left"), Name("600"));
+    EXPECT_EQ(Setting("Options", "Show Tips at Startup"), Name("True"));
+    Store("Options", "Show Tips at Startup", "False");
 
     MakeWindow();
     LoadQuietly();
@@ -44,19 +39,19 @@ TEST_F(ShellTest, PlaceColoursAndTipsComeBack)
 
 TEST_F(ShellTest, AMinimisedStateIsNotStored)
 {
-    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("WindowState"), QStringLiteral("2"));
+    Store("Startup", "WindowState", "2");
     LoadQuietly();
     EXPECT_TRUE(main->isMaximized());
-    main->showMinimized();
+    main->setWindowState(Qt::WindowMinimized);
     ASSERT_TRUE(main->close());
-    EXPECT_EQ(Setting("Startup", "WindowState"), QStringLiteral("2"));
+    EXPECT_EQ(Setting("Startup", "WindowState"), Name("2"));
 }
 
 TEST_F(ShellTest, APlaceOnNoScreenIsBroughtBack)
 {
-    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("Left"), QStringLiteral("900000"));
-    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("Top"), QStringLiteral("-900000"));
-    settings.SaveSetting(QStringLiteral("Startup"), QStringLiteral("Width"), QStringLiteral("nonsense"));
+    Store("Startup", "Left", "900000");
+    Store("Startup", "Top", "-900000");
+    Store("Startup", "Width", "nonsense");
     LoadQuietly();
     EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(main->geometry()));
 }
@@ -64,45 +59,33 @@ TEST_F(ShellTest, APlaceOnNoScreenIsBroughtBack)
 TEST_F(ShellTest, ACancelKeepsTheWindowWithSettingsSavedAndTheLinkDown)
 {
     const SimulatedDrive drive;
-    UseDrive(drive);
-    LoadQuietly();
-    main->AllEngines().link.GoOnLine();
-    ASSERT_TRUE(main->AllEngines().link.PortOpen());
+    GoOnLine(drive);
     main->AllEngines().model.FileModified = true;
     QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
-    bool wasOnlineAtTheQuestion = true;
-    QString placeAtTheQuestion;
-    asker.WhileShown = [&] {
-        wasOnlineAtTheQuestion = main->AllEngines().link.PortOpen();
-        placeAtTheQuestion = Setting("Startup", "Left");
+    asker.WhileShown = [this] {
+        EXPECT_FALSE(main->AllEngines().link.PortOpen());
+        EXPECT_EQ(Setting("Startup", "Left"), Name("150"));
     };
-    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::Cancel);
-    EXPECT_FALSE(main->close());
-    EXPECT_TRUE(main->isVisible());
-    EXPECT_FALSE(wasOnlineAtTheQuestion);
-    EXPECT_EQ(placeAtTheQuestion, QStringLiteral("150"));
-    EXPECT_TRUE(unloaded.isEmpty());
-
-    asker.WhileShown = nullptr;
-    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
-    EXPECT_TRUE(main->close());
-    EXPECT_EQ(unloaded.size(), 1);
+    for (const MsgAnswer answer : {MsgAnswer::Cancel, MsgAnswer::No}) {
+        asker.Expect(QStringLiteral("Save changes?"), answer);
+        EXPECT_TRUE(main->isVisible());
+        EXPECT_EQ(main->close(), answer == MsgAnswer::No);
+        EXPECT_EQ(unloaded.size(), answer == MsgAnswer::No ? 1 : 0);
+    }
 }
 
-TEST_F(ShellTest, ASecondInstanceSaysSoAndEnds)
+TEST_F(ShellTest, ASecondInstanceOrAMissingFactoryTableEndsTheRun)
 {
-    SingleInstance first(folder.filePath(QStringLiteral("Quorvik.lock")));
-    ASSERT_TRUE(first.Acquire());
-    asker.Expect(QStringLiteral("Quorvik is already running!"));
-    EXPECT_FALSE(main->Load(QString()));
-    EXPECT_EQ(asker.Shown.first().icon, MsgIcon::Exclamation);
-    EXPECT_FALSE(main->isVisible());
-}
-
-TEST_F(ShellTest, WithoutAFactoryTableTheRunEnds)
-{
+    {
+        SingleInstance first(folder.filePath(QStringLiteral("Quorvik.lock")));
+        ASSERT_TRUE(first.Acquire());
+        asker.Expect(QStringLiteral("Quorvik is already running!"));
+        EXPECT_FALSE(main->Load(QString()));
+        EXPECT_EQ(asker.Shown.first().icon, MsgIcon::Exclamation);
+        EXPECT_FALSE(main->isVisible());
+    }
     ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("Presets.fil"))));
-    asker.Expect(QString());
+    asker.Expect(QStringLiteral("Presets.fil"));
     EXPECT_FALSE(main->Load(QString()));
 }
 
@@ -137,17 +120,16 @@ TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
     asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
     ASSERT_TRUE(main->Load(QString()));
     EXPECT_EQ(main->AllEngines().model.Value(217), 77);
-    EXPECT_EQ(main->windowTitle(), QStringLiteral("Quorvik - [unnamed*]"));
+    EXPECT_EQ(main->windowTitle(), Name("Quorvik - [unnamed*]"));
     EXPECT_FALSE(main->AllEngines().link.PortOpen());
     const QString copy = main->AllEngines().recoveryCopy.Path();
     ASSERT_TRUE(PumpWhile([&] { return !QFile::exists(copy); }, QDeadlineTimer(10000)));
 
-    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::Cancel);
-    ASSERT_FALSE(main->close());
-    EXPECT_TRUE(QFile::exists(copy));
-    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
-    ASSERT_TRUE(main->close());
-    EXPECT_FALSE(QFile::exists(copy));
+    for (const MsgAnswer answer : {MsgAnswer::Cancel, MsgAnswer::No}) {
+        asker.Expect(QStringLiteral("Save changes?"), answer);
+        EXPECT_EQ(main->close(), answer == MsgAnswer::No);
+        EXPECT_EQ(QFile::exists(copy), answer == MsgAnswer::Cancel);
+    }
 }
 
 } // namespace quorvik::testing

@@ -1,20 +1,29 @@
 #pragma once
 
 #include "shell/MDIFormMain.h"
+#include "support/Controls.h"
 #include "support/SimulatedDrive.h"
 #include "support/TestDesk.h"
 
 #include <QAction>
 #include <QFile>
 #include <QStatusBar>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QToolButton>
-#include <gtest/gtest.h>
 #include <memory>
 
 namespace quorvik::testing
 {
+
+/** While it lives, programs are found in one folder only. */
+class OnlyProgramsIn
+{
+public:
+    explicit OnlyProgramsIn(const QTemporaryDir &folder) { qputenv("PATH", folder.path().toLocal8Bit()); }
+    ~OnlyProgramsIn() { qputenv("PATH", before_); }
+
+private:
+    QByteArray before_ = qgetenv("PATH");
+};
 
 /** One run of the whole program in a folder of its own, with scripted answers. */
 class ShellTest : public ::testing::Test
@@ -23,9 +32,8 @@ protected:
     ShellTest()
     {
         QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), folder.filePath(QStringLiteral("Presets.fil")));
-        settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("16"));
-        settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("Show Tips at Startup"),
-                             QStringLiteral("False"));
+        Store("Options", "CommPort", "16");
+        Store("Options", "Show Tips at Startup", "False");
         MakeWindow();
     }
 
@@ -46,25 +54,33 @@ protected:
         asker.Shown.clear();
     }
 
-    void UseDrive(const SimulatedDrive &drive)
+    void UseDrive(const SimulatedDrive &drive) { Store("Ports", "Com16", drive.LinkPath()); }
+
+    void GoOnLine(const SimulatedDrive &drive)
     {
-        settings.SaveSetting(QStringLiteral("Ports"), QStringLiteral("Com16"), drive.LinkPath());
+        UseDrive(drive);
+        LoadQuietly();
+        main->AllEngines().link.GoOnLine();
+        ASSERT_TRUE(main->AllEngines().link.PortOpen());
     }
 
-    QAction *Entry(const char *name) const { return main->Menus().Entry(QString::fromLatin1(name)); }
+    QAction *Entry(const char *name) const { return main->Menus().Entry(Name(name)); }
     void Trigger(const char *name) const { Entry(name)->trigger(); }
-
-    QString Setting(const char *section, const char *key) const
+    QString Setting(const Name &section, const Name &key) const { return settings.GetSetting(section, key); }
+    void Store(const Name &section, const Name &key, const Name &text)
     {
-        return settings.GetSetting(QString::fromLatin1(section), QString::fromLatin1(key));
+        settings.SaveSetting(section, key, text);
     }
 
-    template<typename Widget = QWidget> Widget *Find(const char *name) const
+    template<typename Widget = QWidget> Widget *Find(const Name &name) const
     {
-        return main->findChild<Widget *>(QString::fromLatin1(name));
+        return FindIn<Widget>(main.get(), name);
     }
 
     QTemporaryDir folder;
+    // The system's tools would go on registering the file type after the test, in a folder that is being
+    // removed.
+    OnlyProgramsIn noTools{folder};
     ScriptedAsker asker;
     RecordingHelp help;
     SettingsStore settings{folder.filePath(QStringLiteral("Quorvik.ini"))};

@@ -53,11 +53,21 @@ protected:
         ASSERT_EQ(area->subWindowList().size(), 5);
     }
 
+    bool ComesDownTo(int count) const
+    {
+        return QTest::qWaitFor([&] { return area->subWindowList().size() == count; });
+    }
+
     QMdiArea *area = nullptr;
 };
 
-TEST_F(Windows, MinimiseRestoreAndCloseReachEveryWindow)
+TEST_F(Windows, CommandsReachEveryWindowAndClosingReleasesTheReadInterestOnce)
 {
+    const Model &model = main->AllEngines().model;
+    int wanted = 0;
+    for (int p = 0; p <= model.LastParam; ++p)
+        wanted += model.ParamTable[p].ReadFlag;
+    EXPECT_GT(wanted, 1);
     Trigger("mnuWindowMinimizeAll");
     for (const QMdiSubWindow *child : area->subWindowList())
         EXPECT_TRUE(child->isMinimized());
@@ -65,32 +75,15 @@ TEST_F(Windows, MinimiseRestoreAndCloseReachEveryWindow)
     Trigger("mnuWindowRestoreAll");
     for (const QMdiSubWindow *child : area->subWindowList())
         EXPECT_FALSE(child->isMinimized());
-    Trigger("mnuWindowCloseAll");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return area->subWindowList().isEmpty(); }));
-    EXPECT_EQ(main->TheDesk().forms.Count(), 1);
-    EXPECT_TRUE(main->isVisible());
-}
-
-TEST_F(Windows, ClosingReleasesTheReadInterestOnce)
-{
-    const Model &model = main->AllEngines().model;
-    int wanted = 0;
-    for (int p = 0; p <= model.LastParam; ++p)
-        wanted += model.ParamTable[p].ReadFlag;
-    EXPECT_GT(wanted, 1);
+    ClickIn(area->subWindowList().first(), "CommandClose");
+    EXPECT_TRUE(ComesDownTo(4)) << "a close button takes the frame with it";
     Trigger("mnuWindowCloseAll");
     Trigger("mnuWindowCloseAll");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return area->subWindowList().isEmpty(); }));
+    EXPECT_TRUE(ComesDownTo(0));
     for (int p = 0; p <= model.LastParam; ++p)
         EXPECT_EQ(model.ParamTable[p].ReadFlag, p == Param::DriveState ? 1 : 0) << p;
-}
-
-TEST_F(Windows, ACloseButtonTakesTheFrameWithIt)
-{
-    QWidget *close = area->subWindowList().first()->findChild<QWidget *>(QStringLiteral("CommandClose"));
-    ASSERT_TRUE(close);
-    QTest::mouseClick(close, Qt::LeftButton);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return area->subWindowList().size() == 4; }));
+    EXPECT_EQ(main->TheDesk().forms.Count(), 1);
+    EXPECT_TRUE(main->isVisible());
 }
 
 TEST_F(Windows, TheMenuListsTheOpenWindowsAndLeadsToThem)
@@ -98,18 +91,14 @@ TEST_F(Windows, TheMenuListsTheOpenWindowsAndLeadsToThem)
     QMenu *menu = main->Menus().Menu(QStringLiteral("mnuWindow"));
     Q_EMIT menu->aboutToShow();
     Q_EMIT menu->aboutToShow();
-    QStringList listed;
-    QAction *third = nullptr;
+    QList<QAction *> listed;
     for (QAction *action : menu->actions())
-        if (action->objectName().startsWith(QLatin1String("mnuWindowList")) && !action->isSeparator()) {
-            listed.append(action->text());
-            if (listed.size() == 3)
-                third = action;
-        }
+        if (action->objectName().startsWith(QLatin1String("mnuWindowList")) && !action->isSeparator())
+            listed.append(action);
     ASSERT_EQ(listed.size(), 5);
-    EXPECT_EQ(listed.at(2), QStringLiteral("&3 Analog Input 3"));
-    third->trigger();
-    EXPECT_EQ(area->activeSubWindow()->windowTitle(), QStringLiteral("Analog Input 3"));
+    EXPECT_EQ(listed[2]->text(), Name("&3 Analog Input 3"));
+    listed[2]->trigger();
+    EXPECT_EQ(area->activeSubWindow()->windowTitle(), Name("Analog Input 3"));
 }
 
 } // namespace quorvik::testing

@@ -13,21 +13,6 @@ ScriptedAsker::~ScriptedAsker()
         ADD_FAILURE() << "a file dialog was expected and never shown";
 }
 
-void ScriptedAsker::Expect(const QString &text, MsgAnswer answer)
-{
-    answers_.append({text, answer});
-}
-
-void ScriptedAsker::ExpectOpen(std::optional<QString> path)
-{
-    openPaths_.append(std::move(path));
-}
-
-void ScriptedAsker::ExpectSave(std::optional<QString> path)
-{
-    savePaths_.append(std::move(path));
-}
-
 MsgAnswer ScriptedAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title)
 {
     Shown.append({text, title, icon, buttons});
@@ -42,24 +27,13 @@ MsgAnswer ScriptedAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon
     return answers_.takeFirst().answer;
 }
 
-std::optional<QString> ScriptedAsker::ShowOpen(const FileDialogRequest &request)
+std::optional<QString> ScriptedAsker::Answered(const FileDialogRequest &request, Paths &paths)
 {
     Requests.append(request);
-    if (openPaths_.isEmpty()) {
-        ADD_FAILURE() << "unexpected open dialog";
-        return std::nullopt;
-    }
-    return openPaths_.takeFirst();
-}
-
-std::optional<QString> ScriptedAsker::ShowSave(const FileDialogRequest &request)
-{
-    Requests.append(request);
-    if (savePaths_.isEmpty()) {
-        ADD_FAILURE() << "unexpected save dialog";
-        return std::nullopt;
-    }
-    return savePaths_.takeFirst();
+    if (!paths.isEmpty())
+        return paths.takeFirst();
+    ADD_FAILURE() << "unexpected file dialog";
+    return std::nullopt;
 }
 
 } // namespace quorvik::testing

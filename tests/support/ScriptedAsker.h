@@ -27,11 +27,10 @@ public:
     ~ScriptedAsker() override;
 
     /** The next message box must contain text, and is answered so. */
-    void Expect(const QString &text, MsgAnswer answer = MsgAnswer::Ok);
-    /** What the next open dialog answers; nothing stands for a cancel. */
-    void ExpectOpen(std::optional<QString> path);
-    /** What the next save dialog answers; nothing stands for a cancel. */
-    void ExpectSave(std::optional<QString> path);
+    void Expect(const QString &text, MsgAnswer answer = MsgAnswer::Ok) { answers_.append({text, answer}); }
+    /** What the next open or save dialog answers; nothing stands for a cancel. */
+    void ExpectOpen(const std::optional<QString> &path) { openPaths_.append(path); }
+    void ExpectSave(const std::optional<QString> &path) { savePaths_.append(path); }
 
     QList<ShownBox> Shown;
     QList<FileDialogRequest> Requests;
@@ -39,17 +38,26 @@ public:
     std::function<void()> WhileShown;
 
     MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
-    std::optional<QString> ShowOpen(const FileDialogRequest &request) override;
-    std::optional<QString> ShowSave(const FileDialogRequest &request) override;
+    std::optional<QString> ShowOpen(const FileDialogRequest &request) override
+    {
+        return Answered(request, openPaths_);
+    }
+    std::optional<QString> ShowSave(const FileDialogRequest &request) override
+    {
+        return Answered(request, savePaths_);
+    }
 
 private:
     struct Answer {
         QString text;
         MsgAnswer answer;
     };
+    using Paths = QList<std::optional<QString>>;
+    std::optional<QString> Answered(const FileDialogRequest &request, Paths &paths);
+
     QList<Answer> answers_;
-    QList<std::optional<QString>> openPaths_;
-    QList<std::optional<QString>> savePaths_;
+    Paths openPaths_;
+    Paths savePaths_;
 };
 
 } // namespace quorvik::testing

@@ -1,6 +1,7 @@
 #include "support/SimulatedDrive.h"
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
@@ -13,10 +14,7 @@ namespace
 
 constexpr int WaitMs = 10000;
 
-QString EndOfAnswer()
-{
-    return QStringLiteral("done");
-}
+constexpr char EndOfAnswer[] = "done";
 
 } // namespace
 
@@ -38,27 +36,11 @@ SimulatedDrive::~SimulatedDrive()
         Kill();
 }
 
-QStringList SimulatedDrive::Unpaced()
-{
-    return {QStringLiteral("--baud"), QStringLiteral("0"), QStringLiteral("--frozen")};
-}
-
-QStringList SimulatedDrive::Live()
-{
-    return {QStringLiteral("--baud"), QStringLiteral("0")};
-}
-
-QString SimulatedDrive::LinkPath() const
-{
-    return folder_.filePath(QStringLiteral("drive"));
-}
-
 void SimulatedDrive::Start()
 {
-    QStringList all = arguments_;
-    all << QStringLiteral("--link") << LinkPath() << QStringLiteral("--presets")
-        << QStringLiteral(QUORVIK_PRESETS_FILE);
-    process_.start(QStringLiteral(QUORVIK_DRIVE_PROGRAM), all);
+    process_.start(QStringLiteral(QUORVIK_DRIVE_PROGRAM),
+                   arguments_ + QStringList{QStringLiteral("--link"), LinkPath(), QStringLiteral("--presets"),
+                                            QStringLiteral(QUORVIK_PRESETS_FILE)});
     if (!process_.waitForStarted(WaitMs)) {
         ADD_FAILURE() << "The simulated drive did not start: " << qPrintable(process_.errorString());
         return;
@@ -82,9 +64,9 @@ QString SimulatedDrive::ReadLine()
 
 QStringList SimulatedDrive::Ask(const QString &line)
 {
-    process_.write(line.toUtf8() + "\necho " + EndOfAnswer().toUtf8() + '\n');
+    process_.write(line.toUtf8() + "\necho " + EndOfAnswer + '\n');
     QStringList answer;
-    for (QString read = ReadLine(); read != EndOfAnswer(); read = ReadLine()) {
+    for (QString read = ReadLine(); read != QLatin1String(EndOfAnswer); read = ReadLine()) {
         if (read.isEmpty())
             return answer;
         answer << read;
@@ -101,13 +83,10 @@ void SimulatedDrive::Send(const QString &line)
 std::map<int, std::int32_t> SimulatedDrive::Table()
 {
     std::map<int, std::int32_t> table;
-    for (const QString &line : Ask(QStringLiteral("print"))) {
-        const QStringList words = line.split(u' ');
-        bool isRow = false;
-        const int number = words[0].toInt(&isRow);
-        if (isRow && words.size() == 2)
-            table[number] = words[1].toInt();
-    }
+    static const QRegularExpression row(QStringLiteral("^(\\d+) (-?\\d+)$"));
+    for (const QString &line : Ask(QStringLiteral("print")))
+        if (const QRegularExpressionMatch match = row.match(line); match.hasMatch())
+            table[match.captured(1).toInt()] = match.captured(2).toInt();
     return table;
 }
 

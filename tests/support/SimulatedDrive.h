@@ -27,11 +27,13 @@ public:
     explicit SimulatedDrive(const QStringList &arguments = Unpaced());
     ~SimulatedDrive();
 
-    static QStringList Unpaced(); ///< --baud 0 --frozen: nothing moves but what the wire writes
-    static QStringList Live();    ///< --baud 0: unpaced, and the machine behind it lives
+    /** Unpaced, and the machine behind it lives. */
+    static QStringList Live() { return {QStringLiteral("--baud"), QStringLiteral("0")}; }
+    /** Nothing moves but what the wire writes. */
+    static QStringList Unpaced() { return Live() << QStringLiteral("--frozen"); }
 
     /** The device path for the tool's serial port; stays the same over Restart(). */
-    QString LinkPath() const;
+    QString LinkPath() const { return folder_.filePath(QStringLiteral("drive")); }
     bool IsRunning() const { return process_.state() == QProcess::Running; }
 
     /** One command line to the program, such as "fault bad-bcc,count=1"; returns once it has taken effect. */

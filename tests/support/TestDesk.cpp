@@ -8,21 +8,6 @@
 namespace quorvik::testing
 {
 
-void RecordingHelp::DisplayTopic(const QString &topic, QWidget *)
-{
-    Topics.append(topic);
-}
-
-void RecordingHelp::DisplayContents(QWidget *)
-{
-    Topics.append(QStringLiteral("<contents>"));
-}
-
-void RecordingHelp::DisplaySearch(QWidget *)
-{
-    Topics.append(QStringLiteral("<search>"));
-}
-
 TestDesk::TestDesk()
     : settings(folder.filePath(QStringLiteral("Quorvik.ini")))
     , desk{model, rules, asker, settings, help, forms, {}, {}}

@@ -3,19 +3,18 @@
 #include "support/TestDesk.h"
 #include "wizards/frame/WritePlan.h"
 
-#include <gmock/gmock.h>
 #include <vector>
 
 namespace quorvik::testing
 {
 
-using NumberAndRaw = std::vector<std::pair<int, std::int32_t>>;
-
-inline NumberAndRaw Writes(const WritePlan &plan)
+/** The writes of a plan in their order, as "23=218* 28=1 "; a star marks one that refreshes the table. */
+inline std::string Writes(const WritePlan &plan)
 {
-    NumberAndRaw writes;
+    std::string writes;
     for (const PlannedWrite &write : plan.writes)
-        writes.emplace_back(write.param, write.rawValue);
+        writes +=
+            std::to_string(write.param) + '=' + std::to_string(write.rawValue) + (write.refresh ? "* " : " ");
     return writes;
 }
 
