@@ -36,8 +36,8 @@ TEST_F(LimitRulesTest, InputsTakeOverTheirDestination)
         for (int selector = first; selector <= last; ++selector) {
             SCOPED_TRACE(selector);
             const int dependants[] = {selector + low, selector + high};
-            At(dependants[0]).Value = -900;
-            At(dependants[1]).Value = 900;
+            At(dependants[0]).Value = -51;
+            At(dependants[1]).Value = 61;
             Point(selector);
             model.RefreshDependentParams(selector);
             for (const int dependant : dependants)
