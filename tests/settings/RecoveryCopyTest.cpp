@@ -35,16 +35,16 @@ protected:
         return PumpWhile([&] { return CopiedValue(copy) != rawValue; }, QDeadlineTimer(10000));
     }
     /** Edits, crashes once the copy is written, and starts again. */
-    void CrashAndStartAnew(const QString &name)
+    std::unique_ptr<RecoveryCopy> CrashAndStartAnew(const QString &name)
     {
-        {
-            const auto copy = MakeCopy();
-            model.FileName = name;
-            Edit(321);
-            ASSERT_TRUE(BecomesCopied(*copy, 321));
-        }
+        auto copy = MakeCopy();
+        model.FileName = name;
+        Edit(321);
+        EXPECT_TRUE(BecomesCopied(*copy, 321));
+        copy = MakeCopy();
         model.FileModified = false;
         StartAnew();
+        return copy;
     }
 
     ScriptedAsker asker;
@@ -77,8 +77,7 @@ TEST_F(RecoveryCopyTest, IsOfferedOnceWithItsNameAndContent)
 {
     for (const bool taken : {false, true}) {
         SCOPED_TRACE(taken);
-        CrashAndStartAnew(QStringLiteral("/machines/winder.Svx"));
-        const auto copy = MakeCopy();
+        const auto copy = CrashAndStartAnew(QStringLiteral("/machines/winder.Svx"));
         asker.Expect(QStringLiteral("changes to winder.Svx had not been saved"),
                      taken ? MsgAnswer::Yes : MsgAnswer::No);
         EXPECT_EQ(copy->OfferLeftover(asker), taken);
@@ -112,8 +111,7 @@ TEST_F(RecoveryCopyTest, GoesAwayWithItsReason)
 
 TEST_F(RecoveryCopyTest, ADamagedCopyIsToldAndChangesNothing)
 {
-    CrashAndStartAnew(QStringLiteral("unnamed"));
-    const auto copy = MakeCopy();
+    const auto copy = CrashAndStartAnew(QStringLiteral("unnamed"));
     ASSERT_TRUE(QFile::resize(copy->Path(), QFileInfo(copy->Path()).size() / 2));
     asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
     asker.Expect(QStringLiteral("malformed"));

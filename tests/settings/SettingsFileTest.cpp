@@ -42,6 +42,7 @@ TEST_F(SettingsFileTest, RoundTripKeepsEveryFieldAndNoFlag)
     Model other;
     other.ParamTable.Resize(model.LastParam);
     other.ParamTable[226].ReadFlag = 1;
+    other.FileModified = true;
     ASSERT_EQ(SettingsFile(other).LoadSettings(Path("a b#?%.Svx")), QString());
     const auto fields = [](const ParamRecord &record) {
         return std::tie(record.Min, record.Max, record.Attributes, record.Preset, record.Value, record.Name);
