@@ -93,29 +93,6 @@ TEST_F(PresetsTest, FactorySetFitsItsWiring)
         EXPECT_EQ(ValueText(model.Value(p), model.ParamTable[p].Attributes), QLatin1String(text)) << p;
 }
 
-TEST_F(PresetsTest, WindowsFindTheTextsAndLimitsTheyRead)
-{
-    const struct {
-        int number;
-        const char *lowest;
-        const char *highest;
-        const char *factory;
-    } table[] = {
-        {28, "Unipolar", "Bipolar", "Bipolar"},   {33, "Current", "Voltage", "Voltage"},
-        {132, "Open", "Closed", "Open"},          {43, "0", "4095", "4095"},
-        {99, "0.00 %", "150.00 %", "150.00 %"},   {100, "-150.00 %", "0.00 %", "-150.00 %"},
-        {65, "0 Hz", "60000 Hz", "60000 Hz"},     {109, "0", "1", "0"},
-        {428, "0.0 Sec", "240.0 Sec", "0.0 Sec"}, {238, "0x0000", "0xFFFF", "0x0000"},
-    };
-    for (const auto &row : table) {
-        SCOPED_TRACE(row.number);
-        const ParamRecord &record = model.PresetTable[row.number];
-        EXPECT_EQ(ValueText(record.Min, record.Attributes).toStdString(), row.lowest);
-        EXPECT_EQ(ValueText(record.Max, record.Attributes).toStdString(), row.highest);
-        EXPECT_EQ(ValueText(record.Value, record.Attributes).toStdString(), row.factory);
-    }
-}
-
 TEST(PresetsSourceTest, RefusesWhatCannotBeExpressed)
 {
     const QString first = QStringLiteral("headings\n0,None,number,0,write,,,signed,0,0,0\n");
