@@ -142,15 +142,6 @@ TEST_F(ModelTest, NumbersOutsideTheTableFail)
     EXPECT_FALSE(model.FileModified);
 }
 
-TEST_F(ModelTest, RangesAreRaw)
-{
-    Shape(100, -5, 1250, 32 | 2);
-    EXPECT_TRUE(model.IsInRange(QStringLiteral("1250"), 100));
-    EXPECT_FALSE(model.IsInRange(QStringLiteral("1250.5"), 100));
-    EXPECT_TRUE(model.IsInRange(QStringLiteral("-5"), 100));
-    EXPECT_THROW(model.IsInRange(QStringLiteral("x"), 100), RuntimeFailure);
-}
-
 TEST_F(ModelTest, ModelKinds)
 {
     const std::vector<std::tuple<std::int32_t, bool, bool>> table = {

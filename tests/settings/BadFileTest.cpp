@@ -45,112 +45,80 @@ QString RowCount(int rows)
         .arg(rows);
 }
 
-struct BadFile {
-    const char *title;
-    std::function<void(const QString &path)> spoil;
-    const char *sentence;
-};
-
-BadFile Altered(const char *title, const QString &statements, const char *sentence)
-{
-    return {title, [statements](const QString &path) { Alter(path, statements); }, sentence};
-}
-
-BadFile Altered(const char *title, const char *statements, const char *sentence)
-{
-    return Altered(title, QString::fromUtf8(statements), sentence);
-}
-
-const std::vector<BadFile> &BadFiles()
-{
-    static const std::vector<BadFile> files = {
-        {"missing", [](const QString &path) { QFile::remove(path); }, "Could not find file"},
-        {"empty", [](const QString &path) { QFile::resize(path, 0); }, "not a settings file"},
-        {"picture", [](const QString &path) { Patch(path, 0, "\x89PNG\r\n\x1a\n"); }, "not a settings file"},
-        {"header alone", [](const QString &path) { QFile::resize(path, 100); }, "malformed"},
-        {"cut short", [](const QString &path) { QFile::resize(path, QFileInfo(path).size() / 2); },
-         "malformed"},
-        {"overwritten pages", [](const QString &path) { Patch(path, 4096, QByteArray(12000, '\xff')); },
-         "malformed"},
-        {"folder",
-         [](const QString &path) {
-             QFile::remove(path);
-             QDir().mkpath(path);
-         },
-         "is not a file"},
-        {"pipe",
-         [](const QString &path) {
-             QFile::remove(path);
-             ::mkfifo(path.toLocal8Bit().constData(), 0600);
-         },
-         "is not a file"},
-        Altered("somebody else's", "PRAGMA application_id = 7", "not a settings file"),
-        Altered("newer version", "PRAGMA user_version = 2", "newer version"),
-        Altered("no version", "PRAGMA user_version = 0", "is damaged"),
-        {"needs a second file", [](const QString &path) { Patch(path, 18, QByteArray("\2\2", 2)); },
-         "is damaged"},
-        {"huge", [](const QString &path) { QFile::resize(path, 17 * 1024 * 1024); }, "is damaged"},
-        Altered("no Settings", "DROP TABLE Settings", "table \"Settings\" is missing"),
-        Altered("no Properties", "DROP TABLE Properties", "table \"Properties\" is missing"),
-        Altered("no properties row", "DELETE FROM Properties", "no properties"),
-        Altered("no Tag", "ALTER TABLE Settings DROP COLUMN Tag", "column \"Tag\""),
-        Altered("beyond 32 bits", "UPDATE Settings SET Max = 2147483648 WHERE rowid = 8", "row 7 holds"),
-        Altered("real number", "UPDATE Settings SET Value = 1.5 WHERE rowid = 1", "row 0 holds"),
-        Altered("text for number", "UPDATE Settings SET Min = 'x' WHERE rowid = 434", "row 433 holds"),
-        Altered("Null for number", "UPDATE Settings SET Attributes = NULL", "row 0 holds"),
-        Altered("long name", "UPDATE Settings SET Name = printf('%41s', 'x')", "column \"Name\""),
-        Altered("enormous name", "UPDATE Settings SET Name = printf('%9000000s', 'x') WHERE rowid = 1",
-                "column \"Name\""),
-        Altered("blob for name", "UPDATE Settings SET Name = x'4142'", "column \"Name\""),
-        Altered("long notes", "UPDATE Properties SET Notes = printf('%256s', 'x')", "column \"Notes\""),
-        Altered("too many rows", RowCount(32769), "more than 32768 rows"),
-        Altered("view", "ALTER TABLE Settings RENAME TO Other|CREATE VIEW Settings AS SELECT * FROM Other",
-                "more than tables"),
-        Altered("endless view",
-                "DROP TABLE Properties|CREATE VIEW Properties AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
-                "SELECT i FROM n) SELECT '' AS Notes FROM n",
-                "more than tables"),
-        Altered("trigger", "CREATE TRIGGER t AFTER INSERT ON Settings BEGIN SELECT 1; END",
-                "more than tables"),
-        Altered(
-            "computed column",
-            "DROP TABLE Properties|CREATE TABLE Properties (x, Notes AS (hex(zeroblob(100000000))))|INSERT "
-            "INTO Properties (x) VALUES (1)",
-            "is missing"),
-        Altered("index", "CREATE INDEX i ON Settings (Tag)", "more than tables"),
-    };
-    return files;
-}
-
 } // namespace
 
-class BadFileTest : public SetTest, public ::testing::WithParamInterface<std::size_t>
-{
-};
+using BadFileTest = SetTest;
 
-TEST_P(BadFileTest, IsRefusedAsAWhole)
+TEST_F(BadFileTest, IsRefusedAsAWhole)
 {
-    const BadFile &bad = BadFiles()[GetParam()];
-    SCOPED_TRACE(bad.title);
-    model.ParamTable[0].Name = QStringLiteral("From the file");
-    ASSERT_EQ(file.Save(Path("bad.Svx")), QString());
-    bad.spoil(Path("bad.Svx"));
+    QString path = Path("bad");
+    const struct {
+        const char *sentence;
+        QString statements;
+        std::function<void()> spoil = [] {};
+    } cases[] = {
+        {"Could not find file", {}, [&] { QFile::remove(path); }},
+        {"not a settings file", {}, [&] { QFile::resize(path, 0); }},
+        {"not a settings file", {}, [&] { Patch(path, 0, "\x89PNG\r\n\x1a\n"); }},
+        {"malformed", {}, [&] { QFile::resize(path, 100); }},
+        {"malformed", {}, [&] { QFile::resize(path, QFileInfo(path).size() / 2); }},
+        {"malformed", {}, [&] { Patch(path, 4096, QByteArray(12000, '\xff')); }},
+        {"is not a file", {}, [&] { EXPECT_TRUE(QFile::remove(path) && QDir().mkpath(path)); }},
+        {"is not a file",
+         {},
+         [&] { EXPECT_TRUE(QFile::remove(path) && ::mkfifo(qPrintable(path), 0600) == 0); }},
+        {"not a settings file", QStringLiteral("PRAGMA application_id = 7")},
+        {"newer version", QStringLiteral("PRAGMA user_version = 2")},
+        {"is damaged", QStringLiteral("PRAGMA user_version = 0")},
+        {"is damaged", {}, [&] { Patch(path, 18, QByteArray("\2\2", 2)); }},
+        {"is damaged", {}, [&] { QFile::resize(path, 17 * 1024 * 1024); }},
+        {"table \"Settings\" is missing", QStringLiteral("DROP TABLE Settings")},
+        {"table \"Properties\" is missing", QStringLiteral("DROP TABLE Properties")},
+        {"no properties", QStringLiteral("DELETE FROM Properties")},
+        {"column \"Tag\"", QStringLiteral("ALTER TABLE Settings DROP COLUMN Tag")},
+        {"row 7 holds", QStringLiteral("UPDATE Settings SET Max = 2147483648 WHERE rowid = 8")},
+        {"row 0 holds", QStringLiteral("UPDATE Settings SET Value = 1.5 WHERE rowid = 1")},
+        {"row 433 holds", QStringLiteral("UPDATE Settings SET Min = 'x' WHERE rowid = 434")},
+        {"row 0 holds", QStringLiteral("UPDATE Settings SET Attributes = NULL")},
+        {"column \"Name\"", QStringLiteral("UPDATE Settings SET Name = printf('%41s', 'x')")},
+        {"column \"Name\"",
+         QStringLiteral("UPDATE Settings SET Name = printf('%9000000s', 'x') WHERE rowid = 1")},
+        {"column \"Name\"", QStringLiteral("UPDATE Settings SET Name = x'4142'")},
+        {"column \"Notes\"", QStringLiteral("UPDATE Properties SET Notes = printf('%256s', 'x')")},
+        {"more than 32768 rows", RowCount(32769)},
+        {"more than tables",
+         QStringLiteral(
+             "DROP TABLE Properties|CREATE VIEW Properties AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+             "SELECT i FROM n) SELECT '' AS Notes FROM n")},
+        {"more than tables", QStringLiteral("CREATE TRIGGER t AFTER INSERT ON Settings BEGIN SELECT 1; END")},
+        {"is missing",
+         QStringLiteral(
+             "DROP TABLE Properties|CREATE TABLE Properties (x, Notes AS (hex(zeroblob(100000000))))|INSERT "
+             "INTO Properties (x) VALUES (1)")},
+        {"more than tables", QStringLiteral("CREATE INDEX i ON Settings (Tag)")},
+    };
+    for (const auto &[sentence, statements, spoil] : cases) {
+        SCOPED_TRACE(sentence + (' ' + statements.toStdString()));
+        path += u'x';
+        model.ParamTable[0].Name = model.Notes = QStringLiteral("from the file");
+        ASSERT_EQ(file.Save(path), QString());
+        spoil();
+        if (!statements.isEmpty())
+            Alter(path, statements);
 
-    model.ParamTable[0].Name = QStringLiteral("Before");
-    model.Notes = QStringLiteral("before");
-    model.FileModified = true;
-    const QString failure = file.LoadSettings(Path("bad.Svx"));
-    EXPECT_TRUE(failure.contains(QString::fromUtf8(bad.sentence))) << failure.toStdString();
-    EXPECT_TRUE(failure.endsWith(u'.')) << failure.toStdString();
-    EXPECT_EQ(model.ParamTable[0].Name, QStringLiteral("Before"));
-    EXPECT_EQ(model.Notes, QStringLiteral("before"));
-    EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
-    EXPECT_TRUE(model.FileModified);
-    EXPECT_EQ(file.LoadPresets(Path("bad.Svx")), failure);
-    EXPECT_EQ(model.FileLastParam, 433);
+        model.ParamTable[0].Name = model.Notes = QStringLiteral("before");
+        model.FileModified = true;
+        const QString failure = file.LoadSettings(path);
+        EXPECT_TRUE(failure.contains(QLatin1String(sentence)) && failure.endsWith(u'.'))
+            << failure.toStdString();
+        EXPECT_EQ(model.ParamTable[0].Name, QStringLiteral("before"));
+        EXPECT_EQ(model.Notes, QStringLiteral("before"));
+        EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
+        EXPECT_TRUE(model.FileModified);
+        EXPECT_EQ(file.LoadPresets(path), failure);
+        EXPECT_EQ(model.FileLastParam, 433);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(SettingsFile, BadFileTest, ::testing::Range<std::size_t>(0, BadFiles().size()));
 
 using OddFileTest = SetTest;
 

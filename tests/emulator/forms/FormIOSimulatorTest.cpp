@@ -198,18 +198,6 @@ TEST_F(FormIOSimulatorTest, OutputsAreShownInTheirUnits)
     }
 }
 
-TEST_F(FormIOSimulatorTest, OutputsFollowTheInputs)
-{
-    P(81) = 217;
-    P(89) = 217;
-    Show();
-    AnalogScroll()->setValue(2047);
-    EXPECT_TRUE(BecomesText("LabelAnalogOutput(0)", "10.0 Volts"));
-    EXPECT_TRUE(BecomesText("LabelFreqDigOutput", "Output = 2000 Hz"));
-    AnalogScroll()->setValue(-2048);
-    EXPECT_TRUE(BecomesText("LabelAnalogOutput(0)", "-10.0 Volts"));
-}
-
 TEST_F(FormIOSimulatorTest, InputsAreGreyOnLineOnly)
 {
     Show();
