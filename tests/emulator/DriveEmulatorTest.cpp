@@ -66,13 +66,7 @@ TEST_F(DriveEmulatorTest, PanelsShowStateOnLineOnlyAndModelAlways)
 
 TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
 {
-    const struct {
-        const char *what;
-        Values given;
-        int target;
-        std::int32_t raw;
-        int tick;
-    } roads[] = {
+    const std::tuple<const char *, Values, int, std::int32_t, int> roads[] = {
         {"analog input to current demand", {{23, 97}, {53, 4095}, {139, 70}, {110, 1}}, 111, 70, 1},
         {"digital over analog input", {{23, 217}, {139, 9}, {53, 4095}, {7, 217}, {14, 33}}, 217, 33, 1},
         {"highest digital input", {{1, 217}, {8, 5}, {7, 217}, {14, 33}}, 217, 33, 1},
@@ -86,17 +80,17 @@ TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
         {"error to demand", {{194, 40}, {129, 100}, {366, 192}, {367, 205}, {99, 100}}, 111, 60, 3},
         {"threshold to relay", {{177, 5}, {181, 9}, {69, 182}, {75, 9}, {78, 1}}, 165, 1, 2},
     };
-    for (const auto &road : roads) {
-        SCOPED_TRACE(road.what);
+    for (const auto &[what, given, target, raw, arrival] : roads) {
+        SCOPED_TRACE(what);
         Model own;
         FillPlainTable(own);
-        Put(own, road.given);
+        Put(own, given);
         DriveEmulator one(own);
-        for (int tick = 1; tick <= road.tick; ++tick) {
-            EXPECT_NE(own.Value(road.target), road.raw) << "too early, before tick " << tick;
+        for (int tick = 1; tick <= arrival; ++tick) {
+            EXPECT_NE(own.Value(target), raw) << "too early, before tick " << tick;
             one.TimerEmulateSvx_Timer();
         }
-        EXPECT_EQ(own.Value(road.target), road.raw);
+        EXPECT_EQ(own.Value(target), raw);
     }
     EXPECT_TRUE(told.isEmpty());
 }

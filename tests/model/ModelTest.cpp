@@ -10,14 +10,8 @@ namespace quorvik::testing
 
 TEST_F(ModelTest, AccessClasses)
 {
-    struct Row {
-        std::int32_t attributes;
-        bool linked;
-        std::int32_t state;
-        int accessClass;
-        bool writable;
-    };
-    const std::vector<Row> table = {
+    // Attributes, whether a selector drives it, drive state; access class, and whether it can be written.
+    const std::vector<std::tuple<std::int32_t, bool, std::int32_t, int, bool>> table = {
         {32, false, 1, Access::ReadWrite, true},
         {32 | Attr::ReadOnly, true, 0, Access::ReadOnly, false},
         {32 | Attr::ReadOnly | Attr::Icr, false, 0, Access::ReadOnly, false},
@@ -28,13 +22,13 @@ TEST_F(ModelTest, AccessClasses)
         {64 | Attr::Icr, true, 0, Access::IcrReadWrite, false},
         {32, true, 0, Access::LinkedDestination, false},
     };
-    for (const Row &row : table) {
-        At(100).Attributes = row.attributes;
+    for (const auto &[attributes, isLinked, state, accessClass, isWritable] : table) {
+        At(100).Attributes = attributes;
         At(24).Attributes = Attr::Destination;
-        At(24).Value = row.linked ? 100 : 0;
-        At(Param::DriveState).Value = row.state;
-        EXPECT_EQ(model.AccessClass(100), row.accessClass) << row.attributes << ' ' << row.state;
-        EXPECT_EQ(model.CanWriteParam(100), row.writable) << row.attributes << ' ' << row.state;
+        At(24).Value = isLinked ? 100 : 0;
+        At(Param::DriveState).Value = state;
+        EXPECT_EQ(model.AccessClass(100), accessClass) << attributes << ' ' << state;
+        EXPECT_EQ(model.CanWriteParam(100), isWritable) << attributes << ' ' << state;
     }
     EXPECT_EQ(model.AccessDescription(100, Access::LinkedDestination),
               QStringLiteral("Destination-Read Only from (24) P24"));
@@ -73,26 +67,22 @@ TEST_F(ModelTest, SetParamValueQueuesAndMarks)
 {
     QStringList titles;
     QObject::connect(&model, &Model::TitleChanged, [&titles](const QString &title) { titles.append(title); });
-    const struct {
-        int number;
-        bool modified;
-        bool marksBefore;
-        bool marksAfter;
-    } table[] = {
+    // Number, argument; both marks before and after.
+    const std::tuple<int, bool, bool, bool> table[] = {
         {226, true, false, true}, {226, false, true, false}, {406, true, false, false},
         {406, false, true, true}, {407, true, false, false},
     };
-    for (const auto &row : table) {
-        SCOPED_TRACE(row.number);
-        model.FileModified = model.DriveModified = row.marksBefore;
+    for (const auto &[number, isModified, before, after] : table) {
+        SCOPED_TRACE(number);
+        model.FileModified = model.DriveModified = before;
         model.WritePending = false;
-        At(row.number).WriteFlag = WriteState::None;
-        model.SetParamValue(row.number, 1, row.modified, true);
-        EXPECT_EQ(At(row.number).Value, 1);
-        EXPECT_EQ(At(row.number).WriteFlag, WriteState::Queued);
+        At(number).WriteFlag = WriteState::None;
+        model.SetParamValue(number, 1, isModified, true);
+        EXPECT_EQ(At(number).Value, 1);
+        EXPECT_EQ(At(number).WriteFlag, WriteState::Queued);
         EXPECT_TRUE(model.WritePending);
-        EXPECT_EQ(model.FileModified, row.marksAfter);
-        EXPECT_EQ(model.DriveModified, row.marksAfter);
+        EXPECT_EQ(model.FileModified, after);
+        EXPECT_EQ(model.DriveModified, after);
     }
     EXPECT_EQ(titles.size(), 5);
     EXPECT_EQ(titles.first(), QStringLiteral("Quorvik - [unnamed*]"));

@@ -34,11 +34,7 @@ TEST(WrapNotes, KeepsEveryWordAndBreakOfAnyNotes)
 {
     const QString word76 = Repeated(u'w', 76);
     const QString word77 = Repeated(u'x', 77);
-    const struct {
-        const char *what;
-        QString notes;
-        QStringList lines;
-    } cases[] = {
+    const std::tuple<const char *, QString, QStringList> cases[] = {
         {"a saved blank", QStringLiteral(" "), {QStringLiteral(" ")}},
         {"one character more", word77 + u'y', {Repeated(u'x', 76), QStringLiteral("xy")}},
         {"a word as long as the line amid others",
@@ -52,8 +48,8 @@ TEST(WrapNotes, KeepsEveryWordAndBreakOfAnyNotes)
          Repeated(u'a', 75) + QStringLiteral("\U0001F600b c"),
          {Repeated(u'a', 75), QStringLiteral("\U0001F600b c")}},
     };
-    for (const auto &each : cases)
-        EXPECT_EQ(WrapNotes(each.notes, Width), each.lines) << each.what;
+    for (const auto &[what, notes, lines] : cases)
+        EXPECT_EQ(WrapNotes(notes, Width), lines) << what;
 }
 
 TEST(WrapNotes, NoLineIsLongerThanTheWidthAndNoWordIsLost)

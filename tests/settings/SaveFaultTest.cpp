@@ -111,19 +111,16 @@ TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
 {
     if (!CanTraceChildren())
         GTEST_SKIP() << "processes cannot be traced here";
-    const struct {
-        const char *title;
-        ChildFault::Kind kind;
-        int atLeast;
-    } cases[] = {{"disk full", ChildFault::Kind::DiskFull, 5},
-                 {"flush refused", ChildFault::Kind::DiskBad, 1},
-                 {"naming refused", ChildFault::Kind::Locked, 3}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.title);
+    const std::tuple<const char *, ChildFault::Kind, int> cases[] = {
+        {"disk full", ChildFault::Kind::DiskFull, 5},
+        {"flush refused", ChildFault::Kind::DiskBad, 1},
+        {"naming refused", ChildFault::Kind::Locked, 3}};
+    for (const auto &[title, kind, atLeast] : cases) {
+        SCOPED_TRACE(title);
         int refusals = 0;
         int told = 0;
         for (int at = 1;; ++at) {
-            const ChildEnd end = RunUnderFault({c.kind, at}, Save());
+            const ChildEnd end = RunUnderFault({kind, at}, Save());
             ASSERT_TRUE(end.exitCode.has_value());
             const int mark = MarkOfTarget();
             if (!end.wasStruck) {
@@ -134,16 +131,16 @@ TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
             // A save that tells of no failure has saved, and one that does has left the old file alone.
             ASSERT_EQ(mark, end.exitCode == Saved ? NewMark : OldMark) << "at " << at;
             told += end.exitCode == Told ? 1 : 0;
-            if (c.kind != ChildFault::Kind::Locked) {
+            if (kind != ChildFault::Kind::Locked) {
                 EXPECT_EQ(Leftovers(), QStringList()) << "at " << at;
             }
             RemoveLeftovers();
             RestoreOld();
         }
         RestoreOld();
-        EXPECT_GE(refusals, c.atLeast);
+        EXPECT_GE(refusals, atLeast);
         EXPECT_GE(told, 1);
-        std::printf("%s: %d places, told at %d\n", c.title, refusals, told);
+        std::printf("%s: %d places, told at %d\n", title, refusals, told);
     }
 }
 

@@ -135,13 +135,8 @@ TEST_F(SettingsFileTest, SaveReplacesReadOnlyFilesAndFollowsLinks)
 
 TEST_F(SettingsFileTest, FailedSaveLeavesFileFolderAndMarks)
 {
-    const struct {
-        const char *path;
-        qsizetype nameLength;
-        qsizetype notesLength;
-        rlim_t room; ///< in bytes, as on a disk that fills
-        const char *sentence;
-    } cases[] = {
+    // Where to, the lengths of a name and of the notes, and the room on the disk, in bytes.
+    const std::tuple<const char *, int, int, rlim_t, const char *> cases[] = {
         {"old.Svx", 9, 9, 8192, "was not written: disk"},
         {"folder.Svx", 9, 9, RLIM_INFINITY, "something other than a file"},
         {"none/a.Svx", 9, 9, RLIM_INFINITY, "was not written"},
@@ -156,14 +151,14 @@ TEST_F(SettingsFileTest, FailedSaveLeavesFileFolderAndMarks)
     rlimit old = {};
     getrlimit(RLIMIT_FSIZE, &old);
     auto *oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    for (const auto &one : cases) {
-        model.ParamTable[433].Name = QString(one.nameLength, u'x');
-        model.Notes = QString(one.notesLength, u'x');
-        const rlimit limited = {std::min(one.room, old.rlim_max), old.rlim_max};
+    for (const auto &[path, nameLength, notesLength, room, sentence] : cases) {
+        model.ParamTable[433].Name = QString(nameLength, u'x');
+        model.Notes = QString(notesLength, u'x');
+        const rlimit limited = {std::min(room, old.rlim_max), old.rlim_max};
         setrlimit(RLIMIT_FSIZE, &limited);
-        const QString failure = file.Save(Path(one.path));
+        const QString failure = file.Save(Path(path));
         setrlimit(RLIMIT_FSIZE, &old);
-        EXPECT_TRUE(failure.contains(QLatin1String(one.sentence))) << failure.toStdString();
+        EXPECT_TRUE(failure.contains(QLatin1String(sentence))) << failure.toStdString();
         EXPECT_EQ(Content(Path("old.Svx")), before);
         EXPECT_EQ(Entries(), entries) << "nothing left behind";
         EXPECT_TRUE(model.FileModified);

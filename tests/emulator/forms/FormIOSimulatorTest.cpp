@@ -120,13 +120,7 @@ TEST_F(FormIOSimulatorTest, AnalogInputOneMovesReferenceZero)
 
 TEST_F(FormIOSimulatorTest, RangeFollowsTypeAndPolarity)
 {
-    const struct {
-        int type, polarity, status;
-        const char *min, *max;
-        int minimum, maximum;
-        const char *level;
-        int after;
-    } cases[] = {
+    const std::tuple<int, int, int, const char *, const char *, int, int, const char *, int> cases[] = {
         {0, 0, 4095, "0 mA", "20 mA", 0, 4095, "20.00 mA", 4095},
         {0, 1, 3000, "-20 mA", "+20 mA", -2048, 2047, "20.00 mA", 2047},
         {1, 0, -5, "0 V", "10 V", 0, 4095, "0.00 V", 0},
@@ -135,18 +129,18 @@ TEST_F(FormIOSimulatorTest, RangeFollowsTypeAndPolarity)
         {2, 0, 1024, "-10 V", "+10 V", -2048, 2047, "5.00 V", 1024},
     };
     Show();
-    for (const auto &one : cases) {
-        SCOPED_TRACE(::testing::Message() << one.type << ' ' << one.polarity << ' ' << one.status);
-        P(33) = one.type;
-        P(28) = one.polarity;
-        P(139) = one.status;
+    for (const auto &[type, polarity, status, min, max, minimum, maximum, level, after] : cases) {
+        SCOPED_TRACE(::testing::Message() << type << ' ' << polarity << ' ' << status);
+        P(33) = type;
+        P(28) = polarity;
+        P(139) = status;
         form->TimerUpdateScreen_Timer();
-        EXPECT_EQ(Text("LabelMin").toStdString(), one.min);
-        EXPECT_EQ(Text("LabelMax").toStdString(), one.max);
-        EXPECT_EQ(AnalogScroll()->minimum(), one.minimum);
-        EXPECT_EQ(AnalogScroll()->maximum(), one.maximum);
-        EXPECT_EQ(Text("LabelAnalogInputStatus").toStdString(), one.level);
-        EXPECT_EQ(P(139), one.after);
+        EXPECT_EQ(Text("LabelMin").toStdString(), min);
+        EXPECT_EQ(Text("LabelMax").toStdString(), max);
+        EXPECT_EQ(AnalogScroll()->minimum(), minimum);
+        EXPECT_EQ(AnalogScroll()->maximum(), maximum);
+        EXPECT_EQ(Text("LabelAnalogInputStatus").toStdString(), level);
+        EXPECT_EQ(P(139), after);
     }
     P(33) = 0;
     P(28) = 0;
@@ -175,10 +169,7 @@ TEST_F(FormIOSimulatorTest, FrequencyInputCountsInTens)
 
 TEST_F(FormIOSimulatorTest, OutputsAreShownInTheirUnits)
 {
-    const struct {
-        int p, raw, mode;
-        const char *label, *text;
-    } cases[] = {
+    const std::tuple<int, int, int, const char *, const char *> cases[] = {
         {168, -4095, 0, "LabelAnalogOutput(0)", "-10.0 Volts"},
         {169, 2048, 0, "LabelAnalogOutput(1)", "5.0 Volts"},
         {170, 1234, 0, "LabelFreqDigOutput", "Output = 1234 Hz"},
@@ -191,10 +182,10 @@ TEST_F(FormIOSimulatorTest, OutputsAreShownInTheirUnits)
     };
     emulator.TimerEmulateSvx.stop();
     Show();
-    for (const auto &one : cases) {
-        P(90) = one.mode;
-        P(one.p) = one.raw;
-        EXPECT_TRUE(BecomesText(one.label, one.text)) << one.text;
+    for (const auto &[p, raw, mode, label, text] : cases) {
+        P(90) = mode;
+        P(p) = raw;
+        EXPECT_TRUE(BecomesText(label, text)) << text;
     }
 }
 
