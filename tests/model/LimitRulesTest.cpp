@@ -156,11 +156,4 @@ TEST_F(LimitRulesTest, NoOtherParameterLeads)
             ExpectLimits(i, -1000, 1000, 32);
 }
 
-TEST_F(LimitRulesTest, SelectorBeyondTheTableFails)
-{
-    At(1).Value = 434;
-    EXPECT_THROW(model.RefreshDependentParams(1), RuntimeFailure);
-    EXPECT_EQ(At(8).Max, 1000);
-}
-
 } // namespace quorvik::testing
