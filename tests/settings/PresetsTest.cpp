@@ -2,7 +2,6 @@
 
 #include "PresetsSource.h"
 #include "model/Conversions.h"
-#include "model/TextTables.h"
 #include "settings/SettingsTables.h"
 
 #include <QSet>
