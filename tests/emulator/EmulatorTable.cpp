@@ -27,7 +27,8 @@ void Put(Model &model, const Values &values)
         model.ParamTable[p].Value = raw;
 }
 
-void RunCases(const std::vector<BlockCase> &cases, const std::function<void(DriveEmulator &)> &routine)
+void RunCases(const char *block, const std::function<void(DriveEmulator &)> &routine,
+              const std::vector<BlockCase> &cases)
 {
     for (const BlockCase &one : cases) {
         SCOPED_TRACE(one.what);
@@ -45,7 +46,8 @@ void RunCases(const std::vector<BlockCase> &cases, const std::function<void(Driv
         } catch (const RuntimeFailure &raised) {
             failure = raised.Sentence();
         }
-        EXPECT_EQ(failure.toStdString(), one.failure);
+        const std::string expected = one.failure;
+        EXPECT_EQ(failure.toStdString(), expected.empty() ? expected : block + (' ' + expected));
         for (const auto &[p, raw] : one.expected)
             EXPECT_EQ(model.Value(p), raw) << "parameter " << p;
     }

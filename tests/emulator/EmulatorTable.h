@@ -4,11 +4,15 @@
 #include "model/Model.h"
 
 #include <functional>
+#include <limits>
 #include <map>
 #include <vector>
 
 namespace quorvik::testing
 {
+
+constexpr std::int32_t Lowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
 
 /** A table without routing, in which no limit is in the way. */
 void FillPlainTable(Model &model);
@@ -23,11 +27,12 @@ struct BlockCase {
     const char *what;
     Values given;
     Values expected;          ///< also holds values that must stay
-    const char *failure = ""; ///< what the raised sentence is to be; nothing for a case that goes well
+    const char *failure = ""; ///< what is raised, behind the block's name; nothing for a case that goes well
     Values limits = {};       ///< highest value of a parameter; its lowest is the negative
 };
 
-/** Runs one routine on each case's own table. */
-void RunCases(const std::vector<BlockCase> &cases, const std::function<void(DriveEmulator &)> &routine);
+/** Runs the routine of the block on each case's own table. */
+void RunCases(const char *block, const std::function<void(DriveEmulator &)> &routine,
+              const std::vector<BlockCase> &cases);
 
 } // namespace quorvik::testing

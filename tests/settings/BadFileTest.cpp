@@ -1,7 +1,5 @@
 #include "SetFixture.h"
 
-#include <QDir>
-#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -14,27 +12,20 @@ namespace quorvik::testing
 namespace
 {
 
-/** Changes a saved file behind the program's back. */
-void Alter(const QString &path, const QStringList &statements)
+/** Changes a saved file behind the program's back, by SQL statements with | between them. */
+void Alter(const QString &path, const QString &statements)
 {
     const QString name = QStringLiteral("alter");
     {
         QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
         database.setDatabaseName(path);
         ASSERT_TRUE(database.open());
-        for (const QString &statement : statements) {
+        for (const QString &statement : statements.split(u'|')) {
             QSqlQuery query(database);
             ASSERT_TRUE(query.exec(statement)) << query.lastError().text().toStdString();
         }
     }
     QSqlDatabase::removeDatabase(name);
-}
-
-void Rewrite(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(content);
 }
 
 void Patch(const QString &path, qint64 offset, const QByteArray &bytes)
@@ -45,147 +36,100 @@ void Patch(const QString &path, qint64 offset, const QByteArray &bytes)
     file.write(bytes);
 }
 
-const QString ManyRows = QStringLiteral(
-    "INSERT INTO Settings WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < "
-    "%1) SELECT 0,0,0,0,0,0,'' FROM n");
-
-struct BadFile {
-    const char *title;
-    std::function<void(const QString &path)> spoil;
-    const char *sentence;
-};
-
-BadFile Altered(const char *title, const char *statement, const char *sentence)
+/** A statement that leaves exactly so many rows. */
+QString RowCount(int rows)
 {
-    const QStringList statements = QString::fromUtf8(statement).split(u';');
-    return {title, [statements](const QString &path) { Alter(path, statements); }, sentence};
-}
-
-const std::vector<BadFile> &BadFiles()
-{
-    static const std::vector<BadFile> files = {
-        {"missing", [](const QString &path) { QFile::remove(path); }, "Could not find file"},
-        {"empty", [](const QString &path) { Rewrite(path, {}); }, "not a settings file"},
-        {"picture", [](const QString &path) { Rewrite(path, "\x89PNG\r\n\x1a\n" + QByteArray(5000, 'x')); },
-         "not a settings file"},
-        {"header alone", [](const QString &path) { QFile::resize(path, 100); }, "malformed"},
-        {"cut short", [](const QString &path) { QFile::resize(path, QFileInfo(path).size() / 2); },
-         "malformed"},
-        {"overwritten pages", [](const QString &path) { Patch(path, 4096, QByteArray(12000, '\xff')); },
-         "malformed"},
-        {"folder",
-         [](const QString &path) {
-             QFile::remove(path);
-             QDir().mkpath(path);
-         },
-         "is not a file"},
-        {"pipe",
-         [](const QString &path) {
-             QFile::remove(path);
-             ::mkfifo(path.toLocal8Bit().constData(), 0600);
-         },
-         "is not a file"},
-        {"somebody else's",
-         [](const QString &path) { Alter(path, {QStringLiteral("PRAGMA application_id = 7")}); },
-         "not a settings file"},
-        {"newer version",
-         [](const QString &path) { Alter(path, {QStringLiteral("PRAGMA user_version = 2")}); },
-         "newer version"},
-        {"no version", [](const QString &path) { Alter(path, {QStringLiteral("PRAGMA user_version = 0")}); },
-         "is damaged"},
-        {"needs a second file", [](const QString &path) { Patch(path, 18, QByteArray("\2\2", 2)); },
-         "is damaged"},
-        {"huge", [](const QString &path) { QFile::resize(path, 17 * 1024 * 1024); }, "is damaged"},
-        Altered("no Settings", "DROP TABLE Settings", "table \"Settings\" is missing"),
-        Altered("no Properties", "DROP TABLE Properties", "table \"Properties\" is missing"),
-        Altered("no properties row", "DELETE FROM Properties", "no properties"),
-        Altered("no Tag", "ALTER TABLE Settings DROP COLUMN Tag", "column \"Tag\""),
-        Altered("no Preset", "ALTER TABLE Settings DROP COLUMN Preset", "column \"Preset\""),
-        Altered("beyond 32 bits", "UPDATE Settings SET Max = 2147483648 WHERE rowid = 8", "row 7 holds"),
-        Altered("real number", "UPDATE Settings SET Value = 1.5 WHERE rowid = 1", "row 0 holds"),
-        Altered("text for number", "UPDATE Settings SET Min = 'x' WHERE rowid = 434", "row 433 holds"),
-        Altered("Null for number", "UPDATE Settings SET Attributes = NULL", "row 0 holds"),
-        Altered("long name", "UPDATE Settings SET Name = printf('%41s', 'x')", "column \"Name\""),
-        Altered("enormous name", "UPDATE Settings SET Name = printf('%9000000s', 'x') WHERE rowid = 1",
-                "column \"Name\""),
-        Altered("blob for name", "UPDATE Settings SET Name = x'4142'", "column \"Name\""),
-        Altered("long notes", "UPDATE Properties SET Notes = printf('%256s', 'x')", "column \"Notes\""),
-        {"too many rows",
-         [](const QString &path) {
-             Alter(path, {QStringLiteral("DELETE FROM Settings"), ManyRows.arg(32768)});
-         },
-         "more than 32768 rows"},
-        Altered("view", "ALTER TABLE Settings RENAME TO Hidden;CREATE VIEW Settings AS SELECT * FROM Hidden",
-                "more than tables"),
-        Altered("endless view",
-                "DROP TABLE Properties;CREATE VIEW Properties AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
-                "SELECT "
-                "i FROM n) SELECT '' AS Notes FROM n",
-                "more than tables"),
-        {"trigger",
-         [](const QString &path) {
-             Alter(path, {QStringLiteral("CREATE TRIGGER t AFTER INSERT ON Settings BEGIN SELECT 1; END")});
-         },
-         "more than tables"},
-        Altered(
-            "computed column",
-            "DROP TABLE Properties;CREATE TABLE Properties (x, Notes AS (hex(zeroblob(100000000))));INSERT "
-            "INTO Properties (x) VALUES (1)",
-            "is missing"),
-        Altered("index", "CREATE INDEX i ON Settings (Tag)", "more than tables"),
-    };
-    return files;
+    return QStringLiteral(
+               "DELETE FROM Settings|INSERT INTO Settings WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+               "SELECT i + 1 FROM n WHERE i < %1) SELECT 0,0,0,0,0,0,'' FROM n")
+        .arg(rows);
 }
 
 } // namespace
 
-class BadFileTest : public SetTest, public ::testing::WithParamInterface<std::size_t>
-{
-};
+using BadFileTest = SetTest;
 
-TEST_P(BadFileTest, IsRefusedAsAWhole)
+TEST_F(BadFileTest, IsRefusedAsAWhole)
 {
-    const BadFile &bad = BadFiles()[GetParam()];
-    SCOPED_TRACE(bad.title);
-    model.ParamTable[0].Name = QStringLiteral("From the file");
-    ASSERT_EQ(file.Save(Path("bad.Svx")), QString());
-    bad.spoil(Path("bad.Svx"));
+    QString path = Path("bad");
+    const struct {
+        const char *sentence;
+        QString statements;
+        std::function<void()> spoil = [] {};
+    } cases[] = {
+        {"Could not find file", {}, [&] { QFile::remove(path); }},
+        {"not a settings file", {}, [&] { QFile::resize(path, 0); }},
+        {"not a settings file", {}, [&] { Patch(path, 0, "\x89PNG\r\n\x1a\n"); }},
+        {"malformed", {}, [&] { QFile::resize(path, 100); }},
+        {"malformed", {}, [&] { QFile::resize(path, QFileInfo(path).size() / 2); }},
+        {"malformed", {}, [&] { Patch(path, 4096, QByteArray(12000, '\xff')); }},
+        {"is not a file", {}, [&] { EXPECT_TRUE(QFile::remove(path) && QDir().mkpath(path)); }},
+        {"is not a file",
+         {},
+         [&] { EXPECT_TRUE(QFile::remove(path) && ::mkfifo(qPrintable(path), 0600) == 0); }},
+        {"not a settings file", QStringLiteral("PRAGMA application_id = 7")},
+        {"newer version", QStringLiteral("PRAGMA user_version = 2")},
+        {"is damaged", QStringLiteral("PRAGMA user_version = 0")},
+        {"is damaged", {}, [&] { Patch(path, 18, QByteArray("\2\2", 2)); }},
+        {"is damaged", {}, [&] { QFile::resize(path, 17 * 1024 * 1024); }},
+        {"table \"Settings\" is missing", QStringLiteral("DROP TABLE Settings")},
+        {"table \"Properties\" is missing", QStringLiteral("DROP TABLE Properties")},
+        {"no properties", QStringLiteral("DELETE FROM Properties")},
+        {"column \"Tag\"", QStringLiteral("ALTER TABLE Settings DROP COLUMN Tag")},
+        {"row 7 holds", QStringLiteral("UPDATE Settings SET Max = 2147483648 WHERE rowid = 8")},
+        {"row 0 holds", QStringLiteral("UPDATE Settings SET Value = 1.5 WHERE rowid = 1")},
+        {"row 433 holds", QStringLiteral("UPDATE Settings SET Min = 'x' WHERE rowid = 434")},
+        {"row 0 holds", QStringLiteral("UPDATE Settings SET Attributes = NULL")},
+        {"column \"Name\"", QStringLiteral("UPDATE Settings SET Name = printf('%41s', 'x')")},
+        {"column \"Name\"",
+         QStringLiteral("UPDATE Settings SET Name = printf('%9000000s', 'x') WHERE rowid = 1")},
+        {"column \"Name\"", QStringLiteral("UPDATE Settings SET Name = x'4142'")},
+        {"column \"Notes\"", QStringLiteral("UPDATE Properties SET Notes = printf('%256s', 'x')")},
+        {"more than 32768 rows", RowCount(32769)},
+        {"more than tables",
+         QStringLiteral(
+             "DROP TABLE Properties|CREATE VIEW Properties AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+             "SELECT i FROM n) SELECT '' AS Notes FROM n")},
+        {"more than tables", QStringLiteral("CREATE TRIGGER t AFTER INSERT ON Settings BEGIN SELECT 1; END")},
+        {"is missing",
+         QStringLiteral(
+             "DROP TABLE Properties|CREATE TABLE Properties (x, Notes AS (hex(zeroblob(100000000))))|INSERT "
+             "INTO Properties (x) VALUES (1)")},
+        {"more than tables", QStringLiteral("CREATE INDEX i ON Settings (Tag)")},
+    };
+    for (const auto &[sentence, statements, spoil] : cases) {
+        SCOPED_TRACE(sentence + (' ' + statements.toStdString()));
+        path += u'x';
+        model.ParamTable[0].Name = model.Notes = QStringLiteral("from the file");
+        ASSERT_EQ(file.Save(path), QString());
+        spoil();
+        if (!statements.isEmpty())
+            Alter(path, statements);
 
-    model.ParamTable[0].Name = QStringLiteral("Before");
-    model.Notes = QStringLiteral("before");
-    model.FileModified = true;
-    const QString failure = file.LoadSettings(Path("bad.Svx"));
-    EXPECT_TRUE(failure.contains(QString::fromUtf8(bad.sentence))) << failure.toStdString();
-    EXPECT_TRUE(failure.endsWith(u'.')) << failure.toStdString();
-    EXPECT_EQ(model.ParamTable[0].Name, QStringLiteral("Before"));
-    EXPECT_EQ(model.Notes, QStringLiteral("before"));
-    EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
-    EXPECT_TRUE(model.FileModified);
-    EXPECT_EQ(file.LoadPresets(Path("bad.Svx")), failure);
-    EXPECT_EQ(model.FileLastParam, 433);
+        model.ParamTable[0].Name = model.Notes = QStringLiteral("before");
+        model.FileModified = true;
+        const QString failure = file.LoadSettings(path);
+        EXPECT_TRUE(failure.contains(QLatin1String(sentence)) && failure.endsWith(u'.'))
+            << failure.toStdString();
+        EXPECT_EQ(model.ParamTable[0].Name, QStringLiteral("before"));
+        EXPECT_EQ(model.Notes, QStringLiteral("before"));
+        EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
+        EXPECT_TRUE(model.FileModified);
+        EXPECT_EQ(file.LoadPresets(path), failure);
+        EXPECT_EQ(model.FileLastParam, 433);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(SettingsFile, BadFileTest, ::testing::Range<std::size_t>(0, BadFiles().size()));
 
 using OddFileTest = SetTest;
 
 TEST_F(OddFileTest, WhatIsNeverReadHasNoEffect)
 {
     ASSERT_EQ(file.Save(Path("odd.Svx")), QString());
-    Alter(Path("odd.Svx"),
-          {QStringLiteral("UPDATE Settings SET Tag = 'rubbish'"),
-           QStringLiteral("UPDATE Properties SET Notes = NULL"), QStringLiteral("CREATE TABLE Extra (x)")});
-    model.Notes = QStringLiteral("kept");
+    Alter(Path("odd.Svx"), QStringLiteral("UPDATE Settings SET Tag = 'rubbish'|CREATE TABLE Extra (x)"));
     EXPECT_EQ(file.LoadSettings(Path("odd.Svx")), QString());
-    EXPECT_EQ(model.Notes, QStringLiteral("kept"));
-}
-
-TEST_F(OddFileTest, MostRowsPossibleAreTaken)
-{
-    ASSERT_EQ(file.Save(Path("most.Svx")), QString());
-    Alter(Path("most.Svx"), {QStringLiteral("DELETE FROM Settings"), ManyRows.arg(32767)});
-    EXPECT_EQ(file.LoadSettings(Path("most.Svx")), QString());
-    EXPECT_EQ(model.LastParam, 32767);
+    Alter(Path("odd.Svx"), RowCount(32768));
+    EXPECT_EQ(file.LoadSettings(Path("odd.Svx")), QString());
+    EXPECT_EQ(model.LastParam, 32767) << "the most rows possible";
 }
 
 TEST_F(OddFileTest, VirtualOperatorThatCannotBeReadIsEmptied)
@@ -197,10 +141,9 @@ TEST_F(OddFileTest, VirtualOperatorThatCannotBeReadIsEmptied)
         SCOPED_TRACE(statement);
         model.VirtualSettings[0] = {217, 1, 2, 3};
         ASSERT_EQ(file.Save(Path("odd.Svx")), QString());
-        Alter(Path("odd.Svx"), {QString::fromUtf8(statement)});
+        Alter(Path("odd.Svx"), QString::fromUtf8(statement));
         EXPECT_EQ(file.LoadSettings(Path("odd.Svx")), QString());
         EXPECT_EQ(model.VirtualSettings[0], VirtualSetting());
-        EXPECT_EQ(model.FileName, Path("odd.Svx"));
     }
 }
 
@@ -209,8 +152,7 @@ TEST_F(OddFileTest, ReadingLeavesTheFolderAlone)
     ASSERT_EQ(file.Save(Path("a.Svx")), QString());
     EXPECT_FALSE(file.LoadSettings(Path("none.Svx")).isEmpty());
     EXPECT_EQ(file.LoadSettings(Path("a.Svx")), QString());
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList(QStringLiteral("a.Svx")));
+    EXPECT_EQ(Entries(), QStringList(QStringLiteral("a.Svx")));
     EXPECT_TRUE(QSqlDatabase::connectionNames().isEmpty()) << "no connection outlives its operation";
 }
 

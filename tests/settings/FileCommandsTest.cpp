@@ -5,9 +5,6 @@
 #include "settings/FileCommands.h"
 #include "support/ScriptedAsker.h"
 
-#include <QDir>
-#include <QFile>
-
 namespace quorvik::testing
 {
 
@@ -20,36 +17,31 @@ protected:
         QDir().mkpath(Path("program"));
         QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), Path("program/Presets.fil"));
         commands.Link.GoOnLine = [this] {
-            calls.append(QStringLiteral("GoOnLine"));
+            calls += "on";
             online = portOpens;
         };
-        commands.Link.GoOffLine = [this](int reason) {
-            calls.append(QStringLiteral("GoOffLine %1").arg(reason));
-            online = false;
-        };
-        commands.Link.SetAllReadFlags = [this](int delta) {
-            calls.append(QStringLiteral("SetAllReadFlags %1").arg(delta));
-        };
-        commands.Link.RunScan = [this](int kind) { calls.append(QStringLiteral("RunScan %1").arg(kind)); };
-        commands.ShowSelectDriveModel = [this] { calls.append(QStringLiteral("SelectModel")); };
+        commands.Link.GoOffLine = [this](int reason) { calls += " off" + std::to_string(reason); };
+        commands.Link.SetAllReadFlags = [this](int delta) { calls += " read" + std::to_string(delta); };
+        commands.Link.RunScan = [this](int kind) { calls += " scan" + std::to_string(kind); };
+        commands.ShowSelectDriveModel = [this] { calls += "select"; };
         QObject::connect(&commands, &FileCommands::SaveFailed,
                          [this](const QString &sentence) { failedSaves.append(sentence); });
     }
 
-    /** Leaves a saved set at path whose Reference 1 is value; the open set is untouched. */
-    void SaveReference1(const QString &path, std::int32_t value)
+    /** Saves a set whose Reference 1 is 100, and empties Reference 1 again. @return where it lies. */
+    QString SavedSet()
     {
-        const std::int32_t before = model.Value(218);
-        model.ParamTable[218].Value = value;
-        ASSERT_EQ(file.Save(path), QString());
-        model.ParamTable[218].Value = before;
+        model.ParamTable[218].Value = 100;
+        EXPECT_EQ(file.Save(Path("saved.Svx")), QString());
+        model.ParamTable[218].Value = 0;
+        return Path("saved.Svx");
     }
 
     ScriptedAsker asker;
     EntryRules rules{model, asker};
     FileCommands commands{model, rules, asker, file, Path("program")};
     bool portOpens = true;
-    QStringList calls;
+    std::string calls;
     QStringList failedSaves;
 };
 
@@ -76,28 +68,23 @@ TEST_F(FileCommandsTest, SaveAsThenSaveGoToTheSameFile)
 
 TEST_F(FileCommandsTest, OpenedFileIsSavedTo)
 {
-    SaveReference1(Path("b.Svx"), 100);
-    asker.ExpectOpen(Path("b.Svx"));
+    asker.ExpectOpen(SavedSet());
     commands.Open();
     EXPECT_EQ(model.Value(218), 100);
-    EXPECT_EQ(model.FileName, Path("b.Svx"));
-    QFile::remove(Path("b.Svx"));
+    EXPECT_EQ(model.FileName, Path("saved.Svx"));
+    QFile::remove(Path("saved.Svx"));
     commands.Save(0);
-    EXPECT_TRUE(QFile::exists(Path("b.Svx")));
-    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_TRUE(QFile::exists(Path("saved.Svx")));
+    EXPECT_EQ(calls, "");
 }
 
 TEST_F(FileCommandsTest, SaveWithoutAnyDialogYetFailsAndSaveAsWorks)
 {
-    SaveReference1(Path("c.Svx"), 100);
-    ASSERT_EQ(file.LoadSettings(Path("c.Svx")), QString());
+    ASSERT_EQ(file.LoadSettings(SavedSet()), QString());
     model.FileModified = true;
     EXPECT_THROW(commands.Save(0), RuntimeFailure);
-    bool cancel = false;
-    asker.Expect(QStringLiteral("c.Svx has been modified.\r\n\r\nSave changes?"), MsgAnswer::Yes);
-    EXPECT_THROW(commands.PromptSaveChanges(cancel), RuntimeFailure);
     EXPECT_TRUE(model.FileModified);
-    EXPECT_EQ(model.FileName, Path("c.Svx"));
+    EXPECT_EQ(model.FileName, Path("saved.Svx"));
 
     asker.ExpectSave(Path("d.Svx"));
     commands.Save(1);
@@ -107,7 +94,6 @@ TEST_F(FileCommandsTest, SaveWithoutAnyDialogYetFailsAndSaveAsWorks)
 
 TEST_F(FileCommandsTest, FactoryTableIsNeverSavedOver)
 {
-    QFile::copy(Path("program/Presets.fil"), Path("copy.Svx"));
     ASSERT_TRUE(QFile::link(Path("program/Presets.fil"), Path("link.Svx")));
     model.FileModified = true;
     for (const char *path :
@@ -128,54 +114,34 @@ TEST_F(FileCommandsTest, FactoryTableIsNeverSavedOver)
     asker.ExpectSave(Path("e.Svx"));
     commands.Save(0);
     EXPECT_EQ(model.FileName, Path("e.Svx"));
-    QFile before(QStringLiteral(QUORVIK_PRESETS_FILE));
-    QFile after(Path("program/Presets.fil"));
-    ASSERT_TRUE(before.open(QIODevice::ReadOnly) && after.open(QIODevice::ReadOnly));
-    EXPECT_EQ(after.readAll(), before.readAll());
+    EXPECT_EQ(Content(Path("program/Presets.fil")), Content(QStringLiteral(QUORVIK_PRESETS_FILE)));
 }
 
-TEST_F(FileCommandsTest, FailedSaveAfterTheDialogIsToldWithoutABox)
+TEST_F(FileCommandsTest, PromptSaveChangesCancelsWhatItCouldNotSave)
 {
-    QDir().mkpath(Path("dir.Svx"));
-    model.FileModified = true;
-    bool cancel = false;
-    asker.Expect(QStringLiteral("unnamed has been modified."), MsgAnswer::Yes);
-    asker.ExpectSave(Path("dir.Svx"));
-    commands.PromptSaveChanges(cancel);
-    EXPECT_TRUE(cancel);
-    EXPECT_EQ(failedSaves.size(), 1);
-    EXPECT_TRUE(model.FileModified);
-    EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
-    EXPECT_EQ(asker.Shown.size(), 1);
-}
-
-TEST_F(FileCommandsTest, PromptSaveChanges)
-{
-    struct Row {
-        MsgAnswer answer;
-        bool savesTo;
-        bool cancel;
-        bool modified;
+    QDir().mkpath(Path("folder.Svx"));
+    const std::vector<std::tuple<MsgAnswer, std::optional<QString>, bool>> rows = {
+        {MsgAnswer::Yes, Path("folder.Svx"), true},
+        {MsgAnswer::Yes, std::nullopt, true},
+        {MsgAnswer::Yes, Path("p.Svx"), false},
+        {MsgAnswer::No, {}, false},
+        {MsgAnswer::Cancel, {}, true},
     };
-    const std::vector<Row> rows = {
-        {MsgAnswer::Yes, true, false, false},
-        {MsgAnswer::Yes, false, true, true},
-        {MsgAnswer::No, false, false, false},
-        {MsgAnswer::Cancel, false, true, true},
-    };
-    for (const Row &row : rows) {
+    for (const auto &[answer, path, stays] : rows) {
         model.FileName = QStringLiteral("unnamed");
         model.FileModified = true;
-        asker.Expect(QStringLiteral("unnamed has been modified.\r\n\r\nSave changes?"), row.answer);
-        if (row.answer == MsgAnswer::Yes)
-            asker.ExpectSave(row.savesTo ? std::optional(Path("p.Svx")) : std::nullopt);
+        asker.Expect(QStringLiteral("unnamed has been modified.\r\n\r\nSave changes?"), answer);
+        if (answer == MsgAnswer::Yes)
+            asker.ExpectSave(path);
         bool cancel = false;
         commands.PromptSaveChanges(cancel);
-        EXPECT_EQ(cancel, row.cancel);
-        EXPECT_EQ(model.FileModified, row.modified);
+        EXPECT_EQ(cancel, stays);
+        EXPECT_EQ(model.FileModified, stays);
         EXPECT_EQ(asker.Shown.last().buttons, MsgButtons::YesNoCancel);
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::Question);
     }
+    EXPECT_EQ(asker.Shown.size(), qsizetype(rows.size()));
+    EXPECT_EQ(failedSaves.size(), 1) << "a failure behind the dialog is told without a box";
     model.FileModified = false;
     bool cancel = false;
     commands.PromptSaveChanges(cancel);
@@ -190,116 +156,84 @@ TEST_F(FileCommandsTest, NewGivesTheFactorySet)
     asker.Expect(QStringLiteral("x.Svx has been modified."), MsgAnswer::Cancel);
     commands.New();
     EXPECT_EQ(model.Value(218), 4321);
-    EXPECT_EQ(model.Notes, QStringLiteral("old"));
-    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_EQ(calls, "");
 
     asker.Expect(QStringLiteral("x.Svx has been modified."), MsgAnswer::No);
     commands.New();
     EXPECT_EQ(model.Value(218), 0);
     EXPECT_EQ(model.Notes, QString());
     EXPECT_EQ(model.Title(), QStringLiteral("Quorvik - [unnamed]"));
-    EXPECT_EQ(calls, QStringList(QStringLiteral("SelectModel")));
+    EXPECT_EQ(calls, "select");
 }
 
 TEST_F(FileCommandsTest, OpenOnLineSendsTheWholeSet)
 {
     model.ParamTable[28].Value = 0; // Unipolar in the file
     model.ParamTable[38].Value = -100;
-    SaveReference1(Path("o.Svx"), 100);
-    online = true;
-    model.ParamTable[218].WriteFlag = WriteState::None;
-    commands.LoadAndAssignSettingsFromFile(Path("o.Svx"));
-    EXPECT_EQ(model.Value(218), 100);
-    EXPECT_EQ(model.Value(38), 0) << "rules of what leads others are applied";
-    EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::Queued);
-    EXPECT_EQ(model.ParamTable[256].WriteFlag, WriteState::None) << "never the clock";
-    EXPECT_EQ(model.ParamTable[193].WriteFlag, WriteState::None) << "never what is read-only";
-    EXPECT_TRUE(model.WritePending);
-    EXPECT_FALSE(model.FileModified);
-    EXPECT_FALSE(model.DriveModified);
-    EXPECT_EQ(calls, QStringList(QStringLiteral("RunScan 2")));
-}
-
-TEST_F(FileCommandsTest, OpenOnLineKeepsTheMotorCurrentOfTheFile)
-{
     model.ParamTable[123].Value = 99;
-    SaveReference1(Path("o.Svx"), 100);
+    const QString path = SavedSet();
     model.ParamTable[123].Value = 50;
     online = true;
-    commands.LoadAndAssignSettingsFromFile(Path("o.Svx"));
-    EXPECT_EQ(model.Value(123), 99) << "the rule of the drive model must not run";
+    commands.LoadAndAssignSettingsFromFile(path);
+    EXPECT_EQ(model.Value(218), 100);
+    EXPECT_EQ(model.Value(38), 0) << "rules of what leads others are applied";
+    EXPECT_EQ(model.Value(123), 99) << "but the rule of the drive model must not run";
+    EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::Queued);
+    EXPECT_TRUE(model.WritePending);
+    EXPECT_FALSE(model.FileModified || model.DriveModified);
+    EXPECT_EQ(calls, " scan2");
 }
 
-TEST_F(FileCommandsTest, OpenOnLineWhileRunningReadsNothing)
+TEST_F(FileCommandsTest, OpenThatFailsOnLineSendsNothingAndHoldsNothing)
 {
-    SaveReference1(Path("o.Svx"), 100);
+    model.ParamTable[1].Value = 5000;
+    const QString beyond = SavedSet();
     online = true;
-    model.ParamTable[Param::DriveState].Value = 1;
-    asker.Expect(QStringLiteral("Drive must be in Stop mode"));
-    commands.LoadAndAssignSettingsFromFile(Path("o.Svx"));
-    EXPECT_EQ(model.Value(218), 0);
-    EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
-    EXPECT_TRUE(calls.isEmpty());
-}
-
-TEST_F(FileCommandsTest, BadFileOnLineSendsNothingAndHoldsNothing)
-{
-    online = true;
-    model.SetParamValue(218, 77, true, false);
+    model.SetParamValue(219, 77, true, false);
     asker.Expect(QStringLiteral("Could not find file"));
     commands.LoadAndAssignSettingsFromFile(Path("none.Svx"));
     EXPECT_EQ(asker.Shown.last().icon, MsgIcon::None);
-    EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::Queued) << "a pending edit still goes out";
-    EXPECT_EQ(model.ParamTable[219].WriteFlag, WriteState::None);
-    EXPECT_TRUE(model.FileModified);
-    EXPECT_TRUE(calls.isEmpty());
-}
 
-TEST_F(FileCommandsTest, SelectorOutOfTheTableEndsTheCommandWithNothingHeld)
-{
-    model.ParamTable[1].Value = 5000;
-    SaveReference1(Path("o.Svx"), 100);
-    online = true;
-    EXPECT_THROW(commands.LoadAndAssignSettingsFromFile(Path("o.Svx")), RuntimeFailure);
-    EXPECT_EQ(model.ParamTable[219].WriteFlag, WriteState::None);
-    EXPECT_TRUE(calls.isEmpty());
+    model.ParamTable[Param::DriveState].Value = 1;
+    asker.Expect(QStringLiteral("Drive must be in Stop mode"));
+    commands.LoadAndAssignSettingsFromFile(beyond);
+    EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
+    EXPECT_TRUE(model.FileModified);
+
+    model.ParamTable[Param::DriveState].Value = 0;
+    EXPECT_THROW(commands.LoadAndAssignSettingsFromFile(beyond), RuntimeFailure) << "no such destination";
+    EXPECT_EQ(model.ParamTable[219].WriteFlag, WriteState::Queued) << "a pending edit still goes out";
+    EXPECT_EQ(model.ParamTable[220].WriteFlag, WriteState::None);
+    EXPECT_EQ(calls, "");
 }
 
 TEST_F(FileCommandsTest, ReadFromDriveMakesAnUnsavedSet)
 {
-    model.FileName = Path("x.Svx");
-    model.SetParamValue(218, 1, false, false);
-    commands.ReadFromDrive();
-    EXPECT_EQ(calls, QStringList({QStringLiteral("GoOnLine"), QStringLiteral("SetAllReadFlags 1"),
-                                  QStringLiteral("RunScan 1"), QStringLiteral("GoOffLine 1")}));
-    EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::None);
-    EXPECT_EQ(model.Title(), QStringLiteral("Quorvik - [unnamed*]"));
+    for (const bool opens : {false, true}) {
+        portOpens = opens;
+        calls.clear();
+        model.FileName = Path("x.Svx");
+        model.SetParamValue(218, 1, false, false);
+        commands.ReadFromDrive();
+        EXPECT_EQ(calls, opens ? "on read1 scan1 off1" : "on");
+        EXPECT_FALSE(model.WritePending);
+        EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::None);
+        EXPECT_EQ(model.Title().toStdString(), opens ? "Quorvik - [unnamed*]" : "Quorvik - [x.Svx]");
+    }
 }
 
-TEST_F(FileCommandsTest, ReadFromDriveWithADeadPortOnlyDropsPendingWrites)
-{
-    portOpens = false;
-    model.FileName = Path("x.Svx");
-    model.SetParamValue(218, 1, false, false);
-    commands.ReadFromDrive();
-    EXPECT_EQ(calls, QStringList(QStringLiteral("GoOnLine")));
-    EXPECT_FALSE(model.WritePending);
-    EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::None);
-    EXPECT_EQ(model.Title(), QStringLiteral("Quorvik - [x.Svx]"));
-}
-
-TEST_F(FileCommandsTest, WriteToDrive)
+TEST_F(FileCommandsTest, WriteToDriveSendsTheWholeSetToAStoppedDrive)
 {
     model.ParamTable[Param::DriveState].Value = 3;
     asker.Expect(QStringLiteral("Drive must be in Stop mode"));
     commands.WriteToDrive();
-    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_EQ(calls, "");
 
     model.ParamTable[Param::DriveState].Value = 8;
     commands.WriteToDrive();
-    EXPECT_EQ(calls, QStringList({QStringLiteral("GoOnLine"), QStringLiteral("RunScan 2"),
-                                  QStringLiteral("GoOffLine 1")}));
+    EXPECT_EQ(calls, "on scan2 off1");
     EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::Queued);
+    EXPECT_EQ(model.ParamTable[256].WriteFlag, WriteState::None) << "never the clock";
     EXPECT_TRUE(model.DriveModified);
     EXPECT_FALSE(model.FileModified);
 }

@@ -2,10 +2,6 @@
 
 #include "TracedChild.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -28,9 +24,7 @@ protected:
         MakeSet(OldMark);
         EXPECT_EQ(file.Save(Target()), QString());
         MakeSet(NewMark);
-        QFile old(Target());
-        EXPECT_TRUE(old.open(QIODevice::ReadOnly));
-        oldBytes_ = old.readAll();
+        oldBytes_ = Content(Target());
     }
 
     QString Target() const { return Path("machine.Svx"); }
@@ -52,28 +46,22 @@ protected:
     }
 
     /** The mark of the set that the target holds as a whole, 0 when it holds none. */
-    int MarkOf(const QString &path)
+    int MarkOfTarget()
     {
         Model reader;
-        const QString failure = SettingsFile(reader).LoadSettings(path);
-        EXPECT_EQ(failure, QString());
+        EXPECT_EQ(SettingsFile(reader).LoadSettings(Target()), QString());
         const int mark = reader.Notes.toInt();
-        if (mark != OldMark && mark != NewMark)
-            return 0;
-        if (reader.LastParam != model.LastParam)
-            return 0;
-        for (int p = 0; p <= model.LastParam; ++p)
-            if (reader.Value(p) != mark + p)
-                return 0;
+        bool isWhole = (mark == OldMark || mark == NewMark) && reader.LastParam == model.LastParam;
+        for (int p = 0; isWhole && p <= model.LastParam; ++p)
+            isWhole = reader.Value(p) == mark + p;
         for (const VirtualSetting &setting : reader.VirtualSettings)
-            if (setting.BiasOpen != mark)
-                return 0;
-        return mark;
+            isWhole = isWhole && setting.BiasOpen == mark;
+        return isWhole ? mark : 0;
     }
 
     QStringList Leftovers() const
     {
-        QStringList names = QDir(folder.path()).entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
+        QStringList names = Entries();
         names.removeAll(QStringLiteral("machine.Svx"));
         return names;
     }
@@ -85,10 +73,7 @@ protected:
 
     std::function<int()> Save()
     {
-        return [this] {
-            const QString failure = file.Save(Target());
-            return failure.isEmpty() ? Saved : Told;
-        };
+        return [this] { return file.Save(Target()).isEmpty() ? Saved : Told; };
     }
 
     static constexpr int OldMark = 1000;
@@ -109,14 +94,14 @@ TEST_F(SaveFaultTest, KilledAtEverySystemCall)
             break;
         }
         ++kills;
-        const int mark = MarkOf(Target());
+        const int mark = MarkOfTarget();
         ASSERT_NE(mark, 0) << "neither set is whole after a kill at call " << at;
         keptOld += mark == OldMark ? 1 : 0;
         if (mark == NewMark)
             RestoreOld();
         RemoveLeftovers();
     }
-    EXPECT_EQ(MarkOf(Target()), NewMark);
+    EXPECT_EQ(MarkOfTarget(), NewMark);
     EXPECT_GT(keptOld, 50);
     EXPECT_GT(kills, keptOld) << "some kills come after the new file is in place";
     std::printf("kills: %d, old file kept: %d, new file in place: %d\n", kills, keptOld, kills - keptOld);
@@ -126,21 +111,18 @@ TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
 {
     if (!CanTraceChildren())
         GTEST_SKIP() << "processes cannot be traced here";
-    const struct {
-        const char *title;
-        ChildFault::Kind kind;
-        int atLeast;
-    } cases[] = {{"disk full", ChildFault::Kind::DiskFull, 5},
-                 {"flush refused", ChildFault::Kind::DiskBad, 1},
-                 {"naming refused", ChildFault::Kind::Locked, 3}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.title);
+    const std::tuple<const char *, ChildFault::Kind, int> cases[] = {
+        {"disk full", ChildFault::Kind::DiskFull, 5},
+        {"flush refused", ChildFault::Kind::DiskBad, 1},
+        {"naming refused", ChildFault::Kind::Locked, 3}};
+    for (const auto &[title, kind, atLeast] : cases) {
+        SCOPED_TRACE(title);
         int refusals = 0;
         int told = 0;
         for (int at = 1;; ++at) {
-            const ChildEnd end = RunUnderFault({c.kind, at}, Save());
+            const ChildEnd end = RunUnderFault({kind, at}, Save());
             ASSERT_TRUE(end.exitCode.has_value());
-            const int mark = MarkOf(Target());
+            const int mark = MarkOfTarget();
             if (!end.wasStruck) {
                 EXPECT_EQ(mark, NewMark);
                 break;
@@ -149,16 +131,16 @@ TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
             // A save that tells of no failure has saved, and one that does has left the old file alone.
             ASSERT_EQ(mark, end.exitCode == Saved ? NewMark : OldMark) << "at " << at;
             told += end.exitCode == Told ? 1 : 0;
-            if (c.kind != ChildFault::Kind::Locked) {
+            if (kind != ChildFault::Kind::Locked) {
                 EXPECT_EQ(Leftovers(), QStringList()) << "at " << at;
             }
             RemoveLeftovers();
             RestoreOld();
         }
         RestoreOld();
-        EXPECT_GE(refusals, c.atLeast);
+        EXPECT_GE(refusals, atLeast);
         EXPECT_GE(told, 1);
-        std::printf("%s: %d places, told at %d\n", c.title, refusals, told);
+        std::printf("%s: %d places, told at %d\n", title, refusals, told);
     }
 }
 
@@ -174,7 +156,7 @@ TEST_F(SaveFaultTest, AFolderThatCannotBeWrittenTo)
     });
     ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0755), 0);
     EXPECT_EQ(end.exitCode, Told);
-    EXPECT_EQ(MarkOf(Target()), OldMark);
+    EXPECT_EQ(MarkOfTarget(), OldMark);
     EXPECT_EQ(Leftovers(), QStringList());
 }
 
@@ -182,23 +164,12 @@ TEST_F(SaveFaultTest, AFileThatIsOpenElsewhere)
 {
     const int reader = ::open(QFile::encodeName(Target()).constData(), O_RDONLY);
     ASSERT_EQ(::flock(reader, LOCK_EX), 0);
-    {
-        QSqlDatabase other =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("elsewhere"));
-        other.setDatabaseName(Target());
-        ASSERT_TRUE(other.open());
-        QSqlQuery lock(other);
-        ASSERT_TRUE(lock.exec(QStringLiteral("BEGIN EXCLUSIVE")));
-        EXPECT_EQ(file.Save(Target()), QString());
-        ASSERT_TRUE(lock.exec(QStringLiteral("SELECT Value FROM Settings WHERE rowid = 1")) && lock.next());
-        EXPECT_EQ(lock.value(0).toInt(), OldMark) << "whoever had it open goes on with the old one";
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("elsewhere"));
+    EXPECT_EQ(file.Save(Target()), QString());
     QByteArray seen(oldBytes_.size(), '\0');
     EXPECT_EQ(::pread(reader, seen.data(), std::size_t(seen.size()), 0), oldBytes_.size());
-    EXPECT_EQ(seen, oldBytes_);
+    EXPECT_EQ(seen, oldBytes_) << "whoever had it open goes on with the old one";
     ::close(reader);
-    EXPECT_EQ(MarkOf(Target()), NewMark);
+    EXPECT_EQ(MarkOfTarget(), NewMark);
 }
 
 } // namespace quorvik::testing

@@ -3,6 +3,8 @@
 #include "model/Model.h"
 #include "settings/SettingsFile.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -16,12 +18,27 @@ protected:
     SetTest()
     {
         model.InitColors();
-        EXPECT_EQ(file.LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
-        model.ResetToDefaults();
+        StartAnew();
         model.PortOpen = [this] { return online; };
     }
 
+    void StartAnew()
+    {
+        EXPECT_EQ(file.LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
+        model.ResetToDefaults();
+    }
+
     QString Path(const char *name) const { return folder.filePath(QString::fromUtf8(name)); }
+    static QByteArray Content(const QString &path)
+    {
+        QFile opened(path);
+        return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
+    }
+    /** All that lies in the folder, what is hidden too. */
+    QStringList Entries() const
+    {
+        return QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
 
     QTemporaryDir folder;
     Model model;

@@ -2,8 +2,6 @@
 
 #include "settings/SettingsTables.h"
 
-#include <QDir>
-#include <QFile>
 #include <csignal>
 #include <sys/resource.h>
 
@@ -14,25 +12,13 @@ namespace
 {
 
 /** Writes a set of count parameters, each told by its number, with no virtual operator. */
-QString WriteSet(const QString &path, int count, std::int32_t attributes = 0)
+QString WriteSet(const QString &path, int count)
 {
     RecordArray records;
     records.Resize(count - 1);
-    for (int i = 0; i < count; ++i) {
-        records[i].Min = -i;
-        records[i].Max = i;
-        records[i].Attributes = attributes;
-        records[i].Preset = i + 1;
-        records[i].Value = i + 2;
-        records[i].Name = QStringLiteral("Row %1").arg(i);
-    }
+    for (int i = 0; i < count; ++i)
+        records[i] = {-i, i, 0, i + 1, i + 2, QStringLiteral("Row %1").arg(i), 0, 0};
     return WriteSettingsDatabase(path, records, records.UpperBound(), QString());
-}
-
-QByteArray Content(const QString &path)
-{
-    QFile opened(path);
-    return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
 }
 
 } // namespace
@@ -43,12 +29,10 @@ TEST_F(SettingsFileTest, RoundTripKeepsEveryFieldAndNoFlag)
 {
     model.ParamTable[0].Min = std::numeric_limits<std::int32_t>::min();
     model.ParamTable[0].Max = std::numeric_limits<std::int32_t>::max();
-    model.ParamTable[226].Value = 77;
-    model.ParamTable[226].Preset = -3;
-    model.ParamTable[226].Attributes = 0x7FFF;
-    model.ParamTable[226].Name = QStringLiteral("Übergang \"x'; DROP TABLE Settings;--");
-    model.ParamTable[226].ReadFlag = 3;
-    model.ParamTable[226].WriteFlag = WriteState::Queued;
+    model.ParamTable[226] = {-1,     99,
+                             0x7FFF, -3,
+                             77,     QStringLiteral("Übergang \"x'; DROP TABLE Settings;--"),
+                             3,      WriteState::Queued};
     model.Notes = QStringLiteral("first\r\nsecond");
     model.VirtualSettings[11] = {-1, 2147483647, -5, 9};
     model.FileModified = true;
@@ -56,19 +40,15 @@ TEST_F(SettingsFileTest, RoundTripKeepsEveryFieldAndNoFlag)
     EXPECT_TRUE(model.FileModified) << "the file itself changes no mark";
 
     Model other;
-    SettingsFile otherFile(other);
-    ASSERT_EQ(otherFile.LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
-    other.ResetToDefaults();
+    other.ParamTable.Resize(model.LastParam);
     other.ParamTable[226].ReadFlag = 1;
-    ASSERT_EQ(otherFile.LoadSettings(Path("a b#?%.Svx")), QString());
-    for (int i = 0; i <= model.LastParam; ++i) {
-        const ParamRecord &saved = model.ParamTable[i];
-        const ParamRecord &loaded = other.ParamTable[i];
-        ASSERT_EQ(
-            std::tie(loaded.Min, loaded.Max, loaded.Attributes, loaded.Preset, loaded.Value, loaded.Name),
-            std::tie(saved.Min, saved.Max, saved.Attributes, saved.Preset, saved.Value, saved.Name))
-            << i;
-    }
+    other.FileModified = true;
+    ASSERT_EQ(SettingsFile(other).LoadSettings(Path("a b#?%.Svx")), QString());
+    const auto fields = [](const ParamRecord &record) {
+        return std::tie(record.Min, record.Max, record.Attributes, record.Preset, record.Value, record.Name);
+    };
+    for (int i = 0; i <= model.LastParam; ++i)
+        ASSERT_EQ(fields(other.ParamTable[i]), fields(model.ParamTable[i])) << i;
     EXPECT_EQ(other.ParamTable[226].ReadFlag, 1);
     EXPECT_EQ(other.ParamTable[226].WriteFlag, 0);
     EXPECT_EQ(other.Notes, model.Notes);
@@ -77,14 +57,18 @@ TEST_F(SettingsFileTest, RoundTripKeepsEveryFieldAndNoFlag)
     EXPECT_FALSE(other.FileModified);
 }
 
-TEST_F(SettingsFileTest, NoNotesBecomeOneBlankAndStaySo)
+TEST_F(SettingsFileTest, NotesAndNamesAreMadeShowable)
 {
-    model.Notes.clear();
-    ASSERT_EQ(file.Save(Path("a.Svx")), QString());
-    EXPECT_EQ(model.Notes, QStringLiteral(" "));
-    model.Notes = QStringLiteral("other");
-    ASSERT_EQ(file.LoadSettings(Path("a.Svx")), QString());
-    EXPECT_EQ(model.Notes, QStringLiteral(" "));
+    const std::vector<std::pair<QString, QString>> notes = {
+        {QString(), QStringLiteral(" ")}, {QStringLiteral("a\r\nb\a"), QStringLiteral("a\r\nb ")}};
+    for (const auto &[saved, loaded] : notes) {
+        model.Notes = saved;
+        model.ParamTable[5].Name = QStringLiteral("a\nb\x1b") + QChar(0x202E) + u'c';
+        ASSERT_EQ(file.Save(Path("a.Svx")), QString());
+        ASSERT_EQ(file.LoadSettings(Path("a.Svx")), QString());
+        EXPECT_EQ(model.Notes, loaded);
+        EXPECT_EQ(model.ParamTable[5].Name, QStringLiteral("a b  c")) << "a name cannot break its label";
+    }
 }
 
 TEST_F(SettingsFileTest, ShorterFileLeavesTheRest)
@@ -94,7 +78,6 @@ TEST_F(SettingsFileTest, ShorterFileLeavesTheRest)
     model.Notes = QStringLiteral("kept");
     model.VirtualSettings[0].Destination = 5;
     ASSERT_EQ(file.LoadSettings(Path("short.Svx")), QString());
-    EXPECT_EQ(model.ParamTable[299].Name, QStringLiteral("Row 299"));
     EXPECT_EQ(model.ParamTable[299].Value, 301);
     EXPECT_EQ(model.ParamTable[300].Value, 4321);
     EXPECT_EQ(model.LastParam, 433);
@@ -104,8 +87,11 @@ TEST_F(SettingsFileTest, ShorterFileLeavesTheRest)
 
 TEST_F(SettingsFileTest, LongerFileMakesBothTablesGrow)
 {
-    ASSERT_EQ(WriteSet(Path("long.Svx"), 440), QString());
     model.LastParam = 400;
+    ASSERT_EQ(WriteSet(Path("same.Svx"), 434), QString());
+    ASSERT_EQ(file.LoadSettings(Path("same.Svx")), QString());
+    EXPECT_EQ(model.LastParam, 400) << "only a longer one touches it";
+    ASSERT_EQ(WriteSet(Path("long.Svx"), 440), QString());
     ASSERT_EQ(file.LoadSettings(Path("long.Svx")), QString());
     EXPECT_EQ(model.FileLastParam, 439);
     EXPECT_EQ(model.LastParam, 439);
@@ -113,14 +99,6 @@ TEST_F(SettingsFileTest, LongerFileMakesBothTablesGrow)
     EXPECT_EQ(model.PresetTable[439].Value, 440) << "the factory value becomes the factory table's value";
     EXPECT_EQ(model.PresetTable[439].Name, QStringLiteral("Row 439"));
     EXPECT_EQ(model.PresetTable[433].Name, QStringLiteral("Winder Speed"));
-}
-
-TEST_F(SettingsFileTest, FileOfTheTablesOwnLengthLeavesLastParam)
-{
-    ASSERT_EQ(WriteSet(Path("same.Svx"), 434), QString());
-    model.LastParam = 400;
-    ASSERT_EQ(file.LoadSettings(Path("same.Svx")), QString());
-    EXPECT_EQ(model.LastParam, 400);
 }
 
 TEST_F(SettingsFileTest, OnLineTheDriveKeepsWhatIsItsOwn)
@@ -134,24 +112,12 @@ TEST_F(SettingsFileTest, OnLineTheDriveKeepsWhatIsItsOwn)
     ASSERT_EQ(file.LoadSettings(Path("online.Svx")), QString());
     EXPECT_EQ(model.ParamTable[123].Value, 125);
     EXPECT_EQ(model.ParamTable[123].Max, motor.Max);
-    EXPECT_EQ(model.ParamTable[123].Name, motor.Name);
     EXPECT_EQ(model.ParamTable[411].Value, drive.Value);
     EXPECT_EQ(model.ParamTable[411].Attributes, drive.Attributes);
     EXPECT_EQ(model.ParamTable[200].Value, status.Value);
     EXPECT_EQ(model.ParamTable[200].Min, status.Min);
-    EXPECT_EQ(model.ParamTable[226].Value, 228);
     EXPECT_EQ(model.ParamTable[226].Min, -226);
     EXPECT_EQ(model.ParamTable[439].Value, 441) << "a new parameter has no read-only bit yet";
-}
-
-TEST_F(SettingsFileTest, NamesCannotBreakLabels)
-{
-    model.ParamTable[5].Name = QStringLiteral("a\nb\x1b") + QChar(0x202E) + u'c';
-    model.Notes = QStringLiteral("a\r\nb\a");
-    ASSERT_EQ(file.Save(Path("a.Svx")), QString());
-    ASSERT_EQ(file.LoadSettings(Path("a.Svx")), QString());
-    EXPECT_EQ(model.ParamTable[5].Name, QStringLiteral("a b  c"));
-    EXPECT_EQ(model.Notes, QStringLiteral("a\r\nb "));
 }
 
 TEST_F(SettingsFileTest, SaveReplacesReadOnlyFilesAndFollowsLinks)
@@ -167,63 +133,39 @@ TEST_F(SettingsFileTest, SaveReplacesReadOnlyFilesAndFollowsLinks)
     EXPECT_EQ(file.LoadSettings(target), QString());
 }
 
-struct FailedSave {
-    const char *title;
-    const char *path;
-    void (*prepare)(Model &model, const QString &path);
-    const char *sentence;
-};
-
-class FailedSaveTest : public SetTest, public ::testing::WithParamInterface<FailedSave>
+TEST_F(SettingsFileTest, FailedSaveLeavesFileFolderAndMarks)
 {
-};
-
-TEST_P(FailedSaveTest, LeavesFileFolderAndMarks)
-{
-    const FailedSave &row = GetParam();
-    const QString target = Path(row.path);
+    // Where to, the lengths of a name and of the notes, and the room on the disk, in bytes.
+    const std::tuple<const char *, int, int, rlim_t, const char *> cases[] = {
+        {"old.Svx", 9, 9, 8192, "was not written: disk"},
+        {"folder.Svx", 9, 9, RLIM_INFINITY, "something other than a file"},
+        {"none/a.Svx", 9, 9, RLIM_INFINITY, "was not written"},
+        {"old.Svx", 41, 9, RLIM_INFINITY, "row 433"},
+        {"old.Svx", 9, 256, RLIM_INFINITY, "Notes"},
+    };
     ASSERT_EQ(WriteSet(Path("old.Svx"), 2), QString());
+    ASSERT_TRUE(QDir().mkpath(Path("folder.Svx")));
     const QByteArray before = Content(Path("old.Svx"));
-    row.prepare(model, target);
-    const QStringList entries = QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden);
+    const QStringList entries = Entries();
     model.FileModified = true;
-
-    // A file may not grow past this many bytes, as on a full disk.
-    const bool fills = QByteArray(row.title) == "full disk";
     rlimit old = {};
     getrlimit(RLIMIT_FSIZE, &old);
     auto *oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    if (fills) {
-        const rlimit small = {8192, old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
+    for (const auto &[path, nameLength, notesLength, room, sentence] : cases) {
+        model.ParamTable[433].Name = QString(nameLength, u'x');
+        model.Notes = QString(notesLength, u'x');
+        const rlimit limited = {std::min(room, old.rlim_max), old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limited);
+        const QString failure = file.Save(Path(path));
+        setrlimit(RLIMIT_FSIZE, &old);
+        EXPECT_TRUE(failure.contains(QLatin1String(sentence))) << failure.toStdString();
+        EXPECT_EQ(Content(Path("old.Svx")), before);
+        EXPECT_EQ(Entries(), entries) << "nothing left behind";
+        EXPECT_TRUE(model.FileModified);
+        EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
     }
-    const QString failure = file.Save(target);
-    setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, oldHandler);
-
-    EXPECT_TRUE(failure.contains(QString::fromUtf8(row.sentence))) << failure.toStdString();
-    EXPECT_EQ(Content(Path("old.Svx")), before);
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden), entries)
-        << "nothing left behind";
-    EXPECT_TRUE(model.FileModified);
-    EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    SettingsFile, FailedSaveTest,
-    ::testing::Values(
-        FailedSave{"full disk", "old.Svx", [](Model &, const QString &) {}, "was not written: disk"},
-        FailedSave{"name of a folder", "folder.Svx",
-                   [](Model &, const QString &path) { QDir().mkpath(path); }, "something other than a file"},
-        FailedSave{"no such folder", "none/a.Svx", [](Model &, const QString &) {}, "was not written"},
-        FailedSave{"name too long", "old.Svx",
-                   [](Model &model, const QString &) { model.ParamTable[433].Name = QString(41, u'x'); },
-                   "row 433"},
-        FailedSave{"notes too long", "old.Svx",
-                   [](Model &model, const QString &) { model.Notes = QString(256, u'x'); }, "Notes"}),
-    [](const ::testing::TestParamInfo<FailedSave> &tested) {
-        return QString::fromUtf8(tested.param.title).replace(u' ', u'_').toStdString();
-    });
 
 TEST_F(SettingsFileTest, PresetsTooShortForTheLogicAreRefused)
 {

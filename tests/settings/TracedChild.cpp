@@ -21,18 +21,6 @@ namespace
 
 #ifdef __x86_64__
 using Registers = user_regs_struct;
-long NumberOf(const Registers &registers)
-{
-    return long(registers.orig_rax);
-}
-long SecondArgument(const Registers &registers)
-{
-    return long(registers.rsi);
-}
-long ThirdArgument(const Registers &registers)
-{
-    return long(registers.rdx);
-}
 void SkipCall(Registers &registers)
 {
     registers.orig_rax = ~0ULL;
@@ -50,7 +38,7 @@ bool IsAmong(long number, std::initializer_list<long> calls)
 
 bool IsHit(ChildFault::Kind kind, const Registers &registers)
 {
-    const long number = NumberOf(registers);
+    const long number = long(registers.orig_rax);
     switch (kind) {
     case ChildFault::Kind::Kill:
         return true;
@@ -60,8 +48,8 @@ bool IsHit(ChildFault::Kind kind, const Registers &registers)
     case ChildFault::Kind::DiskBad:
         return IsAmong(number, {SYS_fsync, SYS_fdatasync, SYS_sync_file_range});
     case ChildFault::Kind::Locked:
-        return (number == SYS_open && (SecondArgument(registers) & O_CREAT) != 0) ||
-               (number == SYS_openat && (ThirdArgument(registers) & O_CREAT) != 0) ||
+        return (number == SYS_open && (registers.rsi & O_CREAT) != 0) ||
+               (number == SYS_openat && (registers.rdx & O_CREAT) != 0) ||
                IsAmong(number, {SYS_rename, SYS_renameat, SYS_renameat2, SYS_unlink, SYS_unlinkat, SYS_link,
                                 SYS_linkat, SYS_chmod, SYS_fchmod, SYS_fchmodat});
     }
@@ -80,14 +68,7 @@ bool IsHit(ChildFault::Kind kind, const Registers &)
 
 int RefusalOf(ChildFault::Kind kind)
 {
-    switch (kind) {
-    case ChildFault::Kind::DiskFull:
-        return ENOSPC;
-    case ChildFault::Kind::DiskBad:
-        return EIO;
-    default:
-        return EACCES;
-    }
+    return kind == ChildFault::Kind::DiskFull ? ENOSPC : kind == ChildFault::Kind::DiskBad ? EIO : EACCES;
 }
 
 bool Exchange(__ptrace_request request, pid_t child, Registers &registers)

@@ -15,34 +15,28 @@ namespace
 
 TEST(SelectDriveModel, OpensOnThePresentModelAndChoosingIsNoEdit)
 {
-    const struct {
-        std::int32_t present;
-        const char *shown;
-        const char *chosen;
-        std::int32_t code;
-        std::int32_t amps;
-        std::int32_t minMotorAmps;
-    } cases[] = {
-        {5, "SVR100-000 (174 Amps)", "SVN020-000 (36 Amps)", 17, 36, 7},
-        {17, "SVN020-000 (36 Amps)", "SVN150-000 (256 Amps)", 23, 256, 51},
-        {27, "SVN150-000 (256 Amps)", "SVR300-000 (510 Amps)", 10, 510, 102},
-        {0, "SVN020-000 (36 Amps)", "SVR020-000 (36 Amps)", 1, 36, 7},
+    const std::tuple<int, const char *, int, int, int, int> cases[] = {
+        {5, "SVR100-000 (174 Amps)", 0, 17, 36, 7},
+        {17, "SVN020-000 (36 Amps)", 6, 23, 256, 51},
+        {27, "SVN150-000 (256 Amps)", 19, 10, 510, 102},
+        {0, "SVN020-000 (36 Amps)", 10, 1, 36, 7},
     };
-    for (const auto &each : cases) {
+    for (const auto &[present, shown, chosen, code, amps, minMotorAmps] : cases) {
         TestDesk desk;
         Model &model = desk.model;
-        model.ParamTable[Param::DriveModel].Value = each.present;
+        model.ParamTable[Param::DriveModel].Value = present;
         FormSelectDriveModel form(desk.desk, &desk.mainWindow);
         auto *models = form.findChild<QComboBox *>(QStringLiteral("ComboModels"));
-        EXPECT_EQ(models->currentText(), QLatin1String(each.shown));
-        models->setCurrentText(QLatin1String(each.chosen));
-        EXPECT_EQ(model.Value(Param::DriveModel), each.present) << "not before OK";
+        EXPECT_EQ(models->currentText(), QLatin1String(shown));
+        EXPECT_EQ(models->count(), 20);
+        models->setCurrentIndex(chosen);
+        EXPECT_EQ(model.Value(Param::DriveModel), present) << "not before OK";
         form.show();
         QTest::mouseClick(form.findChild<QWidget *>(QStringLiteral("CommandOK")), Qt::LeftButton);
         EXPECT_FALSE(form.isVisible());
-        EXPECT_EQ(model.Value(Param::DriveModel), each.code);
-        EXPECT_EQ(model.Value(Param::DriveCurrent), each.amps);
-        EXPECT_EQ(model.ParamTable[Param::MotorCurrent].Min, each.minMotorAmps);
+        EXPECT_EQ(model.Value(Param::DriveModel), code);
+        EXPECT_EQ(model.Value(Param::DriveCurrent), amps);
+        EXPECT_EQ(model.ParamTable[Param::MotorCurrent].Min, minMotorAmps);
         EXPECT_FALSE(model.FileModified);
         EXPECT_EQ(model.ParamTable[Param::DriveModel].WriteFlag, WriteState::None);
     }
