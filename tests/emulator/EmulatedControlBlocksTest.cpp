@@ -24,38 +24,48 @@ TEST(EmulatedControlBlocks, CurrentLoop)
                           std::int32_t negative) {
         return Values{{98, aux}, {205, demand}, {99, positive}, {100, negative}, {102, 10}};
     };
-    RunCases("Current Loop", &DriveEmulator::EmulateCurrentLoop,
-             {
-                 {"velocity loop", {{205, 7}, {97, 8}, {99, 100}}, {{111, 7}, {101, 7}}},
-                 {"torque reference", {{110, 1}, {205, 7}, {97, 8}, {99, 100}}, {{111, 8}, {101, 8}}},
-                 {"mode 2 takes nothing", {{109, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
-                 {"mode 3 takes nothing", {{109, 1}, {110, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
-                 {"mode 255 is a mode", {{109, 127}, {110, 1}, {111, 5}}, {{111, 0}}},
-                 {"mode 256 is none", {{109, 128}, {111, 5}}, {{111, 5}}, "(109, 110): Overflow."},
-                 {"mode of 33 bits", {{109, Highest}, {111, 5}}, {{111, 5}}, "(109, 110): Overflow."},
-                 {"limited", given(500, 600, 1000, -1000), {{101, 1000}, {103, 990}}},
-                 {"limited below", given(-500, -600, 1000, -1000), {{101, -1000}, {103, -1010}}},
-                 {"above the lower limit", given(-500, -499, 1000, -1000), {{101, -999}}},
-                 {"a positive lower limit lifts a negative sum", given(0, -5, 1000, 300), {{101, 300}}},
-                 {"a positive lower limit leaves a positive sum", given(0, 5, 1000, 300), {{101, 5}}},
-                 {"a sum of 0 is never limited", given(0, 0, -5, 5), {{101, 0}}},
-                 {"a negative upper limit is looked at from below", given(0, 5, -100, -50), {{101, -50}}},
-                 {"sum", given(Highest, 1, 5, -5), {{111, 1}, {101, 0}}, "(98, 111): Overflow."},
-                 {"error", {{205, 5}, {99, 9}, {102, Lowest}}, {{101, 5}}, "(101, 102): Overflow."},
-             });
+    RunCases(
+        "Current Loop", &DriveEmulator::EmulateCurrentLoop,
+        {
+            {"velocity loop", {{205, 7}, {97, 8}, {99, 100}}, {{111, 7}, {101, 7}, {103, 7}}},
+            {"torque reference", {{110, 1}, {205, 7}, {97, 8}, {99, 100}}, {{111, 8}, {101, 8}, {103, 8}}},
+            {"mode 2 takes nothing", {{109, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
+            {"mode 3 takes nothing", {{109, 1}, {110, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
+            {"mode 255 is a mode", {{109, 127}, {110, 1}, {111, 5}}, {{111, 0}}},
+            {"mode 256 is none", {{109, 128}, {111, 5}}, {{111, 5}}, "(109, 110): Overflow."},
+            {"mode of 33 bits", {{109, Highest}, {111, 5}}, {{111, 5}}, "(109, 110): Overflow."},
+            {"limited", given(500, 600, 1000, -1000), {{101, 1000}, {103, 990}, {111, 600}}},
+            {"limited below", given(-500, -600, 1000, -1000), {{101, -1000}, {103, -1010}, {111, -600}}},
+            {"above the lower limit",
+             given(-500, -499, 1000, -1000),
+             {{101, -999}, {103, -1009}, {111, -499}}},
+            {"a positive lower limit lifts a negative sum",
+             given(0, -5, 1000, 300),
+             {{101, 300}, {103, 290}, {111, -5}}},
+            {"a positive lower limit leaves a positive sum",
+             given(0, 5, 1000, 300),
+             {{101, 5}, {103, -5}, {111, 5}}},
+            {"a sum of 0 is never limited", given(0, 0, -5, 5), {{101, 0}, {103, -10}}},
+            {"a negative upper limit is looked at from below",
+             given(0, 5, -100, -50),
+             {{101, -50}, {103, -60}, {111, 5}}},
+            {"sum", given(Highest, 1, 5, -5), {{111, 1}, {101, 0}}, "(98, 111): Overflow."},
+            {"error", {{205, 5}, {99, 9}, {102, Lowest}}, {{101, 5}, {111, 5}}, "(101, 102): Overflow."},
+        });
 }
 
 TEST(EmulatedControlBlocks, FieldLoop)
 {
-    RunCases("Field Loop", &DriveEmulator::EmulateFieldLoop,
-             {
-                 {"offsets", {{342, 12}, {343, 34}}, {{336, -12}, {337, 12}, {333, -34}, {334, -34}}},
-                 {"enabled and open loop", {{331, 1}, {329, 1}, {330, 77}}, {{328, 77}}},
-                 {"closed loop", {{331, 1}, {329, 0}, {330, 77}, {328, 5}}, {{328, 0}}},
-                 {"disabled", {{331, 0}, {329, 1}, {330, 77}, {328, 5}}, {{328, 0}}},
-                 {"lowest offset", {{342, Lowest}, {343, 1}}, {{333, 0}}, "(342): Overflow."},
-                 {"lowest voltage offset", {{342, 4}, {343, Lowest}}, {{337, 4}}, "(343): Overflow."},
-             });
+    RunCases(
+        "Field Loop", &DriveEmulator::EmulateFieldLoop,
+        {
+            {"offsets", {{342, 12}, {343, 34}}, {{336, -12}, {337, 12}, {333, -34}, {334, -34}}},
+            {"enabled and open loop", {{331, 1}, {329, 1}, {330, 77}}, {{328, 77}}},
+            {"closed loop", {{331, 1}, {329, 0}, {330, 77}, {328, 5}}, {{328, 0}}},
+            {"disabled", {{331, 0}, {329, 1}, {330, 77}, {328, 5}}, {{328, 0}}},
+            {"lowest offset", {{342, Lowest}, {343, 1}}, {{333, 0}}, "(342): Overflow."},
+            {"lowest voltage offset", {{342, 4}, {343, Lowest}}, {{337, 4}, {336, -4}}, "(343): Overflow."},
+        });
 }
 
 TEST(EmulatedControlBlocks, VelocityLoop)
@@ -68,7 +78,7 @@ TEST(EmulatedControlBlocks, VelocityLoop)
                  {"armature", given(0), {{193, 7}, {192, 993}}},
                  {"tachometer", given(1), {{193, 17}, {192, 983}}},
                  {"encoder", given(2), {{193, 27}, {192, 973}}},
-                 {"any other is the encoder", given(-1), {{193, 27}}},
+                 {"any other is the encoder", given(-1), {{193, 27}, {192, 973}}},
                  {"feedback", {{194, Highest}, {130, -1}, {193, 9}}, {{193, 9}}, "(194, 130): Overflow."},
                  {"error", {{129, Lowest}, {194, 1}}, {{193, 1}}, "(129, 193): Overflow."},
              });
@@ -83,14 +93,14 @@ TEST(EmulatedControlBlocks, InternalLinks)
                  {"cut below", {{366, 217}, {367, 218}, {217, -500}}, {{218, -100}}, "", {{218, 100}}},
                  {"a later link sees an earlier one",
                   {{366, 217}, {367, 218}, {368, 218}, {369, 219}, {217, 44}},
-                  {{219, 44}}},
+                  {{219, 44}, {218, 44}}},
                  {"an earlier one sees a later at the next tick",
                   {{366, 218}, {367, 219}, {368, 217}, {369, 218}, {217, 44}},
                   {{219, 0}, {218, 44}}},
                  {"unset links cut parameter 0", {{0, 500}}, {{0, 100}}, "", {{0, 100}}},
                  {"a link may set a later link's source",
                   {{366, 217}, {367, 368}, {369, 219}, {217, 218}, {218, 9}},
-                  {{219, 9}}},
+                  {{219, 9}, {368, 218}}},
                  {"source out of 16 bits", {{370, 32768}}, {}, "(370, 371): Overflow."},
                  {"no such destination",
                   {{371, -1}},
@@ -111,11 +121,14 @@ TEST(EmulatedControlBlocks, MinMax)
             {"new minimum", given(-51), {{414, 100}, {415, -51}, {416, 151}}},
             {"between", given(7), {{414, 100}, {415, -50}, {416, 150}}},
             {"reset", given(500, 1), {{414, 0}, {415, 0}, {416, 0}}},
-            {"reset by 1 only", given(500, 2), {{414, 500}, {415, -50}}},
+            {"reset by 1 only", given(500, 2), {{414, 500}, {415, -50}, {416, 550}}},
             {"one step: a maximum below the minimum",
              {{412, 217}, {414, 0}, {415, 50}, {217, 5}},
-             {{414, 5}, {415, 50}}},
-            {"difference", {{412, 217}, {415, -5}, {217, Highest}}, {}, "(414, 415): Overflow."},
+             {{414, 5}, {415, 50}, {416, -45}}},
+            {"difference",
+             {{412, 217}, {415, -5}, {217, Highest}},
+             {{414, Highest}},
+             "(414, 415): Overflow."},
             {"no such source", {{412, 431}}, {}, "(412): There is no parameter 431; the last one is 430."},
         });
 }

@@ -39,6 +39,7 @@ void RunCases(const char *block, const std::function<void(DriveEmulator &)> &rou
             model.ParamTable[p].Max = limit;
             model.ParamTable[p].Min = -limit;
         }
+        const RecordArray before = model.ParamTable;
         DriveEmulator emulator(model);
         QString failure;
         try {
@@ -46,10 +47,14 @@ void RunCases(const char *block, const std::function<void(DriveEmulator &)> &rou
         } catch (const RuntimeFailure &raised) {
             failure = raised.Sentence();
         }
-        const std::string expected = one.failure;
-        EXPECT_EQ(failure.toStdString(), expected.empty() ? expected : block + (' ' + expected));
-        for (const auto &[p, raw] : one.expected)
-            EXPECT_EQ(model.Value(p), raw) << "parameter " << p;
+        const std::string told = one.failure;
+        EXPECT_EQ(failure.toStdString(), told.empty() ? told : block + (' ' + told));
+        Values expected = one.expected;
+        for (int p = 0; p <= model.LastParam; ++p) {
+            const auto [at, isLeftAlone] = expected.try_emplace(p, before[p].Value);
+            EXPECT_EQ(model.Value(p), at->second) << "parameter " << p << (isLeftAlone ? ", left alone" : "");
+            EXPECT_EQ(model.ParamTable[p].Max, before[p].Max) << "parameter " << p;
+        }
     }
 }
 
