@@ -1,32 +1,12 @@
 #pragma once
 
-#include "drive/DriveCommands.h"
-#include "drive/DriveServer.h"
-#include "link/DriveLink.h"
-#include "model/EntryRules.h"
-#include "model/Model.h"
-#include "platform/Asker.h"
-
-#include <QElapsedTimer>
 #include <QStringList>
-#include <bitset>
+#include <cstdint>
 #include <memory>
-#include <random>
 #include <vector>
 
 namespace quorvik::testing
 {
-
-/** Answers every box as a patient user would, and counts them. */
-class PatientAsker : public Asker
-{
-public:
-    std::int64_t boxes = 0;
-
-    MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
-    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return std::nullopt; }
-    std::optional<QString> ShowSave(const FileDialogRequest &) override { return std::nullopt; }
-};
 
 /** What one run of the soak came to. */
 struct SoakFigures {
@@ -49,10 +29,6 @@ struct SoakFigures {
 class LineSoak
 {
 public:
-    /** The tool's own intervals, so many times shorter; late replies are up to 500 ms late, as many times
-     * shorter. */
-    static constexpr int Haste = 20;
-
     LineSoak(const QString &presets, std::uint32_t seed);
     ~LineSoak();
 
@@ -68,42 +44,8 @@ public:
                     const std::vector<int> &lateMs = LateWithinPromise());
 
 private:
-    void LetFail(double rate, const std::vector<int> &lateMs);
-    void BeDrive();
-    void BeUser();
-    void OpenWindow();
-    void CloseWindow();
-    void GoOnLine();
-    void LoseNoPatience();
-    void Turn();
-    void CheckTables();
-    bool Settle();
-    void Compare();
-    std::int64_t Transactions() const;
-    std::int64_t Faults() const;
-    bool IsPlain(int p) const;
-    int Pick(int count) { return int(dice_() % std::uint32_t(count)); }
-
-    Model driveModel_;
-    std::unique_ptr<drive::DriveTable> table_;
-    std::unique_ptr<drive::DriveCommands> commands_;
-    drive::FaultInjector faults_;
-    drive::PseudoTerminal terminal_;
-    std::unique_ptr<drive::DriveServer> server_;
-
-    Model model_;
-    PatientAsker asker_;
-    EntryRules rules_{model_, asker_};
-    std::unique_ptr<DriveLink> link_;
-    QTimer impatience_;
-
-    std::mt19937 dice_;
-    std::vector<int> editable_;
-    std::vector<std::vector<int>> windows_;
-    std::vector<std::int32_t> seen_;
-    std::vector<std::int32_t> seenInDrive_;
-    std::vector<std::bitset<65536>> known_; ///< by parameter: what the drive held or the user entered
-    SoakFigures figures_;
+    class BothEnds;
+    std::unique_ptr<BothEnds> ends_;
 };
 
 } // namespace quorvik::testing
