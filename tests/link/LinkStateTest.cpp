@@ -238,25 +238,6 @@ TEST_F(LinkStateTest, MemoryCommandsLeaveTheFileAloneAndForgetTheDrivesMark)
     EXPECT_EQ(peer.Count(WriteRequest(406, 1)), 1);
 }
 
-TEST_F(LinkStateTest, APortClosedBehindItsOwnEventStaysWhole)
-{
-    Connect();
-    Want({10});
-    bool closed = false;
-    const auto close = [&] {
-        // As behind a message box: closed in a nested event loop that then goes on for a while.
-        QTimer::singleShot(0, &link, [&] { link.GoOffLine(0); });
-        Idle(60);
-        closed = true;
-    };
-    QObject::connect(&link.MSComm1, &MSComm::OnComm, &link, close, Qt::SingleShotConnection);
-    ASSERT_TRUE(WaitUntil([&] { return closed; }));
-    EXPECT_FALSE(link.PortOpen());
-    peer.Values[10] = 5;
-    link.GoOnLine();
-    EXPECT_TRUE(WaitUntil([&] { return P(10).Value == 5; }));
-}
-
 TEST_F(LinkStateTest, ThePauseBehindAWrongLengthEndsWithItsSession)
 {
     Connect();
