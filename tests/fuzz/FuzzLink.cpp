@@ -12,6 +12,7 @@
 #include "platform/Waiting.h"
 
 #include <QCoreApplication>
+#include <functional>
 
 using namespace quorvik;
 using namespace quorvik::fuzzing;
@@ -76,46 +77,25 @@ private:
     void Act(std::uint8_t choice)
     {
         const int p = bytes_.Next() % (LastUsed + 1);
-        switch (choice % 12) {
-        case 0:
-            Answer(true);
-            break;
-        case 1:
-            Answer(false);
-            break;
-        case 2:
-            Arrive(bytes_.Take(std::size_t(p)));
-            break;
-        case 3:
-            ComeDue(link_.SerialCommTimer);
-            break;
-        case 4:
-            ComeDue(link_.SerialCommTimeout);
-            break;
-        case 5:
-            model_.AddReadInterest(p);
-            break;
-        case 6:
-            if (model_.ParamTable[p].ReadFlag > 0)
-                model_.RemoveReadInterest(p);
-            break;
-        case 7:
-            model_.SetParamValue(p, std::int32_t(std::int16_t(bytes_.Next16())), true, false);
-            break;
-        case 8:
-            link_.ReadPropsIndex = std::int16_t(p);
-            break;
-        case 9:
-            link_.BeginScanAnew();
-            break;
-        case 10:
-            link_.SetDriveCommand(std::uint8_t(p % 3));
-            break;
-        default:
+        const std::function<void()> acts[] = {
+            [&] { Answer(true); },
+            [&] { Answer(false); },
+            [&] { Arrive(bytes_.Take(std::size_t(p))); },
+            [&] { ComeDue(link_.SerialCommTimer); },
+            [&] { ComeDue(link_.SerialCommTimeout); },
+            [&] { model_.AddReadInterest(p); },
+            [&] {
+                if (model_.ParamTable[p].ReadFlag > 0)
+                    model_.RemoveReadInterest(p);
+            },
+            [&] { model_.SetParamValue(p, std::int16_t(bytes_.Next16()), true, false); },
+            [&] { link_.ReadPropsIndex = std::int16_t(p); },
+            [&] { link_.BeginScanAnew(); },
+            [&] { link_.SetDriveCommand(std::uint8_t(p % 3)); },
             // Not from within the step's own timer, which would not come due while this waits for the drive.
-            QTimer::singleShot(0, &link_, [this] { link_.ToggleComStatus(); });
-            break;
-        }
+            [&] { QTimer::singleShot(0, &link_, [this] { link_.ToggleComStatus(); }); },
+        };
+        acts[choice % std::size(acts)]();
     }
 
     static void ComeDue(QTimer &timer)

@@ -48,15 +48,6 @@ void Write(const QString &path, const QByteArray &content)
     file.write(content);
 }
 
-QByteArray Patched(QByteArray content, Bytes &bytes)
-{
-    while (!bytes.AtEnd()) {
-        const int at = bytes.Next16() % int(content.size());
-        content[at] = char(bytes.Next());
-    }
-    return content;
-}
-
 QVariant AnyValue(Bytes &bytes)
 {
     switch (bytes.Next() % 5) {
@@ -113,18 +104,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static const Bench bench;
     Bytes bytes(data, size);
     const QString path = bench.Path();
-    switch (bytes.Next() % 3) {
-    case 0:
-        Write(path, bytes.Rest());
-        break;
-    case 1:
-        Write(path, Patched(bench.good, bytes));
-        break;
-    default:
-        Write(path, bench.good);
-        ChangeValues(path, bytes);
-        break;
+    const int way = bytes.Next() % 3;
+    QByteArray content = way == 0 ? bytes.Rest() : bench.good;
+    while (way == 1 && !bytes.AtEnd()) {
+        const int at = bytes.Next16() % int(content.size());
+        content[at] = char(bytes.Next());
     }
+    Write(path, content);
+    if (way == 2)
+        ChangeValues(path, bytes);
 
     Model model;
     model.Notes = QStringLiteral("before");

@@ -12,9 +12,11 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QStringList>
+#include <array>
 #include <bitset>
 #include <memory>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace quorvik::testing
@@ -99,7 +101,7 @@ public:
         const std::int64_t first = Transactions();
         faults_ = {};
         LetFail(rate, lateMs);
-        OpenWindow();
+        Toggle(mainWindow_);
         std::int64_t served = first;
         while (Transactions() < first + transactions) {
             if (!link_.PortOpen()) {
@@ -125,7 +127,6 @@ private:
 
     /** The tool's own intervals, so many times shorter. */
     static constexpr int Haste = 20;
-    static constexpr std::size_t MostWindows = 4;
     static constexpr int BoxesOfAWindow = 12;
     static constexpr int SettleMs = 20000;
 
@@ -190,23 +191,20 @@ private:
                counts.unanswered;
     }
 
-    void OpenWindow()
+    /** Opens the window where there is none, and closes it where there is one. */
+    void Toggle(std::vector<int> &window)
     {
-        std::vector<int> &window = windows_.emplace_back();
-        const bool isWhole = Pick(4) == 0;
+        if (!window.empty()) {
+            for (const int p : std::exchange(window, {}))
+                model_.RemoveReadInterest(p);
+            return;
+        }
+        const bool isWhole = Pick(2) == 0;
         const int count = isWhole ? model_.LastParam + 1 : BoxesOfAWindow;
         for (int i = 0; i < count; ++i) {
             window.push_back(isWhole ? i : Pick(model_.LastParam + 1));
             model_.AddReadInterest(window.back());
         }
-    }
-
-    void CloseWindow()
-    {
-        const auto window = windows_.begin() + Pick(int(windows_.size()));
-        for (const int p : *window)
-            model_.RemoveReadInterest(p);
-        windows_.erase(window);
     }
 
     /** What the drive and the user do between two transactions. */
@@ -222,12 +220,8 @@ private:
             ++figures_.entries;
             model_.SetParamValue(p, value, true, false);
         }
-        if (Pick(400) == 0) {
-            if (windows_.size() < MostWindows)
-                OpenWindow();
-            else
-                CloseWindow();
-        }
+        if (Pick(200) == 0)
+            Toggle(windows_[std::size_t(Pick(int(windows_.size())))]);
     }
 
     void CheckTables()
@@ -256,8 +250,10 @@ private:
     {
         const QDeadlineTimer limit(SettleMs);
         faults_.Clear();
-        while (!windows_.empty())
-            CloseWindow();
+        Toggle(mainWindow_);
+        for (std::vector<int> &window : windows_)
+            if (!window.empty())
+                Toggle(window);
         // What was still under way when the faults ended may yet take the link down.
         for (int rounds = 0; rounds < 2;) {
             if (!link_.PortOpen()) {
@@ -313,7 +309,8 @@ private:
 
     std::mt19937 dice_;
     std::vector<int> editable_;
-    std::vector<std::vector<int>> windows_;
+    std::vector<int> mainWindow_; ///< open all through a run, so that there is something to read
+    std::array<std::vector<int>, 3> windows_;
     std::vector<Row> rows_;
     SoakFigures figures_;
 };
