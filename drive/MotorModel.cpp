@@ -4,8 +4,7 @@ namespace quorvik::drive
 {
 
 MotorModel::MotorModel(DriveTable &table, std::uint64_t seed)
-    : table_(table)
-    , noise_(seed)
+    : noise_(seed)
     , inputs_(table, noise_, terminals_)
     , functions_(table)
     , logic_(table)

@@ -34,7 +34,6 @@ public:
     void PowerOn();
 
 private:
-    DriveTable &table_;
     Noise noise_;
     Terminals terminals_;
     InputBlocks inputs_;

@@ -3,18 +3,16 @@
 
 #include "Fuzzing.h"
 
+#include "drive/PseudoTerminal.h"
 #include "link/DriveLink.h"
 #include "link/PacketLayer.h"
+#include "link/PatientAsker.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
-#include "platform/Asker.h"
 #include "platform/Waiting.h"
 
 #include <QCoreApplication>
-#include <memory>
-#include <pty.h>
-#include <termios.h>
-#include <unistd.h>
+#include <functional>
 
 using namespace quorvik;
 using namespace quorvik::fuzzing;
@@ -26,52 +24,6 @@ constexpr int LastParam = 440; // the rules between parameters need what they na
 constexpr int LastUsed = 40;
 constexpr int LongestInput = 400;
 
-class ShortAsker : public Asker
-{
-public:
-    MsgAnswer MsgBox(const QString &, MsgButtons buttons, MsgIcon, const QString &) override
-    {
-        return buttons == MsgButtons::Ok ? MsgAnswer::Ok : MsgAnswer::No;
-    }
-    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return std::nullopt; }
-    std::optional<QString> ShowSave(const FileDialogRequest &) override { return std::nullopt; }
-};
-
-class Terminal
-{
-public:
-    Terminal()
-    {
-        char name[128];
-        Require(::openpty(&master_, &slave_, name, nullptr, nullptr) == 0, "there is a pseudo-terminal");
-        termios settings{};
-        ::tcgetattr(slave_, &settings);
-        ::cfmakeraw(&settings);
-        ::tcsetattr(slave_, TCSANOW, &settings);
-        path_ = QString::fromLocal8Bit(name);
-    }
-    ~Terminal()
-    {
-        ::close(slave_);
-        ::close(master_);
-    }
-    Q_DISABLE_COPY_MOVE(Terminal)
-
-    const QString &Path() const { return path_; }
-    void Send(const QByteArray &bytes) const
-    {
-        Require(::write(master_, bytes.constData(), std::size_t(bytes.size())) == bytes.size(),
-                "bytes are sent");
-    }
-    /** What the engine asked is thrown away: the input alone decides about the answers. */
-    void Drain() const { ::tcflush(master_, TCIFLUSH); }
-
-private:
-    int master_ = -1;
-    int slave_ = -1;
-    QString path_;
-};
-
 /** One engine with its table, played with by the input from a timer, as a line and a user would. */
 class Play
 {
@@ -79,6 +31,7 @@ public:
     explicit Play(Bytes bytes)
         : bytes_(bytes)
     {
+        Require(terminal_.Open().isEmpty(), "there is a pseudo-terminal");
         model_.FileLastParam = model_.LastParam = LastParam;
         model_.PresetTable.Resize(LastParam);
         for (int i = 0; i <= LastParam; ++i) {
@@ -86,7 +39,7 @@ public:
             model_.PresetTable[i].Attributes = i % 3 == 0 ? Attr::Long : 0;
         }
         model_.ResetToDefaults();
-        link_.MSComm1.DeviceOf = [this](int) { return terminal_.Path(); };
+        link_.MSComm1.DeviceOf = [this](int) { return terminal_.DevicePath(); };
         link_.ShowProgressBar = [] {};
         link_.PromptSaveChanges = [] { return true; };
         QObject::connect(&link_.MSComm1, &MSComm::OnComm, &link_, [this] { ++raised_; });
@@ -116,68 +69,50 @@ private:
             return;
         }
         Act(bytes_.Next());
-        terminal_.Drain();
+        // What the engine asked is thrown away: the input alone decides about the answers.
+        terminal_.Read();
         Check();
     }
 
     void Act(std::uint8_t choice)
     {
         const int p = bytes_.Next() % (LastUsed + 1);
-        switch (choice % 12) {
-        case 0:
-            // Good answer: the length that is awaited, with its check character right.
-            Answer(true);
-            break;
-        case 1:
-            Answer(false);
-            break;
-        case 2:
-            Arrive(bytes_.Take(std::size_t(p)));
-            break;
-        case 3:
-            if (link_.SerialCommTimer.isActive())
-                link_.SerialCommTimer.start(0);
-            break;
-        case 4:
-            if (link_.SerialCommTimeout.isActive())
-                link_.SerialCommTimeout.start(0);
-            break;
-        case 5:
-            model_.AddReadInterest(p);
-            break;
-        case 6:
-            if (model_.ParamTable[p].ReadFlag > 0)
-                model_.RemoveReadInterest(p);
-            break;
-        case 7:
-            model_.SetParamValue(p, std::int32_t(std::int16_t(bytes_.Next16())), true, false);
-            break;
-        case 8:
-            link_.ReadPropsIndex = std::int16_t(p);
-            break;
-        case 9:
-            link_.BeginScanAnew();
-            break;
-        case 10:
-            link_.SetDriveCommand(std::uint8_t(p % 3));
-            break;
-        default:
+        const std::function<void()> acts[] = {
+            [&] { Answer(true); },
+            [&] { Answer(false); },
+            [&] { Arrive(bytes_.Take(std::size_t(p))); },
+            [&] { ComeDue(link_.SerialCommTimer); },
+            [&] { ComeDue(link_.SerialCommTimeout); },
+            [&] { model_.AddReadInterest(p); },
+            [&] {
+                if (model_.ParamTable[p].ReadFlag > 0)
+                    model_.RemoveReadInterest(p);
+            },
+            [&] { model_.SetParamValue(p, std::int16_t(bytes_.Next16()), true, false); },
+            [&] { link_.ReadPropsIndex = std::int16_t(p); },
+            [&] { link_.BeginScanAnew(); },
+            [&] { link_.SetDriveCommand(std::uint8_t(p % 3)); },
             // Not from within the step's own timer, which would not come due while this waits for the drive.
-            QTimer::singleShot(0, &link_, [this] { link_.ToggleComStatus(); });
-            break;
-        }
+            [&] { QTimer::singleShot(0, &link_, [this] { link_.ToggleComStatus(); }); },
+        };
+        acts[choice % std::size(acts)]();
     }
 
+    static void ComeDue(QTimer &timer)
+    {
+        if (timer.isActive())
+            timer.start(0);
+    }
+
+    /** An answer of the length that is awaited; a good one is an acknowledgement or has its check right. */
     void Answer(bool isGood)
     {
         QByteArray answer = bytes_.Take(std::size_t(link_.MSComm1.RThreshold()));
-        if (answer.size() > 1 && isGood) {
-            char check = 0;
+        if (isGood && !answer.isEmpty()) {
+            char check = answer.size() > 1 ? 0 : Wire::Ack;
             for (qsizetype i = 1; i + 1 < answer.size(); ++i)
                 check = char(check ^ answer[i]);
             answer.back() = check;
-        } else if (answer.size() == 1 && isGood) {
-            answer[0] = Wire::Ack;
         }
         Arrive(answer);
     }
@@ -188,7 +123,7 @@ private:
             return;
         const int raised = raised_;
         const int buffered = link_.MSComm1.InBufferCount();
-        terminal_.Send(bytes);
+        terminal_.Write(bytes);
         // The terminal hands bytes over in its own time; an emptied line may have swallowed them.
         const bool wasStepping = step_.isActive();
         step_.stop();
@@ -219,9 +154,9 @@ private:
         }
     }
 
-    Terminal terminal_;
+    drive::PseudoTerminal terminal_;
     Model model_;
-    ShortAsker asker_;
+    testing::PatientAsker asker_;
     EntryRules rules_{model_, asker_};
     DriveLink link_{model_, rules_, asker_, LinkTimings{0, 100000, 0, 0}};
     QTimer step_;

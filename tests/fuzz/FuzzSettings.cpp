@@ -11,7 +11,6 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <memory>
 
 using namespace quorvik;
 using namespace quorvik::fuzzing;
@@ -25,10 +24,6 @@ constexpr int Rows = 12;
 struct Bench {
     Bench()
     {
-        static int argc = 1;
-        static char name[] = "fuzz";
-        static char *argv[] = {name, nullptr};
-        application = std::make_unique<QCoreApplication>(argc, argv);
         Model model;
         model.FileLastParam = model.LastParam = Rows - 1;
         model.ParamTable.Resize(Rows - 1);
@@ -42,7 +37,6 @@ struct Bench {
 
     QString Path() const { return folder.filePath(QStringLiteral("input.Svx")); }
 
-    std::unique_ptr<QCoreApplication> application;
     QTemporaryDir folder{QStringLiteral("/dev/shm/quorvik-fuzz")};
     QByteArray good;
 };
@@ -52,15 +46,6 @@ void Write(const QString &path, const QByteArray &content)
     QFile file(path);
     Require(file.open(QIODevice::WriteOnly | QIODevice::Truncate), "the input can be written");
     file.write(content);
-}
-
-QByteArray Patched(QByteArray content, Bytes &bytes)
-{
-    while (!bytes.AtEnd()) {
-        const int at = bytes.Next16() % int(content.size());
-        content[at] = char(bytes.Next());
-    }
-    return content;
 }
 
 QVariant AnyValue(Bytes &bytes)
@@ -83,16 +68,11 @@ QVariant AnyValue(Bytes &bytes)
 
 void ChangeValues(const QString &path, Bytes &bytes)
 {
-    static const QStringList columns = {QStringLiteral("Settings SET Min"),
-                                        QStringLiteral("Settings SET Max"),
-                                        QStringLiteral("Settings SET Attributes"),
-                                        QStringLiteral("Settings SET Preset"),
-                                        QStringLiteral("Settings SET Value"),
-                                        QStringLiteral("Settings SET Name"),
-                                        QStringLiteral("Settings SET Tag"),
-                                        QStringLiteral("Properties SET Notes"),
-                                        QStringLiteral("VirtualSettings SET Destination"),
-                                        QStringLiteral("VirtualSettings SET Status")};
+    static const char *const columns[] = {
+        "Settings SET Min",          "Settings SET Max",     "Settings SET Attributes",
+        "Settings SET Preset",       "Settings SET Value",   "Settings SET Name",
+        "Settings SET Tag",          "Properties SET Notes", "VirtualSettings SET Destination",
+        "VirtualSettings SET Status"};
     {
         QSqlDatabase database =
             QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("change"));
@@ -102,8 +82,8 @@ void ChangeValues(const QString &path, Bytes &bytes)
         query.exec(QStringLiteral("PRAGMA synchronous = OFF"));
         query.exec(QStringLiteral("BEGIN"));
         while (!bytes.AtEnd()) {
-            query.prepare(
-                QStringLiteral("UPDATE %1 = ? WHERE rowid = ?").arg(columns[bytes.Next() % columns.size()]));
+            const auto column = QLatin1String(columns[bytes.Next() % std::size(columns)]);
+            query.prepare(QStringLiteral("UPDATE %1 = ? WHERE rowid = ?").arg(column));
             query.addBindValue(AnyValue(bytes));
             query.addBindValue(1 + bytes.Next() % Rows);
             query.exec();
@@ -117,21 +97,22 @@ void ChangeValues(const QString &path, Bytes &bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char *argv[] = {name, nullptr};
+    static const QCoreApplication application(argc, argv);
     static const Bench bench;
     Bytes bytes(data, size);
     const QString path = bench.Path();
-    switch (bytes.Next() % 3) {
-    case 0:
-        Write(path, bytes.Rest());
-        break;
-    case 1:
-        Write(path, Patched(bench.good, bytes));
-        break;
-    default:
-        Write(path, bench.good);
-        ChangeValues(path, bytes);
-        break;
+    const int way = bytes.Next() % 3;
+    QByteArray content = way == 0 ? bytes.Rest() : bench.good;
+    while (way == 1 && !bytes.AtEnd()) {
+        const int at = bytes.Next16() % int(content.size());
+        content[at] = char(bytes.Next());
     }
+    Write(path, content);
+    if (way == 2)
+        ChangeValues(path, bytes);
 
     Model model;
     model.Notes = QStringLiteral("before");

@@ -3,30 +3,24 @@
 #include "drive/DriveCommands.h"
 #include "drive/DriveServer.h"
 #include "link/DriveLink.h"
+#include "link/PatientAsker.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
-#include "platform/Asker.h"
+#include "platform/Guard.h"
+#include "settings/SettingsFile.h"
 
-#include <QElapsedTimer>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QStringList>
+#include <array>
 #include <bitset>
 #include <memory>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace quorvik::testing
 {
-
-/** Answers every box as a patient user would, and counts them. */
-class PatientAsker : public Asker
-{
-public:
-    std::int64_t boxes = 0;
-
-    MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
-    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return std::nullopt; }
-    std::optional<QString> ShowSave(const FileDialogRequest &) override { return std::nullopt; }
-};
 
 /** What one run of the soak came to. */
 struct SoakFigures {
@@ -49,15 +43,51 @@ struct SoakFigures {
 class LineSoak
 {
 public:
-    /** The tool's own intervals, so many times shorter; late replies are up to 500 ms late, as many times
-     * shorter. */
-    static constexpr int Haste = 20;
-
-    LineSoak(const QString &presets, std::uint32_t seed);
-    ~LineSoak();
-
     /** Before the time-out, within the pause after it, and near the end of that pause. */
     static std::vector<int> LateWithinPromise() { return {100, 200, 240, 300, 400, 500}; }
+
+    LineSoak(const QString &presets, std::uint32_t seed)
+        : dice_(seed)
+    {
+        for (Model *model : {&driveModel_, &model_})
+            Note(SettingsFile(*model).LoadPresets(presets));
+        SetFailureReporter([this](const RuntimeFailure &failure) { Note(failure.Sentence()); });
+        table_ = std::make_unique<drive::DriveTable>(driveModel_);
+        commands_ = std::make_unique<drive::DriveCommands>(*table_, drive::CommandTimings{2, 5});
+        Note(terminal_.Open());
+        server_ = std::make_unique<drive::DriveServer>(*table_, *commands_, faults_, terminal_, 0);
+
+        model_.ResetToDefaults();
+        rows_.resize(std::size_t(model_.LastParam + 1));
+        for (int p = 0; p <= model_.LastParam; ++p) {
+            // Where nothing else depends on the value, it tells whose it is.
+            if (IsPlain(p))
+                table_->Put(p, MarkedValue(p, 0));
+            Row &row = rows_[std::size_t(p)];
+            row.Know(row.inDrive = table_->Get(p));
+            row.Know(row.here = model_.Value(p));
+            const ParamRecord &record = model_.ParamTable[p];
+            if (IsPlain(p) && !model_.AttrBit(Attr::ReadOnly, p) && record.Max > record.Min)
+                editable_.push_back(p);
+        }
+        link_.MSComm1.DeviceOf = [this](int) { return terminal_.DevicePath(); };
+        link_.ShowProgressBar = [] {};
+        QObject::connect(&impatience_, &QTimer::timeout, &impatience_, [this] {
+            // A wrong check character in the answer about the table's size leaves the engine standing still
+            // by design.
+            if (link_.PortOpen() && !link_.SerialCommTimer.isActive() &&
+                !link_.SerialCommTimeout.isActive() && link_.PropMax == 0) {
+                ++figures_.standStills;
+                link_.GoOffLine(0);
+            }
+        });
+        impatience_.start(50);
+    }
+    ~LineSoak()
+    {
+        SetFailureReporter([](const RuntimeFailure &) {});
+    }
+    Q_DISABLE_COPY_MOVE(LineSoak)
 
     /**
      * @param rate of spoiled transactions, 0 to 1, over all kinds of faults.
@@ -65,23 +95,203 @@ public:
      * @return the figures of this run alone; problems are those of all runs.
      */
     SoakFigures Run(double rate, std::int64_t transactions,
-                    const std::vector<int> &lateMs = LateWithinPromise());
+                    const std::vector<int> &lateMs = LateWithinPromise())
+    {
+        figures_ = {.problems = std::move(figures_.problems)};
+        const std::int64_t first = Transactions();
+        faults_ = {};
+        LetFail(rate, lateMs);
+        Toggle(mainWindow_);
+        std::int64_t served = first;
+        while (Transactions() < first + transactions) {
+            if (!link_.PortOpen()) {
+                ++figures_.wentOffLine;
+                link_.GoOnLine();
+            }
+            Turn();
+            for (; served < Transactions(); ++served)
+                LiveOn();
+        }
+        figures_.transactions = Transactions() - first;
+        for (int kind = 0; kind < drive::FaultKindCount; ++kind)
+            figures_.faults += faults_.Injected(FaultKind(kind));
+        figures_.lateReplies = faults_.Injected(FaultKind::Late);
+        if (!Settle())
+            Note(QStringLiteral("the link did not come to rest"));
+        Compare();
+        return figures_;
+    }
 
 private:
-    void LetFail(double rate, const std::vector<int> &lateMs);
-    void BeDrive();
-    void BeUser();
-    void OpenWindow();
-    void CloseWindow();
-    void GoOnLine();
-    void LoseNoPatience();
-    void Turn();
-    void CheckTables();
-    bool Settle();
-    void Compare();
-    std::int64_t Transactions() const;
-    std::int64_t Faults() const;
-    bool IsPlain(int p) const;
+    using FaultKind = drive::FaultKind;
+
+    /** The tool's own intervals, so many times shorter. */
+    static constexpr int Haste = 20;
+    static constexpr int BoxesOfAWindow = 12;
+    static constexpr int SettleMs = 20000;
+
+    static LinkTimings Hastened()
+    {
+        constexpr LinkTimings real;
+        return {real.scanPause / Haste, real.replyTimeout / Haste, real.sizeErrorPause / Haste,
+                real.progressUpdate / Haste};
+    }
+
+    /** One of twenty values that tell whose they are. */
+    static std::int32_t MarkedValue(int p, int which) { return 12000 + which * 1000 + p; }
+
+    struct Row {
+        std::int32_t here;
+        std::int32_t inDrive;
+        std::bitset<65536> known; ///< what the drive held or the user entered
+
+        void Know(std::int32_t rawValue) { known.set(std::uint16_t(rawValue)); }
+    };
+
+    void Note(const QString &problem)
+    {
+        if (!problem.isEmpty())
+            figures_.problems << problem;
+    }
+
+    bool IsPlain(int p) const
+    {
+        const bool isSpecial = (p >= Param::ClockFirst && p <= Param::ClockLast) ||
+                               p == Param::DriveCurrent || p == Param::MotorCurrent ||
+                               (p >= Param::SaveParameters && p <= Param::DriveModel) ||
+                               p == Param::ClearFault || p == Param::DriveState;
+        return !isSpecial && (driveModel_.PresetTable[p].Attributes & Attr::RefreshAfterLoad) == 0;
+    }
+
+    void LetFail(double rate, const std::vector<int> &lateMs)
+    {
+        const auto add = [this](FaultKind kind, double share, int realMs) {
+            const QString words = QStringLiteral("%1,rate=%2,seed=%3,ms=%4")
+                                      .arg(drive::FaultKindName(kind))
+                                      .arg(share)
+                                      .arg(Pick(1'000'000) + 1)
+                                      .arg(realMs / Haste);
+            Note(faults_.Add(words, drive::SteadyNow()));
+        };
+        const double share = rate / drive::FaultKindCount;
+        for (const FaultKind kind :
+             {FaultKind::BadBcc, FaultKind::Short, FaultKind::Long, FaultKind::Silent, FaultKind::Refuse})
+            add(kind, share, Haste);
+        for (const int ms : lateMs)
+            add(FaultKind::Late, share / double(lateMs.size()), ms);
+        // Too short to be noticed three times in a row, and long enough to be.
+        add(FaultKind::Drop, share * 0.9, 300);
+        add(FaultKind::Drop, share * 0.1, 2000);
+    }
+
+    std::int64_t Transactions() const
+    {
+        const drive::ServiceCounts &counts = server_->Counts();
+        return counts.reads + counts.runReads + counts.writes + counts.refusals + counts.properties +
+               counts.unanswered;
+    }
+
+    /** Opens the window where there is none, and closes it where there is one. */
+    void Toggle(std::vector<int> &window)
+    {
+        if (!window.empty()) {
+            for (const int p : std::exchange(window, {}))
+                model_.RemoveReadInterest(p);
+            return;
+        }
+        const bool isWhole = Pick(2) == 0;
+        const int count = isWhole ? model_.LastParam + 1 : BoxesOfAWindow;
+        for (int i = 0; i < count; ++i) {
+            window.push_back(isWhole ? i : Pick(model_.LastParam + 1));
+            model_.AddReadInterest(window.back());
+        }
+    }
+
+    /** What the drive and the user do between two transactions. */
+    void LiveOn()
+    {
+        if (const int p = Pick(model_.LastParam + 1); Pick(10) == 0 && IsPlain(p))
+            table_->Put(p, MarkedValue(p, Pick(20)));
+        if (Pick(50) == 0) {
+            const int p = editable_[std::size_t(Pick(int(editable_.size())))];
+            const ParamRecord &record = model_.ParamTable[p];
+            const std::int32_t value = record.Min + Pick(record.Max - record.Min + 1);
+            rows_[std::size_t(p)].Know(value);
+            ++figures_.entries;
+            model_.SetParamValue(p, value, true, false);
+        }
+        if (Pick(200) == 0)
+            Toggle(windows_[std::size_t(Pick(int(windows_.size())))]);
+    }
+
+    void CheckTables()
+    {
+        for (int p = 0; p <= table_->LastParam(); ++p) {
+            Row &row = rows_[std::size_t(p)];
+            if (const std::int32_t value = table_->Get(p); value != row.inDrive)
+                row.Know(row.inDrive = value);
+            const std::int32_t value = model_.Value(p);
+            if (value == row.here)
+                continue;
+            row.here = value;
+            ++figures_.rowChanges;
+            figures_.foreignRows += row.known.test(std::uint16_t(value)) ? 0 : 1;
+            row.Know(value);
+        }
+    }
+
+    void Turn()
+    {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        CheckTables();
+    }
+
+    bool Settle()
+    {
+        const QDeadlineTimer limit(SettleMs);
+        faults_.Clear();
+        Toggle(mainWindow_);
+        for (std::vector<int> &window : windows_)
+            if (!window.empty())
+                Toggle(window);
+        // What was still under way when the faults ended may yet take the link down.
+        for (int rounds = 0; rounds < 2;) {
+            if (!link_.PortOpen()) {
+                rounds = 0;
+                link_.GoOnLine();
+            }
+            link_.SetAllReadFlags(1);
+            link_.BeginScanAnew();
+            while (link_.PortOpen() && (model_.WritePending || link_.CurrentParam <= model_.LastParam)) {
+                Turn();
+                if (limit.hasExpired())
+                    return false;
+            }
+            link_.SetAllReadFlags(-1);
+            rounds += link_.PortOpen() ? 1 : 0;
+        }
+        return true;
+    }
+
+    void Compare()
+    {
+        for (int p = 0; p <= model_.LastParam; ++p) {
+            const ParamRecord &record = model_.ParamTable[p];
+            if (record.Value != table_->Get(p) || record.ReadFlag != 0 ||
+                record.WriteFlag != WriteState::None)
+                Note(QStringLiteral("parameter %1: %2 here, %3 in the drive, read flag %4, write flag %5")
+                         .arg(p)
+                         .arg(record.Value)
+                         .arg(table_->Get(p))
+                         .arg(record.ReadFlag)
+                         .arg(record.WriteFlag));
+        }
+        if (link_.BCCErrorCount + link_.NoResponseCount + link_.PacketSizeErrorCount +
+                link_.WriteRetryCount !=
+            0)
+            Note(QStringLiteral("an error counter is not back at zero"));
+    }
+
     int Pick(int count) { return int(dice_() % std::uint32_t(count)); }
 
     Model driveModel_;
@@ -94,15 +304,14 @@ private:
     Model model_;
     PatientAsker asker_;
     EntryRules rules_{model_, asker_};
-    std::unique_ptr<DriveLink> link_;
+    DriveLink link_{model_, rules_, asker_, Hastened()};
     QTimer impatience_;
 
     std::mt19937 dice_;
     std::vector<int> editable_;
-    std::vector<std::vector<int>> windows_;
-    std::vector<std::int32_t> seen_;
-    std::vector<std::int32_t> seenInDrive_;
-    std::vector<std::bitset<65536>> known_; ///< by parameter: what the drive held or the user entered
+    std::vector<int> mainWindow_; ///< open all through a run, so that there is something to read
+    std::array<std::vector<int>, 3> windows_;
+    std::vector<Row> rows_;
     SoakFigures figures_;
 };
 

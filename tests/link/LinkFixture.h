@@ -37,9 +37,8 @@ protected:
         model.FileLastParam = model.LastParam = FileLastParam;
         model.PresetTable.Resize(FileLastParam);
         for (int i = 0; i <= FileLastParam; ++i) {
-            ParamRecord &record = model.PresetTable[i];
-            record.Max = 1000;
-            record.Name = QStringLiteral("Name %1").arg(i);
+            model.PresetTable[i].Max = 1000;
+            model.PresetTable[i].Name = QStringLiteral("Name %1").arg(i);
         }
         model.ResetToDefaults();
         link.MSComm1.DeviceOf = [this](int) { return peer.Device(); };
@@ -55,6 +54,7 @@ protected:
     /** Goes on line with the peer as a well-behaved drive, and forgets what was sent for it. */
     void Connect()
     {
+        peer.Answer = [this](const QByteArray &frame) { return peer.DriveAnswer(frame); };
         link.GoOnLine();
         ASSERT_TRUE(link.PortOpen());
         peer.Frames.clear();
@@ -64,11 +64,18 @@ protected:
         for (const int p : numbers)
             model.AddReadInterest(p);
     }
+    void Enter(int p, std::int32_t rawValue) { model.SetParamValue(p, rawValue, true, false); }
     /** Waits for the frame to have arrived so many times. */
     bool WaitFor(const QByteArray &frame, int times = 1)
     {
         return WaitUntil([&] { return peer.Count(frame) >= times; });
     }
+    bool WaitForOffLine()
+    {
+        return WaitUntil([this] { return !link.PortOpen(); });
+    }
+    /** Whether the link waits for nothing, and nothing of it will come due. */
+    bool IsAtRest() const { return !link.SerialCommTimer.isActive() && !link.SerialCommTimeout.isActive(); }
     ParamRecord &P(int p) { return model.ParamTable[p]; }
 
     static constexpr LinkTimings Short{

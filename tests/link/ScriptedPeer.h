@@ -1,23 +1,43 @@
 #pragma once
 
+#include "drive/PseudoTerminal.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QSocketNotifier>
-#include <QString>
 #include <QTemporaryDir>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace quorvik::testing
 {
 
-QByteArray WithCheck(QByteArray bytes); ///< the bytes with the check character appended
-QByteArray ReadRequest(int p);
-QByteArray WriteRequest(int p, int rawValue);
-QByteArray PropsRequest(int p);
-QByteArray ValueReply(int rawValue);
-QByteArray PropsReply(int min, int max, int attrib, int preset, int value);
+/** The two bytes of a frame's head with fields of two bytes and the check character behind them. */
+QByteArray Frame(char first, char second, std::initializer_list<int> fields);
+inline QByteArray ReadRequest(int p)
+{
+    return Frame(2, 0, {p});
+}
+inline QByteArray WriteRequest(int p, int rawValue)
+{
+    return Frame(2, 1, {p, rawValue});
+}
+inline QByteArray PropsRequest(int p)
+{
+    return Frame(2, 4, {p});
+}
+inline QByteArray ValueReply(int rawValue)
+{
+    return Frame(0x55, 7, {rawValue});
+}
+inline QByteArray PropsReply(int min, int max, int attrib, int preset, int value)
+{
+    return Frame(0x55, 7, {min, max, attrib, preset, value});
+}
+QByteArray Spoiled(QByteArray reply); ///< one bit of a value the other way
 inline const QByteArray Ack(1, 6);
 inline const QByteArray Nak(1, 21);
 inline const QByteArray Eot(1, 4);
@@ -31,7 +51,6 @@ class ScriptedPeer
 {
 public:
     ScriptedPeer();
-    ~ScriptedPeer();
 
     QString Device() const { return folder_.filePath(QStringLiteral("port")); }
 
@@ -45,8 +64,7 @@ public:
 
     /** The answer of a well-behaved drive. */
     QByteArray DriveAnswer(const QByteArray &frame);
-    void Send(const QByteArray &bytes);
-    /** Requests of a kind among Frames. */
+    void Send(const QByteArray &bytes) { terminal_->Write(bytes); }
     int Count(const QByteArray &frame) const { return int(Frames.count(frame)); }
 
     void PullOut();
@@ -56,8 +74,7 @@ private:
     void Receive();
 
     QTemporaryDir folder_;
-    int master_ = -1;
-    int slave_ = -1;
+    std::optional<drive::PseudoTerminal> terminal_;
     std::unique_ptr<QSocketNotifier> notifier_;
     QByteArray pending_;
     int current_ = 0;

