@@ -127,12 +127,12 @@ private:
         // The terminal hands bytes over in its own time; an emptied line may have swallowed them.
         const bool wasStepping = step_.isActive();
         step_.stop();
-        PumpWhile(
-            [&] {
-                return link_.PortOpen() && raised_ == raised &&
-                       link_.MSComm1.InBufferCount() < buffered + int(bytes.size());
-            },
-            QDeadlineTimer(5));
+        // Asked again and again: asleep, the loop would be woken for swallowed bytes by its slowest timer
+        // only.
+        const QDeadlineTimer limit(1, Qt::PreciseTimer);
+        while (link_.PortOpen() && raised_ == raised &&
+               link_.MSComm1.InBufferCount() < buffered + int(bytes.size()) && !limit.hasExpired())
+            QCoreApplication::processEvents();
         if (wasStepping)
             step_.start(0);
     }
