@@ -77,8 +77,11 @@ def run(arguments, **options):
 
 def prepare():
     """Copies the sources, keeping what is unchanged, so that an earlier build of the copy stays good."""
-    files = run(["git", "ls-files"], cwd=ROOT).stdout.split("\n")
-    for name in filter(None, files):
+    files = set(filter(None, run(["git", "ls-files"], cwd=ROOT).stdout.split("\n")))
+    for old in COPY.rglob("*"):
+        if old.is_file() and str(old.relative_to(COPY)) not in files:
+            old.unlink()
+    for name in files:
         source, target = ROOT / name, COPY / name
         if source.is_file() and not (target.is_file() and target.read_bytes() == source.read_bytes()):
             target.parent.mkdir(parents=True, exist_ok=True)
@@ -124,7 +127,10 @@ def main():
             sys.exit(f"{path} holds no {before!r} any more: give the list another place to break")
     prepare()
     for room in ROOMS:
-        if build(room).returncode != 0 or not room_passes(room):
+        result = build(room)
+        if result.returncode != 0:
+            sys.exit(f"{room} does not build without any mutation:\n{result.stdout[-3000:]}")
+        if not room_passes(room):
             sys.exit(f"the tests of {room} fail without any mutation")
 
     noticed = 0

@@ -45,16 +45,6 @@ TEST(Geometry, AnArrowHeadLiesBehindItsTip)
     EXPECT_TRUE(ArrowHead({{{1, 1}}}).isEmpty());
 }
 
-TEST(Geometry, CrossingIsTheInsideOnly)
-{
-    const std::pair<QPolygonF, bool> lines[] = {
-        {{{0, 15}, {40, 15}}, true},  {{{15, 12}, {16, 13}}, true}, {{{0, 0}, {15, 0}, {15, 40}}, true},
-        {{{0, 10}, {40, 10}}, false}, {{{0, 15}, {10, 15}}, false}, {{{0, 25}, {40, 25}}, false},
-    };
-    for (const auto &[line, crosses] : lines)
-        EXPECT_EQ(CrossesRect(line, QRectF(10, 10, 20, 10)), crosses) << line.last().x();
-}
-
 TEST(Geometry, ASlantedShapeHasItsPortsOnItsEdges)
 {
     const Shape triangle(QRectF(0, 0, 6, 8), Shape::Outline::Slanted);

@@ -1,6 +1,5 @@
 #include "blocks/diagram/Geometry.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace quorvik
@@ -64,33 +63,6 @@ QPolygonF ArrowHead(const QPolygonF &line)
     const QPointF along = back / length * ArrowLength;
     const QPointF across = QPointF(-back.y(), back.x()) / length * ArrowHalfWidth;
     return {{tip, tip + along + across, tip + along - across}};
-}
-
-bool CrossesRect(const QPolygonF &line, const QRectF &rect)
-{
-    for (qsizetype i = 1; i < line.size(); ++i) {
-        // Liang-Barsky: the stretch of the segment that lies inside all four edges.
-        const QPointF a = line.at(i - 1);
-        const QPointF d = line.at(i) - a;
-        double enter = 0;
-        double leave = 1;
-        bool outside = false;
-        const auto clip = [&](double direction, double distance) {
-            if (direction == 0)
-                outside = outside || distance <= 0;
-            else if (direction < 0)
-                enter = std::max(enter, distance / direction);
-            else
-                leave = std::min(leave, distance / direction);
-        };
-        clip(-d.x(), a.x() - rect.left());
-        clip(d.x(), rect.right() - a.x());
-        clip(-d.y(), a.y() - rect.top());
-        clip(d.y(), rect.bottom() - a.y());
-        if (!outside && enter < leave)
-            return true;
-    }
-    return false;
 }
 
 QPointF OpenArmEnd(const QPointF &pivot, const QPointF &contact)

@@ -62,9 +62,6 @@ QPolygonF RouteWire(const Port &from, const Port &to, double bend);
 /** The three corners of an arrow head with its tip at the end of a line; empty for a line without length. */
 QPolygonF ArrowHead(const QPolygonF &line);
 
-/** Whether a polyline passes through the inside of a rectangle; touching its edge does not count. */
-bool CrossesRect(const QPolygonF &line, const QRectF &rect);
-
 /** Where the free end of a make contact's arm hangs while the contact is open. */
 QPointF OpenArmEnd(const QPointF &pivot, const QPointF &contact);
 
