@@ -37,8 +37,12 @@ void PrintTo(const Walked &walked, std::ostream *out)
     *out << walked.entry->form << walked.member << "At" << int(walked.fontScale * 100);
 }
 
-bool Crosses(const QPolygonF &wire, const QRectF &rect)
+/** Whether the wire passes through the rectangle; touching its edge does not count, nor an empty text. */
+bool Crosses(const QPolygonF &wire, const QRectF &taken)
 {
+    const QRectF rect = taken.adjusted(0.01, 0.01, -0.01, -0.01);
+    if (rect.isEmpty())
+        return false;
     const QLineF diagonals[] = {{rect.topLeft(), rect.bottomRight()}, {rect.bottomLeft(), rect.topRight()}};
     for (qsizetype i = 1; i < wire.size(); ++i) {
         const QLineF piece(wire.at(i - 1), wire.at(i));
@@ -136,9 +140,8 @@ TEST_P(WalkerTest, NoWireRunsThroughTextOrABox)
             if (!label && !qobject_cast<ValueBox *>(control))
                 continue;
             const QRectF taken = label ? Ink(*label) : QRectF(control->geometry()).adjusted(1, 1, -1, -1);
-            EXPECT_FALSE(Crosses(wire, taken.adjusted(0.01, 0.01, -0.01, -0.01)))
-                << control->objectName().toStdString() << " "
-                << (label ? label->text() : QString()).toStdString();
+            EXPECT_FALSE(Crosses(wire, taken)) << control->objectName().toStdString() << " "
+                                               << (label ? label->text() : QString()).toStdString();
         }
     }
 }
