@@ -1,3 +1,5 @@
+#include "Figures.h"
+
 #include "emulator/DriveEmulator.h"
 #include "model/Model.h"
 #include "settings/SettingsFile.h"
@@ -41,12 +43,6 @@ double TickMicroseconds(Model &model, int linksSet)
     return times[Batches / 2];
 }
 
-bool Report(const char *name, double value, const char *unit, double limit)
-{
-    std::printf("%s: %.2f %s (limit %g)\n", name, value, unit, limit);
-    return value <= limit;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -64,9 +60,9 @@ int main(int argc, char **argv)
     const double unset = TickMicroseconds(model, 0);
     const double half = TickMicroseconds(model, Links / 2);
     const double all = TickMicroseconds(model, Links);
-    bool good = Report("emulator tick, factory table", unset, "us", 20.0);
-    good &= Report("emulator tick, all links set", all, "us", 20.0);
+    bool good = Print("emulator tick, factory table", unset, "us", 20.0);
+    good &= Print("emulator tick, all links set", all, "us", 20.0);
     // All links run at every tick, set or not, so setting more of them must not cost more than their copying.
-    good &= Report("emulator tick, all links set against half of them", all / half, "times", 1.5);
+    good &= Print("emulator tick, all links set against half of them", all / half, "times", 1.5);
     return good ? 0 : 1;
 }

@@ -1,6 +1,8 @@
 // The drive link's speed: whole-table scans against the simulated drive on a paced line, and the cost of one
 // parameter on a line that takes no time, beside a bare echo over a pseudo-terminal.
 
+#include "Figures.h"
+
 #include "link/DriveLink.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
@@ -254,13 +256,6 @@ double BareEcho()
     ::close(slave);
     ::close(master);
     return ns;
-}
-
-/** One figure, as bench.sh passes it on. @return whether it keeps its limit. */
-bool Print(const char *name, double value, const char *unit, double limit)
-{
-    std::printf("%s: %.3f %s (limit %.2f)\n", name, value, unit, limit);
-    return value <= limit;
 }
 
 double PacedRatio(ScanCost (Bench::*scan)())

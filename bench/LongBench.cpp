@@ -1,21 +1,15 @@
 // Eight hours on line with ten windows open and an edit a minute, at intervals so many times shorter: what
 // leaks or drifts shows.
 
-#include "Memory.h"
+#include "AttachedProgram.h"
+#include "Figures.h"
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
-#include "platform/Asker.h"
-#include "platform/SettingsStore.h"
 #include "platform/Waiting.h"
-#include "shell/MDIFormMain.h"
-#include "tour/DriveProcess.h"
-#include "tour/NoHelp.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <cmath>
 #include <cstdio>
@@ -33,18 +27,6 @@ constexpr int MinuteMs = 60'000 / Haste;
 constexpr int OpenWindows = 10;
 constexpr int Edited = 226;
 
-class FailingAsker : public Asker
-{
-public:
-    MsgAnswer MsgBox(const QString &text, MsgButtons, MsgIcon, const QString &) override
-    {
-        std::fprintf(stderr, "%s\n", qPrintable(text));
-        std::exit(1);
-    }
-    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return {}; }
-    std::optional<QString> ShowSave(const FileDialogRequest &) override { return {}; }
-};
-
 /** What must stay flat. */
 struct Gauge {
     double memoryMiB = 0;
@@ -59,12 +41,6 @@ Gauge ReadGauge()
     for (const QWidget *widget : QApplication::topLevelWidgets())
         gauge.timers += int(widget->findChildren<QTimer *>().size());
     return gauge;
-}
-
-bool Print(const char *name, double value, const char *unit, double limit)
-{
-    std::printf("%s: %.3g %s (limit %g)\n", name, value, unit, limit);
-    return value <= limit;
 }
 
 void OpenTenWindows(MDIFormMain &main)
@@ -91,32 +67,14 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     const int minutes = argc > 1 ? std::atoi(argv[1]) : Hours * 60;
 
-    const QTemporaryDir folder;
-    const QString link = folder.filePath(QStringLiteral("drive"));
-    QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), folder.filePath(QStringLiteral("Presets.fil")));
-    DriveProcess drive;
-    if (!drive.Start(QStringLiteral(QUORVIK_DRIVE_PROGRAM), link, QStringLiteral(QUORVIK_PRESETS_FILE)))
-        return 1;
-    SettingsStore settings(folder.filePath(QStringLiteral("Quorvik.ini")));
-    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("16"));
-    settings.SaveSetting(QStringLiteral("Ports"), QStringLiteral("Com16"), link);
-    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("Show Tips at Startup"),
-                         QStringLiteral("False"));
-    FailingAsker asker;
-    NoHelp help;
+    AttachedProgram program;
     constexpr LinkTimings real;
     // The wait for a reply is not shortened: the line is paced as in the field.
-    MDIFormMain main({asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
-                      folder.filePath(QStringLiteral("Quorvik.lock")),
-                      folder.filePath(QStringLiteral("data")),
-                      LinkTimings{real.scanPause / Haste, real.replyTimeout, real.sizeErrorPause / Haste,
-                                  real.progressUpdate / Haste}});
-    if (!main.Load(folder.filePath(QStringLiteral("Presets.fil"))))
+    if (!program.GoOnLine({real.scanPause / Haste, real.replyTimeout, real.sizeErrorPause / Haste,
+                           real.progressUpdate / Haste}))
         return 1;
+    MDIFormMain &main = program.Main();
     Engines &engines = main.AllEngines();
-    engines.link.GoOnLine();
-    if (!engines.link.PortOpen())
-        return 1;
     OpenTenWindows(main);
 
     int scans = 0;

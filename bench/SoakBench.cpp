@@ -2,7 +2,7 @@
 
 #include "link/LineSoak.h"
 
-#include "Memory.h"
+#include "Figures.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,22 +1,17 @@
 // What the windows and the settings files cost, in the release build, on line with a drive paced as in the
 // field.
 
-#include "Memory.h"
+#include "AttachedProgram.h"
+#include "Figures.h"
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
-#include "platform/Asker.h"
-#include "platform/SettingsStore.h"
 #include "settings/forms/FormViewParameters.h"
-#include "shell/MDIFormMain.h"
-#include "tour/DriveProcess.h"
-#include "tour/NoHelp.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QMainWindow>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeView>
 #include <algorithm>
@@ -32,25 +27,6 @@ using namespace quorvik;
 constexpr double NsPerMs = 1e6;
 constexpr int TableFactor = 10;
 constexpr int CpuSeconds = 10;
-
-/** Any message box means that the measurement is worth nothing. */
-class FailingAsker : public Asker
-{
-public:
-    MsgAnswer MsgBox(const QString &text, MsgButtons, MsgIcon, const QString &) override
-    {
-        std::fprintf(stderr, "%s\n", qPrintable(text));
-        std::exit(1);
-    }
-    std::optional<QString> ShowOpen(const FileDialogRequest &) override { return {}; }
-    std::optional<QString> ShowSave(const FileDialogRequest &) override { return {}; }
-};
-
-bool Print(const char *name, double value, const char *unit, double limit)
-{
-    std::printf("%s: %.3g %s (limit %g)\n", name, value, unit, limit);
-    return value <= limit;
-}
 
 template<typename Work> double MillisecondsOf(Work &&work)
 {
@@ -195,32 +171,12 @@ int main(int argc, char **argv)
         emptyMiB = ResidentMiB();
     }
 
-    const QTemporaryDir folder;
-    const QString link = folder.filePath(QStringLiteral("drive"));
-    QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), folder.filePath(QStringLiteral("Presets.fil")));
-    DriveProcess drive;
-    if (!drive.Start(QStringLiteral(QUORVIK_DRIVE_PROGRAM), link, QStringLiteral(QUORVIK_PRESETS_FILE)))
+    AttachedProgram program;
+    bool kept = MeasureFiles(program.Folder());
+    if (!program.GoOnLine({}))
         return 1;
-
-    bool kept = MeasureFiles(folder.path());
-    SettingsStore settings(folder.filePath(QStringLiteral("Quorvik.ini")));
-    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("16"));
-    settings.SaveSetting(QStringLiteral("Ports"), QStringLiteral("Com16"), link);
-    settings.SaveSetting(QStringLiteral("Options"), QStringLiteral("Show Tips at Startup"),
-                         QStringLiteral("False"));
-    FailingAsker asker;
-    NoHelp help;
-    MDIFormMain main({asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
-                      folder.filePath(QStringLiteral("Quorvik.lock")),
-                      folder.filePath(QStringLiteral("data")), LinkTimings{}});
-    // A file on the command line brings the program up without a dialog.
-    const QString start = folder.filePath(QStringLiteral("Presets.fil"));
-    if (!main.Load(start))
-        return 1;
+    MDIFormMain &main = program.Main();
     DriveLink &driveLink = main.AllEngines().link;
-    driveLink.GoOnLine();
-    if (!driveLink.PortOpen())
-        return 1;
     driveLink.SetAllReadFlags(1);
     driveLink.ScanKind = 1;
     driveLink.ShowProgressBar();

@@ -3,6 +3,13 @@
 #include <cstdio>
 #include <unistd.h>
 
+/** One figure, as bench.sh passes it on. @return whether it keeps its limit. */
+inline bool Print(const char *name, double value, const char *unit, double limit)
+{
+    std::printf("%s: %.4g %s (limit %g)\n", name, value, unit, limit);
+    return value <= limit;
+}
+
 /** Resident memory of this process, in MiB. */
 inline double ResidentMiB()
 {
