@@ -21,8 +21,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <poll.h>
 #include <pty.h>
+#include <sched.h>
 #include <thread>
 #include <unistd.h>
 
@@ -269,10 +269,24 @@ double PacedRatio(ScanCost (Bench::*scan)())
     return MedianOf(ratios);
 }
 
+/**
+ * Tool and drive share a core. Waking a core that has gone to sleep takes a virtual machine 20 to 100
+ * microseconds, by the hour, at each turn of the line: that would measure the machine and not the program.
+ */
+void StayOnOneCore()
+{
+    cpu_set_t cores;
+    CPU_ZERO(&cores);
+    CPU_SET(std::size_t(::sched_getcpu()), &cores);
+    if (::sched_setaffinity(0, sizeof cores, &cores) != 0)
+        Fail(QStringLiteral("the system does not let the program keep to one core"));
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    StayOnOneCore();
     const QCoreApplication application(argc, argv);
     bool kept = Print("link-read-paced", PacedRatio(&Bench::Read), "x wire", 1.06);
     kept &= Print("link-write-paced", PacedRatio(&Bench::Write), "x wire", 1.08);
@@ -286,12 +300,9 @@ int main(int argc, char **argv)
         scans.push_back(cost.ns / cost.parameters);
         echoes.push_back(BareEcho());
     }
-    // What the machine itself holds up is not the program's doing.
-    const double idleGap = unpaced.IdleGap(500);
-    const double readGap = unpaced.WorstGap([&] { unpaced.Read(); });
-    const double writeGap = unpaced.WorstGap([&] { unpaced.Write(); });
-    kept &= Print("link-latency-read", std::max(readGap - idleGap, 0.0), "ms", 30);
-    kept &= Print("link-latency-write", std::max(writeGap - idleGap, 0.0), "ms", 30);
+    std::printf("link-latency-idle: %.4g ms (limit none)\n", unpaced.IdleGap(500));
+    kept &= Print("link-latency-read", unpaced.WorstGap([&] { unpaced.Read(); }), "ms", 30);
+    kept &= Print("link-latency-write", unpaced.WorstGap([&] { unpaced.Write(); }), "ms", 30);
 
     kept &= Print("link-read-unpaced", MedianOf(scans) / NsPerUs, "us/parameter", 100);
     kept &= Print("link-read-to-bare-echo", MedianOf(scans) / MedianOf(echoes), "x", 1.5);
