@@ -37,14 +37,15 @@ public:
 
 QPalette DarkPalette()
 {
-    QPalette palette;
     const QColor paper(40, 42, 46);
-    palette.setColor(QPalette::Window, paper);
+    // Derives what is not said, shades and alternate rows among it.
+    QPalette palette(paper.lighter(120), paper);
     palette.setColor(QPalette::Base, paper.darker(130));
-    palette.setColor(QPalette::Button, paper.lighter(120));
+    palette.setColor(QPalette::AlternateBase, paper.darker(115));
     palette.setColor(QPalette::Highlight, QColor(70, 140, 220));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(role, QColor(230, 230, 230));
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
+            palette.setColor(group, role, QColor(230, 230, 230));
     return palette;
 }
 
