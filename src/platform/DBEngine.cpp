@@ -138,7 +138,9 @@ void Recordset::AddNew()
 
 void Recordset::SetValue(const QString &field, const QVariant &value)
 {
-    newRow_[ColumnOf(field)] = value;
+    // The driver would store a text that was never set as Null, which no reader of a required column takes.
+    const bool isUnsetText = value.typeId() == QMetaType::QString && value.toString().isNull();
+    newRow_[ColumnOf(field)] = isUnsetText ? QVariant(QLatin1String("")) : value;
 }
 
 QString Recordset::Update()
