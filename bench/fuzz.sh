@@ -1,10 +1,12 @@
 #!/bin/bash
-# Runs every fuzz target for so many seconds: fuzz.sh [seconds]. What breaks one lies in build/fuzz/found.
+# Runs every fuzz target for so many seconds: fuzz.sh [seconds [seed]]; every run tries other inputs, but for those of one seed.
+# What breaks a target lies in build/fuzz/found.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/install.sh
 install_packages build fuzz >&2
 seconds=${1:-300}
+seed=${2:-0}
 targets=(link settings numbers notes presets)
 build_preset fuzz "${targets[@]/#/quorvik-fuzz-}" >&2
 
@@ -13,7 +15,7 @@ mkdir -p build/fuzz/found
 fuzz() {
     local target=$1 log=build/fuzz/$1.log
     mkdir -p "build/fuzz/corpus/$target"
-    "build/fuzz/tests/fuzz/quorvik-fuzz-$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
+    "build/fuzz/tests/fuzz/quorvik-fuzz-$target" -max_total_time="$seconds" -seed="$seed" -timeout=10 -rss_limit_mb=2048 \
         -max_len=4096 -print_final_stats=1 -artifact_prefix="build/fuzz/found/$target-" \
         "build/fuzz/corpus/$target" "tests/fuzz/corpus/$target" >"$log" 2>&1 || {
         tail -n 40 "$log" >&2
