@@ -15,15 +15,9 @@ endif()
 
 add_library(quorvik_flags INTERFACE)
 # Real-valued formulas are evaluated in the printed order, each step rounded to 64 bits.
-if(MSVC)
-    target_compile_options(quorvik_flags INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /fp:precise)
-else()
-    target_compile_options(quorvik_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-        -Woverloaded-virtual -Werror -ffp-contract=off)
-endif()
-if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
-    target_link_options(quorvik_flags INTERFACE -Wl,-z,relro,-z,now)
-endif()
+target_compile_options(quorvik_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    -Woverloaded-virtual -Werror -ffp-contract=off)
+target_link_options(quorvik_flags INTERFACE -Wl,-z,relro,-z,now)
 target_compile_definitions(quorvik_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH
     QUORVIK_VERSION="${PROJECT_VERSION}")

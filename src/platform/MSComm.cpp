@@ -5,11 +5,9 @@
 #include <algorithm>
 #include <utility>
 
-#ifdef Q_OS_UNIX
 #include <sys/file.h>
 #include <termios.h>
 #include <unistd.h>
-#endif
 
 namespace quorvik
 {
@@ -28,21 +26,15 @@ QString RealDevice(const QString &device)
 }
 
 /** Keeps out programs that lock the way terminal programs do; the port itself keeps out the others. */
-bool LockForUs([[maybe_unused]] const QSerialPort &port)
+bool LockForUs(const QSerialPort &port)
 {
-#ifdef Q_OS_UNIX
     return ::flock(port.handle(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-#else
-    return true;
-#endif
 }
 
 /** A closed port forgets its speed at once, so what was just sent must have left before. */
-void LetLastBytesLeave([[maybe_unused]] const QSerialPort &port)
+void LetLastBytesLeave(const QSerialPort &port)
 {
-#ifdef Q_OS_UNIX
     ::tcdrain(port.handle());
-#endif
 }
 
 QString InUse(const QString &place, const QString &detail)
@@ -72,7 +64,6 @@ QString NoPermission(const QString &place, const QFileInfo &device)
 
 QString WhyNotOpened(const QSerialPort &port, const QString &device, const QString &place)
 {
-#ifdef Q_OS_UNIX
     const QFileInfo info(device);
     if (!info.exists())
         return NoDevice(place);
@@ -80,7 +71,6 @@ QString WhyNotOpened(const QSerialPort &port, const QString &device, const QStri
         return NoPermission(place, info);
     if (info.isFile() || info.isDir())
         return place + QStringLiteral(" is not a serial port. Choose another with Options, Communications.");
-#endif
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
         return NoDevice(place);
@@ -156,12 +146,10 @@ void MSComm::Output(const QByteArray &bytes)
     if (!port_)
         return;
     qsizetype sent = 0;
-#ifdef Q_OS_UNIX
     // Not by way of the port's own buffer, which costs turns of the event loop: a scan is as fast as its
     // turnarounds.
     if (port_->bytesToWrite() == 0)
         sent = std::max<qsizetype>(::write(port_->handle(), bytes.constData(), std::size_t(bytes.size())), 0);
-#endif
     if (sent < bytes.size())
         port_->write(bytes.sliced(sent));
 }

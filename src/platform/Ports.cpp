@@ -60,8 +60,6 @@ QString Ports::DeviceOf(int number) const
 {
     if (number < First || number > Last)
         return {};
-    if (!CanChoose())
-        return DefaultDevice(number);
     const QString chosen = settings_.GetSetting(Section(), KeyOf(number));
     return chosen.isEmpty() ? DefaultDevice(number) : chosen;
 }
@@ -72,25 +70,12 @@ void Ports::SetDevice(int number, const QString &path)
         settings_.SaveSetting(Section(), KeyOf(number), path == DefaultDevice(number) ? QString() : path);
 }
 
-bool Ports::CanChoose()
-{
-#ifdef Q_OS_WIN
-    return false;
-#else
-    return true;
-#endif
-}
-
 QString Ports::DefaultDevice(int number)
 {
-#ifdef Q_OS_WIN
-    return QStringLiteral("COM%1").arg(number);
-#else
     for (const DefaultRange &range : Defaults)
         if (number >= range.first && number <= range.last)
             return QLatin1String(range.device) + QString::number(number - range.first);
     return number == SimulatedDrive ? SimulatedDriveLink() : QString();
-#endif
 }
 
 QString Ports::SimulatedDriveLink()

@@ -17,7 +17,7 @@ struct SerialDevice {
 /**
  * Which device a port number stands for: the one that the user chose (section `Ports`, key `Com` and the
  * number), or else a fixed one: 1 to 4 the built-in ports, 5 to 8 USB adapters, 9 to 12 USB modems, 16 the
- * simulated drive. On Windows number n is COMn, and nothing is to be chosen.
+ * simulated drive.
  */
 class Ports
 {
@@ -33,8 +33,6 @@ public:
     /** Chooses a device; an empty path goes back to the fixed one. */
     void SetDevice(int number, const QString &path);
 
-    /** Whether numbers can be given other devices on this platform. */
-    static bool CanChoose();
     /** What stands behind a number that the user chose nothing for; empty for none. */
     static QString DefaultDevice(int number);
     /** Where the simulated drive puts the link to its port unless told otherwise. */

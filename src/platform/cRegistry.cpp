@@ -1,9 +1,5 @@
 #include "platform/cRegistry.h"
 
-#include <QtGlobal>
-
-#ifndef Q_OS_WIN
-
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -107,5 +103,3 @@ void cRegistry::CreateEXEAssociation(const QString &programPath, const QString &
 }
 
 } // namespace quorvik
-
-#endif

@@ -14,14 +14,13 @@ struct AssociationVerbs {
 };
 
 /**
- * Ties a file name extension to a program: in the system registry on Windows, in the desktop's databases of
- * applications and file types under the user's data folder elsewhere. What is stored already is left alone.
- * A failure is traced and nothing more.
+ * Ties a file name extension to a program in the desktop's databases of applications and file types under the
+ * user's data folder. What is stored already is left alone. A failure is traced and nothing more.
  */
 class cRegistry
 {
 public:
-    /** @param dataHome the user's data folder; not used on Windows. */
+    /** @param dataHome the user's data folder. */
     explicit cRegistry(QString dataHome);
 
     /**

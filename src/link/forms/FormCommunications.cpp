@@ -77,7 +77,7 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
 
     const bool mayChange = !link_.PortOpen();
     comboCommPort_->setEnabled(mayChange);
-    comboDevice_->setEnabled(mayChange && Ports::CanChoose());
+    comboDevice_->setEnabled(mayChange);
 
     On(comboCommPort_, &QComboBox::currentIndexChanged, this, [this] {
         KeepDevice();
