@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSerialPort>
+#include <QSocketNotifier>
 #include <algorithm>
 #include <utility>
 
@@ -178,11 +179,9 @@ void MSComm::Raise()
 void MSComm::WatchForLoss()
 {
     QSerialPort *port = port_.get();
-    connect(port, &QSerialPort::errorOccurred, this, [this, port](QSerialPort::SerialPortError error) {
-        if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError)
-            return;
-        // A line that was hung up reads as ready for ever: let go of it, and leave the silence to the caller.
-        // Not from within the port's own call, which still uses it.
+    // A line that was hung up reads as ready for ever: let go of it, and leave the silence to the caller.
+    // Not from within the call that tells it, which still uses the port.
+    const auto letGo = [this, port] {
         QMetaObject::invokeMethod(
             port,
             [this, port] {
@@ -190,6 +189,16 @@ void MSComm::WatchForLoss()
                     Retire();
             },
             Qt::QueuedConnection);
+    };
+    connect(port, &QSerialPort::errorOccurred, this, [letGo](QSerialPort::SerialPortError error) {
+        if (error != QSerialPort::NoError && error != QSerialPort::TimeoutError)
+            letGo();
+    });
+    // Newer versions of the port call an end of the line no error.
+    hangUp_ = std::make_unique<QSocketNotifier>(port->handle(), QSocketNotifier::Exception);
+    connect(hangUp_.get(), &QSocketNotifier::activated, this, [this, letGo] {
+        hangUp_->setEnabled(false);
+        letGo();
     });
 }
 
@@ -198,6 +207,7 @@ void MSComm::Retire()
     if (!port_)
         return;
     port_->disconnect(this);
+    hangUp_.reset();
     port_->close();
     // While OnComm is being raised its port is still in use further up, even after a nested event loop.
     if (raising_ > 0)

@@ -7,6 +7,7 @@
 #include <vector>
 
 class QSerialPort;
+class QSocketNotifier;
 
 namespace quorvik
 {
@@ -65,6 +66,7 @@ private:
     void Retire();
 
     std::unique_ptr<QSerialPort> port_; ///< none while closed, and none once its adapter was pulled out
+    std::unique_ptr<QSocketNotifier> hangUp_;
     std::vector<std::unique_ptr<QSerialPort>> retired_;
     QByteArray buffer_;
     bool open_ = false;
