@@ -27,8 +27,9 @@ QString LongTimeFormat(const QLocale &locale)
     for (const QChar c : locale.timeFormat(QLocale::LongFormat)) {
         if (c == u'\'')
             quoted = !quoted;
+        // Some systems set a narrow blank before AM and PM, others a plain one.
         if (quoted || c != u't')
-            format.append(c);
+            format.append(c.isSpace() ? u' ' : c);
     }
     return format.remove(QStringLiteral("()")).trimmed();
 }
