@@ -168,7 +168,7 @@ TEST_P(WalkerTest, ArmsEndAtContactsAndContactsAreWired)
 
 TEST_P(WalkerTest, TabReachesEveryRowAreaAndButton)
 {
-    QApplication::setActiveWindow(form);
+    form->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form));
     QSet<QString> missing;
     for (QWidget *control : form->findChildren<QWidget *>())

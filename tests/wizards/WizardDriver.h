@@ -25,7 +25,7 @@ public:
         asOpened = Snapshot(desk.model);
         form = std::make_unique<Window>(desk.desk, nullptr);
         form->show();
-        QApplication::setActiveWindow(form.get());
+        form->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
     }
 
