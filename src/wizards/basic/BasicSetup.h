@@ -59,7 +59,7 @@ struct EntryInfo {
 };
 
 enum OperatingMode { StandardVelocity = 0, FieldCrossover = 1, Torque = 2 };
-enum FieldType { Shunt = 0, PermanentMagnet = 1 };
+enum MotorField { Shunt = 0, PermanentMagnet = 1 };
 enum Feedback { NoFeedback = -1, ArmatureFeedback = 0, TachometerFeedback = 1, EncoderFeedback = 2 };
 enum StartStopLogic { TwoWire = 0, ThreeWire = 1 };
 enum StopMode { RampStop = 0, QuickStop = 1, CoastStop = 2 };
