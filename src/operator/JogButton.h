@@ -16,7 +16,6 @@ class JogButton : public OperatorButton
 public:
     explicit JogButton(QWidget *parent);
 
-    bool IsHeld() const { return isHeld_; }
     /** Ends the hold, if there is one. */
     void Release();
 

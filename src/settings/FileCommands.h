@@ -52,9 +52,6 @@ public:
     /** Loads a file, telling the user of a failure; on line, sends it to the drive. */
     void LoadAndAssignSettingsFromFile(const QString &path);
 
-    /** The path of the file dialog's last use, which Save writes to; empty until a dialog was used. */
-    const QString &DialogFileName() const { return dialogFileName_; }
-
 Q_SIGNALS:
     /** A save failed without a box; the sentence is for the status bar. */
     void SaveFailed(const QString &sentence);
@@ -70,7 +67,7 @@ private:
     Asker &asker_;
     SettingsFile &file_;
     QString programFolder_;
-    QString dialogFileName_;
+    QString dialogFileName_; ///< of the file dialog's last use, which Save writes to; empty until then
 };
 
 } // namespace quorvik

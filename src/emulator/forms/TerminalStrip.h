@@ -40,7 +40,6 @@ public:
     int Selected() const { return selected_; }
     /** Pairs of positions that contacts join now. */
     void SetContacts(const QList<QPair<int, int>> &contacts);
-    const QList<QPair<int, int>> &Contacts() const { return contacts_; }
 
     /** Where the terminal is drawn. */
     QRectF CellRect(int position) const;

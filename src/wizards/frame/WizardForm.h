@@ -25,7 +25,6 @@ public:
     static constexpr int LastStep = 10;
 
     int CurrentStep() const { return currentStep_; }
-    bool FinishEnabled() const { return finishEnabled_; }
 
 protected:
     using Topics = std::array<const char *, LastStep + 1>;
