@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 namespace quorvik
@@ -13,13 +14,15 @@ namespace quorvik
 class AtomicFile
 {
 public:
-    /** @param target the file to be written or replaced; a link is followed to the file behind it. */
+    /** @param target the file to be written or replaced; a link is followed to the file behind it, which need
+     * not exist. */
     explicit AtomicFile(const QString &target);
     ~AtomicFile();
     AtomicFile(const AtomicFile &) = delete;
     AtomicFile &operator=(const AtomicFile &) = delete;
 
-    /** Creates the empty sibling. @return an empty text, or a sentence on why it cannot be created. */
+    /** Creates the empty sibling, with the owner and mode of the target as far as it can have them. @return
+     * an empty text, or a sentence on why it cannot be created. */
     QString Create();
 
     /** Path of the sibling that takes the content; empty before Create(). */
@@ -30,6 +33,9 @@ public:
      * file was. @return an empty text, or a sentence on what failed; the target is then as it was.
      */
     QString Commit();
+
+    /** Writes a whole file in one go. @return as Commit(). */
+    static QString Write(const QString &target, const QByteArray &content);
 
 private:
     QString target_;

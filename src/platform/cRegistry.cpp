@@ -1,10 +1,11 @@
 #include "platform/cRegistry.h"
 
+#include "platform/AtomicFile.h"
+
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <utility>
 
@@ -31,11 +32,10 @@ bool WriteWhereDifferent(const QString &path, const QByteArray &wanted)
     if (Contents(path) == wanted)
         return false;
     QDir().mkpath(QFileInfo(path).absolutePath());
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(wanted) == wanted.size() && file.commit())
-        return true;
-    qWarning() << "File association not written:" << path << file.errorString();
-    return false;
+    const QString failure = AtomicFile::Write(path, wanted);
+    if (!failure.isEmpty())
+        qWarning().noquote() << failure;
+    return failure.isEmpty();
 }
 
 /** The path as an argument of a desktop entry's Exec line, which has quoting rules of its own. */

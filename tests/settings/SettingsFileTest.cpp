@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace quorvik::testing
 {
@@ -120,17 +121,36 @@ TEST_F(SettingsFileTest, OnLineTheDriveKeepsWhatIsItsOwn)
     EXPECT_EQ(model.ParamTable[439].Value, 441) << "a new parameter has no read-only bit yet";
 }
 
-TEST_F(SettingsFileTest, SaveReplacesReadOnlyFilesAndFollowsLinks)
+TEST_F(SettingsFileTest, SaveFollowsLinksAndKeepsModes)
 {
-    const QString target = Path("a.Svx");
-    ASSERT_EQ(WriteSet(target, 2), QString());
-    QFile::setPermissions(target, QFile::ReadOwner | QFile::ReadGroup);
-    ASSERT_TRUE(QFile::link(target, Path("link.Svx")));
-    ASSERT_EQ(file.Save(Path("link.Svx")), QString());
-    EXPECT_TRUE(QFileInfo(Path("link.Svx")).isSymLink());
-    EXPECT_TRUE(QFile::permissions(target) & QFile::WriteOwner);
-    EXPECT_TRUE(QFile::permissions(target) & QFile::ReadGroup);
-    EXPECT_EQ(file.LoadSettings(target), QString());
+    const QString longest = QString(125, u'ü') + QStringLiteral("x.Svx"); // 255 bytes
+    ASSERT_TRUE(QDir().mkpath(Path("sub")));
+    ASSERT_TRUE(QFile::link(Path("a.Svx"), Path("link.Svx")) &&
+                QFile::link(QStringLiteral("../new.Svx"), Path("sub/dangling.Svx")));
+    const mode_t umaskBefore = ::umask(0027);
+    // The name saved to, the file behind it, its mode before where it exists, and after.
+    const std::tuple<QString, QString, mode_t, mode_t> cases[] = {
+        {Path("plain.Svx"), Path("plain.Svx"), 0, 0640},
+        {Path("link.Svx"), Path("a.Svx"), 0440, 0640},
+        {Path("sub/dangling.Svx"), Path("new.Svx"), 0, 0640},
+        {folder.filePath(longest), folder.filePath(longest), 0606, 0606},
+    };
+    for (const auto &[path, behind, before, after] : cases) {
+        SCOPED_TRACE(path.toStdString());
+        const QByteArray name = QFile::encodeName(behind);
+        if (before != 0) {
+            ASSERT_EQ(WriteSet(behind, 2), QString());
+            ASSERT_EQ(::chmod(name.constData(), before), 0);
+        }
+        const bool wasLink = QFileInfo(path).isSymLink();
+        ASSERT_EQ(file.Save(path), QString());
+        struct stat saved = {};
+        ASSERT_EQ(::lstat(name.constData(), &saved), 0);
+        EXPECT_EQ(saved.st_mode & 07777, after);
+        EXPECT_EQ(QFileInfo(path).isSymLink(), wasLink);
+        EXPECT_EQ(file.LoadSettings(path), QString());
+    }
+    ::umask(umaskBefore);
 }
 
 TEST_F(SettingsFileTest, FailedSaveLeavesFileFolderAndMarks)
