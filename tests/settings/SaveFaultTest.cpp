@@ -1,6 +1,6 @@
 #include "SetFixture.h"
 
-#include "TracedChild.h"
+#include "FaultyCalls.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -81,14 +81,12 @@ protected:
     QByteArray oldBytes_;
 };
 
-TEST_F(SaveFaultTest, KilledAtEverySystemCall)
+TEST_F(SaveFaultTest, KilledAtEveryCallThatChangesFiles)
 {
-    if (!CanTraceChildren())
-        GTEST_SKIP() << "processes cannot be traced here";
     int kills = 0;
     int keptOld = 0;
     for (int at = 1;; ++at) {
-        const ChildEnd end = RunUnderFault({ChildFault::Kind::Kill, at}, Save());
+        const ChildEnd end = RunUnderFault(Fault::Kill, at, Save());
         if (!end.wasStruck) {
             ASSERT_EQ(end.exitCode, Saved);
             break;
@@ -102,25 +100,22 @@ TEST_F(SaveFaultTest, KilledAtEverySystemCall)
         RemoveLeftovers();
     }
     EXPECT_EQ(MarkOfTarget(), NewMark);
-    EXPECT_GT(keptOld, 50);
+    EXPECT_GT(keptOld, 10);
     EXPECT_GT(kills, keptOld) << "some kills come after the new file is in place";
     std::printf("kills: %d, old file kept: %d, new file in place: %d\n", kills, keptOld, kills - keptOld);
 }
 
 TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
 {
-    if (!CanTraceChildren())
-        GTEST_SKIP() << "processes cannot be traced here";
-    const std::tuple<const char *, ChildFault::Kind, int> cases[] = {
-        {"disk full", ChildFault::Kind::DiskFull, 5},
-        {"flush refused", ChildFault::Kind::DiskBad, 1},
-        {"naming refused", ChildFault::Kind::Locked, 3}};
+    const std::tuple<const char *, Fault, int> cases[] = {{"disk full", Fault::DiskFull, 5},
+                                                          {"flush refused", Fault::DiskBad, 1},
+                                                          {"naming refused", Fault::Locked, 3}};
     for (const auto &[title, kind, atLeast] : cases) {
         SCOPED_TRACE(title);
         int refusals = 0;
         int told = 0;
         for (int at = 1;; ++at) {
-            const ChildEnd end = RunUnderFault({kind, at}, Save());
+            const ChildEnd end = RunUnderFault(kind, at, Save());
             ASSERT_TRUE(end.exitCode.has_value());
             const int mark = MarkOfTarget();
             if (!end.wasStruck) {
@@ -131,7 +126,7 @@ TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
             // A save that tells of no failure has saved, and one that does has left the old file alone.
             ASSERT_EQ(mark, end.exitCode == Saved ? NewMark : OldMark) << "at " << at;
             told += end.exitCode == Told ? 1 : 0;
-            if (kind != ChildFault::Kind::Locked) {
+            if (kind != Fault::Locked) {
                 EXPECT_EQ(Leftovers(), QStringList()) << "at " << at;
             }
             RemoveLeftovers();
@@ -146,16 +141,9 @@ TEST_F(SaveFaultTest, RefusedByTheDiskAtEveryPlace)
 
 TEST_F(SaveFaultTest, AFolderThatCannotBeWrittenTo)
 {
-    // Root may write everywhere, so the child becomes nobody.
-    constexpr uid_t nobody = 65534;
     ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0555), 0);
-    const ChildEnd end = RunUnderFault({ChildFault::Kind::Kill, 1 << 20}, [this] {
-        if (::getuid() == 0 && ::setresuid(nobody, nobody, nobody) != 0)
-            return 99;
-        return Save()();
-    });
+    EXPECT_FALSE(file.Save(Target()).isEmpty());
     ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0755), 0);
-    EXPECT_EQ(end.exitCode, Told);
     EXPECT_EQ(MarkOfTarget(), OldMark);
     EXPECT_EQ(Leftovers(), QStringList());
 }
