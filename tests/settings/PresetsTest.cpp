@@ -4,75 +4,10 @@
 #include "model/Conversions.h"
 #include "settings/SettingsTables.h"
 
-#include <QSet>
-
 namespace quorvik::testing
 {
 
-namespace
-{
-
-bool IsWithin(int number, int first, int last)
-{
-    return number >= first && number <= last;
-}
-
-bool IsDestination(int i)
-{
-    return IsWithin(i, 1, 7) || IsWithin(i, 23, 27) || i == 63 || (IsWithin(i, 367, 405) && i % 2 == 1);
-}
-
-bool IsSource(int i)
-{
-    return IsWithin(i, 69, 71) || i == 81 || i == 82 || i == 89 || i == 412 ||
-           (IsWithin(i, 366, 404) && i % 2 == 0);
-}
-
-bool IsLeading(int i)
-{
-    return IsDestination(i) || IsWithin(i, 28, 32) || IsWithin(i, 69, 70) || IsWithin(i, 72, 74) || i == 89;
-}
-
-} // namespace
-
 using PresetsTest = SetTest;
-
-TEST_F(PresetsTest, EveryParameterKeepsTheRules)
-{
-    ASSERT_EQ(model.PresetTable.UpperBound(), 433);
-    QSet<QString> names;
-    for (int i = 0; i <= 433; ++i) {
-        SCOPED_TRACE(i);
-        const ParamRecord &record = model.PresetTable[i];
-        EXPECT_FALSE(names.contains(record.Name));
-        names.insert(record.Name);
-        EXPECT_LE(record.Name.size(), 40);
-        EXPECT_LE(record.Min, record.Preset);
-        EXPECT_GE(record.Max, record.Preset);
-        EXPECT_EQ(record.Value, record.Preset);
-        const bool isLong = (record.Attributes & Attr::Long) != 0;
-        EXPECT_GE(record.Min, isLong ? 0 : -32768);
-        EXPECT_LE(record.Max, isLong ? 65535 : 32767);
-
-        const std::int32_t attributes = record.Attributes;
-        const int typeCode = TypeCode(attributes);
-        const bool isSelector = IsDestination(i) || IsSource(i);
-        EXPECT_EQ(typeCode == 0, isSelector);
-        EXPECT_EQ((attributes & Attr::Destination) != 0, IsDestination(i));
-        EXPECT_EQ((attributes & Attr::Refresh) != 0, IsLeading(i));
-        EXPECT_EQ(typeCode, (attributes & Attr::TypeCode) / 32) << "rounding shows another kind";
-        EXPECT_EQ(typeCode, TypeCode(attributes & ~Attr::NotInherited)) << "a dependant shows another kind";
-        if (isSelector) {
-            EXPECT_EQ(record.Max, 433);
-            EXPECT_NE(attributes & Attr::Icr, 0);
-        }
-        if ((attributes & Attr::Icr) != 0) {
-            EXPECT_EQ(typeCode % 2, 0);
-            EXPECT_EQ(DecimalsOf(attributes), 0);
-        }
-    }
-    EXPECT_EQ(model.Notes, QString());
-}
 
 TEST_F(PresetsTest, FactorySetFitsItsWiring)
 {
