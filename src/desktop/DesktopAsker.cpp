@@ -1,5 +1,7 @@
 #include "desktop/DesktopAsker.h"
 
+#include "desktop/SaveDialog.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -54,7 +56,7 @@ QStringList NameFilters()
             QStringLiteral("Svx Parameter Files (*.Svx) (*.[Ss][Vv][Xx])")};
 }
 
-std::optional<QString> RunFileDialog(QFileDialog &dialog, const FileDialogRequest &request)
+void PrepareFileDialog(QFileDialog &dialog, const FileDialogRequest &request)
 {
     dialog.setWindowTitle(request.title);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
@@ -65,9 +67,6 @@ std::optional<QString> RunFileDialog(QFileDialog &dialog, const FileDialogReques
         dialog.setDirectory(request.folder);
     if (!request.fileName.isEmpty())
         dialog.selectFile(request.fileName);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return std::nullopt;
-    return dialog.selectedFiles().constFirst();
 }
 
 } // namespace
@@ -94,15 +93,18 @@ std::optional<QString> DesktopAsker::ShowOpen(const FileDialogRequest &request)
     QFileDialog dialog(FrontWindow());
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
-    return RunFileDialog(dialog, request);
+    PrepareFileDialog(dialog, request);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return dialog.selectedFiles().constFirst();
 }
 
 std::optional<QString> DesktopAsker::ShowSave(const FileDialogRequest &request)
 {
     QFileDialog dialog(FrontWindow());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    return RunFileDialog(dialog, request);
+    PrepareFileDialog(dialog, request);
+    return RunSaveDialog(dialog, *this);
 }
 
 } // namespace quorvik

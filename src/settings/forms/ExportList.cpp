@@ -1,13 +1,15 @@
 #include "settings/forms/ExportList.h"
 
+#include "desktop/SaveDialog.h"
+#include "platform/AtomicFile.h"
 #include "settings/forms/PrintData.h"
 
+#include <QBuffer>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLocale>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QSaveFile>
 
 namespace quorvik
 {
@@ -40,39 +42,31 @@ QPageSize UsualPaper()
 
 } // namespace
 
-std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner)
+std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner, Asker &asker)
 {
     QFileDialog dialog(owner, QStringLiteral("Export"), folder);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters({CsvKind().filter, PdfKind().filter});
     dialog.setDefaultSuffix(CsvKind().suffix);
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString &filter) {
         dialog.setDefaultSuffix(filter == PdfKind().filter ? PdfKind().suffix : CsvKind().suffix);
     });
-    if (dialog.exec() != QDialog::Accepted)
-        return std::nullopt;
-    return dialog.selectedFiles().value(0);
+    return RunSaveDialog(dialog, asker);
 }
 
 QString ExportRows(const QString &path, const Model &model, const QList<ReportRow> &rows)
 {
-    QSaveFile file(path);
-    const auto failure = [&file] {
-        return QStringLiteral("The file could not be written: ") + file.errorString() + u'.';
-    };
-    if (!file.open(QIODevice::WriteOnly))
-        return failure();
-    if (QFileInfo(path).suffix().compare(PdfKind().suffix, Qt::CaseInsensitive) == 0) {
-        QPdfWriter writer(&file);
+    if (QFileInfo(path).suffix().compare(PdfKind().suffix, Qt::CaseInsensitive) != 0)
+        return AtomicFile::Write(path, RowsAsCsv(rows));
+    QBuffer pdf;
+    pdf.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&pdf);
         writer.setPageSize(UsualPaper());
         writer.setTitle(QStringLiteral("Sarvex Parameters"));
-        QString printFailure = PrintData(writer, DescribeReport(model, rows));
-        if (!printFailure.isEmpty())
-            return printFailure;
-    } else {
-        file.write(RowsAsCsv(rows));
+        if (QString failure = PrintData(writer, DescribeReport(model, rows)); !failure.isEmpty())
+            return failure;
     }
-    return file.commit() ? QString() : failure();
+    return AtomicFile::Write(path, pdf.data());
 }
 
 } // namespace quorvik

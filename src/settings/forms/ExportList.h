@@ -9,10 +9,12 @@ class QWidget;
 namespace quorvik
 {
 
+class Asker;
 class Model;
 
-/** Lets the user choose the file to export to, *.csv or *.pdf; nothing stands for a cancel. */
-std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner);
+/** Lets the user choose the file to export to, *.csv or *.pdf, and asks before one is replaced; nothing stands
+ * for a cancel. */
+std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner, Asker &asker);
 
 /**
  * Writes the rows in their order to a file: the printed report where the path ends in ".pdf", else

@@ -41,7 +41,6 @@ const QString &FormViewParameters::Caption()
 
 FormViewParameters::FormViewParameters(Desk &desk, FilePrint &print, ReportFilter filter)
     : Form(desk, QStringLiteral("FormViewParameters"), Caption(), QStringLiteral("View Parameters.htm"))
-    , ShowExport(ShowExportDialog)
     , filter_(filter)
     , list_(new ParameterListModel(this))
     , listView_(new QTreeView(this))
@@ -143,7 +142,7 @@ void FormViewParameters::BuildList()
 
 void FormViewParameters::CommandExport_Click()
 {
-    const std::optional<QString> path = ShowExport(FilePath(desk().model.FileName), this);
+    const std::optional<QString> path = ShowExportDialog(FilePath(desk().model.FileName), this, desk().asker);
     if (!path)
         return;
     const QString failure = ExportRows(*path, desk().model, Rows());

@@ -4,8 +4,6 @@
 #include "settings/Report.h"
 
 #include <array>
-#include <functional>
-#include <optional>
 
 class QLabel;
 class QRadioButton;
@@ -32,9 +30,6 @@ public:
     const QList<ReportRow> &Rows() const;
     /** Checks the option button, which rebuilds the list. */
     void SelectView(ReportFilter filter);
-
-    /** Lets the user choose where to export to; the program shows a file dialog. */
-    std::function<std::optional<QString>(const QString &folder, QWidget *owner)> ShowExport;
 
 private:
     void BuildList();

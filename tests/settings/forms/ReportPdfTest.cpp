@@ -2,18 +2,28 @@
 #include "settings/forms/ExportList.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormViewParameters.h"
+#include "support/Controls.h"
 #include "support/TestDesk.h"
 
+#include <QApplication>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPageSize>
 #include <QPrinter>
 #include <QProcess>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <utility>
 
 namespace quorvik::testing
 {
@@ -99,6 +109,30 @@ protected:
         auto *header = Find<QTreeView>("ListView")->header();
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           QPoint(header->sectionViewportPosition(column) + 10, header->height() / 2));
+    }
+
+    /** Exports under a name without its suffix, as one kind; a dialog that comes again is cancelled. */
+    void Export(const char *name, int kind)
+    {
+        desk.model.FileName = desk.folder.filePath(QStringLiteral("set.Svx"));
+        bool isAnswered = false;
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, [&] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            if (dialog == nullptr)
+                return;
+            if (std::exchange(isAnswered, true)) {
+                dialog->reject();
+                return;
+            }
+            auto *kinds = FindIn<QComboBox>(dialog, "fileTypeCombo");
+            QTest::keyClick(kinds, kind == 0 ? Qt::Key_Home : Qt::Key_End);
+            FindIn<QLineEdit>(dialog, "fileNameEdit")->setText(QLatin1String(name));
+            FindIn<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Save)->click();
+        });
+        look.start(0);
+        Click("CommandExport");
+        EXPECT_TRUE(isAnswered);
     }
 
     TestDesk desk;
@@ -225,21 +259,31 @@ TEST_F(Report, ExportWritesTheShownRowsInTheShownOrder)
     desk.model.ParamTable[305].Value = 1;
     Click("CommandRefresh");
     ClickHead(1);
-    const auto exportTo = [this](const char *name) {
-        const QString path = desk.folder.filePath(QLatin1String(name));
-        list->ShowExport = [path](const QString &, QWidget *) { return std::optional(path); };
-        Click("CommandExport");
-        return path;
-    };
-    QFile csv(exportTo("list.csv"));
+    Export("list", 0);
+    QFile csv(desk.folder.filePath(QStringLiteral("list.csv")));
+    const QByteArray rows = "Tag,Name,Preset,Value\r\n221,\"Jog Reference\",\"5.00 %\",\"7.00 %\"\r\n"
+                            "305,\"Ramp Bypass\",\"False\",\"True\"\r\n";
     ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
-    EXPECT_EQ(csv.readAll(),
-              QByteArray("Tag,Name,Preset,Value\r\n221,\"Jog Reference\",\"5.00 %\",\"7.00 %\"\r\n"
-                         "305,\"Ramp Bypass\",\"False\",\"True\"\r\n"));
-    EXPECT_EQ(NumbersOf(PagesOf(exportTo("list.PDF"))).join(u' '), QStringLiteral("221 305"));
+    EXPECT_EQ(csv.readAll(), rows);
+    Export("list", 1);
+    EXPECT_EQ(NumbersOf(PagesOf(desk.folder.filePath(QStringLiteral("list.pdf")))).join(u' '),
+              QStringLiteral("221 305"));
 
-    desk.asker.Expect(QStringLiteral("The file could not be written"));
-    exportTo("no/such/folder.csv");
+    desk.asker.Expect(QStringLiteral("\"list.csv\" exists already"), MsgAnswer::No);
+    Export("list", 0);
+    desk.asker.Expect(QStringLiteral("\"list.csv\" exists already"), MsgAnswer::Yes);
+    desk.asker.Expect(QStringLiteral("was not written"));
+    rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    auto *oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit full = {16, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    Export("list", 0);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, oldHandler);
+    QFile after(csv.fileName());
+    ASSERT_TRUE(after.open(QIODevice::ReadOnly));
+    EXPECT_EQ(after.readAll(), rows) << "a full disk takes nothing away";
 }
 
 } // namespace
