@@ -99,6 +99,7 @@ void Model::SetParamValue(int p, std::int32_t rawValue, bool modified, bool refr
     if (p != Param::SaveParameters && p != Param::LoadParameters) {
         FileModified = modified;
         DriveModified = modified;
+        HasUnsavedEdits |= modified;
     }
     UpdateTitle();
 }
@@ -156,6 +157,13 @@ QString Model::Title() const
 {
     return AppTitle() + QStringLiteral(" - [") + FileTitle(FileName) +
            (FileModified ? QStringLiteral("*]") : QStringLiteral("]"));
+}
+
+void Model::MarkFile(bool modified)
+{
+    FileModified = modified;
+    HasUnsavedEdits = modified;
+    UpdateTitle();
 }
 
 void Model::UpdateTitle()

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <array>
 #include <functional>
+#include <optional>
 
 namespace quorvik
 {
@@ -59,7 +60,11 @@ public:
 
     QString FileName = QStringLiteral("unnamed"); ///< full path of the open settings file, or "unnamed"
     QString Notes;
-    bool FileModified = false;
+    bool FileModified = false; ///< the title's asterisk; a write that is no edit takes it away
+    /** Edits that no file holds yet, whether or not the asterisk still shows them. */
+    bool HasUnsavedEdits = false;
+    /** What stands in the window of the notes while it is open and has been typed in. */
+    std::optional<QString> TypedNotes;
     bool DriveModified = false;
     bool WritePending = false;
 
@@ -120,6 +125,10 @@ public:
     void ResetToDefaults(); ///< table back to the factory state, with all rules applied
 
     void ClearVirtualSettings();
+
+    /** The set as a whole holds edits that no file has, or none: sets FileModified and HasUnsavedEdits, and
+     * announces the title. */
+    void MarkFile(bool modified);
 
     /** Announces the title that FileName and FileModified now make. */
     void UpdateTitle();
