@@ -71,19 +71,19 @@ FileCommands::FileCommands(Model &model, EntryRules &rules, Asker &asker, Settin
 
 void FileCommands::PromptSaveChanges(bool &cancel)
 {
-    if (!model_.FileModified)
+    // Edits whose mark was taken away again are not to be lost without a word either.
+    if (!model_.FileModified && !model_.HasUnsavedEdits)
         return;
     const QString text =
         FileTitle(model_.FileName) + QStringLiteral(" has been modified.\r\n\r\nSave changes?");
     switch (asker_.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::Question, AppTitle())) {
     case MsgAnswer::Yes:
         Save(0);
-        if (model_.FileModified)
+        if (model_.FileModified || model_.HasUnsavedEdits)
             cancel = true;
         break;
     case MsgAnswer::No:
-        model_.FileModified = false;
-        model_.UpdateTitle();
+        model_.MarkFile(false);
         break;
     default:
         cancel = true;
@@ -112,34 +112,35 @@ void FileCommands::Open()
     const std::optional<QString> path = asker_.ShowOpen(DialogRequest(QStringLiteral("Open")));
     if (!path)
         return;
-    dialogFileName_ = *path;
-    LoadAndAssignSettingsFromFile(dialogFileName_);
+    if (LoadAndAssignSettingsFromFile(*path))
+        dialogFileName_ = *path;
 }
 
 void FileCommands::Save(int index)
 {
     bool dialogShown = false;
+    QString chosen = dialogFileName_;
     // Refusing the factory table leaves the set unnamed, so the next round shows the dialog.
     do {
         if (index == 1 || model_.FileName == Unnamed()) {
             const std::optional<QString> path = asker_.ShowSave(DialogRequest(QStringLiteral("Save As")));
             if (!path)
                 return;
-            dialogFileName_ = *path;
+            chosen = *path;
             dialogShown = true;
         }
-    } while (RefusesPresets());
+    } while (RefusesPresets(chosen));
 
     // Save writes to the dialog's path and not to FileName: after a start with a file on the command line
     // there is none yet.
     const QString failure =
-        dialogFileName_.isEmpty()
+        chosen.isEmpty()
             ? QStringLiteral("The file was not saved: no file has been chosen in a dialog yet. Use Save As.")
-            : file_.Save(dialogFileName_);
+            : file_.Save(chosen);
     if (failure.isEmpty()) {
-        model_.FileName = dialogFileName_;
-        model_.FileModified = false;
-        model_.UpdateTitle();
+        dialogFileName_ = chosen;
+        model_.FileName = chosen;
+        model_.MarkFile(false);
         return;
     }
     // Once the dialog was shown, a failure is told without a box.
@@ -181,15 +182,16 @@ void FileCommands::WriteToDrive()
     Link.GoOffLine(1);
 }
 
-void FileCommands::LoadAndAssignSettingsFromFile(const QString &path)
+bool FileCommands::LoadAndAssignSettingsFromFile(const QString &path)
 {
     if (!model_.PortOpen()) {
-        ShowFailure(file_.LoadSettings(path));
-        return;
+        const QString failure = file_.LoadSettings(path);
+        ShowFailure(failure);
+        return failure.isEmpty();
     }
     if (!model_.DriveIsStopped()) {
         rules_.ShowStopModeMessage();
-        return;
+        return false;
     }
     QString failure;
     {
@@ -207,6 +209,7 @@ void FileCommands::LoadAndAssignSettingsFromFile(const QString &path)
         Link.RunScan(2);
     else
         ShowFailure(failure);
+    return failure.isEmpty();
 }
 
 FileDialogRequest FileCommands::DialogRequest(const QString &title) const
@@ -217,16 +220,16 @@ FileDialogRequest FileCommands::DialogRequest(const QString &title) const
     return {title, folder, FileTitle(model_.FileName)};
 }
 
-bool FileCommands::RefusesPresets()
+bool FileCommands::RefusesPresets(const QString &path)
 {
     const QFileInfo presets(programFolder_ + QStringLiteral("/Presets.fil"));
-    const QFileInfo chosen(dialogFileName_);
+    const QFileInfo chosen(path);
     const QString behind = chosen.canonicalFilePath();
     const bool isPresets =
         QDir::cleanPath(chosen.absoluteFilePath())
                 .compare(QDir::cleanPath(presets.absoluteFilePath()), Qt::CaseInsensitive) == 0 ||
         (!behind.isEmpty() && behind == presets.canonicalFilePath());
-    if (dialogFileName_.isEmpty() || !isPresets)
+    if (path.isEmpty() || !isPresets)
         return false;
     asker_.MsgBox(QStringLiteral("Cannot overwrite default file. Choose another name."), MsgButtons::Ok,
                   MsgIcon::Exclamation, AppTitle());
@@ -237,9 +240,8 @@ bool FileCommands::RefusesPresets()
 
 void FileCommands::BecomeUnnamed(bool modified)
 {
-    model_.FileModified = modified;
     model_.FileName = Unnamed();
-    model_.UpdateTitle();
+    model_.MarkFile(modified);
 }
 
 void FileCommands::ShowFailure(const QString &sentence)

@@ -35,22 +35,23 @@ public:
     /** Shows the modal drive model window. */
     std::function<void()> ShowSelectDriveModel;
 
-    /** Asks to save a modified set. cancel becomes True when the user cancelled or the save failed; a save
-     * that raises, raises here too. */
+    /** Asks to save a set with edits that no file holds. cancel becomes True when the user cancelled or the
+     * save failed; a save that raises, raises here too. */
     void PromptSaveChanges(bool &cancel);
 
     void New();
     void Open();
     /**
-     * Saves to the path of the file dialog's last use. A failure after the dialog was shown is told through
-     * SaveFailed only; any other raises RuntimeFailure. Either way the old file and the marks stay.
+     * Saves to the path that the file dialog last stood for. A failure after the dialog was shown is told
+     * through SaveFailed only; any other raises RuntimeFailure. Either way the old file and the marks stay.
      * @param index 0 Save, 1 Save As.
      */
     void Save(int index);
     void ReadFromDrive();
     void WriteToDrive();
-    /** Loads a file, telling the user of a failure; on line, sends it to the drive. */
-    void LoadAndAssignSettingsFromFile(const QString &path);
+    /** Loads a file, telling the user of a failure; on line, sends it to the drive. @return whether it was
+     * loaded. */
+    bool LoadAndAssignSettingsFromFile(const QString &path);
 
 Q_SIGNALS:
     /** A save failed without a box; the sentence is for the status bar. */
@@ -58,7 +59,7 @@ Q_SIGNALS:
 
 private:
     FileDialogRequest DialogRequest(const QString &title) const;
-    bool RefusesPresets();
+    bool RefusesPresets(const QString &path);
     void BecomeUnnamed(bool modified);
     void ShowFailure(const QString &sentence);
 

@@ -131,9 +131,8 @@ QString SettingsFile::LoadSettings(const QString &path)
     if (!ReadVirtualSettings(database, model_.VirtualSettings).isEmpty())
         model_.ClearVirtualSettings();
     Q_EMIT model_.VirtualSettingsLoaded();
-    model_.FileModified = false;
     model_.FileName = path;
-    model_.UpdateTitle();
+    model_.MarkFile(false);
     return {};
 }
 

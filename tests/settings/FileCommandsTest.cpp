@@ -72,9 +72,17 @@ TEST_F(FileCommandsTest, OpenedFileIsSavedTo)
     commands.Open();
     EXPECT_EQ(model.Value(218), 100);
     EXPECT_EQ(model.FileName, Path("saved.Svx"));
+    QFile other(Path("other.Svx"));
+    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+    asker.ExpectOpen(other.fileName());
+    asker.Expect(QStringLiteral("is not a settings file"));
+    commands.Open();
+    asker.ExpectSave(Path("none/a.Svx"));
+    commands.Save(1);
     QFile::remove(Path("saved.Svx"));
     commands.Save(0);
-    EXPECT_TRUE(QFile::exists(Path("saved.Svx")));
+    EXPECT_TRUE(QFile::exists(Path("saved.Svx"))) << "and not to what was refused";
+    EXPECT_EQ(other.size(), 0);
     EXPECT_EQ(calls, "");
 }
 
@@ -129,20 +137,22 @@ TEST_F(FileCommandsTest, PromptSaveChangesCancelsWhatItCouldNotSave)
     };
     for (const auto &[answer, path, stays] : rows) {
         model.FileName = QStringLiteral("unnamed");
-        model.FileModified = true;
+        model.MarkFile(true);
+        // A write that is no edit takes the mark away, and not the edits.
+        model.FileModified = answer != MsgAnswer::Cancel;
         asker.Expect(QStringLiteral("unnamed has been modified.\r\n\r\nSave changes?"), answer);
         if (answer == MsgAnswer::Yes)
             asker.ExpectSave(path);
         bool cancel = false;
         commands.PromptSaveChanges(cancel);
         EXPECT_EQ(cancel, stays);
-        EXPECT_EQ(model.FileModified, stays);
+        EXPECT_EQ(model.HasUnsavedEdits, stays);
         EXPECT_EQ(asker.Shown.last().buttons, MsgButtons::YesNoCancel);
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::Question);
     }
     EXPECT_EQ(asker.Shown.size(), qsizetype(rows.size()));
     EXPECT_EQ(failedSaves.size(), 1) << "a failure behind the dialog is told without a box";
-    model.FileModified = false;
+    model.MarkFile(false);
     bool cancel = false;
     commands.PromptSaveChanges(cancel);
     EXPECT_FALSE(cancel);
