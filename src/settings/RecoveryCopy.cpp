@@ -3,12 +3,13 @@
 #include "model/Model.h"
 #include "model/PathFunctions.h"
 #include "platform/Asker.h"
+#include "platform/AtomicFile.h"
 #include "platform/Guard.h"
 #include "settings/SettingsFile.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <utility>
 
 namespace quorvik
@@ -37,7 +38,7 @@ QString RecoveryCopy::NamePath() const
 
 void RecoveryCopy::OnMarksChanged()
 {
-    if (!model_.FileModified) {
+    if (!model_.HasUnsavedEdits) {
         // What an earlier run left is not ours to remove before it was offered.
         if (std::exchange(isOurs_, false))
             Remove();
@@ -65,14 +66,19 @@ void RecoveryCopy::Write()
 QString RecoveryCopy::WriteBoth()
 {
     QDir().mkpath(folder_);
-    QSaveFile name(NamePath());
-    if (!name.open(QIODevice::WriteOnly) || name.write(model_.FileName.toUtf8()) < 0 || !name.commit())
-        return name.errorString();
+    if (QString failure = AtomicFile::Write(NamePath(), model_.FileName.toUtf8()); !failure.isEmpty())
+        return failure;
     // Saving turns empty notes into one blank, which is for the user's own save to do.
-    const QString notes = model_.Notes;
+    const QString notes = std::exchange(model_.Notes, model_.TypedNotes.value_or(model_.Notes));
     QString failure = file_.Save(Path());
     model_.Notes = notes;
     return failure;
+}
+
+void RecoveryCopy::WriteNow()
+{
+    if (model_.HasUnsavedEdits)
+        Write();
 }
 
 void RecoveryCopy::Remove()
@@ -80,6 +86,17 @@ void RecoveryCopy::Remove()
     timer_.stop();
     QFile::remove(Path());
     QFile::remove(NamePath());
+}
+
+QString RecoveryCopy::SetAside()
+{
+    const QString kept =
+        folder_ +
+        QStringLiteral("/unreadable-%1.Svx").arg(QDateTime::currentDateTime().toString(u"yyyyMMdd-hhmmss"));
+    if (!QFile::rename(Path(), kept))
+        return Path();
+    QFile::remove(NamePath());
+    return kept;
 }
 
 bool RecoveryCopy::OfferLeftover(Asker &asker)
@@ -95,22 +112,25 @@ bool RecoveryCopy::OfferLeftover(Asker &asker)
         QStringLiteral(
             "Quorvik did not end normally, and changes to %1 had not been saved.\r\n\r\nRecover them?")
             .arg(FileTitle(name));
-    bool taken = false;
-    if (asker.MsgBox(question, MsgButtons::YesNo, MsgIcon::Question, AppTitle()) == MsgAnswer::Yes) {
-        const QString failure = file_.LoadSettings(Path());
-        if (failure.isEmpty()) {
-            taken = true;
-            model_.FileName = name;
-            model_.FileModified = true;
-        } else {
-            asker.MsgBox(failure, MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
-        }
+    switch (asker.MsgBox(question, MsgButtons::YesNo, MsgIcon::Question, AppTitle())) {
+    case MsgAnswer::Yes:
+        break;
+    case MsgAnswer::No:
+        Remove();
+        return false;
+    default:
+        // No answer, as when the run ends meanwhile: it is asked again next time.
+        return false;
     }
-    Remove();
-    // What was taken over is still unsaved, so this starts the next copy.
-    if (taken)
-        model_.UpdateTitle();
-    return taken;
+    if (const QString failure = file_.LoadSettings(Path()); !failure.isEmpty()) {
+        asker.MsgBox(QStringLiteral("%1\r\n\r\nThe copy is kept as \"%2\".").arg(failure, SetAside()),
+                     MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
+        return false;
+    }
+    // Still unsaved, so the copy stays until the next one takes its place.
+    model_.FileName = name;
+    model_.MarkFile(true);
+    return true;
 }
 
 } // namespace quorvik

@@ -11,8 +11,9 @@ class Model;
 class SettingsFile;
 
 /**
- * Keeps a modified set in a copy on disk, so that a crash or a power cut loses at most the last few seconds.
- * A normal end, a save or a new set removes the copy; the next start offers what a crash left, once.
+ * Keeps a set with unsaved edits, typed notes among them, in a copy on disk, so that a crash or a power cut
+ * loses at most the last few seconds. A save, a new set and a normal end remove the copy; the next start
+ * offers what a crash left.
  */
 class RecoveryCopy : public QObject
 {
@@ -27,10 +28,15 @@ public:
     RecoveryCopy(Model &model, SettingsFile &file, const QString &folder, int writeDelayMs = WriteDelayMs);
 
     /**
-     * Offers what an earlier run left behind and takes it away, whatever the answer.
-     * @return True when the set was taken over: it is in the table, marked as modified, under its old name.
+     * Offers what an earlier run left behind. A No removes it; one that cannot be read is set aside, and the
+     * user is told where.
+     * @return True when the set was taken over: it is in the table, marked as modified, under its old name,
+     * and the copy goes on with it.
      */
     bool OfferLeftover(Asker &asker);
+
+    /** Brings the copy up to date at once, where there are unsaved edits; the program is about to end. */
+    void WriteNow();
 
     /** The program ends normally: nothing is left to recover. */
     void Remove();
@@ -45,6 +51,7 @@ private:
     void OnMarksChanged();
     void Write();
     QString WriteBoth();
+    QString SetAside();
     QString NamePath() const;
 
     Model &model_;

@@ -10,6 +10,7 @@
 #include <QSignalBlocker>
 #include <QTextCursor>
 #include <algorithm>
+#include <utility>
 
 namespace quorvik
 {
@@ -59,9 +60,8 @@ FormNotes::FormNotes(Desk &desk, QWidget *owner)
     On(text1_, &QPlainTextEdit::textChanged, this, [this] { Text1_Change(); });
     On(commandClose, &QPushButton::clicked, this, [this] { accept(); });
     On(this, &QDialog::finished, this, [this] {
-        this->desk().model.Notes = text1_->toPlainText();
-        // The recovery copy looks again.
-        this->desk().model.UpdateTitle();
+        Model &model = this->desk().model;
+        model.Notes = std::exchange(model.TypedNotes, std::nullopt).value_or(model.Notes);
     });
 }
 
@@ -69,13 +69,20 @@ void FormNotes::Text1_Change()
 {
     TakeBackExcess();
     ShowCharactersLeft();
-    desk().model.FileModified = true;
-    desk().model.UpdateTitle();
+    desk().model.TypedNotes = Text();
+    desk().model.MarkFile(true);
+}
+
+QString FormNotes::Text() const
+{
+    // Plain text would have ordinary blanks in place of those that do not break.
+    QString text = text1_->document()->toRawText();
+    return text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
 }
 
 void FormNotes::TakeBackExcess()
 {
-    const int length = int(text1_->toPlainText().size());
+    const int length = int(Text().size());
     const int excess = length - MaxCharacters;
     if (excess <= 0)
         return;
@@ -84,7 +91,9 @@ void FormNotes::TakeBackExcess()
     const int end = std::clamp(insertionEnd_, excess, length);
     QTextCursor cursor(text1_->document());
     cursor.joinPreviousEditBlock();
-    cursor.setPosition(end - excess);
+    // A character of two halves goes as a whole.
+    const bool isTorn = text1_->document()->characterAt(end - excess).isLowSurrogate();
+    cursor.setPosition(end - excess - (isTorn ? 1 : 0));
     cursor.setPosition(end, QTextCursor::KeepAnchor);
     cursor.removeSelectedText();
     cursor.endEditBlock();
@@ -92,7 +101,7 @@ void FormNotes::TakeBackExcess()
 
 void FormNotes::ShowCharactersLeft()
 {
-    const int left = std::max(MaxCharacters - int(text1_->toPlainText().size()), 0);
+    const int left = std::max(MaxCharacters - int(Text().size()), 0);
     labelLeft_->setText(left == 1 ? QStringLiteral("1 character left")
                                   : QStringLiteral("%1 characters left").arg(left));
 }

@@ -18,6 +18,7 @@ public:
 
 private:
     void Text1_Change();
+    QString Text() const;
     void TakeBackExcess();
     void ShowCharactersLeft();
 

@@ -34,14 +34,16 @@ protected:
 
 TEST_F(Notes, FillingIsNoEditAndTypingIsOne)
 {
-    Open(QStringLiteral("line <b>one</b>\nline two"));
-    EXPECT_EQ(text->toPlainText(), desk.model.Notes);
+    Open(QStringLiteral("line <b>one</b>\nno\u00a0break"));
+    EXPECT_EQ(text->toPlainText(), QStringLiteral("line <b>one</b>\nno break"));
     EXPECT_FALSE(desk.model.FileModified);
     QTest::keyClicks(text, QStringLiteral("!"));
     EXPECT_TRUE(desk.model.FileModified);
-    EXPECT_EQ(desk.model.Notes, QStringLiteral("line <b>one</b>\nline two")) << "taken over on closing";
+    EXPECT_EQ(desk.model.Notes, QStringLiteral("line <b>one</b>\nno\u00a0break")) << "taken over on closing";
+    EXPECT_EQ(desk.model.TypedNotes, QStringLiteral("line <b>one</b>\nno\u00a0break!"));
     QTest::keyClick(form.get(), Qt::Key_Escape);
-    EXPECT_EQ(desk.model.Notes, QStringLiteral("line <b>one</b>\nline two!"));
+    EXPECT_EQ(desk.model.Notes, QStringLiteral("line <b>one</b>\nno\u00a0break!"));
+    EXPECT_EQ(desk.model.TypedNotes, std::nullopt);
 }
 
 TEST_F(Notes, TakesNoMoreThan255CharactersAndLosesNoneThatStoodThere)
@@ -60,6 +62,8 @@ TEST_F(Notes, TakesNoMoreThan255CharactersAndLosesNoneThatStoodThere)
     EXPECT_FALSE(text->toPlainText().contains(u'x'));
     QTest::keyClick(text, Qt::Key_Backspace);
     EXPECT_EQ(Left(), QStringLiteral("1 character left"));
+    text->insertPlainText(QStringLiteral("\U0001F600"));
+    EXPECT_EQ(Left(), QStringLiteral("1 character left")) << "no half of a character";
 
     text->selectAll();
     text->insertPlainText(QString(300, u'\n'));
