@@ -12,9 +12,9 @@
 
 #include <QComboBox>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <algorithm>
@@ -50,15 +50,27 @@ constexpr int TwipsPerPixel = 15;
 /** The height of a line of text for which the sizes in twips were made. */
 constexpr double DesignTextHeight = 13;
 
+/** How many letters X are as wide as the widest item. There may be thousands, and measuring is what costs, so
+ * only the one that takes most places is measured; a full-width character takes two. */
+int LettersOfTheWidest(const QStringList &items, const QFontMetrics &metrics)
+{
+    const auto places = [](const QString &text) {
+        constexpr char16_t firstWide = 0x1100;
+        return text.size() + std::ranges::count_if(text, [](QChar c) { return c.unicode() >= firstWide; });
+    };
+    const auto widest = std::ranges::max_element(items, {}, places);
+    return widest == items.end() ? 0
+                                 : metrics.horizontalAdvance(*widest) / metrics.horizontalAdvance(u'X') + 1;
+}
+
 } // namespace
 
 FormModifyParameterValue::FormModifyParameterValue(Desk &desk, QWidget *owner)
     : DialogForm(desk, owner, QStringLiteral("FormModifyParameterValue"), {},
                  QStringLiteral("Change a Value.htm"))
 {
-    // Closed by its frame the dialog would leave the last use's answer standing, so the frame does not offer
-    // it.
-    setWindowFlag(Qt::WindowCloseButtonHint, false);
+    // However the dialog goes, only OK changes that.
+    desk.model.EditConfirmed = false;
     MakeControls();
     Load();
 }
@@ -96,6 +108,10 @@ void FormModifyParameterValue::MakeControls()
     comboParameterSelect_->setObjectName(QStringLiteral("ComboParameterSelect"));
     comboParameterSelect_->setAccessibleName(QStringLiteral("Parameter"));
     comboParameterSelect_->setMaxVisibleItems(20);
+    comboParameterSelect_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    auto *choices = new QListView(comboParameterSelect_);
+    choices->setUniformItemSizes(true);
+    comboParameterSelect_->setView(choices);
 
     commandOK_ = new QPushButton(QStringLiteral("OK"), this);
     commandOK_->setObjectName(QStringLiteral("CommandOK"));
@@ -103,7 +119,7 @@ void FormModifyParameterValue::MakeControls()
     On(commandOK_, &QPushButton::clicked, this, [this] { CommandOK_Click(); });
     commandCancel_ = new QPushButton(QStringLiteral("Cancel"), this);
     commandCancel_->setObjectName(QStringLiteral("CommandCancel"));
-    On(commandCancel_, &QPushButton::clicked, this, [this] { CommandCancel_Click(); });
+    On(commandCancel_, &QPushButton::clicked, this, [this] { reject(); });
 
     for (QWidget *control : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
         control->setVisible(control == commandOK_ || control == commandCancel_);
@@ -131,6 +147,7 @@ void FormModifyParameterValue::LayOutCombo()
 {
     const ParamChoices choices = desk().rules.FillParamCombo(desk().model.EditParamNumber);
     comboParameterSelect_->addItems(choices.items);
+    comboParameterSelect_->setMinimumContentsLength(LettersOfTheWidest(choices.items, fontMetrics()));
     comboParameterSelect_->setCurrentIndex(-1);
     On(comboParameterSelect_, &QComboBox::currentTextChanged, this,
        [this](const QString &item) { newValue_ = item.left(item.indexOf(u' ')); });
@@ -241,20 +258,6 @@ void FormModifyParameterValue::CommandOK_Click()
         return;
     desk().model.EditConfirmed = true;
     accept();
-}
-
-void FormModifyParameterValue::CommandCancel_Click()
-{
-    desk().model.EditConfirmed = false;
-    reject();
-}
-
-void FormModifyParameterValue::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Escape)
-        CommandCancel_Click();
-    else
-        DialogForm::keyPressEvent(event);
 }
 
 } // namespace quorvik

@@ -14,7 +14,8 @@ namespace quorvik
 
 /**
  * The one place where a user types or picks a parameter's value. It edits Model::EditParamNumber, starting
- * from Model::EditValue, and leaves the result there; OK and Cancel set Model::EditConfirmed.
+ * from Model::EditValue, and leaves the result there. Model::EditConfirmed is True behind OK, and False
+ * however else it was closed.
  */
 class FormModifyParameterValue : public DialogForm
 {
@@ -26,9 +27,6 @@ public:
     /** The present choice as text: the number typed, the option's index, or the number of the parameter. */
     const QString &NewValue() const { return newValue_; }
 
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
     void MakeControls();
     void Load();
@@ -38,7 +36,6 @@ private:
     void ResizeTo(int widthTwips, int heightTwips);
     void AskAgain();
     void CommandOK_Click();
-    void CommandCancel_Click();
     bool IsAcceptable();
 
     std::array<QLabel *, 3> labelValue_{};

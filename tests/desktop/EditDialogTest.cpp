@@ -172,7 +172,7 @@ TEST_F(EditDialogTest, ADestinationInUseAsksAndSkipsTheRange)
     EXPECT_EQ(model.EditValue, 239);
 }
 
-TEST_F(EditDialogTest, EnterAcceptsEscapeCancelsAndTheFrameSaysNothing)
+TEST_F(EditDialogTest, EnterAcceptsAndEscapeOrTheFrameCancels)
 {
     desk.model.EditConfirmed = false;
     Open(10, 0, 100, 5);
@@ -183,8 +183,11 @@ TEST_F(EditDialogTest, EnterAcceptsEscapeCancelsAndTheFrameSaysNothing)
     EXPECT_EQ(desk.model.EditValue, 42) << "typing replaces the selected value";
 
     Open(10, 0, 100, 5);
+    Entry()->setText(QStringLiteral("101"));
+    desk.asker.Expect(QStringLiteral("Please enter a value between"));
+    PressOk();
     dialog->close();
-    EXPECT_TRUE(desk.model.EditConfirmed) << "keeps the answer of the last use";
+    EXPECT_FALSE(desk.model.EditConfirmed) << "what was refused is not stored";
 
     Open(10, 0, 100, 5);
     QTest::keyClick(Entry(), Qt::Key_Escape);
