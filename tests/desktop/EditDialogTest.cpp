@@ -172,9 +172,8 @@ TEST_F(EditDialogTest, ADestinationInUseAsksAndSkipsTheRange)
     EXPECT_EQ(model.EditValue, 239);
 }
 
-TEST_F(EditDialogTest, EnterAcceptsAndEscapeOrTheFrameCancels)
+TEST_F(EditDialogTest, EnterAcceptsAndAnyOtherClosingIsACancel)
 {
-    desk.model.EditConfirmed = false;
     Open(10, 0, 100, 5);
     Entry()->setFocus();
     QTest::keyClicks(Entry(), QStringLiteral("42"));
@@ -182,17 +181,19 @@ TEST_F(EditDialogTest, EnterAcceptsAndEscapeOrTheFrameCancels)
     EXPECT_TRUE(desk.model.EditConfirmed);
     EXPECT_EQ(desk.model.EditValue, 42) << "typing replaces the selected value";
 
-    Open(10, 0, 100, 5);
-    Entry()->setText(QStringLiteral("101"));
-    desk.asker.Expect(QStringLiteral("Please enter a value between"));
-    PressOk();
-    dialog->close();
-    EXPECT_FALSE(desk.model.EditConfirmed) << "what was refused is not stored";
-
-    Open(10, 0, 100, 5);
-    QTest::keyClick(Entry(), Qt::Key_Escape);
-    EXPECT_FALSE(desk.model.EditConfirmed);
-    EXPECT_FALSE(dialog->isVisible());
+    const std::function<void()> ways[] = {[this] { dialog->close(); },
+                                          [this] { QTest::keyClick(Entry(), Qt::Key_Escape); },
+                                          [this] { ClickIn(dialog.get(), "CommandCancel"); }};
+    for (const auto &leave : ways) {
+        desk.model.EditConfirmed = true;
+        Open(10, 0, 100, 5);
+        Entry()->setText(QStringLiteral("101"));
+        desk.asker.Expect(QStringLiteral("Please enter a value between"));
+        PressOk();
+        leave();
+        EXPECT_FALSE(desk.model.EditConfirmed) << "the last use's answer must not stand";
+        EXPECT_FALSE(dialog->isVisible());
+    }
 }
 
 } // namespace
