@@ -39,9 +39,14 @@ QString GetFault(std::int32_t rawFaults)
 
 QString GetFaultData(const Model &model, int base)
 {
+    return GetFaultData(model, base, DayText(model.Value(base + WeekDay)));
+}
+
+QString GetFaultData(const Model &model, int base, const QString &dayText)
+{
     const auto word = [&](Word offset) { return model.Value(base + offset); };
     const QString separator = QStringLiteral(", ");
-    return GetFault(word(Faults)) + DayText(word(WeekDay)) + separator +
+    return GetFault(word(Faults)) + dayText + separator +
            DriveDateText(word(Year), word(Month), word(MonthDay)) + separator +
            DriveTimeText(word(Hours), word(Minutes), word(Seconds));
 }

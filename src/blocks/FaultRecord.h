@@ -26,4 +26,8 @@ QString GetFault(std::int32_t rawFaults);
  */
 QString GetFaultData(const Model &model, int base);
 
+/** The same line with another text for the day of the week; it raises nothing for a record inside the table.
+ */
+QString GetFaultData(const Model &model, int base, const QString &dayText);
+
 } // namespace quorvik

@@ -60,12 +60,13 @@ protected:
 
     void Tick() override
     {
-        const QString day = DayText(RowValue(Day)) + QStringLiteral(", ");
-        drive_.date->setText(day + DriveDateText(RowValue(Year), RowValue(Month), RowValue(Date)));
-        drive_.time->setText(DriveTimeText(RowValue(Hours), RowValue(Minutes), RowValue(Seconds)));
         const QLocale english = QLocale::c();
         system_.date->setText(english.toString(desk().Now().date(), QStringLiteral("dddd, M/d/yy")));
         system_.time->setText(english.toString(desk().Now().time(), QStringLiteral("h:mm:ss AP")));
+        drive_.time->setText(DriveTimeText(RowValue(Hours), RowValue(Minutes), RowValue(Seconds)));
+        // A day outside the table ends the tick here, with the rest shown.
+        drive_.date->setText(DayText(RowValue(Day)) + QStringLiteral(", ") +
+                             DriveDateText(RowValue(Year), RowValue(Month), RowValue(Date)));
     }
 
 private:

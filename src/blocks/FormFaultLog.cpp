@@ -2,6 +2,8 @@
 
 #include "blocks/FaultRecord.h"
 
+#include "platform/RuntimeFailure.h"
+
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
@@ -58,16 +60,27 @@ protected:
 
     void Tick() override
     {
+        commandClearFault_->setEnabled(RowValue(LatchedFault) != 0);
         QString log;
-        for (int record = 0; record < FaultLog::Records; ++record)
-            log += GetFaultData(desk().model, FaultLog::First + record * FaultLog::Step) +
-                   QStringLiteral("\r\n");
+        std::optional<RuntimeFailure> failure;
+        for (int record = 0; record < FaultLog::Records; ++record) {
+            const int base = FaultLog::First + record * FaultLog::Step;
+            // A bad day in one record is told, and hides neither its faults nor the other records.
+            try {
+                log += GetFaultData(desk().model, base);
+            } catch (const RuntimeFailure &badDay) {
+                failure = badDay;
+                log += GetFaultData(desk().model, base, QStringLiteral("no day"));
+            }
+            log += QStringLiteral("\r\n");
+        }
         // What the user scrolled to or selected stays while the log does.
         if (log != log_) {
             log_ = log;
             textFaultLog_->setPlainText(log);
         }
-        commandClearFault_->setEnabled(RowValue(LatchedFault) != 0);
+        if (failure)
+            throw RuntimeFailure(*failure);
     }
 
 private:

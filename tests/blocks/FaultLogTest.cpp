@@ -88,10 +88,13 @@ TEST_F(ClockTest, ADayOutsideTheTableIsToldOnceAndStopsNoOtherWindow)
 {
     Open("FormFaultLog");
     BlockForm *log = form;
-    Set({{267, 8}});
+    Set({{263, 2}, {267, 8}, {271, 1}, {304, 16}});
     Tick();
     Tick();
     EXPECT_EQ(told.size(), 1);
+    EXPECT_TRUE(
+        Log().startsWith(QStringLiteral("VFB Loss, no day, no date, 12:00:00 AM\nField Loss, Null, ")));
+    EXPECT_TRUE(Find<QPushButton>(QStringLiteral("CommandClearFault"))->isEnabled());
     Open("FormMOP");
     Set({{322, 1}});
     Tick();
@@ -99,7 +102,7 @@ TEST_F(ClockTest, ADayOutsideTheTableIsToldOnceAndStopsNoOtherWindow)
     form = log;
     Set({{267, 7}});
     Tick();
-    EXPECT_TRUE(Log().startsWith(QStringLiteral("None, Saturday, ")));
+    EXPECT_TRUE(Log().startsWith(QStringLiteral("VFB Loss, Saturday, ")));
     EXPECT_EQ(told.size(), 1);
 }
 
