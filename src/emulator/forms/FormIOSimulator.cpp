@@ -76,7 +76,7 @@ void FormIOSimulator::TimerUpdateScreen_Timer()
     HScrollFreqInputStatus_->setEnabled(offline);
     ShowInputs();
     ComboAnalogInput_Click();
-    // The scroll bar's value goes back into Status, cut to a range that may have become narrower.
+    // Off line the scroll bar's value goes back into Status, cut to a range that may have become narrower.
     HScrollAnalogInputStatus_Change();
 }
 
@@ -156,7 +156,9 @@ std::int32_t FormIOSimulator::Value(int p) const
 
 void FormIOSimulator::Store(int p, std::int32_t raw)
 {
-    desk().model.ParamTable[p].Value = raw;
+    // On line the status is the drive's word, also where it does not fit the terminal.
+    if (!desk().model.PortOpen())
+        desk().model.ParamTable[p].Value = raw;
 }
 
 void FormIOSimulator::ShowOutputs()

@@ -189,9 +189,16 @@ TEST_F(FormIOSimulatorTest, OutputsAreShownInTheirUnits)
     }
 }
 
-TEST_F(FormIOSimulatorTest, InputsAreGreyOnLineOnly)
+TEST_F(FormIOSimulatorTest, OnLineInputsAreGreyAndWriteNoLimitBack)
 {
     Show();
+    desk.online = true;
+    P(139) = 3000;
+    P(140) = -3000;
+    form->TimerUpdateScreen_Timer();
+    Find<QComboBox>("ComboAnalogInput")->setCurrentIndex(1);
+    EXPECT_EQ(P(139), 3000);
+    EXPECT_EQ(P(140), -3000);
     const QList<QWidget *> inputs = {AnalogScroll(), FreqScroll(), Open(), Closed()};
     for (const bool online : {true, false}) {
         desk.online = online;
