@@ -1,5 +1,6 @@
 #include "desktop/Form.h"
 
+#include "desktop/EnterKey.h"
 #include "desktop/HTMLHelp.h"
 #include "platform/Guard.h"
 
@@ -85,6 +86,7 @@ DialogForm::DialogForm(Desk &desk, QWidget *owner, const QString &name, const QS
     , helpTopic_(helpTopic)
 {
     PrepareWindow(this, name, caption);
+    MakeEnterPressButtons(this);
 }
 
 void DialogForm::ShowHelp()

@@ -1,6 +1,7 @@
 #include "shell/FormColorSettings.h"
 
 #include "desktop/BoxColors.h"
+#include "desktop/EnterKey.h"
 #include "model/Model.h"
 #include "platform/Guard.h"
 
@@ -81,6 +82,7 @@ FormColorSettings::FormColorSettings(Desk &desk)
     for (int index = 0; index < SlotCount; ++index)
         shape1_[std::size_t(index)]->SetColor(ColorOf(desk.model.Colors[std::size_t(index)]));
     commandApply_->setEnabled(false);
+    MakeEnterPressButtons(this);
 }
 
 FormColorSettings::~FormColorSettings() = default;
@@ -131,10 +133,12 @@ QWidget *FormColorSettings::MakeCommands()
         return button;
     };
     addButton(QStringLiteral("CommandOK"), QStringLiteral("OK"),
-              QStringLiteral("Apply Current Colors and Close"), [this] {
+              QStringLiteral("Apply Current Colors and Close"),
+              [this] {
                   CommandApply_Click();
                   close();
-              });
+              })
+        ->setDefault(true);
     addButton(QStringLiteral("CommandCancel"), QStringLiteral("Cancel"),
               QStringLiteral("Cancel Current Colors"), [this] { close(); });
     commandApply_ = addButton(QStringLiteral("CommandApply"), QStringLiteral("&Apply"),

@@ -1,5 +1,6 @@
 #include "shell/FormGettingStarted.h"
 
+#include "desktop/EnterKey.h"
 #include "platform/Guard.h"
 #include "shell/WelcomePicture.h"
 
@@ -7,6 +8,8 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -42,6 +45,7 @@ FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool sho
     ok->setObjectName(QStringLiteral("cmdOK"));
     ok->setDefault(true);
     ok->setFocus();
+    MakeEnterPressButtons(this);
 
     auto *foot = new QHBoxLayout;
     foot->addWidget(loadOnStartup);
@@ -64,8 +68,14 @@ FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool sho
     On(ok, &QPushButton::clicked, this, [this] { close(); });
 
     resize(sizeHint());
-    move(mainWindow->pos() +
-         QPoint((mainWindow->width() - width()) / 2, (mainWindow->height() - height()) / 2));
+    QRect place(mainWindow->pos() +
+                    QPoint((mainWindow->width() - width()) / 2, (mainWindow->height() - height()) / 2),
+                size());
+    // A main window smaller than this one must not push it off the screen.
+    const QRect room = mainWindow->screen()->availableGeometry();
+    place.moveLeft(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - width())));
+    place.moveTop(std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - height())));
+    move(place.topLeft());
 }
 
 } // namespace quorvik

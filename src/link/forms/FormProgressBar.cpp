@@ -44,6 +44,10 @@ FormProgressBar::FormProgressBar(Desk &desk, QWidget *owner, DriveLink &link)
     auto *commandCancel = new QPushButton(QStringLiteral("Cancel"), this);
     commandCancel->setObjectName(QStringLiteral("CommandCancel"));
     On(commandCancel, &QPushButton::clicked, this, [this] { reject(); });
+    // An Enter that was meant for the dialog before this one must not end the scan.
+    commandCancel->setAutoDefault(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setFocus();
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(progressBarRead_);
