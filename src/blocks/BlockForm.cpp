@@ -361,7 +361,11 @@ bool BlockForm::PaintRow(const Row &row)
     const int accessClass = model.AccessClass(row.param);
     const bool changed = row.box->SetText(ValueText(record.Value, record.Attributes));
     SetTag(row.box, QString::number(accessClass));
-    SetPlainToolTip(row.box, model.AccessDescription(row.param, accessClass));
+    const QString access = model.AccessDescription(row.param, accessClass);
+    SetPlainToolTip(row.box, access);
+    // The name that a screen reader says is the caption's; the value would go unsaid.
+    SetSpokenText(row.box, row.box->text() + QStringLiteral(", ") + access);
+    row.box->SetEditable(accessClass == Access::ReadWrite || accessClass == Access::IcrReadWrite);
     row.box->SetBackColor(ColorOf(model.Colors.at(std::size_t(accessClass))));
     return changed;
 }
@@ -371,6 +375,8 @@ void BlockForm::PaintEmptyRow(const Row &row)
     row.box->SetText({});
     SetTag(row.box, QString::number(Access::Empty));
     SetPlainToolTip(row.box, {});
+    SetSpokenText(row.box, {});
+    row.box->SetEditable(false);
     row.box->SetBackColor(ColorOf(desk().model.Colors.at(std::size_t(Access::Empty))));
 }
 

@@ -14,4 +14,10 @@ void SetPlainToolTip(QWidget *widget, const QString &text)
         widget->setToolTip(shown);
 }
 
+void SetSpokenText(QWidget *widget, const QString &text)
+{
+    if (widget->accessibleDescription() != text)
+        widget->setAccessibleDescription(text);
+}
+
 } // namespace quorvik

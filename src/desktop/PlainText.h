@@ -10,4 +10,7 @@ namespace quorvik
  * when the widget shows that text already. */
 void SetPlainToolTip(QWidget *widget, const QString &text);
 
+/** Sets what a screen reader says of a widget beside its name. Does nothing when it says that already. */
+void SetSpokenText(QWidget *widget, const QString &text);
+
 } // namespace quorvik

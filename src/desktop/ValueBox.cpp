@@ -37,6 +37,15 @@ void ValueBox::SetBackColor(const QColor &color)
     update();
 }
 
+void ValueBox::SetEditable(bool editable)
+{
+    if (editable == editable_)
+        return;
+    editable_ = editable;
+    setCursor(editable ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    update();
+}
+
 bool ValueBox::SetText(const QString &shownText)
 {
     if (shownText == text())
@@ -62,9 +71,10 @@ void ValueBox::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF body = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     const double radius = height() / 8.0;
-    const QColor back = isDown() ? backColor_.lighter(130) : backColor_;
-    QColor edge = palette().color(underMouse() ? QPalette::Highlight : QPalette::WindowText);
-    if (!underMouse())
+    const QColor back = isDown() && editable_ ? backColor_.lighter(130) : backColor_;
+    const bool isHovered = editable_ && underMouse();
+    QColor edge = palette().color(isHovered ? QPalette::Highlight : QPalette::WindowText);
+    if (!isHovered)
         edge.setAlpha(110);
     painter.setPen(edge);
     painter.setBrush(back);

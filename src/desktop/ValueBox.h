@@ -18,6 +18,8 @@ public:
 
     const QColor &BackColor() const { return backColor_; }
     void SetBackColor(const QColor &color);
+    /** Whether a click has an effect, which hand and outline then show. Boxes begin without. */
+    void SetEditable(bool editable);
     /** Shows the text; repaints only when it differs. @return whether it did. */
     bool SetText(const QString &shownText);
 
@@ -31,6 +33,7 @@ protected:
 
 private:
     QColor backColor_;
+    bool editable_ = false;
 };
 
 } // namespace quorvik

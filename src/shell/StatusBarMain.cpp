@@ -1,5 +1,6 @@
 #include "shell/StatusBarMain.h"
 
+#include "desktop/PlainText.h"
 #include "platform/Guard.h"
 
 #include <QDateTime>
@@ -55,6 +56,13 @@ StatusBarMain::StatusBarMain(QWidget *parent)
     On(&messageEnd_, &QTimer::timeout, this, [this] { ShowPassing({}); });
 }
 
+void StatusBarMain::ShowIn(QLabel *panel, const QString &text)
+{
+    panel->setText(text);
+    // A screen reader says the panel's name and would leave its text out.
+    SetSpokenText(panel, text);
+}
+
 QLabel *StatusBarMain::AddPanel(const QString &key, const QString &spokenName, const QString &widest)
 {
     auto *panel = new QLabel(this);
@@ -76,12 +84,12 @@ void StatusBarMain::SetComStatus(bool isOnline)
 
 void StatusBarMain::SetDriveStatus(const QString &text)
 {
-    driveStatus_->setText(text);
+    ShowIn(driveStatus_, text);
 }
 
 void StatusBarMain::SetDriveModel(const QString &text)
 {
-    driveModel_->setText(text);
+    ShowIn(driveModel_, text);
 }
 
 void StatusBarMain::ShowPassing(const QString &sentence)
@@ -95,8 +103,8 @@ void StatusBarMain::ShowPassing(const QString &sentence)
 void StatusBarMain::ShowClock()
 {
     const QDateTime now = QDateTime::currentDateTime();
-    date_->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
-    time_->setText(QLocale().toString(now.time(), QLocale::ShortFormat));
+    ShowIn(date_, QLocale().toString(now.date(), QLocale::ShortFormat));
+    ShowIn(time_, QLocale().toString(now.time(), QLocale::ShortFormat));
 }
 
 } // namespace quorvik

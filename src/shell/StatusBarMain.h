@@ -30,6 +30,7 @@ Q_SIGNALS:
 
 private:
     QLabel *AddPanel(const QString &key, const QString &spokenName, const QString &widest);
+    static void ShowIn(QLabel *panel, const QString &text);
     void ShowClock();
 
     QToolButton *comStatus_;
