@@ -2,10 +2,11 @@
 
 #include "platform/Asker.h"
 #include "platform/Guard.h"
+#include "shell/Icons.h"
 #include "shell/SystemInformation.h"
 
-#include <QApplication>
 #include <QBoxLayout>
+#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 
@@ -24,8 +25,7 @@ FormAbout::FormAbout(Desk &desk, QWidget *owner)
     };
     auto *icon = makeLabel(QStringLiteral("picIcon"), QString());
     const int side = fontMetrics().height() * 4;
-    icon->setPixmap(QApplication::windowIcon().pixmap(side, side));
-    icon->setVisible(!QApplication::windowIcon().isNull());
+    icon->setPixmap(IconOf(QStringLiteral("quorvik")).pixmap(side, side));
     icon->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
     auto *title = makeLabel(QStringLiteral("lblTitle"), AppTitle());
     QFont large = font();

@@ -2,24 +2,22 @@
 #include "shell/OpenWindows.h"
 
 #include "desktop/HTMLHelp.h"
+#include "desktop/Mnemonics.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
 #include "shell/Commands.h"
+#include "shell/Icons.h"
 #include "shell/StatusBarMain.h"
 #include "shell/WindowCommands.h"
 #include "shell/Wiring.h"
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QShortcut>
-
-static void LoadIcons()
-{
-    Q_INIT_RESOURCE(shell);
-}
 
 namespace quorvik
 {
@@ -37,12 +35,6 @@ QMdiArea *MakeArea(QMainWindow *window)
     return area;
 }
 
-MenuBar MakeMenus(QMainWindow *window)
-{
-    LoadIcons();
-    return MenuBar(window);
-}
-
 } // namespace
 
 MDIFormMain::MDIFormMain(const Surroundings &surroundings)
@@ -52,7 +44,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , area_(MakeArea(this))
     , windows_(new WindowCommands(area_, forms_, this))
     , statusBar_(new StatusBarMain(this))
-    , menus_(MakeMenus(this))
+    , menus_(this)
     , desk_{engines_.model,
             engines_.rules,
             surroundings.asker,
@@ -63,7 +55,8 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
             {}}
 {
     setObjectName(QStringLiteral("MDIFormMain"));
-    setWindowIcon(QIcon(QStringLiteral(":/icons/quorvik.svg")));
+    // For every window of the program, boxes included.
+    QApplication::setWindowIcon(IconOf(QStringLiteral("quorvik")));
     setStatusBar(statusBar_);
     setWindowTitle(engines_.model.Title());
     forms_.Add(this);
@@ -120,8 +113,17 @@ void MDIFormMain::ConnectCommands()
         if (key == QLatin1String("ComStatus"))
             ToggleComStatus();
     });
-    auto *debugKey = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D), this);
-    On(debugKey, &QShortcut::activated, this, [this] { ShowDebug(*this); });
+    // The bar and the window in front share one set of mnemonics, and the window's own come first.
+    On(area_, &QMdiArea::subWindowActivated, this, [this](const QMdiSubWindow *child) {
+        menus_.YieldMnemonics(child ? MnemonicsIn(*child) : QSet<QChar>());
+    });
+    const auto addKey = [this](const QKeySequence &keys, auto handler) {
+        On(new QShortcut(keys, this), &QShortcut::activated, this, handler);
+    };
+    addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D), [this] { ShowDebug(*this); });
+    addKey(QKeySequence(Qt::CTRL | Qt::Key_F4), [this] { area_->closeActiveSubWindow(); });
+    addKey(QKeySequence(Qt::CTRL | Qt::Key_F6), [this] { area_->activateNextSubWindow(); });
+    addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6), [this] { area_->activatePreviousSubWindow(); });
 }
 
 void MDIFormMain::OnComStatusChange()

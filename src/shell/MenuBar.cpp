@@ -2,6 +2,8 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "desktop/Form.h"
+#include "desktop/Mnemonics.h"
+#include "shell/Icons.h"
 #include "shell/MenuTable.h"
 
 #include <QAction>
@@ -54,7 +56,7 @@ void MenuBar::AddTable()
             if (*entry.shortcut)
                 action->setShortcut(QKeySequence(QString::fromLatin1(entry.shortcut)));
             if (*entry.icon)
-                action->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(entry.icon))));
+                action->setIcon(IconOf(QString::fromLatin1(entry.icon)));
         }
     }
 }
@@ -100,6 +102,26 @@ QAction *MenuBar::AddEntry(const QString &parent, const QString &name, const QSt
 void MenuBar::AddSeparator(const QString &parent, const QString &name)
 {
     menus_.value(parent)->addSeparator()->setObjectName(name);
+}
+
+void MenuBar::Hide(const QString &name)
+{
+    QAction *action = Entry(name);
+    action->setVisible(false);
+    // One that is only invisible keeps its mnemonic, and windows lose theirs to it.
+    window_->menuBar()->removeAction(action);
+}
+
+void MenuBar::YieldMnemonics(const QSet<QChar> &letters)
+{
+    for (const MenuEntry &entry : MenuTable()) {
+        if (*entry.parent)
+            continue;
+        const QString caption = QString::fromLatin1(entry.caption);
+        const bool yields = letters.contains(MnemonicOf(caption));
+        Entry(ControlName(entry.name, entry.index))
+            ->setText(yields ? QString(caption).remove(u'&') : caption);
+    }
 }
 
 void MenuBar::FollowLink(bool isOnline)

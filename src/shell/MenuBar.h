@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QChar>
 #include <QHash>
+#include <QSet>
 #include <QString>
 
 class QAction;
@@ -21,6 +23,11 @@ public:
     QAction *Entry(const QString &name) const { return entries_.value(name); }
     QMenu *Menu(const QString &name) const { return menus_.value(name); }
     const QHash<QString, QAction *> &Entries() const { return entries_; }
+
+    /** Takes a menu out of the bar for good, with its mnemonic. */
+    void Hide(const QString &name);
+    /** Leaves those letters to the window in front: menus of the bar with such a mnemonic lose it for now. */
+    void YieldMnemonics(const QSet<QChar> &letters);
 
     /** Brings the entries that depend on the link in line with it. */
     void FollowLink(bool isOnline);

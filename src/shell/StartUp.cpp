@@ -21,7 +21,7 @@ namespace quorvik
 bool MDIFormMain::Load(const QString &commandLine)
 {
     for (const char *hidden : {"mnuDebug", "mnuCheckout"})
-        menus_.Entry(QString::fromLatin1(hidden))->setVisible(false);
+        menus_.Hide(QString::fromLatin1(hidden));
 
     Asker &asker = surroundings_.asker;
     if (!instance_.Acquire()) {
