@@ -54,7 +54,7 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
     }
     const bool isNew = !child->isVisible();
     QMdiSubWindow *active = area_->activeSubWindow();
-    if (child->isMinimized() && activate)
+    if (child->isMinimized())
         child->showNormal();
     form->show();
     child->show();
@@ -62,8 +62,11 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
         child->move(PlaceInCascade(child, int(Children(area_, false).size()) - 1));
     if (activate)
         area_->setActiveSubWindow(child);
-    else if (active && active != child)
+    else if (active && active != child) {
         area_->setActiveSubWindow(active);
+        // In sight, though the focus stays where it was.
+        child->raise();
+    }
 }
 
 void WindowCommands::Cascade()
