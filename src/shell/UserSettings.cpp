@@ -77,11 +77,11 @@ QMargins FrameMargins(const QWidget &window)
 QRect OntoScreen(QRect place, const QMargins &frame)
 {
     const QRect screen = ScreenOf(place);
-    place.setSize(place.size().expandedTo(smallestWindow).boundedTo(screen.size()));
-    if (screen.contains(place))
-        return place;
     // The place is that of the frame's corner, the size that of what the frame holds.
+    place.setSize(place.size().expandedTo(smallestWindow).boundedTo(screen.size().shrunkBy(frame)));
     const QSize whole = place.size().grownBy(frame);
+    if (screen.contains(QRect(place.topLeft(), whole)))
+        return place;
     place.moveLeft(
         qBound(screen.left(), place.left(), qMax(screen.left(), screen.right() + 1 - whole.width())));
     place.moveTop(
