@@ -1,5 +1,6 @@
 #include "link/forms/FormSelectCommMode.h"
 
+#include "desktop/TitleRoom.h"
 #include "model/Model.h"
 #include "model/ModelList.h"
 #include "platform/Guard.h"
@@ -24,6 +25,13 @@ constexpr int Offline = 1;
 constexpr int ModelRowTwips = 600;
 constexpr int TwipsPerPixel = 15;
 
+/** The longer one of the two titles. */
+const QString &OfflineTitle()
+{
+    static const QString title = QStringLiteral("Select Comm Mode & Model");
+    return title;
+}
+
 } // namespace
 
 FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner)
@@ -34,6 +42,7 @@ FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner)
 {
     const QString captions[] = {QStringLiteral("&Online"), QStringLiteral("O&ffline")};
     auto *layout = new QVBoxLayout(this);
+    layout->addStrut(RoomForTitle(*this, OfflineTitle()));
     for (const int index : {Online, Offline}) {
         auto *option = new QRadioButton(captions[index], this);
         option->setObjectName(ControlName("OptionSerialCommMode", index));
@@ -81,8 +90,7 @@ bool FormSelectCommMode::OnlineChosen() const
 void FormSelectCommMode::ModeChosen(int index)
 {
     modelRow_->setVisible(index != Online);
-    setWindowTitle(index == Online ? QStringLiteral("Select Comm Mode")
-                                   : QStringLiteral("Select Comm Mode & Model"));
+    setWindowTitle(index == Online ? QStringLiteral("Select Comm Mode") : OfflineTitle());
 }
 
 void FormSelectCommMode::CommandOK_Click()
