@@ -1,5 +1,7 @@
 #include "blocks/BlockForm.h"
 
+#include "desktop/TypeToChoose.h"
+#include "desktop/ValueBox.h"
 #include "platform/Numbers.h"
 #include "platform/SettingsStore.h"
 
@@ -133,6 +135,7 @@ private:
         comboSelectParameter_->addItem(longestEntry);
         const double comboWidth =
             std::ceil(comboSelectParameter_->sizeHint().width() / double(view().Unit()));
+        TypeToChoose(comboSelectParameter_);
         comboSelectParameter_->hide();
         On(comboSelectParameter_, &QComboBox::activated, this, [this] { ComboSelectParameter_Click(); });
 
@@ -279,7 +282,10 @@ BlockForm *MakeFormCustom(Desk &desk, int);
 
 BlockForm *MakeFormCustom(Desk &desk, int)
 {
-    return Loaded(new FormCustom(desk));
+    BlockForm *form = Loaded(new FormCustom(desk));
+    // The hidden list is the first control here, and takes no focus.
+    form->findChild<ValueBox *>(ControlName("Text1", 0))->setFocus();
+    return form;
 }
 
 } // namespace quorvik

@@ -1,6 +1,8 @@
 #include "desktop/FormModifyParameterValue.h"
 
 #include "desktop/TextBoxFunctions.h"
+#include "desktop/TitleRoom.h"
+#include "desktop/TypeToChoose.h"
 #include "model/Conversions.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
@@ -159,6 +161,7 @@ void FormModifyParameterValue::LayOutCombo()
     layout->addWidget(commandCancel_, 1, 2);
     layout->setColumnStretch(0, 1);
     layout->setRowStretch(2, 1);
+    TypeToChoose(comboParameterSelect_);
     comboParameterSelect_->show();
     comboParameterSelect_->setFocus();
     ResizeTo(4080, 1800);
@@ -216,7 +219,8 @@ void FormModifyParameterValue::LayOutNumber()
 void FormModifyParameterValue::ResizeTo(int widthTwips, int heightTwips)
 {
     const double scale = std::max(1.0, fontMetrics().height() / DesignTextHeight) / TwipsPerPixel;
-    resize(QSize(int(widthTwips * scale), int(heightTwips * scale)).expandedTo(sizeHint()));
+    const int width = std::max(int(widthTwips * scale), RoomForTitle(*this, windowTitle()));
+    resize(QSize(width, int(heightTwips * scale)).expandedTo(sizeHint()));
 }
 
 void FormModifyParameterValue::AskAgain()

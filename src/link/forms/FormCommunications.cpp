@@ -47,6 +47,8 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
         QStringLiteral("The device that this com port stands for. Choose another, or type its path."));
     comboDevice_->setEditable(true);
     comboDevice_->setInsertPolicy(QComboBox::NoInsert);
+    // A path stands as it was typed, not as one in the list goes on.
+    comboDevice_->setCompleter(nullptr);
     comboDevice_->setMinimumContentsLength(DeviceColumns);
 
     labelPluggedIn_->setObjectName(QStringLiteral("LabelPluggedIn"));
