@@ -1,5 +1,6 @@
 #include "operator/FormVirtualOperatorSetup.h"
 
+#include "desktop/TypeToChoose.h"
 #include "model/Conversions.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
@@ -60,6 +61,7 @@ void FormVirtualOperatorSetup::BuildControls()
     comboDestination_->setObjectName(QStringLiteral("ComboDestination"));
     comboDestination_->setAccessibleName(QStringLiteral("Destination"));
     comboDestination_->setMaxVisibleItems(20);
+    TypeToChoose(comboDestination_);
     comboDestination_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     comboDestination_->setMinimumContentsLength(46);
     addLabel(QStringLiteral("LabelInput"), QStringLiteral("Virtual Input"), 0, comboInput_);

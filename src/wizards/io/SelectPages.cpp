@@ -1,6 +1,7 @@
 #include "wizards/io/SelectPages.h"
 
 #include "desktop/Form.h"
+#include "desktop/TypeToChoose.h"
 #include "model/EntryRules.h"
 #include "platform/Guard.h"
 #include "wizards/io/IOPictures.h"
@@ -94,6 +95,7 @@ ParameterPage::ParameterPage(QWidget *parent, WizardPicture *picture, const QStr
     combo_->setObjectName(comboName);
     combo_->setAccessibleName(heading);
     combo_->setMaxVisibleItems(20);
+    TypeToChoose(combo_);
     combo_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     constexpr int longestName = 34;
     combo_->setMinimumContentsLength(longestName);
