@@ -1,5 +1,6 @@
 #include "desktop/DesktopAsker.h"
 #include "desktop/HelpViewer.h"
+#include "desktop/MarkStyle.h"
 #include "platform/Guard.h"
 #include "platform/SettingsStore.h"
 #include "shell/MDIFormMain.h"
@@ -13,6 +14,7 @@ int main(int argc, char **argv)
     using namespace quorvik;
 
     QApplication application(argc, argv);
+    QApplication::setStyle(new MarkStyle);
     QApplication::setApplicationName(AppTitle());
     QApplication::setApplicationVersion(QStringLiteral(QUORVIK_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quorvik"));

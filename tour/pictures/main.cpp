@@ -4,6 +4,7 @@
 #include "Album.h"
 
 #include "desktop/Desk.h"
+#include "desktop/MarkStyle.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
 #include "platform/Asker.h"
@@ -14,7 +15,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QStyleFactory>
 #include <QTemporaryDir>
 #include <cstdio>
 
@@ -68,7 +68,7 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new MarkStyle(QStringLiteral("Fusion")));
 
     QCommandLineParser options;
     options.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where the pictures go"));

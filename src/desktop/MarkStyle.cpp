@@ -1,0 +1,31 @@
+#include "desktop/MarkStyle.h"
+
+#include "desktop/BoxColors.h"
+
+#include <QPainter>
+#include <QStyleOption>
+
+namespace quorvik
+{
+
+void MarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                              const QWidget *widget) const
+{
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const bool isRound = element == PE_IndicatorRadioButton;
+    const QColor window = option->palette.color(QPalette::Window);
+    if ((!isRound && element != PE_IndicatorCheckBox) || ContrastingText(window) != QColor(Qt::white))
+        return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Mixed(window, option->palette.color(QPalette::WindowText), 0.6));
+    painter->setBrush(Qt::NoBrush);
+    const QRectF outline = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (isRound)
+        painter->drawEllipse(outline);
+    else
+        painter->drawRoundedRect(outline, 1, 1);
+    painter->restore();
+}
+
+} // namespace quorvik
