@@ -96,11 +96,14 @@ QWidget *FormViewParameters::MakeListView()
         header->resizeSection(column, ColumnCharacters[std::size_t(column)] * character);
         width += header->sectionSize(column);
     }
+    // In a narrower window the names give way, not the values behind them.
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(1, QHeaderView::Stretch);
     // No column sorts before it is clicked.
     header->setSortIndicator(-1, Qt::AscendingOrder);
     listView_->setSortingEnabled(true);
     listView_->setMinimumSize(width / 2, fontMetrics().lineSpacing() * 8);
-    resize(width + 3 * fontMetrics().height(), fontMetrics().lineSpacing() * 32);
+    size_ = QSize(width + 3 * fontMetrics().height(), fontMetrics().lineSpacing() * 32);
     return listView_;
 }
 
@@ -122,6 +125,11 @@ QWidget *FormViewParameters::MakeCommands(FilePrint &print)
     layout->addStretch();
     layout->addWidget(MakeCommandClose());
     return commands;
+}
+
+QSize FormViewParameters::sizeHint() const
+{
+    return size_;
 }
 
 const QList<ReportRow> &FormViewParameters::Rows() const

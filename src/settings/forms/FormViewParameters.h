@@ -26,6 +26,9 @@ public:
 
     static const QString &Caption();
 
+    /** With all columns in sight. */
+    QSize sizeHint() const override;
+
     /** The rows as shown, in their order. */
     const QList<ReportRow> &Rows() const;
     /** Checks the option button, which rebuilds the list. */
@@ -39,6 +42,7 @@ private:
     void CommandExport_Click();
 
     ReportFilter filter_;
+    QSize size_;
     ParameterListModel *list_;
     QTreeView *listView_;
     QLabel *labelTotal_;
