@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPrinterInfo>
 
 namespace quorvik
 {
@@ -14,8 +15,26 @@ namespace quorvik
 namespace
 {
 
-std::optional<PrinterChoice> ShowPrinterDialog(QPrinter &printer, QWidget *owner)
+/** What leads to a file instead. */
+const QString &ToAFile()
 {
+    static const QString sentence =
+        QStringLiteral("Export in the window View Parameters writes the list to a file.");
+    return sentence;
+}
+
+/** Without a printer the dialog would offer nothing but a file, which is refused. */
+std::optional<PrinterChoice> ShowPrinterDialog(Asker &asker, QPrinter &printer, QWidget *owner)
+{
+    const QStringList printers = QPrinterInfo::availablePrinterNames();
+    if (printers.isEmpty()) {
+        asker.MsgBox(QStringLiteral("No printer is installed.\r\n\r\n") + ToAFile(), MsgButtons::Ok,
+                     MsgIcon::Exclamation, QString());
+        return std::nullopt;
+    }
+    // Where none of them is the default one, the dialog would begin with the file.
+    const QString usual = QPrinterInfo::defaultPrinterName();
+    printer.setPrinterName(usual.isEmpty() ? printers.first() : usual);
     QPrintDialog dialog(&printer, owner);
     dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
     dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
@@ -37,7 +56,9 @@ public:
 } // namespace
 
 FilePrint::FilePrint(Desk &desk)
-    : ShowPrinter(ShowPrinterDialog)
+    : ShowPrinter([&desk](QPrinter &printer, QWidget *owner) {
+        return ShowPrinterDialog(desk.asker, printer, owner);
+    })
     , desk_(desk)
 {
 }
@@ -49,8 +70,8 @@ void FilePrint::mnuFilePrint_Click(QWidget *owner)
     if (!choice)
         return;
     if (choice->toFile) {
-        desk_.asker.MsgBox(QStringLiteral("Print to file not currently supported!"), MsgButtons::Ok,
-                           MsgIcon::None, QString());
+        desk_.asker.MsgBox(QStringLiteral("Print to file not currently supported!\r\n\r\n") + ToAFile(),
+                           MsgButtons::Ok, MsgIcon::None, QString());
         return;
     }
     // The copies are printed one by one here, so the spooler must not multiply them again.
