@@ -85,6 +85,13 @@ private:
     QHash<QUrl, QImage> pictures_; ///< of the page that shows, in their full size
 };
 
+/** What a viewer that shows nothing yet opens on. */
+const QString &FirstTopic()
+{
+    static const QString topic = QStringLiteral("Getting Started.htm");
+    return topic;
+}
+
 const QString &Section()
 {
     static const QString section = QStringLiteral("Help");
@@ -214,6 +221,8 @@ void HelpWindow::ShowContents()
     tabs_->setCurrentIndex(0);
     if (!library_.IsOpen())
         SayMissing({});
+    else if (page_->source().isEmpty())
+        ShowTopic(FirstTopic());
 }
 
 void HelpWindow::ShowSearch()
