@@ -16,7 +16,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <algorithm>
@@ -111,9 +110,6 @@ void FormModifyParameterValue::MakeControls()
     comboParameterSelect_->setAccessibleName(QStringLiteral("Parameter"));
     comboParameterSelect_->setMaxVisibleItems(20);
     comboParameterSelect_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    auto *choices = new QListView(comboParameterSelect_);
-    choices->setUniformItemSizes(true);
-    comboParameterSelect_->setView(choices);
 
     commandOK_ = new QPushButton(QStringLiteral("OK"), this);
     commandOK_->setObjectName(QStringLiteral("CommandOK"));
