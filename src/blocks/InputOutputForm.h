@@ -24,7 +24,13 @@ protected:
     static constexpr double RowAbove = -13;
     static constexpr double RowBelow = 13;
 
-    std::optional<WizardIOStartRecord> IOMentorStart() const override { return mentorStart_; }
+    /** Where the block has no frequency/digital mode, the record keeps the one that it has. */
+    std::optional<WizardIOStartRecord> IOMentorStart() const override
+    {
+        WizardIOStartRecord start = mentorStart_;
+        start.freqDigMode = desk().model.WizardIOStart.freqDigMode;
+        return start;
+    }
 
     /** The right end of an input: the parameter driven, and above it the row that selects it. */
     void DestinationEnd(Drawing &d, const Port &from, int selectorRow, double left);

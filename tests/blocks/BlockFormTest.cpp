@@ -133,6 +133,10 @@ TEST_F(BlockFormTest, HelpAndMentorOpenOnTheBlock)
     const WizardIOStartRecord &start = desk.model.WizardIOStart;
     EXPECT_EQ(std::tuple(start.outputs, start.kind, start.member, start.freqDigMode), std::tuple(1, 1, 0, 1));
     EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }));
+    Open("FormRelayOutputs", 2);
+    Press("CommandIOMentor");
+    EXPECT_EQ(std::tuple(start.kind, start.member, start.freqDigMode), std::tuple(2, 1, 1));
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }));
 }
 
 } // namespace
