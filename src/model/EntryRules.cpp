@@ -81,16 +81,21 @@ int EntryRules::FindDestinationConflict(int p, int target) const
     return 0;
 }
 
+bool EntryRules::ConfirmOverwrite(int other, int target)
+{
+    const QString text = model_.ParamTable[other].Name + QStringLiteral(" is already set to (") +
+                         QString::number(target) + QStringLiteral(") ") + model_.ParamTable[target].Name +
+                         QStringLiteral(".\r\nOverwrite this input?");
+    return asker_.MsgBox(text, MsgButtons::YesNo, MsgIcon::None,
+                         QStringLiteral("Overwrite Destination Conflict?")) == MsgAnswer::Yes;
+}
+
 bool EntryRules::ResolveDestinationConflict(int p, int target)
 {
     const int other = FindDestinationConflict(p, target);
     if (other == 0)
         return true;
-    const QString text = model_.ParamTable[other].Name + QStringLiteral(" is already set to (") +
-                         QString::number(target) + QStringLiteral(") ") + model_.ParamTable[target].Name +
-                         QStringLiteral(".\r\nOverwrite this input?");
-    if (asker_.MsgBox(text, MsgButtons::YesNo, MsgIcon::None,
-                      QStringLiteral("Overwrite Destination Conflict?")) != MsgAnswer::Yes)
+    if (!ConfirmOverwrite(other, target))
         return false;
     model_.SetParamValue(other, 0, true, true);
     return true;

@@ -49,6 +49,8 @@ public:
 
     /** Another destination selector already at target, or 0. */
     int FindDestinationConflict(int p, int target) const;
+    /** Asks whether such a selector, other, may lose its link to target. */
+    bool ConfirmOverwrite(int other, int target);
     /** Asks whether to overwrite such a selector, and clears it on Yes. @return whether the caller may go on.
      */
     bool ResolveDestinationConflict(int p, int target);
