@@ -104,10 +104,16 @@ TEST_F(FormWizardIOTest, OpensOnTheBlockThatAskedForIt)
             EXPECT_TRUE(Checked(name)) << name;
         EXPECT_TRUE(Find(row.disabled)->testAttribute(Qt::WA_ForceDisabled)) << row.disabled;
     }
-    // On outputs no kind of input is chosen until one is clicked.
+    // On outputs nothing of the inputs is chosen until they are.
     EXPECT_EQ(Find<QComboBox>("ComboDestination")->count(), 0);
-    for (int i = 0; i < 3; ++i)
-        EXPECT_FALSE(Checked(ControlName("OptionInputType", i)));
+    GoTo(1);
+    const auto first = {"OptionInputType(0)", "OptionInput(0)", "OptionAnalogType(0)", "OptionPolarity(0)"};
+    for (const bool chosen : {false, true}) {
+        for (const char *name : first)
+            EXPECT_EQ(Checked(name), chosen) << name;
+        Click("OptionInputsOutputs(0)");
+    }
+    EXPECT_GT(Find<QComboBox>("ComboDestination")->count(), 0);
 }
 
 TEST_F(FormWizardIOTest, AnalogInput5TakesVoltageOnlyHoweverItCameAbout)

@@ -27,6 +27,12 @@ void OptionGroup::Choose(int index)
         options_.at(index)->setChecked(true);
 }
 
+void OptionGroup::ChooseFirst()
+{
+    if (Chosen() < 0)
+        Choose(0);
+}
+
 void OptionGroup::ClearChoice()
 {
     group_->setExclusive(false);

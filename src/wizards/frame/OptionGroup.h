@@ -21,6 +21,8 @@ public:
 
     /** Chooses an option; an index beyond the group chooses nothing new. */
     void Choose(int index);
+    /** Chooses the first option where none is chosen. */
+    void ChooseFirst();
     void ClearChoice();
     /** Enables the options from first to last. */
     void Enable(int first, int last, bool enable);

@@ -100,10 +100,8 @@ FormWizardIO::~FormWizardIO()
 
 void FormWizardIO::ConnectInputChoices()
 {
-    On(branchPage_->OptionInputsOutputs, &OptionGroup::Click, this, [this](int index) {
-        setup_.branch = index;
-        branchPage_->Picture()->update();
-    });
+    On(branchPage_->OptionInputsOutputs, &OptionGroup::Click, this,
+       [this](int index) { OptionInputsOutputs_Click(index); });
     On(inputPage_->OptionInputType, &OptionGroup::Click, this,
        [this](int index) { OptionInputType_Click(index); });
     On(inputPage_->OptionInput, &OptionGroup::Click, this, [this](int index) { OptionInput_Click(index); });
@@ -155,6 +153,22 @@ void FormWizardIO::ChooseDefaults()
     typePage_->ShowRange();
     UpdateBiasGainPage();
     UpdateOutputBiasGainPage();
+}
+
+void FormWizardIO::OptionInputsOutputs_Click(int index)
+{
+    setup_.branch = index;
+    branchPage_->Picture()->update();
+    // Each answer of the branch has a value from here on. A kind goes before its member, which follows it.
+    if (setup_.IsInputBranch()) {
+        for (OptionGroup *group : {inputPage_->OptionInputType, inputPage_->OptionInput,
+                                   typePage_->OptionAnalogType, typePage_->OptionPolarity})
+            group->ChooseFirst();
+    } else {
+        for (OptionGroup *group :
+             {outputPage_->OptionOutputType, outputPage_->OptionOutput, outputPage_->OptionFreqDigMode})
+            group->ChooseFirst();
+    }
 }
 
 void FormWizardIO::OptionInputType_Click(int index)

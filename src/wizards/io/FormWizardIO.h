@@ -37,6 +37,7 @@ private:
     void ConnectInputChoices();
     void ConnectOutputChoices();
     void ChooseDefaults();
+    void OptionInputsOutputs_Click(int index);
     void OptionInputType_Click(int index);
     void OptionInput_Click(int index);
     void OptionAnalogType_Click(int index);
