@@ -256,8 +256,20 @@ TEST_F(FormWizardIOTest, AsksBeforeItTakesADestinationFromAnotherInput)
         desk.asker.Expect(Name("Overwrite this input?"), answer);
         Next();
         EXPECT_EQ(form->CurrentStep(), answer == MsgAnswer::Yes ? 4 : 3);
-        EXPECT_EQ(desk.model.Value(5), answer == MsgAnswer::Yes ? 0 : PercentParam);
     }
+    // The answer stands as long as the destination does, and nothing is written before Finish.
+    GoTo(3);
+    GoTo(5);
+    Type("TextCal(0)", "100");
+    Type("TextCal(1)", "2000");
+    GoTo(6);
+    FillPair("BiasGain");
+    GoTo(10);
+    EXPECT_EQ(Find<QTableWidget>("TableWrites")->item(0, 0)->text(), Name("5"));
+    EXPECT_EQ(Snapshot(desk.model), asOpened);
+    Finish();
+    EXPECT_EQ(desk.model.Value(5), 0);
+    EXPECT_EQ(desk.model.Value(23), PercentParam);
 }
 
 TEST_F(FormWizardIOTest, CountsAndEngineeringValuesFollowEachOther)

@@ -18,7 +18,7 @@ IOPageCheck Refused(IOFocus::Control control, int index)
 
 } // namespace
 
-IOChecks::IOChecks(const IOSetup &setup, EntryRules &rules, Asker &asker)
+IOChecks::IOChecks(IOSetup &setup, EntryRules &rules, Asker &asker)
     : setup_(setup)
     , rules_(rules)
     , asker_(asker)
@@ -29,7 +29,7 @@ IOPageCheck IOChecks::ValidateStep(int step) const
 {
     switch (step) {
     case 3:
-        return {rules_.ResolveDestinationConflict(setup_.DestinationParam(), setup_.Destination), {}};
+        return {ValidateDestination(), {}};
     case 5:
         return ValidateCalibrations();
     case 6:
@@ -39,6 +39,17 @@ IOPageCheck IOChecks::ValidateStep(int step) const
     default:
         return {};
     }
+}
+
+bool IOChecks::ValidateDestination() const
+{
+    const int other = rules_.FindDestinationConflict(setup_.DestinationParam(), setup_.Destination);
+    if (other == 0 || setup_.overwritten.contains(other))
+        return true;
+    if (!rules_.ConfirmOverwrite(other, setup_.Destination))
+        return false;
+    setup_.overwritten.append(other);
+    return true;
 }
 
 IOPageCheck IOChecks::ValidateCalibrations() const

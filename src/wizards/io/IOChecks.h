@@ -27,11 +27,13 @@ struct IOPageCheck {
 class IOChecks
 {
 public:
-    IOChecks(const IOSetup &setup, EntryRules &rules, Asker &asker);
+    IOChecks(IOSetup &setup, EntryRules &rules, Asker &asker);
 
+    /** May add to IOSetup::overwritten, as the user answers. */
     IOPageCheck ValidateStep(int step) const;
 
 private:
+    bool ValidateDestination() const;
     IOPageCheck ValidateCalibrations() const;
     bool CheckCalibrations(const QString &text, const QString &name) const;
     IOPageCheck ValidateInputValues() const;
@@ -43,7 +45,7 @@ private:
     IOPageCheck CheckAnalogOutputValues() const;
     IOPageCheck CheckFreqOutputValues() const;
 
-    const IOSetup &setup_;
+    IOSetup &setup_;
     EntryRules &rules_;
     Asker &asker_;
 };

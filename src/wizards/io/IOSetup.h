@@ -2,6 +2,7 @@
 
 #include "wizards/frame/WritePlan.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -55,8 +56,9 @@ public:
     int outputType = NoChoice;
     int output = NoChoice; ///< zero-based
     int freqDigMode = NoChoice;
-    std::int16_t Destination = 0;    ///< the parameter that the input is to control
-    std::int16_t Source = 0;         ///< the parameter that is to drive the output
+    std::int16_t Destination = 0; ///< the parameter that the input is to control
+    std::int16_t Source = 0;      ///< the parameter that is to drive the output
+    QList<int> overwritten; ///< selectors that may lose their link where it is to the chosen destination
     std::array<QString, 2> calTexts; ///< raw counts at 0% and at 100%
     ValuePair inputValues;
     ValuePair outputValues;

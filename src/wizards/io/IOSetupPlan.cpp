@@ -35,6 +35,9 @@ void IOSetup::PlanInput(WriteRehearsal &rehearsal) const
     if (inputType == NoChoice)
         return;
     const int i = IOIndex();
+    for (const int other : overwritten)
+        if (other != DestinationParam() && model_.Value(other) == Destination)
+            rehearsal.Write(other, 0, true);
     // On line the drive's acknowledgement refreshes what hangs on the link.
     rehearsal.Write(DestinationParam(), Destination, !model_.PortOpen());
     if (IsAnalogInput()) {
