@@ -283,10 +283,17 @@ TEST_F(FormWizardIOTest, CountsAndEngineeringValuesFollowEachOther)
     Find("TextCal(1)")->setFocus();
     EXPECT_EQ(Text("TextActual(0)"), "1.0");
     EXPECT_EQ(Text("TextCal(0)"), "410");
+    // A box that nobody typed in leaves the counts alone.
+    Type("TextCal(1)", "2047");
+    Find("TextActual(1)")->setFocus();
+    Next();
     GoTo(4);
+    EXPECT_EQ(Text("TextActual(1)"), "5.0");
+    EXPECT_EQ(Text("TextCal(1)"), "2047");
     Click("OptionPolarity(1)");
     Click("OptionAnalogType(0)");
     GoTo(5);
+    Type("TextCal(1)", "4095");
     EXPECT_EQ(Text("TextActual(0)"), "4.01");
     EXPECT_EQ(Caption("LabelActual(0)"), "mAmps");
     ExpectRefusal("The valid 100% Calibration range is:\r\n  Min: -2048\r\n  Max: 2047", "TextCal(1)");

@@ -181,8 +181,12 @@ void CalibrationPage::TextActual_Change(int index)
 void CalibrationPage::TextActual_LostFocus(int index)
 {
     EntryBox *box = sides_[std::size_t(index)].textActual;
-    if (IsNumeric(box->text()))
-        box->setText(FormatFixed(CDbl(box->text()), 1));
+    if (!IsNumeric(box->text()))
+        return;
+    // The counts follow a value that the user typed, not the rounding of one that follows the counts.
+    calSyncFromText_ = box->isModified();
+    box->setText(FormatFixed(CDbl(box->text()), 1));
+    calSyncFromText_ = true;
 }
 
 } // namespace quorvik
