@@ -201,7 +201,9 @@ void DrawFeedback(QPainter &painter, const Ink &ink, const BasicSetup &setup, co
 
 void DrawMaxSpeed(QPainter &painter, const Ink &ink, const BasicSetup &setup)
 {
-    // A dial from full reverse on the left to full forward on the right.
+    // A dial from full reverse, or standstill where the drive has no reverse, to full forward on the right.
+    const bool regenerative = setup.Table().IsRegenerative();
+    const auto angleOf = [&](double share) { return regenerative ? 90 - share * 110 : 200 - share * 220; };
     const QPointF centre(110, 190);
     constexpr qreal radius = 82;
     const QRectF circle(centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius);
@@ -214,9 +216,9 @@ void DrawMaxSpeed(QPainter &painter, const Ink &ink, const BasicSetup &setup)
         return rated > 0 ? std::clamp(speed / rated, -1.0, 1.0) : 0.0;
     };
     const double forward = share(Entry::ForwardMaxSpeed);
-    const double reverse = share(Entry::ReverseMaxSpeed);
+    const double reverse = regenerative ? share(Entry::ReverseMaxSpeed) : 0.0;
     UsePen(painter, ink.accent, 10);
-    painter.drawArc(circle, int((90 - reverse * 110) * 16), int((reverse - forward) * 110 * 16));
+    painter.drawArc(circle, int(angleOf(reverse) * 16), int((angleOf(forward) - angleOf(reverse)) * 16));
 
     UsePen(painter, ink.line, 1.4);
     for (int mark = -4; mark <= 4; ++mark) {
@@ -224,14 +226,16 @@ void DrawMaxSpeed(QPainter &painter, const Ink &ink, const BasicSetup &setup)
         const QPointF along(std::cos(angle), -std::sin(angle));
         painter.drawLine(centre + along * (radius - 12), centre + along * (radius - 20));
     }
-    const double angle = (90 - forward * 110) * M_PI / 180;
+    const double angle = angleOf(forward) * M_PI / 180;
     UsePen(painter, ink.line, 3);
     painter.drawLine(centre, centre + QPointF(std::cos(angle), -std::sin(angle)) * (radius - 24));
     painter.setBrush(ink.line);
     painter.drawEllipse(centre, 5, 5);
-    DrawCaption(painter, {50, 248}, QStringLiteral("Reverse"), 11);
+    if (regenerative) {
+        DrawCaption(painter, {50, 248}, QStringLiteral("Reverse"), 11);
+        DrawCaption(painter, {50, 266}, OrDash(setup.Text(Entry::ReverseMaxSpeed)), 13, true);
+    }
     DrawCaption(painter, {170, 248}, QStringLiteral("Forward"), 11);
-    DrawCaption(painter, {50, 266}, OrDash(setup.Text(Entry::ReverseMaxSpeed)), 13, true);
     DrawCaption(painter, {170, 266}, OrDash(setup.Text(Entry::ForwardMaxSpeed)), 13, true);
     DrawCaption(painter, {110, 286}, QStringLiteral("RPM"), 11);
 }
