@@ -286,6 +286,14 @@ TEST_F(FormWizardBasicTest, TorqueModeHasNoJog)
     Next();
     for (int i = 0; i < 4; ++i)
         EXPECT_FALSE(Enabled(ControlName("TextJogAccelDecel", i)));
+    // What was left there and cannot be corrected any more holds nothing up, and is not written.
+    Find<QLineEdit>("TextJogRef")->setText(Name("fast"));
+    Find<QLineEdit>("TextJogAccelDecel(1)")->setText(Name("99999"));
+    GoTo(6);
+    GoTo(10);
+    const auto *table = Find<QTableWidget>("TableWrites");
+    for (const auto &[p, written] : {std::pair("221", false), {"308", false}, {"307", true}})
+        EXPECT_EQ(table->findItems(Name(p), Qt::MatchExactly).isEmpty(), !written) << p;
 }
 
 TEST_F(FormWizardBasicTest, FinishesOnceTheDriveStandsStillAndRemindsOfTheJumpers)

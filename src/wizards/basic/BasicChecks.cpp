@@ -76,11 +76,13 @@ PageCheck BasicChecks::ValidateModel() const
     return {false, {}};
 }
 
-// Switched-off entries are checked as well; the field currents are the one exception.
+// Entries that the drive's type switches off are checked as well.
 PageCheck BasicChecks::ValidateEntries(Entry first, int count) const
 {
     for (int i = 0; i < count; ++i) {
         const Entry entry = EntryAt(first, i);
+        if (!setup_.IsAsked(entry))
+            continue;
         if (!rules_.ValidateEntry(setup_.Text(entry), setup_.Name(entry), BasicSetup::Info(entry).param))
             return Refused(entry);
     }

@@ -157,6 +157,13 @@ QString BasicSetup::RatedSpeedCaption() const
     return operatingMode == FieldCrossover ? QStringLiteral("Top Speed") : QStringLiteral("Base Speed");
 }
 
+bool BasicSetup::IsAsked(Entry entry) const
+{
+    const bool isJog =
+        entry == Entry::JogRef || (entry >= Entry::JogForwardAccel && entry <= Entry::JogReverseDecel);
+    return !(isJog && IsTorque());
+}
+
 std::int16_t BasicSetup::RatedSpeed() const
 {
     const QString &text = Text(Entry::RatedSpeed);
@@ -198,6 +205,15 @@ QString BasicSetup::LimitAmpsText(std::int32_t percent) const
     if (!IsNumeric(ampsText))
         return QStringLiteral("0");
     return DoubleText(CheckedMultiply(CInt(CDbl(ampsText)), percent) / 100.0);
+}
+
+bool BasicSetup::IsAcceptable(const Model &table, Entry entry, int p) const
+{
+    try {
+        return IsNumeric(Text(entry)) && table.IsInRange(QString::number(EntryRaw(table, entry, p)), p);
+    } catch (const RuntimeFailure &) {
+        return false; // a number that no parameter can hold
+    }
 }
 
 std::int32_t BasicSetup::EntryRaw(const Model &table, Entry entry, int p) const
@@ -256,6 +272,9 @@ WritePlan BasicSetup::Plan() const
     };
     for (const CommitRow &row : CommitRows) {
         if (!Applies(row.when, operatingMode))
+            continue;
+        // Nobody could correct it any more, so the parameter keeps what it has.
+        if (!IsAsked(row.entry) && !IsAcceptable(rehearsal.Table(), row.entry, row.param))
             continue;
         const QString name = row.entry == Entry::Count ? model_.ParamTable[row.param].Name : Name(row.entry);
         rehearsal.Write(row.param, ConvertEntry(name, [&] { return valueOf(row); }));

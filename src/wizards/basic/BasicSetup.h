@@ -98,6 +98,8 @@ public:
     Model &Table() const { return model_; }
     bool IsOnline() const { return model_.PortOpen(); }
     bool IsTorque() const { return operatingMode == Torque; }
+    /** Torque mode switches the jog off: what stands there is not checked. */
+    bool IsAsked(Entry entry) const;
     bool UsesBaseFieldCurrent() const { return fieldType == Shunt; }
     bool UsesTopFieldCurrent() const { return fieldType == Shunt && operatingMode == FieldCrossover; }
     /** What messages call an entry. */
@@ -119,6 +121,7 @@ public:
     WritePlan WriteBasicSetup();
 
 private:
+    bool IsAcceptable(const Model &table, Entry entry, int p) const;
     std::int32_t EntryRaw(const Model &table, Entry entry, int p) const;
     std::int32_t PercentRaw(const Model &table, Entry entry, double base, int p) const;
     std::int32_t FieldPercentRaw(const Model &table, Entry entry, int p) const;
