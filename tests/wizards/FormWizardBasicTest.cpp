@@ -128,6 +128,9 @@ TEST_F(FormWizardBasicTest, KeysGoOnFormatTheTextAndFinish)
     Press(Qt::Key_N, Qt::AltModifier);
     // A mnemonic presses the button for a moment.
     ASSERT_TRUE(QTest::qWaitFor([&] { return form->CurrentStep() == 6; }));
+    Find("TextJogRef")->setFocus();
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), Find("CmdNav(3)"));
     Type("TextRef(1)", "12.345");
     Press(Qt::Key_Return);
     EXPECT_EQ(form->CurrentStep(), 7);

@@ -67,10 +67,19 @@ void WizardForm::MakeNavigation()
             row->addStretch(1);
     }
     static_cast<QVBoxLayout *>(layout())->addLayout(row);
-    // The way forward comes first for a keyboard that has passed a page's controls.
-    const Nav order[] = {Next, Finish, Back, Cancel, Help};
-    for (std::size_t i = 1; i < std::size(order); ++i)
-        setTabOrder(navButtons_[order[i - 1]], navButtons_[order[i]]);
+}
+
+// The way forward comes first for a keyboard that has passed a page's controls.
+void WizardForm::OrderTabs()
+{
+    QWidget *last = this;
+    for (QWidget *widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain())
+        if (stack_->isAncestorOf(widget))
+            last = widget;
+    for (const Nav button : {Next, Finish, Back, Cancel, Help}) {
+        setTabOrder(last, navButtons_[button]);
+        last = navButtons_[button];
+    }
 }
 
 void WizardForm::StackPages(const std::array<WizardPage *, LastStep + 1> &pages, FinishPage *finishPage)
@@ -83,6 +92,7 @@ void WizardForm::StackPages(const std::array<WizardPage *, LastStep + 1> &pages,
         stack_->addWidget(page);
         FitPage(step);
     }
+    OrderTabs();
     On(finishPage, &FinishPage::SaveToggled, this, [this] { ShowPlan(); });
     SetStep(0);
 }

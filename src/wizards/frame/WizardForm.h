@@ -59,6 +59,7 @@ private:
     enum Nav { Help, Cancel, Back, Next, Finish, NavCount };
 
     void MakeNavigation();
+    void OrderTabs();
     void CmdNav_Click(int index);
     void GoNext();
     void FinishSetup();
