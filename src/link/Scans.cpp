@@ -68,6 +68,7 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
         if (record.WriteFlag == WriteState::None)
             record.Value = RetrieveData(packet.at(2), packet.at(3), IsUnsigned(CurrentParam));
         QUORVIK_LINK_TRACE() << " Param[" << CurrentParam << "] = " << record.Value;
+        Q_EMIT ValueRead(CurrentParam);
     }
 
     ++CurrentParam;
@@ -124,8 +125,10 @@ void DriveLink::ParseAckNak(const QByteArray &packet)
     WriteRetryCount = 0;
     ParamRecord &record = model_.ParamTable[CurrentParam];
     // A value that was changed again meanwhile is not the one that the drive has taken.
-    if (record.Value == rawValueSent_)
+    if (record.Value == rawValueSent_) {
         record.WriteFlag = WriteState::None;
+        Q_EMIT WriteTaken(CurrentParam);
+    }
     ++CurrentParam;
     if (CurrentParam <= model_.LastParam) {
         QUORVIK_LINK_TRACE() << " Call Write Next";
@@ -143,11 +146,15 @@ void DriveLink::RefuseWrite()
     WriteRetryCount = ToByte(WriteRetryCount + 1);
     if (WriteRetryCount >= RefusalsInARow) {
         ParamRecord &record = model_.ParamTable[CurrentParam];
-        asker_.MsgBox(
-            QStringLiteral("Could not write value of %1 to (%2) ").arg(record.Value).arg(CurrentParam) +
-                record.Name,
-            MsgButtons::Ok, MsgIcon::Exclamation, QStringLiteral("Write Error"));
+        const std::int32_t rawValue = record.Value;
         record.WriteFlag = WriteState::None;
+        bool told = false;
+        Q_EMIT WriteRefused(CurrentParam, rawValue, told);
+        if (!told)
+            asker_.MsgBox(
+                QStringLiteral("Could not write value of %1 to (%2) ").arg(rawValue).arg(CurrentParam) +
+                    record.Name,
+                MsgButtons::Ok, MsgIcon::Exclamation, QStringLiteral("Write Error"));
         ++CurrentParam;
         WriteRetryCount = 0;
     }
