@@ -91,7 +91,7 @@ Q_SIGNALS:
     /** The drive has taken the value that the table holds. */
     void WriteTaken(int p);
     /** The drive refused a write for good. A listener that tells the user of it sets told. */
-    void WriteRefused(int p, std::int32_t rawValue, bool &told);
+    void WriteRefused(int p, std::int32_t rawValue, bool *told);
     /** A fault of the program that ends it; the user has been told. */
     void FatalError();
 

@@ -149,7 +149,7 @@ void DriveLink::RefuseWrite()
         const std::int32_t rawValue = record.Value;
         record.WriteFlag = WriteState::None;
         bool told = false;
-        Q_EMIT WriteRefused(CurrentParam, rawValue, told);
+        Q_EMIT WriteRefused(CurrentParam, rawValue, &told);
         if (!told)
             asker_.MsgBox(
                 QStringLiteral("Could not write value of %1 to (%2) ").arg(rawValue).arg(CurrentParam) +

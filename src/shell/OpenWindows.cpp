@@ -108,12 +108,12 @@ void ShowVirtualOperator(MDIFormMain &main)
 
 void ShowBasicMentor(MDIFormMain &main)
 {
-    OpenBasicSetup(main.TheDesk(), &main, [&main] { ShowSelectDriveModel(main); });
+    OpenBasicSetup(main.TheDesk(), main.AllEngines().link, &main, [&main] { ShowSelectDriveModel(main); });
 }
 
 void ShowIOMentor(MDIFormMain &main)
 {
-    OpenIOSetup(main.TheDesk(), &main);
+    OpenIOSetup(main.TheDesk(), main.AllEngines().link, &main);
 }
 
 } // namespace quorvik

@@ -24,15 +24,17 @@ public:
     Hourglass &operator=(const Hourglass &) = delete;
 };
 
-template<typename Window> std::unique_ptr<Window> Build(Desk &desk, QWidget *owner)
+template<typename Window> std::unique_ptr<Window> Build(Desk &desk, DriveLink &link, QWidget *owner)
 {
     const Hourglass hourglass;
-    return std::make_unique<Window>(desk, owner);
+    auto form = std::make_unique<Window>(desk, owner);
+    form->Follow(link);
+    return form;
 }
 
 } // namespace
 
-void OpenBasicSetup(Desk &desk, QWidget *owner, const std::function<void()> &changeModel)
+void OpenBasicSetup(Desk &desk, DriveLink &link, QWidget *owner, const std::function<void()> &changeModel)
 {
     if (!desk.model.IsModelDefined()) {
         desk.asker.MsgBox(desk.model.PortOpen()
@@ -43,14 +45,14 @@ void OpenBasicSetup(Desk &desk, QWidget *owner, const std::function<void()> &cha
                           MsgButtons::Ok, MsgIcon::Exclamation, MentorTitle());
         return;
     }
-    const auto form = Build<FormWizardBasic>(desk, owner);
+    const auto form = Build<FormWizardBasic>(desk, link, owner);
     form->ChangeModel = changeModel;
     form->exec();
 }
 
-void OpenIOSetup(Desk &desk, QWidget *owner)
+void OpenIOSetup(Desk &desk, DriveLink &link, QWidget *owner)
 {
-    Build<FormWizardIO>(desk, owner)->exec();
+    Build<FormWizardIO>(desk, link, owner)->exec();
 }
 
 } // namespace quorvik

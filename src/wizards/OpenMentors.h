@@ -5,13 +5,15 @@
 namespace quorvik
 {
 
+class DriveLink;
+
 /**
  * mnuMentorsBasic: opens the Basic Setup Mentor, or tells what is wrong where no drive model is defined.
  * @param changeModel shows the modal choice of a drive model.
  */
-void OpenBasicSetup(Desk &desk, QWidget *owner, const std::function<void()> &changeModel);
+void OpenBasicSetup(Desk &desk, DriveLink &link, QWidget *owner, const std::function<void()> &changeModel);
 
 /** Opens the I/O Mentor on Model::WizardIOStart. */
-void OpenIOSetup(Desk &desk, QWidget *owner);
+void OpenIOSetup(Desk &desk, DriveLink &link, QWidget *owner);
 
 } // namespace quorvik

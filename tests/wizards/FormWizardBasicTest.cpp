@@ -364,7 +364,7 @@ TEST_F(FormWizardBasicTest, DoesNotOpenWithoutADriveModel)
     for (const auto &[online, text] : rows) {
         desk.online = online;
         desk.asker.Expect(Name(text));
-        OpenBasicSetup(desk.desk, nullptr, {});
+        OpenBasicSetup(desk.desk, link, nullptr, {});
         EXPECT_EQ(desk.asker.Shown.last().title, Name("Quorvik Mentor"));
     }
 }

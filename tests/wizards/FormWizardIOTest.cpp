@@ -46,6 +46,26 @@ protected:
         GoTo(step);
     }
 
+    /** What the window tells that comes up where not all was written; closes it. */
+    std::string Reported()
+    {
+        QWidget *report = nullptr;
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            for (QWidget *window : QApplication::topLevelWidgets())
+                if (window->objectName() == Name("FormWriteReport"))
+                    report = window;
+            return report != nullptr;
+        }));
+        if (report == nullptr)
+            return {};
+        const auto *table = FindIn<QTableWidget>(report, "TableWrites");
+        std::string rows;
+        for (int i = 0; i < table->rowCount(); ++i)
+            rows += (table->item(i, 0)->text() + Name(": ") + table->item(i, 3)->text()).toStdString() + ' ';
+        delete report;
+        return rows;
+    }
+
     void FillPair(const char *infix)
     {
         for (int i = 0; i < 2; ++i) {
@@ -330,6 +350,60 @@ TEST_F(FormWizardIOTest, RecordsTheLiveReadingOnLineAndIsTypedOffLine)
     EXPECT_FALSE(Visible("TextActual(0)"));
     EXPECT_EQ(Caption("LabelCal(0)"), "Hertz");
     EXPECT_EQ(Caption("LabelCalibrate(1)"), "Enter the minimum and maximum frequency levels.");
+}
+
+TEST_F(FormWizardIOTest, SaysThatTheLinkIsGoneAndThatNothingWasWritten)
+{
+    desk.online = true;
+    OpenAnswered({0, 0, 2, 0}, PercentParam, 5);
+    EXPECT_FALSE(Visible("LabelLinkGone"));
+    desk.online = false;
+    Q_EMIT link.ComStatusChanged();
+    EXPECT_TRUE(Visible("LabelLinkGone"));
+    EXPECT_FALSE(Enabled("CommandRecord(0)") || Enabled("CommandRecord(1)"));
+    EXPECT_EQ(Caption("LabelStatus"), "not known");
+    GoTo(10);
+    Finish();
+    EXPECT_EQ(Reported(), "25: not written 30: not written 35: not written 40: not written 45: not written "
+                          "50: not written 55: not written 346: not written ");
+    EXPECT_EQ(desk.model.Value(25), PercentParam);
+}
+
+TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
+{
+    desk.online = true;
+    for (const bool linkBreaks : {false, true}) {
+        OpenAnswered({0, 1, 0, 0}, PercentParam, 10);
+        desk.model.ParamTable[8].Value = 7;
+        if (linkBreaks)
+            Click("CheckSaveDriveParameters");
+        Finish();
+        const auto answered = [this](int p) { desk.model.ParamTable[p].WriteFlag = WriteState::None; };
+        answered(1);
+        Q_EMIT link.WriteTaken(1);
+        bool told = false;
+        Q_EMIT link.WriteRefused(15, 499, &told);
+        EXPECT_FALSE(told) << "not the value of the setup";
+        answered(8);
+        Q_EMIT link.WriteRefused(8, 100, &told);
+        EXPECT_TRUE(told);
+        EXPECT_EQ(desk.model.Value(8), 7);
+        if (linkBreaks) {
+            desk.online = false;
+            Q_EMIT link.ComStatusChanged();
+            EXPECT_EQ(Reported(), "1: written 8: refused, has 7 15: not written 406: not written ");
+            EXPECT_EQ(desk.model.Value(Param::SaveParameters), 0);
+            EXPECT_TRUE(desk.model.DriveModified);
+        } else {
+            answered(15);
+            Q_EMIT link.WriteTaken(15);
+            EXPECT_EQ(desk.model.ParamTable[8].ReadFlag, 1);
+            desk.model.ParamTable[8].Value = 9;
+            Q_EMIT link.ValueRead(8);
+            EXPECT_EQ(Reported(), "1: written 8: refused, has 9 15: written ");
+            EXPECT_EQ(desk.model.ParamTable[8].ReadFlag, 0);
+        }
+    }
 }
 
 TEST_F(FormWizardIOTest, ABipolarInputOnAListedDestinationOffersTheSecondList)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/DriveLink.h"
 #include "support/Controls.h"
 #include "support/TestDesk.h"
 #include "wizards/PlanTesting.h"
@@ -18,12 +19,18 @@ namespace quorvik::testing
 template<typename Window> class WizardDriver
 {
 public:
+    WizardDriver()
+    {
+        desk.model.PortOpen = [this] { return desk.online; };
+    }
+
     /** Puts up a window afresh; the table stays as the last one left it. */
     void Open()
     {
         form.reset();
         asOpened = Snapshot(desk.model);
         form = std::make_unique<Window>(desk.desk, nullptr);
+        form->Follow(link);
         form->show();
         form->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
@@ -129,6 +136,7 @@ public:
     }
 
     TestDesk desk;
+    DriveLink link{desk.model, desk.rules, desk.asker}; ///< never opened: what it announces is emitted here
     std::unique_ptr<Window> form;
     std::vector<std::vector<std::int32_t>> asOpened;
 

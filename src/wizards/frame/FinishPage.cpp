@@ -1,14 +1,12 @@
 #include "wizards/frame/FinishPage.h"
 
 #include "desktop/Form.h"
+#include "wizards/frame/WriteTable.h"
 
 #include <QCheckBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
-#include <QTableWidget>
 #include <QVBoxLayout>
-#include <algorithm>
 
 namespace quorvik
 {
@@ -25,8 +23,6 @@ void DrawFinished(QPainter &painter, const Ink &ink)
     painter.drawPolyline(QPolygonF{{145, 231}, {156, 243}, {176, 218}});
 }
 
-enum Column { Number, Name, OldValue, NewValue, ColumnCount };
-
 } // namespace
 
 FinishPage::FinishPage(QWidget *parent, bool online, const QString &saveCaption)
@@ -39,22 +35,8 @@ FinishPage::FinishPage(QWidget *parent, bool online, const QString &saveCaption)
                    : QStringLiteral("Press Finish to complete the setup."),
             ControlName("LabelFinish", 2));
 
-    table_ = new QTableWidget(0, ColumnCount, this);
-    table_->setObjectName(QStringLiteral("TableWrites"));
+    table_ = new WriteTable(this, QStringLiteral("Old Value"), QStringLiteral("New Value"));
     table_->setAccessibleName(QStringLiteral("Parameters that will be written"));
-    table_->setHorizontalHeaderLabels({QStringLiteral("Number"), QStringLiteral("Name"),
-                                       QStringLiteral("Old Value"), QStringLiteral("New Value")});
-    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table_->setTabKeyNavigation(false);
-    table_->setAlternatingRowColors(true);
-    table_->setShowGrid(false);
-    table_->setWordWrap(true);
-    table_->verticalHeader()->hide();
-    table_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    table_->horizontalHeader()->setSectionResizeMode(Number, QHeaderView::ResizeToContents);
-    table_->horizontalHeader()->setSectionResizeMode(Name, QHeaderView::Stretch);
-    table_->horizontalHeader()->setHighlightSections(false);
     Content()->addWidget(table_, 1);
 
     failure_ = AddText({}, QStringLiteral("LabelPlanFailure"));
@@ -76,27 +58,10 @@ void FinishPage::ShowLines(const std::vector<PlannedLine> &lines)
 {
     failure_->hide();
     table_->show();
-    table_->setRowCount(int(lines.size()));
-    for (int row = 0; row < int(lines.size()); ++row) {
-        const PlannedLine &line = lines[std::size_t(row)];
-        const QString texts[] = {QString::number(line.param), line.name, line.oldText, line.newText};
-        for (int column = 0; column < ColumnCount; ++column) {
-            auto *item = new QTableWidgetItem(texts[column]);
-            item->setTextAlignment((column == Name ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
-            if (column == NewValue && line.oldText != line.newText) {
-                QFont font = item->font();
-                font.setBold(true);
-                item->setFont(font);
-            }
-            table_->setItem(row, column, item);
-        }
-    }
-    // The values of a link hold names, which wrap rather than squeeze the column of names.
-    const int widest = fontMetrics().height() * 9;
-    for (const int column : {OldValue, NewValue}) {
-        table_->resizeColumnToContents(column);
-        table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
-    }
+    std::vector<WriteRow> rows;
+    for (const PlannedLine &line : lines)
+        rows.push_back({line.param, line.name, line.oldText, line.newText, line.oldText != line.newText});
+    table_->ShowRows(rows);
 }
 
 void FinishPage::ShowFailure(const QString &sentence)

@@ -4,10 +4,11 @@
 #include "wizards/frame/WritePlan.h"
 
 class QCheckBox;
-class QTableWidget;
 
 namespace quorvik
 {
+
+class WriteTable;
 
 /** The last page: what Finish will write, and whether the drive is to keep it. */
 class FinishPage : public WizardPage
@@ -33,7 +34,7 @@ Q_SIGNALS:
 
 private:
     QCheckBox *save_;
-    QTableWidget *table_;
+    WriteTable *table_;
     QLabel *failure_;
 };
 

@@ -1,16 +1,21 @@
 #include "wizards/frame/WizardForm.h"
 
+#include "link/DriveLink.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
 #include "wizards/frame/FinishPage.h"
+#include "wizards/frame/FormWriteReport.h"
 #include "wizards/frame/MentorTitle.h"
 #include "wizards/frame/WizardPage.h"
+#include "wizards/frame/WriteWatch.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -29,12 +34,36 @@ bool TakesFocus(const QWidget *page, const QWidget *widget)
     return option == nullptr || option->isChecked();
 }
 
+/** The line that stands on every page once the link has gone. */
+QWidget *MakeLinkGone(QWidget *parent)
+{
+    auto *line = new QWidget(parent);
+    auto *columns = new QHBoxLayout(line);
+    const int em = parent->fontMetrics().height();
+    columns->setContentsMargins(em * 3 / 4, em / 2, em * 3 / 4, em / 2);
+    auto *sign = new QLabel(line);
+    sign->setPixmap(parent->style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(em * 3 / 2));
+    QLabel *text = MakeLabel(line,
+                             QStringLiteral("The link to the drive is gone. Nothing is read any more, and "
+                                            "Finish writes to the settings of this program only."),
+                             QStringLiteral("LabelLinkGone"));
+    text->setWordWrap(true);
+    QFont font = text->font();
+    font.setBold(true);
+    text->setFont(font);
+    columns->addWidget(sign);
+    columns->addWidget(text, 1);
+    line->hide();
+    return line;
+}
+
 } // namespace
 
 WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QString &caption,
                        const Topics &topics)
     : DialogForm(desk, owner, name, caption, QString::fromLatin1(topics[0]))
     , helpTopics_(topics)
+    , openedOnline_(desk.model.PortOpen())
     , stack_(new QStackedWidget(this))
 {
     auto *rows = new QVBoxLayout(this);
@@ -44,6 +73,8 @@ WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QS
     auto *rule = new QFrame(this);
     rule->setFrameShape(QFrame::HLine);
     rule->setFrameShadow(QFrame::Sunken);
+    linkGone_ = MakeLinkGone(this);
+    rows->addWidget(linkGone_);
     rows->addWidget(rule);
     MakeNavigation();
     const int em = fontMetrics().height();
@@ -194,6 +225,35 @@ void WizardForm::ShowPlan()
     }
 }
 
+void WizardForm::Follow(DriveLink &link)
+{
+    link_ = &link;
+    On(&link, &DriveLink::ComStatusChanged, this, [this] { ComStatusChanged(); });
+}
+
+void WizardForm::ComStatusChanged()
+{
+    const bool gone = openedOnline_ && !desk().model.PortOpen();
+    linkGone_->setVisible(gone);
+    FollowLink(gone);
+    if (currentStep_ == LastStep)
+        ShowPlan();
+}
+
+// What the drive says to the writes comes after the window has closed.
+void WizardForm::WatchWrites(const WritePlan &written, const RecordArray &before)
+{
+    if (link_ == nullptr || !openedOnline_)
+        return;
+    auto *watch = new WriteWatch(desk().model, *link_, written, before);
+    const auto report = [watch, &desk = desk(), owner = QPointer(parentWidget()), topic = HelpTopic()] {
+        if (watch->Has(WriteWatch::Outcome::Refused) || watch->Has(WriteWatch::Outcome::NotWritten))
+            (new FormWriteReport(desk, owner, topic, *watch))->show();
+    };
+    On(watch, &WriteWatch::Settled, watch, report);
+    watch->Start();
+}
+
 void WizardForm::FinishSetup()
 {
     if (!desk().model.DriveIsStopped()) {
@@ -203,7 +263,9 @@ void WizardForm::FinishSetup()
     }
     // The link may have come or gone since the list was shown.
     ShowPlan();
+    const RecordArray before = desk().model.ParamTable;
     const WritePlan written = WriteSetup();
+    WatchWrites(written, before);
     for (const QString &notice : written.notices)
         desk().asker.MsgBox(notice, MsgButtons::Ok, MsgIcon::Information, MentorTitle());
     ShowReminder();

@@ -3,6 +3,7 @@
 #include "desktop/Form.h"
 #include "wizards/frame/WritePlan.h"
 
+#include <QPointer>
 #include <array>
 
 class QStackedWidget;
@@ -10,6 +11,7 @@ class QStackedWidget;
 namespace quorvik
 {
 
+class DriveLink;
 class FinishPage;
 class WizardPage;
 
@@ -23,6 +25,10 @@ class WizardForm : public DialogForm
 
 public:
     static constexpr int LastStep = 10;
+
+    /** Follows the link: while the window is open, and what was written at Finish until it has reached the
+     * drive. */
+    void Follow(DriveLink &link);
 
     int CurrentStep() const { return currentStep_; }
 
@@ -45,6 +51,9 @@ protected:
     virtual int PreviousStep(int step) const = 0;
     virtual void LeaveStep(int) {}
     virtual void EnterStep(int) {}
+    /** The link came or went.
+     * @param gone it was there when the window opened, and no longer is. */
+    virtual void FollowLink(bool /*gone*/) {}
 
     /** What Finish will write, with that wish about saving in the drive. */
     virtual WritePlan MakePlan(bool saveInDrive) = 0;
@@ -60,6 +69,8 @@ private:
 
     void MakeNavigation();
     void OrderTabs();
+    void ComStatusChanged();
+    void WatchWrites(const WritePlan &written, const RecordArray &before);
     void CmdNav_Click(int index);
     void GoNext();
     void FinishSetup();
@@ -69,6 +80,9 @@ private:
     void FocusPage(int step);
 
     Topics helpTopics_;
+    const bool openedOnline_;
+    QPointer<DriveLink> link_;
+    QWidget *linkGone_ = nullptr;
     QStackedWidget *stack_ = nullptr;
     FinishPage *finishPage_ = nullptr;
     std::array<QPushButton *, NavCount> navButtons_{};

@@ -91,11 +91,25 @@ void CalibrationPage::MakeFrame(int index)
 void CalibrationPage::Enter()
 {
     UpdateCalibrationLabels();
-    for (const Side &side : sides_)
-        side.commandRecord->setEnabled(model_.PortOpen());
+    EnableRecord();
     SetStatusReading(true);
     TimerUpdateScreen_Timer();
     timerUpdateScreen_->start();
+}
+
+void CalibrationPage::FollowLink(bool gone)
+{
+    linkGone_ = gone;
+    EnableRecord();
+    UpdateCalibrationLabels();
+    TimerUpdateScreen_Timer();
+}
+
+// There is nothing to record but what the drive reads.
+void CalibrationPage::EnableRecord()
+{
+    for (const Side &side : sides_)
+        side.commandRecord->setEnabled(model_.PortOpen());
 }
 
 void CalibrationPage::Leave()
@@ -118,7 +132,8 @@ void CalibrationPage::SetStatusReading(bool on)
 
 void CalibrationPage::TimerUpdateScreen_Timer()
 {
-    labelStatus_->setText(QString::number(model_.Value(setup_.StatusParam())));
+    labelStatus_->setText(linkGone_ ? QStringLiteral("not known")
+                                    : QString::number(model_.Value(setup_.StatusParam())));
 }
 
 void CalibrationPage::CommandRecord_Click(int index)

@@ -26,12 +26,15 @@ public:
 
     void Enter(); ///< starts the live reading
     void Leave(); ///< gives the read interest back; does nothing a second time
+    /** The link came or went. @param gone what the drive reads is not known any more. */
+    void FollowLink(bool gone);
     /** Works the engineering values out anew, after the range changed. */
     void RefreshActuals();
     void FocusCal(int index);
 
 private:
     void MakeFrame(int index);
+    void EnableRecord();
     void UpdateCalibrationLabels();
     void SetStatusReading(bool on);
     void TimerUpdateScreen_Timer();
@@ -56,6 +59,7 @@ private:
     QTimer *timerUpdateScreen_;
     TickGuard tickGuard_;
     std::optional<int> reading_; ///< the parameter whose read interest is held
+    bool linkGone_ = false;
     bool calSyncFromText_ = true;
     bool calSyncToText_ = true;
 };

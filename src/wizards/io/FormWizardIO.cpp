@@ -294,6 +294,11 @@ void FormWizardIO::EnterStep(int step)
         calibrationPage_->Enter();
 }
 
+void FormWizardIO::FollowLink(bool gone)
+{
+    calibrationPage_->FollowLink(gone);
+}
+
 WritePlan FormWizardIO::MakePlan(bool saveInDrive)
 {
     setup_.saveInDrive = saveInDrive;

@@ -30,6 +30,7 @@ protected:
     int PreviousStep(int step) const override;
     void LeaveStep(int step) override;
     void EnterStep(int step) override;
+    void FollowLink(bool gone) override;
     WritePlan MakePlan(bool saveInDrive) override;
     WritePlan WriteSetup() override;
 

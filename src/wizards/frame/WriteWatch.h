@@ -1,0 +1,56 @@
+#pragma once
+
+#include "wizards/frame/WritePlan.h"
+
+#include <QObject>
+
+namespace quorvik
+{
+
+class DriveLink;
+
+/**
+ * Follows the writes of a plan on their way to the drive, after its window has closed. What the drive refuses
+ * is taken back: the parameter gets the value it had before, and then the one that the drive reports.
+ */
+class WriteWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Outcome { Waiting, Written, Refused, NotWritten };
+
+    /**
+     * Belongs to the link.
+     * @param plan has just been committed.
+     * @param before the table as it was before that.
+     */
+    WriteWatch(Model &model, DriveLink &link, WritePlan plan, RecordArray before);
+
+    /** To be called once Settled() is connected: what is settled already is announced then. */
+    void Start() { Check(); }
+
+    const WritePlan &Plan() const { return plan_; }
+    Outcome OutcomeOf(std::size_t write) const { return outcomes_[write]; } ///< by place in the plan
+    bool Has(Outcome outcome) const;
+
+Q_SIGNALS:
+    /** Every write has come to its end, or the link has. Emitted once, from the event loop. */
+    void Settled();
+
+private:
+    void Note(int p, Outcome outcome);
+    void TakeBack(int p, std::int32_t rawValue, bool *told);
+    void Check();
+    void Settle();
+
+    Model &model_;
+    DriveLink &link_;
+    WritePlan plan_;
+    RecordArray before_;
+    std::vector<Outcome> outcomes_; ///< one for each write of the plan
+    QList<int> unread_;             ///< refused, and not read since
+    bool settled_ = false;
+};
+
+} // namespace quorvik
