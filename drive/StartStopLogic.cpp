@@ -57,9 +57,10 @@ State StartStopLogic::Next(State state, double seconds)
 {
     const bool run = table_.IsOn(P::Run);
     const bool jog = table_.IsOn(P::Jog);
-    const bool stop = table_.IsOn(P::Stop);
     const bool enabled = table_.IsOn(P::RunEnable);
     const bool isMaintained = table_.Get(P::LogicSelect) != ThreeWire;
+    // With two wires there is no stop input to open: the run contact starts and stops alone.
+    const bool stop = table_.IsOn(P::Stop) && !isMaintained;
     const bool runAsked = run && !runBefore_ && !stop && enabled;
     const bool jogAsked = jog && !jogBefore_ && !stop && enabled;
     runBefore_ = run;

@@ -129,22 +129,26 @@ TEST_F(Machine, StopModesTakeTheirStates)
 
 TEST_F(Machine, ThreeWiresLatchTheRunInputAndTwoDoNot)
 {
-    for (const int wiring : {0, 1}) {
-        table.Put(P::LogicSelect, wiring);
+    for (const bool isMaintained : {false, true}) {
+        table.Put(P::LogicSelect, isMaintained);
         Start(3000);
         Close(1, false);
         Run(1);
-        EXPECT_EQ(table.DriveState() == State::Run, wiring == 0);
+        EXPECT_EQ(table.DriveState() == State::Run, !isMaintained);
         Close(2, false);
         EXPECT_TRUE(RunUntil(State::Stop, 20));
-        Close(1, true);
-        Run(0.5);
-        EXPECT_EQ(table.DriveState(), State::Stop) << "the stop input wins";
-        Close(2, true);
-        Run(0.5);
-        EXPECT_EQ(table.DriveState(), State::Stop) << "releasing the stop starts nothing by itself";
-        Close(1, false);
-        Run(0.5);
+        for (const int member : {1, 3}) {
+            Close(member, true);
+            Run(0.5);
+            EXPECT_EQ(table.DriveState() != State::Stop, isMaintained) << "two wires know no stop input";
+            Close(2, true);
+            Run(0.5);
+            EXPECT_EQ(table.DriveState() != State::Stop, isMaintained)
+                << "releasing the stop starts nothing by itself";
+            Close(member, false);
+            Close(2, false);
+            EXPECT_TRUE(RunUntil(State::Stop, 20));
+        }
     }
 }
 
