@@ -3,19 +3,21 @@
 #include "desktop/PlainText.h"
 #include "model/Conversions.h"
 #include "model/Model.h"
+#include "operator/CommandParams.h"
 #include "operator/FormVirtualOperatorSetup.h"
-#include "operator/JogButton.h"
 #include "operator/LatchButton.h"
 #include "operator/VirtualSlider.h"
+#include "platform/Arithmetic.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
 
 #include <QContextMenuEvent>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
+#include <algorithm>
+#include <cstdlib>
 
 namespace quorvik
 {
@@ -23,9 +25,6 @@ namespace quorvik
 namespace
 {
 
-constexpr int RunParam = 239;
-constexpr int JogParam = 241;
-constexpr int LogicSelectParam = 245;
 constexpr std::int32_t TwoWire = 1;
 /** Status of a push button that is on. */
 constexpr std::int32_t PushedIn = -1;
@@ -46,17 +45,62 @@ const QString &FormVirtualOperator::Caption()
 void FormVirtualOperator::Form_Load()
 {
     Model &model = desk().model;
-    for (int p = 0; p <= model.LastParam; ++p)
-        if (model.AttrBit(Attr::Destination, p))
-            model.SetParamValue(p, 0, true, false);
-    // Run and Stop act as a maintained command.
-    model.SetParamValue(LogicSelectParam, TwoWire, true, false);
-    for (int index = 0; index < Signals; ++index) {
-        VScrollSignal_Change(index);
-        AssignCaption(index + Signals);
-    }
+    for (const int p : {CommandParam::Run, CommandParam::Stop, CommandParam::Jog, CommandParam::RunStatus,
+                        CommandParam::LogicSelect, Param::DriveState})
+        Watch(p);
+    // What an input drove until now may stand elsewhere in the drive than in the table, and so may what
+    // nobody polls.
+    std::array<bool, Records> isKnown{};
     for (int index = 0; index < Records; ++index)
+        Guarded([&] {
+            const int p = model.VirtualSettings.at(std::size_t(index)).Destination;
+            isKnown.at(std::size_t(index)) =
+                p == 0 ||
+                (model.FindLinkSource(p) == 0 && (!model.PortOpen() || model.ParamTable[p].ReadFlag > 0));
+        });
+    for (int p = 0; p <= model.LastParam; ++p) {
+        if (!model.AttrBit(Attr::Destination, p) || model.Value(p) == 0)
+            continue;
+        model.SetParamValue(p, 0, true, false);
+        // A drive that runs refuses it, and then the table must tell so.
+        Watch(p);
+    }
+    // Run and Stop act as a maintained command.
+    if (model.Value(CommandParam::LogicSelect) != TwoWire)
+        model.SetParamValue(CommandParam::LogicSelect, TwoWire, true, false);
+    for (int index = 0; index < Records; ++index)
+        FillRecord(index, isKnown.at(std::size_t(index)));
+    ShowCommands();
+}
+
+void FormVirtualOperator::FillRecord(int index, bool isKnown)
+{
+    // A record that cannot be shown must keep neither the others nor Stop from the user.
+    Guarded([this, index, isKnown] {
+        if (index >= Signals) {
+            AssignCaption(index);
+            return;
+        }
+        Model &model = desk().model;
+        const VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
+        const bool isEmpty = setting.Destination == 0 && setting.BiasOpen == 0 && setting.GainClosed == 0;
+        if (isEmpty)
+            VScrollSignal(index).SetDesignLimits();
+        else
+            ApplyLimits(index);
         AssignCaption(index);
+        ShowSignal(index);
+        if (!isKnown || model.Value(setting.Destination) != setting.Status)
+            model.SetParamValue(setting.Destination, setting.Status, true, false);
+    });
+}
+
+void FormVirtualOperator::Watch(int p)
+{
+    if (watched_.contains(p))
+        return;
+    desk().model.AddReadInterest(p);
+    watched_.append(p);
 }
 
 void FormVirtualOperator::AssignCaption(int index)
@@ -91,20 +135,33 @@ void FormVirtualOperator::AssignCaption(int index)
 void FormVirtualOperator::RefreshControls()
 {
     for (int index = 0; index < Records; ++index)
-        AssignCaption(index);
-    for (int index = 0; index < Signals; ++index)
-        VScrollSignal_Change(index);
+        FillRecord(index, true);
+}
+
+void FormVirtualOperator::ApplyLimits(int index)
+{
+    const VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(index));
+    const std::int16_t max = ToInt16(setting.BiasOpen);
+    const std::int16_t min = ToInt16(setting.GainClosed);
+    const int greater = std::max(std::abs(int(min)), std::abs(int(max)));
+    VScrollSignal(index).SetLimits(min, max, std::max(int(CInt(greater / 10.0)), 1));
+}
+
+void FormVirtualOperator::ShowSignal(int index)
+{
+    const Model &model = desk().model;
+    VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(index));
+    setting.Status = VScrollSignal(index).value();
+    labelSignalValue_.at(std::size_t(index))
+        ->setText(ValueText(setting.Status, model.ParamTable[setting.Destination].Attributes));
 }
 
 void FormVirtualOperator::VScrollSignal_Change(int index)
 {
-    Model &model = desk().model;
-    VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
-    setting.Status = VScrollSignal(index).value();
+    ShowSignal(index);
+    const VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(index));
     // An unassigned slider writes parameter 0, as an unassigned button does.
-    model.SetParamValue(setting.Destination, setting.Status, true, false);
-    labelSignalValue_.at(std::size_t(index))
-        ->setText(ValueText(setting.Status, model.ParamTable[setting.Destination].Attributes));
+    desk().model.SetParamValue(setting.Destination, setting.Status, true, false);
 }
 
 void FormVirtualOperator::CommandDigital_Click(int index)
@@ -116,39 +173,6 @@ void FormVirtualOperator::CommandDigital_Click(int index)
     model.SetParamValue(setting.Destination,
                         setting.Status == PushedIn ? setting.GainClosed : setting.BiasOpen, false, true);
     AssignCaption(index);
-}
-
-void FormVirtualOperator::CommandRun_Click()
-{
-    commandRun_->setEnabled(false);
-    commandJog_->setEnabled(false);
-    desk().model.SetParamValue(RunParam, 1, true, false);
-}
-
-void FormVirtualOperator::CommandStop_Click()
-{
-    commandRun_->setEnabled(true);
-    commandJog_->setEnabled(true);
-    desk().model.SetParamValue(RunParam, 0, true, false);
-}
-
-void FormVirtualOperator::CommandJog_MouseDown()
-{
-    commandRun_->setEnabled(false);
-    desk().model.SetParamValue(JogParam, 1, true, false);
-}
-
-void FormVirtualOperator::CommandJog_MouseUp()
-{
-    commandRun_->setEnabled(true);
-    desk().model.SetParamValue(JogParam, 0, true, false);
-}
-
-void FormVirtualOperator::ShowCommandsInForce()
-{
-    const Model &model = desk().model;
-    commandRun_->SetLit(model.Value(RunParam) != 0);
-    commandJog_->SetLit(model.Value(JogParam) != 0);
 }
 
 void FormVirtualOperator::CommandSetup_Click()
@@ -197,6 +221,14 @@ bool FormVirtualOperator::eventFilter(QObject *watched, QEvent *event)
 {
     bool isDone = false;
     Guarded([&] {
+        if (watched == parentWidget()) {
+            // The link goes down before the owner's own windows close.
+            if (event->type() == QEvent::Close)
+                EndJog();
+            else if (event->type() == QEvent::WindowStateChange)
+                FollowOwner();
+            return;
+        }
         const int record = RecordOf(watched);
         if (event->type() == QEvent::MouseButtonRelease) {
             const auto *mouse = static_cast<QMouseEvent *>(event);
@@ -218,26 +250,6 @@ bool FormVirtualOperator::eventFilter(QObject *watched, QEvent *event)
         }
     });
     return isDone || Form::eventFilter(watched, event);
-}
-
-bool FormVirtualOperator::event(QEvent *event)
-{
-    switch (event->type()) {
-    case QEvent::Leave:
-    case QEvent::WindowDeactivate:
-    case QEvent::WindowBlocked:
-    case QEvent::Hide:
-        commandJog_->Release();
-        break;
-    default:
-        break;
-    }
-    return Form::event(event);
-}
-
-void FormVirtualOperator::Unload()
-{
-    commandJog_->Release();
 }
 
 void OpenVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fields)

@@ -1,13 +1,17 @@
 #pragma once
 
 #include "desktop/Form.h"
+#include "platform/Guard.h"
 
+#include <QList>
+#include <QStringList>
 #include <array>
 #include <cstdint>
 
 class QGroupBox;
 class QLabel;
 class QMenu;
+class QTimer;
 
 namespace quorvik
 {
@@ -24,7 +28,8 @@ struct VirtualOperatorFields {
 
 /**
  * "Virtual Operator": Run, Stop and Jog, six sliders and six push buttons in place of the drive's terminal
- * strip. Each writes a parameter of the user's choice.
+ * strip. Each writes a parameter of the user's choice. On line the lamps show what the drive does, not what
+ * was clicked.
  */
 class FormVirtualOperator : public Form
 {
@@ -38,14 +43,18 @@ public:
 
     static const QString &Caption();
 
-    /** Takes all inputs off their destinations, chooses two-wire logic and writes what the sliders stand at.
+    /**
+     * Takes all inputs off their destinations, chooses two-wire logic and writes what the sliders stand at.
+     * What has its value already is left alone.
      */
     void Form_Load();
 
     /** Refreshes the caption of a record, 0 to 11. */
     void AssignCaption(int index);
-    /** Draws all records anew and writes each slider's parameter from its position. */
+    /** Draws all records anew and writes each slider's parameter from its position where it differs. */
     void RefreshControls();
+    /** Gives slider 0 to 5 the two ends of its record. */
+    void ApplyLimits(int index);
     /** Writes the parameter of slider 0 to 5 from its position. */
     void VScrollSignal_Change(int index);
 
@@ -74,14 +83,34 @@ private:
     void PopUp(int index, const QPoint &globalPosition);
     int SignalAt(int x) const;
     int RecordOf(const QObject *control) const;
-    void ShowCommandsInForce();
+
+    /** @param isKnown whether the table's value is the drive's, so that an equal one needs no write. */
+    void FillRecord(int index, bool isKnown);
+    void ShowSignal(int index);
+    void Watch(int p);
+
+    void EndJog();
+    /** What the drive does as far as it tells; off line the commands of the table. */
+    bool DriveRuns() const;
+    bool DriveJogs() const;
+    /** Brings lamps, buttons and notice in line with the table. */
+    void ShowCommands();
+    /** What else may start or hold the drive, in words. */
+    QStringList OtherHands() const;
+    /** Keeps the panel on the screen when its owner is minimised. */
+    void FollowOwner();
 
     VirtualOperatorFields &fields_;
+    QList<int> watched_;       ///< read interest that the panel holds
+    bool isStopAsked_ = false; ///< of a drive that has not yet told that it obeys
     OperatorButton *commandRun_;
     OperatorButton *commandStop_;
     JogButton *commandJog_;
     QGroupBox *frameSignal_ = nullptr;
     QMenu *mnuPop1_;
+    QLabel *labelNotice_;
+    QTimer *timerUpdateScreen_;
+    TickGuard tickGuard_;
     std::array<VirtualSlider *, Signals> vScrollSignal_{};
     std::array<QLabel *, Signals> labelInputName_{};
     std::array<QLabel *, Signals> labelSignalValue_{};

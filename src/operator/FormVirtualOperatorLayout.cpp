@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QTimer>
 
 namespace quorvik
 {
@@ -21,9 +22,7 @@ namespace quorvik
 namespace
 {
 
-constexpr std::int16_t DesignMin = 10000;
-constexpr std::int16_t DesignMax = 0;
-constexpr int DesignLargeChange = 1000;
+constexpr int UpdateInterval = 500; // milliseconds
 
 } // namespace
 
@@ -34,8 +33,13 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
     , commandStop_(new OperatorButton(OperatorSymbol::Stop, this))
     , commandJog_(new JogButton(this))
     , mnuPop1_(new QMenu(QStringLiteral("Pop1"), this))
+    , labelNotice_(new QLabel(this))
+    , timerUpdateScreen_(new QTimer(this))
 {
-    setParent(owner, Qt::Window);
+    // A window of its own would let the owner come in front of Stop.
+    setParent(owner, Qt::Dialog);
+    if (owner)
+        owner->installEventFilter(this);
 
     auto *left = new QVBoxLayout;
     left->addWidget(MakeStartStop());
@@ -43,7 +47,14 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
     auto *stations = new QHBoxLayout;
     stations->addLayout(left);
     stations->addWidget(MakeSignals(), 1);
+    labelNotice_->setObjectName(QStringLiteral("LabelNotice"));
+    labelNotice_->setTextFormat(Qt::PlainText);
+    labelNotice_->setWordWrap(true);
+    labelNotice_->setFrameStyle(int(QFrame::StyledPanel) | int(QFrame::Plain));
+    labelNotice_->setMargin(3);
+    labelNotice_->hide();
     auto *layout = new QVBoxLayout(this);
+    layout->addWidget(labelNotice_);
     layout->addLayout(stations, 1);
     layout->addWidget(MakeCommands());
 
@@ -54,12 +65,14 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
 
     On(&desk.model, &Model::VirtualSettingsLoaded, this, [this] { RefreshControls(); });
     // Every write announces the title, so this follows each of them.
-    On(&desk.model, &Model::TitleChanged, this, [this] { ShowCommandsInForce(); });
+    On(&desk.model, &Model::TitleChanged, this, [this] { ShowCommands(); });
+    timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
+    On(timerUpdateScreen_, &QTimer::timeout, this, [this] { tickGuard_.Run([this] { ShowCommands(); }); });
+    timerUpdateScreen_->start(UpdateInterval);
     On(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state != Qt::ApplicationActive)
             commandJog_->Release();
     });
-    ShowCommandsInForce();
     // A space bar struck by accident must find Stop, never Run.
     commandStop_->setFocus();
 }
@@ -108,7 +121,6 @@ QWidget *FormVirtualOperator::MakeSignals()
         name->setMinimumSize(fontMetrics().averageCharWidth() * 13, fontMetrics().lineSpacing() * 3);
         auto *slider = new VirtualSlider(frameSignal_);
         slider->setObjectName(ControlName("VScrollSignal", index));
-        slider->SetLimits(DesignMin, DesignMax, DesignLargeChange);
         slider->installEventFilter(this);
         On(slider, &VirtualSlider::valueChanged, this, [this, index] { VScrollSignal_Change(index); });
         QLabel *value = MakeLabel("LabelSignalValue", index);

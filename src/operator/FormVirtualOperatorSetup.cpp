@@ -6,7 +6,6 @@
 #include "model/Model.h"
 #include "model/TextTables.h"
 #include "operator/FormVirtualOperator.h"
-#include "operator/VirtualSlider.h"
 #include "platform/Arithmetic.h"
 #include "platform/Guard.h"
 #include "platform/Numbers.h"
@@ -20,7 +19,6 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <algorithm>
-#include <cstdlib>
 
 namespace quorvik
 {
@@ -280,20 +278,12 @@ bool FormVirtualOperatorSetup::ApplyVirtualInput()
     setting.Destination = ToInt16(destination);
     setting.BiasOpen = (*rawEnds)[0];
     setting.GainClosed = (*rawEnds)[1];
-    if (index < FormVirtualOperator::Signals)
-        ApplyToSlider(index, *rawEnds);
+    if (index < FormVirtualOperator::Signals) {
+        panel_.ApplyLimits(index);
+        panel_.VScrollSignal_Change(index);
+    }
     panel_.AssignCaption(index);
     return true;
-}
-
-void FormVirtualOperatorSetup::ApplyToSlider(int index, const EndValues &rawEnds)
-{
-    const std::int16_t max = ToInt16(rawEnds[0]);
-    const std::int16_t min = ToInt16(rawEnds[1]);
-    const int greater = std::max(std::abs(int(min)), std::abs(int(max)));
-    const int largeChange = std::max(int(CInt(greater / 10.0)), 1);
-    panel_.VScrollSignal(index).SetLimits(min, max, largeChange);
-    panel_.VScrollSignal_Change(index);
 }
 
 } // namespace quorvik

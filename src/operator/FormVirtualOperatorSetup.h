@@ -38,7 +38,6 @@ private:
     void TextBiasGain_LostFocus(int index);
     void FillDestinationList(int current);
     bool ApplyVirtualInput();
-    void ApplyToSlider(int index, const EndValues &rawEnds);
     /** The end values as entered, or nothing where one was refused and told. */
     std::optional<EndValues> EnteredEnds(int destination);
     int FindVirtualConflict(int index, int destination) const;

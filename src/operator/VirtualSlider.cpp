@@ -14,6 +14,9 @@ namespace quorvik
 namespace
 {
 
+constexpr std::int16_t DesignMin = 10000;
+constexpr std::int16_t DesignMax = 0;
+constexpr int DesignLargeChange = 1000;
 constexpr int ScaleSteps = 10;
 constexpr int LongestScaleText = 7; // "-327.68"
 
@@ -26,6 +29,7 @@ VirtualSlider::VirtualSlider(QWidget *parent)
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
     setAttribute(Qt::WA_Hover);
+    SetDesignLimits();
 }
 
 void VirtualSlider::SetLimits(std::int16_t min, std::int16_t max, int largeChange)
@@ -39,6 +43,11 @@ void VirtualSlider::SetLimits(std::int16_t min, std::int16_t max, int largeChang
     setInvertedAppearance(!TopIsGreater());
     setInvertedControls(!TopIsGreater());
     update();
+}
+
+void VirtualSlider::SetDesignLimits()
+{
+    SetLimits(DesignMin, DesignMax, DesignLargeChange);
 }
 
 void VirtualSlider::SetScaleTexts(const QString &topText, const QString &bottomText)

@@ -32,6 +32,9 @@ public:
      */
     void SetLimits(std::int16_t min, std::int16_t max, int largeChange);
 
+    /** As SetLimits(), with the ends that a slider has before it is set up. */
+    void SetDesignLimits();
+
     /** The texts at the upper end and the lower end of the scale. */
     void SetScaleTexts(const QString &topText, const QString &bottomText);
 

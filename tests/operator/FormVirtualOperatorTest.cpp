@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QWindow>
 #include <functional>
 
 namespace quorvik::testing
@@ -35,23 +36,31 @@ TEST_F(VirtualOperator, NoLeavesEverythingAsItWas)
     EXPECT_EQ(desk.asker.Shown.first().icon, MsgIcon::Exclamation);
 }
 
-TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesEverySlider)
+TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
 {
-    Record(0).WriteFlag = WriteState::None;
-    Setting(2) = {217, 0, 10000, 4321};
-    Record(217).Value = 77;
+    Setting(2) = {217, 0, 5000, 4321};
+    Setting(3) = {218, 2000, 8000, 0};
+    Record(217).Value = 0;
+    desk.online = true;
+    const int watched = Record(1).ReadFlag;
     Open();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(AssignedSelectors(desk.model), 0);
     EXPECT_EQ(Value(245), 1);
     EXPECT_EQ(Record(1).WriteFlag, WriteState::Queued);
-    EXPECT_EQ(Record(0).WriteFlag, WriteState::Queued) << "an unassigned slider writes parameter 0";
-    EXPECT_EQ(Value(217), 0);
+    EXPECT_EQ(Record(1).ReadFlag, watched + 1) << "a drive that runs refuses it";
+    EXPECT_EQ(Record(217).WriteFlag, WriteState::Queued) << "an input drove it";
+    EXPECT_EQ(Value(218), 2000) << "within the ends of its record";
+    for (const int same : {0, 24, 239, 241})
+        EXPECT_EQ(Record(same).WriteFlag, WriteState::None) << same;
     EXPECT_EQ(Setting(2).Status, 0);
     EXPECT_TRUE(desk.model.FileModified);
     EXPECT_EQ(Text("LabelInputName(2)"), "Reference 0");
     EXPECT_EQ(Text("LabelSignalValue(2)"), "0.00 %");
-    EXPECT_EQ(Text("LabelInputName(3)"), "Signal D");
+    EXPECT_EQ(panel->VScrollSignal(2).Min(), 5000);
+    EXPECT_EQ(panel->VScrollSignal(2).LargeChange(), 500);
+    EXPECT_EQ(Text("LabelInputName(4)"), "Signal E");
+    EXPECT_EQ(panel->VScrollSignal(4).Min(), 10000);
     EXPECT_EQ(Digital(8).text(), Name("Digital C"));
     EXPECT_EQ(Digital(8).toolTip(), Name("Unassigned"));
     Click("CommandHelp");
@@ -62,6 +71,93 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesEverySlider)
     Open();
     EXPECT_EQ(panel, first);
     EXPECT_EQ(Value(1), 0);
+    Click("CommandClose");
+    EXPECT_EQ(Record(1).ReadFlag, watched);
+}
+
+TEST_F(VirtualOperator, ThePanelShowsWhatTheDriveDoes)
+{
+    Open();
+    desk.online = true;
+    const struct {
+        const char *what;
+        int run, jog, runStatus, state;
+        bool runLit, jogLit, canRun, canJog;
+    } cases[] = {
+        {"at rest", 0, 0, 0, 0, false, false, true, true},
+        {"started at its own terminals", 0, 0, 1, 1, true, false, false, false},
+        {"not yet polled", 0, 0, 0, 1, true, false, false, false},
+        {"tripped", 1, 0, 0, 8, false, false, false, false},
+        {"tripped, its status not yet polled", 0, 0, 1, 8, false, false, true, true},
+        {"stopped elsewhere, still turning", 0, 0, 0, 2, false, false, true, true},
+        {"does not start", 1, 0, 0, 0, false, false, false, false},
+        {"jogs", 0, 1, 0, 3, false, true, false, true},
+        {"jog let go elsewhere", 0, 0, 0, 4, false, false, true, true},
+    };
+    for (const auto &each : cases) {
+        SCOPED_TRACE(each.what);
+        Record(239).Value = each.run;
+        Record(241).Value = each.jog;
+        Record(242).Value = each.runStatus;
+        Record(422).Value = each.state;
+        Tick();
+        EXPECT_EQ(Find<OperatorButton>("CommandRun")->IsLit(), each.runLit);
+        EXPECT_EQ(Find<OperatorButton>("CommandJog")->IsLit(), each.jogLit);
+        EXPECT_EQ(Enabled("CommandRun"), each.canRun);
+        EXPECT_EQ(Enabled("CommandJog"), each.canJog);
+    }
+    Record(422).Value = 1;
+    Click("CommandStop");
+    EXPECT_TRUE(Find<OperatorButton>("CommandRun")->IsLit()) << "the drive still runs";
+    EXPECT_TRUE(Enabled("CommandRun") && Enabled("CommandJog"));
+}
+
+TEST_F(VirtualOperator, StopAndAnyClosingEndTheJogToo)
+{
+    const struct {
+        const char *what;
+        int jog, state, logic;
+        std::function<void()> end;
+        bool writesJog, writesStop;
+    } cases[] = {
+        {"nothing to end", 0, 0, 1, [this] { Click("CommandStop"); }, false, false},
+        {"stop", 1, 3, 1, [this] { Click("CommandStop"); }, true, false},
+        {"stop before the jog was polled", 0, 3, 1, [this] { Click("CommandStop"); }, true, false},
+        {"stop with three wires", 0, 1, 0, [this] { Click("CommandStop"); }, false, true},
+        {"main window closed", 1, 3, 1, [this] { desk.mainWindow.close(); }, true, false},
+        {"panel closed", 1, 3, 1, [this] { panel->close(); }, true, false},
+    };
+    Open();
+    desk.online = true;
+    for (const auto &each : cases) {
+        SCOPED_TRACE(each.what);
+        Record(245) = desk.model.PresetTable[245];
+        Record(245).Value = each.logic;
+        Record(422).Value = each.state;
+        Record(240).WriteFlag = Record(241).WriteFlag = WriteState::None;
+        Record(241).Value = each.jog;
+        each.end();
+        EXPECT_EQ(Value(241), 0);
+        EXPECT_EQ(Record(241).WriteFlag == WriteState::Queued, each.writesJog);
+        EXPECT_EQ(Record(240).WriteFlag == WriteState::Queued, each.writesStop);
+    }
+}
+
+TEST_F(VirtualOperator, StaysOnTheScreenAndSaysWhoElseHoldsTheDrive)
+{
+    Open();
+    EXPECT_EQ(panel->windowHandle()->transientParent(), desk.mainWindow.windowHandle());
+    desk.mainWindow.setWindowState(Qt::WindowMinimized);
+    EXPECT_EQ(panel->windowHandle()->transientParent(), nullptr);
+    EXPECT_TRUE(panel->isVisible());
+    desk.mainWindow.setWindowState(Qt::WindowNoState);
+    EXPECT_EQ(panel->windowHandle()->transientParent(), desk.mainWindow.windowHandle());
+
+    EXPECT_FALSE(Find("LabelNotice")->isVisible());
+    Record(1).Value = RunParam;
+    Tick();
+    EXPECT_TRUE(Find("LabelNotice")->isVisible());
+    EXPECT_NE(Text("LabelNotice").find("(1) Digital In 1 Destination drives Run"), std::string::npos);
 }
 
 TEST_F(VirtualOperator, RunStopAndJogExcludeEachOtherAndRunOutlivesThePanel)
@@ -139,11 +235,12 @@ TEST_F(VirtualOperator, ALoadedFileRedrawsThePanelAndWritesTheSliders)
 {
     Open();
     panel->VScrollSignal(4).setValue(2500);
-    Setting(4) = {217, 0, 10000, 9999};
+    Setting(4) = {217, 0, 4000, 9999};
     Setting(9) = {305, 0, 1, -1};
     Q_EMIT desk.model.VirtualSettingsLoaded();
     EXPECT_EQ(Text("LabelInputName(4)"), "Reference 0");
     EXPECT_EQ(Setting(4).Status, 2500) << "the position wins over the file";
+    EXPECT_EQ(panel->VScrollSignal(4).Min(), 4000);
     EXPECT_EQ(Value(217), 2500);
     EXPECT_EQ(Digital(9).text(), Name("Ramp Bypass\r\n=False"));
     EXPECT_TRUE(Digital(9).isChecked());

@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QTimer>
 
 namespace quorvik::testing
 {
@@ -27,6 +28,7 @@ protected:
     void Open(MsgAnswer answer = MsgAnswer::Yes)
     {
         desk.asker.Expect(QStringLiteral("all inputs must be unassigned!"), answer);
+        desk.mainWindow.show();
         OpenVirtualOperator(desk.desk, &desk.mainWindow, fields);
         panel = desk.mainWindow.findChild<FormVirtualOperator *>();
     }
@@ -38,6 +40,7 @@ protected:
 
     void Click(const Name &name) const { ClickIn(panel, name); }
     bool Enabled(const Name &name) const { return Find(name)->isEnabled(); }
+    void Tick() const { QMetaObject::invokeMethod(Find<QTimer>("TimerUpdateScreen"), "timeout"); }
     std::string Text(const Name &label) const { return Find<QLabel>(label)->text().toStdString(); }
     QAbstractButton &Digital(int index) const
     {

@@ -1,0 +1,174 @@
+// Run, Stop and Jog of the panel, and what it shows of the drive behind them.
+
+#include "model/Model.h"
+#include "operator/CommandParams.h"
+#include "operator/FormVirtualOperator.h"
+#include "operator/JogButton.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QStringList>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr std::int32_t TwoWire = 1;
+
+/** Values of the drive's state that the lamps tell apart. */
+enum DriveState { Stopped, Running, Jogging = 3, JogStopping, JogDelaying, EmergencyStopped = 8 };
+
+} // namespace
+
+void FormVirtualOperator::CommandRun_Click()
+{
+    isStopAsked_ = false;
+    desk().model.SetParamValue(CommandParam::Run, 1, true, false);
+}
+
+void FormVirtualOperator::CommandStop_Click()
+{
+    Model &model = desk().model;
+    isStopAsked_ = true;
+    model.SetParamValue(CommandParam::Run, 0, true, false);
+    EndJog();
+    // What three wires have latched only the stop input lets go.
+    const ParamRecord &logic = model.ParamTable[CommandParam::LogicSelect];
+    const bool isUnsettled = model.PortOpen() && logic.WriteFlag != WriteState::None;
+    if (logic.Value != TwoWire || isUnsettled)
+        model.SetParamValue(CommandParam::Stop, 1, true, false);
+}
+
+void FormVirtualOperator::CommandJog_MouseDown()
+{
+    isStopAsked_ = false;
+    desk().model.SetParamValue(CommandParam::Jog, 1, true, false);
+}
+
+void FormVirtualOperator::CommandJog_MouseUp()
+{
+    isStopAsked_ = true;
+    desk().model.SetParamValue(CommandParam::Jog, 0, true, false);
+}
+
+void FormVirtualOperator::EndJog()
+{
+    if (commandJog_->IsHeld())
+        commandJog_->Release();
+    else if (desk().model.Value(CommandParam::Jog) != 0 || DriveJogs())
+        CommandJog_MouseUp();
+}
+
+bool FormVirtualOperator::DriveRuns() const
+{
+    const Model &model = desk().model;
+    if (!model.PortOpen())
+        return model.Value(CommandParam::Run) != 0;
+    switch (model.Value(Param::DriveState)) {
+    case Running:
+        return true;
+    case Stopped:
+    case Jogging:
+    case JogStopping:
+    case JogDelaying:
+    case EmergencyStopped:
+        return false;
+    default:
+        return model.Value(CommandParam::RunStatus) != 0;
+    }
+}
+
+bool FormVirtualOperator::DriveJogs() const
+{
+    const Model &model = desk().model;
+    return model.PortOpen() ? model.Value(Param::DriveState) == Jogging : model.Value(CommandParam::Jog) != 0;
+}
+
+void FormVirtualOperator::ShowCommands()
+{
+    const Model &model = desk().model;
+    const bool runs = DriveRuns();
+    const bool jogs = DriveJogs();
+    commandRun_->SetLit(runs);
+    commandJog_->SetLit(jogs);
+    // A drive that has been told to stop is asked for its state again only at the next poll.
+    isStopAsked_ = isStopAsked_ && (runs || jogs);
+    const bool isRunInForce = model.Value(CommandParam::Run) != 0 || (runs && !isStopAsked_);
+    const bool isJogInForce = model.Value(CommandParam::Jog) != 0 || (jogs && !isStopAsked_);
+    commandRun_->setEnabled(!isRunInForce && !isJogInForce);
+    commandJog_->setEnabled(!isRunInForce);
+
+    const QStringList others = OtherHands();
+    labelNotice_->setVisible(!others.isEmpty());
+    if (!others.isEmpty())
+        labelNotice_->setText(
+            QStringLiteral("Stop here may not stop the drive: %1. Stop it at its own inputs, "
+                           "then open this panel again.")
+                .arg(others.join(QStringLiteral(", "))));
+}
+
+QStringList FormVirtualOperator::OtherHands() const
+{
+    const Model &model = desk().model;
+    QStringList hands;
+    const auto isWaiting = [&model](int p) {
+        return model.AttrBit(Attr::Icr, p) && model.ParamTable[p].WriteFlag != WriteState::None;
+    };
+    if (model.PortOpen() && !model.DriveIsStopped() &&
+        std::any_of(watched_.cbegin(), watched_.cend(), isWaiting))
+        hands << QStringLiteral("it does not let go of its inputs while it runs");
+    if (model.Value(CommandParam::LogicSelect) != TwoWire)
+        hands << QStringLiteral("Logic Select is not 2 Wire");
+    for (const int command : {CommandParam::Run, CommandParam::Jog})
+        if (const int source = model.FindLinkSource(command); source != 0)
+            hands << QStringLiteral("(%1) %2 drives %3")
+                         .arg(source)
+                         .arg(model.ParamTable[source].Name, model.ParamTable[command].Name);
+    return hands;
+}
+
+void FormVirtualOperator::FollowOwner()
+{
+    QWindow *own = windowHandle();
+    // A desktop takes the windows of a minimised window off the screen with it, and Stop would be among them.
+    QWindow *owner = parentWidget()->isMinimized() ? nullptr : parentWidget()->windowHandle();
+    if (!isVisible() || own->transientParent() == owner)
+        return;
+    own->setTransientParent(owner);
+    // The desktop learns of it when the window is shown anew.
+    hide();
+    setAttribute(Qt::WA_ShowWithoutActivating, owner != nullptr);
+    showNormal();
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
+}
+
+bool FormVirtualOperator::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Leave:
+    case QEvent::WindowDeactivate:
+    case QEvent::WindowBlocked:
+    case QEvent::Hide:
+        commandJog_->Release();
+        break;
+    default:
+        break;
+    }
+    return Form::event(event);
+}
+
+void FormVirtualOperator::Unload()
+{
+    timerUpdateScreen_->stop();
+    EndJog();
+    for (const int p : watched_)
+        desk().model.RemoveReadInterest(p);
+    watched_.clear();
+}
+
+} // namespace quorvik
