@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScreen>
 #include <algorithm>
 #include <cstdlib>
 
@@ -28,6 +29,8 @@ namespace
 constexpr std::int32_t TwoWire = 1;
 /** Status of a push button that is on. */
 constexpr std::int32_t PushedIn = -1;
+/** What a desktop puts around a window. */
+constexpr QSize FrameAllowance = {16, 48};
 
 QChar LetterOf(int index)
 {
@@ -263,8 +266,10 @@ void OpenVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fiel
         return;
     const int position = desk.forms.FindOpenBlock(FormVirtualOperator::Caption());
     auto *panel = position > 0 ? qobject_cast<FormVirtualOperator *>(desk.forms.At(position)) : nullptr;
-    if (panel == nullptr)
+    if (panel == nullptr) {
         panel = new FormVirtualOperator(desk, owner, fields);
+        panel->resize(panel->size().boundedTo(panel->screen()->availableSize() - FrameAllowance));
+    }
     // A record that cannot be shown must not keep the panel, and so Stop, from the user.
     Guarded([panel] { panel->Form_Load(); });
     panel->show();

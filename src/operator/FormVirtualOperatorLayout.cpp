@@ -14,7 +14,10 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTimer>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -23,6 +26,38 @@ namespace
 {
 
 constexpr int UpdateInterval = 500; // milliseconds
+
+/** Asks for all the sliders' room, and makes do with one slider's. */
+class SignalScroll : public QScrollArea
+{
+public:
+    SignalScroll(QWidget *sliders, QWidget *parent)
+        : QScrollArea(parent)
+    {
+        setObjectName(QStringLiteral("ScrollSignal"));
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWidget(sliders);
+    }
+
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+    QSize minimumSizeHint() const override
+    {
+        const QSize all = widget()->minimumSizeHint();
+        return {all.width() / FormVirtualOperator::Signals,
+                all.height() + horizontalScrollBar()->sizeHint().height()};
+    }
+
+protected:
+    /** A resizable widget of the area's own would keep the height that its wrapped names ask for. */
+    void resizeEvent(QResizeEvent *event) override
+    {
+        widget()->resize(std::max(viewport()->width(), widget()->minimumSizeHint().width()),
+                         viewport()->height());
+        QScrollArea::resizeEvent(event);
+    }
+};
 
 } // namespace
 
@@ -46,7 +81,7 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
     left->addWidget(MakeDigitals(), 1);
     auto *stations = new QHBoxLayout;
     stations->addLayout(left);
-    stations->addWidget(MakeSignals(), 1);
+    stations->addWidget(new SignalScroll(MakeSignals(), this), 1);
     labelNotice_->setObjectName(QStringLiteral("LabelNotice"));
     labelNotice_->setTextFormat(Qt::PlainText);
     labelNotice_->setWordWrap(true);
@@ -75,6 +110,7 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
     });
     // A space bar struck by accident must find Stop, never Run.
     commandStop_->setFocus();
+    resize(sizeHint());
 }
 
 QWidget *FormVirtualOperator::MakeStartStop()

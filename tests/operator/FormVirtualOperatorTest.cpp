@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWindow>
 #include <functional>
 
@@ -153,6 +154,7 @@ TEST_F(VirtualOperator, StaysOnTheScreenAndSaysWhoElseHoldsTheDrive)
     desk.mainWindow.setWindowState(Qt::WindowNoState);
     EXPECT_EQ(panel->windowHandle()->transientParent(), desk.mainWindow.windowHandle());
 
+    EXPECT_LE(panel->width(), panel->screen()->availableSize().width());
     EXPECT_FALSE(Find("LabelNotice")->isVisible());
     Record(1).Value = RunParam;
     Tick();
