@@ -16,6 +16,8 @@ class JogButton : public OperatorButton
 public:
     explicit JogButton(QWidget *parent);
 
+    bool IsHeld() const { return isHeld_; }
+
     /** Ends the hold, if there is one. */
     void Release();
 
