@@ -13,7 +13,8 @@ install_packages() {
     $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" </dev/null
 }
 
-# build_preset <preset> [target...]: configures and builds, with no more jobs than the memory carries.
+# build_preset <preset> [target...]: configures and builds, with no more jobs than the memory carries. Warnings are
+# errors where WARNINGS_ARE_ERRORS is ON: a compiler that came out later keeps no user from building.
 build_preset() {
     local preset=$1 cores memory jobs
     shift
@@ -21,7 +22,8 @@ build_preset() {
     memory=$(awk '/MemAvailable/ { print int($2 / 1500000) + 1 }' /proc/meminfo)
     jobs=$((cores < memory ? cores : memory))
     mkdir -p build
-    cmake --preset "$preset" >"build/configure-$preset.log" 2>&1 || {
+    cmake --preset "$preset" -DCMAKE_COMPILE_WARNING_AS_ERROR="${WARNINGS_ARE_ERRORS:-OFF}" \
+        >"build/configure-$preset.log" 2>&1 || {
         cat "build/configure-$preset.log"
         return 1
     }
