@@ -5,7 +5,7 @@ cd "$(dirname "$0")" || exit 1
 . scripts/install.sh
 
 preset=${1:-test}
-install_packages build || exit 1
+install_packages build test || exit 1
 build_preset "$preset" || exit 1
 
 export QT_QPA_PLATFORM=offscreen

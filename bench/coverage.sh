@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/install.sh
-install_packages build coverage >&2
+install_packages build test coverage >&2
 needed=90
 
 build_preset coverage >&2
@@ -12,7 +12,7 @@ QT_QPA_PLATFORM=offscreen ctest --test-dir build/coverage -j "$(nproc)" --output
     tail -n 40 build/coverage/tests.log >&2
     exit 1
 }
-# Only the engines: their windows lie in forms/, and the registry of another system is not built here.
+# Only the engines: their windows lie in forms/.
 gcovr --root . --object-directory build/coverage --filter 'src/(platform|model|link|emulator|settings)/[^/]*$' \
     --exclude-throw-branches --txt build/coverage/lines.txt --print-summary build/coverage >build/coverage/summary.txt
 share=$(awk '/^lines:/ { sub("%", "", $2); print $2 }' build/coverage/summary.txt)

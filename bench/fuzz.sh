@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/install.sh
-install_packages build fuzz >&2
+install_packages build test fuzz >&2
 seconds=${1:-300}
 seed=${2:-0}
 targets=(link settings numbers notes presets)
