@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 install_packages build test fuzz >&2
 seconds=${1:-300}
 seed=${2:-0}
-targets=(link settings numbers notes presets)
+mapfile -t targets < <(printf '%s\n' tests/fuzz/Fuzz*.cpp | sed 's|.*/Fuzz||; s|\.cpp$||' | tr '[:upper:]' '[:lower:]')
 build_preset fuzz "${targets[@]/#/quorvik-fuzz-}" >&2
 
 export LSAN_OPTIONS=suppressions=$PWD/tests/support/lsan.supp:print_suppressions=0
