@@ -13,7 +13,7 @@ all)
     export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
     result=0
     for program in build/release/bench/quorvik-bench-*; do
-        [ -x "$program" ] || continue
+        [ -f "$program" ] && [ -x "$program" ] || continue
         "$program" || result=1
     done
     bench/start.sh build/release || result=1
@@ -24,7 +24,7 @@ soak | fuzz | mutations | coverage | long)
     exec "bench/$what.sh" "$@"
     ;;
 *)
-    echo "usage: bench.sh [soak [transactions] | fuzz [seconds [seed]] | mutations | coverage | long]" >&2
+    echo "usage: bench.sh [soak [transactions] | fuzz [seconds [seed]] | mutations [count [seed]] | coverage | long]" >&2
     exit 2
     ;;
 esac

@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
-"""Breaks the engines in fifty places, one at a time, in a copy of its own, and counts how many breaks the tests notice.
+"""Breaks one line of the program at a time, in a copy of its own, and counts how many breaks the tests notice.
 
-Usage: mutate.py [first [last]]     the mutations to try, from 1; all of them by default
+Usage: mutate.py [count [seed]]     so many lines of the engines and as many of the windows, 40 by default; the same
+                                    seed draws the same lines, as long as the sources stay as they are
 """
 import os
 import pathlib
+import random
+import re
 import shutil
 import subprocess
 import sys
@@ -12,67 +15,59 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 COPY = ROOT / "build" / "mutations" / "source"
 BUILD = ROOT / "build" / "mutations" / "build"
-NEEDED = 45
-ROOMS = ["platform", "model", "emulator", "settings", "link"]
+ENGINES = ["platform", "model", "emulator", "settings", "link"]
+WANTED = {"engines": 90, "windows": 65}  # per cent
+TIME_LIMIT = 300  # seconds for the tests of one folder, after which they count as hanging
 
-# Where, what stands there, and what is put in its place.
-MUTATIONS = [
-    ("src/platform/Arithmetic.cpp", "part > 0.5 ? 1.0", "part >= 0.6 ? 1.0"),
-    ("src/platform/Arithmetic.cpp", "std::fmod(below, 2.0) == 0.0", "std::fmod(below, 2.0) != 0.0"),
-    ("src/platform/Arithmetic.cpp", "value < std::numeric_limits<Integer>::min() ||", ""),
-    ("src/platform/Arithmetic.cpp", "std::trunc(value)", "std::floor(value)"),
-    ("src/platform/Numbers.cpp", "decimal.digits.at(kept) >= '5'", "decimal.digits.at(kept) > '5'"),
-    ("src/platform/Numbers.cpp", "digits.rightJustified(decimals + 1, '0')", "digits.rightJustified(decimals, '0')"),
-    ("src/platform/Numbers.cpp", "decimal.exponent > 15", "decimal.exponent > 14"),
-    ("src/platform/AtomicFile.cpp", " || !Flush(siblingPath_, O_RDONLY) ||", " ||"),
-    ("src/platform/AtomicFile.cpp", "| S_IWUSR", ""),
-    ("src/platform/MSComm.cpp", "buffer_.size() >= rThreshold_", "buffer_.size() > rThreshold_"),
-    ("src/model/Conversions.cpp", "attributes / 32.0", "attributes / 33.0"),
-    ("src/model/Conversions.cpp", "rawValue > 3 ?", "rawValue > 4 ?"),
-    ("src/model/Conversions.cpp", "{1.0, 10.0, 100.0, 1000.0}", "{1.0, 10.0, 1000.0, 100.0}"),
-    ("src/model/LimitRules.cpp", "{1, 7, Rule::DigitalInput, 7, 14}", "{1, 6, Rule::DigitalInput, 7, 14}"),
-    ("src/model/LimitRules.cpp", "{23, 27, Rule::ScaledInput", "{23, 26, Rule::ScaledInput"),
-    ("src/model/LimitRules.cpp", "record.Value > record.Max", "record.Value >= record.Max + 2"),
-    ("src/model/LimitRules.cpp", "rated * 0.2", "rated * 0.25"),
-    ("src/model/LimitRules.cpp", "if (Value(absolute) != 0)", "if (Value(absolute) == 0)"),
-    ("src/model/LimitRules.cpp", "BipolarMin = -2048", "BipolarMin = -2047"),
-    ("src/model/Model.cpp", "state == 0 || state == 8", "state == 0 || state == 7"),
-    ("src/model/Model.cpp", "for (int i = 0; i <= LastParam; ++i)\n        if (AttrBit(Attr::Destination",
-     "for (int i = 1; i <= LastParam; ++i)\n        if (AttrBit(Attr::Destination"),
-    ("src/model/Model.cpp", "raw <= ParamTable[p].Max", "raw < ParamTable[p].Max"),
-    ("src/model/Model.cpp", "p != Param::SaveParameters && p != Param::LoadParameters", "p != Param::SaveParameters"),
-    ("src/model/EntryRules.cpp", "true, !model_.PortOpen()", "true, model_.PortOpen()"),
-    ("src/model/EntryRules.cpp", "&& i != p)", "&& i >= p)"),
-    ("src/emulator/EmulatedControlBlocks.cpp", "mode == 0 ? block.Value(205) : mode == 1", "mode == 1 ? block.Value(205) : mode == 0"),
-    ("src/emulator/EmulatedControlBlocks.cpp", "sum > 0 && sum > block.Value(99)", "sum > block.Value(99)"),
-    ("src/emulator/EmulatedControlBlocks.cpp", "source <= 404", "source < 404"),
-    ("src/emulator/EmulatedControlBlocks.cpp", "x <= block.Difference", "x < block.Difference"),
-    ("src/emulator/TimerBlock.cpp", "CountEnd = 2400", "CountEnd = 2410"),
-    ("src/settings/SettingsFile.cpp", "rows.RecordCount() <= LastNeededParam", "rows.RecordCount() < LastNeededParam"),
-    ("src/settings/SettingsFile.cpp", "preset.Value = record.Preset", "preset.Value = record.Value"),
-    ("src/settings/SettingsFile.cpp", "online && number == Param::MotorCurrent", "number == Param::MotorCurrent"),
-    ("src/settings/SettingsFile.cpp", "model_.FileModified = false;", ""),
-    ("src/settings/FileCommands.cpp", "if (index == 1 || model_.FileName", "if (index == 2 || model_.FileName"),
-    ("src/settings/FileCommands.cpp", "if (!model_.DriveIsStopped()) {\n        rules_.ShowStopModeMessage();\n        return;\n    }\n    QString failure;", "QString failure;"),
-    ("src/settings/LineWrap.cpp", "wordLength + units > limit", "wordLength + units >= limit"),
-    ("src/settings/RecoveryCopy.cpp", "if (!timer_.isActive())\n", ""),
-    ("src/settings/RecoveryCopy.cpp", "std::exchange(isOurs_, false)", "true"),
-    ("src/link/PacketLayer.cpp", "for (qsizetype i = 1; i < packet.size(); ++i)", "for (qsizetype i = 0; i < packet.size(); ++i)"),
-    ("src/link/DriveLink.cpp", "if (!SerialCommTimeout.isActive()) {", "if (false) {"),
-    ("src/link/DriveLink.cpp", "MSComm1.RThreshold() != buffer.size()", "MSComm1.RThreshold() > buffer.size()"),
-    ("src/link/DriveLink.cpp", "    CurrentParam = 0;\n    DiscardInput();", "    CurrentParam = 0;"),
-    ("src/link/DriveLink.cpp", "ReadPropsIndex >= 1", "ReadPropsIndex > 1"),
-    ("src/link/ErrorPolicy.cpp", "FailuresInARow = 3", "FailuresInARow = 4"),
-    ("src/link/Scans.cpp", "record.WriteFlag == WriteState::None && record.ReadFlag > 0", "record.ReadFlag > 0"),
-    ("src/link/Scans.cpp", "if (record.Value == rawValueSent_)\n", ""),
-    ("src/link/Scans.cpp", "RefusalsInARow = 3", "RefusalsInARow = 2"),
-    ("src/link/Scans.cpp", "int at = 2;", "int at = 3;"),
-    ("src/link/LinkState.cpp", "std::min<std::int32_t>(PropMax", "std::max<std::int32_t>(PropMax"),
+# What is looked for in the code of a line, and what is put in its place.
+SWAPS = [
+    (r" <= ", " < "), (r" >= ", " > "), (r" < ", " <= "), (r" > ", " >= "), (r" == ", " != "), (r" != ", " == "),
+    (r" && ", " || "), (r" \|\| ", " && "), (r" \+ ", " - "), (r" - ", " + "), (r" \* ", " / "), (r" / ", " * "),
+    (r" \+= ", " -= "), (r" -= ", " += "), (r"\+\+", "--"), (r"--", "++"), (r" \? ", " && false ? "),
+    (r"\btrue\b", "false"), (r"\bfalse\b", "true"),
+    (r"\bif \(([^;]*)\)(?=( \{)?$)", lambda match: f"if (!({match.group(1)}))"), (r"(?<=[(\s])!(?=[\w(])", ""),
+    (r"(?<![\w.\"'])\d+(?![\w.\"'])", lambda match: str(int(match.group()) + 1)),
+    (r"(?<![\w.])\d+\.\d+", lambda match: str(float(match.group()) * 1.5 + 1)),
+    (r"\"[^\"\\]+\"", lambda match: match.group()[:-1] + "!\""),
 ]
+STATEMENT = re.compile(r"^\s+\w[\w:.>\-\[\]()*]+(\(.*\)| [+\-*/|&]?= .*);\s*$")
+NO_CODE = re.compile(r"^\s*(//|/?\*|#|using |namespace |template|class |struct |enum |public:|private:|protected:|"
+                     r"static_assert|Q_|QUORVIK_\w*TRACE)")
 
 
 def run(arguments, **options):
-    return subprocess.run(arguments, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
+    return subprocess.run(arguments, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
+                          **options)
+
+
+def breaks(line):
+    """Every line that the given one can be broken into; none where it holds no code."""
+    if NO_CODE.match(line) or not re.search(r"\w", line):
+        return []
+    code = len(line.split(" // ")[0])
+    broken = []
+    for pattern, replacement in SWAPS:
+        for match in re.finditer(pattern, line[:code]):
+            inText = line[:match.start()].count('"') % 2 == 1
+            if not inText:
+                new = replacement(match) if callable(replacement) else replacement
+                broken.append(line[:match.start()] + new + line[match.end():])
+    if STATEMENT.match(line) and not re.match(r"\s+(return|const|auto|static) ", line):
+        broken.append(re.match(r"\s*", line).group() + ";")
+    return broken
+
+
+def all_lines(part):
+    """The lines of engines or windows that can be broken, as (path, number from 0)."""
+    found = []
+    for name in sorted(run(["git", "ls-files", "src"], cwd=ROOT).stdout.split()):
+        pieces = name.split("/")
+        isEngine = pieces[1] in ENGINES and "forms" not in pieces
+        if pathlib.Path(name).suffix in (".cpp", ".h") and isEngine == (part == "engines"):
+            for number, line in enumerate((ROOT / name).read_text().split("\n")):
+                if breaks(line):
+                    found.append((name, number))
+    return found
 
 
 def prepare():
@@ -86,67 +81,88 @@ def prepare():
         if source.is_file() and not (target.is_file() and target.read_bytes() == source.read_bytes()):
             target.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(source, target)
-    result = run(["cmake", "-S", COPY, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-                  "-DQUORVIK_ENGINES_ONLY=ON"])
+    result = run(["cmake", "-S", COPY, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None"])
     if result.returncode != 0:
         sys.exit(result.stdout)
 
 
-def build(room):
-    return run(["ninja", "-C", BUILD, f"{room}_tests"])
+def folders_of_tests(path):
+    """The folders of tests, the one of the broken file's own folder first."""
+    folders = [str(found.parent.relative_to(COPY / "tests")) for found in COPY.glob("tests/**/CMakeLists.txt")
+               if "quorvik_tests(" in found.read_text()]
+    own = str(pathlib.Path(path).parent.relative_to("src"))
+    return sorted(folders, key=lambda folder: (not (own + "/").startswith(folder + "/"), folder))
 
 
-def room_passes(room):
+def build(folder):
+    name = re.search(r"quorvik_tests\((\w+)", (COPY / "tests" / folder / "CMakeLists.txt").read_text()).group(1)
+    return run(["ninja", "-C", BUILD, f"{name}_tests"]), BUILD / "tests" / folder / f"{name}_tests"
+
+
+def tests_pass(program):
     environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", GTEST_FAIL_FAST="1", GTEST_BRIEF="1")
     try:
-        return run([BUILD / "tests" / room / f"{room}_tests"], env=environment, timeout=120).returncode == 0
+        return run([program], env=environment, timeout=TIME_LIMIT).returncode == 0
     except subprocess.TimeoutExpired:
         return False
 
 
 def who_notices(path):
-    """The first room whose tests fail, the rooms nearest to the change first; None when all pass."""
-    own = path.split("/")[1]
-    for room in [own] + [room for room in ROOMS if room != own]:
-        result = build(room)
+    """What notices the break: a folder of tests, or the build, which checks the factory table and the help. "" where
+    nothing does, None where the break does not compile."""
+    for folder in folders_of_tests(path):
+        result, program = build(folder)
         if " error: " in result.stdout:
-            sys.exit(f"{path} does not build:\n{result.stdout[-3000:]}")
-        # The build makes the factory table, which its generator checks against the engines.
+            return None
         if result.returncode != 0:
             return "the build"
-        if not room_passes(room):
-            return room
-    return None
+        if not tests_pass(program):
+            return folder
+    return ""
+
+
+def try_part(part, count, seed):
+    chance = random.Random(f"{part} {seed}")
+    lines = all_lines(part)
+    chance.shuffle(lines)
+    tried = noticed = 0
+    for path, number in lines:
+        if tried == count:
+            break
+        target = COPY / path
+        whole = target.read_text()
+        text = whole.split("\n")
+        before = text[number]
+        text[number] = chance.choice(breaks(before))
+        target.write_text("\n".join(text))
+        try:
+            who = who_notices(path)
+        finally:
+            target.write_text(whole)
+        if who is None:
+            continue
+        tried += 1
+        noticed += who != ""
+        print(f"{part} {tried:3} {'noticed by ' + who if who else 'SURVIVED':26} {path}:{number + 1}: "
+              f"{before.strip()}  ->  {text[number].strip()}", flush=True)
+    share = 100 * noticed / tried
+    print(f"mutations-noticed-{part}: {share:.0f} % ({noticed} of {tried}, seed {seed}; limit {WANTED[part]})",
+          flush=True)
+    return share >= WANTED[part]
 
 
 def main():
-    first = int(sys.argv[1]) if len(sys.argv) > 1 else 1
-    last = int(sys.argv[2]) if len(sys.argv) > 2 else len(MUTATIONS)
-    for path, before, _ in MUTATIONS:
-        if (ROOT / path).read_text().count(before) < 1:
-            sys.exit(f"{path} holds no {before!r} any more: give the list another place to break")
+    count = int(sys.argv[1]) if len(sys.argv) > 1 else 40
+    seed = int(sys.argv[2]) if len(sys.argv) > 2 else 1
     prepare()
-    for room in ROOMS:
-        result = build(room)
+    for folder in folders_of_tests("src/main.cpp"):
+        result, program = build(folder)
         if result.returncode != 0:
-            sys.exit(f"{room} does not build without any mutation:\n{result.stdout[-3000:]}")
-        if not room_passes(room):
-            sys.exit(f"the tests of {room} fail without any mutation")
-
-    noticed = 0
-    for number, (path, before, after) in enumerate(MUTATIONS[first - 1:last], first):
-        target = COPY / path
-        whole = target.read_text()
-        target.write_text(whole.replace(before, after, 1))
-        try:
-            room = who_notices(path)
-        finally:
-            target.write_text(whole)
-        noticed += room is not None
-        print(f"{number:2} {'noticed by ' + room if room else 'SURVIVED':22} {path}: {before!r} -> {after!r}", flush=True)
-    tried = last - first + 1
-    print(f"mutations-noticed: {noticed} of {tried} (at least {NEEDED} of {len(MUTATIONS)})")
-    return 0 if noticed >= NEEDED * tried / len(MUTATIONS) else 1
+            sys.exit(f"{folder} does not build without any mutation:\n{result.stdout[-3000:]}")
+        if not tests_pass(program):
+            sys.exit(f"the tests of {folder} fail without any mutation")
+    results = [try_part(part, count, seed) for part in WANTED]
+    return 0 if all(results) else 1
 
 
 sys.exit(main())
