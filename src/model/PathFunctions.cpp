@@ -1,17 +1,16 @@
 #include "model/PathFunctions.h"
 
-#include <algorithm>
-
 namespace quorvik
 {
 
 namespace
 {
 
-/** The index behind the last separator of either kind of platform. */
+/** The index behind the last separator. A backslash separates only where nothing else does: elsewhere it may
+ * stand in a name. */
 qsizetype TitleStart(const QString &path)
 {
-    return std::max(path.lastIndexOf(u'\\'), path.lastIndexOf(u'/')) + 1;
+    return path.lastIndexOf(path.contains(u'/') ? u'/' : u'\\') + 1;
 }
 
 } // namespace

@@ -116,6 +116,7 @@ TEST(PathFunctionsTest, EitherSeparatorParts)
     const std::vector<std::tuple<const char *, const char *, const char *>> table = {
         {"C:\\a\\b.Svx", "C:\\a\\", "b.Svx"},
         {"/home/x/b.Svx", "/home/x/", "b.Svx"},
+        {"/home/x/a\\b.Svx", "/home/x/", "a\\b.Svx"},
         {"unnamed", "", "unnamed"},
         {"/a/", "/a/", ""},
         {"", "", ""},
