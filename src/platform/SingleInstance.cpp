@@ -2,22 +2,26 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <cerrno>
+#include <sys/file.h>
 
 namespace quorvik
 {
 
 SingleInstance::SingleInstance(const QString &lockFile)
-    : folder_(QFileInfo(lockFile).absolutePath())
-    , lock_(lockFile)
+    : lockFile_(lockFile)
 {
-    // A running owner never grows stale, however long it runs.
-    lock_.setStaleLockTime(0);
 }
 
 bool SingleInstance::Acquire()
 {
-    QDir().mkpath(folder_);
-    return lock_.tryLock() || lock_.error() != QLockFile::LockFailedError;
+    QDir().mkpath(QFileInfo(lockFile_).absolutePath());
+    if (!lockFile_.isOpen() && !lockFile_.open(QIODevice::ReadWrite))
+        return true;
+    if (::flock(lockFile_.handle(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+        return true;
+    lockFile_.close();
+    return false;
 }
 
 } // namespace quorvik

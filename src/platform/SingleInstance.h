@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QLockFile>
+#include <QFile>
 #include <QString>
 
 namespace quorvik
 {
 
 /**
- * Lets one instance of the program run for each user. The lock is a file that names its owner, so that a
- * lock left behind by a crash does not count.
+ * Lets one instance of the program run for each user. The lock is the system's own on a file, so that it goes
+ * with the process that holds it; what the file holds, and whether it was left behind, does not count.
  */
 class SingleInstance
 {
@@ -21,8 +21,7 @@ public:
     bool Acquire();
 
 private:
-    QString folder_;
-    QLockFile lock_;
+    QFile lockFile_;
 };
 
 } // namespace quorvik
