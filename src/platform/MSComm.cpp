@@ -1,5 +1,7 @@
 #include "platform/MSComm.h"
 
+#include "platform/PortLock.h"
+
 #include <QFileInfo>
 #include <QSerialPort>
 #include <QSocketNotifier>
@@ -26,6 +28,17 @@ QString RealDevice(const QString &device)
     return real.isEmpty() ? device : real;
 }
 
+std::unique_ptr<QSerialPort> MakePort(const QString &device)
+{
+    auto port = std::make_unique<QSerialPort>(device);
+    port->setBaudRate(QSerialPort::Baud38400);
+    port->setDataBits(QSerialPort::Data8);
+    port->setParity(QSerialPort::NoParity);
+    port->setStopBits(QSerialPort::OneStop);
+    port->setFlowControl(QSerialPort::NoFlowControl);
+    return port;
+}
+
 /** Keeps out programs that lock the way terminal programs do; the port itself keeps out the others. */
 bool LockForUs(const QSerialPort &port)
 {
@@ -38,11 +51,15 @@ void LetLastBytesLeave(const QSerialPort &port)
     ::tcdrain(port.handle());
 }
 
-QString InUse(const QString &place, const QString &detail)
+QString InUse(const QString &place, const QString &device)
 {
-    const QString words =
+    const std::optional<PortHolder> holder = HolderOfPort(device);
+    QString words =
         place + QStringLiteral(" is in use by another program. Close that program, then try again.");
-    return detail.isEmpty() ? words : words + QStringLiteral("\r\n\r\n(") + detail + u')';
+    if (holder && !holder->isGone)
+        words +=
+            QStringLiteral("\r\n\r\n(It is process %1, \"%2\".)").arg(holder->process).arg(holder->program);
+    return words;
 }
 
 QString NoDevice(const QString &place)
@@ -76,7 +93,7 @@ QString WhyNotOpened(const QSerialPort &port, const QString &device, const QStri
     case QSerialPort::DeviceNotFoundError:
         return NoDevice(place);
     case QSerialPort::PermissionError:
-        return InUse(place, port.errorString());
+        return InUse(place, device);
     default:
         return QStringLiteral("Nothing can be connected to ") + place + QStringLiteral(": ") +
                port.errorString() +
@@ -112,16 +129,19 @@ QString MSComm::SetPortOpen(bool open)
         return NoDevice(QStringLiteral("port Com%1").arg(commPort_));
     const QString device = RealDevice(named);
     const QString place = QStringLiteral("serial port %1 (Com%2)").arg(named).arg(commPort_);
-    auto port = std::make_unique<QSerialPort>(device);
-    port->setBaudRate(QSerialPort::Baud38400);
-    port->setDataBits(QSerialPort::Data8);
-    port->setParity(QSerialPort::NoParity);
-    port->setStopBits(QSerialPort::OneStop);
-    port->setFlowControl(QSerialPort::NoFlowControl);
-    if (!port->open(QIODevice::ReadWrite))
+    auto port = MakePort(device);
+    bool isOpen = port->open(QIODevice::ReadWrite);
+    if (!isOpen && port->error() == QSerialPort::PermissionError) {
+        // The lock of a process that is gone is nobody's, also where another user's cannot be removed.
+        if (const std::optional<PortHolder> holder = HolderOfPort(device); holder && holder->isGone) {
+            port = MakePort(OtherPathOf(device));
+            isOpen = port->open(QIODevice::ReadWrite);
+        }
+    }
+    if (!isOpen)
         return WhyNotOpened(*port, device, place);
     if (!LockForUs(*port))
-        return InUse(place, {});
+        return InUse(place, device);
 
     port_ = std::move(port);
     open_ = true;

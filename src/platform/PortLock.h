@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace quorvik
+{
+
+/** Who locked a serial port by a file, the way in which programs keep each other off a port. */
+struct PortHolder {
+    qint64 process = 0;
+    QString program;     ///< its name, empty where the file does not tell
+    bool isGone = false; ///< the process runs no more on this computer, and left the file behind
+};
+
+/** @param device path of the port's real device. @return nothing where no lock can be read. */
+std::optional<PortHolder> HolderOfPort(const QString &device);
+
+/** Another path of the same device. A port opened by it has a lock file of its own, and so passes by one that
+ * was left behind and may not be removed. */
+QString OtherPathOf(const QString &device);
+
+} // namespace quorvik
