@@ -3,6 +3,7 @@
 #include "model/Conversions.h"
 #include "model/Model.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <array>
 
@@ -14,7 +15,11 @@ namespace
 
 QByteArray CsvField(const QString &text)
 {
-    QString quoted = text;
+    // A spreadsheet would compute what begins so, unless it is a number, with or without its unit.
+    static const QRegularExpression formula(QStringLiteral("^[=+@-]"));
+    static const QRegularExpression number(QStringLiteral("^[+-]?[0-9]+(\\.[0-9]+)?( [A-Za-z%]+)?$"));
+    const bool isText = formula.match(text).hasMatch() && !number.match(text).hasMatch();
+    QString quoted = isText ? u'\'' + text : text;
     quoted.replace(u'"', QStringLiteral("\"\""));
     return '"' + quoted.toUtf8() + '"';
 }

@@ -33,7 +33,8 @@ QList<ReportRow> CollectRows(const Model &model, ReportFilter filter);
 /** Sorts as text by a column, 0 to 3; rows with equal texts keep their order. */
 void SortRows(QList<ReportRow> &rows, int column, bool descending);
 
-/** The rows under their heads as comma-separated values in UTF-8, one CR LF terminated line each. */
+/** The rows under their heads as comma-separated values in UTF-8, one CR LF terminated line each. A text that
+ * a spreadsheet would take for a formula has an apostrophe before it. */
 QByteArray RowsAsCsv(const QList<ReportRow> &rows);
 
 } // namespace quorvik

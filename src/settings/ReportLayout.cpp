@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QRegularExpression>
+#include <QTextBoundaryFinder>
 #include <algorithm>
 #include <array>
 
@@ -21,6 +22,7 @@ constexpr double EdgeAllowance = 0.01;
 constexpr double RightInset = 0.5;
 constexpr double BottomInset = 1;
 constexpr int NotesLineLength = 77;
+constexpr double ColumnGap = 0.05;
 constexpr std::array<double, ReportColumns> ColumnOffsets = {0, 1, 5, 6};
 
 /** The locale's long time with seconds, without the time zone that some locales put behind it. */
@@ -76,16 +78,66 @@ public:
         y_ += 2 * half;
     }
 
+    /** Prints a text in as many lines as it needs to stay on the paper. */
+    void PrintBroken(const QString &text)
+    {
+        for (const QString &line : Broken(text, rightEdge_ - leftOffset_))
+            Print(line);
+    }
+
+    /** Prints a row, in as many lines as its widest text needs in its column. */
     void PrintColumns(const ReportRow &row, ReportFont font = ReportFont::Body)
     {
+        const double top = y_;
+        for (int column = 0; column < ReportColumns; ++column) {
+            double y = top;
+            for (const QString &line : Broken(ReportField(row, column), WidthOf(column))) {
+                pages_.last().texts.append({LeftOf(column), y, font, line});
+                y += metrics_.bodyLine;
+            }
+            y_ = std::max(y_, y);
+        }
+    }
+
+    /** Whether a row of several lines still fits on the page; one of a single line always does. */
+    bool HasRoomFor(const ReportRow &row) const
+    {
+        qsizetype lines = 1;
         for (int column = 0; column < ReportColumns; ++column)
-            Place(leftOffset_ + ColumnOffsets[std::size_t(column)], font, ReportField(row, column));
-        y_ += metrics_.bodyLine;
+            lines = std::max(lines, Broken(ReportField(row, column), WidthOf(column)).size());
+        return lines == 1 || y_ + double(lines) * metrics_.bodyLine <= metrics_.scaleHeight;
     }
 
     QList<ReportPage> TakePages() { return std::move(pages_); }
 
 private:
+    double LeftOf(int column) const { return leftOffset_ + ColumnOffsets[std::size_t(column)]; }
+    double WidthOf(int column) const
+    {
+        const double right =
+            column + 1 < ReportColumns ? LeftOf(column + 1) - ColumnGap : metrics_.scaleWidth;
+        return right - LeftOf(column);
+    }
+
+    /** The text in pieces of at most that width, never torn inside a character; at least one. */
+    QStringList Broken(QString text, double width) const
+    {
+        QStringList lines;
+        while (metrics_.BodyWidth(text) > width) {
+            QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+            qsizetype fitting = characters.toNextBoundary();
+            for (qsizetype next = fitting; next > 0 && metrics_.BodyWidth(text.left(next)) <= width;
+                 next = characters.toNextBoundary())
+                fitting = next;
+            if (fitting <= 0 || fitting >= text.size())
+                break;
+            lines.append(text.left(fitting));
+            text.remove(0, fitting);
+        }
+        lines.append(text);
+        return lines;
+    }
+
     void Place(double x, ReportFont font, const QString &text)
     {
         pages_.last().texts.append({x, y_, font, text});
@@ -122,20 +174,24 @@ QList<ReportPage> LayOutReport(const ReportContent &content, const ReportMetrics
 
     pages.Print(QStringLiteral("Notes:"), ReportFont::Underlined);
     for (const QString &line : WrapNotes(content.notes, NotesLineLength)) {
-        pages.Print(line);
+        pages.PrintBroken(line);
         // Notes of many short lines alone can run over the page.
         if (pages.IsFull())
             pages.NewPage();
     }
     pages.PrintRule();
 
+    const auto beginPage = [&pages] {
+        pages.NewPage();
+        pages.PrintColumns(columnHeads, ReportFont::Underlined);
+    };
     pages.PrintColumns(columnHeads, ReportFont::Underlined);
     for (const ReportRow &row : content.rows) {
+        if (!pages.HasRoomFor(row))
+            beginPage();
         pages.PrintColumns(row);
-        if (pages.IsFull()) {
-            pages.NewPage();
-            pages.PrintColumns(columnHeads, ReportFont::Underlined);
-        }
+        if (pages.IsFull())
+            beginPage();
     }
     return pages.TakePages();
 }

@@ -174,20 +174,25 @@ ParamRecord RecordOf(const Recordset &row)
 
 QString ShowableText(QString text, bool keepLines)
 {
-    for (QChar &character : text) {
-        const bool isLine = character == u'\n' || character == u'\r' || character == u'\t';
-        if (keepLines && isLine)
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar unit = text.at(i);
+        if (keepLines && (unit == u'\n' || unit == u'\r' || unit == u'\t'))
             continue;
-        switch (character.category()) {
+        const bool isPair = unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        const char32_t character = isPair ? QChar::surrogateToUcs4(unit, text.at(i + 1)) : unit.unicode();
+        const qsizetype units = isPair ? 2 : 1;
+        switch (QChar::category(character)) {
         case QChar::Other_Control:
         case QChar::Other_Format:
+        case QChar::Other_Surrogate:
         case QChar::Separator_Line:
         case QChar::Separator_Paragraph:
-            character = u' ';
+            text.replace(i, units, QString(units, u' '));
             break;
         default:
             break;
         }
+        i += units - 1;
     }
     return text;
 }

@@ -3,6 +3,7 @@
 #include "settings/ReportLayout.h"
 
 #include <QLocale>
+#include <algorithm>
 #include <array>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,10 +48,20 @@ TEST(Report, SortsAsTextAndKeepsTheOrderOfEqualTexts)
     EXPECT_EQ(Numbers(equal), inOrder) << "however many there are";
 }
 
-TEST(Report, CsvKeepsQuotesAndCommasInsideTheirField)
+TEST(Report, CsvKeepsEveryTextATextInItsField)
 {
-    EXPECT_EQ(RowsAsCsv({{QStringLiteral("  7"), QStringLiteral("Gain, \"fast\""), {}, {}}}),
-              QByteArray("Tag,Name,Preset,Value\r\n7,\"Gain, \"\"fast\"\"\",\"\",\"\"\r\n"));
+    const std::pair<const char *, const char *> cases[] = {
+        {"Gain, \"fast\"", "Gain, \"\"fast\"\""},
+        {"=1+1", "'=1+1"},
+        {"@SUM(A1)", "'@SUM(A1)"},
+        {"-2+3+cmd|' /C calc'!A0", "'-2+3+cmd|' /C calc'!A0"},
+        {"+1 x(A1)", "'+1 x(A1)"},
+        {"-5.00 %", "-5.00 %"},
+        {"-12", "-12"},
+    };
+    for (const auto &[name, field] : cases)
+        EXPECT_EQ(RowsAsCsv({{QStringLiteral("  7"), QLatin1String(name), {}, {}}}),
+                  QByteArray("Tag,Name,Preset,Value\r\n7,\"") + field + "\",\"\",\"\"\r\n");
 }
 
 TEST(Report, TellsTheTimeInTheUsersFormatWithoutItsZone)
@@ -94,6 +105,29 @@ TEST(ReportLayout, BreaksThePageBehindTheRowThatPassesTheLimit)
         EXPECT_EQ(pages.at(1).texts.size(), 1 + ReportColumns);
         EXPECT_EQ(pages.at(1).texts.at(1).font, ReportFont::Underlined);
     }
+}
+
+TEST(ReportLayout, WideCharactersStayInTheirColumnsAndOnThePage)
+{
+    const auto width = [](const QString &text) {
+        return double(text.size() +
+                      std::count_if(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0x1100; })) /
+               12;
+    };
+    const ReportMetrics metrics{8, 7, 0.157, 0.189, width};
+    const QString name(40, QChar(0x6F22));
+    ReportContent content;
+    content.notes = QString(77, QChar(0x6F22));
+    content.rows = QList<ReportRow>(40, ReportRow{QStringLiteral("  1"), name, QStringLiteral("0"), {}});
+    QString names;
+    for (const ReportPage &page : LayOutReport(content, metrics))
+        for (const PlacedText &placed : page.texts) {
+            const bool isName = placed.x > 1 && placed.x < 2;
+            EXPECT_LE(placed.x + width(placed.text), isName ? 5.26 : 8.0) << placed.text.toStdString();
+            EXPECT_LE(placed.y + metrics.bodyLine, 7);
+            names += isName ? placed.text : QString();
+        }
+    EXPECT_EQ(names.count(QChar(0x6F22)), 40 * 40);
 }
 
 } // namespace
