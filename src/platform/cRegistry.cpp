@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
+#include <algorithm>
 #include <utility>
 
 static void LoadTemplates()
@@ -76,8 +77,9 @@ void Run(const QString &program, const QStringList &arguments)
 
 } // namespace
 
-cRegistry::cRegistry(QString dataHome)
+cRegistry::cRegistry(QString dataHome, QStringList systemFolders)
     : dataHome_(std::move(dataHome))
+    , systemFolders_(std::move(systemFolders))
 {
     LoadTemplates();
 }
@@ -94,12 +96,22 @@ void cRegistry::CreateEXEAssociation(const QString &programPath, const QString &
     entry.replace("@EXEC@", ExecArgument(programPath));
     entry.replace("@NAME@", className.toUtf8());
 
-    const QString types = dataHome_ + QStringLiteral("/mime");
-    const QString applications = dataHome_ + QStringLiteral("/applications");
-    if (WriteWhereDifferent(types + QStringLiteral("/packages/%1.xml").arg(name), type))
-        Run(QStringLiteral("update-mime-database"), {types});
-    if (WriteWhereDifferent(applications + QStringLiteral("/%1.desktop").arg(name), entry))
-        Run(QStringLiteral("update-desktop-database"), {applications});
+    Store(QStringLiteral("mime"), QStringLiteral("/packages/%1.xml").arg(name), type,
+          QStringLiteral("update-mime-database"));
+    Store(QStringLiteral("applications"), QStringLiteral("/%1.desktop").arg(name), entry,
+          QStringLiteral("update-desktop-database"));
+}
+
+void cRegistry::Store(const QString &database, const QString &name, const QByteArray &content,
+                      const QString &update) const
+{
+    const QString inDatabase = u'/' + database + name;
+    const QString own = dataHome_ + inDatabase;
+    const bool isInstalled = std::ranges::any_of(
+        systemFolders_, [&](const QString &folder) { return QFileInfo::exists(folder + inDatabase); });
+    if ((isInstalled && !QFileInfo::exists(own)) || !WriteWhereDifferent(own, content))
+        return;
+    Run(update, {dataHome_ + u'/' + database});
 }
 
 } // namespace quorvik

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace quorvik
 {
@@ -14,14 +15,18 @@ struct AssociationVerbs {
 };
 
 /**
- * Ties a file name extension to a program in the desktop's databases of applications and file types under the
- * user's data folder. What is stored already is left alone. A failure is traced and nothing more.
+ * Ties a file name extension to a program in the desktop's databases of applications and file types. The
+ * user's own come before the system's, so they are written only where the system has none, or to put one
+ * right that stands already. A failure is traced and nothing more.
  */
 class cRegistry
 {
 public:
-    /** @param dataHome the user's data folder. */
-    explicit cRegistry(QString dataHome);
+    /**
+     * @param dataHome the user's data folder.
+     * @param systemFolders the data folders of the system.
+     */
+    cRegistry(QString dataHome, QStringList systemFolders);
 
     /**
      * @param programPath whole path of the program.
@@ -33,7 +38,12 @@ public:
                               const QString &extension, AssociationVerbs verbs = {}) const;
 
 private:
+    /** Writes a file of one of the desktop's databases, and has that database brought up to date. */
+    void Store(const QString &database, const QString &name, const QByteArray &content,
+               const QString &update) const;
+
     QString dataHome_;
+    QStringList systemFolders_;
 };
 
 } // namespace quorvik

@@ -54,7 +54,7 @@ public:
     bool LoadAndAssignSettingsFromFile(const QString &path);
 
 Q_SIGNALS:
-    /** A save failed without a box; the sentence is for the status bar. */
+    /** A save failed without a box; the sentence is for the strip under the menu. */
     void SaveFailed(const QString &sentence);
 
 private:

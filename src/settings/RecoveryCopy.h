@@ -44,7 +44,8 @@ public:
     QString Path() const;
 
 Q_SIGNALS:
-    /** The copy could not be written, which is told once until it can be again; for the status bar. */
+    /** The copy could not be written, which is told once until it can be again; for the strip under the menu.
+     */
     void WriteFailed(const QString &sentence);
 
 private:

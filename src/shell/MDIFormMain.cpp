@@ -7,6 +7,7 @@
 #include "platform/Waiting.h"
 #include "shell/Commands.h"
 #include "shell/Icons.h"
+#include "shell/NoticeStrip.h"
 #include "shell/StatusBarMain.h"
 #include "shell/WindowCommands.h"
 #include "shell/Wiring.h"
@@ -18,6 +19,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QShortcut>
+#include <QVBoxLayout>
 
 namespace quorvik
 {
@@ -31,8 +33,21 @@ QMdiArea *MakeArea(QMainWindow *window)
     area->setObjectName(QStringLiteral("MDIArea"));
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    window->setCentralWidget(area);
+    auto *centre = new QWidget(window);
+    auto *layout = new QVBoxLayout(centre);
+    layout->setContentsMargins({});
+    layout->setSpacing(0);
+    layout->addWidget(area, 1);
+    window->setCentralWidget(centre);
     return area;
+}
+
+/** Above the area of the child windows. */
+NoticeStrip *MakeNotices(const QMainWindow *window)
+{
+    auto *notices = new NoticeStrip(window->centralWidget());
+    qobject_cast<QVBoxLayout *>(window->centralWidget()->layout())->insertWidget(0, notices);
+    return notices;
 }
 
 } // namespace
@@ -43,6 +58,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , engines_(surroundings)
     , area_(MakeArea(this))
     , windows_(new WindowCommands(area_, forms_, this))
+    , notices_(MakeNotices(this))
     , statusBar_(new StatusBarMain(this))
     , menus_(this)
     , desk_{engines_.model,
@@ -58,7 +74,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     // For every window of the program, boxes included.
     QApplication::setWindowIcon(IconOf(QStringLiteral("quorvik")));
     setStatusBar(statusBar_);
-    setWindowTitle(engines_.model.Title());
+    SetTitle(engines_.model.Title());
     forms_.Add(this);
 
     WireSeams(*this);
@@ -75,6 +91,13 @@ MDIFormMain::~MDIFormMain()
         delete forms_.At(forms_.Count() - 1);
 }
 
+void MDIFormMain::SetTitle(const QString &title)
+{
+    // In a window's title these characters would stand for a mark of Qt's own.
+    const QString mark = QStringLiteral("[*]");
+    setWindowTitle(QString(title).replace(mark, mark + mark));
+}
+
 void MDIFormMain::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_F1 && event->modifiers() == Qt::NoModifier)
@@ -85,7 +108,11 @@ void MDIFormMain::keyPressEvent(QKeyEvent *event)
 
 void MDIFormMain::ConnectEngines()
 {
-    On(&engines_.model, &Model::TitleChanged, this, [this](const QString &title) { setWindowTitle(title); });
+    On(&engines_.model, &Model::TitleChanged, this, [this](const QString &title) {
+        SetTitle(title);
+        if (!engines_.model.HasUnsavedEdits)
+            notices_->hide();
+    });
     On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });
     On(&engines_.link, &DriveLink::FatalError, this, [] { QCoreApplication::exit(1); });
     On(&engines_.emulator, &DriveEmulator::StatusPanels, this,
@@ -94,9 +121,9 @@ void MDIFormMain::ConnectEngines()
            statusBar_->SetDriveModel(driveModel);
        });
     On(&engines_.fileCommands, &FileCommands::SaveFailed, this,
-       [this](const QString &sentence) { statusBar_->ShowPassing(sentence); });
+       [this](const QString &sentence) { notices_->Tell(sentence); });
     On(&engines_.recoveryCopy, &RecoveryCopy::WriteFailed, this,
-       [this](const QString &sentence) { statusBar_->ShowPassing(sentence); });
+       [this](const QString &sentence) { notices_->Tell(sentence); });
 }
 
 void MDIFormMain::ConnectCommands()

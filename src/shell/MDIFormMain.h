@@ -16,6 +16,7 @@ class QMdiArea;
 namespace quorvik
 {
 
+class NoticeStrip;
 class StatusBarMain;
 class WindowCommands;
 
@@ -67,6 +68,7 @@ private:
     void ConnectCommands();
     void ConnectEngines();
     void ChooseCommMode();
+    void SetTitle(const QString &title);
     bool Unload();
 
     Surroundings surroundings_;
@@ -75,6 +77,7 @@ private:
     FormsCollection forms_;
     QMdiArea *area_;
     WindowCommands *windows_;
+    NoticeStrip *notices_;
     StatusBarMain *statusBar_;
     MenuBar menus_;
     Desk desk_;

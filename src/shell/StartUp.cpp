@@ -1,10 +1,12 @@
 #include "desktop/HTMLHelp.h"
+#include "model/PathFunctions.h"
 #include "platform/Asker.h"
 #include "platform/CommandLine.h"
 #include "platform/Guard.h"
 #include "platform/SettingsStore.h"
 #include "platform/cRegistry.h"
 #include "shell/MDIFormMain.h"
+#include "shell/NoticeStrip.h"
 #include "shell/OpenWindows.h"
 #include "shell/StatusBarMain.h"
 #include "shell/UserSettings.h"
@@ -13,6 +15,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QStandardPaths>
 #include <utility>
 
 namespace quorvik
@@ -49,18 +52,24 @@ bool MDIFormMain::Load(const QString &commandLine)
     else
         ShowCommunications(*this);
 
-    cRegistry(surroundings_.dataHome)
+    cRegistry(surroundings_.dataHome,
+              QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation).mid(1))
         .CreateEXEAssociation(surroundings_.programPath, AppTitle(), QStringLiteral("Svx Parameter Files"),
                               QStringLiteral("Svx"));
 
     const QString path = SettingsPathOf(commandLine);
     // What a crash left goes before what was asked for, which can be opened again at any time.
-    if (engines_.recoveryCopy.OfferLeftover(asker))
+    if (engines_.recoveryCopy.OfferLeftover(asker)) {
         statusBar_->SetComStatus(false);
-    else if (path.isEmpty())
+        if (!path.isEmpty() && path != engines_.model.FileName)
+            notices_->Tell(QStringLiteral("\"%1\" was not opened: the recovered changes stand in its place. "
+                                          "Save them, then open it with File, Open.")
+                               .arg(FileTitle(path)));
+    } else if (path.isEmpty()) {
         ChooseCommMode();
-    else if (const QString sentence = engines_.file.LoadSettings(path); !sentence.isEmpty())
+    } else if (const QString sentence = engines_.file.LoadSettings(path); !sentence.isEmpty()) {
         asker.MsgBox(sentence, MsgButtons::Ok, MsgIcon::None, {});
+    }
 
     // The user may have closed the window while the link was waiting for the drive.
     if (!isUnloaded_ && ReadShowTips(settings))

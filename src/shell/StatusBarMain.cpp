@@ -15,7 +15,6 @@ namespace
 {
 
 constexpr int clockMs = 1000;
-constexpr int messageMs = 8000;
 
 } // namespace
 
@@ -38,13 +37,7 @@ StatusBarMain::StatusBarMain(QWidget *parent)
         AddPanel(QStringLiteral("DriveStatus"), tr("Drive status"), QStringLiteral("Current Limit"));
     driveModel_ = AddPanel(QStringLiteral("DriveModel"), tr("Drive model"), QStringLiteral("Undefined-000"));
 
-    message_ = new QLabel(this);
-    message_->setObjectName(QStringLiteral("Message"));
-    message_->setTextFormat(Qt::PlainText);
-    // A long sentence must not widen the window; it is cut at the edge and stands whole in the tool tip.
-    message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    addWidget(message_, 1);
-
+    addWidget(new QWidget(this), 1);
     date_ = AddPanel(QStringLiteral("Date"), tr("Date"), QStringLiteral("00/00/0000"));
     time_ = AddPanel(QStringLiteral("Time"), tr("Time"), QStringLiteral("00:00 PM"));
 
@@ -52,8 +45,6 @@ StatusBarMain::StatusBarMain(QWidget *parent)
     ShowClock();
     On(&clock_, &QTimer::timeout, this, [this] { ShowClock(); });
     clock_.start(clockMs);
-    messageEnd_.setSingleShot(true);
-    On(&messageEnd_, &QTimer::timeout, this, [this] { ShowPassing({}); });
 }
 
 void StatusBarMain::ShowIn(QLabel *panel, const QString &text)
@@ -90,14 +81,6 @@ void StatusBarMain::SetDriveStatus(const QString &text)
 void StatusBarMain::SetDriveModel(const QString &text)
 {
     ShowIn(driveModel_, text);
-}
-
-void StatusBarMain::ShowPassing(const QString &sentence)
-{
-    message_->setText(sentence);
-    message_->setToolTip(sentence.isEmpty() ? QString() : sentence.toHtmlEscaped());
-    if (!sentence.isEmpty())
-        messageEnd_.start(messageMs);
 }
 
 void StatusBarMain::ShowClock()

@@ -9,8 +9,7 @@ class QToolButton;
 namespace quorvik
 {
 
-/** The main window's status bar: five panels, found by their keys as object names, and room for a passing
- * message. */
+/** The main window's status bar: five panels, found by their keys as object names. */
 class StatusBarMain : public QStatusBar
 {
     Q_OBJECT
@@ -21,8 +20,6 @@ public:
     void SetComStatus(bool isOnline);
     void SetDriveStatus(const QString &text);
     void SetDriveModel(const QString &text);
-    /** Shows a sentence for a few seconds beside the panels. */
-    void ShowPassing(const QString &sentence);
 
 Q_SIGNALS:
     /** A panel was clicked, or pressed with the keyboard. */
@@ -36,11 +33,9 @@ private:
     QToolButton *comStatus_;
     QLabel *driveStatus_;
     QLabel *driveModel_;
-    QLabel *message_;
     QLabel *date_ = nullptr;
     QLabel *time_ = nullptr;
     QTimer clock_;
-    QTimer messageEnd_;
 };
 
 } // namespace quorvik

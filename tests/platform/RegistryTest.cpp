@@ -1,6 +1,7 @@
 #include "platform/cRegistry.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -15,7 +16,7 @@ class RegistryTest : public ::testing::Test
 protected:
     void Associate(const QString &program = QStringLiteral("/opt/quorvik/quorvik"))
     {
-        cRegistry(folder.path())
+        cRegistry(folder.path(), {folder.filePath(QStringLiteral("system"))})
             .CreateEXEAssociation(program, QStringLiteral("Quorvik"), QStringLiteral("Svx Parameter Files"),
                                   QStringLiteral("Svx"));
     }
@@ -74,6 +75,16 @@ TEST_F(RegistryTest, WhatIsStoredAlreadyIsLeftAlone)
     Associate(QStringLiteral("/usr/bin/quorvik"));
     EXPECT_NE(QFileInfo(folder.filePath(entry)).lastModified(), longAgo);
     EXPECT_EQ(QFileInfo(folder.filePath(type)).lastModified(), longAgo);
+}
+
+TEST_F(RegistryTest, WhatTheSystemHasIsNotWrittenForTheUser)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("system/applications")));
+    QFile installed(folder.filePath(QStringLiteral("system/") + entry));
+    ASSERT_TRUE(installed.open(QIODevice::WriteOnly));
+    Associate();
+    EXPECT_EQ(Read(entry), QString());
+    EXPECT_NE(Read(type), QString()) << "each for itself";
 }
 
 TEST_F(RegistryTest, AFolderThatCannotBeWrittenStopsNothing)

@@ -80,13 +80,19 @@ TEST_F(ShellTest, ASecondClickEndsTheWaitForASilentDrive)
     EXPECT_EQ(Find<QToolButton>("ComStatus")->text(), Name("OffLine"));
 }
 
-TEST_F(ShellTest, AFailedSaveIsToldInTheStatusBar)
+TEST_F(ShellTest, AFailedSaveIsToldWholeUnderTheMenu)
 {
     LoadQuietly();
     asker.ExpectSave(folder.filePath(QStringLiteral("no such folder/a.Svx")));
     Trigger("mnuFileSave(1)");
-    EXPECT_FALSE(Find<QLabel>("Message")->text().isEmpty());
-    EXPECT_EQ(Find<QLabel>("Message")->textFormat(), Qt::PlainText);
+    auto *message = Find<QLabel>("Message");
+    EXPECT_TRUE(message->isVisible() && message->text().contains(QStringLiteral("was not written")));
+    EXPECT_EQ(message->textFormat(), Qt::PlainText);
+    main->resize(main->minimumSizeHint().width(), main->height());
+    QTest::qWait(0);
+    EXPECT_GE(message->height(), message->heightForWidth(message->width()));
+    ClickIn(main.get(), "CommandCloseNotice");
+    EXPECT_FALSE(message->isVisible());
 }
 
 } // namespace quorvik::testing

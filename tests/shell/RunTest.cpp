@@ -4,8 +4,10 @@
 #include "platform/Waiting.h"
 
 #include <QGuiApplication>
+#include <QLabel>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QWindow>
 
 namespace quorvik::testing
 {
@@ -92,7 +94,7 @@ TEST_F(ShellTest, ASecondInstanceOrAMissingFactoryTableEndsTheRun)
 TEST_F(ShellTest, AFileOnTheCommandLineOpensWithoutADialog)
 {
     LoadQuietly();
-    const QString path = folder.filePath(QStringLiteral("my set.Svx"));
+    const QString path = folder.filePath(QStringLiteral("my [*] \\set.Svx"));
     main->AllEngines().model.SetParamValue(226, 123, true, false);
     asker.ExpectSave(path);
     Trigger("mnuFileSave(1)");
@@ -101,6 +103,7 @@ TEST_F(ShellTest, AFileOnTheCommandLineOpensWithoutADialog)
     MakeWindow();
     ASSERT_TRUE(main->Load(u'"' + path + u'"'));
     EXPECT_EQ(main->AllEngines().model.FileName, path);
+    EXPECT_TRUE(main->windowHandle()->title().startsWith(QStringLiteral("Quorvik - [my [*] \\set.Svx]")));
     EXPECT_EQ(main->AllEngines().model.Value(226), 123);
     EXPECT_FALSE(main->AllEngines().link.PortOpen());
 }
@@ -118,7 +121,8 @@ TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
     // A window that goes without being closed is a crash.
     MakeWindow();
     asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
-    ASSERT_TRUE(main->Load(QString()));
+    ASSERT_TRUE(main->Load(folder.filePath(QStringLiteral("other.Svx"))));
+    EXPECT_TRUE(Find<QLabel>("Message")->text().startsWith(QStringLiteral("\"other.Svx\" was not opened")));
     EXPECT_EQ(main->AllEngines().model.Value(217), 77);
     EXPECT_EQ(main->windowTitle(), Name("Quorvik - [unnamed*]"));
     EXPECT_FALSE(main->AllEngines().link.PortOpen());
