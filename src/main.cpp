@@ -1,22 +1,47 @@
 #include "desktop/DesktopAsker.h"
 #include "desktop/HelpViewer.h"
 #include "desktop/MarkStyle.h"
+#include "platform/CommandLine.h"
 #include "platform/Guard.h"
 #include "platform/SettingsStore.h"
+#include "platform/Termination.h"
 #include "shell/MDIFormMain.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <cstdio>
+
+namespace
+{
+
+/** @return the exit code of a run that only prints. */
+int Print(std::FILE *stream, const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    return stream == stdout ? 0 : 1;
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
     using namespace quorvik;
 
+    QCoreApplication::setApplicationName(AppTitle());
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUORVIK_VERSION));
+    {
+        // Answers need no display, and QApplication one to exist.
+        const QCoreApplication bare(argc, argv);
+        const QString answer = ReadCommandLine(QCoreApplication::arguments()).answer;
+        if (!answer.isEmpty())
+            return Print(stdout, answer);
+    }
     QApplication application(argc, argv);
     QApplication::setStyle(new MarkStyle);
-    QApplication::setApplicationName(AppTitle());
-    QApplication::setApplicationVersion(QStringLiteral(QUORVIK_VERSION));
+    const CommandLine commandLine = ReadCommandLine(QApplication::arguments());
+    if (!commandLine.failure.isEmpty())
+        return Print(stderr, commandLine.failure + u'\n');
     QGuiApplication::setDesktopFileName(QStringLiteral("quorvik"));
     // The run ends when the main window is unloaded, whatever other windows stand.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -38,11 +63,13 @@ int main(int argc, char **argv)
                         LinkTimings{}});
     QObject::connect(&window, &MDIFormMain::Unloaded, &application, [] { QApplication::exit(0); });
 
-    const QString commandLine = QApplication::arguments().mid(1).join(u' ');
+    Termination termination;
+    On(&termination, &Termination::Requested, &window, [&window] { window.EndUnasked(); });
+
     QMetaObject::invokeMethod(
         &window,
         [&] {
-            Guarded([&] { window.Load(commandLine); });
+            Guarded([&] { window.Load(commandLine.file); });
             if (!window.isVisible())
                 QApplication::exit(1);
         },

@@ -40,6 +40,12 @@ public:
      */
     bool Load(const QString &commandLine);
 
+    /**
+     * Ends the run as a close without questions would: off line, the user's settings stored, the windows
+     * closed. Unsaved edits stay in the recovery copy, which the next start offers.
+     */
+    void EndUnasked();
+
     /** Blocks the caller for a time, with everything else running. */
     void Delay(int milliseconds);
 
@@ -69,7 +75,8 @@ private:
     void ConnectEngines();
     void ChooseCommMode();
     void SetTitle(const QString &title);
-    bool Unload();
+    /** @return False when the user would rather go on, which cannot be where nothing is asked. */
+    bool Unload(bool asks);
 
     Surroundings surroundings_;
     SingleInstance instance_;

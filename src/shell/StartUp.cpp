@@ -92,10 +92,13 @@ void MDIFormMain::ChooseCommMode()
     link.ShowProgressBar();
 }
 
-bool MDIFormMain::Unload()
+bool MDIFormMain::Unload(bool asks)
 {
+    // Nobody is there to say whether the drive is to keep what it was given.
+    if (!asks)
+        engines_.model.DriveModified = false;
     if (engines_.link.PortOpen())
-        engines_.link.GoOffLine(0);
+        Guarded([&] { engines_.link.GoOffLine(0); });
 
     // Each step stands for itself: what fails in one does not stop the rest.
     SettingsStore &settings = surroundings_.settings;
@@ -106,6 +109,12 @@ bool MDIFormMain::Unload()
     Guarded([&] { StoreWindowPlace(settings, *this); });
     Guarded([&] { StoreColors(settings, engines_.model); });
 
+    if (!asks) {
+        engines_.recoveryCopy.WriteNow();
+        windows_->CloseAll();
+        surroundings_.help.Close();
+        return true;
+    }
     bool cancel = false;
     // A save that failed counts as a cancel, however it failed: nothing may be lost on the way out.
     if (!Guarded([&] { engines_.fileCommands.PromptSaveChanges(cancel); }) || cancel)
@@ -116,11 +125,18 @@ bool MDIFormMain::Unload()
     return true;
 }
 
+void MDIFormMain::EndUnasked()
+{
+    if (isLoaded_ && !std::exchange(isUnloaded_, true))
+        Guarded([&] { Unload(false); });
+    Q_EMIT Unloaded();
+}
+
 void MDIFormMain::closeEvent(QCloseEvent *event)
 {
     bool isDone = !isLoaded_ || isUnloaded_;
     if (!isDone)
-        Guarded([&] { isDone = Unload(); });
+        Guarded([&] { isDone = Unload(true); });
     event->setAccepted(isDone);
     if (isDone && !std::exchange(isUnloaded_, true))
         Q_EMIT Unloaded();

@@ -1,6 +1,7 @@
 #include "shell/ShellFixture.h"
 
 #include "platform/SingleInstance.h"
+#include "platform/Termination.h"
 #include "platform/Waiting.h"
 
 #include <QGuiApplication>
@@ -8,6 +9,7 @@
 #include <QScreen>
 #include <QSignalSpy>
 #include <QWindow>
+#include <csignal>
 
 namespace quorvik::testing
 {
@@ -134,6 +136,25 @@ TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
         EXPECT_EQ(main->close(), answer == MsgAnswer::No);
         EXPECT_EQ(QFile::exists(copy), answer == MsgAnswer::Cancel);
     }
+}
+
+TEST_F(ShellTest, AnEndFromOutsideAsksNothingAndLosesNothing)
+{
+    const SimulatedDrive drive;
+    GoOnLine(drive);
+    main->AllEngines().model.SetParamValue(226, 123, true, false);
+    const Termination termination;
+    QObject::connect(&termination, &Termination::Requested, main.get(), &MDIFormMain::EndUnasked);
+    QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
+    std::raise(SIGTERM);
+    ASSERT_TRUE(PumpWhile([&] { return unloaded.isEmpty(); }, QDeadlineTimer(10000)));
+    EXPECT_FALSE(main->AllEngines().link.PortOpen());
+    EXPECT_EQ(Setting("Startup", "Left"), Name("150"));
+
+    MakeWindow();
+    asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
+    ASSERT_TRUE(main->Load(QString()));
+    EXPECT_EQ(main->AllEngines().model.Value(226), 123);
 }
 
 } // namespace quorvik::testing
