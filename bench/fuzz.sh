@@ -25,14 +25,11 @@ fuzz() {
     echo "fuzz-$target: $(awk '/number_of_executed_units/ { print $2 }' "$log") runs in $seconds s, nothing found (limit 0)"
 }
 
-# Two at a time, which is what a small machine carries.
 failed=0
-for ((i = 0; i < ${#targets[@]}; i += 2)); do
-    jobs=()
-    for target in "${targets[@]:i:2}"; do
-        fuzz "$target" &
-        jobs+=($!)
-    done
-    for job in "${jobs[@]}"; do wait "$job" || failed=1; done
+jobs=()
+for target in "${targets[@]}"; do
+    fuzz "$target" &
+    jobs+=($!)
 done
+for job in "${jobs[@]}"; do wait "$job" || failed=1; done
 exit $failed
