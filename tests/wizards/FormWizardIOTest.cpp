@@ -62,6 +62,8 @@ protected:
         std::string rows;
         for (int i = 0; i < table->rowCount(); ++i)
             rows += (table->item(i, 0)->text() + Name(": ") + table->item(i, 3)->text()).toStdString() + ' ';
+        if (FindIn<QLabel>(report, "LabelReport")->text().contains(Name("Stop mode")))
+            rows += "Stop mode";
         delete report;
         return rows;
     }
@@ -375,6 +377,7 @@ TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
     for (const bool linkBreaks : {false, true}) {
         OpenAnswered({0, 1, 0, 0}, PercentParam, 10);
         desk.model.ParamTable[8].Value = 7;
+        desk.model.ParamTable[Param::DriveState].Value = 0;
         if (linkBreaks)
             Click("CheckSaveDriveParameters");
         Finish();
@@ -400,7 +403,9 @@ TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
             EXPECT_EQ(desk.model.ParamTable[8].ReadFlag, 1);
             desk.model.ParamTable[8].Value = 9;
             Q_EMIT link.ValueRead(8);
-            EXPECT_EQ(Reported(), "1: written 8: refused, has 9 15: written ");
+            desk.model.ParamTable[Param::DriveState].Value = 1;
+            Q_EMIT link.ValueRead(Param::DriveState);
+            EXPECT_EQ(Reported(), "1: written 8: refused, has 9 15: written Stop mode");
             EXPECT_EQ(desk.model.ParamTable[8].ReadFlag, 0);
         }
     }

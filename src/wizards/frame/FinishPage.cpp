@@ -35,7 +35,7 @@ FinishPage::FinishPage(QWidget *parent, bool online, const QString &saveCaption)
                    : QStringLiteral("Press Finish to complete the setup."),
             ControlName("LabelFinish", 2));
 
-    table_ = new WriteTable(this, QStringLiteral("Old Value"), QStringLiteral("New Value"));
+    table_ = new WriteTable(this, QStringLiteral("Old Value"), QStringLiteral("New Value"), 9);
     table_->setAccessibleName(QStringLiteral("Parameters that will be written"));
     Content()->addWidget(table_, 1);
 

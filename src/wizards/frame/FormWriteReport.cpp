@@ -49,18 +49,20 @@ FormWriteReport::FormWriteReport(Desk &desk, QWidget *owner, const QString &help
     sentences->setWordWrap(true);
     rows->addWidget(sentences);
 
-    auto *table = new WriteTable(this, QStringLiteral("New Value"), QStringLiteral("In the Drive"));
+    auto *table = new WriteTable(this, QStringLiteral("New Value"), QStringLiteral("In the Drive"), 14);
     table->setAccessibleName(QStringLiteral("What became of the values"));
     std::vector<WriteRow> shown;
     const std::vector<PlannedLine> lines = watch.Plan().Lines(desk.model);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const Outcome outcome = watch.OutcomeOf(i);
         QString text = QStringLiteral("written");
-        if (outcome == Outcome::Refused)
+        if (outcome == Outcome::HasAlready)
+            text = QStringLiteral("has it already");
+        else if (outcome == Outcome::Refused)
             text = QStringLiteral("refused, has ") + lines[i].oldText;
         else if (outcome == Outcome::NotWritten)
             text = QStringLiteral("not written");
-        shown.push_back({lines[i].param, lines[i].name, lines[i].newText, text, outcome != Outcome::Written});
+        shown.push_back({lines[i].param, lines[i].name, lines[i].newText, text, watch.IsLost(i)});
     }
     table->ShowRows(shown);
     rows->addWidget(table, 1);

@@ -13,8 +13,9 @@ enum Column { Number, Name, Third, Fourth, ColumnCount };
 
 } // namespace
 
-WriteTable::WriteTable(QWidget *parent, const QString &third, const QString &fourth)
+WriteTable::WriteTable(QWidget *parent, const QString &third, const QString &fourth, int widest)
     : QTableWidget(0, ColumnCount, parent)
+    , widest_(widest)
 {
     setObjectName(QStringLiteral("TableWrites"));
     setHorizontalHeaderLabels({QStringLiteral("Number"), QStringLiteral("Name"), third, fourth});
@@ -49,7 +50,7 @@ void WriteTable::ShowRows(const std::vector<WriteRow> &rows)
         }
     }
     // The values of a link hold names, which wrap rather than squeeze the column of names.
-    const int widest = fontMetrics().height() * 9;
+    const int widest = fontMetrics().height() * widest_;
     for (const int column : {Third, Fourth}) {
         resizeColumnToContents(column);
         setColumnWidth(column, std::min(columnWidth(column), widest));

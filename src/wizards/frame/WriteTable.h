@@ -21,9 +21,13 @@ class WriteTable : public QTableWidget
     Q_OBJECT
 
 public:
-    WriteTable(QWidget *parent, const QString &third, const QString &fourth);
+    /** @param widest greatest width of the third and fourth column, in heights of a line. */
+    WriteTable(QWidget *parent, const QString &third, const QString &fourth, int widest);
 
     void ShowRows(const std::vector<WriteRow> &rows);
+
+private:
+    int widest_;
 };
 
 } // namespace quorvik

@@ -54,6 +54,9 @@ void WriteWatch::TakeBack(int p, std::int32_t rawValue, bool *told)
         model_.ParamTable[p].Value = before_[p].Value;
         model_.AddReadInterest(p);
         unread_.append(p);
+        // Whether the drive runs, which explains most refusals, is older than they are.
+        if (model_.LastParam >= Param::DriveState && !unread_.contains(Param::DriveState))
+            unread_.append(Param::DriveState);
     }
 }
 
@@ -86,6 +89,8 @@ void WriteWatch::Settle()
             model_.RemoveReadInterest(write.param);
             if (write.refresh)
                 model_.RefreshDependentParams(write.param);
+            if (record.Value == write.rawValue)
+                outcomes_[i] = Outcome::HasAlready;
         }
         if (write.param != Param::SaveParameters || outcomes_[i] == Outcome::Written)
             continue;

@@ -18,7 +18,13 @@ class WriteWatch : public QObject
     Q_OBJECT
 
 public:
-    enum class Outcome { Waiting, Written, Refused, NotWritten };
+    enum class Outcome {
+        Waiting,
+        Written,
+        HasAlready, ///< refused, and the drive's value is the same
+        Refused,
+        NotWritten
+    };
 
     /**
      * Belongs to the link.
@@ -33,6 +39,11 @@ public:
     const WritePlan &Plan() const { return plan_; }
     Outcome OutcomeOf(std::size_t write) const { return outcomes_[write]; } ///< by place in the plan
     bool Has(Outcome outcome) const;
+    /** A write has not reached the drive, and the drive has another value. */
+    bool IsLost(std::size_t write) const
+    {
+        return OutcomeOf(write) == Outcome::Refused || OutcomeOf(write) == Outcome::NotWritten;
+    }
 
 Q_SIGNALS:
     /** Every write has come to its end, or the link has. Emitted once, from the event loop. */
@@ -49,7 +60,7 @@ private:
     WritePlan plan_;
     RecordArray before_;
     std::vector<Outcome> outcomes_; ///< one for each write of the plan
-    QList<int> unread_;             ///< refused, and not read since
+    QList<int> unread_;             ///< to be read before the outcome can be told
     bool settled_ = false;
 };
 
