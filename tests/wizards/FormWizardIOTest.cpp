@@ -394,7 +394,7 @@ TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
         if (linkBreaks) {
             desk.online = false;
             Q_EMIT link.ComStatusChanged();
-            EXPECT_EQ(Reported(), "1: written 8: refused, has 7 15: not written 406: not written ");
+            EXPECT_EQ(Reported(), "8: refused, has 7 15: not written 406: not written 1: written ");
             EXPECT_EQ(desk.model.Value(Param::SaveParameters), 0);
             EXPECT_TRUE(desk.model.DriveModified);
         } else {
@@ -405,7 +405,7 @@ TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
             Q_EMIT link.ValueRead(8);
             desk.model.ParamTable[Param::DriveState].Value = 1;
             Q_EMIT link.ValueRead(Param::DriveState);
-            EXPECT_EQ(Reported(), "1: written 8: refused, has 9 15: written Stop mode");
+            EXPECT_EQ(Reported(), "8: refused, has 9 1: written 15: written Stop mode");
             EXPECT_EQ(desk.model.ParamTable[8].ReadFlag, 0);
         }
     }

@@ -51,7 +51,9 @@ FormWriteReport::FormWriteReport(Desk &desk, QWidget *owner, const QString &help
 
     auto *table = new WriteTable(this, QStringLiteral("New Value"), QStringLiteral("In the Drive"), 14);
     table->setAccessibleName(QStringLiteral("What became of the values"));
-    std::vector<WriteRow> shown;
+    // What is missing in the drive stands first.
+    std::vector<WriteRow> lost;
+    std::vector<WriteRow> others;
     const std::vector<PlannedLine> lines = watch.Plan().Lines(desk.model);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const Outcome outcome = watch.OutcomeOf(i);
@@ -62,9 +64,11 @@ FormWriteReport::FormWriteReport(Desk &desk, QWidget *owner, const QString &help
             text = QStringLiteral("refused, has ") + lines[i].oldText;
         else if (outcome == Outcome::NotWritten)
             text = QStringLiteral("not written");
-        shown.push_back({lines[i].param, lines[i].name, lines[i].newText, text, watch.IsLost(i)});
+        (watch.IsLost(i) ? lost : others)
+            .push_back({lines[i].param, lines[i].name, lines[i].newText, text, watch.IsLost(i)});
     }
-    table->ShowRows(shown);
+    lost.insert(lost.end(), others.begin(), others.end());
+    table->ShowRows(lost);
     rows->addWidget(table, 1);
 
     auto *close = new QPushButton(QStringLiteral("Close"), this);
