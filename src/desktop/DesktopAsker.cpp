@@ -1,5 +1,6 @@
 #include "desktop/DesktopAsker.h"
 
+#include "desktop/BoxLines.h"
 #include "desktop/SaveDialog.h"
 
 #include <QApplication>
@@ -76,6 +77,7 @@ MsgAnswer DesktopAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon 
     QMessageBox box(BoxIcon(icon), title.isEmpty() ? AppTitle() : title, text, BoxButtons(buttons),
                     FrontWindow());
     box.setTextFormat(Qt::PlainText);
+    KeepLinesWhole(box);
     switch (box.exec()) {
     case QMessageBox::Yes:
         return MsgAnswer::Yes;

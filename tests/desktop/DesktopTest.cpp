@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
 #include <QListView>
 #include <QMessageBox>
 #include <QSignalSpy>
@@ -132,6 +133,18 @@ TEST(DesktopAsker, ABoxShowsPlainTextAndGivesItsAnswer)
     EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::Question, {}), MsgAnswer::No);
     OnNextModal<QMessageBox>([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::None, {}), MsgAnswer::Cancel);
+}
+
+TEST(DesktopAsker, ABoxBreaksNoLineTwice)
+{
+    const QString line =
+        QStringLiteral("required (simulating a lower rated tachometer). Change the Tachometer");
+    OnNextModal<QMessageBox>([&](QMessageBox &box) {
+        const auto *label = FindIn<QLabel>(&box, "qt_msgbox_label");
+        EXPECT_GE(label->width(), label->fontMetrics().horizontalAdvance(line));
+        box.accept();
+    });
+    DesktopAsker().MsgBox(line + QStringLiteral("\r\nRating."), MsgButtons::Ok, MsgIcon::Critical, {});
 }
 
 TEST(DesktopAsker, TheFilterTakesEveryCaseOfLettersAndANameWithoutExtensionBecomesSvx)
