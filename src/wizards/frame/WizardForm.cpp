@@ -34,27 +34,23 @@ bool TakesFocus(const QWidget *page, const QWidget *widget)
     return option == nullptr || option->isChecked();
 }
 
-/** The line that stands on every page once the link has gone. */
+/** What stands between the buttons of every page once the link has gone. */
 QWidget *MakeLinkGone(QWidget *parent)
 {
-    auto *line = new QWidget(parent);
-    auto *columns = new QHBoxLayout(line);
+    auto *place = new QWidget(parent);
+    auto *columns = new QHBoxLayout(place);
     const int em = parent->fontMetrics().height();
-    columns->setContentsMargins(em * 3 / 4, em / 2, em * 3 / 4, em / 2);
-    auto *sign = new QLabel(line);
+    columns->setContentsMargins(em / 2, 0, em / 2, 0);
+    auto *sign = new QLabel(place);
     sign->setPixmap(parent->style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(em * 3 / 2));
-    QLabel *text = MakeLabel(line,
-                             QStringLiteral("The link to the drive is gone. Nothing is read any more, and "
-                                            "Finish writes to the settings of this program only."),
-                             QStringLiteral("LabelLinkGone"));
+    QLabel *text =
+        MakeLabel(place, QStringLiteral("The link to the drive is gone. Finish writes to this program only."),
+                  QStringLiteral("LabelLinkGone"));
     text->setWordWrap(true);
-    QFont font = text->font();
-    font.setBold(true);
-    text->setFont(font);
     columns->addWidget(sign);
     columns->addWidget(text, 1);
-    line->hide();
-    return line;
+    place->hide();
+    return place;
 }
 
 } // namespace
@@ -73,8 +69,6 @@ WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QS
     auto *rule = new QFrame(this);
     rule->setFrameShape(QFrame::HLine);
     rule->setFrameShadow(QFrame::Sunken);
-    linkGone_ = MakeLinkGone(this);
-    rows->addWidget(linkGone_);
     rows->addWidget(rule);
     MakeNavigation();
     const int em = fontMetrics().height();
@@ -94,8 +88,11 @@ void WizardForm::MakeNavigation()
         On(button, &QPushButton::clicked, this, [this, i] { CmdNav_Click(i); });
         navButtons_[std::size_t(i)] = button;
         row->addWidget(button);
-        if (i == Cancel)
-            row->addStretch(1);
+        if (i != Cancel)
+            continue;
+        linkGone_ = MakeLinkGone(this);
+        row->addWidget(linkGone_, 1);
+        row->addStretch(); // yields to the widget while that is there
     }
     static_cast<QVBoxLayout *>(layout())->addLayout(row);
 }
