@@ -69,9 +69,11 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
 
     const FormVirtualOperator *first = panel;
     Record(1).Value = 239;
+    Record(245).WriteFlag = WriteState::None;
     Open();
     EXPECT_EQ(panel, first);
     EXPECT_EQ(Value(1), 0);
+    EXPECT_EQ(Record(245).WriteFlag, WriteState::None);
     Click("CommandClose");
     EXPECT_EQ(Record(1).ReadFlag, watched);
 }
@@ -111,6 +113,11 @@ TEST_F(VirtualOperator, ThePanelShowsWhatTheDriveDoes)
     Click("CommandStop");
     EXPECT_TRUE(Find<OperatorButton>("CommandRun")->IsLit()) << "the drive still runs";
     EXPECT_TRUE(Enabled("CommandRun") && Enabled("CommandJog"));
+    for (const int state : {0, 1}) {
+        Record(422).Value = state;
+        Tick();
+    }
+    EXPECT_FALSE(Enabled("CommandRun")) << "started again elsewhere";
 }
 
 TEST_F(VirtualOperator, StopAndAnyClosingEndTheJogToo)
