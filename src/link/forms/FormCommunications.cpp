@@ -49,6 +49,7 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
     comboDevice_->setInsertPolicy(QComboBox::NoInsert);
     // A path stands as it was typed, not as one in the list goes on.
     comboDevice_->setCompleter(nullptr);
+    comboDevice_->lineEdit()->setAccessibleName(comboDevice_->accessibleName());
     comboDevice_->setMinimumContentsLength(DeviceColumns);
 
     labelPluggedIn_->setObjectName(QStringLiteral("LabelPluggedIn"));

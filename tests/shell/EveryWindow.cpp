@@ -1,0 +1,126 @@
+#include "shell/EveryWindow.h"
+
+#include "blocks/BlockCatalogue.h"
+#include "blocks/BlockForm.h"
+#include "desktop/FormModifyParameterValue.h"
+#include "emulator/forms/FormIOSimulator.h"
+#include "link/DriveLink.h"
+#include "link/forms/FormCommunications.h"
+#include "link/forms/FormProgressBar.h"
+#include "link/forms/FormSelectCommMode.h"
+#include "operator/FormVirtualOperator.h"
+#include "operator/FormVirtualOperatorSetup.h"
+#include "settings/forms/FilePrint.h"
+#include "settings/forms/FormNotes.h"
+#include "settings/forms/FormSelectDriveModel.h"
+#include "settings/forms/FormViewParameters.h"
+#include "shell/FormColorSettings.h"
+#include "shell/FormGettingStarted.h"
+#include "support/Controls.h"
+#include "wizards/basic/FormWizardBasic.h"
+#include "wizards/io/FormWizardIO.h"
+
+#include <QAbstractButton>
+#include <QSet>
+#include <memory>
+
+namespace quorvik::testing
+{
+
+namespace
+{
+
+void Show(QWidget &window, const QString &picture, const Visit &visit)
+{
+    SCOPED_TRACE(qPrintable(picture));
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    visit(window, picture);
+}
+
+void Fill(QWidget &mentor, const char *name, std::initializer_list<const char *> texts)
+{
+    int index = 0;
+    for (const char *text : texts)
+        FindIn<QLineEdit>(&mentor, ControlName(name, index++))->setText(QString::fromLatin1(text));
+}
+
+/** Walks to the last page. @return the pages seen. */
+QSet<int> Walk(WizardForm &mentor, const Visit &visit)
+{
+    QSet<int> seen;
+    do {
+        seen.insert(mentor.CurrentStep());
+        Show(mentor, ControlName(qPrintable(mentor.objectName()), mentor.CurrentStep()), visit);
+        if (mentor.CurrentStep() < WizardForm::LastStep)
+            FindIn<QAbstractButton>(&mentor, "CmdNav(3)")->click();
+    } while (!seen.contains(mentor.CurrentStep()));
+    EXPECT_TRUE(seen.contains(WizardForm::LastStep)) << "stuck on page " << mentor.CurrentStep();
+    return seen;
+}
+
+} // namespace
+
+void VisitBlocks(TestDesk &desk, const Visit &visit)
+{
+    for (const BlockMenuEntry &entry : BlockCatalogue())
+        for (int member = std::max(entry.firstMember, 0);
+             entry.make && member <= std::max(entry.lastMember, 0); ++member) {
+            const std::unique_ptr<BlockForm> form(entry.make(desk.desk, member));
+            Show(*form, form->objectName(), visit);
+        }
+}
+
+void VisitOtherWindows(TestDesk &desk, const Visit &visit)
+{
+    DriveLink link(desk.model, desk.rules, desk.asker);
+    link.ScanKind = 1;
+    FilePrint print(desk.desk);
+    VirtualOperatorFields fields;
+    FormVirtualOperator panel(desk.desk, &desk.mainWindow, fields);
+    const auto edit = [&](int p) {
+        desk.model.EditParamNumber = std::int16_t(p);
+        desk.model.EditValue = desk.model.Value(p);
+        return new FormModifyParameterValue(desk.desk, &desk.mainWindow);
+    };
+    const std::function<QWidget *()> windows[] = {
+        [&] { return new FormCommunications(desk.desk, &desk.mainWindow, link); },
+        [&] { return new FormSelectCommMode(desk.desk, &desk.mainWindow); },
+        [&] { return new FormProgressBar(desk.desk, &desk.mainWindow, link); },
+        [&] { return new FormSelectDriveModel(desk.desk, &desk.mainWindow); },
+        [&] { return edit(1); },   // a list of parameters
+        [&] { return edit(28); },  // two options
+        [&] { return edit(217); }, // a number
+        [&] { return new FormNotes(desk.desk, &desk.mainWindow); },
+        [&] { return new FormViewParameters(desk.desk, print, ReportFilter::All); },
+        [&] { return new FormIOSimulator(desk.desk); },
+        [&] { return new FormColorSettings(desk.desk); },
+        [&] { return new FormGettingStarted(desk.desk, &desk.mainWindow, true); },
+        [&] { return new FormVirtualOperatorSetup(desk.desk, panel, 0); },
+    };
+    for (const auto &make : windows) {
+        const std::unique_ptr<QWidget> window(make());
+        Show(*window, window->objectName(), visit);
+    }
+    Show(panel, panel.objectName(), visit);
+}
+
+void VisitMentors(TestDesk &desk, const Visit &visit)
+{
+    FormWizardBasic basic(desk.desk, nullptr);
+    Fill(basic, "TextMotorData", {"150", "500", "1750", "4.00"});
+    EXPECT_EQ(Walk(basic, visit).size(), WizardForm::LastStep + 1);
+
+    FormWizardIO inputs(desk.desk, nullptr);
+    Fill(inputs, "TextCal", {"0", "4095"});
+    Fill(inputs, "TextBiasGain", {"0.00", "100.00"});
+    QSet<int> seen = Walk(inputs, visit);
+    desk.model.WizardIOStart = {.outputs = 1};
+    FormWizardIO outputs(desk.desk, nullptr);
+    Fill(outputs, "TextOutputBiasGain", {"0.00", "10.00"});
+    seen += Walk(outputs, visit);
+    EXPECT_EQ(seen.size(), WizardForm::LastStep + 1);
+}
+
+} // namespace quorvik::testing
