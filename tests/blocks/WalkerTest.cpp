@@ -93,18 +93,6 @@ private:
     QFont usualFont_;
 };
 
-TEST_P(WalkerTest, ControlsStandApartAndOnTheSheet)
-{
-    const QList<QWidget *> controls = OnSheet();
-    for (const QWidget *control : controls) {
-        SCOPED_TRACE(control->objectName().toStdString());
-        EXPECT_TRUE(form->View().rect().contains(control->geometry()));
-        for (const QWidget *other : controls)
-            EXPECT_FALSE(other != control && control->geometry().intersects(other->geometry()))
-                << other->objectName().toStdString();
-    }
-}
-
 TEST_P(WalkerTest, NoTextIsCut)
 {
     for (const auto *label : form->View().findChildren<QLabel *>()) {
@@ -163,6 +151,50 @@ TEST_P(WalkerTest, ArmsEndAtContactsAndContactsAreWired)
             EXPECT_TRUE(isWired(place)) << arm.name.toStdString() << " at " << place.x() << ", " << place.y();
         const bool open = arm.symbol == Symbol::Contact ? arm.state == 0 : arm.state < 0;
         EXPECT_NE(open, arm.points.contains(Drawing::ArmEnd(arm))) << arm.name.toStdString();
+    }
+}
+
+TEST_P(WalkerTest, EveryElementLeavesInk)
+{
+    if (GetParam().fontScale != 1.0)
+        return;
+    // The labels and boxes on the sheet are no ink of the drawing.
+    for (QWidget *control : OnSheet())
+        control->hide();
+    auto &view = *form->findChild<DiagramView *>();
+    for (int i = 0; i < view.drawing.Elements().size(); ++i) {
+        const Element &element = view.drawing.At(i);
+        QImage ink[2];
+        for (const bool visible : {false, true}) {
+            view.drawing.SetVisible(i, visible);
+            ink[visible] = view.grab().toImage();
+        }
+        EXPECT_NE(ink[0], ink[1]) << i << " " << element.name.toStdString() << " " << int(element.symbol);
+    }
+}
+
+TEST_P(WalkerTest, ArrowsEnterWhatTheyPointAt)
+{
+    QList<QRectF> targets;
+    for (const Element &element : form->drawing().Elements())
+        if (!element.rect.isEmpty() && element.symbol != Symbol::Frame && element.symbol != Symbol::Roll)
+            targets.append(form->View().ToPixels(element.rect));
+    for (const QWidget *control : OnSheet())
+        if (qobject_cast<const ValueBox *>(control))
+            targets.append(control->geometry());
+    const double near = 1.5 * form->View().Unit();
+    for (const Element &wire : form->drawing().Elements()) {
+        const QPolygonF points = form->View().ToPixels(wire.points);
+        if (!wire.arrow)
+            continue;
+        const QPointF end = points.last();
+        const QPointF ahead =
+            QLineF(points.at(points.size() - 2), end).unitVector().p2() - points.at(points.size() - 2);
+        // One that leads out of the sheet has nothing near.
+        for (const QRectF &target : targets)
+            EXPECT_TRUE(!target.adjusted(-near, -near, near, near).contains(end) ||
+                        (target.contains(end + 3 * ahead) && !target.contains(end - 3 * ahead)))
+                << "at " << end.x() << ", " << end.y();
     }
 }
 
