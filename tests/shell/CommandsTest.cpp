@@ -1,0 +1,190 @@
+#include "shell/ShellFixture.h"
+
+#include "blocks/BlockCatalogue.h"
+#include "blocks/BlockForm.h"
+#include "settings/forms/FilePrint.h"
+
+#include <QDesktopServices>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTextBrowser>
+#include <QTimer>
+
+namespace quorvik::testing
+{
+
+namespace
+{
+
+constexpr int Edited = 226;
+
+class Commands : public ShellTest
+{
+protected:
+    /** The name of the window that an entry opens; a modal one is closed again. */
+    QString Opened(const char *entry)
+    {
+        QString modalName;
+        QTimer::singleShot(0, main.get(), [&modalName] {
+            if (QWidget *modal = QApplication::activeModalWidget()) {
+                modalName = modal->objectName();
+                modal->close();
+            }
+        });
+        Trigger(entry);
+        QCoreApplication::processEvents();
+        const FormsCollection &forms = main->TheDesk().forms;
+        return modalName.isEmpty() ? forms.At(forms.Count() - 1)->objectName() : modalName;
+    }
+
+    QList<QMdiSubWindow *> Children() const
+    {
+        return Find<QMdiArea>("MDIArea")->subWindowList(QMdiArea::CreationOrder);
+    }
+    std::int32_t Value() const { return main->AllEngines().model.Value(Edited); }
+    void Edit(std::int32_t raw) { main->AllEngines().model.SetParamValue(Edited, raw, true, false); }
+};
+
+} // namespace
+
+TEST_F(Commands, BlocksOpenTheirWindowsOneByOneAndTogether)
+{
+    LoadQuietly();
+    const FormsCollection &forms = main->TheDesk().forms;
+    for (const BlockMenuEntry &entry : BlockCatalogue()) {
+        if (!entry.make)
+            continue;
+        for (int member = entry.firstMember; member <= entry.lastMember; ++member) {
+            Trigger(qPrintable(ControlName(entry.control, entry.IsFamily() ? member : -1)));
+            const QWidget *form = forms.At(forms.Count() - 1);
+            EXPECT_EQ(form->objectName(), QLatin1String(entry.form));
+            EXPECT_EQ(form->windowTitle(), entry.WindowCaption(member));
+        }
+        Trigger("mnuWindowCloseAll");
+        if (!entry.allControl)
+            continue;
+        Trigger(entry.allControl);
+        EXPECT_EQ(forms.Count() - 1, entry.lastMember - entry.firstMember + 1) << entry.allControl;
+        Trigger("mnuWindowCloseAll");
+    }
+}
+
+TEST_F(Commands, EntriesOpenTheirWindows)
+{
+    LoadQuietly();
+    asker.Expect(QStringLiteral("all inputs must be unassigned!"), MsgAnswer::Yes);
+    const std::pair<const char *, const char *> windows[] = {
+        {"mnuFileNotes", "FormNotes"},
+        {"mnuOptionsCommunications", "FormCommunications"},
+        {"mnuOptionsColorSettings", "FormColorSettings"},
+        {"mnuToolsSelectModel", "FormSelectDriveModel"},
+        {"mnuToolsIOSimulator", "FormIOSimulator"},
+        {"mnuMentorsBasic", "FormWizardBasic"},
+        {"mnuMentorIO", "FormWizardIO"},
+        {"mnuHelpAbout", "FormAbout"},
+        {"mnuListParameters(1)", "FormViewParameters"},
+        {"mnuToolsVirtualOperator", "FormVirtualOperator"},
+    };
+    for (const auto &[entry, window] : windows)
+        EXPECT_EQ(Opened(entry), Name(window)) << entry;
+    EXPECT_TRUE(Find<QRadioButton>("OptionView(1)")->isChecked());
+    Trigger("mnuListParameters(0)");
+    EXPECT_TRUE(Find<QRadioButton>("OptionView(0)")->isChecked());
+}
+
+TEST_F(Commands, FileEntriesKeepAndBringSets)
+{
+    LoadQuietly();
+    const QString path = folder.filePath(QStringLiteral("mill.Svx"));
+    Edit(123);
+    asker.ExpectSave(path);
+    Trigger("mnuFileSave(1)");
+    Edit(77);
+    Trigger("mnuFileSave(0)");
+    EXPECT_FALSE(main->AllEngines().model.FileModified);
+    Edit(99);
+    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
+    EXPECT_EQ(Opened("mnuFileNew"), Name("FormSelectDriveModel"));
+    EXPECT_EQ(Value(), main->AllEngines().model.ParamTable[Edited].Preset);
+    asker.ExpectOpen(path);
+    Trigger("mnuFileOpen");
+    EXPECT_EQ(Value(), 77);
+
+    bool printed = false;
+    main->Print().ShowPrinter = [&](QPrinter &, QWidget *) {
+        printed = true;
+        return std::nullopt;
+    };
+    Trigger("mnuFilePrint");
+    EXPECT_TRUE(printed);
+    const QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
+    Trigger("mnuFileExit");
+    EXPECT_EQ(unloaded.size(), 1);
+}
+
+TEST_F(Commands, DriveEntriesReachTheDrive)
+{
+    SimulatedDrive drive;
+    GoOnLine(drive);
+    DriveLink &link = main->AllEngines().link;
+    const Model &model = main->AllEngines().model;
+    const auto comesToHold = [&](std::int32_t raw) {
+        return QTest::qWaitFor([&] { return !model.WritePending && drive.Value(Edited) == raw; });
+    };
+    Edit(123);
+    EXPECT_TRUE(comesToHold(123));
+    Trigger("mnuToolsSaveDrive");
+    const auto isSaved = [&] { return !model.WritePending && drive.Value(Param::SaveParameters) == 0; };
+    EXPECT_TRUE(QTest::qWaitFor(isSaved));
+    Edit(50);
+    EXPECT_TRUE(comesToHold(50));
+    Trigger("mnuToolsLoadDrive");
+    EXPECT_TRUE(comesToHold(123)) << "what was saved";
+    for (const int command : {1, 2}) {
+        Trigger(qPrintable(ControlName("mnuToolsReInitDrive", command)));
+        EXPECT_EQ(link.DriveCommand, command);
+        link.SetDriveCommand(0);
+    }
+    link.GoOffLine(0);
+    drive.Set(Edited, 44);
+    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
+    Trigger("mnuFileRead");
+    EXPECT_EQ(Value(), 44);
+    Edit(55);
+    asker.Expect(QString(), MsgAnswer::No);
+    Trigger("mnuFileWrite");
+    EXPECT_EQ(drive.Value(Edited), 55);
+}
+
+TEST_F(Commands, WindowEntriesArrange)
+{
+    LoadQuietly();
+    Trigger("mnuBlockMOP");
+    Trigger("mnuBlockMinMax");
+    const QRect room = Find<QMdiArea>("MDIArea")->viewport()->rect();
+    Trigger("mnuWindowTileHorizontal");
+    EXPECT_EQ(Children()[1]->geometry(), room.adjusted(0, room.height() / 2, 0, 0));
+    Trigger("mnuWindowTileVertical");
+    EXPECT_EQ(Children()[1]->geometry(), room.adjusted(room.width() / 2, 0, 0, 0));
+    Trigger("mnuWindowCascade");
+    EXPECT_EQ(Children()[0]->pos(), QPoint(0, 0));
+    EXPECT_EQ(Children()[1]->x(), Children()[1]->y());
+    Trigger("mnuWindowMinimizeAll");
+    Children()[0]->move(50, 5);
+    Trigger("mnuWindowArrangeIcons");
+    EXPECT_EQ(Children()[0]->geometry().bottomLeft(), room.bottomLeft());
+}
+
+TEST_F(Commands, TheMakersPageOpensInABrowser)
+{
+    LoadQuietly();
+    QTextBrowser browser;
+    QDesktopServices::setUrlHandler(QStringLiteral("https"), &browser, "setSource");
+    Trigger("mnuHalvaneWeb");
+    QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+    EXPECT_EQ(browser.source().host(), Name("www.halvane.example"));
+}
+
+} // namespace quorvik::testing
