@@ -229,7 +229,7 @@ bool FormVirtualOperator::eventFilter(QObject *watched, QEvent *event)
             if (event->type() == QEvent::Close)
                 EndJog();
             else if (event->type() == QEvent::WindowStateChange)
-                FollowOwner();
+                FollowOwnerSoon();
             return;
         }
         const int record = RecordOf(watched);

@@ -99,6 +99,7 @@ private:
     QStringList OtherHands() const;
     /** Keeps the panel on the screen when its owner is minimised. */
     void FollowOwner();
+    void FollowOwnerSoon();
 
     VirtualOperatorFields &fields_;
     QList<int> watched_;       ///< read interest that the panel holds

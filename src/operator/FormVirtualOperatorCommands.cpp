@@ -5,6 +5,7 @@
 #include "operator/FormVirtualOperator.h"
 #include "operator/JogButton.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QLabel>
 #include <QStringList>
@@ -134,15 +135,18 @@ QStringList FormVirtualOperator::OtherHands() const
 
 void FormVirtualOperator::FollowOwner()
 {
-    QWindow *own = windowHandle();
-    // A desktop takes the windows of a minimised window off the screen with it, and Stop would be among them.
-    QWindow *owner = parentWidget()->isMinimized() ? nullptr : parentWidget()->windowHandle();
-    if (!isVisible() || own->transientParent() == owner)
+    // Behind a dialog that holds the program the panel would stand there and be dead.
+    if (!isVisible() || parentWidget() == nullptr || QApplication::activeModalWidget() != nullptr)
         return;
-    own->setTransientParent(owner);
+    // A desktop takes the windows of a minimised window off the screen with it, and Stop would be among them.
+    const bool isAway = parentWidget()->isMinimized();
+    QWindow *owner = isAway ? nullptr : parentWidget()->windowHandle();
+    if (windowHandle()->transientParent() == owner && !(isAway && isMinimized()))
+        return;
+    windowHandle()->setTransientParent(owner);
     // The desktop learns of it when the window is shown anew.
     hide();
-    setAttribute(Qt::WA_ShowWithoutActivating, owner != nullptr);
+    setAttribute(Qt::WA_ShowWithoutActivating, !isAway);
     showNormal();
     setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
@@ -156,10 +160,20 @@ bool FormVirtualOperator::event(QEvent *event)
     case QEvent::Hide:
         commandJog_->Release();
         break;
+    case QEvent::WindowStateChange:
+    case QEvent::WindowUnblocked:
+        FollowOwnerSoon();
+        break;
     default:
         break;
     }
     return Form::event(event);
+}
+
+void FormVirtualOperator::FollowOwnerSoon()
+{
+    // The desktop tells of the two windows in an order of its own.
+    QMetaObject::invokeMethod(this, &FormVirtualOperator::FollowOwner, Qt::QueuedConnection);
 }
 
 void FormVirtualOperator::Unload()
