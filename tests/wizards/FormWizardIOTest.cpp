@@ -394,7 +394,7 @@ TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
         if (linkBreaks) {
             desk.online = false;
             Q_EMIT link.ComStatusChanged();
-            EXPECT_EQ(Reported(), "8: refused, has 7 15: not written 406: not written 1: written ");
+            EXPECT_EQ(Reported(), "8: refused 15: not written 406: not written 1: written ");
             EXPECT_EQ(desk.model.Value(Param::SaveParameters), 0);
             EXPECT_TRUE(desk.model.DriveModified);
         } else {

@@ -61,7 +61,8 @@ FormWriteReport::FormWriteReport(Desk &desk, QWidget *owner, const QString &help
         if (outcome == Outcome::HasAlready)
             text = QStringLiteral("has it already");
         else if (outcome == Outcome::Refused)
-            text = QStringLiteral("refused, has ") + lines[i].oldText;
+            text = desk.model.PortOpen() ? QStringLiteral("refused, has ") + lines[i].oldText
+                                         : QStringLiteral("refused");
         else if (outcome == Outcome::NotWritten)
             text = QStringLiteral("not written");
         (watch.IsLost(i) ? lost : others)
