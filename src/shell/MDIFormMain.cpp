@@ -148,7 +148,6 @@ void MDIFormMain::ConnectCommands()
         On(new QShortcut(keys, this), &QShortcut::activated, this, handler);
     };
     addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D), [this] { ShowDebug(*this); });
-    addKey(QKeySequence(Qt::CTRL | Qt::Key_F4), [this] { area_->closeActiveSubWindow(); });
     addKey(QKeySequence(Qt::CTRL | Qt::Key_F6), [this] { area_->activateNextSubWindow(); });
     addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6), [this] { area_->activatePreviousSubWindow(); });
 }

@@ -33,6 +33,14 @@ QList<QMdiSubWindow *> Children(QMdiArea *area, bool minimized)
     return children;
 }
 
+/** The same keys on every desktop; a shortcut beside the child's own would clash with it on some. */
+void SetCloseKeys(QMdiSubWindow *child)
+{
+    for (QAction *action : child->systemMenu()->actions())
+        if (!action->shortcut().isEmpty())
+            action->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_F4), QKeySequence(Qt::CTRL | Qt::Key_W)});
+}
+
 const char *const listEntry = "mnuWindowList";
 
 } // namespace
@@ -50,6 +58,7 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
     if (!child) {
         child = area_->addSubWindow(form);
         child->setWindowIcon(area_->windowIcon());
+        SetCloseKeys(child);
         connect(form, &QObject::destroyed, child, &QObject::deleteLater);
     }
     const bool isNew = !child->isVisible();

@@ -5,6 +5,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMenuBar>
 
 namespace quorvik::testing
 {
@@ -84,6 +85,42 @@ TEST_F(Windows, CommandsReachEveryWindowAndClosingReleasesTheReadInterestOnce)
         EXPECT_EQ(model.ParamTable[p].ReadFlag, p == Param::DriveState ? 1 : 0) << p;
     EXPECT_EQ(main->TheDesk().forms.Count(), 1);
     EXPECT_TRUE(main->isVisible());
+}
+
+TEST_F(Windows, InternalLinksComeIntoSightAndLeaveTheFocus)
+{
+    for (int i = 0; i < 2; ++i) {
+        Trigger("mnuBlockInternalLinks");
+        QMdiSubWindow *links = area->subWindowList(QMdiArea::StackingOrder).last();
+        EXPECT_EQ(links->windowTitle(), Name("Internal Links"));
+        EXPECT_FALSE(links->isMinimized());
+        EXPECT_EQ(area->activeSubWindow()->windowTitle(), Name("Analog Input 5"));
+        links->showMinimized();
+        area->setActiveSubWindow(area->subWindowList().at(4));
+    }
+}
+
+TEST_F(Windows, KeysCloseAndChangeWindows)
+{
+    QTest::keyClick(main.get(), Qt::Key_F6, Qt::ControlModifier);
+    EXPECT_EQ(area->activeSubWindow()->windowTitle(), Name("Analog Input 1"));
+    QTest::keyClick(main.get(), Qt::Key_F6, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::keyClick(main.get(), Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_TRUE(ComesDownTo(4));
+    EXPECT_EQ(area->subWindowList().last()->windowTitle(), Name("Analog Input 4"));
+}
+
+TEST_F(Windows, MenusLeaveTheirLettersToTheWindowInFront)
+{
+    QWidget *bar = main->menuBar();
+    EXPECT_FALSE(bar->actions().contains(Entry("mnuCheckout")))
+        << "a hidden menu keeps its letter in the bar";
+    EXPECT_EQ(Entry("mnuOptions")->text(), Name("&Options"));
+    Trigger("mnuToolsIOSimulator");
+    EXPECT_EQ(Entry("mnuOptions")->text(), Name("Options")) << "Alt+O is Open there";
+    EXPECT_EQ(Entry("mnuFile")->text(), Name("&File"));
+    area->setActiveSubWindow(area->subWindowList().first());
+    EXPECT_EQ(Entry("mnuOptions")->text(), Name("&Options"));
 }
 
 TEST_F(Windows, TheMenuListsTheOpenWindowsAndLeadsToThem)
