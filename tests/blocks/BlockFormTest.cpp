@@ -26,7 +26,9 @@ TEST_F(BlockFormTest, RowsTellNumberNameClassAndColour)
     for (const auto &[row, accessClass] : rows) {
         EXPECT_EQ(Text1(row)->property("Tag").toInt(), accessClass) << row;
         EXPECT_EQ(Text1(row)->BackColor(), ColorOf(desk.model.Colors.at(std::size_t(accessClass)))) << row;
+        EXPECT_EQ(Text1(row)->cursor().shape() == Qt::PointingHandCursor, accessClass < Access::IcrReadOnly);
     }
+    EXPECT_TRUE(Text1(4)->accessibleDescription().startsWith(QStringLiteral("12.34 %, ")));
     EXPECT_TRUE(Text1(6)->toolTip().contains(desk.model.ParamTable[1].Name));
     Set({{Param::DriveState, 1}});
     desk.model.Colors[Access::IcrReadOnly] = 0x00FF80;

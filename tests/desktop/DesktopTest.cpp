@@ -3,6 +3,7 @@
 #include "desktop/Form.h"
 #include "desktop/LongestText.h"
 #include "desktop/PlainText.h"
+#include "desktop/TypeToChoose.h"
 #include "desktop/ValueBox.h"
 #include "model/Model.h"
 #include "support/Controls.h"
@@ -96,6 +97,20 @@ TEST(ValueBox, ClickEnterAndSpaceAreOneAndTypingNothing)
     QTest::keyClicks(&box, QStringLiteral("7"));
     EXPECT_EQ(clicks.count(), 4);
     EXPECT_EQ(box.text(), QStringLiteral("12.5 %"));
+}
+
+TEST(TypeToChoose, TakesTheWholeNumberOrNothing)
+{
+    const std::pair<const char *, const char *> cases[] = {{"22", "22 c"},   {"2", "2 a"},    {"21", "217 d"},
+                                                           {"217", "217 d"}, {"218", "20 b"}, {"x", "20 b"}};
+    for (const auto &[typed, chosen] : cases) {
+        QComboBox list;
+        TypeToChoose(&list);
+        list.addItems({Name("2 a"), Name("20 b"), Name("22 c"), Name("217 d")});
+        list.setCurrentIndex(1);
+        QTest::keyClicks(&list, Name(typed));
+        EXPECT_EQ(list.currentText(), Name(chosen)) << typed;
+    }
 }
 
 TEST(PlainText, MarkupInAToolTipStandsAsText)

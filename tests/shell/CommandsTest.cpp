@@ -5,12 +5,14 @@
 #include "settings/forms/FilePrint.h"
 
 #include <QDesktopServices>
+#include <QHeaderView>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QTreeView>
 
 namespace quorvik::testing
 {
@@ -90,6 +92,8 @@ TEST_F(Commands, EntriesOpenTheirWindows)
     for (const auto &[entry, window] : windows)
         EXPECT_EQ(Opened(entry), Name(window)) << entry;
     EXPECT_TRUE(Find<QRadioButton>("OptionView(1)")->isChecked());
+    const auto *list = Find<QTreeView>("ListView");
+    EXPECT_LE(list->header()->length(), list->viewport()->width()) << "no column is out of sight";
     Trigger("mnuListParameters(0)");
     EXPECT_TRUE(Find<QRadioButton>("OptionView(0)")->isChecked());
 }

@@ -8,7 +8,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
-#include <QGroupBox>
+#include <map>
 
 namespace quorvik::testing
 {
@@ -60,6 +60,31 @@ void ExpectSpoken(const QWidget &window)
         }
 }
 
+/** By window and control; the windows that are told to have them. */
+const std::map<std::pair<QString, QString>, QString> &ToolTips()
+{
+    static const std::map<std::pair<QString, QString>, QString> toolTips = {
+        {{Name("FormAnalogInputs"), Name("CommandIOMentor")}, Name("Start I/O Mentor")},
+        {{Name("FormCustom"), Name("CommandDefault")}, Name("Set Custom Window Settings to Factory Defualt")},
+        {{Name("FormDateTime"), Name("CommandSet")}, Name("Sets drive date/time to System date/time")},
+        {{Name("FormZeroSpeedLogic"), Name("LabelAbs")}, Name("Absolute Value Function")},
+        {{Name("FormZeroSpeedLogic"), Name("Label3")}, Name("And Function")},
+        {{Name("FormColorSettings"), Name("CommandOK")}, Name("Apply Current Colors and Close")},
+        {{Name("FormColorSettings"), Name("CommandCancel")}, Name("Cancel Current Colors")},
+        {{Name("FormColorSettings"), Name("CommandApply")}, Name("Apply Current Colors")},
+        {{Name("FormColorSettings"), Name("CommandDefault")}, Name("Set Colors to Default")},
+    };
+    return toolTips;
+}
+
+void ExpectToolTips(const QWidget &window)
+{
+    for (const auto &[place, toolTip] : ToolTips())
+        if (place.first == window.objectName()) {
+            EXPECT_EQ(FindIn(&window, place.second)->toolTip(), toolTip) << place.second.toStdString();
+        }
+}
+
 class EveryWindow : public ::testing::TestWithParam<double>
 {
 protected:
@@ -82,6 +107,7 @@ TEST_P(EveryWindow, ControlsStandApartHaveTheirOwnLettersAndAreSpoken)
         ExpectApartAndInside(window);
         ExpectMnemonicsDiffer(window);
         ExpectSpoken(window);
+        ExpectToolTips(window);
     };
     VisitBlocks(desk, look);
     VisitOtherWindows(desk, look);

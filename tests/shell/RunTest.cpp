@@ -20,7 +20,9 @@ TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
     EXPECT_TRUE(main->isVisible());
     EXPECT_EQ(main->pos(), QPoint(10, 7));    // 150 and 100 twips
     EXPECT_EQ(main->size(), QSize(733, 467)); // 11000 by 7000 twips
-    EXPECT_EQ(main->AllEngines().model.Colors[0], main->AllEngines().model.DefaultColors[0]);
+    // Read/write black, stop-only green, refused red, read only grey, linked blue; empty boxes have none yet.
+    EXPECT_EQ(main->AllEngines().model.Colors,
+              (std::array<std::int32_t, 6>{0, 0x00FF00, 0x0000FF, 0x7F7F7F, 0xFF0000, 0}));
     EXPECT_EQ(main->AllEngines().link.MSComm1.CommPort(), 16);
 
     main->move(40, 50);
@@ -56,8 +58,11 @@ TEST_F(ShellTest, APlaceOnNoScreenIsBroughtBack)
     Store("Startup", "Left", "900000");
     Store("Startup", "Top", "-900000");
     Store("Startup", "Width", "nonsense");
+    Store("Startup", "Height", "900000");
     LoadQuietly();
-    EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(main->geometry()));
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_TRUE(screen.contains(main->geometry()));
+    EXPECT_LT(main->height() + 10, screen.height()) << "with room for the frame";
 }
 
 TEST_F(ShellTest, ACancelKeepsTheWindowWithSettingsSavedAndTheLinkDown)

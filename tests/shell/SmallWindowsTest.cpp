@@ -80,21 +80,24 @@ TEST_F(ColorSettings, DefaultIsStoredByOkAndDroppedByCancel)
 TEST(GettingStarted, StandsInTheMiddleAndTellsItsBox)
 {
     TestDesk desk;
-    desk.mainWindow.setGeometry(300, 100, 1200, 700);
+    desk.mainWindow.setGeometry(50, 100, 700, 500);
     auto *form = new FormGettingStarted(desk.desk, &desk.mainWindow, true);
     QList<bool> told;
     QObject::connect(form, &FormGettingStarted::ShowTipsChanged, &desk.mainWindow,
                      [&told](bool showTips) { told.append(showTips); });
     form->show();
-    EXPECT_NEAR(form->x() - 300, (1200 - form->width()) / 2, 1);
-    EXPECT_NEAR(form->y() - 100, (700 - form->height()) / 2, 1);
+    EXPECT_NEAR(form->x() - 50, (700 - form->width()) / 2, 1);
+    EXPECT_NEAR(form->y() - 100, (500 - form->height()) / 2, 1);
     auto *box = FindIn<QCheckBox>(form, "chkLoadOnStartup");
     EXPECT_TRUE(box->isChecked());
     box->click();
     box->click();
     EXPECT_EQ(told, (QList<bool>{false, true}));
-    ClickIn(form, "cmdOK");
-    EXPECT_FALSE(form->isVisible());
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_FALSE(form->isVisible()) << "Enter is OK, on the check box too";
+    desk.mainWindow.setGeometry(0, 0, 320, 240);
+    auto *kept = new FormGettingStarted(desk.desk, &desk.mainWindow, true);
+    EXPECT_TRUE(kept->screen()->availableGeometry().contains(kept->geometry()));
 }
 
 TEST(About, StartsTheFirstViewerThatThereIsOrSaysThatThereIsNone)
