@@ -2,6 +2,7 @@
 
 #include "emulator/DriveEmulator.h"
 #include "emulator/forms/Gauges.h"
+#include "emulator/forms/LampLook.h"
 #include "support/TestDesk.h"
 
 #include <QComboBox>
@@ -145,6 +146,29 @@ TEST_F(FormIOSimulatorTest, RangeFollowsTypeAndPolarity)
     P(33) = 0;
     P(28) = 0;
     EXPECT_TRUE(BecomesText("LabelMax", "20 mA")) << "without a hand on it";
+}
+
+TEST_F(FormIOSimulatorTest, EachAnalogInputHasALevelOfItsOwn)
+{
+    Show();
+    auto *members = Find<QComboBox>("ComboAnalogInput");
+    auto *strip = members->parentWidget()->findChild<TerminalStrip *>(QString(), Qt::FindDirectChildrenOnly);
+    for (int lit = 0; lit < 5; ++lit) {
+        for (int i = 0; i < 5; ++i)
+            P(139 + i) = i == lit ? 1024 : 0;
+        form->TimerUpdateScreen_Timer();
+        const QImage image = strip->grab().toImage();
+        for (int i = 0; i < 5; ++i) {
+            const QRect cell = strip->CellRect(i).toAlignedRect();
+            bool isLit = false;
+            for (int x = cell.left(); x < cell.right(); ++x)
+                for (int y = cell.top(); y < cell.bottom(); ++y)
+                    isLit = isLit || image.pixelColor(x, y) == SignalColor();
+            EXPECT_EQ(isLit, i == lit) << i << " while " << lit;
+        }
+        members->setCurrentIndex(lit);
+        EXPECT_EQ(AnalogScroll()->value(), 1024);
+    }
 }
 
 TEST_F(FormIOSimulatorTest, FrequencyInputCountsInTens)
