@@ -221,12 +221,16 @@ TEST_F(FormWizardBasicTest, FieldCrossoverWantsAShuntFieldAndAnotherFeedback)
     GoTo(3);
     Click("OptionFieldType(1)");
     EXPECT_FALSE(Enabled("TextMotorData(3)"));
+    Click("OptionFieldType(0)");
+    EXPECT_FALSE(Enabled("TextMotorData(4)")) << "it has no effect without crossover";
+    Click("OptionFieldType(1)");
     GoTo(2);
     Click("OptionOperatingMode(1)");
     Next();
     EXPECT_TRUE(Checked("OptionFieldType(0)"));
     EXPECT_FALSE(Enabled("OptionFieldType(1)"));
     EXPECT_EQ(Caption("LabelMotorData(2)"), "Top Speed");
+    EXPECT_TRUE(Enabled("TextMotorData(4)"));
     FillMotorData({"120", "500", "2500", "2.00", "2.01"});
     ExpectRefusal("The Top Speed Field Current must be less than the Base Speed Field Current.",
                   "TextMotorData(4)");
