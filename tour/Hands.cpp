@@ -69,27 +69,30 @@ QString Hands::Click(const QString &name)
 QString Hands::WalkTo(QAction *entry, bool clickIt)
 {
     isBusy_ = true;
-    QWidget *holder = program_.Main().menuBar();
-    QAction *next = nullptr;
+    QMenuBar *bar = program_.Main().menuBar();
+    QWidget *holder = bar;
+    // A menu takes a click only from a pointer that is there.
+    const auto pointAt = [&](QAction *action) {
+        const auto *menu = qobject_cast<QMenu *>(holder);
+        const QPoint place = (menu ? menu->actionGeometry(action) : bar->actionGeometry(action)).center();
+        QTest::mouseMove(holder, place);
+        return place;
+    };
     for (QMenu *menu : MenusAbove(entry)) {
-        next = menu->menuAction();
-        const QRect place = holder == program_.Main().menuBar()
-                                ? program_.Main().menuBar()->actionGeometry(next)
-                                : static_cast<QMenu *>(holder)->actionGeometry(next);
-        QTest::mouseClick(holder, Qt::LeftButton, {}, place.center());
+        QTest::mouseClick(holder, Qt::LeftButton, {}, pointAt(menu->menuAction()));
         if (!QTest::qWaitFor([menu] { return menu->isVisible(); }, menuLimitMs)) {
             isBusy_ = false;
             return QStringLiteral("the menu %1 did not open").arg(menu->objectName());
         }
         holder = menu;
     }
+    const QPoint place = clickIt ? pointAt(entry) : QPoint();
     isBusy_ = false;
     if (!clickIt)
         return {};
     if (!entry->isEnabled() || !entry->isVisible())
         return QStringLiteral("the menu entry %1 is disabled").arg(entry->objectName());
-    QTest::mouseClick(holder, Qt::LeftButton, {},
-                      static_cast<QMenu *>(holder)->actionGeometry(entry).center());
+    QTest::mouseClick(holder, Qt::LeftButton, {}, place);
     return {};
 }
 
