@@ -1,8 +1,7 @@
-// The long soak of the drive link under faults of the line; the short form is one of the link's tests.
-
-#include "link/LineSoak.h"
+// The soak of the drive link under faults of the line.
 
 #include "Figures.h"
+#include "LineSoak.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
