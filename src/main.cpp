@@ -54,7 +54,7 @@ int main(int argc, char **argv)
                         QStringLiteral("/quorvik"),
                     settings);
     SetFailureReporter([&asker](const RuntimeFailure &failure) {
-        asker.MsgBox(failure.Sentence(), MsgButtons::Ok, MsgIcon::Critical, AppTitle());
+        asker.Tell(failure.Sentence(), MsgIcon::Critical, AppTitle());
     });
 
     MDIFormMain window({asker, settings, help, programFolder, QApplication::applicationFilePath(),

@@ -90,6 +90,11 @@ MsgAnswer DesktopAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon 
     }
 }
 
+void DesktopAsker::Tell(const QString &text, MsgIcon icon, const QString &title)
+{
+    standing_.Show(text, BoxIcon(icon), title.isEmpty() ? AppTitle() : title);
+}
+
 std::optional<QString> DesktopAsker::ShowOpen(const FileDialogRequest &request)
 {
     QFileDialog dialog(FrontWindow());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/StandingMessages.h"
 #include "platform/Asker.h"
 
 namespace quorvik
@@ -10,8 +11,12 @@ class DesktopAsker : public Asker
 {
 public:
     MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
+    void Tell(const QString &text, MsgIcon icon, const QString &title) override;
     std::optional<QString> ShowOpen(const FileDialogRequest &request) override;
     std::optional<QString> ShowSave(const FileDialogRequest &request) override;
+
+private:
+    StandingMessages standing_;
 };
 
 } // namespace quorvik

@@ -33,6 +33,16 @@ public:
      */
     virtual MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) = 0;
 
+    /**
+     * Shows a message and returns at once: nothing waits for it, and it keeps no window from being used. There
+     * is never more than one of the same title and icon: while it stands, what comes next is added to it.
+     */
+    virtual void Tell(const QString &text, MsgIcon icon, const QString &title)
+    {
+        // Right for an asker that answers by itself.
+        MsgBox(text, MsgButtons::Ok, icon, title);
+    }
+
     /** The file chosen to open, or nothing when the dialog was cancelled. */
     virtual std::optional<QString> ShowOpen(const FileDialogRequest &request) = 0;
 

@@ -19,6 +19,7 @@
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QTimer>
+#include <algorithm>
 
 namespace quorvik::testing
 {
@@ -160,6 +161,47 @@ TEST(DesktopAsker, ABoxBreaksNoLineTwice)
         box.accept();
     });
     DesktopAsker().MsgBox(line + QStringLiteral("\r\nRating."), MsgButtons::Ok, MsgIcon::Critical, {});
+}
+
+TEST(DesktopAsker, AMessageStandsBesideTheWorkAndOnceOnly)
+{
+    DesktopAsker asker;
+    QWidget panel;
+    panel.setGeometry(300, 300, 300, 200);
+    panel.show();
+    const auto boxes = [] {
+        QList<QMessageBox *> found;
+        for (QWidget *window : QApplication::topLevelWidgets())
+            if (auto *box = qobject_cast<QMessageBox *>(window); box && box->isVisible())
+                found.append(box);
+        return found;
+    };
+    const auto tell = [&](const char *text, const char *title) {
+        asker.Tell(QString::fromLatin1(text), MsgIcon::Exclamation, QString::fromLatin1(title));
+    };
+    tell("<b>first", "Write Error");
+    tell("second", "Write Error");
+    tell("second", "Write Error");
+    ASSERT_EQ(boxes().size(), 1);
+    QMessageBox *box = boxes().first();
+    EXPECT_EQ(box->text(), QStringLiteral("<b>first\r\n\r\nsecond"));
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_FALSE(box->frameGeometry().intersects(panel.frameGeometry()));
+    tell("other", "Communications Error");
+    EXPECT_EQ(boxes().size(), 2);
+    QTest::keyClick(box, Qt::Key_Return);
+    tell("third", "Write Error");
+    EXPECT_EQ(boxes().size(), 2);
+    EXPECT_TRUE(std::ranges::any_of(boxes(), [](auto *b) { return b->text() == QStringLiteral("third"); }));
+
+    // Behind a dialog that holds the program it could not be answered.
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    tell("fourth", "Half Read");
+    QTest::keyClick(boxes().last(), Qt::Key_Return);
+    EXPECT_EQ(boxes().size(), 2);
 }
 
 TEST(DesktopAsker, TheFilterTakesEveryCaseOfLettersAndANameWithoutExtensionBecomesSvx)

@@ -16,15 +16,17 @@ ScriptedAsker::~ScriptedAsker()
 MsgAnswer ScriptedAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title)
 {
     Shown.append({text, title, icon, buttons});
-    if (WhileShown)
-        WhileShown();
-    if (answers_.isEmpty() || !text.contains(answers_.first().text)) {
+    MsgAnswer answer = buttons == MsgButtons::Ok      ? MsgAnswer::Ok
+                       : buttons == MsgButtons::YesNo ? MsgAnswer::No
+                                                      : MsgAnswer::Cancel;
+    if (answers_.isEmpty() || !text.contains(answers_.first().text))
         ADD_FAILURE() << "unexpected box: " << text.toStdString();
-        return buttons == MsgButtons::Ok      ? MsgAnswer::Ok
-               : buttons == MsgButtons::YesNo ? MsgAnswer::No
-                                              : MsgAnswer::Cancel;
-    }
-    return answers_.takeFirst().answer;
+    else
+        answer = answers_.takeFirst().answer;
+    // Others may be shown meanwhile.
+    if (const auto whileShown = WhileShown)
+        whileShown();
+    return answer;
 }
 
 std::optional<QString> ScriptedAsker::Answered(const FileDialogRequest &request, Paths &paths)

@@ -38,6 +38,11 @@ public:
     std::function<void()> WhileShown;
 
     MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
+    /** Scripted as a box; WhileShown runs here too. */
+    void Tell(const QString &text, MsgIcon icon, const QString &title) override
+    {
+        MsgBox(text, MsgButtons::Ok, icon, title);
+    }
     std::optional<QString> ShowOpen(const FileDialogRequest &request) override
     {
         return Answered(request, openPaths_);
