@@ -235,7 +235,7 @@ bool FormModifyParameterValue::IsAcceptable()
         AskAgain();
         return false;
     }
-    model.EditValue = EntryToRaw(newValue_, record.Attributes);
+    model.EditValue = desk().rules.EntryToRawOf(model.EditParamNumber, newValue_);
     if (model.AttrBit(Attr::Destination, model.EditParamNumber)) {
         if (desk().rules.ResolveDestinationConflict(model.EditParamNumber, ToInt16(model.EditValue)))
             return true;

@@ -5,6 +5,7 @@
 #include "model/TextTables.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
+#include "platform/RuntimeFailure.h"
 #include "platform/Waiting.h"
 
 namespace quorvik
@@ -41,11 +42,20 @@ bool EntryRules::ValidateEntry(const QString &text, const QString &label, int p)
         return false;
     }
     const ParamRecord &record = model_.ParamTable[p];
-    const std::int32_t raw = EntryToRaw(text, record.Attributes);
+    const std::int32_t raw = EntryToRawOf(p, text);
     if (model_.IsInRange(QString::number(raw), p))
         return true;
     ShowRangeMessage(label, record.Min, record.Max, record.Attributes, false);
     return false;
+}
+
+std::int32_t EntryRules::EntryToRawOf(int p, const QString &text) const
+{
+    try {
+        return EntryToRaw(text, model_.ParamTable[p].Attributes);
+    } catch (const RuntimeFailure &failure) {
+        throw failure.About(model_.FullName(p));
+    }
 }
 
 void EntryRules::ShowNumberMessage(const QString &label)
@@ -121,10 +131,10 @@ void EntryRules::PromptSaveToDrive(int mode)
     if (!model_.DriveModified)
         return;
     if (mode == 2) {
-        asker_.MsgBox(
+        asker_.Tell(
             QStringLiteral("Drive parameters have not been saved!\r\n\r\nChanges not saved will be lost "
                            "on next power loss or processor reset."),
-            MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
+            MsgIcon::Exclamation, AppTitle());
         return;
     }
     if (asker_.MsgBox(
@@ -133,17 +143,32 @@ void EntryRules::PromptSaveToDrive(int mode)
             MsgButtons::YesNo, MsgIcon::Question, AppTitle()) != MsgAnswer::Yes)
         return;
 
-    model_.SetParamValue(Param::SaveParameters, 1, true, false);
-    model_.AddReadInterest(Param::SaveParameters);
-    PumpWhile([this] { return model_.Value(Param::SaveParameters) == 1; }, QDeadlineTimer(SaveLimitMs));
-    if (model_.Value(Param::SaveParameters) == 1) {
-        asker_.MsgBox(QStringLiteral("Changes in Drive not saved!"), MsgButtons::Ok, MsgIcon::Exclamation,
-                      AppTitle());
-        model_.ParamTable[Param::SaveParameters].Value = 0;
-    } else {
-        model_.DriveModified = false;
+    bool isRefused = false;
+    QObject whileWaiting;
+    connect(&model_, &Model::WriteRefused, &whileWaiting,
+            [&isRefused](int p) { isRefused = isRefused || p == Param::SaveParameters; });
+    const auto mayStillSave = [&] { return model_.PortOpen() && !isRefused; };
+    const auto isAsked = [this] { return model_.Value(Param::SaveParameters) == 1; };
+    if (mayStillSave()) {
+        model_.SetParamValue(Param::SaveParameters, 1, true, false);
+        // While it is polled the table holds what the drive says, which is 1 until it has saved.
+        model_.AddReadInterest(Param::SaveParameters);
+        PumpWhile([&] { return isAsked() && mayStillSave(); }, QDeadlineTimer(SaveLimitMs));
+        model_.RemoveReadInterest(Param::SaveParameters);
+        if (!isAsked() && mayStillSave()) {
+            model_.DriveModified = false;
+            return;
+        }
     }
-    model_.RemoveReadInterest(Param::SaveParameters);
+    ParamRecord &command = model_.ParamTable[Param::SaveParameters];
+    command.Value = 0;
+    command.WriteFlag = WriteState::None;
+    ShowNotSavedMessage();
+}
+
+void EntryRules::ShowNotSavedMessage()
+{
+    asker_.Tell(QStringLiteral("Changes in Drive not saved!"), MsgIcon::Exclamation, AppTitle());
 }
 
 } // namespace quorvik

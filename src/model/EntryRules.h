@@ -41,6 +41,9 @@ public:
     /** Whether text is an acceptable entry for p; tells the user why not. */
     bool ValidateEntry(const QString &text, const QString &label, int p);
 
+    /** The raw value of an entry for p; a failure names the parameter. */
+    std::int32_t EntryToRawOf(int p, const QString &text) const;
+
     void ShowNumberMessage(const QString &label);
     /** @param plain leaves the drive model out of the sentence. Limits are raw. */
     void ShowRangeMessage(const QString &label, std::int32_t rawMin, std::int32_t rawMax,
@@ -60,10 +63,13 @@ public:
 
     /**
      * The question at going off line, while the link is still up. Blocks, pumping events, for up to
-     * SaveLimitMs.
+     * SaveLimitMs; a drive that refuses to save, or a link that breaks, ends it sooner.
      * @param mode 2 only warns; any other asks and may save through parameter 406.
      */
     void PromptSaveToDrive(int mode);
+
+    /** Tells that the drive has not saved what it was asked to. */
+    void ShowNotSavedMessage();
 
     /** How long the drive may take to save, in milliseconds. */
     int SaveLimitMs = 5000;

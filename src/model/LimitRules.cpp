@@ -4,7 +4,9 @@
 #include "model/Model.h"
 #include "model/TextTables.h"
 #include "platform/Arithmetic.h"
+#include "platform/Guard.h"
 
+#include <QStringList>
 #include <algorithm>
 #include <iterator>
 
@@ -94,6 +96,31 @@ void Model::FollowSource(int p)
 }
 
 void Model::RefreshDependentParams(int p)
+{
+    try {
+        ApplyRule(p);
+    } catch (const RuntimeFailure &failure) {
+        throw failure.About(FullName(p));
+    }
+}
+
+void Model::RefreshAllDependents(std::int32_t mask)
+{
+    QStringList failures;
+    for (int i = 0; i <= LastParam; ++i) {
+        if (mask != 0 && !AttrBit(mask, i))
+            continue;
+        try {
+            RefreshDependentParams(i);
+        } catch (const RuntimeFailure &failure) {
+            failures.append(failure.Sentence());
+        }
+    }
+    if (!failures.isEmpty())
+        ReportFailure(RuntimeFailure(failures.join(QStringLiteral("\r\n"))));
+}
+
+void Model::ApplyRule(int p)
 {
     const RuleRow *row = std::find_if(std::begin(Rules), std::end(Rules),
                                       [p](const RuleRow &rule) { return p >= rule.first && p <= rule.last; });

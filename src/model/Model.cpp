@@ -6,6 +6,7 @@
 #include "platform/Arithmetic.h"
 #include "platform/Asker.h"
 #include "platform/Numbers.h"
+#include "platform/RuntimeFailure.h"
 
 namespace quorvik
 {
@@ -89,11 +90,7 @@ bool Model::IsInRange(const QString &rawText, int p) const
 
 void Model::SetParamValue(int p, std::int32_t rawValue, bool modified, bool refresh)
 {
-    ParamRecord &record = ParamTable[p];
-    record.WriteFlag = WriteState::Held;
-    record.Value = rawValue;
-    record.WriteFlag = WriteState::Queued;
-    WritePending = true;
+    QueueWrite(p, rawValue);
     if (refresh)
         RefreshDependentParams(p);
     if (p != Param::SaveParameters && p != Param::LoadParameters) {
@@ -104,12 +101,34 @@ void Model::SetParamValue(int p, std::int32_t rawValue, bool modified, bool refr
     UpdateTitle();
 }
 
+void Model::QueueWrite(int p, std::int32_t rawValue)
+{
+    ParamRecord &record = ParamTable[p];
+    record.WriteFlag = WriteState::Held;
+    record.Value = rawValue;
+    record.WriteFlag = WriteState::Queued;
+    record.WriteFirst = p == Param::Run || p == Param::Stop || p == Param::Jog;
+    WritePending = true;
+}
+
+void Model::DropAllWrites()
+{
+    for (int i = 0; i <= ParamTable.UpperBound(); ++i)
+        ParamTable[i].WriteFlag = WriteState::None;
+    WritePending = false;
+}
+
 void Model::SetAllWriteFlags(std::uint8_t state)
 {
     for (int i = 0; i <= LastParam; ++i) {
         const bool isClock = i >= Param::ClockFirst && i <= Param::ClockLast;
-        if (!isClock && !AttrBit(Attr::ReadOnly, i))
-            ParamTable[i].WriteFlag = state;
+        if (isClock || AttrBit(Attr::ReadOnly, i))
+            continue;
+        ParamRecord &record = ParamTable[i];
+        // As one of many it waits for its turn.
+        if (record.WriteFlag != WriteState::Queued)
+            record.WriteFirst = false;
+        record.WriteFlag = state;
     }
     if (state == WriteState::Queued)
         WritePending = true;
@@ -120,18 +139,33 @@ bool Model::SetAllReadFlags(int delta)
     if (delta < -1 || delta > 1)
         return false;
     for (int i = 0; i <= LastParam; ++i)
-        ParamTable[i].ReadFlag = ToByte(ParamTable[i].ReadFlag + delta);
+        ChangeReadFlag(i, delta);
     return true;
 }
 
 void Model::AddReadInterest(int p)
 {
-    ParamTable[p].ReadFlag = ToByte(ParamTable[p].ReadFlag + 1);
+    ChangeReadFlag(p, 1);
 }
 
 void Model::RemoveReadInterest(int p)
 {
-    ParamTable[p].ReadFlag = ToByte(ParamTable[p].ReadFlag - 1);
+    ChangeReadFlag(p, -1);
+}
+
+void Model::ChangeReadFlag(int p, int delta)
+{
+    ParamRecord &record = ParamTable[p];
+    try {
+        record.ReadFlag = ToByte(record.ReadFlag + delta);
+    } catch (const RuntimeFailure &failure) {
+        throw failure.About(FullName(p));
+    }
+}
+
+QString Model::FullName(int p) const
+{
+    return QStringLiteral("(%1) ").arg(p) + ParamTable[p].Name;
 }
 
 void Model::ResetToDefaults()
@@ -144,8 +178,8 @@ void Model::ResetToDefaults()
         record = PresetTable[i];
         record.ReadFlag = readFlag;
     }
-    for (int i = 0; i <= FileLastParam; ++i)
-        RefreshDependentParams(i);
+    HalfRead = false;
+    RefreshAllDependents();
 }
 
 void Model::ClearVirtualSettings()
@@ -156,6 +190,7 @@ void Model::ClearVirtualSettings()
 QString Model::Title() const
 {
     return AppTitle() + QStringLiteral(" - [") + FileTitle(FileName) +
+           (HalfRead ? QStringLiteral(", half read") : QString()) +
            (FileModified ? QStringLiteral("*]") : QStringLiteral("]"));
 }
 

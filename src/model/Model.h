@@ -67,6 +67,10 @@ public:
     std::optional<QString> TypedNotes;
     bool DriveModified = false;
     bool WritePending = false;
+    /** A reading of the drive's table did not come to its end: rows of it are the drive's, the others not. */
+    bool HalfRead = false;
+    /** On line, and the drive has not told its state yet: what the table holds is older than the link. */
+    bool DriveStateUnread = false;
 
     std::array<std::int32_t, 6> Colors{};        ///< 0xBBGGRR by access class
     std::array<std::int32_t, 6> DefaultColors{}; ///< 0xBBGGRR by access class
@@ -81,6 +85,7 @@ public:
     /** Fills DefaultColors and empties Colors; the first step of start-up, before a table is read. */
     void InitColors();
 
+    QString FullName(int p) const; ///< "(number) name", as messages call a parameter
     /** Value of a parameter. */
     std::int32_t Value(int p) const { return ParamTable[p].Value; }
 
@@ -106,8 +111,13 @@ public:
      */
     void SetParamValue(int p, std::int32_t rawValue, bool modified, bool refresh);
 
+    /** Stores a value and queues its write, with no mark set. Run, Stop and Jog go before all other writes. */
+    void QueueWrite(int p, std::int32_t rawValue);
+
     /** Sets WriteFlag of every writable parameter but the clock's; state 2 also sets WritePending. */
     void SetAllWriteFlags(std::uint8_t state);
+    /** Nothing of the whole table is to be sent any more, the clock's writes included. */
+    void DropAllWrites();
 
     /**
      * Adds delta to ReadFlag of every parameter. Past 0 or 255 is an overflow.
@@ -120,6 +130,11 @@ public:
 
     /** Applies the rule of p, if p has one: limits, type and decimals of what hangs on it follow. */
     void RefreshDependentParams(int p);
+    /**
+     * The same for every parameter that has one of the bits of mask, or for all. A rule that fails keeps none
+     * of the others from its turn; the failures are reported together, at the end.
+     */
+    void RefreshAllDependents(std::int32_t mask = 0);
     void RestoreLimits(int p); ///< Min, Max, Attributes from the factory table
     void ClampValue(int p);
     void ResetToDefaults(); ///< table back to the factory state, with all rules applied
@@ -132,7 +147,7 @@ public:
 
     /** Announces the title that FileName and FileModified now make. */
     void UpdateTitle();
-    QString Title() const; ///< "Quorvik - [name]" or "Quorvik - [name*]"
+    QString Title() const; ///< "Quorvik - [name]" or "Quorvik - [name*]", and whether it is read by half
 
     // The edit dialog's input and result.
     std::int16_t EditParamNumber = 0;
@@ -143,8 +158,12 @@ Q_SIGNALS:
     void TitleChanged(const QString &title);
     /** A settings file has been read into VirtualSettings. */
     void VirtualSettingsLoaded();
+    /** The drive has refused a value for good; ParamTable still holds it. */
+    void WriteRefused(int p);
 
 private:
+    void ChangeReadFlag(int p, int delta);
+    void ApplyRule(int p);
     void CopyLimits(int from, int to);
     void FollowSource(int p);
 };

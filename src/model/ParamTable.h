@@ -42,6 +42,7 @@ struct ParamRecord {
     QString Name;
     std::uint8_t ReadFlag = 0;  ///< how many windows or purposes want the parameter polled
     std::uint8_t WriteFlag = 0; ///< one of WriteState
+    bool WriteFirst = false;    ///< the queued write goes before all others
 };
 
 /** Parameters with a fixed role in the program's logic. */
@@ -50,6 +51,9 @@ namespace Param
 inline constexpr int FirstSelector = 1; ///< its highest value is the drive's last parameter
 inline constexpr int DriveCurrent = 122;
 inline constexpr int MotorCurrent = 123;
+inline constexpr int Run = 239;
+inline constexpr int Stop = 240;
+inline constexpr int Jog = 241;
 inline constexpr int ClockFirst = 256;
 inline constexpr int ClockLast = 262;
 inline constexpr int SaveParameters = 406;

@@ -13,12 +13,13 @@ namespace
 
 using Texts = std::vector<QString>;
 
-template<typename Table> const auto &At(const Table &table, std::int32_t index)
+template<typename Table> const auto &At(const Table &table, std::int32_t index, const char *what)
 {
     if (index < 0 || std::size_t(index) >= table.size())
-        throw RuntimeFailure(QStringLiteral("Subscript out of range: %1 in a table of %2 texts.")
+        throw RuntimeFailure(QStringLiteral("There is no %1 %2; the last one is %3.")
+                                 .arg(QLatin1String(what))
                                  .arg(index)
-                                 .arg(table.size()));
+                                 .arg(table.size() - 1));
     return table[std::size_t(index)];
 }
 
@@ -82,14 +83,14 @@ const QString &ModelText(std::int32_t code)
          "Undefined",  "Undefined",  "Undefined",  "SVN020-000", "SVN040-000", "SVN060-000", "SVN075-000",
          "SVN100-000", "SVN125-000", "SVN150-000", "SVN200-000", "SVN250-000", "SVN300-000", "SVN150-000",
          "Undefined",  "Undefined",  "Undefined",  "Undefined",  "Undefined"});
-    return At(texts, code);
+    return At(texts, code, "drive model");
 }
 
 const QString &DriveStateText(std::int32_t state)
 {
     static const Texts texts = MakeTexts(
         {"Stop", "Run", "RampStop", "Jog", "Jog Stop", "Jog Delay", "Quick Stop", "Coast Stop", "EStop"});
-    return At(texts, state);
+    return At(texts, state, "drive state");
 }
 
 const QString &FaultText(std::int32_t fault)
@@ -97,39 +98,39 @@ const QString &FaultText(std::int32_t fault)
     static const Texts texts =
         MakeTexts({"Field Loss", "VFB Loss", "OverVoltage", "OverSpeed", "OverCurrent", "OverTemp",
                    "Phase Loss", "CTID Error", "Phase Lock", "Thermistor Open"});
-    return At(texts, fault);
+    return At(texts, fault, "fault");
 }
 
 const QString &DayText(std::int32_t day)
 {
     static const Texts texts =
         MakeTexts({"Null", "Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"});
-    return At(texts, day);
+    return At(texts, day, "day of the week");
 }
 
 const QString &AccessText(std::int32_t access)
 {
     static const Texts texts = MakeTexts(
         {"Read/Write", "ICR-Read/Write", "ICR-Read Only", "Read Only", "Destination-Read Only", "EMPTY"});
-    return At(texts, access);
+    return At(texts, access, "access class");
 }
 
 const QString &DriveTypeText(std::int32_t type)
 {
     static const Texts texts = MakeTexts({"Regenerative", "Non-regenerative"});
-    return At(texts, type);
+    return At(texts, type, "drive type");
 }
 
 std::int16_t RatedAmps(std::int32_t ratingCode)
 {
     static constexpr std::array<std::int16_t, 11> amps = {0, 36, 71, 107, 140, 174, 206, 256, 340, 425, 510};
-    return At(amps, ratingCode);
+    return At(amps, ratingCode, "rating code");
 }
 
 const QString &EnumText(std::int32_t value, std::int32_t typeCode)
 {
     static const std::array<Texts, EnumTypes> table = BuildEnumTable();
-    return At(At(table, typeCode), value);
+    return At(At(table, typeCode, "kind of value"), value, "choice");
 }
 
 int EnumCount(std::int32_t typeCode)

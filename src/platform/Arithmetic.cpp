@@ -13,7 +13,7 @@ namespace
 
 [[noreturn]] void RaiseOverflow()
 {
-    throw RuntimeFailure(QStringLiteral("Overflow."));
+    throw RuntimeFailure(QStringLiteral("The result is out of range."));
 }
 
 template<typename Integer> Integer Narrow(double whole)

@@ -6,7 +6,7 @@ namespace quorvik
 {
 
 /**
- * Checked integer arithmetic on raw values. Every routine raises RuntimeFailure ("Overflow.") where the exact
+ * Checked integer arithmetic on raw values. Every routine raises RuntimeFailure where the exact
  * result does not fit its result type; none wraps.
  */
 std::int32_t CheckedAdd(std::int32_t left, std::int32_t right);

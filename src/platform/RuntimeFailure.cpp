@@ -11,4 +11,9 @@ RuntimeFailure::RuntimeFailure(QString sentence)
 {
 }
 
+RuntimeFailure RuntimeFailure::About(const QString &name) const
+{
+    return RuntimeFailure(name + QStringLiteral(": ") + sentence_);
+}
+
 } // namespace quorvik

@@ -18,6 +18,8 @@ public:
     explicit RuntimeFailure(QString sentence);
 
     const QString &Sentence() const { return sentence_; }
+    /** The same failure, said of something: "name: sentence". */
+    RuntimeFailure About(const QString &name) const;
     const char *what() const noexcept override { return utf8_.constData(); }
 
 private:

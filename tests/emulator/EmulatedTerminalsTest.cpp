@@ -50,11 +50,11 @@ TEST(EmulatedTerminals, AnalogInput)
                  {"cut to the lower limit", Analog(5000, {{344, 1}}), {{217, -4999}}, "", {{217, 4999}}},
                  {"0 is a destination like any other", Analog(5000, {{23, 0}}), {{0, 5000}}},
                  {"points alike", Analog(7, {{38, 7}, {43, 7}}), {{217, 0}}, "(38, 43): Division by zero."},
-                 {"reading", Analog(Highest, {{38, -1}, {43, Highest}}), {}, "(139, 38): Overflow."},
-                 {"span", Analog(-1, {{38, -1}, {43, Highest}}), {}, "(43, 38): Overflow."},
-                 {"gain less bias", Analog(1, {{48, Lowest}, {53, 1}}), {}, "(53, 48): Overflow."},
+                 {"reading", Analog(Highest, {{38, -1}, {43, Highest}}), {}, "(139, 38): The result is out of range."},
+                 {"span", Analog(-1, {{38, -1}, {43, Highest}}), {}, "(43, 38): The result is out of range."},
+                 {"gain less bias", Analog(1, {{48, Lowest}, {53, 1}}), {}, "(53, 48): The result is out of range."},
                  {"100% negated", Analog(Lowest, {{28, 1}, {43, Lowest}, {53, 5}}), {{217, 5}}},
-                 {"gain negated", Analog(-10000, {{28, 1}, {53, Lowest}}), {}, "(53): Overflow."},
+                 {"gain negated", Analog(-10000, {{28, 1}, {53, Lowest}}), {}, "(53): The result is out of range."},
                  {"no such destination",
                   Analog(5000, {{23, 431}}),
                   {},
@@ -101,7 +101,7 @@ TEST(EmulatedTerminals, AnalogOutput)
                   {{81, 217}, {83, 10000}, {85, 2000}, {87, 1}, {217, -6000}},
                   {{168, 1638}}},
                  {"largest before overflow", {{85, 80017}}, {{168, 4095}}},
-                 {"16 bits", {{85, 80019}, {168, 7}}, {{168, 7}}, "(81, 83, 85): Overflow."},
+                 {"16 bits", {{85, 80019}, {168, 7}}, {{168, 7}}, "(81, 83, 85): The result is out of range."},
                  {"no such source", {{81, 431}}, {}, "(81): There is no parameter 431; the last one is 430."},
              });
 }
@@ -116,8 +116,8 @@ TEST(EmulatedTerminals, FrequencyOutput)
             {"no limit at 2000 Hz", {{89, 217}, {95, 20000}, {217, 20000}}, {{170, 8000}}},
             {"tie to even", {{89, 217}, {95, 10000}, {217, 12500}, {96, 2}}, {{170, 2500}}},
             {"mode 2 is a frequency", {{90, 2}, {96, 10000}}, {{170, 2000}}},
-            {"lowest source", {{89, 217}, {217, Lowest}}, {}, "(89): Overflow."},
-            {"result", {{89, 217}, {95, 1000000}, {217, Highest}}, {}, "(89, 95, 96): Overflow."},
+            {"lowest source", {{89, 217}, {217, Lowest}}, {}, "(89): The result is out of range."},
+            {"result", {{89, 217}, {95, 1000000}, {217, Highest}}, {}, "(89, 95, 96): The result is out of range."},
         });
 }
 
@@ -139,7 +139,7 @@ TEST(EmulatedTerminals, DigitalOutput)
                  {"inverted between the points, on at one tick", given(75, 0, {{94, 1}}), {{170, -1}}},
                  {"and off at the next", given(75, -1, {{94, 1}}), {{170, 0}}},
                  {"lowest source needs no magnitude", given(Lowest, -1), {{170, 0}}},
-                 {"lowest source, absolute", given(Lowest, -1, {{91, 1}}), {{170, -1}}, "(89): Overflow."},
+                 {"lowest source, absolute", given(Lowest, -1, {{91, 1}}), {{170, -1}}, "(89): The result is out of range."},
              });
 }
 
@@ -162,7 +162,7 @@ TEST(EmulatedTerminals, RelayOutput)
                  {"both alike: below", given(49, 50, 50, 0), {{165, 1}}},
                  {"signed", given(-100, 100, 50, 1), {{165, 0}}},
                  {"absolute is anything but 0", given(-100, 100, 50, 0, -1), {{165, 1}}},
-                 {"lowest source", given(Lowest, 100, 50, 1, 1), {{165, 1}}, "(69): Overflow."},
+                 {"lowest source", given(Lowest, 100, 50, 1, 1), {{165, 1}}, "(69): The result is out of range."},
              });
 }
 

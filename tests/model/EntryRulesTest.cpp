@@ -4,6 +4,7 @@
 #include "platform/RuntimeFailure.h"
 #include "support/ScriptedAsker.h"
 
+#include <QDeadlineTimer>
 #include <QTimer>
 
 namespace quorvik::testing
@@ -151,25 +152,44 @@ TEST_F(EntryRulesTest, UnsavedDriveIsToldOrAskedAbout)
 
 TEST_F(EntryRulesTest, DriveHasSavedWhenItClearsTheCommandInTime)
 {
-    for (const bool answers : {true, false}) {
-        SCOPED_TRACE(answers);
+    bool isOpen = true;
+    model.PortOpen = [&] { return isOpen; };
+    const struct {
+        const char *title;
+        std::function<void()> happens;
+        bool isSaved = false;
+        int limitMs = 5000;
+    } cases[] = {
+        {"cleared", [this] { At(406).Value = 0; }, true},
+        {"refused", [this] { Q_EMIT model.WriteRefused(406); }},
+        {"link broken", [&] { isOpen = false; }},
+        {"still closed", nullptr},
+        {"too late", [&] {}, false, 60},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.title);
         model.DriveModified = model.FileModified = true;
         asker.Expect(QStringLiteral("Save Changes in Drive?"), MsgAnswer::Yes);
-        if (answers) {
-            QTimer::singleShot(30, &model, [this] {
+        if (c.happens)
+            QTimer::singleShot(0, &model, [&] {
                 EXPECT_EQ(At(406).ReadFlag, 1);
                 EXPECT_EQ(At(406).WriteFlag, WriteState::Queued);
-                At(406).Value = 0;
+                c.happens();
             });
-        } else {
-            rules.SaveLimitMs = 60;
+        if (!c.isSaved)
             asker.Expect(QStringLiteral("Changes in Drive not saved!"));
-        }
+        isOpen = c.happens != nullptr;
+        rules.SaveLimitMs = c.limitMs;
+        const QDeadlineTimer patience(1000);
         rules.PromptSaveToDrive(0);
+        EXPECT_FALSE(patience.hasExpired()) << "no five seconds for nothing";
         EXPECT_EQ(At(406).Value, 0);
         EXPECT_EQ(At(406).ReadFlag, 0);
-        EXPECT_EQ(model.DriveModified, !answers);
+        EXPECT_EQ(model.DriveModified, !c.isSaved);
         EXPECT_TRUE(model.FileModified);
+        if (c.isSaved)
+            At(406).WriteFlag = WriteState::None;
+        EXPECT_EQ(At(406).WriteFlag, WriteState::None) << "nothing is left for the next session";
     }
     ExpectShown("Changes in Drive not saved!", "Quorvik");
 }

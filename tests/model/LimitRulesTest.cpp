@@ -1,7 +1,8 @@
 #include "ModelFixture.h"
 
-#include "platform/RuntimeFailure.h"
+#include "platform/Guard.h"
 
+#include <QStringList>
 #include <array>
 #include <vector>
 
@@ -138,6 +139,20 @@ TEST_F(LimitRulesTest, ModelFixesTheCurrents)
         At(Param::DriveModel).Value = code;
         EXPECT_THROW(model.RefreshDependentParams(Param::DriveModel), RuntimeFailure) << code;
     }
+}
+
+TEST_F(LimitRulesTest, OneThatPointsBeyondTheTableKeepsNoOtherFromItsTurn)
+{
+    QStringList told;
+    SetFailureReporter([&](const RuntimeFailure &failure) { told.append(failure.Sentence()); });
+    At(2).Value = 9999;
+    At(3).Value = Target;
+    At(Target).Max = 7;
+    model.RefreshAllDependents();
+    SetFailureReporter([](const RuntimeFailure &) {});
+    EXPECT_EQ(At(10).Max, 7);
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told.first().startsWith(QStringLiteral("(2) P2: "))) << qPrintable(told.first());
 }
 
 TEST_F(LimitRulesTest, NoOtherParameterLeads)
