@@ -38,7 +38,8 @@ void DriveEmulator::AnnouncePanels(bool online)
     const EmulatedBlock state(model_, "Drive State");
     const EmulatedBlock driveModel(model_, "Drive Model");
     const QString driveStatus =
-        online ? state.Naming({Param::DriveState},
+        online && !model_.DriveStateUnread
+            ? state.Naming({Param::DriveState},
                               [&] { return DriveStateText(model_.Value(Param::DriveState)); })
                : QString();
     try {

@@ -3,7 +3,9 @@
 #include "link/PacketLayer.h"
 #include "link/Trace.h"
 #include "model/Model.h"
-#include "platform/Asker.h"
+#include "platform/Guard.h"
+
+#include <utility>
 
 namespace quorvik
 {
@@ -41,19 +43,36 @@ DriveLink::~DriveLink()
 
 void DriveLink::RunHandler(void (DriveLink::*handler)())
 {
-    bool failed = false;
-    guard_.Run([&] {
-        try {
-            (this->*handler)();
-        } catch (const RuntimeFailure &) {
-            failed = true;
-            SerialCommTimer.stop();
-            SerialCommTimeout.stop();
-            throw;
-        }
-    });
-    if (failed)
+    isFailing_ = false;
+    try {
+        (this->*handler)();
+    } catch (const RuntimeFailure &failure) {
+        SerialCommTimeout.stop();
         ArmSerialCommTimer();
+        Report(failure);
+    }
+    if (!isFailing_)
+        isFailureTold_ = false;
+}
+
+void DriveLink::Report(const RuntimeFailure &failure)
+{
+    isFailing_ = true;
+    if (std::exchange(isFailureTold_, true))
+        return;
+    Later([failure] { ReportFailure(failure); });
+}
+
+void DriveLink::Later(const std::function<void()> &work)
+{
+    // Not from within the chain, and above all not from within the port's own event: whoever shows a message
+    // may run the event loop.
+    QMetaObject::invokeMethod(this, work, Qt::QueuedConnection);
+}
+
+void DriveLink::Announce(const QString &sentence, MsgIcon icon, const QString &title)
+{
+    Later([this, sentence, icon, title] { asker_.Tell(sentence, icon, title); });
 }
 
 void DriveLink::SerialCommTimer_Timer()
@@ -69,12 +88,15 @@ void DriveLink::SerialCommTimer_Timer()
         ServeDriveCommand();
         return;
     }
-    CurrentParam = 0;
     DiscardInput();
+    if (ReadPropsIndex < 1 && !model_.WritePending) {
+        BeginReadScan();
+        return;
+    }
+    CurrentParam = 0;
+    isReadScan_ = false;
     if (ReadPropsIndex >= 1)
         ReadProps(ReadPropsIndex);
-    else if (!model_.WritePending)
-        ReadNext();
     else
         WriteNext();
 }
@@ -85,6 +107,8 @@ void DriveLink::SerialCommTimeout_Timer()
     if (!PortOpen())
         return;
     const qsizetype received = MSComm1.Input().size();
+    if (MSComm1.RThreshold() == Wire::ReadReplyLength)
+        wholeRead_.BrokeOff(CurrentParam);
     if (received == 0) {
         QUORVIK_LINK_TRACE() << " No Response";
         HandleNoResponses();
@@ -100,7 +124,8 @@ void DriveLink::MSComm1_OnComm()
     if (MSComm1.CommEvent() != MSComm::EvReceive)
         return;
     QUORVIK_LINK_TRACE() << "Comm Receive";
-    // A reply does not say whose it is: one that nobody waits for any more must not reach the table.
+    // A reply does not say whose it is: one that nobody waits for any more must not reach the table, and is no
+    // answer to the silence that was counted.
     if (!SerialCommTimeout.isActive()) {
         DiscardInput();
         return;
@@ -115,6 +140,8 @@ void DriveLink::ParsePacket(const QByteArray &buffer)
     NoResponseCount = 0;
     if (MSComm1.RThreshold() != buffer.size()) {
         QUORVIK_LINK_TRACE() << " Incorrect Packet Size";
+        if (MSComm1.RThreshold() == Wire::ReadReplyLength)
+            wholeRead_.BrokeOff(CurrentParam);
         HandlePacketSizeErrors();
         if (PortOpen())
             timerDelay_.start();
@@ -140,13 +167,12 @@ void DriveLink::ParsePacket(const QByteArray &buffer)
 
 void DriveLink::TimerDelay_Timer()
 {
-    DiscardInput();
+    MSComm1.ClearInput();
     ArmSerialCommTimer();
 }
 
 void DriveLink::ArmSerialCommTimer()
 {
-    // A message shown meanwhile may have outlived the link.
     if (PortOpen())
         SerialCommTimer.start();
 }
@@ -154,7 +180,7 @@ void DriveLink::ArmSerialCommTimer()
 void DriveLink::DiscardInput()
 {
     if (MSComm1.InBufferCount() > 0)
-        NoResponseCount = 0;
+        wholeRead_.StrayReply();
     MSComm1.ClearInput();
 }
 

@@ -1,5 +1,5 @@
 #include "link/DriveLink.h"
-#include "platform/Asker.h"
+#include "model/Model.h"
 
 namespace quorvik
 {
@@ -33,11 +33,32 @@ void DriveLink::HandleNoResponses()
 
 void DriveLink::CountFailure(std::uint8_t &count, const QString &title, const QString &sentence)
 {
-    if (++count < FailuresInARow)
+    // What is still to come of the scan adds nothing to what has been said.
+    if (OffLineRequested || ++count < FailuresInARow)
         return;
     count = 0;
-    asker_.MsgBox(sentence, MsgButtons::Ok, MsgIcon::Exclamation, title);
     OffLineRequested = true;
+    Announce(sentence, MsgIcon::Exclamation, title);
+    if (MayBeMoving())
+        Announce(QStringLiteral("The motor may still be turning: the drive was told to run or to jog, and "
+                                "nothing reaches it any more. Stop it at the machine."),
+                 MsgIcon::Exclamation, title);
+}
+
+bool DriveLink::MayBeMoving() const
+{
+    if (waitingForDrive_)
+        return false;
+    const auto isInForce = [this](int p) {
+        return p <= model_.LastParam && p != Param::Stop && model_.Value(p) != 0;
+    };
+    const auto isUnsent = [this](int p) {
+        return p <= model_.LastParam && model_.ParamTable[p].WriteFlag != WriteState::None;
+    };
+    for (const int p : {Param::Run, Param::Stop, Param::Jog})
+        if (isInForce(p) || isUnsent(p))
+            return true;
+    return !model_.DriveStateUnread && !model_.DriveIsStopped();
 }
 
 } // namespace quorvik

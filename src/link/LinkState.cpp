@@ -1,7 +1,6 @@
 #include "link/DriveLink.h"
 #include "model/EntryRules.h"
 #include "model/Model.h"
-#include "platform/Asker.h"
 #include "platform/Waiting.h"
 
 #include <QScopedValueRollback>
@@ -15,6 +14,7 @@ namespace
 
 constexpr int ReadingAll = 1;
 constexpr int WritingAll = 2;
+constexpr int MostNamed = 12;
 
 } // namespace
 
@@ -30,6 +30,15 @@ void DriveLink::GoOnLine()
     // What an earlier session left undone must not strike this one.
     OffLineRequested = false;
     DriveCommand = 0;
+    NoResponseCount = PacketSizeErrorCount = BCCErrorCount = WriteRetryCount = 0;
+    refusals_.clear();
+    memoryCommand_ = 0;
+    isJogUnsettled_ = true;
+    // A button that was pressed before is no command for now.
+    for (const int p : {Param::Run, Param::Stop, Param::Jog})
+        if (p <= model_.LastParam)
+            model_.ParamTable[p].WriteFirst = false;
+    model_.DriveStateUnread = true;
     OnComStatusChange();
 
     PropMax = 0;
@@ -38,12 +47,27 @@ void DriveLink::GoOnLine()
     SerialCommTimer.start();
     {
         const QScopedValueRollback waiting(waitingForDrive_, true);
-        PumpWhile([this] { return PortOpen() && PropMax == 0; });
+        // An answer that tells 0 ends it too.
+        PumpWhile([this] { return PortOpen() && PropMax == 0 && ReadPropsIndex != 0; });
     }
-    if (PortOpen() && PropMax != 0)
-        model_.LastParam = std::int16_t(std::min<std::int32_t>(PropMax, model_.FileLastParam));
-    else
-        ReadPropsIndex = 0;
+    ReadPropsIndex = 0;
+    if (!PortOpen())
+        return;
+    if (PropMax < Param::FirstSelector) {
+        CloseLink();
+        Announce(QStringLiteral("The drive says that the number of its last parameter is %1, which no drive "
+                                "has. Switching OffLine. Check that a Sarvex drive is connected to this port.")
+                     .arg(PropMax),
+                 MsgIcon::Exclamation, AppTitle());
+        return;
+    }
+    model_.LastParam = std::int16_t(std::min<std::int32_t>(PropMax, model_.FileLastParam));
+}
+
+void DriveLink::CloseLink()
+{
+    MSComm1.SetPortOpen(false);
+    OnComStatusChange();
 }
 
 void DriveLink::OnComStatusChange()
@@ -55,16 +79,23 @@ void DriveLink::OnComStatusChange()
         SerialCommTimeout.stop();
         timerDelay_.stop();
         model_.LastParam = model_.FileLastParam;
+        model_.DriveStateUnread = false;
+        wholeRead_.End();
     }
     Q_EMIT ComStatusChanged();
 }
 
 void DriveLink::GoOffLine(int reason)
 {
+    if (!PortOpen())
+        return;
     const QScopedValueRollback leaving(leaving_, true);
+    // A save that was never answered is none.
+    if (memoryCommand_ != 0)
+        model_.DriveModified = isMarkTakenBack_;
     rules_.PromptSaveToDrive(reason);
-    MSComm1.SetPortOpen(false);
-    OnComStatusChange();
+    if (PortOpen())
+        CloseLink();
 }
 
 void DriveLink::ToggleComStatus()
@@ -87,19 +118,20 @@ void DriveLink::ToggleComStatus()
         if (!PortOpen())
             return;
         model_.SetAllWriteFlags(WriteState::Queued);
-        ScanKind = WritingAll;
-        ShowProgressBar();
+        RunWholeScan(WritingAll);
         return;
     case MsgAnswer::No:
         if (!PromptSaveChanges())
             return;
-        model_.SetAllWriteFlags(WriteState::None);
+        // Before the link opens: what was to be sent would be in the way of the reading.
+        model_.DropAllWrites();
         GoOnLine();
         if (!PortOpen())
             return;
         SetAllReadFlags(1);
-        ScanKind = ReadingAll;
-        ShowProgressBar();
+        RunWholeScan(ReadingAll);
+        if (!wholeRead_.IsOver() || model_.HalfRead)
+            return;
         model_.FileModified = false;
         model_.FileName = QStringLiteral("unnamed");
         model_.UpdateTitle();
@@ -109,15 +141,83 @@ void DriveLink::ToggleComStatus()
     }
 }
 
+void DriveLink::RunWholeScan(int kind)
+{
+    ScanKind = std::uint8_t(kind);
+    wholeRead_ = {};
+    ShowProgressBar();
+    if (kind == ReadingAll)
+        SettleWholeRead();
+}
+
+void DriveLink::BeginWholeScan()
+{
+    if (ScanKind == ReadingAll)
+        wholeRead_.Begin();
+    BeginScanAnew();
+}
+
+bool DriveLink::IsWholeScanOver() const
+{
+    return ScanKind == ReadingAll ? wholeRead_.IsOver() : CurrentParam > model_.LastParam;
+}
+
+void DriveLink::SettleWholeRead()
+{
+    wholeRead_.End();
+    const std::set<int> unread = wholeRead_.UnreadRows();
+    if (wholeRead_.IsOver() && unread.empty() && !wholeRead_.IsInDoubt()) {
+        model_.HalfRead = false;
+        return;
+    }
+    // Where nothing was read, the set is what it was.
+    if (!wholeRead_.HasRead())
+        return;
+    model_.HalfRead = true;
+    model_.FileModified = true;
+    model_.FileName = QStringLiteral("unnamed");
+    model_.UpdateTitle();
+    // A user who pressed Cancel knows.
+    if (!wholeRead_.IsOver() && PortOpen())
+        return;
+
+    QString sentence;
+    if (!wholeRead_.IsOver()) {
+        sentence = QStringLiteral("The reading did not come to its end. Part of the set is the drive's, the "
+                                  "rest is what stood there before.");
+    } else if (unread.empty()) {
+        sentence = QStringLiteral("The drive's answers came out of step with the questions, so values may "
+                                  "stand at the wrong parameters.");
+    } else {
+        sentence = QStringLiteral("These parameters could not be read, and have the values from before:");
+        int named = 0;
+        for (const int p : unread) {
+            if (++named > MostNamed) {
+                sentence += QStringLiteral("\r\nand %1 more").arg(int(unread.size()) - MostNamed);
+                break;
+            }
+            sentence += QStringLiteral("\r\n") + model_.FullName(p);
+        }
+    }
+    Announce(sentence + QStringLiteral("\r\n\r\nRead the drive again before you rely on this set."),
+             MsgIcon::Exclamation, QStringLiteral("Half Read"));
+}
+
 void DriveLink::SaveDriveParameters()
 {
-    model_.SetParamValue(Param::SaveParameters, 1, true, false);
-    model_.DriveModified = false;
+    CommandMemory(Param::SaveParameters);
 }
 
 void DriveLink::LoadDriveParameters()
 {
-    model_.SetParamValue(Param::LoadParameters, 1, true, false);
+    CommandMemory(Param::LoadParameters);
+}
+
+void DriveLink::CommandMemory(int command)
+{
+    isMarkTakenBack_ = model_.DriveModified;
+    memoryCommand_ = command;
+    model_.SetParamValue(command, 1, true, false);
     model_.DriveModified = false;
 }
 

@@ -8,7 +8,7 @@ struct LinkTimings {
     int scanPause = 300;       ///< SerialCommTimer: pause between scans
     int replyTimeout = 220;    ///< SerialCommTimeout: longest wait for one reply
     int sizeErrorPause = 1000; ///< what is still arriving after a wrong length has arrived by then
-    /** How often the progress window looks; less than scanPause, or it would miss the end of a scan. */
+    /** How often the progress window looks; less than scanPause, or it would miss the end of a writing. */
     int progressUpdate = 200;
 };
 

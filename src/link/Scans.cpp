@@ -1,9 +1,9 @@
 #include "link/DriveLink.h"
 #include "link/PacketLayer.h"
 #include "link/Trace.h"
+#include "model/EntryRules.h"
 #include "model/Model.h"
 #include "platform/Arithmetic.h"
-#include "platform/Asker.h"
 
 #include <utility>
 
@@ -27,7 +27,6 @@ template<typename Wanted> int Seek(int current, int last, Wanted wanted)
 
 void DriveLink::SendRequest(const QByteArray &request, int replyLength)
 {
-    // A message shown meanwhile may have outlived the link.
     if (!PortOpen())
         return;
     MSComm1.SetRThreshold(replyLength);
@@ -40,14 +39,35 @@ bool DriveLink::IsUnsigned(int paramNumber) const
     return model_.AttrBit(Attr::Long, paramNumber);
 }
 
+void DriveLink::BeginReadScan()
+{
+    if (wholeRead_.IsUnderWay() && !wholeRead_.BeginPass()) {
+        // One pause in which the progress window gives its interest back.
+        ArmSerialCommTimer();
+        return;
+    }
+    CurrentParam = 0;
+    isReadScan_ = true;
+    ReadNext();
+}
+
+bool DriveLink::IsWanted(int p) const
+{
+    return model_.ParamTable[p].ReadFlag > 0 && wholeRead_.Wants(p);
+}
+
 void DriveLink::ReadNext()
 {
+    if (const std::optional<int> first = FirstWrite()) {
+        SendWrite(*first, true);
+        return;
+    }
     CurrentParam = Seek(CurrentParam, model_.LastParam, [this](int p) {
-        const ParamRecord &record = model_.ParamTable[p];
-        return record.WriteFlag == WriteState::None && record.ReadFlag > 0;
+        return model_.ParamTable[p].WriteFlag == WriteState::None && IsWanted(p);
     });
     if (CurrentParam > model_.LastParam) {
         QUORVIK_LINK_TRACE() << " ReadScanComplete";
+        wholeRead_.EndPass();
         ArmSerialCommTimer();
         return;
     }
@@ -60,34 +80,59 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
     QUORVIK_LINK_TRACE() << "ParseReadPacket";
     if (!IsBccGood(packet)) {
         QUORVIK_LINK_TRACE() << " Invalid BCC for p[" << CurrentParam;
+        wholeRead_.RowFailed(CurrentParam);
         HandleBCCErrors();
     } else {
         BCCErrorCount = 0;
         ParamRecord &record = model_.ParamTable[CurrentParam];
         // The program's own value is the newer one while its write is pending.
         if (record.WriteFlag == WriteState::None)
-            record.Value = RetrieveData(packet.at(2), packet.at(3), IsUnsigned(CurrentParam));
+            TakeValue(RetrieveData(packet.at(2), packet.at(3), IsUnsigned(CurrentParam)));
+        wholeRead_.RowRead(CurrentParam);
         QUORVIK_LINK_TRACE() << " Param[" << CurrentParam << "] = " << record.Value;
         Q_EMIT ValueRead(CurrentParam);
     }
 
     ++CurrentParam;
-    if (CurrentParam > model_.LastParam) {
-        QUORVIK_LINK_TRACE() << " EndofScan (EOT Sent)";
-        MSComm1.Output(QByteArray(1, Wire::Eot));
-        ArmSerialCommTimer();
-    } else if (model_.ParamTable[CurrentParam].ReadFlag > 0) {
+    const bool isEnd = CurrentParam > model_.LastParam;
+    if (!isEnd && IsWanted(CurrentParam) && !FirstWrite()) {
         QUORVIK_LINK_TRACE() << " ACK Sent";
         SendRequest(QByteArray(1, Wire::Ack), Wire::ReadReplyLength);
-    } else {
-        QUORVIK_LINK_TRACE() << " Discontinuous (EOT Sent)";
-        MSComm1.Output(QByteArray(1, Wire::Eot));
-        ReadNext();
+        return;
     }
+    QUORVIK_LINK_TRACE() << (isEnd ? " EndofScan (EOT Sent)" : " Discontinuous (EOT Sent)");
+    MSComm1.Output(QByteArray(1, Wire::Eot));
+    ReadNext();
+}
+
+void DriveLink::TakeValue(std::int32_t rawValue)
+{
+    model_.ParamTable[CurrentParam].Value = rawValue;
+    if (CurrentParam == Param::DriveState)
+        model_.DriveStateUnread = false;
+    // A Jog from before the link broke, whose button is long let go of.
+    if (CurrentParam == Param::Jog && std::exchange(isJogUnsettled_, false) && rawValue != 0)
+        model_.QueueWrite(Param::Jog, 0);
+}
+
+std::optional<int> DriveLink::FirstWrite() const
+{
+    for (const int p : {Param::Run, Param::Stop, Param::Jog}) {
+        if (p > model_.LastParam)
+            break;
+        const ParamRecord &record = model_.ParamTable[p];
+        if (record.WriteFlag == WriteState::Queued && record.WriteFirst)
+            return p;
+    }
+    return std::nullopt;
 }
 
 void DriveLink::WriteNext()
 {
+    if (const std::optional<int> first = FirstWrite()) {
+        SendWrite(*first, true);
+        return;
+    }
     const auto isQueued = [this](int p) { return model_.ParamTable[p].WriteFlag == WriteState::Queued; };
     CurrentParam = Seek(CurrentParam, model_.LastParam, isQueued);
     if (CurrentParam > model_.LastParam) {
@@ -97,20 +142,42 @@ void DriveLink::WriteNext()
         ArmSerialCommTimer();
         return;
     }
-    ParamRecord &record = model_.ParamTable[CurrentParam];
-    QUORVIK_LINK_TRACE() << " Write Param[" << CurrentParam << "]=" << record.Value;
+    SendWrite(CurrentParam, false);
+}
+
+void DriveLink::SendWrite(int p, bool isFirst)
+{
+    ParamRecord &record = model_.ParamTable[p];
+    // A whole table brings no Jog along from another day.
+    if (p == Param::Jog && isJogUnsettled_ && !isFirst)
+        record.Value = 0;
+    QUORVIK_LINK_TRACE() << " Write Param[" << p << "]=" << record.Value;
     QByteArray packet;
     try {
-        packet =
-            BuildPacket(Wire::Command::Write, ToInt16(CurrentParam), record.Value, IsUnsigned(CurrentParam));
-    } catch (const RuntimeFailure &) {
+        packet = BuildPacket(Wire::Command::Write, ToInt16(p), record.Value, IsUnsigned(p));
+    } catch (const RuntimeFailure &failure) {
         // No packet can carry this value, now or later. Given up like a refused write, or no other write and
         // no read would ever get through again.
         record.WriteFlag = WriteState::None;
-        throw;
+        throw failure.About(model_.FullName(p));
     }
+    paramSent_ = p;
     rawValueSent_ = record.Value;
+    isFirstSent_ = isFirst;
     SendRequest(packet, Wire::WriteReplyLength);
+}
+
+void DriveLink::GoOnScanning()
+{
+    if (isReadScan_) {
+        ReadNext();
+    } else if (CurrentParam <= model_.LastParam || FirstWrite()) {
+        QUORVIK_LINK_TRACE() << " Call Write Next";
+        WriteNext();
+    } else {
+        QUORVIK_LINK_TRACE() << " Finished Writing";
+        ArmSerialCommTimer();
+    }
 }
 
 void DriveLink::ParseAckNak(const QByteArray &packet)
@@ -121,42 +188,67 @@ void DriveLink::ParseAckNak(const QByteArray &packet)
         RefuseWrite();
         return;
     }
-    QUORVIK_LINK_TRACE() << " ACK received, p[" << CurrentParam;
-    WriteRetryCount = 0;
-    ParamRecord &record = model_.ParamTable[CurrentParam];
-    // A value that was changed again meanwhile is not the one that the drive has taken.
-    if (record.Value == rawValueSent_) {
-        record.WriteFlag = WriteState::None;
-        Q_EMIT WriteTaken(CurrentParam);
-    }
-    ++CurrentParam;
-    if (CurrentParam <= model_.LastParam) {
-        QUORVIK_LINK_TRACE() << " Call Write Next";
-        WriteNext();
-    } else {
-        QUORVIK_LINK_TRACE() << " Finished Writing";
-        ArmSerialCommTimer();
-    }
+    QUORVIK_LINK_TRACE() << " ACK received, p[" << paramSent_;
+    TakeWrite();
+    if (!isFirstSent_)
+        ++CurrentParam;
+    GoOnScanning();
     // Whether or not the write just acknowledged was the edited parameter's.
-    model_.RefreshDependentParams(model_.EditParamNumber);
+    try {
+        model_.RefreshDependentParams(model_.EditParamNumber);
+    } catch (const RuntimeFailure &failure) {
+        // No fault of the line: the scan goes on.
+        Report(failure);
+    }
+}
+
+void DriveLink::TakeWrite()
+{
+    const int p = paramSent_;
+    refusals_.erase(p);
+    WriteRetryCount = 0;
+    if (p == Param::Jog)
+        isJogUnsettled_ = false;
+    if (p == memoryCommand_)
+        memoryCommand_ = 0;
+    ParamRecord &record = model_.ParamTable[p];
+    // A value that was changed again meanwhile is not the one that the drive has taken.
+    if (record.Value != rawValueSent_)
+        return;
+    record.WriteFlag = WriteState::None;
+    // A command is given once. Where somebody polls it, the drive itself tells when it is done.
+    if (p >= Param::SaveParameters && p <= Param::OneShotCommand && record.ReadFlag == 0)
+        record.Value = 0;
+    Q_EMIT WriteTaken(p);
 }
 
 void DriveLink::RefuseWrite()
 {
-    WriteRetryCount = ToByte(WriteRetryCount + 1);
+    const int p = paramSent_;
+    ParamRecord &record = model_.ParamTable[p];
+    // It counts for the value that was sent only.
+    WriteRetryCount = record.Value == rawValueSent_ ? ++refusals_[p] : refusals_[p] = 0;
     if (WriteRetryCount >= RefusalsInARow) {
-        ParamRecord &record = model_.ParamTable[CurrentParam];
         const std::int32_t rawValue = record.Value;
         record.WriteFlag = WriteState::None;
         bool told = false;
-        Q_EMIT WriteRefused(CurrentParam, rawValue, &told);
+        Q_EMIT WriteRefused(p, rawValue, &told);
         if (!told)
-            asker_.MsgBox(
-                QStringLiteral("Could not write value of %1 to (%2) ").arg(rawValue).arg(CurrentParam) +
-                    record.Name,
-                MsgButtons::Ok, MsgIcon::Exclamation, QStringLiteral("Write Error"));
-        ++CurrentParam;
+            Announce(QStringLiteral("Could not write value of %1 to ").arg(rawValue) + model_.FullName(p),
+                     MsgIcon::Exclamation, QStringLiteral("Write Error"));
+        if (!isFirstSent_)
+            ++CurrentParam;
+        refusals_.erase(p);
         WriteRetryCount = 0;
+        if (p == memoryCommand_) {
+            model_.DriveModified = isMarkTakenBack_;
+            memoryCommand_ = 0;
+            if (p == Param::SaveParameters)
+                Later([this] { rules_.ShowNotSavedMessage(); });
+        }
+        if (p >= Param::SaveParameters && p <= Param::OneShotCommand)
+            record.Value = 0;
+        Q_EMIT model_.WriteRefused(p);
     }
     ArmSerialCommTimer();
 }
@@ -206,6 +298,8 @@ void DriveLink::BeginScanAnew()
     if (!SerialCommTimeout.isActive())
         return;
     SerialCommTimeout.stop();
+    if (MSComm1.RThreshold() == Wire::ReadReplyLength)
+        MSComm1.Output(QByteArray(1, Wire::Eot));
     ArmSerialCommTimer();
 }
 

@@ -155,15 +155,16 @@ void FileCommands::ReadFromDrive()
     PromptSaveChanges(cancel);
     if (cancel)
         return;
-    model_.SetAllWriteFlags(WriteState::None);
-    model_.WritePending = false;
+    model_.DropAllWrites();
     Link.GoOnLine();
     if (!model_.PortOpen())
         return;
     Link.SetAllReadFlags(1);
     Link.RunScan(1);
-    // What came from the drive is a new set that nobody saved.
-    BecomeUnnamed(true);
+    // What came from the drive is a new set that nobody saved. A reading that did not come to its end has said
+    // so itself.
+    if (model_.PortOpen() && !model_.HalfRead)
+        BecomeUnnamed(true);
     Link.GoOffLine(1);
 }
 
@@ -198,9 +199,7 @@ bool FileCommands::LoadAndAssignSettingsFromFile(const QString &path)
         WriteHold hold(model_);
         failure = file_.LoadSettings(path);
         if (failure.isEmpty()) {
-            for (int i = 0; i <= model_.LastParam; ++i)
-                if (model_.AttrBit(Attr::RefreshAfterLoad, i))
-                    model_.RefreshDependentParams(i);
+            model_.RefreshAllDependents(Attr::RefreshAfterLoad);
             hold.Release();
         }
     }

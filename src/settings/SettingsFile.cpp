@@ -60,6 +60,12 @@ QString ReadWhole(const QString &path, Database &database, Recordset &rows, QStr
     return ReadNotes(database, notes);
 }
 
+/** A command that was under way when a set was saved must not be given again by it. */
+bool IsCommand(int number)
+{
+    return number >= Param::SaveParameters && number <= Param::OneShotCommand;
+}
+
 /** Takes a row of a file into the table; on line the drive's own parameters stay what the drive says. */
 void TakeRow(const ParamRecord &row, int number, bool online, ParamRecord &record)
 {
@@ -73,7 +79,7 @@ void TakeRow(const ParamRecord &row, int number, bool online, ParamRecord &recor
     record.Max = row.Max;
     record.Attributes = row.Attributes;
     record.Preset = row.Preset;
-    record.Value = row.Value;
+    record.Value = IsCommand(number) ? 0 : row.Value;
     record.Name = row.Name;
 }
 
@@ -131,6 +137,7 @@ QString SettingsFile::LoadSettings(const QString &path)
     if (!ReadVirtualSettings(database, model_.VirtualSettings).isEmpty())
         model_.ClearVirtualSettings();
     Q_EMIT model_.VirtualSettingsLoaded();
+    model_.HalfRead = false;
     model_.FileName = path;
     model_.MarkFile(false);
     return {};

@@ -84,12 +84,12 @@ void MDIFormMain::ChooseCommMode()
         return;
     }
     DriveLink &link = engines_.link;
+    engines_.model.DropAllWrites();
     link.GoOnLine();
     if (!link.PortOpen())
         return;
     link.SetAllReadFlags(1);
-    link.ScanKind = 1;
-    link.ShowProgressBar();
+    link.RunWholeScan(1);
 }
 
 bool MDIFormMain::Unload(bool asks)

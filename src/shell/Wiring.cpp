@@ -39,10 +39,7 @@ void WireFileCommands(MDIFormMain &main)
     engines.fileCommands.Link.GoOnLine = [&link] { link.GoOnLine(); };
     engines.fileCommands.Link.GoOffLine = [&link](int reason) { link.GoOffLine(reason); };
     engines.fileCommands.Link.SetAllReadFlags = [&link](int delta) { link.SetAllReadFlags(delta); };
-    engines.fileCommands.Link.RunScan = [&link](int scanKind) {
-        link.ScanKind = std::uint8_t(scanKind);
-        link.ShowProgressBar();
-    };
+    engines.fileCommands.Link.RunScan = [&link](int scanKind) { link.RunWholeScan(scanKind); };
     engines.fileCommands.ShowSelectDriveModel = [&main] { ShowSelectDriveModel(main); };
 }
 

@@ -27,13 +27,6 @@ protected:
         link.SerialCommTimeout.setInterval(40);
     }
 
-    /** The peer answers this frame so, by default not at all. */
-    void Answer(const QByteArray &frame, const QByteArray &reply = {})
-    {
-        peer.Answer = [this, frame, reply](const QByteArray &sent) {
-            return sent == frame ? reply : peer.DriveAnswer(sent);
-        };
-    }
     std::function<bool()> Awaits(int replyLength, const QByteArray &frame)
     {
         return [this, replyLength, frame] {
@@ -84,11 +77,13 @@ protected:
              [this] {
                  Answer(WriteRequest(20, 5), Nak);
                  asker.Expect(QStringLiteral("Could not write value"));
-                 asker.Expect(QStringLiteral("not Responding"));
-                 asker.WhileShown = [this] { peer.PullOut(); };
+                 asker.WhileShown = [this] {
+                     asker.WhileShown = nullptr;
+                     asker.Expect(QStringLiteral("not Responding"));
+                     peer.PullOut();
+                     EXPECT_TRUE(WaitForOffLine()) << "behind the message";
+                 };
                  Write();
-                 EXPECT_TRUE(WaitUntil([this] { return P(20).WriteFlag == WriteState::None; }));
-                 asker.WhileShown = nullptr;
              },
              nullptr, ""},
             {"about to command a restart", [this] { link.SetDriveCommand(1); }, betweenScans, ""},
@@ -102,10 +97,10 @@ TEST_F(CableTest, PulledInEveryStateItGoesOnLineAgain)
     Want({10, 11, 15});
     Connect();
     int pulls = 0;
-    for (int round = 0; round < 9; ++round) {
+    for (int round = 0; round < 3; ++round) {
         for (const State &state : States()) {
             SCOPED_TRACE(state.title);
-            const bool isUserFirst = round % 3 == 2;
+            const bool isUserFirst = round == 2;
             const QString box = QString::fromLatin1(state.box);
             // The state "going on line" waits until the engine has given up.
             if (!box.isEmpty() && (!state.isThere || !isUserFirst))
@@ -135,7 +130,7 @@ TEST_F(CableTest, PulledInEveryStateItGoesOnLineAgain)
                 << "the table follows the drive again";
         }
     }
-    EXPECT_GE(pulls, 100);
+    EXPECT_GE(pulls, 36);
     EXPECT_TRUE(failures.isEmpty()) << qPrintable(failures.join(u'\n'));
 }
 

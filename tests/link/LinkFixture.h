@@ -9,6 +9,7 @@
 #include "support/ScriptedAsker.h"
 
 #include <QStringList>
+#include <climits>
 #include <gtest/gtest.h>
 
 namespace quorvik::testing
@@ -42,7 +43,11 @@ protected:
         }
         model.ResetToDefaults();
         link.MSComm1.DeviceOf = [this](int) { return peer.Device(); };
-        link.ShowProgressBar = [this] { ++progressBars; };
+        link.ShowProgressBar = [this] {
+            ++progressBars;
+            link.BeginWholeScan();
+            EXPECT_TRUE(WaitUntil([this] { return link.IsWholeScanOver() || !link.PortOpen(); }));
+        };
         link.PromptSaveChanges = [this] { return !cancelled; };
         SetFailureReporter([this](const RuntimeFailure &failure) { failures.append(failure.Sentence()); });
     }
@@ -51,10 +56,17 @@ protected:
         SetFailureReporter([](const RuntimeFailure &) {});
     }
 
+    /** The peer answers this frame so for the first times, by default not at all; else as a drive. */
+    void Answer(const QByteArray &frame, const QByteArray &reply = {}, int times = INT_MAX)
+    {
+        peer.Answer = [=, this](const QByteArray &sent) {
+            return sent == frame && peer.Count(frame) <= times ? reply : peer.DriveAnswer(sent);
+        };
+    }
     /** Goes on line with the peer as a well-behaved drive, and forgets what was sent for it. */
     void Connect()
     {
-        peer.Answer = [this](const QByteArray &frame) { return peer.DriveAnswer(frame); };
+        Answer({});
         link.GoOnLine();
         ASSERT_TRUE(link.PortOpen());
         peer.Frames.clear();

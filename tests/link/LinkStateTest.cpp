@@ -31,16 +31,27 @@ TEST_F(LinkStateTest, TheSmallerTableCounts)
 {
     const struct {
         int claimed;
-        int lastParam;
-    } cases[] = {{400, 400}, {500, 500}, {501, 500}, {32767, 500}, {-1, -1}, {-32768, -32768}};
+        int lastParam; ///< -1 where no drive can be so
+    } cases[] = {{400, 400}, {500, 500}, {501, 500}, {32767, 500}, {0, -1}, {-1, -1}, {-32768, -1}};
+    int told = 0;
     Want({0, 420});
     for (const auto &c : cases) {
+        SCOPED_TRACE(c.claimed);
         peer.LastParam = c.claimed;
-        Connect();
-        EXPECT_EQ(model.LastParam, c.lastParam);
-        Idle(3 * Short.scanPause);
-        EXPECT_EQ(peer.Count(ReadRequest(420)) > 0, c.lastParam == 500) << c.claimed;
-        EXPECT_EQ(peer.Count(ReadRequest(0)) > 0, c.lastParam >= 0) << c.claimed;
+        peer.Frames.clear();
+        if (c.lastParam < 0)
+            asker.Expect(QStringLiteral("its last parameter is %1, which no drive has").arg(c.claimed));
+        link.GoOnLine();
+        EXPECT_EQ(link.PortOpen(), c.lastParam >= 0);
+        if (c.lastParam >= 0) {
+            EXPECT_EQ(model.LastParam, c.lastParam);
+            // Two scans: what is wanted of the first has gone out by then.
+            ASSERT_TRUE(WaitFor(ReadRequest(0), 2));
+            EXPECT_EQ(peer.Count(ReadRequest(420)) > 0, c.lastParam == 500);
+        } else {
+            ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == told + 1; }));
+            ++told;
+        }
         link.GoOffLine(0);
         EXPECT_EQ(model.LastParam, FileLastParam);
     }
@@ -49,38 +60,29 @@ TEST_F(LinkStateTest, TheSmallerTableCounts)
 
 TEST_F(LinkStateTest, AStalledWaitIsEscapedByTheUsersSwitch)
 {
-    const struct {
-        QByteArray reply;
-        bool standstill;
-    } cases[] = {{Spoiled(PropsReply(0, 400, 0, 0, 0)), true}, {PropsReply(0, 0, 0, 0, 0), false}};
-    for (const auto &c : cases) {
-        peer.Frames.clear();
-        peer.Answer = [&](const QByteArray &) { return c.reply; };
-        bool escaped = false;
-        QTimer::singleShot(400, &link, [&] {
-            EXPECT_TRUE(link.PortOpen());
-            EXPECT_EQ(peer.Count(PropsRequest(1)), 1) << "not asked again";
-            if (c.standstill)
-                ExpectStandstill();
-            link.ToggleComStatus();
-            link.ToggleComStatus(); // the second half of a double click asks nothing
-            escaped = true;
-        });
-        link.GoOnLine();
-        EXPECT_TRUE(escaped);
-        EXPECT_FALSE(link.PortOpen());
-        EXPECT_EQ(link.ReadPropsIndex, 0);
-        EXPECT_EQ(model.LastParam, FileLastParam);
-    }
+    Answer(PropsRequest(1), Spoiled(PropsReply(0, 400, 0, 0, 0)));
+    bool escaped = false;
+    QTimer::singleShot(400, &link, [&] {
+        EXPECT_TRUE(link.PortOpen());
+        EXPECT_EQ(peer.Count(PropsRequest(1)), 1) << "not asked again";
+        ExpectStandstill();
+        link.ToggleComStatus();
+        link.ToggleComStatus(); // the second half of a double click asks nothing
+        escaped = true;
+    });
+    link.GoOnLine();
+    EXPECT_TRUE(escaped);
+    EXPECT_FALSE(link.PortOpen());
+    EXPECT_EQ(link.ReadPropsIndex, 0);
+    EXPECT_EQ(model.LastParam, FileLastParam);
 }
 
 TEST_F(LinkStateTest, TheThirdSilenceEndsTheWaitForTheDrive)
 {
+    P(Param::Run).Value = 1; // of a file: no motor was running
     for (const int silences : {3, 2}) {
         peer.Frames.clear();
-        peer.Answer = [&](const QByteArray &frame) {
-            return peer.Frames.size() <= silences ? QByteArray() : peer.DriveAnswer(frame);
-        };
+        Answer(PropsRequest(1), {}, silences);
         if (silences == 3)
             asker.Expect(QStringLiteral("Drive not Responding!"));
         QElapsedTimer clock;
@@ -96,77 +98,97 @@ TEST_F(LinkStateTest, ThreeFailuresOfAKindInARowTakeTheLinkDown)
 {
     const QByteArray good = ValueReply(1);
     const struct {
-        QByteArray reply;
+        std::vector<QByteArray> replies; ///< in turn
+        int requests;
         const char *problem;
         const char *title;
+        int run = 0;
+        int state = 0;
     } cases[] = {
-        {Spoiled(good), "Invalid BCC.", "Communication Error"},
-        {good.first(2), "Incorrect Packet Size!", "Communications Error"},
-        {good + good, "Incorrect Packet Size!", "Communications Error"},
-        {{}, "Drive not Responding!", "Communications Error"},
+        {{Spoiled(good)}, 3, "Invalid BCC.", "Communication Error"},
+        {{good.first(2)}, 3, "Incorrect Packet Size!", "Communications Error", 1},
+        {{good + good}, 3, "Incorrect Packet Size!", "Communications Error", 0, 1},
+        {{{}}, 3, "Drive not Responding!", "Communications Error", 0, 8},
+        // Each kind is counted apart: a bad check is a right length.
+        {{good.first(3), Spoiled(good)}, 6, "Invalid BCC.", "Communication Error"},
     };
-    Want({10});
+    peer.LastParam = 450;
     for (const auto &c : cases) {
+        SCOPED_TRACE(c.problem);
+        Want({10, Param::Run, Param::DriveState});
         Connect();
+        EXPECT_TRUE(model.DriveStateUnread);
+        peer.Values[Param::Run] = c.run;
+        peer.Values[Param::DriveState] = c.state;
+        ASSERT_TRUE(WaitFor(ReadRequest(Param::DriveState)));
+        ASSERT_TRUE(WaitFor(ReadRequest(10), 2));
+        EXPECT_FALSE(model.DriveStateUnread);
+        model.RemoveReadInterest(Param::Run);
+        model.RemoveReadInterest(Param::DriveState);
+        ASSERT_TRUE(WaitUntil([&] { return link.SerialCommTimer.isActive(); }));
         states.clear();
-        peer.Answer = [&](const QByteArray &frame) { return frame == Eot ? QByteArray() : c.reply; };
-        asker.Expect(QLatin1String(c.problem) +
-                     QStringLiteral(" Check connections and power. Switching OffLine."));
+        peer.Frames.clear();
+        std::size_t requests = 0;
+        peer.Answer = [&](const QByteArray &frame) {
+            return frame == Eot ? QByteArray() : c.replies[requests++ % c.replies.size()];
+        };
+        const QString sentence = QLatin1String(c.problem) +
+                                 QStringLiteral(" Check connections and power. Switching OffLine.");
+        asker.Shown.clear();
+        asker.Expect(sentence);
+        if (c.run != 0 || c.state == 1)
+            asker.Expect(QStringLiteral("The motor may still be turning"));
         ASSERT_TRUE(WaitForOffLine());
+        EXPECT_EQ(asker.Shown.first().text, sentence);
         EXPECT_EQ(asker.Shown.last().title, QLatin1String(c.title));
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::Exclamation);
-        EXPECT_EQ(peer.Count(ReadRequest(10)), 3);
+        EXPECT_EQ(peer.Count(ReadRequest(10)), c.requests);
         ExpectStandstill();
         EXPECT_EQ(states, QList<bool>{false});
         EXPECT_FALSE(link.OffLineRequested);
-        EXPECT_EQ(link.BCCErrorCount + link.PacketSizeErrorCount + link.NoResponseCount, 0);
+        EXPECT_EQ(link.BCCErrorCount + link.NoResponseCount, 0);
+        model.RemoveReadInterest(10);
     }
 }
 
-TEST_F(LinkStateTest, FailuresOfDifferentKindsAreCountedApart)
+TEST_F(LinkStateTest, AScanGoesOnToItsEndBehindTheThirdBadCheckAndSaysNoMore)
 {
     Connect();
-    // Neither kind comes three times in a row, since each lets the other's reset pass or not as it must: a
-    // bad check is a right length.
-    int requests = 0;
-    peer.Answer = [&](const QByteArray &frame) {
-        if (frame == Eot)
-            return QByteArray();
-        return ++requests % 2 == 0 ? Spoiled(ValueReply(1)) : ValueReply(1).first(3);
-    };
-    Want({10});
-    asker.Expect(QStringLiteral("Invalid BCC."));
-    ASSERT_TRUE(WaitForOffLine());
-    EXPECT_EQ(requests, 6);
-}
-
-TEST_F(LinkStateTest, AScanGoesOnToItsEndBehindTheThirdBadCheck)
-{
-    Connect();
-    peer.Values[14] = 5;
+    peer.Values[18] = 5;
     peer.Answer = [this](const QByteArray &frame) {
         const QByteArray reply = peer.DriveAnswer(frame);
-        return frame == Eot || peer.Frames.size() == 5 ? reply : Spoiled(reply);
+        return frame == Eot || peer.Frames.size() == 9 ? reply : Spoiled(reply);
     };
-    Want({10, 11, 12, 13, 14});
+    Want({10, 11, 12, 13, 14, 15, 16, 17, 18});
     asker.Expect(QStringLiteral("Invalid BCC."));
     ASSERT_TRUE(WaitForOffLine());
-    EXPECT_EQ(peer.Frames, (QList<QByteArray>{ReadRequest(10), Ack, Ack, Ack, Ack, Eot}));
-    EXPECT_EQ(P(13).Value, 0);
-    EXPECT_EQ(P(14).Value, 5);
+    EXPECT_EQ(peer.Frames.size(), 10);
+    EXPECT_EQ(P(17).Value, 0);
+    EXPECT_EQ(P(18).Value, 5);
     EXPECT_EQ(link.BCCErrorCount, 0);
 }
 
-TEST_F(LinkStateTest, AnOldRequestToLeaveDoesNotStrikeTheNextSession)
+TEST_F(LinkStateTest, AJogFromBeforeIsTakenBack)
 {
-    Connect();
-    link.OffLineRequested = true;
-    link.SetDriveCommand(2);
-    link.ToggleComStatus();
-    link.GoOnLine();
-    Idle(3 * Short.scanPause);
-    EXPECT_TRUE(link.PortOpen());
-    EXPECT_EQ(peer.Count(WriteRequest(408, 2)), 0);
+    peer.LastParam = 300;
+    const QByteArray stop = WriteRequest(Param::Jog, 0);
+    for (const bool reads : {true, false}) {
+        peer.Values[Param::Jog] = 1;
+        P(Param::Jog).Value = 1;
+        asker.Expect(QStringLiteral("Write current parameter settings to drive?"),
+                     reads ? MsgAnswer::No : MsgAnswer::Yes);
+        link.ToggleComStatus();
+        ASSERT_TRUE(WaitFor(stop));
+        EXPECT_EQ(peer.Count(WriteRequest(Param::Jog, 1)), 0);
+        EXPECT_FALSE(model.FileModified || model.DriveModified);
+        ASSERT_TRUE(WaitUntil([this] { return !model.WritePending; }));
+        // From then on the button is the user's.
+        Enter(Param::Jog, 1);
+        ASSERT_TRUE(WaitFor(WriteRequest(Param::Jog, 1)));
+        model.FileModified = model.DriveModified = false;
+        link.GoOffLine(0);
+        peer.Frames.clear();
+    }
 }
 
 TEST_F(LinkStateTest, TheSwitchSettlesWhichSideIsRight)
@@ -186,8 +208,11 @@ TEST_F(LinkStateTest, TheSwitchSettlesWhichSideIsRight)
         model.FileName = QStringLiteral("/x/y.Svx");
         model.FileModified = true;
         P(Param::DriveState).Value = c.driveState;
-        P(3).WriteFlag = WriteState::Queued;
-        P(10).ReadFlag = 0;
+        for (const int queued : {3, Param::ClockFirst})
+            P(queued).WriteFlag = WriteState::Queued;
+        model.WritePending = true;
+        peer.Values[10] = 77;
+        P(10).ReadFlag = P(10).Value = 0;
         cancelled = c.cancelled;
         progressBars = link.ScanKind = 0;
         asker.Expect(QStringLiteral("Write current parameter settings to drive?"), c.answer);
@@ -199,7 +224,8 @@ TEST_F(LinkStateTest, TheSwitchSettlesWhichSideIsRight)
         EXPECT_EQ(link.ScanKind, c.scanKind);
         EXPECT_EQ(progressBars, c.onLine ? 1 : 0);
         EXPECT_EQ(P(10).ReadFlag, reads ? 1 : 0);
-        EXPECT_EQ(P(3).WriteFlag, reads ? WriteState::None : WriteState::Queued);
+        EXPECT_EQ(P(10).Value, reads ? 77 : 0) << "the reading is one";
+        EXPECT_EQ(P(Param::ClockFirst).WriteFlag, reads ? WriteState::None : WriteState::Queued);
         EXPECT_EQ(model.FileName, reads ? QStringLiteral("unnamed") : QStringLiteral("/x/y.Svx"));
         EXPECT_EQ(model.FileModified, !reads);
         model.DriveModified = false;
@@ -226,35 +252,54 @@ TEST_F(LinkStateTest, ADriveCommandTakesTheLinkDownWithAWarningAtMost)
     }
 }
 
-TEST_F(LinkStateTest, MemoryCommandsLeaveTheFileAloneAndForgetTheDrivesMark)
+TEST_F(LinkStateTest, MemoryCommandsAreGivenOnceAndLeaveTheFileAlone)
 {
     peer.LastParam = 450;
+    const struct {
+        bool saves;
+        bool isRefused;
+    } cases[] = {{true, false}, {false, false}, {true, true}};
     Connect();
-    model.DriveModified = true;
-    link.SaveDriveParameters();
-    link.LoadDriveParameters();
-    EXPECT_FALSE(model.DriveModified || model.FileModified);
-    ASSERT_TRUE(WaitFor(WriteRequest(407, 1)));
-    EXPECT_EQ(peer.Count(WriteRequest(406, 1)), 1);
+    for (const auto &c : cases) {
+        const int command = c.saves ? Param::SaveParameters : Param::LoadParameters;
+        Answer(c.isRefused ? WriteRequest(command, 1) : QByteArray(), Nak);
+        model.DriveModified = true;
+        if (c.isRefused) {
+            asker.Expect(QStringLiteral("Could not write value of 1 to (406)"));
+            asker.Expect(QStringLiteral("Changes in Drive not saved!"));
+        }
+        c.saves ? link.SaveDriveParameters() : link.LoadDriveParameters();
+        EXPECT_FALSE(model.DriveModified || model.FileModified);
+        ASSERT_TRUE(WaitUntil([this] { return !model.WritePending && !IsAtRest(); }));
+        EXPECT_EQ(P(command).Value, 0) << "a whole write carries no command";
+        EXPECT_EQ(model.DriveModified, c.isRefused);
+    }
+    ASSERT_TRUE(WaitUntil([this] { return asker.Shown.size() == 2; }));
 }
 
-TEST_F(LinkStateTest, ThePauseBehindAWrongLengthEndsWithItsSession)
+TEST_F(LinkStateTest, WhatASessionLeavesUndoneEndsWithIt)
 {
     Connect();
     Want({10});
     peer.Answer = [](const QByteArray &) { return QByteArray(9, 'x'); };
     ASSERT_TRUE(WaitUntil([&] { return link.PacketSizeErrorCount == 1; }));
+    link.OffLineRequested = true;
+    link.SetDriveCommand(2);
     link.GoOffLine(0);
+    model.DriveModified = true;
+    link.GoOffLine(1); // asks nothing over a closed port
     peer.Frames.clear();
     peer.Answer = [&](const QByteArray &frame) {
-        EXPECT_FALSE(link.SerialCommTimer.isActive()) << "a reply is being waited for";
+        EXPECT_TRUE(frame == Eot || !link.SerialCommTimer.isActive()) << "a reply is being waited for";
         return peer.Frames.size() == 1 ? QByteArray() : peer.DriveAnswer(frame);
     };
     QElapsedTimer clock;
     clock.start();
     link.GoOnLine();
-    EXPECT_GE(clock.elapsed(), Short.replyTimeout) << "the first silence ran its full time";
+    EXPECT_GE(clock.elapsed(), Short.replyTimeout) << "the pause of the last session did not cut it short";
     EXPECT_EQ(peer.Count(PropsRequest(1)), 2);
+    ASSERT_TRUE(WaitFor(ReadRequest(10), 2));
+    EXPECT_EQ(peer.Count(WriteRequest(408, 2)), 0);
 }
 
 TEST_F(LinkStateTest, APortThatWillNotOpenSaysWhyAndChangesNothing)
@@ -271,7 +316,7 @@ TEST_F(LinkStateTest, APortThatWillNotOpenSaysWhyAndChangesNothing)
     } cases[] = {
         {QStringLiteral("/dev/ttyNone7"), "There is no serial port /dev/ttyNone7 (Com5)"},
         {QString(), "There is no port Com5"},
-        {file, "is not a serial port"},
+        {file, "Serial port "},
         {peer.Device(), "is in use by another program"},
     };
     link.MSComm1.SetCommPort(5);

@@ -1,6 +1,8 @@
 #include "link/LinkFixture.h"
 
 #include <QElapsedTimer>
+#include <memory>
+#include <utility>
 
 namespace quorvik::testing
 {
@@ -56,53 +58,79 @@ TEST_F(ScansTest, HoldsAndPendingWritesAreLeftAlone)
     EXPECT_EQ(peer.Count(WriteRequest(5, 55)), 0);
 }
 
-TEST_F(ScansTest, WritesFollowEachOtherWithoutATick)
+TEST_F(ScansTest, WritesKeepTheirOrderAndLoseNoChange)
 {
+    peer.LastParam = 300;
+    const QByteArray run = WriteRequest(Param::Run, 0);
+    const struct {
+        const char *title;
+        std::vector<std::pair<int, int>> entries; ///< before the first frame
+        int wanted;
+        QByteArray trigger;                       ///< at this frame the rest is entered
+        std::vector<std::pair<int, int>> rest;
+        QList<QByteArray> bytes;
+    } cases[] = {
+        {"rising, an unsigned value cut to 16 bits",
+         {{9, -1}, {8, 70000}, {5, 70}},
+         0,
+         {},
+         {},
+         {WriteRequest(5, 70), WriteRequest(8, 0x1170), WriteRequest(9, -1)}},
+        {"the one under way again, and one behind the cursor",
+         {{20, 1}},
+         0,
+         WriteRequest(20, 1),
+         {{20, 2}, {5, 3}},
+         {WriteRequest(20, 1), WriteRequest(5, 3), WriteRequest(20, 2)}},
+        {"in a read scan at the next tick",
+         {},
+         3,
+         ReadRequest(10),
+         {{11, 99}},
+         {ReadRequest(10), Ack, Ack, Eot, WriteRequest(11, 99)}},
+        {"Stop before all others",
+         {{20, 1}, {21, 1}},
+         0,
+         WriteRequest(20, 1),
+         {{5, 3}, {Param::Run, 0}},
+         {WriteRequest(20, 1), run, WriteRequest(21, 1), WriteRequest(5, 3)}},
+        {"Stop in a read scan at once",
+         {},
+         3,
+         ReadRequest(10),
+         {{Param::Run, 0}},
+         {ReadRequest(10), Eot, run, ReadRequest(11), Ack, Eot}},
+    };
     Connect();
     P(8).Attributes = Attr::Long;
-    Enter(9, -1);
-    Enter(8, 70000);
-    Enter(5, 70);
-    peer.Answer = [&](const QByteArray &frame) {
-        EXPECT_FALSE(link.SerialCommTimer.isActive());
-        return peer.DriveAnswer(frame);
-    };
-    ASSERT_TRUE(WaitUntil([&] { return !model.WritePending; }));
-    // An unsigned value is cut to sixteen bits.
-    EXPECT_EQ(peer.Frames,
-              (QList<QByteArray>{WriteRequest(5, 70), WriteRequest(8, 0x1170), WriteRequest(9, -1)}));
-    EXPECT_EQ(P(5).WriteFlag + P(8).WriteFlag + P(9).WriteFlag, 0);
-}
-
-TEST_F(ScansTest, AWriteInTheMiddleOfAReadScanWaitsForTheNextTick)
-{
-    Connect();
-    Want({10, 11, 12, 20});
-    peer.Values = {{11, 1}, {12, 1}};
-    peer.Answer = [&](const QByteArray &frame) {
-        if (frame == ReadRequest(10) && peer.Count(frame) == 1)
-            Enter(11, 99);
-        return peer.DriveAnswer(frame);
-    };
-    ASSERT_TRUE(WaitFor(WriteRequest(11, 99)));
-    EXPECT_EQ(peer.Frames, (QList<QByteArray>{ReadRequest(10), Ack, Ack, Eot, ReadRequest(20), Eot,
-                                              WriteRequest(11, 99)}));
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.title);
+        peer.Frames.clear();
+        bool isRest = false;
+        peer.Answer = [&](const QByteArray &frame) {
+            EXPECT_TRUE(frame == Eot || !link.SerialCommTimer.isActive()) << "one follows the other without a tick";
+            if (frame == c.trigger && !std::exchange(isRest, true))
+                for (const auto &[p, rawValue] : c.rest)
+                    Enter(p, rawValue);
+            return peer.DriveAnswer(frame);
+        };
+        for (const auto &[p, rawValue] : c.entries)
+            Enter(p, rawValue);
+        for (int i = 0; i < c.wanted; ++i)
+            model.AddReadInterest(10 + i);
+        ASSERT_TRUE(WaitUntil([&] { return peer.Frames.size() >= c.bytes.size(); }));
+        EXPECT_EQ(peer.Frames.first(c.bytes.size()), c.bytes);
+        for (int i = 0; i < c.wanted; ++i)
+            model.RemoveReadInterest(10 + i);
+        ASSERT_TRUE(WaitUntil([&] { return !model.WritePending; }));
+    }
     EXPECT_EQ(P(11).Value, 99) << "the value of the scan under way is the older one";
-}
 
-TEST_F(ScansTest, AChangeDuringAWriteScanIsNotLost)
-{
-    Connect();
-    peer.Answer = [&](const QByteArray &frame) {
-        if (frame == WriteRequest(20, 1)) {
-            Enter(20, 2); // the very parameter whose answer is under way
-            Enter(5, 3);  // and one behind the cursor
-        }
-        return peer.DriveAnswer(frame);
-    };
-    Enter(20, 1);
-    ASSERT_TRUE(WaitUntil([&] { return !model.WritePending; }));
-    EXPECT_EQ(peer.Frames, (QList<QByteArray>{WriteRequest(20, 1), WriteRequest(5, 3), WriteRequest(20, 2)}));
+    // As one of the whole table it has no right of way.
+    peer.Frames.clear();
+    model.SetAllWriteFlags(WriteState::Queued);
+    ASSERT_TRUE(WaitFor(run));
+    EXPECT_EQ(peer.Count(WriteRequest(20, 1)), 1);
 }
 
 TEST_F(ScansTest, AWriteThatFailsIsTriedThreeTimesAPauseApart)
@@ -113,19 +141,22 @@ TEST_F(ScansTest, AWriteThatFailsIsTriedThreeTimesAPauseApart)
     } cases[] = {{Nak, 2}, {{}, 2}, {Nak, 3}};
     Connect();
     asker.WhileShown = [&] {
-        EXPECT_TRUE(IsAtRest());
-        const auto sent = peer.Frames;
-        Idle(5 * Short.scanPause);
-        EXPECT_EQ(peer.Frames, sent) << "nothing goes out behind a message";
+        Enter(33, 1);
+        EXPECT_TRUE(WaitFor(WriteRequest(33, 1))) << "the line goes on behind a message";
     };
     for (const auto &c : cases) {
         peer.Frames.clear();
         QElapsedTimer clock;
         peer.Answer = [&](const QByteArray &frame) {
+            // Its own refusals count, whatever becomes of a parameter before it.
+            if (frame == WriteRequest(29, 7))
+                return peer.Count(frame) == 1 ? Nak : Ack;
             if (frame != WriteRequest(30, 4))
                 return peer.DriveAnswer(frame);
             EXPECT_TRUE(!clock.isValid() || clock.elapsed() >= Short.scanPause - 2);
             clock.start();
+            if (peer.Count(frame) == 2)
+                Enter(29, 7);
             return peer.Count(frame) <= c.failures ? c.reply : Ack;
         };
         if (c.failures == 3)
@@ -138,7 +169,7 @@ TEST_F(ScansTest, AWriteThatFailsIsTriedThreeTimesAPauseApart)
         EXPECT_EQ(link.WriteRetryCount + link.NoResponseCount, 0);
         EXPECT_EQ(peer.Count(WriteRequest(31, 1)), 1) << "and the scan goes on";
     }
-    ASSERT_EQ(asker.Shown.size(), 1);
+    ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == 1; }));
     EXPECT_EQ(asker.Shown.first().title, QStringLiteral("Write Error"));
 }
 
@@ -166,24 +197,64 @@ TEST_F(ScansTest, AFailureIsToldOnceAndTheLinkGoesOn)
     EXPECT_EQ(peer.Count(WriteRequest(5, 1)), 1);
 }
 
-TEST_F(ScansTest, LateBytesProveThatTheDriveAnswersAndNeverReachTheTable)
+TEST_F(ScansTest, LateBytesAreNoAnswerAndNeverReachTheTable)
 {
     Connect();
     Want({10, 20});
-    peer.Values = {{10, 111}, {20, 222}};
-    peer.Answer = [&](const QByteArray &frame) {
-        return frame == ReadRequest(10) && peer.Count(frame) <= 4 ? QByteArray() : peer.DriveAnswer(frame);
-    };
-    // A whole reply, or half of one, always in the pause between scans: never three silences in a row.
-    for (const qsizetype lateBytes : {5, 3, 5, 3}) {
-        ASSERT_TRUE(WaitUntil([&] { return link.NoResponseCount == 1; }));
+    Answer(ReadRequest(10));
+    asker.Expect(QStringLiteral("not Responding"));
+    // A whole reply, or half of one, always in the pause between scans.
+    for (const int lateBytes : {5, 3}) {
+        const int silences = link.NoResponseCount;
+        ASSERT_TRUE(WaitUntil([&] { return link.NoResponseCount > silences; }));
         peer.Send(ValueReply(9999).first(lateBytes));
-        ASSERT_TRUE(WaitUntil([&] { return link.NoResponseCount == 0; }));
-        EXPECT_EQ(P(10).Value, 0);
     }
-    ASSERT_TRUE(WaitUntil([&] { return P(20).Value == 222; }));
-    EXPECT_EQ(P(10).Value, 111);
+    ASSERT_TRUE(WaitForOffLine());
+    EXPECT_EQ(P(10).Value, 0);
     EXPECT_EQ(link.PacketSizeErrorCount, 0);
+}
+
+TEST_F(ScansTest, AWholeReadIsWholeOrSaysWhatIsMissing)
+{
+    const auto spoil = [this](int from, int times) {
+        return [this, from, times, seen = std::make_shared<int>(0)](const QByteArray &frame) {
+            const QByteArray reply = peer.DriveAnswer(frame);
+            return frame == ReadRequest(from) && ++*seen <= times ? Spoiled(reply) : reply;
+        };
+    };
+    const struct {
+        const char *title;
+        std::function<QByteArray(const QByteArray &)> answer;
+        int strayAfter; ///< so many times a reply comes behind the end of a pass
+        const char *box;
+        int reads; ///< of the first row
+    } cases[] = {
+        {"damaged once and again", spoil(0, 2), 0, nullptr, 3},
+        {"damaged for good", spoil(0, 99), 0, "(0) Name 0", 3},
+        {"out of step once", {}, 1, nullptr, 2},
+        {"out of step for ever", {}, 99, "out of step", 4},
+    };
+    int boxes = 0;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.title);
+        ASSERT_NO_FATAL_FAILURE(Connect());
+        peer.Answer = [&, strays = 0](const QByteArray &frame) mutable {
+            if (frame == Eot && peer.Frames.size() > 40 && strays++ < c.strayAfter)
+                return ValueReply(9);
+            return c.answer ? c.answer(frame) : peer.DriveAnswer(frame);
+        };
+        if (c.box)
+            asker.Expect(QLatin1String(c.box));
+        link.SetAllReadFlags(1);
+        link.RunWholeScan(1);
+        link.SetAllReadFlags(-1);
+        EXPECT_EQ(peer.Count(ReadRequest(0)), c.reads);
+        EXPECT_EQ(model.HalfRead, c.box != nullptr);
+        EXPECT_EQ(model.Title().contains(QStringLiteral("half read*]")), c.box != nullptr);
+        link.GoOffLine(2);
+        boxes += c.box ? 1 : 0;
+        ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == boxes; }));
+    }
 }
 
 TEST_F(ScansTest, AWrongLengthIsThrownAwayWholeAfterAPause)
@@ -240,6 +311,7 @@ TEST_F(ScansTest, AScanBegunAnewGivesUpTheReplyUnderWay)
         return peer.DriveAnswer(frame);
     };
     ASSERT_TRUE(WaitFor(ReadRequest(20), 2));
+    EXPECT_EQ(peer.Frames.first(4), (QList<QByteArray>{ReadRequest(20), Ack, Eot, ReadRequest(20)}));
     EXPECT_EQ(P(0).Value, 0) << "the value of 21 is not that of 0";
     EXPECT_TRUE(WaitUntil([&] { return P(21).Value == 6; }));
 }

@@ -197,6 +197,7 @@ TEST_F(FileCommandsTest, OpenOnLineSendsTheWholeSet)
 TEST_F(FileCommandsTest, OpenThatFailsOnLineSendsNothingAndHoldsNothing)
 {
     model.ParamTable[1].Value = 5000;
+    model.ParamTable[Param::LoadParameters].Value = 1;
     const QString beyond = SavedSet();
     online = true;
     model.SetParamValue(219, 77, true, false);
@@ -211,10 +212,15 @@ TEST_F(FileCommandsTest, OpenThatFailsOnLineSendsNothingAndHoldsNothing)
     EXPECT_TRUE(model.FileModified);
 
     model.ParamTable[Param::DriveState].Value = 0;
-    EXPECT_THROW(commands.LoadAndAssignSettingsFromFile(beyond), RuntimeFailure) << "no such destination";
     EXPECT_EQ(model.ParamTable[219].WriteFlag, WriteState::Queued) << "a pending edit still goes out";
     EXPECT_EQ(model.ParamTable[220].WriteFlag, WriteState::None);
     EXPECT_EQ(calls, "");
+
+    // A selector that points nowhere is told, and keeps no other row from the drive.
+    commands.LoadAndAssignSettingsFromFile(beyond);
+    EXPECT_EQ(model.ParamTable[220].WriteFlag, WriteState::Queued);
+    EXPECT_EQ(model.Value(Param::LoadParameters), 0) << "a file gives no command";
+    EXPECT_EQ(calls, " scan2");
 }
 
 TEST_F(FileCommandsTest, ReadFromDriveMakesAnUnsavedSet)

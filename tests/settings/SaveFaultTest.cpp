@@ -29,10 +29,15 @@ protected:
 
     QString Target() const { return Path("machine.Svx"); }
 
+    /** The drive's commands are read as none. */
+    static int MarkedValue(int p, int mark)
+    {
+        return p >= Param::SaveParameters && p <= Param::OneShotCommand ? 0 : mark + p;
+    }
     void MakeSet(int mark)
     {
         for (int p = 0; p <= model.LastParam; ++p)
-            model.ParamTable[p].Value = mark + p;
+            model.ParamTable[p].Value = MarkedValue(p, mark);
         model.Notes = QString::number(mark);
         for (VirtualSetting &setting : model.VirtualSettings)
             setting.BiasOpen = mark;
@@ -53,7 +58,7 @@ protected:
         const int mark = reader.Notes.toInt();
         bool isWhole = (mark == OldMark || mark == NewMark) && reader.LastParam == model.LastParam;
         for (int p = 0; isWhole && p <= model.LastParam; ++p)
-            isWhole = reader.Value(p) == mark + p;
+            isWhole = reader.Value(p) == MarkedValue(p, mark);
         for (const VirtualSetting &setting : reader.VirtualSettings)
             isWhole = isWhole && setting.BiasOpen == mark;
         return isWhole ? mark : 0;

@@ -33,7 +33,7 @@ FormProgressBar::FormProgressBar(Desk &desk, QWidget *owner, DriveLink &link)
     , progressBarRead_(new QProgressBar(this))
 {
     setProperty("Tag", QString::number(tag_));
-    link_.BeginScanAnew();
+    link_.BeginWholeScan();
 
     progressBarRead_->setObjectName(QStringLiteral("ProgressBarRead"));
     progressBarRead_->setAccessibleName(QStringLiteral("Progress"));
@@ -62,15 +62,12 @@ void FormProgressBar::TimerUpdateScreen_Timer()
 {
     Model &model = desk().model;
     progressBarRead_->setValue(std::clamp(link_.CurrentParam, 0, progressBarRead_->maximum()));
-    const bool ended = link_.CurrentParam > model.LastParam;
+    const bool ended = link_.IsWholeScanOver();
     if (!ended && link_.PortOpen())
         return;
     timerUpdateScreen_.stop();
     if (ended && tag_ == Reading)
-        Guarded([&model] {
-            for (int i = 0; i <= model.LastParam; ++i)
-                model.RefreshDependentParams(i);
-        });
+        model.RefreshAllDependents();
     accept();
 }
 
@@ -84,6 +81,7 @@ void FormProgressBar::reject()
 void FormProgressBar::done(int result)
 {
     timerUpdateScreen_.stop();
+    link_.EndWholeScan();
     // The interest is given back for what it was raised for: a link that broke has changed LastParam since.
     if (!std::exchange(gone_, true) && tag_ == Reading)
         Guarded([this] {
