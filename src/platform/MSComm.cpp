@@ -51,11 +51,18 @@ void LetLastBytesLeave(const QSerialPort &port)
     ::tcdrain(port.handle());
 }
 
+/** A place as the first words of a sentence. */
+QString Starting(QString place)
+{
+    place[0] = place.at(0).toUpper();
+    return place;
+}
+
 QString InUse(const QString &place, const QString &device)
 {
     const std::optional<PortHolder> holder = HolderOfPort(device);
-    QString words =
-        place + QStringLiteral(" is in use by another program. Close that program, then try again.");
+    QString words = Starting(place) +
+                    QStringLiteral(" is in use by another program. Close that program, then try again.");
     if (holder && !holder->isGone)
         words +=
             QStringLiteral("\r\n\r\n(It is process %1, \"%2\".)").arg(holder->process).arg(holder->program);
@@ -88,7 +95,8 @@ QString WhyNotOpened(const QSerialPort &port, const QString &device, const QStri
     if (!info.isReadable() || !info.isWritable())
         return NoPermission(place, info);
     if (info.isFile() || info.isDir())
-        return place + QStringLiteral(" is not a serial port. Choose another with Options, Communications.");
+        return Starting(place) +
+               QStringLiteral(" is not a serial port. Choose another with Options, Communications.");
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
         return NoDevice(place);
