@@ -1,5 +1,6 @@
 #include "drive/DriveTable.h"
 
+#include "drive/DependentLimits.h"
 #include "model/Conversions.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ bool DriveTable::Write(int p, std::uint16_t bits)
     if (rawValue < record.Min || rawValue > record.Max)
         return false;
     record.Value = rawValue;
-    model_.RefreshDependentParams(p);
+    FollowWithLimits(model_, p);
     return true;
 }
 
@@ -92,7 +93,7 @@ void DriveTable::SetDriveModel(std::int32_t code)
 {
     Put(Param::DriveModel, code);
     if (Has(Param::DriveModel))
-        model_.RefreshDependentParams(Param::DriveModel);
+        FollowWithLimits(model_, Param::DriveModel);
     SaveToMemory();
 }
 
@@ -122,7 +123,7 @@ void DriveTable::LoadFromMemory()
     for (int p = 0; p <= last_; ++p)
         // The model's rule would set the motor current back to the rating.
         if (p != Param::DriveModel)
-            model_.RefreshDependentParams(p);
+            FollowWithLimits(model_, p);
 }
 
 } // namespace quorvik::drive
