@@ -36,7 +36,6 @@ constexpr int BitsPerByte = 10;
 constexpr int Rounds = 5;
 constexpr int EchoTurns = 2000;
 constexpr double NsPerUs = 1000.0;
-constexpr double NsPerMs = 1e6;
 constexpr double NsPerSecond = 1e9;
 
 [[noreturn]] void Fail(const QString &sentence)
@@ -143,31 +142,6 @@ public:
     {
         model_.SetAllWriteFlags(WriteState::Queued);
         return Scan();
-    }
-
-    /**
-     * The longest time that the event loop does not answer, in milliseconds: the worst gap between the ticks
-     * of a timer that is due every millisecond, while work runs or for so long.
-     */
-    template<typename Work> double WorstGap(Work work)
-    {
-        QElapsedTimer sinceLast;
-        double worstNs = 0;
-        QTimer ticker;
-        ticker.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&ticker, &QTimer::timeout, &ticker, [&] {
-            worstNs = std::max(worstNs, double(sinceLast.nsecsElapsed()));
-            sinceLast.start();
-        });
-        sinceLast.start();
-        ticker.start(1);
-        work();
-        return worstNs / NsPerMs;
-    }
-    double IdleGap(int milliseconds)
-    {
-        link_.SerialCommTimer.stop();
-        return WorstGap([&] { PumpWhile([] { return true; }, QDeadlineTimer(milliseconds)); });
     }
 
 private:
@@ -300,10 +274,6 @@ int main(int argc, char **argv)
         scans.push_back(cost.ns / cost.parameters);
         echoes.push_back(BareEcho());
     }
-    std::printf("link-latency-idle: %.4g ms (limit none)\n", unpaced.IdleGap(500));
-    kept &= Print("link-latency-read", unpaced.WorstGap([&] { unpaced.Read(); }), "ms", 30);
-    kept &= Print("link-latency-write", unpaced.WorstGap([&] { unpaced.Write(); }), "ms", 30);
-
     kept &= Print("link-read-unpaced", MedianOf(scans) / NsPerUs, "us/parameter", 100);
     kept &= Print("link-read-to-bare-echo", MedianOf(scans) / MedianOf(echoes), "x", 1.5);
     return kept ? 0 : 1;

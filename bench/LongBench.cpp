@@ -3,9 +3,8 @@
 
 #include "AttachedProgram.h"
 #include "Figures.h"
+#include "TenWindows.h"
 
-#include "blocks/BlockCatalogue.h"
-#include "blocks/BlockForm.h"
 #include "platform/Waiting.h"
 
 #include <QApplication>
@@ -24,7 +23,6 @@ using namespace quorvik;
 constexpr int Haste = 100;
 constexpr int Hours = 8;
 constexpr int MinuteMs = 60'000 / Haste;
-constexpr int OpenWindows = 10;
 constexpr int Edited = 226;
 
 /** What must stay flat. */
@@ -41,20 +39,6 @@ Gauge ReadGauge()
     for (const QWidget *widget : QApplication::topLevelWidgets())
         gauge.timers += int(widget->findChildren<QTimer *>().size());
     return gauge;
-}
-
-void OpenTenWindows(MDIFormMain &main)
-{
-    int open = 0;
-    for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make || open == OpenWindows)
-            continue;
-        const QString control = QString::fromLatin1(entry.control);
-        main.Menus()
-            .Entry(entry.IsFamily() ? QStringLiteral("%1(%2)").arg(control).arg(entry.firstMember) : control)
-            ->trigger();
-        ++open;
-    }
 }
 
 } // namespace

@@ -1,0 +1,74 @@
+// The deaf moment: how long the program does not answer, with ten windows painting beside a drive that runs, while
+// the whole table goes over a line paced as in the field.
+
+#include "AttachedProgram.h"
+#include "Figures.h"
+#include "TenWindows.h"
+
+#include "platform/Waiting.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <algorithm>
+
+namespace
+{
+
+using namespace quorvik;
+
+constexpr double NsPerMs = 1e6;
+constexpr int PollingMs = 5000;
+constexpr double LimitMs = 50;
+
+/** The worst gap between the ticks of a timer that is due every millisecond, in milliseconds, while work runs. */
+template<typename Work> double WorstGap(Work work)
+{
+    QElapsedTimer sinceLast;
+    qint64 worstNs = 0;
+    QTimer ticker;
+    ticker.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&ticker, &QTimer::timeout, &ticker, [&] {
+        worstNs = std::max(worstNs, sinceLast.nsecsElapsed());
+        sinceLast.start();
+    });
+    sinceLast.start();
+    ticker.start(1);
+    work();
+    return double(worstNs) / NsPerMs;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    AttachedProgram program;
+    if (!program.GoOnLine({}))
+        return 1;
+    Engines &engines = program.Main().AllEngines();
+    OpenTenWindows(program.Main());
+    const auto poll = [] { PumpWhile([] { return true; }, QDeadlineTimer(PollingMs)); };
+    poll();
+
+    bool kept = Print("deaf-moment-polling", WorstGap(poll), "ms", LimitMs);
+    kept &= Print("deaf-moment-reading", WorstGap([&] {
+                      engines.link.SetAllReadFlags(1);
+                      engines.link.RunWholeScan(1);
+                  }),
+                  "ms", LimitMs);
+    engines.model.SetParamValue(Param::Run, 0, false, false);
+    PumpWhile([&] { return engines.model.WritePending || !engines.model.DriveIsStopped(); },
+              QDeadlineTimer(PollingMs));
+    kept &= Print("deaf-moment-writing", WorstGap([&] {
+                      engines.model.SetAllWriteFlags(WriteState::Queued);
+                      engines.link.RunWholeScan(2);
+                  }),
+                  "ms", LimitMs);
+    engines.model.DriveModified = false;
+    engines.link.GoOffLine(1);
+    return kept ? 0 : 1;
+}
