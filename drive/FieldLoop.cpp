@@ -17,6 +17,7 @@ constexpr double FilterTime = 0.5;    // seconds
 constexpr double EconomyAfter = 30.0; // seconds at rest
 constexpr double EconomyShare = 0.5;
 constexpr double HotResistance = 0.9; // of the nominal voltage, at nominal current
+constexpr double CrossoverGain = 0.5; // field current taken away a second, to the voltage above the setpoint
 
 } // namespace
 
@@ -26,45 +27,58 @@ double FieldLoop::Flux() const
     return nominal > 0 ? std::clamp(current_ / nominal, 0.0, 1.1) : 0;
 }
 
+void FieldLoop::Crossover(double seconds)
+{
+    const double error = double(table_.Get(P::CrossoverSetpoint)) - std::abs(table_.Get(P::ArmatureFeedback));
+    const double most = std::max(table_.Get(P::FieldCurrentDemand) - table_.Get(P::MinFieldDemand), 0);
+    crossover_ = table_.IsOn(P::CrossoverEnable)
+                     ? std::clamp(crossover_ - CrossoverGain * error * seconds, 0.0, most)
+                     : 0;
+    table_.PutWithin(P::CrossoverOutput, crossover_);
+}
+
 double FieldLoop::Demand(double seconds)
 {
-    double demand = table_.Get(P::FieldCurrentDemand);
-    const std::int32_t armature = std::abs(table_.Get(P::ArmatureFeedback));
-    const std::int32_t setpoint = table_.Get(P::CrossoverSetpoint);
-    const bool isWeakening = table_.IsOn(P::CrossoverEnable) && setpoint > 0 && armature > setpoint;
-    const double share = isWeakening ? double(setpoint) / armature : 1.0;
-    table_.PutWithin(
-        P::CrossoverOutput,
-        std::max<double>(demand * share, std::min<double>(demand, table_.Get(P::MinFieldDemand))));
-    if (table_.IsOn(P::CrossoverEnable))
-        demand = table_.Get(P::CrossoverOutput);
+    const double demand = table_.Get(P::FieldCurrentDemand) - table_.Get(P::CrossoverOutput);
     idleTime_ = table_.IsStopped() ? idleTime_ + seconds : 0;
-    if (table_.IsOn(P::FieldEconomy) && idleTime_ > EconomyAfter)
-        demand *= EconomyShare;
-    return table_.IsOn(P::FieldEnable) ? demand : 0;
+    const bool isSaving = table_.IsOn(P::FieldEconomy) && idleTime_ > EconomyAfter;
+    return isSaving ? demand * EconomyShare : demand;
+}
+
+double FieldLoop::Goal(bool isOpenLoop) const
+{
+    if (!table_.IsOn(P::FieldEnable))
+        return 0;
+    if (isOpenLoop)
+        return table_.Share(P::OpenLoopFieldSetpoint);
+    // The loop brings the feedback to its demand, whatever the offset takes from the feedback.
+    const double demand = table_.Get(P::FinalFieldDemand) + table_.Get(P::FieldCurrentOffset);
+    return std::max(demand / FullScale, 0.0);
 }
 
 void FieldLoop::Tick(double seconds)
 {
-    const double demand = Demand(seconds);
-    table_.PutWithin(P::FinalFieldDemand, demand);
-    const bool isOpenLoop = table_.IsOn(P::FieldEnable) && table_.IsOn(P::OpenLoopFieldSelect);
-    const double goal =
-        isOpenLoop ? table_.Share(P::OpenLoopFieldSetpoint) : table_.Get(P::FinalFieldDemand) / FullScale;
+    Crossover(seconds);
+    table_.PutWithin(P::FinalFieldDemand, Demand(seconds));
+    const bool isOpenLoop = table_.IsOn(P::OpenLoopFieldSelect);
+    const double goal = Goal(isOpenLoop);
     current_ += (goal - current_) * (1 - std::exp(-seconds / FieldLag));
     const double tremble = goal > 0 ? 4 : 0;
-    const double currentCounts = current_ * FullScale + noise_(tremble);
     const double voltage = current_ * HotResistance;
-    currentFiltered_ += (current_ - currentFiltered_) * (1 - std::exp(-seconds / FilterTime));
-    voltageFiltered_ += (voltage - voltageFiltered_) * (1 - std::exp(-seconds / FilterTime));
-    const double currentOffset = table_.Get(P::FieldCurrentOffset);
-    const double voltageOffset = table_.Get(P::FieldVoltageOffset);
-    table_.PutWithin(P::FieldCurrentFeedback, currentCounts - currentOffset);
-    table_.PutWithin(P::FieldCurrentFiltered, currentFiltered_ * FullScale - currentOffset);
-    table_.PutScaledWithin(P::FieldAmps, current_ * NominalAmps);
-    table_.PutWithin(P::FieldVoltageFeedback, voltage * FullScale + noise_(tremble) - voltageOffset);
-    table_.PutWithin(P::FieldVoltageFiltered, voltageFiltered_ * FullScale - voltageOffset);
-    table_.PutScaledWithin(P::FieldVolts, voltage * NominalVolts);
+    const auto filter = [seconds](double &filtered, double value) {
+        filtered += (value - filtered) * (1 - std::exp(-seconds / FilterTime));
+    };
+    const double current = current_ * FullScale - table_.Get(P::FieldCurrentOffset);
+    table_.PutWithin(P::FieldCurrentFeedback, current + noise_(tremble));
+    // The loop's filter turns the sign, so that demand and feedback are added.
+    filter(currentFiltered_, -current);
+    table_.PutWithin(P::FieldCurrentFiltered, currentFiltered_);
+    table_.PutScaledWithin(P::FieldAmps, table_.Get(P::FieldCurrentFeedback) / FullScale * NominalAmps);
+    const double volts = voltage * FullScale - table_.Get(P::FieldVoltageOffset);
+    table_.PutWithin(P::FieldVoltageFeedback, volts + noise_(tremble));
+    filter(voltageFiltered_, volts);
+    table_.PutWithin(P::FieldVoltageFiltered, voltageFiltered_);
+    table_.PutScaledWithin(P::FieldVolts, table_.Get(P::FieldVoltageFiltered) / FullScale * NominalVolts);
     table_.PutShare(P::FieldConductionAngle, isOpenLoop ? goal : goal * HotResistance);
 }
 

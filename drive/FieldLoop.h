@@ -21,11 +21,14 @@ public:
     double Flux() const;
 
 private:
+    void Crossover(double seconds); ///< takes field current away while the armature voltage is too high
     double Demand(double seconds);
+    double Goal(bool isOpenLoop) const; ///< of the current, as a share of the supply's nominal one
 
     DriveTable &table_;
     Noise &noise_;
-    double current_ = 0; ///< of the supply's nominal current
+    double current_ = 0;   ///< of the supply's nominal current
+    double crossover_ = 0; ///< counts
     double currentFiltered_ = 0;
     double voltageFiltered_ = 0;
     double idleTime_ = 0;
