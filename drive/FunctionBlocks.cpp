@@ -85,20 +85,23 @@ void FunctionBlocks::AuxPi(double seconds)
     double error = table_.Get(P::AuxError);
     if (std::abs(error) <= table_.Get(P::AuxDeadband))
         error = 0;
-    const double gain = table_.Scaled(P::AuxPropGain);
+    const double proportional = table_.Get(P::AuxPropGain) / FullScale * error;
     const double time = table_.Scaled(P::AuxIntegralTime);
     const double clamp = std::abs(table_.Get(P::AuxIntegralClamp));
-    const double proportional = gain * error;
-    double wanted = auxIntegral_;
-    if (time > 0)
-        wanted += proportional / time * seconds;
-    auxIntegral_ = table_.IsOn(P::AuxReset) ? 0 : std::clamp(wanted, -clamp, clamp);
-    table_.Put(P::AuxAtLimit, !table_.IsOn(P::AuxReset) && std::abs(wanted) >= clamp && wanted != 0);
-    table_.PutWithin(P::AuxPropStatus, proportional);
+    const bool isUnipolar = !table_.IsOn(P::AuxPolarity);
+    const bool isReset = table_.IsOn(P::AuxReset);
+    // Below zero a unipolar loop would only gather what it has to give back.
+    const bool isHeld = isUnipolar && proportional < 0 && proportional + auxIntegral_ < 0;
+    if (time > 0 && !isHeld)
+        auxIntegral_ += proportional / time * seconds;
+    auxIntegral_ = isReset ? 0 : std::clamp(auxIntegral_, -clamp, clamp);
+    table_.PutWithin(P::AuxPropStatus, isReset ? 0 : proportional);
     table_.PutWithin(P::AuxIntegralStatus, auxIntegral_);
-    const double sum = (proportional + auxIntegral_) * table_.Get(P::AuxScale) / FullScale;
+    table_.Put(P::AuxAtLimit, std::abs(table_.Get(P::AuxIntegralStatus)) >= clamp);
+    const double sum = table_.Get(P::AuxPropStatus) + table_.Get(P::AuxIntegralStatus);
     table_.PutWithin(P::AuxOutput,
-                     (table_.IsOn(P::AuxPolarity) ? sum : std::abs(sum)) + table_.Get(P::AuxTrim));
+                     (isUnipolar ? std::max(sum, 0.0) : sum) * table_.Get(P::AuxScale) / FullScale +
+                         table_.Get(P::AuxTrim));
 }
 
 void FunctionBlocks::Winder()
