@@ -22,6 +22,11 @@ bool IsRampEnabled(State state)
     return state >= State::Run && state <= State::JogStop;
 }
 
+bool IsContactorClosed(State state)
+{
+    return state >= State::Run && state <= State::QuickStop;
+}
+
 bool IsReferenceEnabled(State state)
 {
     return state == State::Run || state == State::Jog;
@@ -68,8 +73,7 @@ State StartStopLogic::Next(State state, double seconds)
 
     if (table_.IsOn(P::LatchedFault))
         return State::EStop;
-    const bool isFed = state >= State::Run && state <= State::JogDelay;
-    if (isFed && !enabled)
+    if (IsContactorClosed(state) && !enabled)
         return State::CoastStop;
     switch (state) {
     case State::EStop:
@@ -100,11 +104,10 @@ State StartStopLogic::Next(State state, double seconds)
 void StartStopLogic::Tick(double seconds)
 {
     state_ = Next(state_, seconds);
-    const bool isJogging = state_ >= State::Jog && state_ <= State::JogDelay;
     table_.Put(Param::DriveState, std::int32_t(state_));
     table_.Put(P::RunStatus, state_ == State::Run);
-    table_.Put(P::JogStatus, isJogging);
-    table_.Put(P::ArmPilotStatus, state_ >= State::Run && state_ <= State::QuickStop);
+    table_.Put(P::JogStatus, state_ == State::Jog);
+    table_.Put(P::ArmPilotStatus, IsContactorClosed(state_));
     table_.Put(P::DriveReady, !table_.IsOn(P::LatchedFault) && table_.IsOn(P::RunEnable));
 }
 

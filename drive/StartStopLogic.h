@@ -32,6 +32,8 @@ private:
 
 /** Whether the armature is fed in a state, and the ramp may follow its input. */
 bool IsRampEnabled(State state);
+/** Whether the armature contactor is closed in a state. */
+bool IsContactorClosed(State state);
 /** Whether references pass in a state. */
 bool IsReferenceEnabled(State state);
 
