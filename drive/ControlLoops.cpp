@@ -25,6 +25,8 @@ constexpr double LargestGain = 40.0;
 constexpr std::int32_t TachSelected = 1;
 constexpr std::int32_t NonRegenerative = 16;
 constexpr std::int32_t ArmatureSelected = 0;
+constexpr int VelocityMode = 0;
+constexpr int TorqueMode = 1;
 
 double Fraction(std::int32_t counts)
 {
@@ -38,12 +40,16 @@ void Follow(double &filtered, double value, double seconds, double time)
 
 } // namespace
 
+double ControlLoops::ArmatureVoltage(double flux) const
+{
+    return speed_ * flux + ArmatureDrop * current_;
+}
+
 double ControlLoops::SelectedFeedback() const
 {
     switch (table_.Get(P::FeedbackSelect)) {
     case ArmatureSelected:
-        return Fraction(table_.Get(P::ArmatureFeedback)) -
-               Fraction(table_.Get(P::IrCompensation)) * ArmatureDrop * current_;
+        return Fraction(table_.Get(P::ArmatureFeedback));
     case TachSelected:
         return Fraction(table_.Get(P::TachFeedback));
     default:
@@ -56,8 +62,10 @@ void ControlLoops::MeasureSpeed(double flux)
     const double sign = table_.IsOn(P::InvertFeedback) ? -1 : 1;
     const bool isTurning = std::abs(speed_) > 1e-4;
     const double tremble = isTurning ? 2 : 0;
-    table_.PutWithin(P::ArmatureFeedback,
-                     (speed_ * flux + ArmatureDrop * current_) * FullScale + noise_(tremble));
+    // The compensation is what the armature drops at nominal current.
+    const double drop = Fraction(table_.Get(P::IrCompensation)) * current_;
+    table_.PutScaledWithin(P::ArmatureVolts, ArmatureVoltage(flux) * table_.Scaled(P::MotorVolts));
+    table_.PutWithin(P::ArmatureFeedback, (ArmatureVoltage(flux) - drop) * FullScale + noise_(tremble));
     table_.PutWithin(P::TachFeedback, sign * speed_ * FullScale + noise_(tremble));
     const double encoderRpm = table_.Get(P::EncoderRpm);
     const double scale = encoderRpm > 0 ? table_.Get(P::FullSpeedRpm) / encoderRpm : 0;
@@ -68,8 +76,7 @@ void ControlLoops::MeasureSpeed(double flux)
 
 void ControlLoops::ZeroSpeedLogic()
 {
-    const bool isTorqueMode = table_.IsOn(P::DriveModeLow) && !table_.IsOn(P::DriveModeHigh);
-    const int demand = isTorqueMode ? P::FinalCurrentDemand : P::FinalVelocityDemand;
+    const int demand = DriveMode() == VelocityMode ? P::FinalVelocityDemand : P::FinalCurrentDemand;
     const bool isZeroAsked = std::abs(table_.Get(demand)) <= table_.Get(P::ZeroSpeedSet);
     const bool atZeroSpeed = std::abs(table_.Get(P::VelocityFeedback)) <= table_.Get(P::ZeroSpeedSet);
     table_.Put(P::AtZeroSet, isZeroAsked);
@@ -95,7 +102,9 @@ void ControlLoops::VelocityStep(double seconds)
     const double error = Fraction(table_.Get(P::FinalVelocityDemand)) - SelectedFeedback() +
                          Fraction(table_.Get(P::FeedbackOffset));
     const double clamp = std::abs(Fraction(table_.Get(P::IntegralClamp)));
-    if (askedTime > 0) {
+    // What the ceiling cuts off must not be gathered, or the motor would swing past its demand.
+    const bool isCut = std::abs(gain * error + integral_) > CurrentCeiling && gain * error * integral_ >= 0;
+    if (askedTime > 0 && !isCut) {
         // A shorter time would make this machine hunt, which no commissioned one does.
         const double time = std::max(askedTime, 4 * Inertia / gain);
         integral_ = std::clamp(integral_ + gain * error / time * seconds, -clamp, clamp);
@@ -103,12 +112,25 @@ void ControlLoops::VelocityStep(double seconds)
     velocityOutput_ = std::clamp(gain * error + integral_, -CurrentCeiling, CurrentCeiling);
 }
 
+int ControlLoops::DriveMode() const
+{
+    return 2 * table_.IsOn(P::DriveModeHigh) + table_.IsOn(P::DriveModeLow);
+}
+
+double ControlLoops::CurrentDemand() const
+{
+    switch (DriveMode()) {
+    case VelocityMode:
+        return table_.Get(P::VelocityLoopOutput);
+    case TorqueMode:
+        return IsReferenceEnabled(table_.DriveState()) ? table_.Get(P::TorqueReference) : 0;
+    default:
+        return 0;
+    }
+}
+
 double ControlLoops::LimitedDemand() const
 {
-    if (!isEnabled_)
-        return 0;
-    if (table_.IsOn(P::OpenLoopArmSelect))
-        return table_.Share(P::OpenLoopArmSetpoint);
     double sum = Fraction(table_.Get(P::AuxCurrentDemand)) + Fraction(table_.Get(P::CurrentDemand));
     double high = Fraction(table_.Get(P::PositiveCurrentLimit));
     double low = Fraction(table_.Get(P::NegativeCurrentLimit));
@@ -116,9 +138,6 @@ double ControlLoops::LimitedDemand() const
         high = std::min(high, 1.0);
         low = std::max(low, -1.0);
     }
-    // With one bridge there is no current the other way.
-    if ((table_.Get(Param::DriveModel) & NonRegenerative) != 0 || !table_.IsOn(P::RegenMode))
-        low = std::max(low, 0.0);
     if (sum > 0)
         sum = std::min(sum, high);
     else if (sum < 0)
@@ -126,9 +145,21 @@ double ControlLoops::LimitedDemand() const
     return sum;
 }
 
+double ControlLoops::PossibleCurrent(double demand) const
+{
+    if (!isEnabled_)
+        return 0;
+    if (table_.IsOn(P::OpenLoopArmSelect))
+        return table_.Share(P::OpenLoopArmSetpoint);
+    // With one bridge there is no current the other way.
+    const bool isOneBridge =
+        (table_.Get(Param::DriveModel) & NonRegenerative) != 0 || !table_.IsOn(P::RegenMode);
+    return isOneBridge ? std::max(demand, 0.0) : demand;
+}
+
 void ControlLoops::MotorStep(double seconds, double demand, double flux)
 {
-    Follow(current_, demand, seconds, CurrentLag);
+    Follow(current_, PossibleCurrent(demand), seconds, CurrentLag);
     const double drive = current_ * flux;
     const double resisting = FrictionStatic + std::abs(load_);
     if (speed_ == 0 && std::abs(drive) <= resisting)
@@ -142,20 +173,16 @@ void ControlLoops::MotorStep(double seconds, double demand, double flux)
 
 void ControlLoops::Tick(double seconds, double flux)
 {
-    MeasureSpeed(flux);
-    ZeroSpeedLogic();
     const double step = seconds / Steps;
     for (int i = 0; i < Steps; ++i) {
+        MeasureSpeed(flux);
+        ZeroSpeedLogic();
         VelocityStep(step);
         table_.PutWithin(P::VelocityLoopOutput, velocityOutput_ * FullScale);
-        const int mode = 2 * table_.IsOn(P::DriveModeHigh) + table_.IsOn(P::DriveModeLow);
-        table_.PutWithin(P::CurrentDemand, mode == 0   ? table_.Get(P::VelocityLoopOutput)
-                                           : mode == 1 ? table_.Get(P::TorqueReference)
-                                                       : 0);
+        table_.PutWithin(P::CurrentDemand, CurrentDemand());
         const double demand = LimitedDemand();
         table_.PutWithin(P::FinalCurrentDemand, demand * FullScale);
         MotorStep(step, demand, flux);
-        MeasureSpeed(flux);
     }
     Show(flux, seconds);
 }
@@ -171,13 +198,15 @@ void ControlLoops::Show(double flux, double seconds)
     table_.PutWithin(P::CurrentFeedbackFiltered, currentFiltered_ * FullScale);
     table_.PutWithin(P::FinalCurrentDemandFiltered, demandFiltered_ * FullScale);
     table_.PutWithin(P::VelocityFeedbackFiltered, feedbackFiltered_ * FullScale);
-    table_.PutScaledWithin(P::ArmatureAmps, current_ * table_.Get(P::MotorAmps));
-    const double volts = speed_ * flux + ArmatureDrop * current_;
-    table_.PutScaledWithin(P::ArmatureVolts, volts * table_.Scaled(P::MotorVolts));
+    table_.PutScaledWithin(P::ArmatureAmps,
+                           Fraction(table_.Get(P::CurrentFeedback)) * table_.Get(P::MotorAmps));
+    const double volts = ArmatureVoltage(flux);
+    const double closedLoop = std::min(0.1 + 0.7 * std::abs(volts) + 0.2 * std::abs(current_), 1.0);
     const double angle =
-        isEnabled_ ? std::min(0.1 + 0.7 * std::abs(volts) + 0.2 * std::abs(current_), 1.0) : 0;
-    table_.PutShare(P::ConductionAngle, angle);
-    table_.PutWithin(P::MotorRpm, Fraction(table_.Get(P::VelocityFeedback)) * table_.Get(P::FullSpeedRpm));
+        table_.IsOn(P::OpenLoopArmSelect) ? table_.Share(P::OpenLoopArmSetpoint) : closedLoop;
+    table_.PutShare(P::ConductionAngle, isEnabled_ ? angle : 0);
+    table_.PutWithin(P::MotorRpm,
+                     Fraction(table_.Get(P::VelocityFeedbackFiltered)) * table_.Get(P::FullSpeedRpm));
 }
 
 } // namespace quorvik::drive

@@ -31,9 +31,13 @@ public:
 private:
     void ZeroSpeedLogic();
     void MeasureSpeed(double flux);
+    double ArmatureVoltage(double flux) const; ///< of the nominal one
     double SelectedFeedback() const;
     void VelocityStep(double seconds);
+    int DriveMode() const;
+    double CurrentDemand() const; ///< what the drive mode chooses, in counts
     double LimitedDemand() const;
+    double PossibleCurrent(double demand) const; ///< what the bridges let flow of a demand
     void MotorStep(double seconds, double demand, double flux);
     void Show(double flux, double seconds);
 

@@ -19,8 +19,7 @@ constexpr double DetectionTime = 0.5; // seconds that a feedback must be missing
 constexpr std::int32_t OvervoltageAt = 13000;
 constexpr std::int32_t OverloadAbove = 10200;
 constexpr std::int32_t OvercurrentAbove = 15500; // what the current limits cannot let through
-constexpr std::int32_t StandingFeedback = 200;
-constexpr double HottestHeatsink = 95.0; // degrees
+constexpr double HottestHeatsink = 95.0;         // degrees
 
 } // namespace
 
@@ -63,9 +62,8 @@ std::int32_t FaultMonitor::Present(double seconds)
 
     const std::int32_t armature = std::abs(table_.Get(P::ArmatureFeedback));
     const std::int32_t feedback = std::abs(table_.Get(P::VelocityFeedback));
-    const bool isStanding = table_.Get(P::FeedbackSelect) != 0 && feedback < StandingFeedback &&
-                            armature > std::max(table_.Get(P::FeedbackLossLevel), StandingFeedback);
-    feedbackMissing_ = isStanding ? feedbackMissing_ + seconds : 0;
+    const bool isMissing = armature - feedback > table_.Get(P::FeedbackLossLevel);
+    feedbackMissing_ = isMissing ? feedbackMissing_ + seconds : 0;
     if (feedbackMissing_ > DetectionTime && !table_.IsOn(P::FeedbackLossInhibit))
         bits |= Fault::FeedbackLoss;
 

@@ -29,11 +29,11 @@ void MotorModel::Tick(double seconds)
 {
     inputs_.Tick(seconds);
     functions_.Tick(seconds);
+    faults_.Tick(seconds);
     logic_.Tick(seconds);
     setpoints_.Tick(seconds);
     field_.Tick(seconds);
     loops_.Tick(seconds, field_.Flux());
-    faults_.Tick(seconds);
     instruments_.Tick(seconds, loops_.Current());
     outputs_.Tick();
 }

@@ -63,6 +63,77 @@ protected:
     MotorModel machine{table, 1};
 };
 
+/** A sum that a block window draws, and what its box shows; a filter may lag by so much. */
+struct Drawn {
+    const char *box;
+    int shown;
+    double computed;
+    double tolerance = 0.6;
+};
+
+std::vector<Drawn> DrawnSums(const DriveTable &t)
+{
+    const auto share = [&t](int p) { return t.Get(p) / FullScale; };
+    const auto turned = [&t](int p, int invert) { return t.IsOn(invert) ? -t.Get(p) : t.Get(p); };
+    const bool isReferenced = t.DriveState() == State::Run || t.DriveState() == State::Jog;
+    const bool isTorque = t.IsOn(P::DriveModeLow);
+    const double fieldFlow = t.Get(P::FieldCurrentDemand) - t.Get(P::CrossoverOutput);
+    const double trims = turned(P::SetpointB, P::InvertB) + turned(P::SetpointC, P::InvertC);
+    const double parts = t.Get(P::AuxPropStatus) + t.Get(P::AuxIntegralStatus);
+    const double armature = t.Get(P::ArmatureVolts) / t.Scaled(P::MotorVolts) * FullScale -
+                            t.Get(P::IrCompensation) * share(P::CurrentFeedback);
+    return {
+        {"Velocity Demand", t.Get(P::VelocityDemand),
+         turned(P::RampOutput, P::InvertA) + (isReferenced ? trims : 0)},
+        {"Vel Error", t.Get(P::VelocityError),
+         double(t.Get(P::FinalVelocityDemand) - t.Get(P::VelocityFeedback))},
+        {"AFB", t.Get(P::ArmatureFeedback), armature, 30},
+        {"Current Demand", t.Get(P::CurrentDemand),
+         double(!isTorque      ? t.Get(P::VelocityLoopOutput)
+                : isReferenced ? t.Get(P::TorqueReference)
+                               : 0)},
+        {"Final I Demand", t.Get(P::FinalCurrentDemand),
+         double(std::clamp(t.Get(P::CurrentDemand) + t.Get(P::AuxCurrentDemand),
+                           t.Get(P::NegativeCurrentLimit), t.Get(P::PositiveCurrentLimit)))},
+        {"Final Field I Demand", t.Get(P::FinalFieldDemand), fieldFlow},
+        {"Field I Feedback (Filtered)", t.Get(P::FieldCurrentFiltered),
+         -double(t.Get(P::FieldCurrentFeedback)), 30},
+        {"Field Amps", t.Get(P::FieldAmps), share(P::FieldCurrentFeedback) * 800},
+        {"Prop Status", t.Get(P::AuxPropStatus), share(P::AuxPropGain) * t.Get(P::AuxError)},
+        {"Output", t.Get(P::AuxOutput),
+         (t.IsOn(P::AuxPolarity) ? parts : std::max(parts, 0.0)) * share(P::AuxScale) + t.Get(P::AuxTrim)},
+        {"At Limit", t.Get(P::AuxAtLimit),
+         double(std::abs(t.Get(P::AuxIntegralStatus)) >= t.Get(P::AuxIntegralClamp))},
+    };
+}
+
+TEST_F(Machine, BoxesShowWhatTheirDrawingsCompute)
+{
+    const std::initializer_list<std::pair<int, int>> setups[] = {
+        {},
+        {{P::SetpointB, 700}, {P::SetpointC, -300}, {P::InvertC, 1}, {P::AuxCurrentDemand, 200}},
+        {{P::IrCompensation, 300}, {P::FieldCurrentOffset, 300}, {P::AuxSetpoint, 900}},
+        {{P::DriveModeLow, 1}, {P::TorqueReference, 2000}, {P::AuxFeedback, 900}, {P::AuxPolarity, 0}},
+        {{P::CrossoverEnable, 1}, {P::AuxSetpoint, 900}, {P::AuxIntegralClamp, 50}, {P::AuxTrim, 100}}};
+    for (const auto &setup : setups) {
+        for (const auto &[p, rawValue] : setup)
+            table.Put(p, rawValue);
+        Run(4);
+        for (const double seconds : {0.0, 4.0, -0.1}) {
+            if (seconds == 0)
+                Start(5000);
+            else if (seconds < 0)
+                Stop();
+            Run(std::abs(seconds));
+            for (const Drawn &drawn : DrawnSums(table))
+                EXPECT_NEAR(drawn.shown, drawn.computed, drawn.tolerance)
+                    << drawn.box << " in state " << int(table.DriveState()) << " of setup "
+                    << &setup - setups;
+        }
+        EXPECT_TRUE(RunUntil(State::Stop, 30));
+    }
+}
+
 TEST_F(Machine, StopModesTakeTheirStates)
 {
     for (const State state : {State::RampStop, State::QuickStop, State::CoastStop}) {
