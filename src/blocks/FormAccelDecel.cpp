@@ -67,18 +67,20 @@ private:
     {
         const QRectF tableA =
             Table({0, 0}, QStringLiteral("Set A"), {FwdAccelA, FwdDecelA, RevAccelA, RevDecelA});
-        const QRectF tableB = Table({tableA.right() + 26, 0}, QStringLiteral("Set B"),
+        const QRectF tableB = Table({tableA.right() + 2, 0}, QStringLiteral("Set B"),
                                     {FwdAccelB, FwdDecelB, RevAccelB, RevDecelB});
-        const double x = (tableA.right() + tableB.left()) / 2;
-        const double y = tableA.center().y();
-        set_ = d.Switch(QStringLiteral("LineRampSel"), {x, y + 7}, {{x - 5, y}, {x + 5, y}});
-        d.Line({{tableA.right(), y}, Side::Right}, set_.Contact(SetA));
-        d.Line({{tableB.left(), y}, Side::Left}, set_.Contact(SetB));
+        const double x = tableB.right() + 8;
+        const double yB = tableB.center().y();
+        const double yA = tableA.bottom() + 3;
+        const double middle = (yA + yB) / 2;
+        set_ = d.Switch(QStringLiteral("LineRampSel"), {x + 8, middle}, {{x, yA}, {x, yB}});
+        d.Line({{tableA.center().x(), tableA.bottom()}, Side::Bottom}, set_.Contact(SetA));
+        d.Line({{tableB.right(), yB}, Side::Right}, set_.Contact(SetB));
         ClickToFlip(QStringLiteral("Image1(1)"), set_.Area(),
                     QStringLiteral("Double-click to change over between the sets A and B"), RampSelect);
-        const Shape select = Box(RampSelect, {tableA.right() - 13.5, tableA.bottom() + 5}, CaptionAt::Left);
-        d.Link(select.Right(), set_);
-        rampX_ = x;
+        const Shape select = Box(RampSelect, {x + 4 - BoxSize(RampSelect).width() / 2, 2.5});
+        d.Link(select.Bottom(), set_);
+        rampX_ = x + 16;
     }
 
     void DrawPath(Drawing &d)
@@ -86,12 +88,14 @@ private:
         const double y = PathY;
         const Shape input = Box(RampInput, {0, y});
         const Port split = d.Dot({18, y});
+        const Port taken = d.Dot({15, y});
         const Shape ramp = d.Ramp({rampX_ - 4, y});
         d.Label(QStringLiteral("LabelRamp"), QStringLiteral("Ramp"), {rampX_ + 5, y - 5.5}, Qt::AlignLeft);
         const double switchX = rampX_ + 14;
         bypass_ = d.Switch(QStringLiteral("LineRampBypass"), {switchX + 8, y + 4},
                            {{switchX, y}, {switchX, y + 8}});
-        d.Line(input.Right(), split);
+        d.Line(input.Right(), taken);
+        d.Line(taken, split);
         d.Wire(split, ramp.Left());
         d.Wire(set_.Pivot(), ramp.Top());
         d.Line(ramp.Right(), bypass_.Contact(ThroughRamp));
@@ -112,12 +116,31 @@ private:
                     QStringLiteral("Double-click to set Fwd Accel A to its smallest step, 0.1 seconds"),
                     FwdAccelA);
 
-        const Shape output = Box(RampOutput, {enableX + 15, y + 7});
-        d.Wire(enable_.Pivot(), output.Left());
-        d.Wire(output.Right(), {{output.Rect().right() + 5, y + 7}, Side::Left});
-        const Shape threshold = Box(RampThreshold, {enableX - 8, y + 24}, CaptionAt::Below);
-        const Shape status = Box(RampingStatus, {enableX + 15, y + 24}, CaptionAt::Below);
-        d.Wire(threshold.Right(), status.Left());
+        const double pathY = y + 7;
+        const Port given = d.Dot({enableX + 12, pathY});
+        const Shape output = Box(RampOutput, {enableX + 16, pathY});
+        d.Line(enable_.Pivot(), given);
+        d.Wire(given, output.Left());
+        d.Wire(output.Right(), {{output.Rect().right() + 5, pathY}, Side::Left});
+        DrawStatus(d, taken, given);
+    }
+
+    /** What the ramp's output still lacks, against the threshold. */
+    void DrawStatus(Drawing &d, const Port &input, const Port &output)
+    {
+        const double y = PathY + 21;
+        const double x = output.at.x();
+        const Shape rest = d.Sum({x, y}, QStringLiteral("+-"));
+        const Shape magnitude = d.Absolute({x + 4, y});
+        const Shape comparator = d.Comparator({x + 14, y}, QStringLiteral(">"));
+        const Shape threshold = Box(RampThreshold, {x + 2, y + 8}, CaptionAt::Below);
+        const Shape status = Box(RampingStatus, {x + 25, y}, CaptionAt::Below);
+        d.Wire({input.at, Side::Bottom}, rest.Left());
+        d.Wire({output.at, Side::Bottom}, rest.Top());
+        d.Wire(rest.Right(), magnitude.Left());
+        d.Wire(magnitude.Right(), comparator.Left());
+        d.Wire(threshold.Right(), comparator.Bottom());
+        d.Wire(comparator.Right(), status.Left());
     }
 
     double rampX_ = 0;

@@ -57,8 +57,7 @@ protected:
         d.Label(QStringLiteral("LabelCurrent"), QStringLiteral("Current"), {18, y + 4.6});
         d.Link(Box(Type, {18, y + RowBelow}, CaptionAt::Below).Top(), typeSwitch_);
 
-        const Shape filter =
-            d.Function({34, y}, {9, 6}, QStringLiteral("Filter"), QStringLiteral("LabelFiltering"));
+        const Shape filter = d.Filter({34, y}, QStringLiteral("LabelFiltering"));
         const Shape filtering = Box(Filtering, {32.5, y + RowBelow}, CaptionAt::Below);
         const Shape status = Box(Status, {48, y});
         d.Wire(typeSwitch_.Pivot(), filter.Left());
@@ -66,7 +65,10 @@ protected:
         d.Wire(filter.Right(), status.Left());
 
         const Shape polarity = Box(Polarity, {45, y + RowAbove});
-        const Shape curve = CalibrationStage(d, {66, y}, LowCalibration, HighCalibration, Bias, Gain);
+        const QString curveName = QStringLiteral("CurvePolarity");
+        const Shape curve =
+            CalibrationStage(d, {66, y}, LowCalibration, HighCalibration, Bias, Gain, curveName);
+        curve_ = d.Part(curveName);
         d.Wire(status.Right(), curve.Left());
         d.Wire(polarity.Right(), curve.LeftAt(y - 4), 61.5);
 
@@ -78,12 +80,14 @@ protected:
     void Tick() override
     {
         typeSwitch_.Set(RowText(Type) == QStringLiteral("Voltage") ? Voltage : Current);
+        curve_.Set(RowValue(Polarity) != 0);
         signSwitch_.Set(RowValue(Invert) == 1 ? SwitchedIn : PassedBy);
     }
 
 private:
     int member_;
     LivePart typeSwitch_;
+    LivePart curve_;
     LivePart signSwitch_;
 };
 

@@ -44,10 +44,14 @@ protected:
 
         absSwitch_ = OptionalStage(d, sum.Right(), {x + 30, y}, Stage::Absolute, AbsoluteValue,
                                    QStringLiteral("LineAbs"));
-        const double right = absSwitch_.Pivot().at.x();
+        const Shape counts = d.Scale({absSwitch_.Pivot().at.x() + 4, y}, QStringLiteral("x 4095"));
+        const Shape range = d.Limiter({counts.Rect().right() + 4, y});
+        const double right = range.Rect().right();
         const Shape status = Box(Status, {right + 5, y});
         const Shape converter = d.Function({right + 22, y}, {9, 10}, QStringLiteral("D/A"));
-        d.Wire(absSwitch_.Pivot(), status.Left());
+        d.Wire(absSwitch_.Pivot(), counts.Left());
+        d.Wire(counts.Right(), range.Left());
+        d.Wire(range.Right(), status.Left());
         d.Wire(status.Right(), converter.Left());
 
         const double terminalX = right + 37;

@@ -48,7 +48,10 @@ protected:
         DrawError(d);
         DrawLoop(d);
         DrawOutput(d);
+        DrawLimit(d);
     }
+
+    void Tick() override { polarity_.Set(RowValue(Polarity) != 0); }
 
 private:
     static constexpr double PathY = 24;
@@ -66,33 +69,30 @@ private:
 
         // The size of the error decides whether it lies within the dead band.
         const Port split = d.Dot({39, y});
-        const Shape absolute =
-            d.Function({33, y + 13}, {8, 5}, QStringLiteral("ABS"), QStringLiteral("Label2"));
-        const Shape band = d.Hysteresis({46, y});
-        const Shape deadband = Box(Deadband, {45, y + 20}, CaptionAt::Below);
+        const Shape magnitude = d.Absolute({41, y + 11}, QStringLiteral("Label2"));
+        const Shape band = d.DeadBand({46, y});
+        const Shape deadband = Box(Deadband, {46.5, y + 20}, CaptionAt::Below);
         d.Line(error.Right(), split);
         d.Wire(split, band.Left());
-        d.Wire({split.at, Side::Bottom}, {{39, absolute.Rect().top()}, Side::Top});
-        d.Wire(absolute.Right(), band.BottomAt(47.5));
-        d.Wire(deadband.Top(), band.BottomAt(51));
+        d.Wire({split.at, Side::Bottom}, magnitude.Left());
+        d.Wire(magnitude.Right(), band.BottomAt(50));
+        d.Wire(deadband.Top(), band.BottomAt(52.5));
         band_ = band;
     }
 
     void DrawLoop(Drawing &d)
     {
         const double y = PathY;
-        const Shape pi = d.Function({62, y}, {16, 12}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
-        const Shape polarity = Box(Polarity, {42, y - 18});
+        const Shape pi = d.Pi({62, y}, {16, 12});
+        const Shape reset = Box(Reset, {42, y - 18});
         const Shape gain = Box(PropGain, {59, y - 18});
         const Shape time = Box(IntegralTime, {76, y - 18});
-        const Shape clamp = Box(IntegralClamp, {61, y + 20}, CaptionAt::Below);
-        const Shape reset = Box(Reset, {82, y + 20}, CaptionAt::Below);
+        clamp_ = Box(IntegralClamp, {62, y + 20}, CaptionAt::Below);
         d.Wire(band_.Right(), pi.Left());
-        d.Wire(polarity.Right(), pi.LeftAt(y - 4), 57.5);
+        d.Wire(reset.Right(), pi.LeftAt(y - 4), 57.5);
         d.Wire(gain.Bottom(), pi.TopAt(65));
         d.Wire(time.Bottom(), pi.TopAt(75), y - 10);
-        d.Wire(clamp.Top(), pi.BottomAt(67));
-        d.Wire(reset.Top(), pi.BottomAt(74), y + 13);
+        d.Wire(clamp_.Top(), pi.BottomAt(68));
         pi_ = pi;
     }
 
@@ -100,30 +100,53 @@ private:
     {
         const double y = PathY;
         const Shape proportional = Box(PropStatus, {86, y - 4});
-        const Shape integral = Box(IntegralStatus, {86, y + 4}, CaptionAt::Below);
+        const Shape integral = Box(IntegralStatus, {86, y + 4}, CaptionAt::AboveRight);
+        integral_ = d.Dot({100.5, y + 4});
         const Shape sum = d.Sum({103, y}, QStringLiteral(" + +"));
         d.Wire(pi_.RightAt(y - 4), proportional.Left());
         d.Wire(pi_.RightAt(y + 4), integral.Left());
         d.Wire(proportional.Right(), sum.Top());
-        d.Wire(integral.Right(), sum.Bottom());
+        d.Line(integral.Right(), integral_);
+        d.Wire({integral_.at, Side::Right}, sum.Bottom());
 
-        const Shape scale = d.Multiplier({110, y});
-        const Shape factor = Box(PiScale, {104, y - 18});
-        const Shape trimSum = d.Sum({117, y}, QStringLiteral("+  +"));
-        const Shape trim = Box(PiTrim, {111, y + 20}, CaptionAt::Below);
-        const Shape output = Box(Output, {123, y});
-        const Shape limit = Box(AtLimit, {127, y + 20}, CaptionAt::Below);
-        d.Wire(sum.Right(), scale.Left());
+        const Shape limiter = d.Limiter({109, y}, QStringLiteral("LimiterPolarity"));
+        polarity_ = d.Part(QStringLiteral("LimiterPolarity"));
+        const Shape polarity = Box(Polarity, {106, y - 18});
+        const Shape scale = d.Multiplier({126, y});
+        const Shape factor = Box(PiScale, {120, y - 18});
+        const Shape trimSum = d.Sum({140, y}, QStringLiteral("++"));
+        const Shape trim = Box(PiTrim, {134, y - 18});
+        const Shape output = Box(Output, {OutputX, y});
+        d.Wire(sum.Right(), limiter.Left());
+        d.Wire(polarity.Bottom(), limiter.Top());
+        d.Wire(limiter.Right(), scale.Left());
         d.Wire(factor.Bottom(), scale.Top());
         d.Wire(scale.Right(), trimSum.Left());
-        d.Wire(trim.Top(), trimSum.Bottom());
+        d.Wire(trim.Bottom(), trimSum.Top());
         d.Wire(trimSum.Right(), output.Left());
-        d.Guide(output.BottomAt(133), limit.TopAt(133));
-        d.Wire(output.Right(), {{140, y}, Side::Left});
+        d.Wire(output.Right(), {{OutputX + 17, y}, Side::Left});
     }
+
+    /** At its limit is the loop whose integral part stands at the clamp. */
+    void DrawLimit(Drawing &d)
+    {
+        const double y = PathY + 12;
+        const Shape magnitude = d.Absolute({105, y});
+        const Shape comparator = d.Comparator({118, y}, QStringLiteral("\u2265"));
+        const Shape limit = Box(AtLimit, {OutputX, y}, CaptionAt::Below);
+        d.Wire({integral_.at, Side::Bottom}, magnitude.Left());
+        d.Wire(magnitude.Right(), comparator.Left());
+        d.Wire(clamp_.Right(), comparator.Bottom());
+        d.Wire(comparator.Right(), limit.Left());
+    }
+
+    static constexpr double OutputX = 146;
 
     Shape band_;
     Shape pi_;
+    Shape clamp_;
+    Port integral_;
+    LivePart polarity_;
 };
 
 } // namespace

@@ -81,6 +81,7 @@ protected:
         const Model &model = desk().model;
         const std::int32_t rawState = model.Value(Param::DriveState);
         enableSwitch_.Set(rawState == 1 || rawState == 3 ? Closed : Open);
+        firing_.Set(RowText(LoopEnable) == QStringLiteral("True") ? Closed : Open);
         ShowDriveMode();
         positiveFoldback_.Set(model.Value(FoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
         ShowActiveLimit();
@@ -116,24 +117,26 @@ private:
     void DrawDemand(Drawing &d)
     {
         const double y = PathY;
-        Box(DriveModeMsb, {0, y - 22});
-        const Shape low = Box(DriveModeLsb, {21, y - 22});
+        const Shape high = Box(DriveModeMsb, {8, y - 22});
+        const Shape low = Box(DriveModeLsb, {31, y - 22});
         const Shape torque = Box(TorqueReference, {0, y + 4}, CaptionAt::Below);
-        modeSwitch_ = d.Switch(QStringLiteral("LineDriveMode"), {31.5, y}, {{25, y - 4}, {25, y + 4}});
-        d.Label({}, QStringLiteral("(205) Vel Loop Output"), {0, y - 4}, Qt::AlignLeft, true);
-        d.Line(torque.Right(), modeSwitch_.Contact(Torque));
-        d.Line({{22.2, y - 4}, Side::Right}, modeSwitch_.Contact(Velocity));
-        d.Link({{28.25, low.Rect().bottom()}, Side::Bottom}, modeSwitch_);
-        d.Label(QStringLiteral("LabelDriveMode"), QStringLiteral("Undefined"), {28.5, y - 6}, Qt::AlignLeft,
+        const Port velocity = d.From({20, y - 4}, QStringLiteral("(205) Vel Loop Output"));
+        // A stop takes the torque reference away; the velocity loop brings the motor to rest.
+        enableSwitch_ = d.Contact(QStringLiteral("ShapeSwitch"), {21.5, y + 4}, {15, y + 4});
+        d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {18.2, y - 0.4});
+        modeSwitch_ = d.Switch(QStringLiteral("LineDriveMode"), {33, y}, {{26.5, y - 4}, {26.5, y + 4}});
+        d.Line(torque.Right(), enableSwitch_.Contact(0));
+        d.Line(enableSwitch_.Pivot(), modeSwitch_.Contact(Torque));
+        d.Line(velocity, modeSwitch_.Contact(Velocity));
+        d.Link(high.Bottom(), modeSwitch_);
+        d.Link(low.Bottom(), modeSwitch_);
+        d.Label(QStringLiteral("LabelDriveMode"), QStringLiteral("Undefined"), {30.5, y - 6}, Qt::AlignLeft,
                 true);
 
-        enableSwitch_ = d.Contact(QStringLiteral("ShapeSwitch"), {41, y}, {34, y});
-        d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {37.5, y + 3});
-        d.Line(modeSwitch_.Pivot(), enableSwitch_.Contact(0));
-        const Shape demand = Box(CurrentDemand, {44, y}, CaptionAt::Below);
-        const Shape sum = d.Sum({60, y}, QStringLiteral("++"));
-        const Shape aux = Box(AuxDemand, {44, y - 11});
-        d.Wire(enableSwitch_.Pivot(), demand.Left());
+        const Shape demand = Box(CurrentDemand, {37.5, y}, CaptionAt::Below);
+        const Shape sum = d.Sum({54, y}, QStringLiteral("++"));
+        const Shape aux = Box(AuxDemand, {38, y - 11});
+        d.Wire(modeSwitch_.Pivot(), demand.Left());
         d.Wire(demand.Right(), sum.Left());
         d.Wire(aux.Right(), sum.Top());
         sum_ = sum;
@@ -142,7 +145,7 @@ private:
     void DrawLimits(Drawing &d)
     {
         const double y = PathY;
-        const Shape limiter = d.Function({66, y}, {20, 16}, QString());
+        const Shape limiter = d.Function({57.5, y}, {20, 16}, QString());
         const double left = limiter.Rect().left();
         const double right = limiter.Rect().right();
         const double middle = limiter.Rect().center().x();
@@ -156,68 +159,71 @@ private:
             d.Limit(QStringLiteral("LineNegILimit"), {QPointF(left + 1, y + 6), QPointF(middle - 3, y + 6)});
         d.Limit({}, {QPointF(middle - 3, y + 6), QPointF(middle + 3, y - 6)});
         d.Label(QStringLiteral("LabelFoldback"), QStringLiteral("Foldback"), {middle + 4.8, y - 0.8});
-        const Shape positive = Box(PositiveLimit, {70, y - 14});
-        const Shape negative = Box(NegativeLimit, {70, y + 16}, CaptionAt::Below);
+        const Shape positive = Box(PositiveLimit, {61.5, y - 14});
+        const Shape negative = Box(NegativeLimit, {61.5, y + 16}, CaptionAt::Below);
         d.Wire(sum_.Right(), limiter.Left());
         d.Wire(positive.Bottom(), limiter.Top());
         d.Wire(negative.Top(), limiter.Bottom());
 
-        const Shape final = Box(FinalDemand, {91, y}, CaptionAt::Below);
-        const Port branch = d.Dot({106, y});
-        const Shape filter = d.Function({102, y - 13}, {8, 5}, QStringLiteral("Filter"));
-        const Shape filtered = Box(FinalDemandFiltered, {86, y - 22});
-        error_ = d.Sum({110, y}, QStringLiteral("+  -"));
+        const Shape final = Box(FinalDemand, {81.5, y}, CaptionAt::Below);
+        const Port branch = d.Dot({96.5, y});
+        const Shape filter = d.Filter({100.5, y - 24});
+        const Shape filtered = Box(FinalDemandFiltered, {114.5, y - 24});
+        error_ = d.Sum({100.5, y}, QStringLiteral("+  -"));
         d.Wire(limiter.Right(), final.Left());
         d.Line(final.Right(), branch);
         d.Wire(branch, error_.Left());
-        d.Wire({branch.at, Side::Top}, filter.Bottom());
-        d.Wire(filter.Top(), filtered.Right());
+        d.Wire({branch.at, Side::Top}, filter.Left());
+        d.Wire(filter.Right(), filtered.Left());
     }
 
     void DrawLoop(Drawing &d)
     {
         const double y = PathY;
-        const Shape error = Box(CurrentError, {114, y}, CaptionAt::Below);
-        const Shape pi = d.Function({133, y}, {11, 10}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
-        const Shape gain = Box(PropGain, {115, y - 22});
-        const Shape time = Box(IntegralTime, {140, y - 22});
-        const Shape enable = Box(LoopEnable, {113, y + 12}, CaptionAt::Below);
-        const Shape regen = Box(RegenMode, {113, y + 20}, CaptionAt::Below);
+        const Shape error = Box(CurrentError, {104.5, y}, CaptionAt::Below);
+        const Shape pi = d.Pi({123.5, y}, {11, 10});
+        const Shape gain = Box(PropGain, {101.5, y - 16});
+        const Shape time = Box(IntegralTime, {101.5, y - 9});
+        const Shape regen = Box(RegenMode, {104.5, y + 10}, CaptionAt::Below);
         d.Wire(error_.Right(), error.Left());
         d.Wire(error.Right(), pi.Left());
-        d.Wire(gain.Right(), pi.TopAt(136));
-        d.Wire(time.Left(), pi.TopAt(139));
-        d.Wire(enable.Right(), pi.BottomAt(136));
-        d.Wire(regen.Right(), pi.BottomAt(138.5));
+        d.Wire(gain.Right(), pi.TopAt(131.5));
+        d.Wire(time.Right(), pi.TopAt(126.5));
+        d.Wire(regen.Right(), pi.BottomAt(129));
 
-        loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitch2"), {154, y + 3}, {{146, y}, {146, y + 6}});
+        loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitch2"), {146.5, y + 3}, {{138.5, y}, {138.5, y + 6}});
         d.Line(pi.Right(), loopSwitch_.Contact(ClosedLoop));
-        const Shape setpoint = Box(OpenLoopSetpoint, {140, y + 16}, CaptionAt::Below);
-        d.Line(setpoint.Top(), loopSwitch_.Contact(OpenLoop));
+        const Shape setpoint = Box(OpenLoopSetpoint, {117.5, y + 17}, CaptionAt::Below);
+        d.Line(setpoint.Right(), loopSwitch_.Contact(OpenLoop), 134);
         ClickToFlip(QStringLiteral("Image1"), loopSwitch_.Area(),
                     QStringLiteral("Double-click to change over between closed and open loop"),
                     OpenLoopSelect);
-        const Shape select = Box(OpenLoopSelect, {144, y - 10});
+        const Shape select = Box(OpenLoopSelect, {136.5, y - 9});
         d.Link(select.Bottom(), loopSwitch_);
-        const Shape angle = Box(ConductionAngle, {158, y + 3}, CaptionAt::Below);
-        d.Wire(loopSwitch_.Pivot(), angle.Left());
-        d.Wire(angle.Right(), {{174, y + 3}, Side::Left});
+        // Nothing fires the bridges while the loops are blocked, in open loop neither.
+        firing_ = d.Contact(QStringLiteral("LineLoopEnable"), {157.5, y + 3}, {150.5, y + 3});
+        d.Line(loopSwitch_.Pivot(), firing_.Contact(0));
+        const Shape enable = Box(LoopEnable, {148, y + 12}, CaptionAt::Below);
+        d.Link(enable.Top(), firing_);
+        const Shape angle = Box(ConductionAngle, {161.5, y + 3});
+        d.Wire(firing_.Pivot(), angle.Left());
+        d.Wire(angle.Right(), {{178.5, y + 3}, Side::Left});
     }
 
     void DrawFeedback(Drawing &d)
     {
         const double y = FeedbackY;
-        const Shape feedback = Box(CurrentFeedback, {86, y});
-        const Port branch = d.Dot({110, y});
-        const Shape filter = d.Function({118, y}, {8, 5}, QStringLiteral("Filter"));
-        const Shape filtered = Box(FeedbackFiltered, {132, y});
-        const Shape scale = d.Function({118, y + 9}, {9, 5}, QStringLiteral("x (123)"));
-        const Shape amps = Box(ArmatureAmps, {132, y + 9}, CaptionAt::Below);
+        const Shape feedback = Box(CurrentFeedback, {76.5, y});
+        const Port branch = d.Dot({100.5, y});
+        const Shape filter = d.Filter({108.5, y});
+        const Shape filtered = Box(FeedbackFiltered, {122.5, y});
+        const Shape scale = d.Scale({108.5, y + 9}, QStringLiteral("x (123)"));
+        const Shape amps = Box(ArmatureAmps, {122.5, y + 9}, CaptionAt::Below);
         d.Line(feedback.Right(), branch);
         d.Wire({branch.at, Side::Top}, error_.Bottom());
         d.Wire(branch, filter.Left());
         d.Wire(filter.Right(), filtered.Left());
-        d.Path({{branch.at, {110, y + 9}, scale.Left().at}}, true);
+        d.Path({{branch.at, {100.5, y + 9}, scale.Left().at}}, true);
         d.Wire(scale.Right(), amps.Left());
     }
 
@@ -226,6 +232,7 @@ private:
     LivePart modeSwitch_;
     LivePart enableSwitch_;
     LivePart loopSwitch_;
+    LivePart firing_;
     LivePart positiveLimit_;
     LivePart negativeLimit_;
     LivePart positiveFoldback_;

@@ -37,40 +37,61 @@ public:
 protected:
     void Draw(Drawing &d) override
     {
-        DrawLoss(d, 0, {QStringLiteral("Field Current"), FieldLossLevel, FieldLossInhibit},
-                 QStringLiteral("Field Loss"));
-        DrawLoss(d, 16, {QStringLiteral("Velocity Feedback"), VfbLossLevel, VfbLossInhibit},
-                 QStringLiteral("VFB Loss"));
-        const Shape overspeed =
-            DrawTest(d, 32, QStringLiteral("Velocity Feedback"), QStringLiteral(">"), OverspeedLevel);
+        const Shape weak = DrawTest(d, 0, From(d, 0, QStringLiteral("Field Current")), FieldLossLevel);
+        DrawInhibit(d, weak, FieldLossInhibit, QStringLiteral("Field Loss"));
+        const Shape apart = DrawTest(d, 23, DrawDifference(d, 23), VfbLossLevel, QStringLiteral(">"));
+        DrawInhibit(d, apart, VfbLossInhibit, QStringLiteral("VFB Loss"));
+        const Shape overspeed = DrawTest(d, 41, Size(d, 41, QStringLiteral("Velocity Feedback")),
+                                         OverspeedLevel, QStringLiteral(">"));
         DrawResult(d, overspeed.Right(), QStringLiteral("OverSpeed"));
         const QString current = QStringLiteral("Armature Current");
-        const Shape overCurrent = DrawTest(d, 43, current, QStringLiteral("Delay"), OverCurrentTime);
+        const Shape overCurrent =
+            DrawTest(d, 53, Size(d, 53, current), OverCurrentTime, QStringLiteral("Delay"));
         DrawResult(d, overCurrent.Right(), QStringLiteral("OverCurrent"));
-        const Shape foldback = DrawTest(d, 54, current, QStringLiteral("Delay"), FoldbackTime);
-        const Shape status = Box(FoldbackStatus, {56, 54}, CaptionAt::Below);
+        const Shape foldback = DrawTest(d, 65, Size(d, 65, current), FoldbackTime, QStringLiteral("Delay"));
+        const Shape status = Box(FoldbackStatus, {63, 65}, CaptionAt::Below);
         d.Wire(foldback.Right(), status.Left());
         DrawResult(d, status.Right(), QStringLiteral("Current Limit Foldback"));
     }
 
 private:
-    struct Loss {
-        QString signal;
-        RowIndex level;
-        RowIndex inhibit;
-    };
-
     static constexpr double BoxX = 24;
-    static constexpr double TestX = 43;
-    static constexpr double ResultX = 76;
+    static constexpr double TestX = 46;
+    static constexpr double ResultX = 79;
     static constexpr double Reach = 2.5;
 
-    /** A signal held against the level or the time below it. */
-    Shape DrawTest(Drawing &d, double y, const QString &signal, const QString &test, RowIndex limit)
+    static Port From(Drawing &d, double y, const QString &signal)
     {
-        const Shape shape = d.Function({TestX, y}, {9, 8}, test);
-        d.Label({}, signal, {BoxX - 0.8, y - Reach}, Qt::AlignRight);
-        d.Wire({{BoxX, y - Reach}, Side::Right}, shape.LeftAt(y - Reach));
+        return d.From({BoxX, y - Reach}, signal);
+    }
+
+    /** A signal without its sign. */
+    static Port Size(Drawing &d, double y, const QString &signal)
+    {
+        const Shape magnitude = d.Absolute({29, y - Reach});
+        d.Wire(From(d, y, signal), magnitude.Left());
+        return magnitude.Right();
+    }
+
+    /** How far the armature's feedback lies above the one that is selected. */
+    static Port DrawDifference(Drawing &d, double y)
+    {
+        const double above = y - Reach - 7;
+        const Shape armature = d.Absolute({29, above});
+        const Shape difference = d.Sum({41, y - Reach}, QStringLiteral("-+"));
+        d.Wire(d.From({BoxX, above}, QStringLiteral("Armature Feedback")), armature.Left());
+        d.Wire(Size(d, y, QStringLiteral("Velocity Feedback")), difference.Left());
+        d.Wire(armature.Right(), difference.Top());
+        return difference.Right();
+    }
+
+    /** A signal held against the level or the time below it. */
+    Shape DrawTest(Drawing &d, double y, const Port &signal, RowIndex limit,
+                   const QString &test = QStringLiteral("<"))
+    {
+        const bool isDelay = test.size() > 1;
+        const Shape shape = isDelay ? d.Delay({TestX, y}, test) : d.Comparator({TestX, y}, test, {}, 8);
+        d.Wire(signal, shape.LeftAt(y - Reach));
         d.Wire(Box(limit, {BoxX, y + Reach}, CaptionAt::Left).Right(), shape.LeftAt(y + Reach));
         return shape;
     }
@@ -81,16 +102,16 @@ private:
         d.Label({}, name, {ResultX + 1, from.at.y()}, Qt::AlignLeft, true);
     }
 
-    /** The fault comes below the level, unless it is inhibited. */
-    void DrawLoss(Drawing &d, double y, const Loss &loss, const QString &fault)
+    /** The fault comes unless it is inhibited. */
+    void DrawInhibit(Drawing &d, const Shape &test, RowIndex inhibit, const QString &fault)
     {
-        const Shape below = DrawTest(d, y, loss.signal, QStringLiteral("<"), loss.level);
-        const Shape gate = d.And({62, y + Reach}, {}, 8);
-        d.Wire(below.Right(), gate.LeftAt(y));
+        const double y = test.Right().at.y();
+        const Shape gate = d.And({65, y + Reach}, {}, 8);
+        d.Wire(test.Right(), gate.LeftAt(y));
         const double inhibitY = y + Reach + 5;
         const Shape inverter = d.Inverter({TestX + 2, inhibitY});
-        d.Wire(Box(loss.inhibit, {BoxX, inhibitY}, CaptionAt::Left).Right(), inverter.Left());
-        d.Wire(inverter.Right(), gate.LeftAt(y + 2 * Reach), 57);
+        d.Wire(Box(inhibit, {BoxX, inhibitY}, CaptionAt::Left).Right(), inverter.Left());
+        d.Wire(inverter.Right(), gate.LeftAt(y + 2 * Reach), 60);
         DrawResult(d, gate.Right(), fault);
     }
 };

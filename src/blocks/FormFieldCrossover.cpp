@@ -32,12 +32,16 @@ protected:
         const double y = 14;
         const Shape setpoint = Box(Setpoint, {0, y});
         const Shape feedback = Box(ArmatureFeedback, {0, y + 11}, CaptionAt::Below);
-        const Shape sum = d.Sum({30, y}, QStringLiteral("+  -"));
+        const Shape magnitude = d.Absolute({22, y + 11});
+        const Shape sum = d.Sum({33, y}, QStringLiteral("+  -"));
         const Shape generator = d.Function({38, y}, {27, 8}, QStringLiteral("Field Referece Generator"),
                                            QStringLiteral("Label2"));
+        const Port demand = d.From({49, y - 8}, QStringLiteral("(339) Field I Demand"));
         const Shape minimum = Box(MinFieldCurrent, {45.5, y + 14}, CaptionAt::Below);
         d.Wire(setpoint.Right(), sum.Left());
-        d.Wire(feedback.Right(), sum.Bottom());
+        d.Wire(feedback.Right(), magnitude.Left());
+        d.Wire(magnitude.Right(), sum.Bottom());
+        d.Wire(demand, generator.Top());
         d.Wire(sum.Right(), generator.Left());
         d.Wire(minimum.Top(), generator.Bottom());
 

@@ -49,14 +49,6 @@ constexpr BlockRow Rows[] = {
 enum LoopContact { ClosedLoop, OpenLoop };
 enum FieldContact { On, Off };
 
-/** The rows of one measured quantity, from its offset to its value in units. */
-struct FeedbackRows {
-    int offset;
-    int feedback;
-    int filtered;
-    int units;
-};
-
 class FormFieldLoop final : public BlockForm
 {
 public:
@@ -73,12 +65,8 @@ protected:
     {
         DrawDemand(d);
         DrawLoop(d);
-        const double currentY = PathY + 31;
-        DrawFeedback(d, currentY, QStringLiteral("Field current"),
-                     {CurrentOffset, CurrentFeedback, CurrentFeedbackFiltered, FieldAmps});
-        d.Wire({d.Dot({ErrorX, currentY}).at, Side::Top}, error_.Bottom());
-        DrawFeedback(d, PathY + 49, QStringLiteral("Field voltage"),
-                     {VoltageOffset, VoltageFeedback, VoltageFeedbackFiltered, FieldVolts});
+        DrawCurrent(d, PathY + 31);
+        DrawVoltage(d, PathY + 51);
     }
 
     void Tick() override
@@ -89,7 +77,7 @@ protected:
 
 private:
     static constexpr double PathY = 22;
-    static constexpr double ErrorX = 84;
+    static constexpr double ErrorX = 86;
 
     void DrawDemand(Drawing &d)
     {
@@ -102,7 +90,7 @@ private:
         const Shape economy = d.Function({31, y}, {12, 5}, QStringLiteral("Economy"));
         const Shape enable = Box(EconomyEnable, {31, y + 12}, CaptionAt::Below);
         const Shape final = Box(FinalDemand, {49, y});
-        error_ = d.Sum({ErrorX, y}, QStringLiteral("+  -"));
+        error_ = d.Sum({ErrorX, y}, QStringLiteral("+  +"));
         d.Wire(demand.Right(), sum.Left());
         d.Wire(sum.Right(), economy.Left());
         d.Wire(enable.Top(), economy.Bottom());
@@ -113,7 +101,7 @@ private:
     void DrawLoop(Drawing &d)
     {
         const double y = PathY;
-        const Shape pi = d.Function({92, y}, {12, 9}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
+        const Shape pi = d.Pi({92, y}, {12, 9});
         const Shape gain = Box(PropGain, {80, y - 16});
         const Shape time = Box(IntegralTime, {104, y - 16});
         d.Wire(error_.Right(), pi.Left());
@@ -143,23 +131,51 @@ private:
         d.Wire(angle.Right(), {{158, y + 6}, Side::Left});
     }
 
-    void DrawFeedback(Drawing &d, double y, const QString &source, const FeedbackRows &rows)
+    /** A measured quantity less its offset. */
+    Shape DrawMeasured(Drawing &d, double y, const QString &source, int offsetRow, int feedbackRow)
     {
         const Shape input = d.Function({0, y}, {14, 5}, source);
         const Shape sum = d.Sum({22, y}, QStringLiteral("+  -"));
-        const Shape offset = Box(rows.offset, {4, y + 8}, CaptionAt::Below);
-        const Shape feedback = Box(rows.feedback, {28, y});
-        const Shape filter = d.Function({55, y}, {8, 5}, QStringLiteral("Filter"));
-        const Shape filtered = Box(rows.filtered, {67, y}, CaptionAt::Below);
-        const Shape scale = d.Function({98, y}, {10, 5}, QStringLiteral("Scale"));
-        const Shape units = Box(rows.units, {113, y}, CaptionAt::Below);
+        const Shape offset = Box(offsetRow, {4, y + 8}, CaptionAt::Below);
+        const Shape feedback = Box(feedbackRow, {28, y});
         d.Wire(input.Right(), sum.Left());
         d.Wire(offset.Right(), sum.Bottom());
         d.Wire(sum.Right(), feedback.Left());
+        return feedback;
+    }
+
+    /** The loop's filter turns the sign, so that demand and feedback are added. */
+    void DrawCurrent(Drawing &d, double y)
+    {
+        const Shape feedback =
+            DrawMeasured(d, y, QStringLiteral("Field current"), CurrentOffset, CurrentFeedback);
+        const Port branch = d.Dot({45.5, y});
+        const Shape negated = d.Gain({49, y}, QStringLiteral("-1"));
+        const Shape filter = d.Filter({58, y});
+        const Shape filtered = Box(CurrentFeedbackFiltered, {70.5, y}, CaptionAt::Below);
+        const Shape scale = d.Scale({57.5, y + 9}, QStringLiteral("Scale"));
+        const Shape amps = Box(FieldAmps, {113, y + 9}, CaptionAt::Below);
+        d.Line(feedback.Right(), branch);
+        d.Wire(branch, negated.Left());
+        d.Wire(negated.Right(), filter.Left());
+        d.Wire(filter.Right(), filtered.Left());
+        d.Wire(filtered.Right(), error_.Bottom());
+        d.Path({{branch.at, {branch.at.x(), y + 9}, scale.Left().at}}, true);
+        d.Wire(scale.Right(), amps.Left());
+    }
+
+    void DrawVoltage(Drawing &d, double y)
+    {
+        const Shape feedback =
+            DrawMeasured(d, y, QStringLiteral("Field voltage"), VoltageOffset, VoltageFeedback);
+        const Shape filter = d.Filter({58, y});
+        const Shape filtered = Box(VoltageFeedbackFiltered, {70.5, y}, CaptionAt::Below);
+        const Shape scale = d.Scale({98, y}, QStringLiteral("Scale"));
+        const Shape volts = Box(FieldVolts, {113, y}, CaptionAt::Below);
         d.Wire(feedback.Right(), filter.Left());
         d.Wire(filter.Right(), filtered.Left());
         d.Wire(filtered.Right(), scale.Left());
-        d.Wire(scale.Right(), units.Left());
+        d.Wire(scale.Right(), volts.Left());
     }
 
     Shape error_;

@@ -66,13 +66,15 @@ protected:
         d.Wire(absSwitch_.Pivot(), comparator.Left());
         d.Wire(on.Bottom(), comparator.Top());
         d.Wire(off.Top(), comparator.Bottom());
-        invertSwitch_ = OptionalStage(d, comparator.Right(), {comparatorX + 13, digitalY}, Stage::Negate,
-                                      Invert, QStringLiteral("LineInvert"));
+        invertSwitch_ = OptionalStage(d, comparator.Right(), {comparatorX + 13, digitalY}, Stage::Not, Invert,
+                                      QStringLiteral("LineInvert"));
 
         const double modeX = invertSwitch_.Pivot().at.x() + 8;
         modeSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {modeX + 8, middleY},
                                {{modeX, middleY - 4}, {modeX, middleY + 4}});
-        d.Line(sum.Right(), modeSwitch_.Contact(Frequency), modeX - 5);
+        const Shape hertz = d.Scale({x + 42, frequencyY}, QStringLiteral("x 2000"));
+        d.Wire(sum.Right(), hertz.Left());
+        d.Line(hertz.Right(), modeSwitch_.Contact(Frequency), modeX - 5);
         d.Line(invertSwitch_.Pivot(), modeSwitch_.Contact(Digital), modeX - 5);
         d.Link(Box(Mode, {modeX - 2, frequencyY - 9}).Bottom(), modeSwitch_);
         Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, modeSwitch_.Area(),

@@ -42,7 +42,7 @@ protected:
     {
         const double y = 20;
         const Shape input = d.Function({0, y}, {12, 6}, QStringLiteral("Freq In"));
-        const Shape filter = d.Function({18, y}, {9, 6}, QStringLiteral("Filter"));
+        const Shape filter = d.Filter({18, y});
         const Shape filtering = Box(Filtering, {16.5, y + RowBelow}, CaptionAt::Below);
         const Shape status = Box(Status, {33, y});
         d.Wire(input.Right(), filter.Left());

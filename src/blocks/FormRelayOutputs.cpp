@@ -45,10 +45,10 @@ protected:
     {
         const double y = 20;
         const Shape source = SourceEnd(d, Source, y);
-        absSwitch_ = OptionalStage(d, source.Right(), {source.Rect().right() + 5, y}, Stage::Absolute,
-                                   AbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight);
+        absSwitch_ =
+            OptionalStage(d, source.Right(), {source.Rect().right() + 5, y}, Stage::Absolute, AbsoluteValue,
+                          QStringLiteral("LineAbs"), CaptionAt::BelowRight, QStringLiteral("LabelAbs"));
         const double x = absSwitch_.Pivot().at.x() + 6.5;
-        d.Label(QStringLiteral("LabelAbs"), QStringLiteral("ABS"), {x - 20.5, y + 8.4});
 
         const Shape comparator = d.Hysteresis({x, y});
         const Shape on = Box(OnValue, {x - 2, y + RowAbove});

@@ -32,20 +32,25 @@ public:
 protected:
     void Draw(Drawing &d) override
     {
-        const Shape sum = d.Sum({72, BranchY(1)}, QStringLiteral("++ +"));
-        d.Wire(DrawBranch(d, 0, RampOutput, InvertA).Pivot(), sum.Top());
-        d.Wire(DrawBranch(d, 1, SetpointB, InvertB).Pivot(), sum.Left());
-        d.Wire(DrawBranch(d, 2, SetpointC, InvertC).Pivot(), sum.Bottom());
+        const double trimY = (BranchY(1) + BranchY(2)) / 2;
+        const Shape trims = d.Sum({76, trimY}, QStringLiteral(" + +"));
+        const Shape sum = d.Sum({107, BranchY(0)}, QStringLiteral("+  +"));
+        d.Wire(DrawBranch(d, 0, RampOutput, InvertA).Pivot(), sum.Left());
+        d.Wire(DrawBranch(d, 1, SetpointB, InvertB).Pivot(), trims.Top());
+        d.Wire(DrawBranch(d, 2, SetpointC, InvertC).Pivot(), trims.Bottom());
 
-        const double y = BranchY(1);
-        enableSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {95, y + 3}, {{86, y}, {86, y + 6}});
-        d.Line(sum.Right(), enableSwitch_.Contact(Enabled));
+        // A ramp stop leads the ramp's output to zero; what is added to it is left out at once.
+        enableSwitch_ =
+            d.Switch(QStringLiteral("LineSwitch"), {99, trimY + 3}, {{90, trimY}, {90, trimY + 6}});
+        d.Line(trims.Right(), enableSwitch_.Contact(Enabled));
         d.Constant(QStringLiteral("Label2"), QStringLiteral("0.00%"), enableSwitch_.Contact(Disabled));
-        d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {90.5, y - 3.5});
-        const Shape demand = Box(VelocityDemand, {101, y + 3});
-        d.Wire(enableSwitch_.Pivot(), demand.Left());
-        d.Wire(demand.Right(), {{118, y + 3}, Side::Left});
-        d.Label({}, QStringLiteral("Velocity Loop"), {119, y + 3}, Qt::AlignLeft, true);
+        d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {94.5, trimY - 3.5});
+        d.Wire(enableSwitch_.Pivot(), sum.Bottom());
+        const double y = BranchY(0);
+        const Shape demand = Box(VelocityDemand, {113, y});
+        d.Wire(sum.Right(), demand.Left());
+        d.Wire(demand.Right(), {{130, y}, Side::Left});
+        d.Label({}, QStringLiteral("Velocity Loop"), {131, y}, Qt::AlignLeft, true);
     }
 
     void Tick() override

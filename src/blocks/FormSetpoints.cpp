@@ -90,9 +90,10 @@ private:
                   Write(RowParam(RefSelectMsb), wrapped / 2);
                   Write(RowParam(RefSelectLsb), wrapped % 2);
               });
-        const Shape high = Box(RefSelectMsb, {pivotX - 10.5, JogY - 3.5}, CaptionAt::Below);
-        Box(RefSelectLsb, {pivotX - 10.5, JogY + 4}, CaptionAt::Below);
-        d.Link({{pivotX - 4.5, high.Rect().top()}, Side::Top}, referenceSwitch_);
+        const Shape high = Box(RefSelectMsb, {9, JogY}, CaptionAt::BelowRight);
+        const Shape low = Box(RefSelectLsb, {25, JogY}, CaptionAt::Below);
+        d.Link(high.Top(), referenceSwitch_);
+        d.Link(low.Top(), referenceSwitch_);
     }
 
     void DrawSign(Drawing &d)
@@ -105,7 +106,7 @@ private:
         d.Path({{split.at, {35, ReferenceY - 4}, signSwitch_.Contact(AsIs).at}}, false);
         d.Path({{split.at, {35, ReferenceY + 4}, inverter.Left().at}}, true);
         d.Line(inverter.Right(), signSwitch_.Contact(Inverted));
-        const Shape invert = Box(ReferenceInvert, {47, ReferenceY - 11});
+        const Shape invert = Box(ReferenceInvert, {46.5, ReferenceY - 11});
         d.Link(invert.Bottom(), signSwitch_);
     }
 
@@ -114,9 +115,9 @@ private:
         sourceSwitch_ =
             d.Switch(QStringLiteral("LineSwitch"), {75, SourceY}, {{66, SourceY - 4}, {66, SourceY + 4}});
         d.Line(signSwitch_.Pivot(), sourceSwitch_.Contact(FromReference), 61);
-        const Shape jog = Box(JogReference, {44, JogY}, CaptionAt::Below);
+        const Shape jog = Box(JogReference, {46, JogY}, CaptionAt::Below);
         d.Line(jog.Right(), sourceSwitch_.Contact(FromJog), 61);
-        const Shape status = Box(JogStatus, {64.5, JogY + 3}, CaptionAt::Below);
+        const Shape status = Box(JogStatus, {64.5, JogY + 5}, CaptionAt::Below);
         d.Link(status.Top(), sourceSwitch_);
     }
 

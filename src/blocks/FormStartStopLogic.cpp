@@ -46,109 +46,174 @@ public:
 protected:
     void Draw(Drawing &d) override
     {
-        DrawRequest(d);
-        DrawRelease(d);
-        DrawGates(d);
+        run_ = Box(Run, {0, RunY});
+        stop_ = Box(Stop, {0, StopY});
+        jog_ = Box(Jog, {0, JogY});
+        DrawReady(d);
+        DrawStop(d);
+        DrawRun(d);
+        DrawJog(d);
         DrawOutput(d);
     }
 
     void Tick() override
     {
         const std::int32_t rawLogic = RowValue(LogicSelect);
-        logicSwitch_.Set(rawLogic == ThreeWire || rawLogic == TwoWire ? rawLogic : -1);
+        const int wires = rawLogic == ThreeWire || rawLogic == TwoWire ? rawLogic : -1;
+        logicSwitch_.Set(wires);
+        holdSwitch_.Set(wires);
+        runLatch_.Set(RowText(RunStatus) == QStringLiteral("True"));
+        jogLatch_.Set(RowText(JogStatus) == QStringLiteral("True"));
     }
 
 private:
-    static constexpr double RunY = 11;
-    static constexpr double StopY = 19;
-    static constexpr double ReleaseY = 31;
-    static constexpr double JogY = 47;
-    static constexpr double SplitX = 60;
-
-    /** Run and Stop: held by a latch with three wires, Run alone with two. */
-    void DrawRequest(Drawing &d)
-    {
-        const Shape run = Box(Run, {0, RunY});
-        const Shape stop = Box(Stop, {0, StopY});
-        const double latchY = (RunY + StopY) / 2;
-        const Shape latch =
-            d.Function({24, latchY}, {12, 13}, QStringLiteral("Latch"), QStringLiteral("LabelLatch"));
-        d.Label({}, QStringLiteral("S"), {25.5, RunY}, Qt::AlignHCenter);
-        d.Label({}, QStringLiteral("R"), {25.5, StopY}, Qt::AlignHCenter);
-        const Port split = d.Dot({18, RunY});
-        d.Line(run.Right(), split);
-        d.Wire(split, latch.LeftAt(RunY));
-        d.Wire(stop.Right(), latch.LeftAt(StopY));
-
-        const double directY = RunY - 6;
-        logicSwitch_ =
-            d.Switch(QStringLiteral("LineLogicSelect"), {53, RunY - 1}, {{44, latchY}, {44, directY}});
-        d.Line(latch.Right(), logicSwitch_.Contact(ThreeWire));
-        d.Path({{split.at, {split.at.x(), directY}, logicSwitch_.Contact(TwoWire).at}}, false);
-        d.Label(QStringLiteral("Label3Wire"), QStringLiteral("3 Wire"), {43.5, latchY + 1.8}, Qt::AlignRight);
-        d.Label(QStringLiteral("Label2Wire"), QStringLiteral("2 Wire"), {43.5, directY - 1.5},
-                Qt::AlignRight);
-        const Shape select = Box(LogicSelect, {48.5 - BoxSize(LogicSelect).width() / 2, directY - 7});
-        d.Link(select.Bottom(), logicSwitch_);
-    }
+    static constexpr double RunY = 9;
+    static constexpr double StopY = 27;
+    static constexpr double JogY = 40;
+    static constexpr double ReadyY = 58;
+    static constexpr double BranchX = 14.5;
+    static constexpr double ContactX = 33;
+    static constexpr double OrX = 67.5;
+    static constexpr double LatchX = 77.5;
+    static constexpr double StatusX = 91.5;
+    static constexpr double Beside = 2.5; ///< of a gate's inputs, from its middle
 
     /** What must be there before the drive runs or jogs. */
-    void DrawRelease(Drawing &d)
+    void DrawReady(Drawing &d)
     {
-        const Shape enable = Box(RunEnable, {0, ReleaseY - 4});
-        const Shape ready = Box(DriveReady, {0, ReleaseY + 4}, CaptionAt::Below);
-        const Shape both = d.And({24, ReleaseY}, QStringLiteral("LabelRelease"), 12);
-        d.Wire(enable.Right(), both.LeftAt(ReleaseY - 4));
-        d.Wire(ready.Right(), both.LeftAt(ReleaseY + 4));
-        d.Line(both.Right(), d.Dot({SplitX, ReleaseY}));
+        const Shape enable = Box(RunEnable, {0, ReadyY - Beside});
+        const Port fault = d.From({14, ReadyY + Beside}, QStringLiteral("(304) Latched Fault"));
+        const Shape noFault = d.Inverter({16, ReadyY + Beside});
+        const Shape both = d.And({24, ReadyY}, {}, 8);
+        const Shape ready = Box(DriveReady, {32.5, ReadyY});
+        d.Wire(enable.Right(), both.LeftAt(ReadyY - Beside));
+        d.Wire(fault, noFault.Left());
+        d.Wire(noFault.Right(), both.LeftAt(ReadyY + Beside));
+        d.Wire(both.Right(), ready.Left());
+        ready_ = d.Dot({47, ReadyY});
+        d.Line(ready.Right(), ready_);
     }
 
-    void DrawGates(Drawing &d)
+    /** What ends running and jogging alike: the stop input of three wires, and a drive not ready. */
+    void DrawStop(Drawing &d)
     {
-        const double x = SplitX + 5;
-        const double runY = RunY + 1.5;
-        const double jogY = JogY - 2.5;
-        const Shape run = d.And({x, runY}, QStringLiteral("LabelRun"), 8);
-        const Shape jog = d.And({x, jogY}, QStringLiteral("LabelJog"), 8);
-        d.Wire(logicSwitch_.Pivot(), run.LeftAt(RunY - 1));
-        d.Path({{{SplitX, ReleaseY}, {SplitX, runY + 2.5}, {x, runY + 2.5}}}, true);
-        d.Path({{{SplitX, ReleaseY}, {SplitX, jogY - 2.5}, {x, jogY - 2.5}}}, true);
-        const Shape jogInput = Box(Jog, {0, JogY});
-        d.Wire(jogInput.Right(), jog.LeftAt(JogY));
-        runStatus_ = Box(RunStatus, {x + 12, runY});
-        d.Wire(run.Right(), runStatus_.Left());
-        jogStatus_ = Box(JogStatus, {x + 12, jogY}, CaptionAt::Below);
-        d.Wire(jog.Right(), jogStatus_.Left());
+        logicSwitch_ = d.Switch(QStringLiteral("LineLogicSelect"), {ContactX + 7, StopY + 2.5},
+                                {{ContactX, StopY}, {ContactX, StopY + 5}});
+        d.Line(stop_.Right(), logicSwitch_.Contact(ThreeWire));
+        d.Constant({}, QStringLiteral("False"), logicSwitch_.Contact(TwoWire));
+        d.Label(QStringLiteral("Label3Wire"), QStringLiteral("3 Wire"), {ContactX - 0.5, StopY - 1.5},
+                Qt::AlignRight);
+        const Shape select = Box(LogicSelect, {ContactX + 3.5 - BoxSize(LogicSelect).width() / 2, 0});
+        d.Link({{ContactX + 3.5, select.Rect().bottom()}, Side::Bottom}, logicSwitch_);
+
+        const double y = StopY + 2.5 + Beside;
+        const Shape notReady = d.Inverter({49.5, ReadyY});
+        const Shape either = d.Or({57, y}, {}, 8);
+        d.Wire(ready_, notReady.Left());
+        d.Wire(logicSwitch_.Pivot(), either.LeftAt(y - Beside));
+        d.Wire(notReady.Right(), either.LeftAt(y + Beside), 55.5);
+        ended_ = d.Dot({65.5, y});
+        d.Line(either.Right(), ended_);
     }
 
-    /** The armature stays on until the motor has stopped, or until the jog delay is over. */
+    /** Three wires keep a run until it is stopped, two as long as Run is there. */
+    void DrawRun(Drawing &d)
+    {
+        const double holdY = RunY + 2 * Drawing::LatchReach - 5;
+        const Port branch = d.Dot({BranchX, RunY});
+        const Shape noRun = d.Inverter({17, holdY});
+        holdSwitch_ = d.Switch(QStringLiteral("LineHold"), {ContactX + 7, holdY + 2.5},
+                               {{ContactX, holdY + 5}, {ContactX, holdY}});
+        d.Line(run_.Right(), branch);
+        d.Wire({branch.at, Side::Bottom}, noRun.Left());
+        d.Line(noRun.Right(), holdSwitch_.Contact(TwoWire));
+        d.Constant({}, QStringLiteral("False"), holdSwitch_.Contact(ThreeWire));
+        d.Label(QStringLiteral("Label2Wire"), QStringLiteral("2 Wire"), {ContactX - 0.5, holdY - 1.5},
+                Qt::AlignRight);
+        d.Link({{ContactX + 3.5, 1.5}, Side::Bottom}, holdSwitch_);
+
+        const double y = holdY + 2.5 + Beside;
+        const Shape ended = d.Or({OrX, y}, {}, 8);
+        d.Wire(holdSwitch_.Pivot(), ended.LeftAt(y - Beside));
+        d.Path({{ended_.at, {ended_.at.x(), y + Beside}, ended.LeftAt(y + Beside).at}}, true);
+        runStatus_ = DrawLatch(d, QStringLiteral("LatchRun"), branch, ended, RunStatus);
+        runLatch_ = d.Part(QStringLiteral("LatchRun"));
+    }
+
+    void DrawJog(Drawing &d)
+    {
+        const Port branch = d.Dot({BranchX, JogY});
+        const Shape noJog = d.Inverter({17, JogY + 5});
+        const double y = JogY + 2 * Drawing::LatchReach;
+        const Shape ended = d.Or({OrX, y}, {}, 8);
+        d.Line(jog_.Right(), branch);
+        d.Wire({branch.at, Side::Bottom}, noJog.Left());
+        d.Wire(noJog.Right(), ended.LeftAt(y + Beside), 63);
+        d.Path({{ended_.at, {ended_.at.x(), y - Beside}, ended.LeftAt(y - Beside).at}}, true);
+        jogStatus_ = DrawLatch(d, QStringLiteral("LatchJog"), branch, ended, JogStatus);
+        jogLatch_ = d.Part(QStringLiteral("LatchJog"));
+    }
+
+    Shape DrawLatch(Drawing &d, const QString &name, const Port &set, const Shape &reset, RowIndex status)
+    {
+        const double y = set.at.y() + Drawing::LatchReach;
+        const Shape latch = d.Latch(name, {LatchX, y});
+        const Shape box = Box(status, {StatusX, y});
+        d.Wire(set, Drawing::SetInput(latch));
+        d.Wire(reset.Right(), Drawing::ResetInput(latch));
+        d.Wire(latch.Right(), box.Left());
+        return box;
+    }
+
+    /** The armature stays on until the motor has stopped, and after jogging until the delay is over. */
     void DrawOutput(Drawing &d)
     {
-        const double x = runStatus_.Rect().right() + 6;
-        const double runY = runStatus_.Rect().center().y();
-        const double jogY = jogStatus_.Rect().center().y();
-        const double middle = (runY + jogY) / 2;
+        const double runY = runStatus_.Right().at.y();
+        const double jogY = jogStatus_.Right().at.y();
+        const double stopX = StatusX + 15;
+        const double delayX = stopX + 15;
         const Shape stop =
-            d.Function({x, runY}, {12, 6}, QStringLiteral("Stop"), QStringLiteral("LabelStop"));
-        const Shape mode = Box(StopMode, {x + 6 - BoxSize(StopMode).width() / 2, runY - 12});
+            d.Function({stopX, runY}, {12, 6}, QStringLiteral("Stop"), QStringLiteral("LabelStop"));
+        const Shape mode = Box(StopMode, {stopX + 6 - BoxSize(StopMode).width() / 2, 0});
+        const Shape ramp = d.Function({stopX, jogY}, {13, 6}, QStringLiteral("Ramp Stop"));
         const Shape delay =
-            d.Function({x, jogY}, {12, 6}, QStringLiteral("Off Delay"), QStringLiteral("LabelOffDelay"));
-        const Shape time = Box(JogDelay, {x + 6 - BoxSize(JogDelay).width() / 2, jogY - 11});
+            d.Delay({delayX, jogY}, QStringLiteral("Off Delay"), QStringLiteral("LabelOffDelay"));
+        const Shape time =
+            Box(JogDelay, {delayX + 6 - BoxSize(JogDelay).width() / 2, jogY - 10}, CaptionAt::AboveRight);
         d.Wire(runStatus_.Right(), stop.Left());
         d.Wire(mode.Bottom(), stop.Top());
-        d.Wire(jogStatus_.Right(), delay.Left());
+        d.Wire(jogStatus_.Right(), ramp.Left());
+        d.Wire(ramp.Right(), delay.Left());
         d.Wire(time.Bottom(), delay.Top());
 
-        const double orX = x + 20;
-        const Shape either = d.Or({orX, middle}, QStringLiteral("LabelOr"), 8);
-        d.Wire(stop.Right(), either.LeftAt(middle - 2), orX - 4);
-        d.Wire(delay.Right(), either.LeftAt(middle + 2), orX - 4);
-        const Shape pilot = Box(ArmPilotStatus, {orX + 12, middle});
-        d.Wire(either.Right(), pilot.Left());
-        d.Wire(pilot.Right(), {{pilot.Rect().right() + 5, middle}, Side::Left});
+        const double x = delayX + 16;
+        const double middle = (runY + jogY) / 2 - 4;
+        const Shape either = d.Or({x, middle}, QStringLiteral("LabelOr"), 8);
+        const Shape released = d.And({x + 9.5, middle + Beside}, QStringLiteral("LabelRelease"), 8);
+        const Shape pilot = Box(ArmPilotStatus, {x + 19, middle + Beside});
+        d.Wire(stop.Right(), either.LeftAt(middle - Beside), x - 2);
+        d.Wire(delay.Right(), either.LeftAt(middle + Beside), x - 2);
+        d.Wire(either.Right(), released.LeftAt(middle));
+        const double below = ReadyY + 6;
+        d.Path({{ready_.at,
+                 {ready_.at.x(), below},
+                 {x + 8, below},
+                 {x + 8, middle + 2 * Beside},
+                 released.LeftAt(middle + 2 * Beside).at}},
+               true);
+        d.Wire(released.Right(), pilot.Left());
+        d.Wire(pilot.Right(), {{pilot.Rect().right() + 4, middle + Beside}, Side::Left});
     }
 
     LivePart logicSwitch_;
+    LivePart holdSwitch_;
+    LivePart runLatch_;
+    LivePart jogLatch_;
+    Shape run_;
+    Shape stop_;
+    Shape jog_;
+    Port ready_;
+    Port ended_;
     Shape runStatus_;
     Shape jogStatus_;
 };

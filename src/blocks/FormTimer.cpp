@@ -42,13 +42,13 @@ protected:
         // Wire and selector's line run on under the inverter, which covers them where it is shown.
         d.Wire(reset.Right(), counter.Left());
         d.Guide(invert.Top(), {{invert.Top().at.x(), y}, Side::Bottom});
-        inverter_ = d.LiveInverter(QStringLiteral("ShapeInvert"), {18, y});
+        d.Inverter({18, y}, QStringLiteral("ShapeInvert"));
+        inverter_ = d.Part(QStringLiteral("ShapeInvert"));
         const Shape count = Box(Timer, {48, y});
         d.Wire(counter.Right(), count.Left());
 
-        const Shape comparator =
-            d.Function({68, y}, {7, 6}, QStringLiteral(">"), QStringLiteral("LabelCompare"));
-        const Shape threshold = Box(Threshold, {71.5 - BoxSize(Threshold).width() / 2, y - 11});
+        const Shape comparator = d.Comparator({68, y}, QStringLiteral(">"), QStringLiteral("LabelCompare"));
+        const Shape threshold = Box(Threshold, {72 - BoxSize(Threshold).width() / 2, y - 11});
         d.Wire(count.Right(), comparator.Left());
         d.Wire(threshold.Bottom(), comparator.Top());
 

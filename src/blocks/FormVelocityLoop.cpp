@@ -96,7 +96,7 @@ protected:
 
 private:
     static constexpr double DemandY = 31;
-    static constexpr double FeedbackY = 55;
+    static constexpr double FeedbackY = 57;
 
     void DrawDemand(Drawing &d)
     {
@@ -105,7 +105,7 @@ private:
         const Shape reverse = Box(ReverseMaxSpeed, {18, DemandY + 8}, CaptionAt::Below);
         const Shape limiter = d.Limiter({21, DemandY});
         const Shape final = Box(FinalVelDemand, {33, DemandY});
-        sum_ = d.Sum({57, DemandY}, QStringLiteral("+  -"));
+        sum_ = d.Sum({69, DemandY}, QStringLiteral("+  -"));
         d.Wire(demand.Right(), limiter.Left());
         d.Wire(forward.Bottom(), limiter.Top());
         d.Wire(reverse.Top(), limiter.Bottom());
@@ -136,37 +136,30 @@ private:
 
     void DrawLoop(Drawing &d)
     {
-        const Shape error = Box(VelError, {64, DemandY});
-        const Shape pi = d.Function({86, DemandY}, {14, 9}, QStringLiteral("PI"), QStringLiteral("LabelPI"));
-        const Shape clamp = Box(IntegralClamp, {83, DemandY + 10}, CaptionAt::Below);
-        const Shape enable = Box(LoopEnable, {104, DemandY + 10}, CaptionAt::Below);
-        const Shape output = Box(VelLoopOutput, {107, DemandY});
+        const Shape error = Box(VelError, {76, DemandY});
+        const Shape pi = d.Pi({98, DemandY}, {14, 9});
+        const Shape clamp = Box(IntegralClamp, {89, DemandY + 9}, CaptionAt::Below);
+        const Shape enable = Box(LoopEnable, {89, DemandY + 16}, CaptionAt::Below);
+        const Shape output = Box(VelLoopOutput, {119, DemandY});
         d.Wire(sum_.Right(), error.Left());
         d.Wire(error.Right(), pi.Left());
         d.Wire(gainSwitch_.Pivot(), pi.Top());
-        d.Wire(clamp.Top(), pi.BottomAt(89));
-        d.Wire(enable.Left(), pi.BottomAt(97.5));
+        d.Wire(clamp.Right(), pi.BottomAt(104));
+        d.Wire(enable.Right(), pi.BottomAt(108));
         d.Wire(pi.Right(), output.Left());
-        d.Wire(output.Right(), {{128, DemandY}, Side::Left});
-        d.Label(QStringLiteral("LabelFinalIDemand"), QStringLiteral("(101) Final I Demand"), {129, DemandY},
+        d.Wire(output.Right(), {{140, DemandY}, Side::Left});
+        d.Label(QStringLiteral("LabelFinalIDemand"), QStringLiteral("(101) Final I Demand"), {141, DemandY},
                 Qt::AlignLeft, true);
     }
 
     void DrawFeedback(Drawing &d)
     {
         const double pitch = 6.5;
-        const Shape volts = Box(ArmatureVolts, {0, FeedbackY - pitch});
-        const Shape irComp = Box(IrComp, {0, FeedbackY}, CaptionAt::Below);
-        const Shape irSum = d.Sum({21.5, FeedbackY - pitch}, QStringLiteral("+  -"));
-        const Shape afb = Box(Afb, {27, FeedbackY - pitch});
-        const Shape tfb = Box(Tfb, {27, FeedbackY});
-        const Shape efb = Box(Efb, {27, FeedbackY + pitch});
-        d.Wire(volts.Right(), irSum.Left());
-        d.Wire(irComp.Right(), irSum.Bottom());
-        d.Wire(irSum.Right(), afb.Left());
-
-        feedbackSwitch_ = d.Switch(QStringLiteral("ShapeTriSwitch"), {51, FeedbackY},
-                                   {{43, FeedbackY - pitch}, {43, FeedbackY}, {43, FeedbackY + pitch}});
+        const Shape afb = DrawArmatureFeedback(d, FeedbackY - pitch);
+        const Shape tfb = Box(Tfb, {41, FeedbackY});
+        const Shape efb = Box(Efb, {41, FeedbackY + pitch});
+        feedbackSwitch_ = d.Switch(QStringLiteral("ShapeTriSwitch"), {65, FeedbackY},
+                                   {{57, FeedbackY - pitch}, {57, FeedbackY}, {57, FeedbackY + pitch}});
         d.Line(afb.Right(), feedbackSwitch_.Contact(0));
         d.Line(tfb.Right(), feedbackSwitch_.Contact(1));
         d.Line(efb.Right(), feedbackSwitch_.Contact(2));
@@ -175,29 +168,48 @@ private:
                   const std::int32_t rawNext = RowValue(FeedbackSelect) + 1;
                   Write(RowParam(FeedbackSelect), rawNext > 2 ? 0 : rawNext);
               });
-        const Shape select = Box(FeedbackSelect, {41, FeedbackY + 13.5}, CaptionAt::Below);
+        const Shape select = Box(FeedbackSelect, {55, FeedbackY + 13.5}, CaptionAt::Below);
         d.Link(select.Top(), feedbackSwitch_);
 
-        const Shape offsetSum = d.Sum({57, FeedbackY}, QStringLiteral("+  -"));
-        const Shape offset = Box(VfbOffset, {60, FeedbackY + 9}, CaptionAt::Below);
-        const Shape feedback = Box(VelFeedback, {63, FeedbackY});
+        const Shape offsetSum = d.Sum({74, FeedbackY}, QStringLiteral("+  -"));
+        const Shape offset = Box(VfbOffset, {68, FeedbackY + 10.5}, CaptionAt::Right);
+        const Shape feedback = Box(VelFeedback, {80, FeedbackY});
         d.Wire(feedbackSwitch_.Pivot(), offsetSum.Left());
-        d.Wire(offset.Left(), offsetSum.Bottom());
+        d.Wire(offset.Top(), offsetSum.Bottom());
         d.Wire(offsetSum.Right(), feedback.Left());
 
-        const Port branch = d.Dot({80, FeedbackY});
-        const Shape filter = d.Function({86, FeedbackY}, {8, 5}, QStringLiteral("Filter"));
-        const Shape filtered = Box(VelFeedbackFiltered, {99, FeedbackY});
-        const Shape scale = d.Multiplier({128, FeedbackY});
-        const Shape level = Box(RpmLevel, {122, FeedbackY + 9}, CaptionAt::Below);
-        const Shape rpm = Box(MotorRpm, {134, FeedbackY});
+        const Port branch = d.Dot({98, FeedbackY});
+        const Shape filter = d.Filter({102, FeedbackY});
+        const Shape filtered = Box(VelFeedbackFiltered, {115, FeedbackY});
+        const Shape scale = d.Multiplier({140, FeedbackY});
+        const Shape level = Box(RpmLevel, {134, FeedbackY + 9}, CaptionAt::Below);
+        const Shape rpm = Box(MotorRpm, {145, FeedbackY});
         d.Line(feedback.Right(), branch);
         d.Wire(branch, filter.Left());
-        d.Wire({branch.at, Side::Top}, sum_.Bottom(), FeedbackY - 6);
+        d.Wire({branch.at, Side::Top}, sum_.Bottom(), FeedbackY - 5);
         d.Wire(filter.Right(), filtered.Left());
         d.Wire(filtered.Right(), scale.Left());
         d.Wire(level.Top(), scale.Bottom());
         d.Wire(scale.Right(), rpm.Left());
+    }
+
+    /** The armature's voltage as a share of the nameplate's, less what the current drops in it. */
+    Shape DrawArmatureFeedback(Drawing &d, double y)
+    {
+        const Shape volts = Box(ArmatureVolts, {0, y});
+        const Shape share = d.Scale({19, y}, QStringLiteral("\u00F7 (128)"));
+        const Shape irComp = Box(IrComp, {0, y + 8}, CaptionAt::Below);
+        const Shape drop = d.Multiplier({26, y + 8});
+        const Port current = d.From({21, y + 15}, QStringLiteral("(102) Current Feedback"));
+        const Shape sum = d.Sum({34, y}, QStringLiteral("+  -"));
+        const Shape afb = Box(Afb, {41, y});
+        d.Wire(volts.Right(), share.Left());
+        d.Wire(share.Right(), sum.Left());
+        d.Wire(irComp.Right(), drop.Left());
+        d.Wire(current, drop.Bottom());
+        d.Wire(drop.Right(), sum.Bottom());
+        d.Wire(sum.Right(), afb.Left());
+        return afb;
     }
 
     Shape sum_;

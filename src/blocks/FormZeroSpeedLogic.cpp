@@ -73,15 +73,12 @@ private:
         d.Line(velocity.Right(), modeSwitch_.Contact(Velocity));
         d.Line(current.Right(), modeSwitch_.Contact(Current));
         d.Label(QStringLiteral("LabelDriveMode"), QStringLiteral("Drive Mode"), {27.5, DemandY - 8.2});
-        const QString absolute = QStringLiteral("ABS");
-        const QString absoluteTip = QStringLiteral("Absolute Value Function");
-        const Shape demandSize =
-            d.Function({34, DemandY}, {8, 5}, absolute, QStringLiteral("LabelAbs"), absoluteTip);
+        const Shape demandSize = d.Absolute({34, DemandY}, QStringLiteral("LabelAbs"));
         const Shape feedback = Box(VelFeedback, {0, FeedbackY});
-        const Shape feedbackSize =
-            d.Function({34, FeedbackY}, {8, 5}, absolute, QStringLiteral("Label2"), absoluteTip);
-        demandAtZero_ = d.Hysteresis({48, DemandY});
-        feedbackAtZero_ = d.Hysteresis({48, FeedbackY});
+        const Shape feedbackSize = d.Absolute({34, FeedbackY}, QStringLiteral("Label2"));
+        const QString relation = QStringLiteral("\u2264");
+        demandAtZero_ = d.Comparator({48, DemandY}, relation);
+        feedbackAtZero_ = d.Comparator({48, FeedbackY}, relation);
         const Shape zero = Box(ZeroSpeedSet, {22, level});
         const Port split = d.Dot({52, level});
         d.Line(modeSwitch_.Pivot(), demandSize.Left());
@@ -112,9 +109,12 @@ private:
         d.Wire(logic.Right(), blocked.LeftAt(middle + 5), 109);
         const Shape enabled = d.And({126, middle - 2}, QStringLiteral("Label5"), 8);
         d.Wire(blocked.Right(), enabled.LeftAt(middle), 123.5);
-        d.Label(QStringLiteral("LabelRampEnable"), QStringLiteral("Ramp Enable"), {110, middle - 8},
-                Qt::AlignHCenter);
-        d.Path({{{116.5, middle - 8}, {122, middle - 8}, {122, middle - 4}, {126, middle - 4}}}, true);
+        // A quick stop brakes with the ramp at zero.
+        const Shape fed = d.Or({114, middle - 10}, {}, 8);
+        d.Wire(d.From({108, middle - 12.5}, QStringLiteral("Ramp Enable"), QStringLiteral("LabelRampEnable")),
+               fed.LeftAt(middle - 12.5));
+        d.Wire(d.From({108, middle - 7.5}, QStringLiteral("Quick Stop")), fed.LeftAt(middle - 7.5));
+        d.Wire(fed.Right(), enabled.LeftAt(middle - 4), 123.5);
         const Shape enable = Box(LoopEnable, {137, middle - 2});
         d.Wire(enabled.Right(), enable.Left());
     }

@@ -22,9 +22,9 @@ Shape InputOutputForm::SourceEnd(Drawing &d, int selectorRow, double y)
 }
 
 Shape InputOutputForm::CalibrationStage(Drawing &d, const QPointF &left, int lowRow, int highRow, int biasRow,
-                                        int gainRow)
+                                        int gainRow, const QString &curveName)
 {
-    const Shape curve = d.Curve(left, {20, 14});
+    const Shape curve = d.Curve(left, {20, 14}, curveName);
     const double y = left.y();
     const double lowX = left.x() + 3;
     const double highX = left.x() + 17;
@@ -41,15 +41,26 @@ Shape InputOutputForm::CalibrationStage(Drawing &d, const QPointF &left, int low
 }
 
 LivePart InputOutputForm::OptionalStage(Drawing &d, const Port &from, const QPointF &branch, Stage stage,
-                                        int row, const QString &armName, CaptionAt captionAt)
+                                        int row, const QString &armName, CaptionAt captionAt,
+                                        const QString &labelName)
 {
     const double y = branch.y();
     const double rise = 4;
     // A wire that comes from above meets the upper way first.
     const Port dot = d.Dot(from.side == Side::Bottom ? branch - QPointF(0, rise) : branch);
     const QPointF elementLeft(branch.x() + 3.5, y + rise);
-    const Shape element =
-        stage == Stage::Negate ? d.Gain(elementLeft, QStringLiteral("-1")) : d.Absolute(elementLeft);
+    const auto draw = [&] {
+        switch (stage) {
+        case Stage::Negate:
+            return d.Gain(elementLeft, QStringLiteral("-1"));
+        case Stage::Not:
+            return d.Inverter(elementLeft);
+        case Stage::Absolute:
+            return d.Absolute(elementLeft, labelName);
+        }
+        return Shape();
+    };
+    const Shape element = draw();
     const double contactX = branch.x() + 13;
     const LivePart arm =
         d.Switch(armName, {branch.x() + StageWidth, y}, {{contactX, y - rise}, {contactX, y + rise}});

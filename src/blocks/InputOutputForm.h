@@ -37,13 +37,14 @@ protected:
     /** The left end of an output: the parameter shown, and above it the row that selects it. */
     Shape SourceEnd(Drawing &d, int selectorRow, double y);
     /** The line between two calibration points, with the rows that set its ends. */
-    Shape CalibrationStage(Drawing &d, const QPointF &left, int lowRow, int highRow, int biasRow,
-                           int gainRow);
+    Shape CalibrationStage(Drawing &d, const QPointF &left, int lowRow, int highRow, int biasRow, int gainRow,
+                           const QString &curveName = {});
 
     /** A stage that a row switches in or passes by: a branch through an element, and an arm. */
-    enum class Stage { Negate, Absolute };
+    enum class Stage { Negate, Not, Absolute };
     LivePart OptionalStage(Drawing &d, const Port &from, const QPointF &branch, Stage stage, int row,
-                           const QString &armName, CaptionAt captionAt = CaptionAt::Below);
+                           const QString &armName, CaptionAt captionAt = CaptionAt::Below,
+                           const QString &labelName = {});
     /** Width of an optional stage from its branch to its arm's pivot. */
     static constexpr double StageWidth = 20;
     /** Contacts of such an arm. */

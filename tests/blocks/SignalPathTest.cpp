@@ -22,6 +22,8 @@ TEST_F(SignalPathTest, WhatMovesFollowsItsParameters)
         {"FormDigitalInputs", 3, "Line6", 134, {0, 1}},
         {"FormAnalogInputs", 5, "LineType", 37, {1, 0}},
         {"FormAnalogInputs", 5, "LineInvert", 348, {0, 1}},
+        {"FormAnalogInputs", 5, "CurvePolarity", 32, {0, 1}},
+        {"FormAuxPI", 0, "LimiterPolarity", 358, {0, 1}},
         {"FormFreqInput", 0, "LineSign", 349, {0, 1}},
         {"FormRelayOutputs", 2, "LineRelay", 166, {1, 0}},
         {"FormRelayOutputs", 2, "LineAbs", 73, {0, 1}},
@@ -33,6 +35,7 @@ TEST_F(SignalPathTest, WhatMovesFollowsItsParameters)
         {"FormCurrentLoop", 0, "LineDriveMode", 109, {0, -1}},
         {"FormCurrentLoop", 0, "ShapeSwitch", 422, {0, 1, 0, 1, 0}},
         {"FormCurrentLoop", 0, "ShapeSwitch2", 104, {0, 1}},
+        {"FormCurrentLoop", 0, "LineLoopEnable", 212, {0, 1}},
         {"FormCurrentLoop", 0, "LinePosFoldback", 252, {1, 5}},
         {"FormCurrentLoop", 0, "LinePosILimit", 98, {1, 1, 5}, {{99, 2}, {111, 0}}},
         {"FormCurrentLoop", 0, "LineNegILimit", 98, {5, 1, 1}, {{100, -2}, {111, -2}}},
@@ -53,6 +56,9 @@ TEST_F(SignalPathTest, WhatMovesFollowsItsParameters)
         {"FormZeroSpeedLogic", 0, "LineSwitch", 110, {0, 1}},
         {"FormZeroSpeedLogic", 0, "LineSwitch", 109, {1, 0}, {{110, -2}}},
         {"FormStartStopLogic", 0, "LineLogicSelect", 245, {0, 1, -1}},
+        {"FormStartStopLogic", 0, "LineHold", 245, {0, 1, -1}},
+        {"FormStartStopLogic", 0, "LatchRun", 242, {0, 1}},
+        {"FormStartStopLogic", 0, "LatchJog", 243, {0, 1}},
     };
     for (const Movement &movement : movements) {
         SCOPED_TRACE(::testing::Message() << movement.part << " of " << movement.form);

@@ -12,6 +12,7 @@ constexpr double SumRadius = 1.6;
 constexpr double DotRadius = 0.45;
 constexpr double ContactRadius = 0.5;
 constexpr double HandRoom = 1.5;
+constexpr double LinkStub = 1.5;
 
 QRectF Around(const QPointF &centre, double radius)
 {
@@ -140,34 +141,40 @@ Shape Drawing::Inverter(const QPointF &left, const QString &name)
     return Shape(rect, Shape::Outline::Slanted);
 }
 
-LivePart Drawing::LiveInverter(const QString &name, const QPointF &left)
+Shape Drawing::Captioned(Symbol symbol, const QPointF &left, const QSizeF &size, const Caption &caption)
 {
-    Inverter(left, name);
-    return {this, int(elements_.size()) - 1};
-}
-
-Shape Drawing::Gate(Symbol symbol, const QPointF &left, const Caption &caption, const QString &labelName)
-{
-    const Shape shape = Box(symbol, left, caption.size);
-    Label(labelName, caption.text, left + QPointF(3.3, 0), Qt::AlignHCenter, true, caption.toolTip);
+    const Shape shape = Box(symbol, left, size);
+    Label(caption.labelName, caption.text, shape.Rect().center() + caption.offset, Qt::AlignHCenter, true,
+          caption.toolTip);
     return shape;
 }
 
 Shape Drawing::And(const QPointF &left, const QString &labelName, double height)
 {
-    return Gate(Symbol::And, left, {QStringLiteral("AND"), QStringLiteral("And Function"), {7, height}},
-                labelName);
+    return Captioned(Symbol::And, left, {7, height},
+                     {QStringLiteral("AND"), labelName, QStringLiteral("And Function"), {-0.2, 0}});
 }
 
 Shape Drawing::Nand(const QPointF &left, const QString &labelName, double height)
 {
-    return Gate(Symbol::Nand, left, {QStringLiteral("NAND"), {}, {8, height}}, labelName);
+    return Captioned(Symbol::Nand, left, {8, height}, {QStringLiteral("NAND"), labelName, {}, {-0.7, 0}});
 }
 
 Shape Drawing::Or(const QPointF &left, const QString &labelName, double height)
 {
-    return Gate(Symbol::Or, left, {QStringLiteral("OR"), QStringLiteral("Or Function"), {7, height}},
-                labelName);
+    return Captioned(Symbol::Or, left, {7, height},
+                     {QStringLiteral("OR"), labelName, QStringLiteral("Or Function"), {-0.2, 0}});
+}
+
+Shape Drawing::Latch(const QString &name, const QPointF &left)
+{
+    const Shape shape = Box(Symbol::Latch, left, {11, 2 * LatchReach + 5}, name);
+    for (const auto &[letter, input] :
+         {std::pair("S", SetInput(shape).at), std::pair("R", ResetInput(shape).at)})
+        Label({}, QLatin1String(letter), input + QPointF(2.6, 0), Qt::AlignHCenter, true);
+    Label({}, QStringLiteral("Latch"), shape.Rect().center() + QPointF(0, 0.2), Qt::AlignHCenter, true,
+          QStringLiteral("Set when S becomes true, reset while R is true"));
+    return shape;
 }
 
 Shape Drawing::Roll(const QPointF &centre, double radius, double coreRadius)
@@ -185,11 +192,53 @@ Shape Drawing::Coil(const QPointF &left, const QString &name)
 }
 
 Shape Drawing::Function(const QPointF &left, const QSizeF &size, const QString &caption,
-                        const QString &labelName, const QString &toolTip)
+                        const QString &labelName)
 {
-    const Shape shape = Box(Symbol::Function, left, size);
-    Label(labelName, caption, shape.Rect().center(), Qt::AlignHCenter, true, toolTip);
+    return Captioned(Symbol::Function, left, size, {caption, labelName});
+}
+
+Shape Drawing::Filter(const QPointF &left, const QString &labelName)
+{
+    return Captioned(Symbol::Filter, left, {9, 5}, {QStringLiteral("Filter"), labelName});
+}
+
+Shape Drawing::Scale(const QPointF &left, const QString &factor)
+{
+    return Captioned(Symbol::Scale, left, {10, 5}, {factor, {}});
+}
+
+Shape Drawing::Pi(const QPointF &left, const QSizeF &size)
+{
+    return Captioned(Symbol::Pi, left, size, {QStringLiteral("PI"), QStringLiteral("LabelPI")});
+}
+
+Shape Drawing::Delay(const QPointF &left, const QString &caption, const QString &labelName)
+{
+    return Captioned(Symbol::Delay, left, {12, 6}, {caption, labelName});
+}
+
+Shape Drawing::Comparator(const QPointF &left, const QString &relation, const QString &labelName,
+                          double height)
+{
+    return Captioned(Symbol::Comparator, left, {8, height}, {relation, labelName});
+}
+
+Shape Drawing::Limiter(const QPointF &left, const QString &name)
+{
+    const Shape shape = Box(Symbol::Limiter, left, {6, 6}, name);
+    elements_.last().state = 1;
     return shape;
+}
+
+Shape Drawing::Curve(const QPointF &left, const QSizeF &size, const QString &name)
+{
+    return Box(Symbol::Curve, left, size, name);
+}
+
+Shape Drawing::Absolute(const QPointF &left, const QString &labelName)
+{
+    return Captioned(Symbol::Absolute, left, {7, 6},
+                     {QStringLiteral("ABS"), labelName, QStringLiteral("Absolute Value Function"), {0, 1.7}});
 }
 
 void Drawing::Frame(const QRectF &rect, const QString &title)
@@ -214,14 +263,27 @@ LivePart Drawing::Limit(const QString &name, const QPolygonF &line)
     return {this, Add({.symbol = Symbol::Limit, .name = name, .points = line, .state = 1})};
 }
 
+LivePart Drawing::Part(const QString &name)
+{
+    return {this, int(Find(name) - elements_.constData())};
+}
+
 void Drawing::Link(const Port &from, const LivePart &arm)
 {
-    Add({.symbol = Symbol::Link, .points = {{from.at}}, .arrow = false, .partner = arm.Index()});
+    // Selectors side by side meet in one line clear of their boxes.
+    const double away = from.side == Side::Top ? -LinkStub : from.side == Side::Bottom ? LinkStub : 0;
+    Add({.symbol = Symbol::Link, .points = {{from.at, from.at + QPointF(0, away)}}, .partner = arm.Index()});
 }
 
 void Drawing::Guide(const Port &from, const Port &to)
 {
     Add({.symbol = Symbol::Guide, .points = RouteWire(from, to, HalfWay)});
+}
+
+Port Drawing::From(const QPointF &end, const QString &text, const QString &labelName)
+{
+    Label(labelName, text, end, Qt::AlignRight, true);
+    return {end + QPointF(0.6, 0), Side::Right};
 }
 
 void Drawing::Constant(const QString &labelName, const QString &text, const Port &contact)
@@ -287,8 +349,8 @@ QPolygonF Drawing::LinkLine(const Element &link) const
 {
     const Element &arm = elements_.at(link.partner);
     const QPointF middle = (arm.points.first() + ArmEnd(arm)) / 2;
-    const QPointF from = link.points.first();
-    return {{from, {middle.x(), from.y()}, middle}};
+    const QPointF stub = link.points.last();
+    return {{link.points.first(), stub, {middle.x(), stub.y()}, middle}};
 }
 
 QRectF Drawing::Bounds(const Element &element)

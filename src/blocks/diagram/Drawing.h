@@ -17,15 +17,22 @@ enum class Symbol {
     Terminal,   ///< a screw of the terminal strip
     Sum,        ///< summing point, with a sign at each input
     Multiplier, ///< product of its inputs
-    Gain,       ///< triangle with a factor
-    Inverter,   ///< triangle with a bubble
+    Gain,       ///< triangle with a factor, of numbers
+    Inverter,   ///< triangle with a bubble, of logic values
     And,
     Nand,
     Or,
+    Latch,    ///< set by the rising edge at S, reset as long as R is true
     Function, ///< box with a caption
+    Filter,
+    Scale, ///< box with the factor between two units
+    Pi,
+    Delay,
+    Comparator, ///< box with the relation between its left input and its level
     Limiter,
     Ramp,
     Hysteresis,
+    DeadBand, ///< nothing passes within the band, all outside it
     Curve,    ///< straight line between two calibration points
     Absolute, ///< box with a V-shaped characteristic
     Switch,   ///< arm from a pivot to one of several contacts
@@ -57,7 +64,8 @@ struct Element {
                            ///< rolls: centre, rim of the core
     QString text = {};     ///< signs of a summing point, factor of a gain
     bool arrow = false;
-    int state = 0; ///< switches: contact touched, -1 none; contacts: 1 closed; limits: line width 1 or 5
+    int state = 0; ///< switches: contact touched, -1 none; contacts: 1 closed; limits: line width 1 or 5;
+                   ///< latches: 1 set; curves and limiters: 0 on one side of zero only, 1 on both
     bool visible = true;
     int partner = -1; ///< links: index of the switch
 };
@@ -81,7 +89,7 @@ public:
     int State() const;
     int Index() const { return index_; }
 
-    /** Where a wire meets the pivot. */
+    /** Where a wire meets the pivot of a switch or a contact. */
     Port Pivot() const;
     /** Where a wire meets contact i, from 0 on. */
     Port Contact(int i) const;
@@ -122,18 +130,31 @@ public:
     Shape Multiplier(const QPointF &centre);
     Shape Gain(const QPointF &left, const QString &factor);
     Shape Inverter(const QPointF &left, const QString &name = {});
+    /** Its inputs are SetInput() and ResetInput(), LatchReach above and below its middle. */
+    Shape Latch(const QString &name, const QPointF &left);
+    static constexpr double LatchReach = 4.5;
+    static Port SetInput(const Shape &latch) { return latch.LeftAt(latch.Left().at.y() - LatchReach); }
+    static Port ResetInput(const Shape &latch) { return latch.LeftAt(latch.Left().at.y() + LatchReach); }
     Shape And(const QPointF &left, const QString &labelName = {}, double height = 6);
     Shape Nand(const QPointF &left, const QString &labelName = {}, double height = 6);
-    Shape Limiter(const QPointF &left) { return Box(Symbol::Limiter, left, {6, 6}); }
+    Shape Limiter(const QPointF &left, const QString &name = {});
     Shape Ramp(const QPointF &left, const QSizeF &size = {8, 8}) { return Box(Symbol::Ramp, left, size); }
     Shape Or(const QPointF &left, const QString &labelName = {}, double height = 6);
     Shape Hysteresis(const QPointF &left) { return Box(Symbol::Hysteresis, left, {8, 6}); }
-    Shape Curve(const QPointF &left, const QSizeF &size) { return Box(Symbol::Curve, left, size); }
-    Shape Absolute(const QPointF &left) { return Box(Symbol::Absolute, left, {6, 6}); }
+    Shape DeadBand(const QPointF &left) { return Box(Symbol::DeadBand, left, {8, 6}); }
+    Shape Curve(const QPointF &left, const QSizeF &size, const QString &name = {});
+    Shape Absolute(const QPointF &left, const QString &labelName = {});
     Shape Coil(const QPointF &left, const QString &name = {});
-    /** A box with its caption in the middle, such as "PI". */
+    /** A box with its caption in the middle. */
     Shape Function(const QPointF &left, const QSizeF &size, const QString &caption,
-                   const QString &labelName = {}, const QString &toolTip = {});
+                   const QString &labelName = {});
+    Shape Filter(const QPointF &left, const QString &labelName = {});
+    Shape Scale(const QPointF &left, const QString &factor);
+    Shape Pi(const QPointF &left, const QSizeF &size);
+    Shape Delay(const QPointF &left, const QString &caption, const QString &labelName = {});
+    /** @param relation of the left input to the level, such as ">". */
+    Shape Comparator(const QPointF &left, const QString &relation, const QString &labelName = {},
+                     double height = 6);
     /** A roll of material; a core as large as the roll makes a bare roller of it. */
     Shape Roll(const QPointF &centre, double radius, double coreRadius);
     void Frame(const QRectF &rect, const QString &title = {});
@@ -144,12 +165,14 @@ public:
     LivePart Contact(const QString &name, const QPointF &pivot, const QPointF &contact);
     /** A limit line; its state is its width, 1 or 5. */
     LivePart Limit(const QString &name, const QPolygonF &line);
-    /** A plain inverter that a tick shows or hides. */
-    LivePart LiveInverter(const QString &name, const QPointF &left);
+    /** The handle on a named element that a tick moves, shows or hides. */
+    LivePart Part(const QString &name);
     /** A dashed line from a selector's value box to the middle of the arm that it moves. */
     void Link(const Port &from, const LivePart &arm);
     void Guide(const Port &from, const Port &to);
 
+    /** The name of a signal that comes from another block, its text ending here. */
+    Port From(const QPointF &end, const QString &text, const QString &labelName = {});
     /** A fixed value that feeds a contact at its right. */
     void Constant(const QString &labelName, const QString &text, const Port &contact);
     void Label(const QString &name, const QString &text, const QPointF &at,
@@ -177,10 +200,12 @@ private:
     Shape Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name = {});
     struct Caption {
         QString text;
-        QString toolTip;
-        QSizeF size; ///< of what carries it
+        QString labelName;
+        QString toolTip = {};
+        /** From the middle of what carries it. */
+        QPointF offset = {};
     };
-    Shape Gate(Symbol symbol, const QPointF &left, const Caption &caption, const QString &labelName);
+    Shape Captioned(Symbol symbol, const QPointF &left, const QSizeF &size, const Caption &caption);
     void Announce(int index);
 
     QList<Element> elements_;

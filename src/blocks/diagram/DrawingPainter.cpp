@@ -14,18 +14,46 @@ namespace
 constexpr double LineWidth = 0.24;
 constexpr double ContactRadius = 0.5;
 
-/** Characteristics drawn inside boxes, in fractions of the box. */
-QPolygonF Characteristic(Symbol symbol)
+/** Characteristics drawn inside boxes, in fractions of the box: each stroke by itself. */
+QList<QPolygonF> Characteristic(const Element &element)
 {
-    switch (symbol) {
+    const bool isOneSided = element.state == 0;
+    switch (element.symbol) {
     case Symbol::Limiter:
-        return {{{0.16, 0.78}, {0.34, 0.78}, {0.66, 0.22}, {0.84, 0.22}}};
+        if (isOneSided)
+            return {{{{0.12, 0.72}, {0.5, 0.72}, {0.78, 0.22}, {0.9, 0.22}}}};
+        return {{{{0.16, 0.78}, {0.34, 0.78}, {0.66, 0.22}, {0.84, 0.22}}}};
     case Symbol::Ramp:
-        return {{{0.14, 0.8}, {0.3, 0.8}, {0.62, 0.22}, {0.86, 0.22}}};
+        return {{{{0.14, 0.8}, {0.3, 0.8}, {0.62, 0.22}, {0.86, 0.22}}}};
     case Symbol::Curve:
-        return {{{0.1, 0.78}, {0.26, 0.78}, {0.78, 0.2}, {0.92, 0.2}}};
+        if (isOneSided)
+            return {{{{0.1, 0.78}, {0.26, 0.78}, {0.78, 0.2}, {0.92, 0.2}}}};
+        return {{{{0.08, 0.84}, {0.2, 0.84}, {0.8, 0.16}, {0.92, 0.16}}}};
     case Symbol::Absolute:
-        return {{{0.2, 0.25}, {0.5, 0.72}, {0.8, 0.25}}};
+        return {{{{0.22, 0.12}, {0.5, 0.5}, {0.78, 0.12}}}};
+    case Symbol::Hysteresis:
+        return {{{{0.12, 0.78}, {0.66, 0.78}, {0.66, 0.22}}}, {{{0.34, 0.78}, {0.34, 0.22}, {0.88, 0.22}}}};
+    case Symbol::DeadBand:
+        return {{{{0.12, 0.84}, {0.36, 0.62}, {0.36, 0.5}, {0.64, 0.5}, {0.64, 0.38}, {0.88, 0.16}}}};
+    default:
+        return {};
+    }
+}
+
+/** The axes behind a characteristic. */
+QList<QPolygonF> Axes(const Element &element)
+{
+    switch (element.symbol) {
+    case Symbol::Curve:
+        if (element.state == 0)
+            return {{{{0.1, 0.1}, {0.1, 0.9}, {0.92, 0.9}}}};
+        [[fallthrough]];
+    case Symbol::DeadBand:
+        return {{{{0.08, 0.5}, {0.92, 0.5}}}, {{{0.5, 0.1}, {0.5, 0.9}}}};
+    case Symbol::Limiter:
+        if (element.state == 0)
+            return {{{{0.1, 0.72}, {0.92, 0.72}}}, {{{0.5, 0.1}, {0.5, 0.9}}}};
+        return {};
     default:
         return {};
     }
@@ -106,11 +134,20 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
         PaintRoll(element);
         break;
     case Symbol::Function:
+    case Symbol::Filter:
+    case Symbol::Scale:
+    case Symbol::Pi:
+    case Symbol::Delay:
+    case Symbol::Comparator:
         PaintBox(element.rect);
+        break;
+    case Symbol::Latch:
+        PaintLatch(element);
         break;
     case Symbol::Limiter:
     case Symbol::Ramp:
     case Symbol::Hysteresis:
+    case Symbol::DeadBand:
     case Symbol::Curve:
     case Symbol::Absolute:
         PaintCharacteristic(element);
@@ -289,23 +326,36 @@ void DrawingPainter::PaintCharacteristic(const Element &element)
         return Px(QPointF(element.rect.left() + part.x() * element.rect.width(),
                           element.rect.top() + part.y() * element.rect.height()));
     };
-    const auto stroke = [&](const QPolygonF &parts) {
-        QPolygonF line;
-        for (const QPointF &part : parts)
-            line.append(place(part));
-        painter_.drawPolyline(line);
+    const auto strokes = [&](const QList<QPolygonF> &lines) {
+        for (const QPolygonF &parts : lines) {
+            QPolygonF line;
+            for (const QPointF &part : parts)
+                line.append(place(part));
+            painter_.drawPolyline(line);
+        }
     };
     SetPen(ink_.faint, 0.12);
     painter_.setBrush(Qt::NoBrush);
-    if (element.symbol == Symbol::Curve)
-        stroke({{{0.1, 0.1}, {0.1, 0.9}, {0.92, 0.9}}});
+    strokes(Axes(element));
     SetPen(ink_.curve, 0.25);
-    if (element.symbol == Symbol::Hysteresis) {
-        stroke({{{0.12, 0.78}, {0.66, 0.78}, {0.66, 0.22}}});
-        stroke({{{0.34, 0.78}, {0.34, 0.22}, {0.88, 0.22}}});
-        return;
-    }
-    stroke(Characteristic(element.symbol));
+    strokes(Characteristic(element));
+}
+
+void DrawingPainter::PaintLatch(const Element &element)
+{
+    PaintBox(element.rect);
+    // The step at S says that the change counts, the lamp at the output that the latch is set.
+    const Shape shape(element.rect);
+    const QPointF set = Drawing::SetInput(shape).at;
+    SetPen(ink_.curve, 0.2);
+    painter_.setBrush(Qt::NoBrush);
+    painter_.drawPolyline(Px(QPolygonF{
+        {set + QPointF(0.4, 0.7), set + QPointF(1, 0.7), set + QPointF(1, -0.7), set + QPointF(1.6, -0.7)}}));
+    const bool isSet = element.state != 0;
+    SetPen(isSet ? ink_.arm : ink_.line, LineWidth);
+    painter_.setBrush(isSet ? ink_.arm : ink_.paper);
+    const double lamp = 0.8 * unit_;
+    painter_.drawEllipse(Px(QPointF(element.rect.right() - 1.8, element.rect.top() + 1.8)), lamp, lamp);
 }
 
 void DrawingPainter::PaintArm(const Element &element)

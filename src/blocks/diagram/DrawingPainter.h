@@ -40,6 +40,7 @@ private:
     void PaintOr(const QRectF &rect);
     void PaintRoll(const Element &element);
     void PaintCharacteristic(const Element &element);
+    void PaintLatch(const Element &element);
     void PaintArm(const Element &element);
     void PaintTerminal(const Element &element);
     void SetPen(const QColor &color, double cells, Qt::PenStyle style = Qt::SolidLine);
