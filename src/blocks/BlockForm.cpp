@@ -45,6 +45,31 @@ void SetTag(QWidget *control, const QString &tag)
         control->setProperty("Tag", tag);
 }
 
+/** Carries a diagram and scales it to the window. */
+class DiagramFrame : public QScrollArea
+{
+public:
+    DiagramFrame(DiagramView *view, QWidget *parent)
+        : QScrollArea(parent)
+        , view_(view)
+    {
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setAlignment(Qt::AlignCenter);
+        setWidget(view);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        view_->Fit(maximumViewportSize());
+        QScrollArea::resizeEvent(event);
+    }
+
+private:
+    DiagramView *view_;
+};
+
 QString NumberAndName(const QString &numberText, const QString &name)
 {
     return u'(' + numberText + QStringLiteral(") ") + name;
@@ -76,12 +101,6 @@ void BlockForm::Load()
     Draw(view_->drawing);
     view_->Finish();
 
-    auto *scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setAlignment(Qt::AlignCenter);
-    scroll->setWidget(view_);
-
     auto *buttons = new QHBoxLayout;
     for (QWidget *control : buttonRow_)
         buttons->addWidget(control);
@@ -96,7 +115,7 @@ void BlockForm::Load()
     buttons->addWidget(MakeCommandClose());
     buttons->addWidget(MakeCommandHelp());
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(scroll);
+    layout->addWidget(new DiagramFrame(view_, this));
     layout->addLayout(buttons);
     resize(sizeHint());
 
@@ -134,8 +153,9 @@ QSize BlockForm::sizeHint() const
     const QMargins margins = layout() ? layout()->contentsMargins() : QMargins();
     const int below = layout() ? layout()->spacing() + layout()->itemAt(1)->sizeHint().height() : 0;
     const QSize buttons = layout() ? layout()->itemAt(1)->sizeHint() : QSize();
-    return QSize(std::max(view_->width(), buttons.width()) + margins.left() + margins.right(),
-                 view_->height() + below + margins.top() + margins.bottom());
+    const QSize sheet = view_->UsualSize();
+    return QSize(std::max(sheet.width(), buttons.width()) + margins.left() + margins.right(),
+                 sheet.height() + below + margins.top() + margins.bottom());
 }
 
 void BlockForm::MeasureRows()

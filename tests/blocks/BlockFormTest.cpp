@@ -36,6 +36,24 @@ TEST_F(BlockFormTest, RowsTellNumberNameClassAndColour)
     EXPECT_EQ(Text1(24)->BackColor(), ColorOf(0x00FF80));
 }
 
+TEST_F(BlockFormTest, ADiagramScalesToItsWindow)
+{
+    Open("FormCurrentLoop");
+    const QSize usual = form->size();
+    for (const double scale : {1.0, 1.4, 0.75, 0.1, 1.0}) {
+        form->resize(usual * scale);
+        QCoreApplication::processEvents();
+        const DiagramView &view = form->View();
+        const QSize room = view.parentWidget()->size();
+        EXPECT_EQ(scale >= 0.75, view.width() <= room.width() && view.height() <= room.height()) << scale;
+        for (const auto *label : view.findChildren<QLabel *>()) {
+            EXPECT_GE(label->fontInfo().pixelSize(), 8) << scale;
+            EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width()) << scale;
+        }
+        EXPECT_EQ(scale < 1, view.Unit() < DiagramView::UnitOf(form->font())) << scale;
+    }
+}
+
 TEST_F(BlockFormTest, AStandingValueRepaintsNothing)
 {
     Open("FormVelocityLoop");

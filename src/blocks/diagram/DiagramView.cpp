@@ -17,6 +17,8 @@ namespace
 
 constexpr double Margin = 2;
 constexpr double TextHeight = 2;
+constexpr int SmallestText = 8; ///< pixels
+constexpr int LargestGrowth = 2;
 
 } // namespace
 
@@ -29,6 +31,7 @@ DiagramView::DiagramView(QWidget *parent)
             cells = drawing.LinkLine(element).boundingRect();
         update(ToPixels(cells.adjusted(-1, -1, 1, 1)).toAlignedRect());
     };
+    SetUsualFont();
 }
 
 void DiagramView::Place(QWidget *widget, const QRectF &cells)
@@ -79,18 +82,69 @@ void DiagramView::Finish()
     Arrange();
 }
 
-int DiagramView::Unit() const
+int DiagramView::UnitOf(const QFont &font)
 {
-    return (fontMetrics().height() + 1) / 2;
+    return (QFontMetrics(font).height() + 1) / 2;
+}
+
+void DiagramView::SetUsualFont()
+{
+    setFont(QFont());
+    usualUnit_ = UnitOf(parentWidget()->font());
+    unit_ = usualUnit_;
+}
+
+double DiagramView::WidthOf(const Standing &text, QFont font, int unit) const
+{
+    const auto *label = static_cast<const QLabel *>(text.widget);
+    font.setBold(label->font().bold());
+    const QString &longest = text.longestText.isEmpty() ? label->text() : text.longestText;
+    return std::ceil(QFontMetrics(font).horizontalAdvance(longest) + 2) / unit;
+}
+
+int DiagramView::TextSizeFor(int unit) const
+{
+    const QFont usual = parentWidget()->font();
+    QFont font = usual;
+    int size = QFontInfo(usual).pixelSize() * unit / usualUnit_;
+    // Letters grow and shrink in steps of their own; none may take more of the sheet than at the usual size.
+    const auto fits = [&] {
+        font.setPixelSize(size);
+        return std::all_of(standing_.begin(), standing_.end(), [&](const Standing &standing) {
+            return !standing.isText || WidthOf(standing, font, unit) <= WidthOf(standing, usual, usualUnit_);
+        });
+    };
+    while (size > SmallestText && !fits())
+        --size;
+    return std::max(size, SmallestText);
+}
+
+void DiagramView::Fit(const QSize &room)
+{
+    if (!finished_ || usualSize_.isEmpty())
+        return;
+    const double fits =
+        std::min(double(room.width()) / usualSize_.width(), double(room.height()) / usualSize_.height());
+    const int usualText = QFontInfo(parentWidget()->font()).pixelSize();
+    const int smallest = std::min((SmallestText * usualUnit_ + usualText - 1) / usualText, usualUnit_);
+    const int unit = std::clamp(int(usualUnit_ * fits), smallest, LargestGrowth * usualUnit_);
+    if (unit == unit_)
+        return;
+    isFitting_ = true;
+    unit_ = unit;
+    QFont font;
+    if (unit != usualUnit_)
+        font.setPixelSize(TextSizeFor(unit));
+    setFont(font);
+    isFitting_ = false;
+    Arrange();
 }
 
 QRectF DiagramView::CellsOf(const Standing &standing) const
 {
     if (!standing.isText)
         return standing.cells;
-    const auto *label = static_cast<const QLabel *>(standing.widget);
-    const QString &text = standing.longestText.isEmpty() ? label->text() : standing.longestText;
-    const double width = std::ceil(label->fontMetrics().horizontalAdvance(text) + 2) / Unit();
+    const double width = WidthOf(standing, standing.widget->font(), Unit());
     double left = standing.at.x();
     if (standing.align & Qt::AlignRight)
         left -= width;
@@ -112,6 +166,8 @@ void DiagramView::Arrange()
         standing.widget->setGeometry(ToPixels(CellsOf(standing)).toRect());
     const QSizeF size = ToPixels(QRectF(origin_, all.bottomRight())).size();
     setFixedSize(int(std::ceil(size.width())), int(std::ceil(size.height())));
+    if (unit_ == usualUnit_)
+        usualSize_ = this->size();
 }
 
 QRectF DiagramView::ToPixels(const QRectF &cells) const
@@ -141,8 +197,12 @@ void DiagramView::paintEvent(QPaintEvent *event)
 void DiagramView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange && finished_)
-        Arrange();
+    if (event->type() != QEvent::FontChange || !finished_ || isFitting_)
+        return;
+    isFitting_ = true;
+    SetUsualFont();
+    isFitting_ = false;
+    Arrange();
 }
 
 } // namespace quorvik

@@ -12,7 +12,7 @@ namespace quorvik
 
 /**
  * The sheet that shows a drawing: paints it, and carries the labels, value boxes and click areas that stand
- * on it. Its size is the drawing's.
+ * on it. Its size is the drawing's, at the size of its owner's font or scaled to the room that there is.
  */
 class DiagramView : public QWidget
 {
@@ -39,7 +39,13 @@ public:
     /** Makes labels of the drawing's texts and gives the sheet its size. Called once all is placed. */
     void Finish();
 
-    int Unit() const; ///< pixels to a cell
+    /** Scales sheet and text to the room, in whole pixels to a cell; the text stays readable. */
+    void Fit(const QSize &room);
+    /** What the sheet takes at the size of its owner's font. */
+    QSize UsualSize() const { return usualSize_; }
+
+    int Unit() const { return unit_; }    ///< pixels to a cell
+    static int UnitOf(const QFont &font); ///< at the size of a font
     /** Pixels of the sheet for a rectangle or a line in cells. */
     QRectF ToPixels(const QRectF &cells) const;
     QPolygonF ToPixels(const QPolygonF &cells) const;
@@ -58,10 +64,18 @@ private:
         bool isText;
     };
     QRectF CellsOf(const Standing &standing) const;
+    /** Cells that a text takes in a font and at a size of cells. */
+    double WidthOf(const Standing &text, QFont font, int unit) const;
     void Arrange();
+    void SetUsualFont();
+    int TextSizeFor(int unit) const;
 
     QList<Standing> standing_;
     QPointF origin_; ///< cells at the sheet's top left corner
+    int usualUnit_ = 0;
+    int unit_ = 0;
+    QSize usualSize_;
+    bool isFitting_ = false;
     bool finished_ = false;
 };
 
