@@ -67,8 +67,10 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
         child->showNormal();
     form->show();
     child->show();
-    if (isNew && !child->isMaximized())
+    if (isNew && !child->isMaximized()) {
+        child->resize(child->size().boundedTo(area_->viewport()->size()));
         child->move(PlaceInCascade(child, int(Children(area_, false).size()) - 1));
+    }
     if (activate)
         area_->setActiveSubWindow(child);
     else if (active && active != child) {
