@@ -40,7 +40,8 @@ bool CoversAWindow(const QRect &place, const QWidget *box, const QWidget *main)
     });
 }
 
-/** In the middle of the main window, or in the first corner of the screen where no other window stands. */
+/** In the middle of the main window, or above, below or in the first corner of the screen where no other window
+ * stands. */
 void Place(QMessageBox *box, const QWidget *main)
 {
     box->adjustSize();
@@ -48,14 +49,18 @@ void Place(QMessageBox *box, const QWidget *main)
     const QSize frame = box->frameGeometry().size().grownBy({6, 30, 6, 6}).boundedTo(screen.size());
     QRect middle(QPoint(), frame);
     middle.moveCenter(main != nullptr ? main->frameGeometry().center() : screen.center());
-    const QPoint farthest = screen.bottomRight() - QPoint(frame.width(), frame.height());
+    const QPoint farthest = screen.bottomRight() - QPoint(frame.width() - 1, frame.height() - 1);
+    const QPoint aside(0, frame.height());
     const QPoint places[] = {middle.topLeft(),
+                             middle.topLeft() + aside,
+                             middle.topLeft() - aside,
                              screen.topLeft(),
                              {farthest.x(), screen.top()},
                              {screen.left(), farthest.y()},
                              farthest};
     const auto *free = std::find_if(std::begin(places), std::end(places), [&](const QPoint &place) {
-        return !CoversAWindow(QRect(place, frame), box, main);
+        const QRect there(place, frame);
+        return screen.contains(there) && !CoversAWindow(there, box, main);
     });
     box->move(free == std::end(places) ? places[0] : *free);
 }

@@ -53,7 +53,9 @@ void DriveLink::BeginReadScan()
 
 bool DriveLink::IsWanted(int p) const
 {
-    return model_.ParamTable[p].ReadFlag > 0 && wholeRead_.Wants(p);
+    // A Jog from before must not go on because nobody looks.
+    const bool isJog = p == Param::Jog && isJogUnsettled_ && !wholeRead_.IsUnderWay();
+    return isJog || (model_.ParamTable[p].ReadFlag > 0 && wholeRead_.Wants(p));
 }
 
 void DriveLink::ReadNext()
