@@ -102,7 +102,7 @@ TEST_F(ScansTest, WritesKeepTheirOrderAndLoseNoChange)
          {ReadRequest(10), Eot, run, ReadRequest(11), Ack, Eot}},
     };
     Connect();
-    ASSERT_TRUE(WaitFor(ReadRequest(Param::Jog))) << "what the drive holds of a Jog is looked up once";
+    ASSERT_TRUE(WaitFor(ReadRequest(Param::Jog)) && WaitFor(Eot)) << "what the drive holds of a Jog is looked up once";
     P(8).Attributes = Attr::Long;
     for (const auto &c : cases) {
         SCOPED_TRACE(c.title);
