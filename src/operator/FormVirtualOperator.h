@@ -96,7 +96,7 @@ private:
     /** Brings lamps, buttons and notice in line with the table. */
     void ShowCommands();
     /** What else may start or hold the drive, in words. */
-    QStringList OtherHands() const;
+    QStringList WhyStopMayFail() const;
     /** Keeps the panel on the screen when its owner is minimised. */
     void FollowOwner();
     void FollowOwnerSoon();

@@ -104,33 +104,35 @@ void FormVirtualOperator::ShowCommands()
     commandRun_->setEnabled(!isRunInForce && !isJogInForce);
     commandJog_->setEnabled(!isRunInForce);
 
-    const QStringList others = OtherHands();
-    labelNotice_->setVisible(!others.isEmpty());
-    if (!others.isEmpty())
+    const QStringList reasons = WhyStopMayFail();
+    labelNotice_->setVisible(!reasons.isEmpty());
+    if (!reasons.isEmpty())
         labelNotice_->setText(
             QStringLiteral("Stop here may not stop the drive: %1. Stop it at its own inputs, "
                            "then open this panel again.")
-                .arg(others.join(QStringLiteral(", "))));
+                .arg(reasons.join(QStringLiteral(", "))));
 }
 
-QStringList FormVirtualOperator::OtherHands() const
+QStringList FormVirtualOperator::WhyStopMayFail() const
 {
     const Model &model = desk().model;
-    QStringList hands;
+    QStringList reasons;
     const auto isWaiting = [&model](int p) {
         return model.AttrBit(Attr::Icr, p) && model.ParamTable[p].WriteFlag != WriteState::None;
     };
+    if (!model.PortOpen() && !model.DriveIsStopped())
+        reasons << QStringLiteral("there is no link to it");
     if (model.PortOpen() && !model.DriveIsStopped() &&
         std::any_of(watched_.cbegin(), watched_.cend(), isWaiting))
-        hands << QStringLiteral("it does not let go of its inputs while it runs");
+        reasons << QStringLiteral("it does not let go of its inputs while it runs");
     if (model.Value(CommandParam::LogicSelect) != TwoWire)
-        hands << QStringLiteral("Logic Select is not 2 Wire");
+        reasons << QStringLiteral("Logic Select is not 2 Wire");
     for (const int command : {CommandParam::Run, CommandParam::Jog})
         if (const int source = model.FindLinkSource(command); source != 0)
-            hands << QStringLiteral("(%1) %2 drives %3")
-                         .arg(source)
-                         .arg(model.ParamTable[source].Name, model.ParamTable[command].Name);
-    return hands;
+            reasons << QStringLiteral("(%1) %2 drives %3")
+                           .arg(source)
+                           .arg(model.ParamTable[source].Name, model.ParamTable[command].Name);
+    return reasons;
 }
 
 void FormVirtualOperator::FollowOwner()
