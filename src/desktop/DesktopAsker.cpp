@@ -5,7 +5,9 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QMainWindow>
 #include <QMessageBox>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -43,10 +45,19 @@ QMessageBox::StandardButtons BoxButtons(MsgButtons buttons)
     return QMessageBox::Ok;
 }
 
+/** What a box belongs to, so that it has the icon and lies behind nothing: the window in front, or the main
+ * one while another program is in front. */
 QWidget *FrontWindow()
 {
-    return QApplication::activeModalWidget() ? QApplication::activeModalWidget()
-                                             : QApplication::activeWindow();
+    if (QWidget *modal = QApplication::activeModalWidget())
+        return modal;
+    if (QWidget *active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto main = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isVisible() && qobject_cast<const QMainWindow *>(window);
+    });
+    return main == windows.end() ? nullptr : *main;
 }
 
 /** Shown without the last pair of parentheses, which hold what the dialog really looks for: some platforms
@@ -78,6 +89,8 @@ MsgAnswer DesktopAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon 
                     FrontWindow());
     box.setTextFormat(Qt::PlainText);
     KeepLinesWhole(box);
+    // Desktops order the buttons each in its own way, and would take the first one.
+    box.setDefaultButton(buttons == MsgButtons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
     switch (box.exec()) {
     case QMessageBox::Yes:
         return MsgAnswer::Yes;

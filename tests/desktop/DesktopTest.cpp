@@ -16,7 +16,9 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QListView>
+#include <QMainWindow>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
 #include <algorithm>
@@ -139,11 +141,16 @@ TEST(LongestText, LooksAtLimitsListsAndFactoryLimits)
 TEST(DesktopAsker, ABoxShowsPlainTextAndGivesItsAnswer)
 {
     DesktopAsker asker;
+    QMainWindow main;
+    main.setAttribute(Qt::WA_ShowWithoutActivating);
+    main.show();
     const QString text = QStringLiteral("<b>x</b> has been modified.\r\n\r\nSave changes?");
     OnNextModal<QMessageBox>([&](QMessageBox &box) {
         EXPECT_EQ(box.textFormat(), Qt::PlainText);
         EXPECT_EQ(box.text(), text);
         EXPECT_EQ(box.icon(), QMessageBox::Question);
+        EXPECT_EQ(box.standardButton(box.defaultButton()), QMessageBox::Yes);
+        EXPECT_EQ(box.parentWidget(), &main) << "with another program in front";
         box.button(QMessageBox::No)->click();
     });
     EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::Question, {}), MsgAnswer::No);
