@@ -4,15 +4,12 @@
 #include "blocks/BlockForm.h"
 #include "blocks/diagram/ClickArea.h"
 #include "desktop/ValueBox.h"
-#include "support/TestDesk.h"
+#include "support/WindowTest.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTimer>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <utility>
 #include <vector>
@@ -21,7 +18,7 @@ namespace quorvik::testing
 {
 
 /** Opens block windows of the catalogue on a desk with the factory table. */
-class BlockFixture : public ::testing::Test
+class BlockFixture : public WindowTest
 {
 protected:
     using Values = std::initializer_list<std::pair<int, std::int32_t>>;
@@ -32,6 +29,7 @@ protected:
             if (QLatin1String(entry.form) == QLatin1String(formName)) {
                 form = entry.make(desk.desk, member);
                 form->show();
+                window = form;
                 return;
             }
         FAIL() << "no such block: " << formName;
@@ -66,16 +64,10 @@ protected:
             desk.model.ParamTable[number].Value = rawValue;
     }
 
-    template<typename Control> Control *Find(const QString &name) const
-    {
-        auto *control = form->findChild<Control *>(name);
-        EXPECT_NE(control, nullptr) << name.toStdString();
-        return control;
-    }
     ValueBox *Text1(int i) const { return Find<ValueBox>(ControlName("Text1", i)); }
     QLabel *Label1(int i) const { return Find<QLabel>(ControlName("Label1", i)); }
-    ClickArea *Area(const char *name) const { return Find<ClickArea>(QLatin1String(name)); }
-    void Press(const char *button) const { Find<QPushButton>(QLatin1String(button))->click(); }
+    ClickArea *Area(const char *name) const { return Find<ClickArea>(name); }
+    void Press(const char *button) const { Find<QPushButton>(button)->click(); }
     int Number(int row) const { return Label1(row)->property("Tag").toInt(); }
     int State(const char *part) const { return form->drawing().Find(QLatin1String(part))->state; }
     int ReadFlag(int p) const { return desk.model.ParamTable[p].ReadFlag; }
@@ -87,7 +79,6 @@ protected:
         return flags;
     }
 
-    TestDesk desk;
     const std::vector<int> before = ReadFlags();
     BlockForm *form = nullptr;
 };

@@ -2,7 +2,6 @@
 
 #include "blocks/DriveClock.h"
 #include "blocks/FaultRecord.h"
-#include "platform/Guard.h"
 
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -16,16 +15,8 @@ namespace
 class ClockTest : public BlockFixture
 {
 protected:
-    ClockTest()
-    {
-        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        SetFailureReporter([this](const RuntimeFailure &failure) { told.append(failure.Sentence()); });
-    }
-    ~ClockTest() override
-    {
-        SetFailureReporter({});
-        QLocale::setDefault(QLocale::system());
-    }
+    ClockTest() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
+    ~ClockTest() override { QLocale::setDefault(QLocale::system()); }
 
     /** Fills consecutive parameters. */
     void Fill(int first, std::initializer_list<std::int32_t> rawValues)
@@ -34,10 +25,7 @@ protected:
             Set({{first++, rawValue}});
     }
 
-    QString Text(const char *label) const { return Find<QLabel>(QLatin1String(label))->text(); }
     QString Log() const { return Find<QPlainTextEdit>(QStringLiteral("TextFaultLog"))->toPlainText(); }
-
-    QStringList told;
 };
 
 TEST_F(ClockTest, FaultWordsReadInTableOrder)
@@ -99,7 +87,7 @@ TEST_F(ClockTest, ADayOutsideTheTableIsToldOnceAndStopsNoOtherWindow)
     Set({{322, 1}});
     Tick();
     EXPECT_EQ(State("LineReset"), 1);
-    form = log;
+    window = form = log;
     Set({{267, 7}});
     Tick();
     EXPECT_TRUE(Log().startsWith(QStringLiteral("VFB Loss, Saturday, ")));

@@ -167,7 +167,7 @@ TEST_F(SignalPathTest, TerminalsAreThoseOfTheMember)
         {"FormAnalogOutputs", 1, "LabelOutput", "21"}, {"FormAnalogOutputs", 2, "LabelCom", "24"}};
     for (const auto &[name, member, label, terminal] : terminals) {
         Open(name, member);
-        EXPECT_EQ(Find<QLabel>(QLatin1String(label))->text(), QLatin1String(terminal)) << name << member;
+        EXPECT_EQ(Text(label), QLatin1String(terminal)) << name << member;
         Close();
     }
 }

@@ -1,9 +1,9 @@
 #include "blocks/BlockForm.h"
 #include "shell/EveryWindow.h"
 #include "shell/ShellFixture.h"
+#include "support/WindowTest.h"
 
 #include <QDirIterator>
-#include <QLabel>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -26,20 +26,18 @@ QString TopicText(const QString &topic)
                     QString(topic).replace(QStringLiteral(".htm"), QStringLiteral(".md")));
 }
 
-class WindowTopics : public ::testing::Test
+class WindowTopics : public WindowTest
 {
 protected:
     /** Presses F1 and expects the one topic that shows the window's own picture. */
-    const Visit expectHelp = [this](QWidget &window, const QString &picture) {
+    const Visit expectHelp = [this](QWidget &shown, const QString &picture) {
         desk.help.Topics.clear();
-        const QPointer<QWidget> focus = window.focusWidget();
-        QTest::keyClick(focus ? focus.data() : &window, Qt::Key_F1);
+        const QPointer<QWidget> focus = shown.focusWidget();
+        QTest::keyClick(focus ? focus.data() : &shown, Qt::Key_F1);
         ASSERT_EQ(desk.help.Topics.size(), 1);
         EXPECT_TRUE(TopicText(desk.help.Topics.first()).contains(QStringLiteral("(picture:%1)").arg(picture)))
             << qPrintable(desk.help.Topics.first());
     };
-
-    TestDesk desk;
 };
 
 /** Numbers of the parameters that a topic has rows for. */
@@ -62,12 +60,12 @@ QSet<int> RowsOf(const QString &topic)
 
 TEST_F(WindowTopics, EveryBlockHasItsOwnThatExplainsEveryRow)
 {
-    VisitBlocks(desk, [this](QWidget &window, const QString &picture) {
-        expectHelp(window, picture);
+    VisitBlocks(desk, [this](QWidget &shown, const QString &picture) {
+        expectHelp(shown, picture);
         // The user's own choice of rows has no place in a topic.
         if (picture == QLatin1String("FormCustom"))
             return;
-        const auto &form = static_cast<const BlockForm &>(window);
+        const auto &form = static_cast<const BlockForm &>(shown);
         const QSet<int> explained = RowsOf(form.HelpTopic());
         const auto rowParam = [&form](int row) {
             return FindIn<QLabel>(&form, ControlName("Label1", row))->property("Tag").toInt();

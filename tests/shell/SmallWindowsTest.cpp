@@ -3,9 +3,9 @@
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
 #include "shell/ShellFixture.h"
+#include "support/WindowTest.h"
 
 #include <QCheckBox>
-#include <QLabel>
 
 namespace quorvik::testing
 {
@@ -15,7 +15,7 @@ namespace
 
 constexpr std::int32_t Orange = 0x0080ff; // blue, green, red
 
-class ColorSettings : public ::testing::Test
+class ColorSettings : public WindowTest
 {
 protected:
     void Open()
@@ -26,16 +26,15 @@ protected:
             return answer;
         };
         form->show();
+        window = form;
     }
 
-    void Click(const Name &name) const { ClickIn(form, name); }
-    bool CanApply() const { return FindIn(form, "CommandApply")->isEnabled(); }
+    bool CanApply() const { return Find("CommandApply")->isEnabled(); }
     QColor Swatch(int index) const
     {
-        return FindIn(form, ControlName("Shape1", index))->palette().color(QPalette::Window);
+        return Find(ControlName("Shape1", index))->palette().color(QPalette::Window);
     }
 
-    TestDesk desk;
     QPointer<FormColorSettings> form;
     std::optional<QColor> answer;
     QColor offered;

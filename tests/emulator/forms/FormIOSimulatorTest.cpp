@@ -3,52 +3,35 @@
 #include "emulator/DriveEmulator.h"
 #include "emulator/forms/Gauges.h"
 #include "emulator/forms/LampLook.h"
-#include "support/TestDesk.h"
+#include "support/WindowTest.h"
 
 #include <QComboBox>
-#include <QLabel>
-#include <QPointer>
 #include <QRadioButton>
 #include <QSlider>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace quorvik::testing
 {
 
-class FormIOSimulatorTest : public ::testing::Test
+class FormIOSimulatorTest : public WindowTest
 {
 protected:
-    FormIOSimulatorTest()
-    {
-        SetFailureReporter([this](const RuntimeFailure &failure) { told.append(failure.Sentence()); });
-        emulator.TimerEmulateSvx.setInterval(5);
-    }
-    ~FormIOSimulatorTest() override
-    {
-        delete form.data();
-        SetFailureReporter([](const RuntimeFailure &) {});
-    }
+    FormIOSimulatorTest() { emulator.TimerEmulateSvx.setInterval(5); }
+    ~FormIOSimulatorTest() override { delete form.data(); }
 
     void Show()
     {
         form = new FormIOSimulator(desk.desk);
         form->TimerUpdateScreen.setInterval(5);
         form->show();
+        window = form;
         ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
     }
 
-    template<typename Control = QWidget> Control *Find(const char *name) const
-    {
-        return form->findChild<Control *>(QLatin1String(name));
-    }
-    QString Text(const char *label) const { return Find<QLabel>(label)->text(); }
     QSlider *AnalogScroll() const { return Find<QSlider>("HScrollAnalogInputStatus"); }
     QSlider *FreqScroll() const { return Find<QSlider>("HScrollFreqInputStatus"); }
     QRadioButton *Open() const { return Find<QRadioButton>("OptionDigitalInputState(0)"); }
     QRadioButton *Closed() const { return Find<QRadioButton>("OptionDigitalInputState(1)"); }
 
-    std::int32_t &P(int p) { return desk.model.ParamTable[p].Value; }
     bool Becomes(int p, std::int32_t raw)
     {
         return QTest::qWaitFor([&] { return P(p) == raw; });
@@ -58,10 +41,8 @@ protected:
         return QTest::qWaitFor([&] { return Text(label) == QLatin1String(text); });
     }
 
-    TestDesk desk;
     DriveEmulator emulator{desk.model};
     QPointer<FormIOSimulator> form;
-    QStringList told;
 };
 
 TEST_F(FormIOSimulatorTest, ClosedDigitalInputReachesItsDestinationAndARelay)
@@ -269,19 +250,6 @@ TEST_F(FormIOSimulatorTest, PickingATerminalChoosesItsMember)
     EXPECT_TRUE(Closed()->isChecked());
     QTest::mouseClick(digital, Qt::LeftButton, {}, digital->CellRect(7).center().toPoint());
     EXPECT_EQ(members->currentIndex(), 2) << "a supply terminal is no member";
-}
-
-TEST_F(FormIOSimulatorTest, HelpAndCloseWorkFromTheKeyboard)
-{
-    Show();
-    QTest::keyClick(AnalogScroll(), Qt::Key_F1);
-    QTest::mouseClick(Find("CommandHelp"), Qt::LeftButton);
-    EXPECT_EQ(desk.help.Topics, QStringList(2, QStringLiteral("IO Simulator.htm")));
-    const std::int32_t interest = desk.model.ParamTable[139].ReadFlag;
-    QTest::keyClick(Find("CommandClose"), Qt::Key_Space);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return form.isNull(); }));
-    EXPECT_EQ(desk.model.ParamTable[139].ReadFlag, interest);
-    EXPECT_FALSE(desk.model.FileModified || desk.model.DriveModified || desk.model.WritePending);
 }
 
 } // namespace quorvik::testing
