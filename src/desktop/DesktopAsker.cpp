@@ -5,9 +5,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QMainWindow>
 #include <QMessageBox>
-#include <algorithm>
 
 namespace quorvik
 {
@@ -51,13 +49,10 @@ QWidget *FrontWindow()
 {
     if (QWidget *modal = QApplication::activeModalWidget())
         return modal;
-    if (QWidget *active = QApplication::activeWindow())
+    // A message that stands beside the work may be gone before the box is.
+    if (QWidget *active = QApplication::activeWindow(); active && !qobject_cast<QMessageBox *>(active))
         return active;
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    const auto main = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
-        return window->isVisible() && qobject_cast<const QMainWindow *>(window);
-    });
-    return main == windows.end() ? nullptr : *main;
+    return MainWindowOnScreen();
 }
 
 /** Shown without the last pair of parentheses, which hold what the dialog really looks for: some platforms

@@ -1,5 +1,7 @@
 #include "desktop/StandingMessages.h"
 
+#include "desktop/BoxLines.h"
+
 #include <QApplication>
 #include <QMainWindow>
 #include <QScreen>
@@ -13,15 +15,6 @@ namespace
 {
 
 constexpr int MostParagraphs = 10;
-
-QWidget *MainWindow()
-{
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
-        return window->isVisible() && qobject_cast<const QMainWindow *>(window) != nullptr;
-    });
-    return found == windows.end() ? nullptr : *found;
-}
 
 QString Joined(const QStringList &paragraphs)
 {
@@ -40,8 +33,8 @@ bool CoversAWindow(const QRect &place, const QWidget *box, const QWidget *main)
     });
 }
 
-/** In the middle of the main window, or above, below or in the first corner of the screen where no other window
- * stands. */
+/** In the middle of the main window, or above, below or in the first corner of the screen where no other
+ * window stands. */
 void Place(QMessageBox *box, const QWidget *main)
 {
     box->adjustSize();
@@ -51,12 +44,8 @@ void Place(QMessageBox *box, const QWidget *main)
     middle.moveCenter(main != nullptr ? main->frameGeometry().center() : screen.center());
     const QPoint farthest = screen.bottomRight() - QPoint(frame.width() - 1, frame.height() - 1);
     const QPoint aside(0, frame.height());
-    const QPoint places[] = {middle.topLeft(),
-                             middle.topLeft() + aside,
-                             middle.topLeft() - aside,
-                             screen.topLeft(),
-                             {farthest.x(), screen.top()},
-                             {screen.left(), farthest.y()},
+    const QPoint places[] = {middle.topLeft(), middle.topLeft() + aside,     middle.topLeft() - aside,
+                             screen.topLeft(), {farthest.x(), screen.top()}, {screen.left(), farthest.y()},
                              farthest};
     const auto *free = std::find_if(std::begin(places), std::end(places), [&](const QPoint &place) {
         const QRect there(place, frame);
@@ -72,6 +61,15 @@ void OwnedBy(QMessageBox *box, const QWidget *owner)
 
 } // namespace
 
+QWidget *MainWindowOnScreen()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isVisible() && qobject_cast<const QMainWindow *>(window) != nullptr;
+    });
+    return found == windows.end() ? nullptr : *found;
+}
+
 StandingMessages::~StandingMessages()
 {
     for (const Standing &standing : standing_)
@@ -81,9 +79,8 @@ StandingMessages::~StandingMessages()
 void StandingMessages::Show(const QString &text, QMessageBox::Icon icon, const QString &title)
 {
     // A box that was just answered may wait for its deletion.
-    standing_.removeIf([](const Standing &standing) {
-        return standing.box == nullptr || !standing.box->isVisible();
-    });
+    standing_.removeIf(
+        [](const Standing &standing) { return standing.box == nullptr || !standing.box->isVisible(); });
     auto same = std::find_if(standing_.begin(), standing_.end(), [&](const Standing &standing) {
         return standing.box->icon() == icon && standing.box->windowTitle() == title;
     });
@@ -93,15 +90,15 @@ void StandingMessages::Show(const QString &text, QMessageBox::Icon icon, const Q
     } else if (!same->paragraphs.contains(text)) {
         same->paragraphs.append(text);
         same->box->setText(Joined(same->paragraphs));
-        if (CoversAWindow(same->box->frameGeometry(), same->box, MainWindow()))
-            Place(same->box, MainWindow());
+        if (CoversAWindow(same->box->frameGeometry(), same->box, MainWindowOnScreen()))
+            Place(same->box, MainWindowOnScreen());
     }
 }
 
 void StandingMessages::Open(Standing &standing, QMessageBox::Icon icon, const QString &title)
 {
     QMessageBox *box = standing.box;
-    QWidget *main = MainWindow();
+    QWidget *main = MainWindowOnScreen();
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setIcon(icon);
     box->setWindowTitle(title);
@@ -110,15 +107,13 @@ void StandingMessages::Open(Standing &standing, QMessageBox::Icon icon, const QS
     box->setStandardButtons(QMessageBox::Ok);
     box->setDefaultButton(QMessageBox::Ok);
     box->setModal(false);
-    if (main != nullptr)
-        box->setWindowIcon(main->windowIcon());
+    KeepLinesWhole(*box);
 
     // A dialog that holds the program would hold the box too, unless the box belongs to it; once it is gone
     // the box is the main window's.
     QWidget *dialog = QApplication::activeModalWidget();
     const QWidget *active = QApplication::activeWindow();
-    box->setAttribute(Qt::WA_ShowWithoutActivating,
-                      active != nullptr && active != main && active != dialog);
+    box->setAttribute(Qt::WA_ShowWithoutActivating, active != nullptr && active != main && active != dialog);
     box->winId();
     OwnedBy(box, dialog != nullptr ? dialog : main);
     if (dialog != nullptr && dialog->windowHandle() != nullptr)

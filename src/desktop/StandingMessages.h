@@ -9,6 +9,9 @@
 namespace quorvik
 {
 
+/** The main window while it is shown, or nothing. */
+QWidget *MainWindowOnScreen();
+
 /**
  * Messages that stand beside the work: no box of theirs blocks a window, takes the keyboard from another
  * window than the main one, or covers one that stands free. One box at most for each title and icon.
