@@ -36,11 +36,6 @@ void LivePart::Show(bool visible) const
     drawing_->SetVisible(index_, visible);
 }
 
-int LivePart::State() const
-{
-    return drawing_->At(index_).state;
-}
-
 Port LivePart::Pivot() const
 {
     const QPolygonF &points = drawing_->At(index_).points;

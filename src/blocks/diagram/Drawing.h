@@ -86,7 +86,6 @@ public:
     /** Sets contact, closure or line width, as Element::state tells. */
     void Set(int state) const;
     void Show(bool visible) const;
-    int State() const;
     int Index() const { return index_; }
 
     /** Where a wire meets the pivot of a switch or a contact. */
