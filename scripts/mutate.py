@@ -81,7 +81,8 @@ def prepare():
         if source.is_file() and not (target.is_file() and target.read_bytes() == source.read_bytes()):
             target.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(source, target)
-    result = run(["cmake", "-S", COPY, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None"])
+    result = run(["cmake", "-S", COPY, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
+                  "-DCMAKE_CXX_FLAGS=-O0 -g0"])
     if result.returncode != 0:
         sys.exit(result.stdout)
 
@@ -91,7 +92,7 @@ def folders_of_tests(path):
     folders = [str(found.parent.relative_to(COPY / "tests")) for found in COPY.glob("tests/**/CMakeLists.txt")
                if "quorvik_tests(" in found.read_text()]
     own = str(pathlib.Path(path).parent.relative_to("src"))
-    return sorted(folders, key=lambda folder: (not (own + "/").startswith(folder + "/"), folder))
+    return sorted(folders, key=lambda folder: (-len(folder) if f"{own}/".startswith(f"{folder}/") else 0, folder))
 
 
 def build(folder):
