@@ -1,0 +1,38 @@
+#include "platform/PortLock.h"
+
+#include <QFile>
+#include <QSysInfo>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace quorvik::testing
+{
+
+TEST(PortLockTest, OnlyAProcessKnownToBeGoneIsGone)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(0);
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    const QString here = QSysInfo::machineHostName();
+    const std::tuple<pid_t, QString, bool> cases[] = {
+        {child, here, true}, {::getpid(), here, false}, {1, here, false}, {child, here + u'x', false}};
+    const QString name = QStringLiteral("quorvik-test-%1").arg(::getpid());
+    QFile lock(QStringLiteral("/tmp/LCK..") + name);
+    for (const auto &[process, host, isGone] : cases) {
+        ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+        lock.write(QStringLiteral("%1\nterminal\n%2\n").arg(process).arg(host).toUtf8());
+        lock.close();
+        const std::optional<PortHolder> holder = HolderOfPort(QStringLiteral("/dev/") + name);
+        ASSERT_TRUE(holder.has_value());
+        EXPECT_EQ(holder->process, process);
+        EXPECT_EQ(holder->program, QStringLiteral("terminal"));
+        EXPECT_EQ(holder->isGone, isGone) << process;
+    }
+    ASSERT_TRUE(lock.resize(0));
+    EXPECT_FALSE(HolderOfPort(QStringLiteral("/dev/") + name).has_value()) << "an empty lock names nobody";
+    lock.remove();
+}
+
+} // namespace quorvik::testing
