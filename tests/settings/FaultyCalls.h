@@ -11,7 +11,8 @@ enum class Fault {
     Kill,     ///< killed as it enters one of them
     DiskFull, ///< writing is refused with ENOSPC
     DiskBad,  ///< flushing is refused with EIO
-    Locked,   ///< creating, renaming and removing files, and changing their modes, is refused with EACCES
+    Locked,   ///< creating, renaming and removing files is refused with EACCES
+    NoModes,  ///< the file system knows neither owners nor modes, and refuses their change with EPERM
 };
 
 struct ChildEnd {
