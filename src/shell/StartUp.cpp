@@ -94,9 +94,11 @@ void MDIFormMain::ChooseCommMode()
 
 bool MDIFormMain::Unload(bool asks)
 {
-    // Nobody is there to say whether the drive is to keep what it was given.
-    if (!asks)
+    if (!asks) {
+        engines_.recoveryCopy.WriteNow();
+        // Nobody is there to say whether the drive is to keep what it was given.
         engines_.model.DriveModified = false;
+    }
     if (engines_.link.PortOpen())
         Guarded([&] { engines_.link.GoOffLine(0); });
 
@@ -110,7 +112,6 @@ bool MDIFormMain::Unload(bool asks)
     Guarded([&] { StoreColors(settings, engines_.model); });
 
     if (!asks) {
-        engines_.recoveryCopy.WriteNow();
         windows_->CloseAll();
         surroundings_.help.Close();
         return true;
