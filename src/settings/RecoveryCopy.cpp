@@ -88,11 +88,9 @@ void RecoveryCopy::Remove()
     QFile::remove(NamePath());
 }
 
-QString RecoveryCopy::SetAside()
+QString RecoveryCopy::SetAside(const QString &name)
 {
-    const QString kept =
-        folder_ +
-        QStringLiteral("/unreadable-%1.Svx").arg(QDateTime::currentDateTime().toString(u"yyyyMMdd-hhmmss"));
+    const QString kept = folder_ + u'/' + name + QStringLiteral(".Svx");
     if (!QFile::rename(Path(), kept))
         return Path();
     QFile::remove(NamePath());
@@ -116,14 +114,18 @@ bool RecoveryCopy::OfferLeftover(Asker &asker)
     case MsgAnswer::Yes:
         break;
     case MsgAnswer::No:
-        Remove();
+        // Kept a while: a key pressed in haste must not be the end of unsaved work.
+        QFile::remove(folder_ + QStringLiteral("/declined.Svx"));
+        SetAside(QStringLiteral("declined"));
         return false;
     default:
         // No answer, as when the run ends meanwhile: it is asked again next time.
         return false;
     }
     if (const QString failure = file_.LoadSettings(Path()); !failure.isEmpty()) {
-        asker.MsgBox(QStringLiteral("%1\r\n\r\nThe copy is kept as \"%2\".").arg(failure, SetAside()),
+        const QString kept =
+            SetAside(QDateTime::currentDateTime().toString(QStringLiteral("'unreadable-'yyyyMMdd-hhmmss")));
+        asker.MsgBox(QStringLiteral("%1\r\n\r\nThe copy is kept as \"%2\".").arg(failure, kept),
                      MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
         return false;
     }

@@ -28,8 +28,8 @@ public:
     RecoveryCopy(Model &model, SettingsFile &file, const QString &folder, int writeDelayMs = WriteDelayMs);
 
     /**
-     * Offers what an earlier run left behind. A No removes it; one that cannot be read is set aside, and the
-     * user is told where.
+     * Offers what an earlier run left behind. After a No it stays as "declined.Svx" until the next No; one
+     * that cannot be read is set aside, and the user is told where.
      * @return True when the set was taken over: it is in the table, marked as modified, under its old name,
      * and the copy goes on with it.
      */
@@ -52,7 +52,8 @@ private:
     void OnMarksChanged();
     void Write();
     QString WriteBoth();
-    QString SetAside();
+    /** Keeps the copy under another name, where it is not offered again. @return its path. */
+    QString SetAside(const QString &name);
     QString NamePath() const;
 
     Model &model_;

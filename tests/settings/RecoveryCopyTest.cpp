@@ -75,6 +75,8 @@ TEST_F(RecoveryCopyTest, IsOfferedWithItsNameAndContent)
         EXPECT_EQ(model.FileModified, taken);
         EXPECT_EQ(model.FileName, taken ? QStringLiteral("/machines/winder.Svx") : QStringLiteral("unnamed"));
         EXPECT_EQ(model.Value(Edited) == 321, taken);
+        EXPECT_EQ(QFile::exists(Path("data/recovery/declined.Svx")), !taken);
+        QFile::remove(Path("data/recovery/declined.Svx"));
         EXPECT_EQ(CopiedValue(*copy), taken ? 321 : -1) << "a second crash loses nothing";
     }
 }
