@@ -12,8 +12,8 @@ namespace quorvik
 class Asker;
 class Model;
 
-/** Lets the user choose the file to export to, *.csv or *.pdf, and asks before one is replaced; nothing stands
- * for a cancel. */
+/** Lets the user choose the file to export to, *.csv or *.pdf, and asks before one is replaced; nothing
+ * stands for a cancel. */
 std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner, Asker &asker);
 
 /**
