@@ -3,7 +3,6 @@
 #include "desktop/PlainText.h"
 #include "model/Conversions.h"
 #include "model/Model.h"
-#include "operator/CommandParams.h"
 #include "operator/FormVirtualOperatorSetup.h"
 #include "operator/LatchButton.h"
 #include "operator/VirtualSlider.h"
@@ -48,8 +47,8 @@ const QString &FormVirtualOperator::Caption()
 void FormVirtualOperator::Form_Load()
 {
     Model &model = desk().model;
-    for (const int p : {CommandParam::Run, CommandParam::Stop, CommandParam::Jog, CommandParam::RunStatus,
-                        CommandParam::LogicSelect, Param::DriveState})
+    for (const int p :
+         {Param::Run, Param::Stop, Param::Jog, Param::RunStatus, Param::LogicSelect, Param::DriveState})
         Watch(p);
     // What an input drove until now may stand elsewhere in the drive than in the table, and so may what
     // nobody polls.
@@ -69,8 +68,8 @@ void FormVirtualOperator::Form_Load()
         Watch(p);
     }
     // Run and Stop act as a maintained command.
-    if (model.Value(CommandParam::LogicSelect) != TwoWire)
-        model.SetParamValue(CommandParam::LogicSelect, TwoWire, true, false);
+    if (model.Value(Param::LogicSelect) != TwoWire)
+        model.SetParamValue(Param::LogicSelect, TwoWire, true, false);
     for (int index = 0; index < Records; ++index)
         FillRecord(index, isKnown.at(std::size_t(index)));
     ShowCommands();

@@ -1,7 +1,6 @@
 // Run, Stop and Jog of the panel, and what it shows of the drive behind them.
 
 #include "model/Model.h"
-#include "operator/CommandParams.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/JogButton.h"
 
@@ -29,39 +28,39 @@ enum DriveState { Stopped, Running, Jogging = 3, JogStopping, JogDelaying, Emerg
 void FormVirtualOperator::CommandRun_Click()
 {
     isStopAsked_ = false;
-    desk().model.SetParamValue(CommandParam::Run, 1, true, false);
+    desk().model.SetParamValue(Param::Run, 1, true, false);
 }
 
 void FormVirtualOperator::CommandStop_Click()
 {
     Model &model = desk().model;
     isStopAsked_ = true;
-    model.SetParamValue(CommandParam::Run, 0, true, false);
+    model.SetParamValue(Param::Run, 0, true, false);
     EndJog();
     // What three wires have latched only the stop input lets go.
-    const ParamRecord &logic = model.ParamTable[CommandParam::LogicSelect];
+    const ParamRecord &logic = model.ParamTable[Param::LogicSelect];
     const bool isUnsettled = model.PortOpen() && logic.WriteFlag != WriteState::None;
     if (logic.Value != TwoWire || isUnsettled)
-        model.SetParamValue(CommandParam::Stop, 1, true, false);
+        model.SetParamValue(Param::Stop, 1, true, false);
 }
 
 void FormVirtualOperator::CommandJog_MouseDown()
 {
     isStopAsked_ = false;
-    desk().model.SetParamValue(CommandParam::Jog, 1, true, false);
+    desk().model.SetParamValue(Param::Jog, 1, true, false);
 }
 
 void FormVirtualOperator::CommandJog_MouseUp()
 {
     isStopAsked_ = true;
-    desk().model.SetParamValue(CommandParam::Jog, 0, true, false);
+    desk().model.SetParamValue(Param::Jog, 0, true, false);
 }
 
 void FormVirtualOperator::EndJog()
 {
     if (commandJog_->IsHeld())
         commandJog_->Release();
-    else if (desk().model.Value(CommandParam::Jog) != 0 || DriveJogs())
+    else if (desk().model.Value(Param::Jog) != 0 || DriveJogs())
         CommandJog_MouseUp();
 }
 
@@ -69,7 +68,7 @@ bool FormVirtualOperator::DriveRuns() const
 {
     const Model &model = desk().model;
     if (!model.PortOpen())
-        return model.Value(CommandParam::Run) != 0;
+        return model.Value(Param::Run) != 0;
     switch (model.Value(Param::DriveState)) {
     case Running:
         return true;
@@ -80,14 +79,14 @@ bool FormVirtualOperator::DriveRuns() const
     case EmergencyStopped:
         return false;
     default:
-        return model.Value(CommandParam::RunStatus) != 0;
+        return model.Value(Param::RunStatus) != 0;
     }
 }
 
 bool FormVirtualOperator::DriveJogs() const
 {
     const Model &model = desk().model;
-    return model.PortOpen() ? model.Value(Param::DriveState) == Jogging : model.Value(CommandParam::Jog) != 0;
+    return model.PortOpen() ? model.Value(Param::DriveState) == Jogging : model.Value(Param::Jog) != 0;
 }
 
 void FormVirtualOperator::ShowCommands()
@@ -99,8 +98,8 @@ void FormVirtualOperator::ShowCommands()
     commandJog_->SetLit(jogs);
     // A drive that has been told to stop is asked for its state again only at the next poll.
     isStopAsked_ = isStopAsked_ && (runs || jogs);
-    const bool isRunInForce = model.Value(CommandParam::Run) != 0 || (runs && !isStopAsked_);
-    const bool isJogInForce = model.Value(CommandParam::Jog) != 0 || (jogs && !isStopAsked_);
+    const bool isRunInForce = model.Value(Param::Run) != 0 || (runs && !isStopAsked_);
+    const bool isJogInForce = model.Value(Param::Jog) != 0 || (jogs && !isStopAsked_);
     commandRun_->setEnabled(!isRunInForce && !isJogInForce);
     commandJog_->setEnabled(!isRunInForce);
 
@@ -125,9 +124,9 @@ QStringList FormVirtualOperator::WhyStopMayFail() const
     if (model.PortOpen() && !model.DriveIsStopped() &&
         std::any_of(watched_.cbegin(), watched_.cend(), isWaiting))
         reasons << QStringLiteral("it does not let go of its inputs while it runs");
-    if (model.Value(CommandParam::LogicSelect) != TwoWire)
+    if (model.Value(Param::LogicSelect) != TwoWire)
         reasons << QStringLiteral("Logic Select is not 2 Wire");
-    for (const int command : {CommandParam::Run, CommandParam::Jog})
+    for (const int command : {Param::Run, Param::Jog})
         if (const int source = model.FindLinkSource(command); source != 0)
             reasons << QStringLiteral("(%1) %2 drives %3")
                            .arg(source)
