@@ -15,13 +15,15 @@ namespace
 {
 
 constexpr int MostParagraphs = 10;
+constexpr int FewParagraphs = 3;
 
 QString Joined(const QStringList &paragraphs)
 {
-    QString text = paragraphs.mid(0, MostParagraphs).join(QStringLiteral("\r\n\r\n"));
+    QStringList shown = paragraphs.mid(0, MostParagraphs);
     if (paragraphs.size() > MostParagraphs)
-        text += QStringLiteral("\r\n\r\nand %1 more.").arg(paragraphs.size() - MostParagraphs);
-    return text;
+        shown += QStringLiteral("and %1 more.").arg(paragraphs.size() - MostParagraphs);
+    // Many short sentences are a list, which must not grow out of the screen.
+    return shown.join(shown.size() > FewParagraphs ? QStringLiteral("\r\n") : QStringLiteral("\r\n\r\n"));
 }
 
 bool CoversAWindow(const QRect &place, const QWidget *box, const QWidget *main)
