@@ -27,6 +27,7 @@ TEST_F(ShellTest, OnlyItsPanelAndItsEntrySwitchTheLinkAndACancelLeavesItAsItWas)
     UseDrive(SimulatedDrive());
     ClickIn(main.get(), "DriveModel");
     EXPECT_TRUE(asker.Shown.isEmpty());
+    EXPECT_EQ(Find("DriveModel")->accessibleDescription(), Find<QLabel>("DriveModel")->text());
     Find("ComStatus")->setFocus();
     const std::function<void()> ways[] = {[this] { ClickIn(main.get(), "ComStatus"); },
                                           [this] { QTest::keyClick(Find("ComStatus"), Qt::Key_Space); },
