@@ -4,25 +4,21 @@
 #include "link/forms/FormDebug.h"
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
-#include "platform/Guard.h"
 #include "platform/Ports.h"
 #include "platform/Waiting.h"
-#include "support/TestDesk.h"
+#include "support/WindowTest.h"
 
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QtTest/QTest>
-#include <gtest/gtest.h>
 
 namespace quorvik::testing
 {
 
-class LinkFormsTest : public ::testing::Test
+class LinkFormsTest : public WindowTest
 {
 protected:
     LinkFormsTest()
@@ -35,18 +31,12 @@ protected:
 
     template<typename Control> Control *Find(QWidget &form, const char *name)
     {
-        auto *control = form.findChild<Control *>(QLatin1String(name));
-        EXPECT_NE(control, nullptr) << name;
-        return control;
+        return FindIn<Control>(&form, name);
     }
-    void Click(QWidget &form, const char *button)
-    {
-        QTest::mouseClick(Find<QPushButton>(form, button), Qt::LeftButton);
-    }
+    void Click(QWidget &form, const char *button) { ClickIn(&form, button); }
     ParamRecord &P(int p) { return desk.model.ParamTable[p]; }
     QString StoredDevice(int number) { return Ports(desk.settings).DeviceOf(number); }
 
-    TestDesk desk;
     ScriptedPeer peer;
     DriveLink link{desk.model,
                    desk.rules,
@@ -102,6 +92,14 @@ TEST_F(LinkFormsTest, CommunicationsShowsAndStoresTheDeviceBehindThePort)
     device->lineEdit()->selectAll();
     QTest::keyClicks(device->lineEdit(), peer.Device());
     EXPECT_TRUE(pluggedIn->text().contains(QStringLiteral("Pseudo-terminal")));
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    device->setFocus();
+    device->addItem(peer.Device() + u'0');
+    device->lineEdit()->end(false);
+    QTest::keyClick(device->lineEdit(), Qt::Key_Backspace);
+    QTest::keyClicks(device->lineEdit(), peer.Device().right(1));
+    EXPECT_EQ(device->currentText(), peer.Device()) << "typed, not completed from the list";
     auto *ports = Find<QComboBox>(form, "ComboCommPort");
     QTest::keyClick(ports, Qt::Key_Down);
     EXPECT_EQ(StoredDevice(6), peer.Device());
@@ -189,13 +187,10 @@ TEST_F(LinkFormsTest, ABrokenReadingGivesBackWhatItTookAndRunsNoRules)
     link.ScanKind = 1;
     desk.asker.Expect(QStringLiteral("Drive not Responding!"));
     FormProgressBar form(desk.desk, &desk.mainWindow, link);
-    QStringList failures;
-    SetFailureReporter([&](const RuntimeFailure &failure) { failures.append(failure.Sentence()); });
     form.exec();
-    SetFailureReporter([](const RuntimeFailure &) {});
     EXPECT_FALSE(link.PortOpen());
     EXPECT_EQ(desk.model.LastParam, 433) << "grown again behind the window's back";
-    EXPECT_TRUE(failures.isEmpty());
+    EXPECT_TRUE(told.isEmpty());
     EXPECT_EQ(P(300).ReadFlag + P(301).ReadFlag, 0);
     EXPECT_EQ(P(10).Max, max);
 }
