@@ -148,7 +148,7 @@ private:
 
     void CloseLink();
     void SettleWholeRead();
-    void CommandMemory(int command);
+    void MemoryCommandFailed(int command);
     void OnComStatusChange();
     void ArmSerialCommTimer();
     void SendRequest(const QByteArray &request, int replyLength);
@@ -166,8 +166,7 @@ private:
     bool isFirstSent_ = false;      ///< it went before its turn: the cursor is another's
     bool isReadScan_ = false;       ///< of the scan under way
     std::map<int, std::uint8_t> refusals_; ///< in a row, by parameter
-    int memoryCommand_ = 0;         ///< save or load, without an answer so far; 0 for none
-    bool isMarkTakenBack_ = false;  ///< Model::DriveModified before that command
+    bool wasModified_ = false;      ///< Model::DriveModified before the drive was told to load
     bool isJogUnsettled_ = false;   ///< nothing was heard or said of Jog since the link is up
     bool isFailing_ = false;
     bool isFailureTold_ = false;

@@ -32,7 +32,6 @@ void DriveLink::GoOnLine()
     DriveCommand = 0;
     NoResponseCount = PacketSizeErrorCount = BCCErrorCount = WriteRetryCount = 0;
     refusals_.clear();
-    memoryCommand_ = 0;
     isJogUnsettled_ = true;
     // A button that was pressed before is no command for now.
     for (const int p : {Param::Run, Param::Stop, Param::Jog})
@@ -91,8 +90,9 @@ void DriveLink::GoOffLine(int reason)
         return;
     const QScopedValueRollback leaving(leaving_, true);
     // A save that was never answered is none.
-    if (memoryCommand_ != 0)
-        model_.DriveModified = isMarkTakenBack_;
+    for (const int command : {Param::SaveParameters, Param::LoadParameters})
+        if (model_.ParamTable[command].WriteFlag != WriteState::None)
+            MemoryCommandFailed(command);
     rules_.PromptSaveToDrive(reason);
     if (PortOpen())
         CloseLink();
@@ -205,20 +205,26 @@ void DriveLink::SettleWholeRead()
 
 void DriveLink::SaveDriveParameters()
 {
-    CommandMemory(Param::SaveParameters);
+    model_.SetParamValue(Param::SaveParameters, 1, true, false);
+    model_.DriveModified = false;
 }
 
 void DriveLink::LoadDriveParameters()
 {
-    CommandMemory(Param::LoadParameters);
+    wasModified_ = model_.DriveModified;
+    model_.SetParamValue(Param::LoadParameters, 1, true, false);
+    model_.DriveModified = false;
 }
 
-void DriveLink::CommandMemory(int command)
+void DriveLink::MemoryCommandFailed(int command)
 {
-    isMarkTakenBack_ = model_.DriveModified;
-    memoryCommand_ = command;
-    model_.SetParamValue(command, 1, true, false);
-    model_.DriveModified = false;
+    ParamRecord &record = model_.ParamTable[command];
+    record.Value = 0;
+    record.WriteFlag = WriteState::None;
+    if (command == Param::SaveParameters)
+        model_.DriveModified = true;
+    else if (command == Param::LoadParameters)
+        model_.DriveModified = wasModified_;
 }
 
 } // namespace quorvik

@@ -211,15 +211,13 @@ void DriveLink::TakeWrite()
     WriteRetryCount = 0;
     if (p == Param::Jog)
         isJogUnsettled_ = false;
-    if (p == memoryCommand_)
-        memoryCommand_ = 0;
     ParamRecord &record = model_.ParamTable[p];
     // A value that was changed again meanwhile is not the one that the drive has taken.
     if (record.Value != rawValueSent_)
         return;
     record.WriteFlag = WriteState::None;
     // A command is given once. Where somebody polls it, the drive itself tells when it is done.
-    if (p >= Param::SaveParameters && p <= Param::OneShotCommand && record.ReadFlag == 0)
+    if (Param::IsCommand(p) && record.ReadFlag == 0)
         record.Value = 0;
     Q_EMIT WriteTaken(p);
 }
@@ -242,14 +240,12 @@ void DriveLink::RefuseWrite()
             ++CurrentParam;
         refusals_.erase(p);
         WriteRetryCount = 0;
-        if (p == memoryCommand_) {
-            model_.DriveModified = isMarkTakenBack_;
-            memoryCommand_ = 0;
+        // While leaving, whoever asked for the save sees to it.
+        if (Param::IsCommand(p) && !leaving_) {
+            MemoryCommandFailed(p);
             if (p == Param::SaveParameters)
                 Later([this] { rules_.ShowNotSavedMessage(); });
         }
-        if (p >= Param::SaveParameters && p <= Param::OneShotCommand)
-            record.Value = 0;
         Q_EMIT model_.WriteRefused(p);
     }
     ArmSerialCommTimer();

@@ -125,9 +125,12 @@ void Model::SetAllWriteFlags(std::uint8_t state)
         if (isClock || AttrBit(Attr::ReadOnly, i))
             continue;
         ParamRecord &record = ParamTable[i];
-        // As one of many it waits for its turn.
-        if (record.WriteFlag != WriteState::Queued)
+        if (record.WriteFlag != WriteState::Queued) {
+            // As one of many it waits for its turn, and gives no command.
             record.WriteFirst = false;
+            if (Param::IsCommand(i) && state == WriteState::Queued)
+                record.Value = 0;
+        }
         record.WriteFlag = state;
     }
     if (state == WriteState::Queued)

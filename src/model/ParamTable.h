@@ -64,6 +64,12 @@ inline constexpr int OneShotCommand = 408;
 inline constexpr int DriveModel = 411;
 inline constexpr int ClearFault = 420;
 inline constexpr int DriveState = 422;
+
+/** Whether p gives the drive a command, and is no setting. */
+constexpr bool IsCommand(int p)
+{
+    return p >= SaveParameters && p <= OneShotCommand;
+}
 } // namespace Param
 
 /** An array of records indexed by parameter number from 0. An index outside it raises RuntimeFailure. */

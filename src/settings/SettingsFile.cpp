@@ -60,12 +60,6 @@ QString ReadWhole(const QString &path, Database &database, Recordset &rows, QStr
     return ReadNotes(database, notes);
 }
 
-/** A command that was under way when a set was saved must not be given again by it. */
-bool IsCommand(int number)
-{
-    return number >= Param::SaveParameters && number <= Param::OneShotCommand;
-}
-
 /** Takes a row of a file into the table; on line the drive's own parameters stay what the drive says. */
 void TakeRow(const ParamRecord &row, int number, bool online, ParamRecord &record)
 {
@@ -79,7 +73,8 @@ void TakeRow(const ParamRecord &row, int number, bool online, ParamRecord &recor
     record.Max = row.Max;
     record.Attributes = row.Attributes;
     record.Preset = row.Preset;
-    record.Value = IsCommand(number) ? 0 : row.Value;
+    // A command that was under way when the set was saved must not be given again by it.
+    record.Value = Param::IsCommand(number) ? 0 : row.Value;
     record.Name = row.Name;
 }
 

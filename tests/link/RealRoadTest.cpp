@@ -17,52 +17,52 @@ protected:
         link.GoOnLine();
         ASSERT_TRUE(link.PortOpen());
     }
+    void ExpectSameTables()
+    {
+        const auto table = drive.Table();
+        ASSERT_EQ(int(table.size()), model.LastParam + 1);
+        for (const auto &[p, rawValue] : table)
+            if (!IsClock(p)) {
+                EXPECT_EQ(P(p).Value, rawValue) << p;
+            }
+    }
     static bool IsClock(int p) { return p >= Param::ClockFirst && p <= Param::ClockLast; }
 
     SimulatedDrive drive;
 };
 
-TEST_F(RealRoadTest, AWholeReadMakesBothTablesEqual)
+TEST_F(RealRoadTest, AWholeTableGoesBothWays)
 {
     drive.Set(7, 33);
     drive.Set(64, 60000);
     drive.Set(100, -12345);
-    // One whole-table scan, as the progress window runs it.
     link.SetAllReadFlags(1);
-    link.BeginScanAnew();
-    ASSERT_TRUE(WaitUntil([this] { return link.CurrentParam > model.LastParam; }));
-    const auto table = drive.Table();
-    ASSERT_EQ(int(table.size()), model.LastParam + 1);
-    for (const auto &[p, rawValue] : table)
-        if (!IsClock(p)) {
-            EXPECT_EQ(P(p).Value, rawValue) << p;
-        }
+    link.RunWholeScan(1);
+    link.SetAllReadFlags(-1);
+    ExpectSameTables();
     EXPECT_EQ(drive.Stat(QStringLiteral("reads")), 1) << "one run, one request";
-}
 
-TEST_F(RealRoadTest, AWholeWriteMakesBothTablesEqual)
-{
+    for (const int selector : {7, 64, 100})
+        P(selector).Value = P(selector).Preset;
     int changed = 0;
     for (int p = 1; p <= model.LastParam; ++p) {
         ParamRecord &record = P(p);
         // The drive bounds relay 3's values by its source even where the table has not followed it.
         const bool isPlain =
             (record.Attributes & (Attr::ReadOnly | Attr::RefreshAfterLoad)) == 0 && p != 77 && p != 80;
-        const bool isCommand = p >= Param::SaveParameters && p <= Param::OneShotCommand;
-        if (isPlain && !isCommand && p != Param::ClearFault && !IsClock(p) && record.Max > record.Value) {
+        if (isPlain && !Param::IsCommand(p) && p != Param::ClearFault && !IsClock(p) &&
+            record.Max > record.Value) {
             ++record.Value;
             ++changed;
         }
     }
     EXPECT_GT(changed, 150);
+    P(Param::LoadParameters).Value = 1; // the drive would take back what it was sent
     model.SetAllWriteFlags(WriteState::Queued);
-    link.BeginScanAnew();
+    link.RunWholeScan(2);
     ASSERT_TRUE(WaitUntil([&] { return !model.WritePending; }));
     EXPECT_TRUE(asker.Shown.isEmpty());
-    for (const auto &[p, rawValue] : drive.Table())
-        if (!IsClock(p) && !model.AttrBit(Attr::ReadOnly, p)) {
-            EXPECT_EQ(rawValue, P(p).Value) << p;
-        }
+    ExpectSameTables();
     EXPECT_EQ(drive.Stat(QStringLiteral("refusals")), 0);
 }
 

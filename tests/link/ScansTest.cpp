@@ -267,9 +267,7 @@ TEST_F(ScansTest, AWrongLengthIsThrownAwayWholeAfterAPause)
     for (const QByteArray &wrong : {tooLong, tooLong.first(4)}) {
         P(10).Value = 0;
         peer.Frames.clear();
-        peer.Answer = [&](const QByteArray &frame) {
-            return frame == ReadRequest(10) && peer.Count(frame) == 1 ? wrong : peer.DriveAnswer(frame);
-        };
+        Answer(ReadRequest(10), wrong, 1);
         ASSERT_TRUE(WaitUntil([&] { return link.PacketSizeErrorCount == 1; }));
         EXPECT_EQ(P(10).Value, 0);
         EXPECT_FALSE(link.SerialCommTimeout.isActive());

@@ -30,10 +30,7 @@ protected:
     QString Target() const { return Path("machine.Svx"); }
 
     /** The drive's commands are read as none. */
-    static int MarkedValue(int p, int mark)
-    {
-        return p >= Param::SaveParameters && p <= Param::OneShotCommand ? 0 : mark + p;
-    }
+    static int MarkedValue(int p, int mark) { return Param::IsCommand(p) ? 0 : mark + p; }
     void MakeSet(int mark)
     {
         for (int p = 0; p <= model.LastParam; ++p)
