@@ -275,6 +275,13 @@ TEST_F(LinkStateTest, MemoryCommandsAreGivenOnceAndLeaveTheFileAlone)
         EXPECT_EQ(model.DriveModified, c.isRefused);
     }
     ASSERT_TRUE(WaitUntil([this] { return asker.Shown.size() == 2; }));
+
+    Answer(WriteRequest(Param::SaveParameters, 1));
+    asker.Expect(QStringLiteral("not Responding"));
+    asker.Expect(QStringLiteral("Drive parameters have not been saved!"));
+    link.SaveDriveParameters();
+    ASSERT_TRUE(WaitForOffLine());
+    EXPECT_EQ(P(Param::SaveParameters).WriteFlag, WriteState::None);
 }
 
 TEST_F(LinkStateTest, WhatASessionLeavesUndoneEndsWithIt)
