@@ -162,7 +162,7 @@ void BlockForm::MeasureRows()
 {
     const ValueBox ruler(QString(), view_);
     const auto cellsFor = [&](const QString &text) {
-        return std::ceil(ruler.WidthFor(text) / double(view_->Unit()));
+        return std::ceil(ruler.WidthFor(text) / view_->Unit());
     };
     const auto showsAny = [this](const Row &row) { return row.free || (linked_ && &row == &rows_.last()); };
     const QString longestOfAll = std::any_of(rows_.cbegin(), rows_.cend(), showsAny)

@@ -133,8 +133,7 @@ private:
         comboSelectParameter_->setObjectName(QStringLiteral("ComboSelectParameter"));
         comboSelectParameter_->setAccessibleName(QStringLiteral("Parameter of the row"));
         comboSelectParameter_->addItem(longestEntry);
-        const double comboWidth =
-            std::ceil(comboSelectParameter_->sizeHint().width() / double(view().Unit()));
+        const double comboWidth = std::ceil(comboSelectParameter_->sizeHint().width() / view().Unit());
         TypeToChoose(comboSelectParameter_);
         comboSelectParameter_->hide();
         On(comboSelectParameter_, &QComboBox::activated, this, [this] { ComboSelectParameter_Click(); });

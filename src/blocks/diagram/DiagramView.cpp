@@ -17,8 +17,9 @@ namespace
 
 constexpr double Margin = 2;
 constexpr double TextHeight = 2;
-constexpr int SmallestText = 8; ///< pixels
+constexpr double SmallestText = 8; ///< pixels of the screen
 constexpr int LargestGrowth = 2;
+constexpr double Tolerance = 0.15; ///< cells by which a text may be wider than at the usual size
 
 } // namespace
 
@@ -68,7 +69,7 @@ QLabel *DiagramView::MakeLabel(const QString &name, const QString &text, bool bo
 
 double DiagramView::TextWidth(const QString &text) const
 {
-    return fontMetrics().horizontalAdvance(text) / double(Unit());
+    return fontMetrics().horizontalAdvance(text) / Unit();
 }
 
 void DiagramView::Finish()
@@ -94,29 +95,32 @@ void DiagramView::SetUsualFont()
     unit_ = usualUnit_;
 }
 
-double DiagramView::WidthOf(const Standing &text, QFont font, int unit) const
+double DiagramView::WidthOf(const Standing &text, QFont font)
 {
     const auto *label = static_cast<const QLabel *>(text.widget);
     font.setBold(label->font().bold());
-    const QString &longest = text.longestText.isEmpty() ? label->text() : text.longestText;
-    return std::ceil(QFontMetrics(font).horizontalAdvance(longest) + 2) / unit;
+    return QFontMetricsF(font).horizontalAdvance(text.longestText.isEmpty() ? label->text()
+                                                                            : text.longestText);
 }
 
-int DiagramView::TextSizeFor(int unit) const
+QFont DiagramView::FontFor(double unit) const
 {
     const QFont usual = parentWidget()->font();
+    const double pixel = 1 / devicePixelRatioF();
+    const double smallest = SmallestText * pixel;
+    double size = QFontInfo(usual).pixelSize() * unit / usualUnit_;
     QFont font = usual;
-    int size = QFontInfo(usual).pixelSize() * unit / usualUnit_;
     // Letters grow and shrink in steps of their own; none may take more of the sheet than at the usual size.
     const auto fits = [&] {
-        font.setPixelSize(size);
+        font.setPointSizeF(std::max(size, smallest) * 72 / logicalDpiY());
         return std::all_of(standing_.begin(), standing_.end(), [&](const Standing &standing) {
-            return !standing.isText || WidthOf(standing, font, unit) <= WidthOf(standing, usual, usualUnit_);
+            return !standing.isText ||
+                   WidthOf(standing, font) / unit <= WidthOf(standing, usual) / usualUnit_ + Tolerance;
         });
     };
-    while (size > SmallestText && !fits())
-        --size;
-    return std::max(size, SmallestText);
+    while (!fits() && size > smallest)
+        size -= pixel / 2;
+    return font;
 }
 
 void DiagramView::Fit(const QSize &room)
@@ -125,17 +129,16 @@ void DiagramView::Fit(const QSize &room)
         return;
     const double fits =
         std::min(double(room.width()) / usualSize_.width(), double(room.height()) / usualSize_.height());
-    const int usualText = QFontInfo(parentWidget()->font()).pixelSize();
-    const int smallest = std::min((SmallestText * usualUnit_ + usualText - 1) / usualText, usualUnit_);
-    const int unit = std::clamp(int(usualUnit_ * fits), smallest, LargestGrowth * usualUnit_);
+    const double ratio = devicePixelRatioF();
+    const double smallest = SmallestText / ratio / QFontInfo(parentWidget()->font()).pixelSize();
+    const double scale =
+        std::clamp(fits, std::min(std::ceil(smallest * usualUnit_) / usualUnit_, 1.0), double(LargestGrowth));
+    const double unit = scale == 1.0 ? usualUnit_ : std::floor(usualUnit_ * scale * ratio) / ratio;
     if (unit == unit_)
         return;
     isFitting_ = true;
     unit_ = unit;
-    QFont font;
-    if (unit != usualUnit_)
-        font.setPixelSize(TextSizeFor(unit));
-    setFont(font);
+    setFont(unit == usualUnit_ ? QFont() : FontFor(unit));
     isFitting_ = false;
     Arrange();
 }
@@ -144,7 +147,7 @@ QRectF DiagramView::CellsOf(const Standing &standing) const
 {
     if (!standing.isText)
         return standing.cells;
-    const double width = WidthOf(standing, standing.widget->font(), Unit());
+    const double width = std::ceil(WidthOf(standing, standing.widget->font()) + 2) / Unit();
     double left = standing.at.x();
     if (standing.align & Qt::AlignRight)
         left -= width;

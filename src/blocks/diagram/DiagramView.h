@@ -39,12 +39,13 @@ public:
     /** Makes labels of the drawing's texts and gives the sheet its size. Called once all is placed. */
     void Finish();
 
-    /** Scales sheet and text to the room, in whole pixels to a cell; the text stays readable. */
+    /** Scales sheet and text to the room, in whole pixels of the screen to a cell; the text stays readable.
+     */
     void Fit(const QSize &room);
     /** What the sheet takes at the size of its owner's font. */
     QSize UsualSize() const { return usualSize_; }
 
-    int Unit() const { return unit_; }    ///< pixels to a cell
+    double Unit() const { return unit_; } ///< pixels to a cell
     static int UnitOf(const QFont &font); ///< at the size of a font
     /** Pixels of the sheet for a rectangle or a line in cells. */
     QRectF ToPixels(const QRectF &cells) const;
@@ -64,16 +65,17 @@ private:
         bool isText;
     };
     QRectF CellsOf(const Standing &standing) const;
-    /** Cells that a text takes in a font and at a size of cells. */
-    double WidthOf(const Standing &text, QFont font, int unit) const;
+    /** Pixels that a text takes in a font. */
+    static double WidthOf(const Standing &text, QFont font);
     void Arrange();
     void SetUsualFont();
-    int TextSizeFor(int unit) const;
+    /** The usual font as large as a size of cells allows. */
+    QFont FontFor(double unit) const;
 
     QList<Standing> standing_;
     QPointF origin_; ///< cells at the sheet's top left corner
     int usualUnit_ = 0;
-    int unit_ = 0;
+    double unit_ = 0;
     QSize usualSize_;
     bool isFitting_ = false;
     bool finished_ = false;
