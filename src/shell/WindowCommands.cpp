@@ -68,8 +68,13 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
     form->show();
     child->show();
     if (isNew && !child->isMaximized()) {
-        child->resize(child->size().boundedTo(area_->viewport()->size()));
+        const QRect area = area_->viewport()->rect();
+        const auto fitInto = [child](const QRect &room) {
+            child->resize(child->size().boundedTo(room.size()).expandedTo(child->minimumSizeHint()));
+        };
+        fitInto(area);
         child->move(PlaceInCascade(child, int(Children(area_, false).size()) - 1));
+        fitInto({child->pos(), area.bottomRight()});
     }
     if (activate)
         area_->setActiveSubWindow(child);
