@@ -43,17 +43,19 @@ QList<QPolygonF> Characteristic(const Element &element)
 /** The axes behind a characteristic. */
 QList<QPolygonF> Axes(const Element &element)
 {
+    const auto crossing = [](double level) {
+        const QList<QPointF> across = {QPointF(0.08, level), QPointF(0.92, level)};
+        const QList<QPointF> upwards = {QPointF(0.5, 0.1), QPointF(0.5, 0.9)};
+        return QList<QPolygonF>{QPolygonF(across), QPolygonF(upwards)};
+    };
+    const bool isOneSided = element.state == 0;
     switch (element.symbol) {
     case Symbol::Curve:
-        if (element.state == 0)
-            return {{{{0.1, 0.1}, {0.1, 0.9}, {0.92, 0.9}}}};
-        [[fallthrough]];
+        return isOneSided ? QList<QPolygonF>{{{{0.1, 0.1}, {0.1, 0.9}, {0.92, 0.9}}}} : crossing(0.5);
     case Symbol::DeadBand:
-        return {{{{0.08, 0.5}, {0.92, 0.5}}}, {{{0.5, 0.1}, {0.5, 0.9}}}};
+        return crossing(0.5);
     case Symbol::Limiter:
-        if (element.state == 0)
-            return {{{{0.1, 0.72}, {0.92, 0.72}}}, {{{0.5, 0.1}, {0.5, 0.9}}}};
-        return {};
+        return isOneSided ? crossing(0.72) : QList<QPolygonF>();
     default:
         return {};
     }
