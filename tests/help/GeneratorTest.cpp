@@ -29,14 +29,14 @@ TEST(Generator, WhatIsWrongFailsWithASentence)
     topics.Check({QStringLiteral("Speed.htm"), QStringLiteral("Torque.htm")}, problems);
     PageWriter(desk.model, topics, folder.path(), folder.filePath(QStringLiteral("out"))).WriteAll(problems);
     problems.replaceInStrings(folder.path() + u'/', QString()).sort();
-    EXPECT_EQ(problems.join(u'\n'),
-              QStringLiteral("\"Lost.htm\" stands nowhere in the contents\n"
-                             "Speed.htm: no row of a parameter: @220..217 Back.\n"
-                             "Speed.htm: the link to \"Ramp.htm\" leads nowhere\n"
-                             "Speed.htm: there is no picture of FormSpeed\n"
-                             "a window asks for the topic \"Torque.htm\", which does not exist\n"
-                             "contents.txt: there is no topic \"Gone.htm\"\n"
-                             "topics/Lost.md: begins with no \"# Title\""));
+    EXPECT_EQ(problems.join(u'\n').toStdString(),
+              "\"Lost.htm\" stands nowhere in the contents\n"
+              "Speed.htm: no row of a parameter: @220..217 Back.\n"
+              "Speed.htm: the link to \"Ramp.htm\" leads nowhere\n"
+              "Speed.htm: there is no picture of FormSpeed\n"
+              "a window asks for the topic \"Torque.htm\", which does not exist\n"
+              "contents.txt: there is no topic \"Gone.htm\"\n"
+              "topics/Lost.md: begins with no \"# Title\"");
 }
 
 } // namespace quorvik::help
