@@ -38,11 +38,12 @@ void DriveLink::CountFailure(std::uint8_t &count, const QString &title, const QS
         return;
     count = 0;
     OffLineRequested = true;
-    Announce(sentence, MsgIcon::Exclamation, title);
+    QString text = sentence;
     if (MayBeMoving())
-        Announce(QStringLiteral("The motor may still be turning: the drive was told to run or to jog, and "
-                                "nothing reaches it any more. Stop it at the machine."),
-                 MsgIcon::Exclamation, title);
+        text +=
+            QStringLiteral("\r\n\r\nThe motor may still be turning: the drive was told to run or to jog, and "
+                           "nothing reaches it any more. Stop it at the machine.");
+    Announce(text, MsgIcon::Exclamation, title);
 }
 
 bool DriveLink::MayBeMoving() const

@@ -15,6 +15,8 @@ namespace
 constexpr int ReadingAll = 1;
 constexpr int WritingAll = 2;
 constexpr int MostNamed = 12;
+/** The reason of GoOffLine() with which the line may be dead. */
+constexpr int BrokenOff = 2;
 
 } // namespace
 
@@ -54,10 +56,11 @@ void DriveLink::GoOnLine()
         return;
     if (PropMax < Param::FirstSelector) {
         CloseLink();
-        Announce(QStringLiteral("The drive says that the number of its last parameter is %1, which no drive "
-                                "has. Switching OffLine. Check that a Sarvex drive is connected to this port.")
-                     .arg(PropMax),
-                 MsgIcon::Exclamation, AppTitle());
+        Announce(
+            QStringLiteral("The drive says that the number of its last parameter is %1, which no drive "
+                           "has. Switching OffLine. Check that a Sarvex drive is connected to this port.")
+                .arg(PropMax),
+            MsgIcon::Exclamation, AppTitle());
         return;
     }
     model_.LastParam = std::int16_t(std::min<std::int32_t>(PropMax, model_.FileLastParam));
@@ -94,6 +97,10 @@ void DriveLink::GoOffLine(int reason)
         if (model_.ParamTable[command].WriteFlag != WriteState::None)
             MemoryCommandFailed(command);
     rules_.PromptSaveToDrive(reason);
+    // A Stop that was pressed a moment ago leaves before the line does.
+    if (reason != BrokenOff)
+        PumpWhile([this] { return PortOpen() && !OffLineRequested && FirstWrite(); },
+                  QDeadlineTimer(timings_.lastCommand));
     if (PortOpen())
         CloseLink();
 }
