@@ -1,5 +1,5 @@
-// The deaf moment: how long the program does not answer, with ten windows painting beside a drive that runs, while
-// the whole table goes over a line paced as in the field.
+// The deaf moment: how long the program does not answer, with ten windows painting beside a drive that runs,
+// while the whole table goes over a line paced as in the field.
 
 #include "AttachedProgram.h"
 #include "Figures.h"
@@ -21,7 +21,8 @@ constexpr double NsPerMs = 1e6;
 constexpr int PollingMs = 5000;
 constexpr double LimitMs = 30;
 
-/** The worst gap between the ticks of a timer that is due every millisecond, in milliseconds, while work runs. */
+/** The worst gap between the ticks of a timer that is due every millisecond, in milliseconds, while work
+ * runs. */
 template<typename Work> double WorstGap(Work work)
 {
     QElapsedTimer sinceLast;

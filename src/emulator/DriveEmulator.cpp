@@ -40,8 +40,8 @@ void DriveEmulator::AnnouncePanels(bool online)
     const QString driveStatus =
         online && !model_.DriveStateUnread
             ? state.Naming({Param::DriveState},
-                              [&] { return DriveStateText(model_.Value(Param::DriveState)); })
-               : QString();
+                           [&] { return DriveStateText(model_.Value(Param::DriveState)); })
+            : QString();
     try {
         driveModelText_ = driveModel.Naming({Param::DriveModel},
                                             [&] { return ModelText(model_.Value(Param::DriveModel)); });

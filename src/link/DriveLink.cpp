@@ -124,8 +124,8 @@ void DriveLink::MSComm1_OnComm()
     if (MSComm1.CommEvent() != MSComm::EvReceive)
         return;
     QUORVIK_LINK_TRACE() << "Comm Receive";
-    // A reply does not say whose it is: one that nobody waits for any more must not reach the table, and is no
-    // answer to the silence that was counted.
+    // A reply does not say whose it is: one that nobody waits for any more must not reach the table, and is
+    // no answer to the silence that was counted.
     if (!SerialCommTimeout.isActive()) {
         DiscardInput();
         return;

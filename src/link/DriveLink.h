@@ -71,8 +71,8 @@ public:
     void BeginScanAnew();
 
     /**
-     * Reads or writes the whole table under the progress window, once it is flagged so. What could not be read
-     * is named, and a set that is read by half is marked so (Model::HalfRead).
+     * Reads or writes the whole table under the progress window, once it is flagged so. What could not be
+     * read is named, and a set that is read by half is marked so (Model::HalfRead).
      * @param kind 1 reading, 2 writing.
      */
     void RunWholeScan(int kind);
@@ -94,7 +94,7 @@ public:
     std::uint8_t PacketSizeErrorCount = 0;
     std::uint8_t BCCErrorCount = 0;
     std::uint8_t WriteRetryCount = 0; ///< refusals in a row of the parameter written last
-    std::int16_t ReadPropsIndex = 0; ///< parameter whose properties are wanted, 0 for none
+    std::int16_t ReadPropsIndex = 0;  ///< parameter whose properties are wanted, 0 for none
     std::int32_t PropMin = 0;
     std::int32_t PropMax = 0;
     std::int32_t PropAttrib = 0;
@@ -161,13 +161,13 @@ private:
     LinkTimings timings_;
     QTimer timerDelay_;
     WholeRead wholeRead_;
-    int paramSent_ = 0;             ///< of the write that is awaiting its answer
-    std::int32_t rawValueSent_ = 0; ///< of the same
-    bool isFirstSent_ = false;      ///< it went before its turn: the cursor is another's
-    bool isReadScan_ = false;       ///< of the scan under way
+    int paramSent_ = 0;                    ///< of the write that is awaiting its answer
+    std::int32_t rawValueSent_ = 0;        ///< of the same
+    bool isFirstSent_ = false;             ///< it went before its turn: the cursor is another's
+    bool isReadScan_ = false;              ///< of the scan under way
     std::map<int, std::uint8_t> refusals_; ///< in a row, by parameter
-    bool wasModified_ = false;      ///< Model::DriveModified before the drive was told to load
-    bool isJogUnsettled_ = false;   ///< nothing was heard or said of Jog since the link is up
+    bool wasModified_ = false;             ///< Model::DriveModified before the drive was told to load
+    bool isJogUnsettled_ = false;          ///< nothing was heard or said of Jog since the link is up
     bool isFailing_ = false;
     bool isFailureTold_ = false;
     bool waitingForDrive_ = false;

@@ -30,8 +30,8 @@ public:
     bool Wants(int p) const;
 
     void RowRead(int p);
-    void RowFailed(int p); ///< its reply was damaged
-    void BrokeOff(int p);  ///< no reply, or one of a wrong length: the scan begins anew
+    void RowFailed(int p);                     ///< its reply was damaged
+    void BrokeOff(int p);                      ///< no reply, or one of a wrong length: the scan begins anew
     void StrayReply() { isOutOfStep_ = true; } ///< bytes came that nothing had asked for
 
     bool HasRead() const { return hasRead_; }

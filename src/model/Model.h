@@ -111,7 +111,8 @@ public:
      */
     void SetParamValue(int p, std::int32_t rawValue, bool modified, bool refresh);
 
-    /** Stores a value and queues its write, with no mark set. Run, Stop and Jog go before all other writes. */
+    /** Stores a value and queues its write, with no mark set. Run, Stop and Jog go before all other writes.
+     */
     void QueueWrite(int p, std::int32_t rawValue);
 
     /** Sets WriteFlag of every writable parameter but the clock's; state 2 also sets WritePending. */

@@ -34,8 +34,9 @@ public:
     virtual MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) = 0;
 
     /**
-     * Shows a message and returns at once: nothing waits for it, and it keeps no window from being used. There
-     * is never more than one of the same title and icon: while it stands, what comes next is added to it.
+     * Shows a message and returns at once: nothing waits for it, and it keeps no window from being used.
+     * There is never more than one of the same title and icon: while it stands, what comes next is added to
+     * it.
      */
     virtual void Tell(const QString &text, MsgIcon icon, const QString &title)
     {

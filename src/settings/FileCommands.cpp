@@ -161,8 +161,8 @@ void FileCommands::ReadFromDrive()
         return;
     Link.SetAllReadFlags(1);
     Link.RunScan(1);
-    // What came from the drive is a new set that nobody saved. A reading that did not come to its end has said
-    // so itself.
+    // What came from the drive is a new set that nobody saved. A reading that did not come to its end has
+    // said so itself.
     if (model_.PortOpen() && !model_.HalfRead)
         BecomeUnnamed(true);
     Link.GoOffLine(1);

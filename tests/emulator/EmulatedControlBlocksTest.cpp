@@ -14,7 +14,10 @@ TEST(EmulatedControlBlocks, AuxPI)
     RunCases("Aux PI", &DriveEmulator::EmulateAuxPI,
              {
                  {"error", {{350, 5}, {351, 12}}, {{352, -7}}},
-                 {"overflow", {{350, Highest}, {351, -1}, {352, 3}}, {{352, 3}}, "(350, 351): The result is out of range."},
+                 {"overflow",
+                  {{350, Highest}, {351, -1}, {352, 3}},
+                  {{352, 3}},
+                  "(350, 351): The result is out of range."},
              });
 }
 
@@ -32,8 +35,14 @@ TEST(EmulatedControlBlocks, CurrentLoop)
             {"mode 2 takes nothing", {{109, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
             {"mode 3 takes nothing", {{109, 1}, {110, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
             {"mode 255 is a mode", {{109, 127}, {110, 1}, {111, 5}}, {{111, 0}}},
-            {"mode 256 is none", {{109, 128}, {111, 5}}, {{111, 5}}, "(109, 110): The result is out of range."},
-            {"mode of 33 bits", {{109, Highest}, {111, 5}}, {{111, 5}}, "(109, 110): The result is out of range."},
+            {"mode 256 is none",
+             {{109, 128}, {111, 5}},
+             {{111, 5}},
+             "(109, 110): The result is out of range."},
+            {"mode of 33 bits",
+             {{109, Highest}, {111, 5}},
+             {{111, 5}},
+             "(109, 110): The result is out of range."},
             {"limited", given(500, 600, 1000, -1000), {{101, 1000}, {103, 990}, {111, 600}}},
             {"limited below", given(-500, -600, 1000, -1000), {{101, -1000}, {103, -1010}, {111, -600}}},
             {"above the lower limit",
@@ -50,7 +59,10 @@ TEST(EmulatedControlBlocks, CurrentLoop)
              given(0, 5, -100, -50),
              {{101, -50}, {103, -60}, {111, 5}}},
             {"sum", given(Highest, 1, 5, -5), {{111, 1}, {101, 0}}, "(98, 111): The result is out of range."},
-            {"error", {{205, 5}, {99, 9}, {102, Lowest}}, {{101, 5}, {111, 5}}, "(101, 102): The result is out of range."},
+            {"error",
+             {{205, 5}, {99, 9}, {102, Lowest}},
+             {{101, 5}, {111, 5}},
+             "(101, 102): The result is out of range."},
         });
 }
 
@@ -64,7 +76,10 @@ TEST(EmulatedControlBlocks, FieldLoop)
             {"closed loop", {{331, 1}, {329, 0}, {330, 77}, {328, 5}}, {{328, 0}}},
             {"disabled", {{331, 0}, {329, 1}, {330, 77}, {328, 5}}, {{328, 0}}},
             {"lowest offset", {{342, Lowest}, {343, 1}}, {{333, 0}}, "(342): The result is out of range."},
-            {"lowest voltage offset", {{342, 4}, {343, Lowest}}, {{337, 4}, {336, -4}}, "(343): The result is out of range."},
+            {"lowest voltage offset",
+             {{342, 4}, {343, Lowest}},
+             {{337, 4}, {336, -4}},
+             "(343): The result is out of range."},
         });
 }
 
@@ -79,7 +94,10 @@ TEST(EmulatedControlBlocks, VelocityLoop)
                  {"tachometer", given(1), {{193, 17}, {192, 983}}},
                  {"encoder", given(2), {{193, 27}, {192, 973}}},
                  {"any other is the encoder", given(-1), {{193, 27}, {192, 973}}},
-                 {"feedback", {{194, Highest}, {130, -1}, {193, 9}}, {{193, 9}}, "(194, 130): The result is out of range."},
+                 {"feedback",
+                  {{194, Highest}, {130, -1}, {193, 9}},
+                  {{193, 9}},
+                  "(194, 130): The result is out of range."},
                  {"error", {{129, Lowest}, {194, 1}}, {{193, 1}}, "(129, 193): The result is out of range."},
              });
 }

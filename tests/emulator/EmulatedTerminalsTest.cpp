@@ -50,11 +50,20 @@ TEST(EmulatedTerminals, AnalogInput)
                  {"cut to the lower limit", Analog(5000, {{344, 1}}), {{217, -4999}}, "", {{217, 4999}}},
                  {"0 is a destination like any other", Analog(5000, {{23, 0}}), {{0, 5000}}},
                  {"points alike", Analog(7, {{38, 7}, {43, 7}}), {{217, 0}}, "(38, 43): Division by zero."},
-                 {"reading", Analog(Highest, {{38, -1}, {43, Highest}}), {}, "(139, 38): The result is out of range."},
+                 {"reading",
+                  Analog(Highest, {{38, -1}, {43, Highest}}),
+                  {},
+                  "(139, 38): The result is out of range."},
                  {"span", Analog(-1, {{38, -1}, {43, Highest}}), {}, "(43, 38): The result is out of range."},
-                 {"gain less bias", Analog(1, {{48, Lowest}, {53, 1}}), {}, "(53, 48): The result is out of range."},
+                 {"gain less bias",
+                  Analog(1, {{48, Lowest}, {53, 1}}),
+                  {},
+                  "(53, 48): The result is out of range."},
                  {"100% negated", Analog(Lowest, {{28, 1}, {43, Lowest}, {53, 5}}), {{217, 5}}},
-                 {"gain negated", Analog(-10000, {{28, 1}, {53, Lowest}}), {}, "(53): The result is out of range."},
+                 {"gain negated",
+                  Analog(-10000, {{28, 1}, {53, Lowest}}),
+                  {},
+                  "(53): The result is out of range."},
                  {"no such destination",
                   Analog(5000, {{23, 431}}),
                   {},
@@ -91,19 +100,20 @@ TEST(EmulatedTerminals, DigitalInput)
 
 TEST(EmulatedTerminals, AnalogOutput)
 {
-    RunCases("Analog Output 1", [](DriveEmulator &emulator) { emulator.EmulateAnalogOutput(1); },
-             {
-                 {"2047.5 to the even 2048", {{81, 217}, {83, 10000}, {217, 5000}}, {{168, 2048}}},
-                 {"cut above", {{81, 217}, {83, 10000}, {217, 20000}}, {{168, 4095}}},
-                 {"cut below", {{81, 217}, {83, 10000}, {217, -20000}}, {{168, -4095}}},
-                 {"bias alone", {{85, 2000}}, {{168, 819}}},
-                 {"absolute, bias included",
-                  {{81, 217}, {83, 10000}, {85, 2000}, {87, 1}, {217, -6000}},
-                  {{168, 1638}}},
-                 {"largest before overflow", {{85, 80017}}, {{168, 4095}}},
-                 {"16 bits", {{85, 80019}, {168, 7}}, {{168, 7}}, "(81, 83, 85): The result is out of range."},
-                 {"no such source", {{81, 431}}, {}, "(81): There is no parameter 431; the last one is 430."},
-             });
+    RunCases(
+        "Analog Output 1", [](DriveEmulator &emulator) { emulator.EmulateAnalogOutput(1); },
+        {
+            {"2047.5 to the even 2048", {{81, 217}, {83, 10000}, {217, 5000}}, {{168, 2048}}},
+            {"cut above", {{81, 217}, {83, 10000}, {217, 20000}}, {{168, 4095}}},
+            {"cut below", {{81, 217}, {83, 10000}, {217, -20000}}, {{168, -4095}}},
+            {"bias alone", {{85, 2000}}, {{168, 819}}},
+            {"absolute, bias included",
+             {{81, 217}, {83, 10000}, {85, 2000}, {87, 1}, {217, -6000}},
+             {{168, 1638}}},
+            {"largest before overflow", {{85, 80017}}, {{168, 4095}}},
+            {"16 bits", {{85, 80019}, {168, 7}}, {{168, 7}}, "(81, 83, 85): The result is out of range."},
+            {"no such source", {{81, 431}}, {}, "(81): There is no parameter 431; the last one is 430."},
+        });
 }
 
 TEST(EmulatedTerminals, FrequencyOutput)
@@ -117,7 +127,10 @@ TEST(EmulatedTerminals, FrequencyOutput)
             {"tie to even", {{89, 217}, {95, 10000}, {217, 12500}, {96, 2}}, {{170, 2500}}},
             {"mode 2 is a frequency", {{90, 2}, {96, 10000}}, {{170, 2000}}},
             {"lowest source", {{89, 217}, {217, Lowest}}, {}, "(89): The result is out of range."},
-            {"result", {{89, 217}, {95, 1000000}, {217, Highest}}, {}, "(89, 95, 96): The result is out of range."},
+            {"result",
+             {{89, 217}, {95, 1000000}, {217, Highest}},
+             {},
+             "(89, 95, 96): The result is out of range."},
         });
 }
 
@@ -139,7 +152,10 @@ TEST(EmulatedTerminals, DigitalOutput)
                  {"inverted between the points, on at one tick", given(75, 0, {{94, 1}}), {{170, -1}}},
                  {"and off at the next", given(75, -1, {{94, 1}}), {{170, 0}}},
                  {"lowest source needs no magnitude", given(Lowest, -1), {{170, 0}}},
-                 {"lowest source, absolute", given(Lowest, -1, {{91, 1}}), {{170, -1}}, "(89): The result is out of range."},
+                 {"lowest source, absolute",
+                  given(Lowest, -1, {{91, 1}}),
+                  {{170, -1}},
+                  "(89): The result is out of range."},
              });
 }
 
@@ -149,21 +165,22 @@ TEST(EmulatedTerminals, RelayOutput)
                           std::int32_t abs = 0) {
         return Values{{69, 217}, {72, abs}, {75, on}, {78, off}, {165, was}, {217, x}};
     };
-    RunCases("Relay Output 1", [](DriveEmulator &emulator) { emulator.EmulateRelayOutput(1); },
-             {
-                 {"rising, at the on point", given(100, 100, 50, 0), {{165, 1}}},
-                 {"falling, at the off point", given(50, 100, 50, 1), {{165, 0}}},
-                 {"between, another value stays as it is", given(75, 100, 50, 7), {{165, 7}}},
-                 {"on below off: at the on point", given(50, 50, 100, 0), {{165, 1}}},
-                 {"on below off: above the on point", given(51, 50, 100, 0), {{165, 0}}},
-                 {"on below off: below the off point", given(99, 50, 100, 1), {{165, 1}}},
-                 {"on below off: at the off point", given(100, 50, 100, 1), {{165, 0}}},
-                 {"both alike: off wins", given(50, 50, 50, 1), {{165, 0}}},
-                 {"both alike: below", given(49, 50, 50, 0), {{165, 1}}},
-                 {"signed", given(-100, 100, 50, 1), {{165, 0}}},
-                 {"absolute is anything but 0", given(-100, 100, 50, 0, -1), {{165, 1}}},
-                 {"lowest source", given(Lowest, 100, 50, 1, 1), {{165, 1}}, "(69): The result is out of range."},
-             });
+    RunCases(
+        "Relay Output 1", [](DriveEmulator &emulator) { emulator.EmulateRelayOutput(1); },
+        {
+            {"rising, at the on point", given(100, 100, 50, 0), {{165, 1}}},
+            {"falling, at the off point", given(50, 100, 50, 1), {{165, 0}}},
+            {"between, another value stays as it is", given(75, 100, 50, 7), {{165, 7}}},
+            {"on below off: at the on point", given(50, 50, 100, 0), {{165, 1}}},
+            {"on below off: above the on point", given(51, 50, 100, 0), {{165, 0}}},
+            {"on below off: below the off point", given(99, 50, 100, 1), {{165, 1}}},
+            {"on below off: at the off point", given(100, 50, 100, 1), {{165, 0}}},
+            {"both alike: off wins", given(50, 50, 50, 1), {{165, 0}}},
+            {"both alike: below", given(49, 50, 50, 0), {{165, 1}}},
+            {"signed", given(-100, 100, 50, 1), {{165, 0}}},
+            {"absolute is anything but 0", given(-100, 100, 50, 0, -1), {{165, 1}}},
+            {"lowest source", given(Lowest, 100, 50, 1, 1), {{165, 1}}, "(69): The result is out of range."},
+        });
 }
 
 // Every member reads and writes parameters of its own.

@@ -66,7 +66,7 @@ TEST_F(ScansTest, WritesKeepTheirOrderAndLoseNoChange)
         const char *title;
         std::vector<std::pair<int, int>> entries; ///< before the first frame
         int wanted;
-        QByteArray trigger;                       ///< at this frame the rest is entered
+        QByteArray trigger; ///< at this frame the rest is entered
         std::vector<std::pair<int, int>> rest;
         QList<QByteArray> bytes;
     } cases[] = {
@@ -102,14 +102,16 @@ TEST_F(ScansTest, WritesKeepTheirOrderAndLoseNoChange)
          {ReadRequest(10), Eot, run, ReadRequest(11), Ack, Eot}},
     };
     Connect();
-    ASSERT_TRUE(WaitFor(ReadRequest(Param::Jog)) && WaitFor(Eot)) << "what the drive holds of a Jog is looked up once";
+    ASSERT_TRUE(WaitFor(ReadRequest(Param::Jog)) && WaitFor(Eot))
+        << "what the drive holds of a Jog is looked up once";
     P(8).Attributes = Attr::Long;
     for (const auto &c : cases) {
         SCOPED_TRACE(c.title);
         peer.Frames.clear();
         bool isRest = false;
         peer.Answer = [&](const QByteArray &frame) {
-            EXPECT_TRUE(frame == Eot || !link.SerialCommTimer.isActive()) << "one follows the other without a tick";
+            EXPECT_TRUE(frame == Eot || !link.SerialCommTimer.isActive())
+                << "one follows the other without a tick";
             if (frame == c.trigger && !std::exchange(isRest, true))
                 for (const auto &[p, rawValue] : c.rest)
                     Enter(p, rawValue);

@@ -231,7 +231,8 @@ TEST_F(FormIOSimulatorTest, BadStatusIsToldAndCanBePutRight)
     EXPECT_TRUE(BecomesText("LabelAnalogOutput(0)", "10.0 Volts"));
     P(168) = -4095;
     EXPECT_TRUE(BecomesText("LabelAnalogOutput(0)", "-10.0 Volts"));
-    EXPECT_EQ(told, QStringList{QStringLiteral("Analog Input 1 (33, 28): The result is out of range.")}) << "told once";
+    EXPECT_EQ(told, QStringList{QStringLiteral("Analog Input 1 (33, 28): The result is out of range.")})
+        << "told once";
     P(33) = 0;
     EXPECT_TRUE(BecomesText("LabelMin", "-20 mA"));
 }
