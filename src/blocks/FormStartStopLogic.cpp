@@ -84,7 +84,7 @@ private:
         const Shape enable = Box(RunEnable, {0, ReadyY - Beside});
         const Port fault = d.From({14, ReadyY + Beside}, QStringLiteral("(304) Latched Fault"));
         const Shape noFault = d.Inverter({16, ReadyY + Beside});
-        const Shape both = d.And({24, ReadyY}, {}, 8);
+        const Shape both = d.And({23.2, ReadyY}, {}, 8);
         const Shape ready = Box(DriveReady, {32.5, ReadyY});
         d.Wire(enable.Right(), both.LeftAt(ReadyY - Beside));
         d.Wire(fault, noFault.Left());
