@@ -27,7 +27,7 @@ mkdir -p "$kept/packages/partial" "$kept/ccache"
 if [ ! -e "$bare" ]; then
     mirror=${FRESH_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Label: Debian' | head -n 1)}
     rm -rf "$folder/$suite-base"
-    debootstrap --variant=minbase "$suite" "$folder/$suite-base" "${mirror:-https://deb.debian.org/debian}"
+    debootstrap --variant=minbase "$suite" "$folder/$suite-base" ${mirror:+"$mirror"}
     tar -C "$folder/$suite-base" -cf "$bare.part" .
     rm -rf "$folder/$suite-base"
     mv "$bare.part" "$bare"
