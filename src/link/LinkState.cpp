@@ -139,9 +139,8 @@ void DriveLink::ToggleComStatus()
         RunWholeScan(ReadingAll);
         if (!wholeRead_.IsOver() || model_.HalfRead)
             return;
-        model_.FileModified = false;
         model_.FileName = QStringLiteral("unnamed");
-        model_.UpdateTitle();
+        model_.MarkFile(false);
         return;
     default:
         return;
@@ -181,9 +180,8 @@ void DriveLink::SettleWholeRead()
     if (!wholeRead_.HasRead())
         return;
     model_.HalfRead = true;
-    model_.FileModified = true;
     model_.FileName = QStringLiteral("unnamed");
-    model_.UpdateTitle();
+    model_.MarkFile(true);
     // A user who pressed Cancel knows.
     if (!wholeRead_.IsOver() && PortOpen())
         return;

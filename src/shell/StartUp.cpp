@@ -96,6 +96,8 @@ bool MDIFormMain::Unload(bool asks)
 {
     if (!asks) {
         engines_.recoveryCopy.WriteNow();
+        // While the line is there: a jog ends with the panel that gave it.
+        windows_->CloseAll();
         // Nobody is there to say whether the drive is to keep what it was given.
         engines_.model.DriveModified = false;
     }
@@ -112,7 +114,6 @@ bool MDIFormMain::Unload(bool asks)
     Guarded([&] { StoreColors(settings, engines_.model); });
 
     if (!asks) {
-        windows_->CloseAll();
         surroundings_.help.Close();
         return true;
     }

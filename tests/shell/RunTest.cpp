@@ -145,15 +145,22 @@ TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
 
 TEST_F(ShellTest, AnEndFromOutsideAsksNothingAndLosesNothing)
 {
-    const SimulatedDrive drive;
+    SimulatedDrive drive;
     GoOnLine(drive);
-    main->AllEngines().model.SetParamValue(226, 123, true, false);
+    Model &model = main->AllEngines().model;
+    asker.Expect(QStringLiteral("all inputs must be unassigned"), MsgAnswer::Yes);
+    Find<QAction>("mnuToolsVirtualOperator")->trigger();
+    model.SetParamValue(226, 123, true, false);
+    model.SetParamValue(Param::Jog, 1, true, false);
+    ASSERT_TRUE(PumpWhile([&] { return model.WritePending; }, QDeadlineTimer(10000)));
+    ASSERT_EQ(drive.Value(Param::Jog), 1);
     const Termination termination;
     QObject::connect(&termination, &Termination::Requested, main.get(), &MDIFormMain::EndUnasked);
     QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
     std::raise(SIGTERM);
     ASSERT_TRUE(PumpWhile([&] { return unloaded.isEmpty(); }, QDeadlineTimer(10000)));
     EXPECT_FALSE(main->AllEngines().link.PortOpen());
+    EXPECT_EQ(drive.Value(Param::Jog), 0);
     EXPECT_EQ(Setting("Startup", "Left"), Name("150"));
 
     MakeWindow();
