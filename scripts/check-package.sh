@@ -52,17 +52,33 @@ display=$!
 for _ in $(seq 100); do [ -s "$work/number" ] && break; sleep 0.1; done
 DISPLAY=:$(cat "$work/number")
 export DISPLAY
-gio open "$work/press 4.Svx"
-for _ in $(seq 200); do
-    windows=$(xwininfo -root -tree | grep '"Quorvik' || true)
-    grep -q 'press 4' <<<"$windows" && break
-    sleep 0.1
-done
-grep -q 'press 4' <<<"$windows" || fail "the program did not open the file: ${windows:-no window}"
-kill "$(head -n 1 "$HOME/.config/quorvik/Quorvik.lock")"
+program=$root/usr/lib/quorvik/quorvik
+# Waits until the program shows the file in its title, and ends it.
+end_when_open() {
+    for _ in $(seq 200); do
+        windows=$(xwininfo -root -tree | grep '"Quorvik' || true)
+        grep -q 'press 4' <<<"$windows" && break
+        sleep 0.1
+    done
+    grep -q 'press 4' <<<"$windows" || fail "the program did not open the file: ${windows:-no window}"
+    for process in /proc/[0-9]*; do
+        [ "$(readlink "$process/exe")" = "$program" ] || continue
+        kill "${process#/proc/}"
+        for _ in $(seq 100); do [ -e "$process/exe" ] && sleep 0.1; done
+    done
+}
+types=$HOME/.local/share/mime/packages/quorvik.xml
+entry=$HOME/.local/share/applications/quorvik.desktop
 
-# What the program writes for a user without the package is the same type.
-cmp <(sed 's/ *$//' "$HOME/.local/share/mime/packages/quorvik.xml") "$root/usr/share/mime/packages/quorvik.xml"
-grep -q "^Exec=\"$root/usr/lib/quorvik/quorvik\" %f" "$HOME/.local/share/applications/quorvik.desktop"
+gio open "$work/press 4.Svx"
+end_when_open
+[ ! -e "$types" ] && [ ! -e "$entry" ] || fail "the program wrote for the user what the package has"
+
+# What it writes for a user without the package is the same type.
+XDG_DATA_DIRS=$work/none "$program" "$work/press 4.Svx" &
+end_when_open
+wait $! || fail "the program did not end well"
+cmp <(sed 's/ *$//' "$types") "$root/usr/share/mime/packages/quorvik.xml"
+grep -q "^Exec=\"$program\" %f" "$entry"
 
 echo "$(basename "$deb"): good"
