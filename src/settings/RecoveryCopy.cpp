@@ -90,7 +90,7 @@ void RecoveryCopy::Remove()
 
 QString RecoveryCopy::SetAside(const QString &name)
 {
-    const QString kept = folder_ + u'/' + name + QStringLiteral(".Svx");
+    QString kept = folder_ + u'/' + name + QStringLiteral(".Svx");
     if (!QFile::rename(Path(), kept))
         return Path();
     QFile::remove(NamePath());
