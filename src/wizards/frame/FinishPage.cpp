@@ -59,6 +59,7 @@ void FinishPage::ShowLines(const std::vector<PlannedLine> &lines)
     failure_->hide();
     table_->show();
     std::vector<WriteRow> rows;
+    rows.reserve(lines.size());
     for (const PlannedLine &line : lines)
         rows.push_back({line.param, line.name, line.oldText, line.newText, line.oldText != line.newText});
     table_->ShowRows(rows);
