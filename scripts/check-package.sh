@@ -1,7 +1,7 @@
 #!/bin/bash
 # Packs the release build and checks the package: form, versions, file association, and that the program starts
 # from it, by its desktop entry, with a settings file.
-set -euo pipefail
+set -Eeuo pipefail
 cd "$(dirname "$0")/.."
 . scripts/install.sh
 
@@ -12,6 +12,7 @@ deb=$(ls "$PWD"/build/release/package/*.deb)
 work=$(mktemp -d)
 display=
 trap 'kill $display 2>/dev/null || true; rm -rf "$work"' EXIT
+trap 'echo "check-package: line $LINENO failed" >&2' ERR
 fail() { echo "check-package: $*" >&2; exit 1; }
 equal() { [ "$2" = "$3" ] || fail "$1: \"$2\" instead of \"$3\""; }
 
@@ -64,8 +65,10 @@ end_when_open() {
     for process in /proc/[0-9]*; do
         [ "$(readlink "$process/exe")" = "$program" ] || continue
         kill "${process#/proc/}"
-        for _ in $(seq 100); do [ -e "$process/exe" ] && sleep 0.1; done
+        for _ in $(seq 100); do [ -e "$process/exe" ] || break; sleep 0.1; done
+        return
     done
+    fail "the program that shows the file is not found"
 }
 types=$HOME/.local/share/mime/packages/quorvik.xml
 entry=$HOME/.local/share/applications/quorvik.desktop
@@ -79,6 +82,6 @@ XDG_DATA_DIRS=$work/none "$program" "$work/press 4.Svx" &
 end_when_open
 wait $! || fail "the program did not end well"
 cmp <(sed 's/ *$//' "$types") "$root/usr/share/mime/packages/quorvik.xml"
-grep -q "^Exec=\"$program\" %f" "$entry"
+grep -q "^Exec=\"$program\" %f" "$entry" || fail "the user's entry starts another program: $(grep ^Exec "$entry")"
 
 echo "$(basename "$deb"): good"
