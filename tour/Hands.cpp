@@ -69,6 +69,13 @@ QString Hands::Click(const QString &name)
 QString Hands::WalkTo(QAction *entry, bool clickIt)
 {
     isBusy_ = true;
+    // Where no window manager runs, nothing has the focus once a dialog has closed, and a program without it
+    // closes its menus.
+    program_.Main().activateWindow();
+    if (!QTest::qWaitForWindowActive(&program_.Main(), menuLimitMs)) {
+        isBusy_ = false;
+        return QStringLiteral("the main window did not get the focus");
+    }
     QMenuBar *bar = program_.Main().menuBar();
     QWidget *holder = bar;
     // A menu takes a click only from a pointer that is there.
