@@ -3,7 +3,10 @@
 
 Usage: mutate.py [count [seed]]     so many lines of the engines and as many of the windows, 40 by default; the same
                                     seed draws the same lines, as long as the sources stay as they are
+
+Engines and windows are tried side by side, each in a copy and a build of its own.
 """
+import concurrent.futures
 import os
 import pathlib
 import random
@@ -13,8 +16,7 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-COPY = ROOT / "build" / "mutations" / "source"
-BUILD = ROOT / "build" / "mutations" / "build"
+COPIES = ROOT / "build" / "mutations"
 ENGINES = ["platform", "model", "emulator", "settings", "link"]
 WANTED = {"engines": 90, "windows": 65}  # per cent
 TIME_LIMIT = 300  # seconds for the tests of one folder, after which they count as hanging
@@ -70,34 +72,92 @@ def all_lines(part):
     return found
 
 
-def prepare():
-    """Copies the sources, keeping what is unchanged, so that an earlier build of the copy stays good."""
-    files = set(filter(None, run(["git", "ls-files"], cwd=ROOT).stdout.split("\n")))
-    for old in COPY.rglob("*"):
-        if old.is_file() and str(old.relative_to(COPY)) not in files:
-            old.unlink()
-    for name in files:
-        source, target = ROOT / name, COPY / name
-        if source.is_file() and not (target.is_file() and target.read_bytes() == source.read_bytes()):
-            target.parent.mkdir(parents=True, exist_ok=True)
-            shutil.copy(source, target)
-    result = run(["cmake", "-S", COPY, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
-                  "-DCMAKE_CXX_FLAGS=-O0 -g0"])
-    if result.returncode != 0:
-        sys.exit(result.stdout)
+class Part:
+    """Engines or windows: a copy of the whole program in which the lines of one of them are broken."""
 
+    def __init__(self, name):
+        self.name = name
+        self.source = COPIES / name / "source"
+        self.build = COPIES / name / "build"
 
-def folders_of_tests(path):
-    """The folders of tests, the one of the broken file's own folder first."""
-    folders = [str(found.parent.relative_to(COPY / "tests")) for found in COPY.glob("tests/**/CMakeLists.txt")
-               if "quorvik_tests(" in found.read_text()]
-    own = str(pathlib.Path(path).parent.relative_to("src"))
-    return sorted(folders, key=lambda folder: (-len(folder) if f"{own}/".startswith(f"{folder}/") else 0, folder))
+    def prepare(self):
+        """Copies the sources, keeping what is unchanged, so that an earlier build of the copy stays good."""
+        files = set(filter(None, run(["git", "ls-files"], cwd=ROOT).stdout.split("\n")))
+        for old in self.source.rglob("*"):
+            if old.is_file() and str(old.relative_to(self.source)) not in files:
+                old.unlink()
+        for name in files:
+            source, target = ROOT / name, self.source / name
+            if source.is_file() and not (target.is_file() and target.read_bytes() == source.read_bytes()):
+                target.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy(source, target)
+        result = run(["cmake", "-S", self.source, "-B", self.build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
+                      "-DCMAKE_CXX_FLAGS=-O0 -g0"])
+        if result.returncode != 0:
+            sys.exit(result.stdout)
+        for folder in self.folders_of_tests("src/main.cpp"):
+            result, program = self.build_tests(folder)
+            if result.returncode != 0:
+                sys.exit(f"{folder} does not build without any mutation:\n{result.stdout[-3000:]}")
+            if not tests_pass(program):
+                sys.exit(f"the tests of {folder} fail without any mutation")
 
+    def folders_of_tests(self, path):
+        """The folders of tests, the one of the broken file's own folder first."""
+        folders = [str(found.parent.relative_to(self.source / "tests"))
+                   for found in self.source.glob("tests/**/CMakeLists.txt") if "quorvik_tests(" in found.read_text()]
+        own = str(pathlib.Path(path).parent.relative_to("src"))
+        return sorted(folders,
+                      key=lambda folder: (-len(folder) if f"{own}/".startswith(f"{folder}/") else 0, folder))
 
-def build(folder):
-    name = re.search(r"quorvik_tests\((\w+)", (COPY / "tests" / folder / "CMakeLists.txt").read_text()).group(1)
-    return run(["ninja", "-C", BUILD, f"{name}_tests"]), BUILD / "tests" / folder / f"{name}_tests"
+    def build_tests(self, folder):
+        list_of_tests = (self.source / "tests" / folder / "CMakeLists.txt").read_text()
+        name = re.search(r"quorvik_tests\((\w+)", list_of_tests).group(1)
+        return run(["ninja", "-C", self.build, f"{name}_tests"]), self.build / "tests" / folder / f"{name}_tests"
+
+    def who_notices(self, path):
+        """What notices the break: a folder of tests, or the build, which checks the factory table and the help. ""
+        where nothing does, None where the break does not compile."""
+        for folder in self.folders_of_tests(path):
+            result, program = self.build_tests(folder)
+            if " error: " in result.stdout:
+                return None
+            if result.returncode != 0:
+                return "the build"
+            if not tests_pass(program):
+                return folder
+        return ""
+
+    def try_lines(self, count, seed):
+        """Breaks so many lines, prints what became of each, and returns whether enough were noticed."""
+        self.prepare()
+        chance = random.Random(f"{self.name} {seed}")
+        lines = all_lines(self.name)
+        chance.shuffle(lines)
+        tried = noticed = 0
+        for path, number in lines:
+            if tried == count:
+                break
+            target = self.source / path
+            whole = target.read_text()
+            text = whole.split("\n")
+            before = text[number]
+            text[number] = chance.choice(breaks(before))
+            target.write_text("\n".join(text))
+            try:
+                who = self.who_notices(path)
+            finally:
+                target.write_text(whole)
+            if who is None:
+                continue
+            tried += 1
+            noticed += who != ""
+            print(f"{self.name} {tried:3} {'noticed by ' + who if who else 'SURVIVED':26} {path}:{number + 1}: "
+                  f"{before.strip()}  ->  {text[number].strip()}", flush=True)
+        share = 100 * noticed / tried
+        print(f"mutations-noticed-{self.name}: {share:.0f} % ({noticed} of {tried}, seed {seed}; "
+              f"limit {WANTED[self.name]})", flush=True)
+        return share >= WANTED[self.name]
 
 
 def tests_pass(program):
@@ -108,61 +168,11 @@ def tests_pass(program):
         return False
 
 
-def who_notices(path):
-    """What notices the break: a folder of tests, or the build, which checks the factory table and the help. "" where
-    nothing does, None where the break does not compile."""
-    for folder in folders_of_tests(path):
-        result, program = build(folder)
-        if " error: " in result.stdout:
-            return None
-        if result.returncode != 0:
-            return "the build"
-        if not tests_pass(program):
-            return folder
-    return ""
-
-
-def try_part(part, count, seed):
-    chance = random.Random(f"{part} {seed}")
-    lines = all_lines(part)
-    chance.shuffle(lines)
-    tried = noticed = 0
-    for path, number in lines:
-        if tried == count:
-            break
-        target = COPY / path
-        whole = target.read_text()
-        text = whole.split("\n")
-        before = text[number]
-        text[number] = chance.choice(breaks(before))
-        target.write_text("\n".join(text))
-        try:
-            who = who_notices(path)
-        finally:
-            target.write_text(whole)
-        if who is None:
-            continue
-        tried += 1
-        noticed += who != ""
-        print(f"{part} {tried:3} {'noticed by ' + who if who else 'SURVIVED':26} {path}:{number + 1}: "
-              f"{before.strip()}  ->  {text[number].strip()}", flush=True)
-    share = 100 * noticed / tried
-    print(f"mutations-noticed-{part}: {share:.0f} % ({noticed} of {tried}, seed {seed}; limit {WANTED[part]})",
-          flush=True)
-    return share >= WANTED[part]
-
-
 def main():
     count = int(sys.argv[1]) if len(sys.argv) > 1 else 40
     seed = int(sys.argv[2]) if len(sys.argv) > 2 else 1
-    prepare()
-    for folder in folders_of_tests("src/main.cpp"):
-        result, program = build(folder)
-        if result.returncode != 0:
-            sys.exit(f"{folder} does not build without any mutation:\n{result.stdout[-3000:]}")
-        if not tests_pass(program):
-            sys.exit(f"the tests of {folder} fail without any mutation")
-    results = [try_part(part, count, seed) for part in WANTED]
+    with concurrent.futures.ThreadPoolExecutor() as side_by_side:
+        results = list(side_by_side.map(lambda name: Part(name).try_lines(count, seed), WANTED))
     return 0 if all(results) else 1
 
 
