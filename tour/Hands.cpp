@@ -70,19 +70,29 @@ QString Hands::WalkTo(QAction *entry, bool clickIt)
 {
     isBusy_ = true;
     // Where no window manager runs, nothing has the focus once a dialog has closed, and a program without it
-    // closes its menus.
-    program_.Main().activateWindow();
-    if (!QTest::qWaitForWindowActive(&program_.Main(), menuLimitMs)) {
+    // closes its menus. A wish for it that comes while the dialog is still going is lost.
+    const auto hasFocus = [this] {
+        program_.Main().activateWindow();
+        return program_.Main().isActiveWindow();
+    };
+    if (!QTest::qWaitFor(hasFocus, menuLimitMs)) {
         isBusy_ = false;
         return QStringLiteral("the main window did not get the focus");
     }
     QMenuBar *bar = program_.Main().menuBar();
     QWidget *holder = bar;
-    // A menu takes a click only from a pointer that is there.
+    // A menu takes a click only from a pointer that it has seen over the entry, and the display tells it
+    // late; so the pointer moves a little, as a hand does, until the entry lights up.
     const auto pointAt = [&](QAction *action) {
         const auto *menu = qobject_cast<QMenu *>(holder);
         const QPoint place = (menu ? menu->actionGeometry(action) : bar->actionGeometry(action)).center();
-        QTest::mouseMove(holder, place);
+        int moves = 0;
+        QTest::qWaitFor(
+            [&] {
+                QTest::mouseMove(holder, place + QPoint(moves++ % 2, 0));
+                return (menu ? menu->activeAction() : bar->activeAction()) == action;
+            },
+            menuLimitMs);
         return place;
     };
     for (QMenu *menu : MenusAbove(entry)) {
