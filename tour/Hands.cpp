@@ -69,48 +69,52 @@ QString Hands::Click(const QString &name)
 QString Hands::WalkTo(QAction *entry, bool clickIt)
 {
     isBusy_ = true;
+    Spot spot;
+    QString failure = LeadTo(entry, clickIt, spot);
+    isBusy_ = false;
+    // The click may open a dialog, in whose loop the next steps are made.
+    if (failure.isEmpty() && clickIt)
+        QTest::mouseClick(spot.widget, Qt::LeftButton, {}, spot.place);
+    return failure;
+}
+
+QString Hands::LeadTo(QAction *entry, bool toTheEntry, Spot &spot)
+{
     // Where no window manager runs, nothing has the focus once a dialog has closed, and a program without it
     // closes its menus. A wish for it that comes while the dialog is still going is lost.
     const auto hasFocus = [this] {
         program_.Main().activateWindow();
         return program_.Main().isActiveWindow();
     };
-    if (!QTest::qWaitFor(hasFocus, menuLimitMs)) {
-        isBusy_ = false;
+    if (!QTest::qWaitFor(hasFocus, menuLimitMs))
         return QStringLiteral("the main window did not get the focus");
-    }
     QMenuBar *bar = program_.Main().menuBar();
-    QWidget *holder = bar;
+    QMenu *menu = nullptr;
     // A menu takes a click only from a pointer that it has seen over the entry, and the display tells it
     // late; so the pointer moves a little, as a hand does, until the entry lights up.
     const auto pointAt = [&](QAction *action) {
-        const auto *menu = qobject_cast<QMenu *>(holder);
-        const QPoint place = (menu ? menu->actionGeometry(action) : bar->actionGeometry(action)).center();
+        spot.widget = menu ? static_cast<QWidget *>(menu) : bar;
+        spot.place = (menu ? menu->actionGeometry(action) : bar->actionGeometry(action)).center();
         int moves = 0;
-        QTest::qWaitFor(
-            [&] {
-                QTest::mouseMove(holder, place + QPoint(moves++ % 2, 0));
-                return (menu ? menu->activeAction() : bar->activeAction()) == action;
-            },
-            menuLimitMs);
-        return place;
+        const auto isLit = [&] {
+            QTest::mouseMove(spot.widget, spot.place + QPoint(moves++ % 2, 0));
+            return (menu ? menu->activeAction() : bar->activeAction()) == action;
+        };
+        return QTest::qWaitFor(isLit, menuLimitMs);
     };
-    for (QMenu *menu : MenusAbove(entry)) {
-        QTest::mouseClick(holder, Qt::LeftButton, {}, pointAt(menu->menuAction()));
-        if (!QTest::qWaitFor([menu] { return menu->isVisible(); }, menuLimitMs)) {
-            isBusy_ = false;
-            return QStringLiteral("the menu %1 did not open").arg(menu->objectName());
-        }
-        holder = menu;
+    for (QMenu *next : MenusAbove(entry)) {
+        if (pointAt(next->menuAction()))
+            QTest::mouseClick(spot.widget, Qt::LeftButton, {}, spot.place);
+        if (!QTest::qWaitFor([next] { return next->isVisible(); }, menuLimitMs))
+            return QStringLiteral("the menu %1 did not open").arg(next->objectName());
+        menu = next;
     }
-    const QPoint place = clickIt ? pointAt(entry) : QPoint();
-    isBusy_ = false;
-    if (!clickIt)
+    if (!toTheEntry)
         return {};
     if (!entry->isEnabled() || !entry->isVisible())
         return QStringLiteral("the menu entry %1 is disabled").arg(entry->objectName());
-    QTest::mouseClick(holder, Qt::LeftButton, {}, place);
-    return {};
+    return pointAt(entry) ? QString()
+                          : QStringLiteral("the menu entry %1 did not light up").arg(entry->objectName());
 }
 
 QString Hands::ChooseMenu(const QString &entry)
@@ -153,13 +157,13 @@ QString Hands::TypeFileName(const QString &path)
     return {};
 }
 
-QString Hands::AcceptFileName()
+QPushButton *Hands::AcceptButton()
 {
     const QWidget *dialog = QApplication::activeModalWidget();
     for (QPushButton *button : dialog ? dialog->findChildren<QPushButton *>() : QList<QPushButton *>())
-        if (button->isDefault() && button->isVisible())
-            return Click(button);
-    return QStringLiteral("the file dialog has no button to accept the name");
+        if (button->isDefault() && button->isVisible() && button->isEnabled())
+            return button;
+    return nullptr;
 }
 
 QString Hands::TypeOver(const QString &text)

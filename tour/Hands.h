@@ -6,6 +6,7 @@
 
 class QAction;
 class QLineEdit;
+class QPushButton;
 
 namespace quorvik
 {
@@ -24,7 +25,7 @@ public:
 
     /** Clicks a control of the front window, found by its name. */
     QString Click(const QString &name);
-    QString Click(QWidget *control);
+    static QString Click(QWidget *control);
     /** Leads the mouse through the menus down to an entry and clicks it. */
     QString ChooseMenu(const QString &entry);
     /** Opens a menu and leaves it open. */
@@ -32,7 +33,8 @@ public:
     void CloseMenus();
     /** Types a file's name into the file dialog that is open. */
     QString TypeFileName(const QString &path);
-    QString AcceptFileName();
+    /** What accepts the name in the file dialog that is open, once it can be clicked. */
+    static QPushButton *AcceptButton();
     /** Replaces the text of the entry that has the focus. */
     static QString TypeOver(const QString &text);
     /** Whether an entry has the focus: the display gives it to a window some time after showing it. */
@@ -54,6 +56,12 @@ public:
 private:
     static QLineEdit *FileNameEntry();
     QString WalkTo(QAction *entry, bool clickIt);
+    struct Spot {
+        QWidget *widget = nullptr;
+        QPoint place;
+    };
+    /** Opens the menus down to an entry. */
+    QString LeadTo(QAction *entry, bool toTheEntry, Spot &spot);
 
     Program &program_;
     bool isBusy_ = false;

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QTest>
 
 namespace quorvik
@@ -53,12 +54,14 @@ void AddFileDialog(Tour &tour, const QString &what, const QString &picture)
 {
     tour.Add(what, IsFileDialogOpen, [&tour, picture] {
         QString failure = tour.User().TypeFileName(SavedFile(tour));
-        if (failure.isEmpty()) {
+        if (failure.isEmpty())
             tour.TakePicture(picture);
-            return tour.User().AcceptFileName();
-        }
         return failure;
     });
+    // A dialog that opens files takes none before it has seen it in the folder.
+    tour.Add(
+        QStringLiteral("The name is accepted"), [] { return Hands::AcceptButton() != nullptr; },
+        [] { return Hands::Click(Hands::AcceptButton()); });
 }
 
 void AddWatching(Tour &tour)
