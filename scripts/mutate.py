@@ -103,12 +103,13 @@ class Part:
                 sys.exit(f"the tests of {folder} fail without any mutation")
 
     def folders_of_tests(self, path):
-        """The folders of tests, the one of the broken file's own folder first."""
+        """The folders of tests, the one of the broken file's own folder first, then the one that opens every window."""
         folders = [str(found.parent.relative_to(self.source / "tests"))
                    for found in self.source.glob("tests/**/CMakeLists.txt") if "quorvik_tests(" in found.read_text()]
         own = str(pathlib.Path(path).parent.relative_to("src"))
         return sorted(folders,
-                      key=lambda folder: (-len(folder) if f"{own}/".startswith(f"{folder}/") else 0, folder))
+                      key=lambda folder: (-len(folder) if f"{own}/".startswith(f"{folder}/") else 0,
+                                          folder != "shell" or own in ENGINES, folder))
 
     def build_tests(self, folder):
         list_of_tests = (self.source / "tests" / folder / "CMakeLists.txt").read_text()
