@@ -82,13 +82,15 @@ QStringList Described(QWidget &window, const QString &picture)
         if (!widget->isVisibleTo(&window))
             continue;
         const QStringList texts = TextsOf(*widget);
-        if (texts.isEmpty() && widget->toolTip().isEmpty())
+        if (texts.isEmpty() && widget->toolTip().isEmpty() && widget->accessibleName().isEmpty())
             continue;
         const QString name =
             widget->objectName().startsWith(QLatin1String("qt_")) ? QString() : widget->objectName();
         QString line = QStringLiteral("  %1 \"%2\"").arg(name, texts.join(QLatin1String("\" \"")));
         if (!widget->isEnabledTo(&window))
             line += QStringLiteral(" disabled");
+        if (!widget->accessibleName().isEmpty())
+            line += QStringLiteral(" called \"%1\"").arg(widget->accessibleName());
         if (!widget->toolTip().isEmpty())
             line += QStringLiteral(" tip \"%1\"").arg(widget->toolTip());
         if (name.startsWith(QLatin1String("LabelSystem")))
