@@ -42,11 +42,16 @@ def run(arguments, **options):
                           **options)
 
 
+def code_of(line):
+    """The line without the comment at its end."""
+    return re.split(r" //[/ ]", line)[0]
+
+
 def breaks(line):
     """Every line that the given one can be broken into; none where it holds no code."""
     if NO_CODE.match(line) or not re.search(r"\w", line):
         return []
-    code = len(line.split(" // ")[0])
+    code = len(code_of(line))
     broken = []
     for pattern, replacement in SWAPS:
         for match in re.finditer(pattern, line[:code]):
