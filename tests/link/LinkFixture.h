@@ -8,8 +8,10 @@
 #include "platform/Waiting.h"
 #include "support/ScriptedAsker.h"
 
+#include <QElapsedTimer>
 #include <QStringList>
 #include <climits>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace quorvik::testing
@@ -19,12 +21,6 @@ namespace quorvik::testing
 inline bool WaitUntil(const std::function<bool()> &condition)
 {
     return PumpWhile([&] { return !condition(); }, QDeadlineTimer(5000));
-}
-
-/** Runs the event loop for so long, for what must not happen meanwhile. */
-inline void Idle(int milliseconds)
-{
-    PumpWhile([] { return true; }, QDeadlineTimer(milliseconds));
 }
 
 /** The real engine over a pseudo-terminal, with short intervals and a table of parameters 0 to 500. */
@@ -77,6 +73,13 @@ protected:
             model.AddReadInterest(p);
     }
     void Enter(int p, std::int32_t rawValue) { model.SetParamValue(p, rawValue, true, false); }
+    /** Reads the whole table, as the commands do that read it. */
+    void ReadAll()
+    {
+        link.SetAllReadFlags(1);
+        link.RunWholeScan(1);
+        link.SetAllReadFlags(-1);
+    }
     /** Waits for the frame to have arrived so many times. */
     bool WaitFor(const QByteArray &frame, int times = 1)
     {
@@ -86,8 +89,19 @@ protected:
     {
         return WaitUntil([this] { return !link.PortOpen(); });
     }
+    bool WaitForWrites()
+    {
+        return WaitUntil([this] { return !model.WritePending; });
+    }
     /** Whether the link waits for nothing, and nothing of it will come due. */
     bool IsAtRest() const { return !link.SerialCommTimer.isActive() && !link.SerialCommTimeout.isActive(); }
+    /** Runs the event loop for some scans' time. @return Whether nothing was sent meanwhile. */
+    bool IsSilent()
+    {
+        peer.Frames.clear();
+        PumpWhile([] { return true; }, QDeadlineTimer(5 * Short.scanPause));
+        return peer.Frames.isEmpty();
+    }
     ParamRecord &P(int p) { return model.ParamTable[p]; }
 
     static constexpr LinkTimings Short{

@@ -1,0 +1,183 @@
+#include "link/LinkFixture.h"
+#include "settings/SettingsFile.h"
+#include "support/SimulatedDrive.h"
+
+#include <memory>
+
+namespace quorvik::testing
+{
+
+using ReadingTest = LinkFixture;
+
+TEST_F(ReadingTest, ReadsRunsContinuouslyAndEndsEachWithEot)
+{
+    const std::pair<std::vector<int>, QList<QByteArray>> cases[] = {
+        {{10, 11, 14}, {ReadRequest(10), Ack, Eot, ReadRequest(14), Eot}},
+        {{39, 40}, {ReadRequest(39), Ack, Eot}},
+        {{40}, {ReadRequest(40), Eot}},
+        {{0, 1}, {ReadRequest(0), Ack, Eot}},
+    };
+    Want({peer.LastParam + 1});
+    Connect();
+    for (const auto &[wanted, bytes] : cases) {
+        EXPECT_TRUE(IsSilent()) << "what nobody wants, or the drive does not have, is not asked for";
+        for (const int p : wanted) {
+            peer.Values[p] = 100 + p;
+            model.AddReadInterest(p);
+        }
+        ASSERT_TRUE(WaitFor(bytes.first(), 2));
+        EXPECT_EQ(peer.Frames.first(bytes.size()), bytes);
+        for (const int p : wanted) {
+            EXPECT_EQ(P(p).Value, 100 + p);
+            model.RemoveReadInterest(p);
+        }
+        ASSERT_TRUE(WaitUntil([&] { return peer.Frames.last() == Eot; }));
+    }
+}
+
+TEST_F(ReadingTest, HoldsAndPendingWritesAreLeftAlone)
+{
+    Connect();
+    peer.Values = {{4, 7}, {5, 8}, {6, 9}};
+    P(5).WriteFlag = WriteState::Held;
+    P(5).Value = 55;
+    Want({4, 5, 6});
+    // Within a run the value of a held parameter is fetched, and dropped.
+    ASSERT_TRUE(WaitFor(ReadRequest(4), 2));
+    EXPECT_EQ(peer.Frames.first(4), (QList<QByteArray>{ReadRequest(4), Ack, Ack, Eot}));
+    EXPECT_EQ(P(5).Value, 55);
+    EXPECT_EQ(P(6).Value, 9);
+    model.RemoveReadInterest(4);
+    ASSERT_TRUE(WaitFor(ReadRequest(6))) << "a held parameter opens no run";
+    Enter(9, 3);
+    ASSERT_TRUE(WaitFor(WriteRequest(9, 3)));
+    EXPECT_EQ(peer.Count(WriteRequest(5, 55)), 0);
+}
+
+TEST_F(ReadingTest, AScanBegunAnewGivesUpTheReplyUnderWay)
+{
+    Connect();
+    Want({20, 21});
+    peer.Values = {{20, 5}, {21, 6}};
+    peer.Answer = [&](const QByteArray &frame) {
+        if (frame == Ack && peer.Count(Ack) == 1)
+            link.BeginScanAnew();
+        return peer.DriveAnswer(frame);
+    };
+    ASSERT_TRUE(WaitFor(ReadRequest(20), 2));
+    EXPECT_EQ(peer.Frames.first(4), (QList<QByteArray>{ReadRequest(20), Ack, Eot, ReadRequest(20)}));
+    EXPECT_EQ(P(0).Value, 0) << "the value of 21 is not that of 0";
+    EXPECT_TRUE(WaitUntil([&] { return P(21).Value == 6; }));
+}
+
+TEST_F(ReadingTest, PropertiesGoBeforeWritesAndAreDecodedByTheSignOfTheirParameter)
+{
+    Connect();
+    P(9).Attributes = Attr::Long;
+    peer.Answer = [&](const QByteArray &frame) {
+        return frame.at(1) == 4 ? PropsReply(0x7F01, 0xFFFE, 0x8000, 4, 5) : peer.DriveAnswer(frame);
+    };
+    for (const int p : {9, 10}) {
+        peer.Frames.clear();
+        Enter(3, p);
+        link.ReadPropsIndex = std::int16_t(p);
+        ASSERT_TRUE(WaitFor(WriteRequest(3, p)));
+        EXPECT_EQ(peer.Frames.first(), PropsRequest(p));
+        EXPECT_THAT(
+            (std::array{link.PropMin, link.PropMax, link.PropAttrib, link.PropPreset, link.PropValue}),
+            ::testing::ElementsAre(32513, p == 9 ? 65534 : -2, p == 9 ? 32768 : -32768, 4, 5));
+        EXPECT_EQ(link.ReadPropsIndex, 0);
+    }
+}
+
+TEST_F(ReadingTest, AWholeReadIsWholeOrSaysWhatIsMissing)
+{
+    const auto spoil = [this](int from, int times) {
+        return [this, from, times, seen = std::make_shared<int>(0)](const QByteArray &frame) {
+            const QByteArray reply = peer.DriveAnswer(frame);
+            return frame == ReadRequest(from) && ++*seen <= times ? Spoiled(reply) : reply;
+        };
+    };
+    const struct {
+        const char *title;
+        std::function<QByteArray(const QByteArray &)> answer;
+        int strayAfter; ///< so many times a reply comes behind the end of a pass
+        const char *box;
+        int reads; ///< of the first row
+    } cases[] = {
+        {"damaged once and again", spoil(0, 2), 0, nullptr, 3},
+        {"damaged for good", spoil(0, 99), 0, "(0) Name 0", 3},
+        {"out of step once", {}, 1, nullptr, 2},
+        {"out of step for ever", {}, 99, "out of step", 4},
+    };
+    int boxes = 0;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.title);
+        ASSERT_NO_FATAL_FAILURE(Connect());
+        peer.Answer = [&, strays = 0](const QByteArray &frame) mutable {
+            if (frame == Eot && peer.Frames.size() > 40 && strays++ < c.strayAfter)
+                return ValueReply(9);
+            return c.answer ? c.answer(frame) : peer.DriveAnswer(frame);
+        };
+        if (c.box)
+            asker.Expect(QLatin1String(c.box));
+        ReadAll();
+        EXPECT_EQ(peer.Count(ReadRequest(0)), c.reads);
+        EXPECT_EQ(model.HalfRead, c.box != nullptr);
+        EXPECT_EQ(model.Title().contains(QStringLiteral("half read*]")), c.box != nullptr);
+        link.GoOffLine(2);
+        boxes += c.box ? 1 : 0;
+        ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == boxes; }));
+    }
+}
+
+// The simulated drive shares no code with the engine.
+TEST_F(ReadingTest, AWholeFactoryTableComesFromTheDriveAndGoesBackToIt)
+{
+    SimulatedDrive drive;
+    ASSERT_EQ(SettingsFile(model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
+    model.ResetToDefaults();
+    const auto isClock = [](int p) { return p >= Param::ClockFirst && p <= Param::ClockLast; };
+    const auto expectSameTables = [&] {
+        const auto table = drive.Table();
+        ASSERT_EQ(int(table.size()), model.LastParam + 1);
+        for (const auto &[p, rawValue] : table)
+            EXPECT_TRUE(isClock(p) || P(p).Value == rawValue) << p << ": " << P(p).Value << ", " << rawValue;
+    };
+    link.MSComm1.DeviceOf = [&](int) { return drive.LinkPath(); };
+    link.GoOnLine();
+    ASSERT_TRUE(link.PortOpen());
+    EXPECT_TRUE(model.DriveStateUnread);
+    drive.Set(7, 33);
+    drive.Set(64, 60000);
+    drive.Set(100, -12345);
+    ReadAll();
+    EXPECT_FALSE(model.DriveStateUnread);
+    expectSameTables();
+    EXPECT_EQ(drive.Stat(QStringLiteral("reads")), 1) << "one run, one request";
+
+    for (const int selector : {7, 64, 100})
+        P(selector).Value = P(selector).Preset;
+    int changed = 0;
+    for (int p = 1; p <= model.LastParam; ++p) {
+        ParamRecord &record = P(p);
+        // The drive bounds relay 3's values by its source even where the table has not followed it.
+        const bool isPlain =
+            (record.Attributes & (Attr::ReadOnly | Attr::RefreshAfterLoad)) == 0 && p != 77 && p != 80;
+        if (isPlain && !Param::IsCommand(p) && p != Param::ClearFault && !isClock(p) &&
+            record.Max > record.Value) {
+            ++record.Value;
+            ++changed;
+        }
+    }
+    EXPECT_GT(changed, 150);
+    P(Param::LoadParameters).Value = 1; // the drive would take back what it was sent
+    model.SetAllWriteFlags(WriteState::Queued);
+    link.RunWholeScan(2);
+    ASSERT_TRUE(WaitForWrites());
+    EXPECT_TRUE(asker.Shown.isEmpty());
+    expectSameTables();
+    EXPECT_EQ(drive.Stat(QStringLiteral("refusals")), 0);
+}
+
+} // namespace quorvik::testing
