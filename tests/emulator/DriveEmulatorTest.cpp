@@ -76,6 +76,8 @@ TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
         {"peak to analog output", {{412, 217}, {217, 10000}, {81, 414}, {83, 10000}}, 168, 4095, 1},
         {"relay to link", {{217, 5}, {69, 217}, {75, 5}, {366, 165}, {367, 218}}, 218, 1, 2},
         {"error to demand", {{194, 40}, {129, 100}, {366, 192}, {367, 205}, {99, 100}}, 111, 60, 3},
+        {"field current demand", {{331, 1}, {329, 1}, {330, 77}}, 328, 77, 1},
+        {"motor-operated potentiometer", {{322, 1}, {323, 5}}, 324, 5, 1},
         {"threshold to relay", {{177, 5}, {181, 9}, {69, 182}, {75, 9}, {78, 1}}, 165, 1, 2},
     };
     for (const auto &[what, given, target, raw, arrival] : roads) {

@@ -47,8 +47,7 @@ void RunCases(const char *block, const std::function<void(DriveEmulator &)> &rou
         } catch (const RuntimeFailure &raised) {
             failure = raised.Sentence();
         }
-        const std::string told = one.failure;
-        EXPECT_EQ(failure.toStdString(), told.empty() ? told : block + (' ' + told));
+        EXPECT_EQ(failure.toStdString(), one.failure.empty() ? "" : block + (' ' + one.failure));
         Values expected = one.expected;
         for (int p = 0; p <= model.LastParam; ++p) {
             const auto [at, isLeftAlone] = expected.try_emplace(p, before[p].Value);

@@ -6,6 +6,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace quorvik::testing
@@ -27,9 +28,19 @@ struct BlockCase {
     const char *what;
     Values given;
     Values expected;          ///< also holds values that must stay
-    const char *failure = ""; ///< what is raised, behind the block's name; nothing for a case that goes well
+    std::string failure = ""; ///< what is raised, behind the block's name; nothing for a case that goes well
     Values limits = {};       ///< highest value of a parameter; its lowest is the negative
 };
+
+/** The failures of a computation with these parameters, and of a selector that points nowhere. */
+inline std::string OutOfRange(const std::string &numbers)
+{
+    return '(' + numbers + "): The result is out of range.";
+}
+inline std::string NoParameter(const std::string &selectors, int number)
+{
+    return '(' + selectors + "): There is no parameter " + std::to_string(number) + "; the last one is 430.";
+}
 
 /** Runs the routine of the block on each case's own table. */
 void RunCases(const char *block, const std::function<void(DriveEmulator &)> &routine,
