@@ -10,23 +10,6 @@
 namespace quorvik::drive
 {
 
-namespace
-{
-
-QByteArray Packet(std::initializer_list<int> words, char command)
-{
-    QByteArray packet{"\x02", 1};
-    packet.append(command);
-    for (const int word : words)
-        packet.append(char(word >> 8)).append(char(word));
-    char check = 0;
-    for (qsizetype i = 1; i < packet.size(); ++i)
-        check = char(check ^ packet[i]);
-    return packet.append(check);
-}
-
-} // namespace
-
 std::unique_ptr<Model> FactoryModel()
 {
     auto model = std::make_unique<Model>();
@@ -37,16 +20,6 @@ std::unique_ptr<Model> FactoryModel()
 QByteArray Hex(const char *text)
 {
     return QByteArray::fromHex(text);
-}
-
-QByteArray ReadPacket(int p)
-{
-    return Packet({p}, 0);
-}
-
-QByteArray WritePacket(int p, int value)
-{
-    return Packet({p, value}, 1);
 }
 
 DriveRig::DriveRig(int baud)
@@ -97,19 +70,19 @@ QByteArray DriveRig::Exchange(const QByteArray &bytes, int count)
 
 bool DriveRig::IsUnanswered(const QByteArray &bytes)
 {
-    return Exchange(bytes + ReadPacket(0), 5) == Hex("02 00 00 00 00") &&
-           Exchange(ReadPacket(0), 5).size() == 5;
+    return Exchange(bytes + ReadRequest(0), 5) == Hex("02 00 00 00 00") &&
+           Exchange(ReadRequest(0), 5).size() == 5;
 }
 
 int DriveRig::Write(int p, int value)
 {
-    const QByteArray reply = Exchange(WritePacket(p, value), 1);
+    const QByteArray reply = Exchange(WriteRequest(p, value), 1);
     return reply.size() == 1 ? reply[0] : -1;
 }
 
 int DriveRig::Read(int p)
 {
-    const QByteArray reply = Exchange(ReadPacket(p), 5);
+    const QByteArray reply = Exchange(ReadRequest(p), 5);
     EXPECT_EQ(reply.size(), 5);
     return reply.size() == 5 ? std::int16_t((std::uint8_t(reply[2]) << 8) | std::uint8_t(reply[3])) : 0;
 }

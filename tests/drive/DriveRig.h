@@ -3,6 +3,7 @@
 #include "drive/DriveCommands.h"
 #include "drive/DriveServer.h"
 #include "drive/MotorModel.h"
+#include "link/Frames.h"
 
 #include <functional>
 #include <memory>
@@ -10,13 +11,14 @@
 namespace quorvik::drive
 {
 
+using testing::ReadRequest;
+using testing::WriteRequest;
+
 /** A model with the factory table read. */
 std::unique_ptr<Model> FactoryModel();
 
 /** The bytes of "02 00 01 A6 A7". */
 QByteArray Hex(const char *text);
-QByteArray ReadPacket(int p);
-QByteArray WritePacket(int p, int value);
 
 /** A drive inside the test, with a bare file descriptor where the tool would be. */
 class DriveRig

@@ -17,7 +17,7 @@ TEST(Faults, SpoilAsManyRepliesAsAskedFor)
         DriveRig rig;
         rig.Fault(words);
         for (const char *reply : {spoilt, spoilt, "0200000000"})
-            EXPECT_EQ(rig.Exchange(ReadPacket(217), int(std::strlen(reply) / 2)).toHex(), reply) << words;
+            EXPECT_EQ(rig.Exchange(ReadRequest(217), int(std::strlen(reply) / 2)).toHex(), reply) << words;
     }
 }
 
@@ -28,7 +28,7 @@ TEST(Faults, SilenceLosesTheReplyAndADropLosesTheRequest)
     for (const auto &[words, value] : rows) {
         DriveRig rig;
         rig.Fault(words);
-        rig.Send(WritePacket(217, 5));
+        rig.Send(WriteRequest(217, 5));
         ASSERT_TRUE(rig.WaitFor([&] { return rig.server->Counts().bytesIn == 7; }));
         EXPECT_EQ(rig.table.Get(217), value) << words;
         EXPECT_TRUE(rig.WaitFor([&] { return !rig.faults.DropsRequest(-1, SteadyNow()); }));
@@ -43,7 +43,7 @@ TEST(Faults, DropLastsUntilItIsCalledOff)
     rig.Fault("drop");
     EXPECT_TRUE(rig.faults.DropsRequest(5, std::int64_t(1) << 60));
     rig.faults.Clear();
-    EXPECT_EQ(rig.Exchange(ReadPacket(0), 5).size(), 5);
+    EXPECT_EQ(rig.Exchange(ReadRequest(0), 5).size(), 5);
 }
 
 TEST(Faults, RefusalHitsItsParameterAlone)
@@ -62,7 +62,7 @@ TEST(Faults, LateReplyComesAfterItsTime)
     rig.Fault("late,count=1,ms=80");
     QElapsedTimer taken;
     taken.start();
-    EXPECT_EQ(rig.Exchange(ReadPacket(0), 5).size(), 5);
+    EXPECT_EQ(rig.Exchange(ReadRequest(0), 5).size(), 5);
     EXPECT_GE(taken.elapsed(), 80);
 }
 

@@ -41,7 +41,7 @@ TEST(Pacing, RunOfReadsTakesItsTimeOnTheWire)
     constexpr int values = 8;
     DriveRig rig(baud);
     const std::int64_t start = SteadyNow();
-    ASSERT_EQ(rig.Exchange(ReadPacket(100), 5).size(), 5);
+    ASSERT_EQ(rig.Exchange(ReadRequest(100), 5).size(), 5);
     for (int i = 1; i < values; ++i)
         ASSERT_EQ(rig.Exchange(Hex("06"), 5).size(), 5);
     const double taken = double(SteadyNow() - start);

@@ -61,10 +61,10 @@ TEST(Protocol, WhatIsNoRequestGetsNoAnswer)
     EXPECT_EQ(rig.table.Get(217), 0);
     EXPECT_TRUE(rig.IsUnanswered(Hex("FF 00 7E"))) << "noise before a packet";
     EXPECT_TRUE(rig.IsUnanswered(Hex("02 03"))) << "a command that does not exist";
-    EXPECT_TRUE(rig.IsUnanswered(ReadPacket(434))) << "beyond the table";
+    EXPECT_TRUE(rig.IsUnanswered(ReadRequest(434))) << "beyond the table";
     EXPECT_EQ(rig.server->Counts().badRequests, 2);
     rig.server->SetClaimedLastParam(400);
-    EXPECT_TRUE(rig.IsUnanswered(ReadPacket(401))) << "beyond what the drive claims";
+    EXPECT_TRUE(rig.IsUnanswered(ReadRequest(401))) << "beyond what the drive claims";
 }
 
 TEST(Protocol, TakesOrRefusesWritesByAccessLimitsAndState)
@@ -132,11 +132,11 @@ TEST(Protocol, RestartIsSilentAndForgetsWhatWasNotSaved)
     for (const int command : {1, 2}) {
         DriveRig rig;
         EXPECT_EQ(rig.Write(217, 1234), Accepted);
-        rig.Send(WritePacket(408, command) + ReadPacket(217));
+        rig.Send(WriteRequest(408, command) + ReadRequest(217));
         ASSERT_TRUE(rig.WaitFor([&] { return rig.server->Counts().unanswered == 1; }));
         EXPECT_TRUE(rig.commands.IsSilent());
         ASSERT_TRUE(rig.WaitFor([&] { return !rig.commands.IsSilent(); }));
-        EXPECT_EQ(rig.Exchange(ReadPacket(217), 5).toHex(), "0200000000");
+        EXPECT_EQ(rig.Exchange(ReadRequest(217), 5).toHex(), "0200000000");
         EXPECT_EQ(rig.Read(408), 0);
     }
 }
@@ -149,7 +149,7 @@ TEST(Protocol, LineSurvivesTheToolClosingIt)
     PumpWhile([] { return true; }, QDeadlineTimer(300));
     EXPECT_LT(double(std::clock() - before) / CLOCKS_PER_SEC, 0.2) << "it spins while nobody listens";
     rig.Reopen();
-    EXPECT_EQ(rig.Exchange(ReadPacket(0), 5).size(), 5);
+    EXPECT_EQ(rig.Exchange(ReadRequest(0), 5).size(), 5);
 }
 
 } // namespace

@@ -15,24 +15,6 @@ int Field(const QByteArray &bytes, int at)
 
 } // namespace
 
-QByteArray Frame(char first, char second, std::initializer_list<int> fields)
-{
-    QByteArray bytes;
-    bytes.append(first).append(second);
-    for (const int field : fields)
-        bytes.append(char(field >> 8)).append(char(field));
-    char check = 0;
-    for (const char byte : bytes.mid(1))
-        check = char(check ^ byte);
-    return bytes.append(check);
-}
-
-QByteArray Spoiled(QByteArray reply)
-{
-    reply[2] = char(reply.at(2) ^ 1);
-    return reply;
-}
-
 ScriptedPeer::ScriptedPeer()
     : Answer([this](const QByteArray &frame) { return DriveAnswer(frame); })
 {

@@ -1,46 +1,18 @@
 #pragma once
 
 #include "drive/PseudoTerminal.h"
+#include "link/Frames.h"
 
-#include <QByteArray>
 #include <QList>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
 #include <functional>
-#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
 
 namespace quorvik::testing
 {
-
-/** The two bytes of a frame's head with fields of two bytes and the check character behind them. */
-QByteArray Frame(char first, char second, std::initializer_list<int> fields);
-inline QByteArray ReadRequest(int p)
-{
-    return Frame(2, 0, {p});
-}
-inline QByteArray WriteRequest(int p, int rawValue)
-{
-    return Frame(2, 1, {p, rawValue});
-}
-inline QByteArray PropsRequest(int p)
-{
-    return Frame(2, 4, {p});
-}
-inline QByteArray ValueReply(int rawValue)
-{
-    return Frame(0x55, 7, {rawValue});
-}
-inline QByteArray PropsReply(int min, int max, int attrib, int preset, int value)
-{
-    return Frame(0x55, 7, {min, max, attrib, preset, value});
-}
-QByteArray Spoiled(QByteArray reply); ///< one bit of a value the other way
-inline const QByteArray Ack(1, 6);
-inline const QByteArray Nak(1, 21);
-inline const QByteArray Eot(1, 4);
 
 /**
  * The other end of a pseudo-terminal that behaves as a drive unless a test tells it what to answer. It
