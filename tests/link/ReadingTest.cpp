@@ -156,21 +156,8 @@ TEST_F(ReadingTest, AWholeFactoryTableComesFromTheDriveAndGoesBackToIt)
     expectSameTables();
     EXPECT_EQ(drive.Stat(QStringLiteral("reads")), 1) << "one run, one request";
 
-    for (const int selector : {7, 64, 100})
-        P(selector).Value = P(selector).Preset;
-    int changed = 0;
-    for (int p = 1; p <= model.LastParam; ++p) {
-        ParamRecord &record = P(p);
-        // The drive bounds relay 3's values by its source even where the table has not followed it.
-        const bool isPlain =
-            (record.Attributes & (Attr::ReadOnly | Attr::RefreshAfterLoad)) == 0 && p != 77 && p != 80;
-        if (isPlain && !Param::IsCommand(p) && p != Param::ClearFault && !isClock(p) &&
-            record.Max > record.Value) {
-            ++record.Value;
-            ++changed;
-        }
-    }
-    EXPECT_GT(changed, 150);
+    for (const auto &[p, rawValue] : {std::pair(7, 0), {64, 59999}, {100, -1}, {217, -10000}})
+        P(p).Value = rawValue;
     P(Param::LoadParameters).Value = 1; // the drive would take back what it was sent
     model.SetAllWriteFlags(WriteState::Queued);
     link.RunWholeScan(2);
