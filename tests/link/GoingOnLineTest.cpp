@@ -83,6 +83,7 @@ TEST_F(GoingOnLineTest, WhatTheDriveSaysOfItsTableDecides)
         }
         link.GoOffLine(0);
         EXPECT_EQ(model.LastParam, FileLastParam);
+        EXPECT_FALSE(model.DriveStateUnread);
     }
 }
 

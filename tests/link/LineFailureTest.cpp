@@ -2,6 +2,7 @@
 
 #include <QSignalSpy>
 #include <QTimer>
+#include <utility>
 
 namespace quorvik::testing
 {
@@ -144,9 +145,9 @@ TEST_F(LineFailureTest, ThreeOfAKindInARowTakeTheLinkDown)
         ASSERT_NO_FATAL_FAILURE(Connect());
         ASSERT_TRUE(WaitFor(ReadRequest(10), 2));
         ASSERT_TRUE(WaitUntil([&] { return link.SerialCommTimer.isActive(); }));
-        P(Param::Run).Value = c.run;
+        EXPECT_TRUE(std::exchange(model.DriveStateUnread, false)) << "others tell nothing of it";
         P(Param::DriveState).Value = c.state;
-        model.DriveStateUnread = false;
+        P(Param::Run).Value = c.run;
         const QSignalSpy changes(&link, &DriveLink::ComStatusChanged);
         std::size_t requests = 0;
         peer.Answer = [&](const QByteArray &frame) {
