@@ -138,6 +138,7 @@ TEST_F(WritingTest, AFailureIsToldOnceAndTheLinkGoesOn)
             Enter(6, -40000);
         },
         [&] { link.ReadPropsIndex = 900; },
+        [&] { Enter(model.EditParamNumber = 3, 9999); }, // a selector that points nowhere
     };
     for (int told = 1; const auto &cause : causes) {
         const int reads = peer.Count(ReadRequest(20));
@@ -153,24 +154,20 @@ TEST_F(WritingTest, AFailureIsToldOnceAndTheLinkGoesOn)
 TEST_F(WritingTest, MemoryCommandsAreGivenOnceAndLeaveTheFileAlone)
 {
     peer.LastParam = 450;
-    const struct {
-        bool saves;
-        bool isRefused;
-    } cases[] = {{true, false}, {false, false}, {true, true}};
     Connect();
-    for (const auto &c : cases) {
-        const int command = c.saves ? Param::SaveParameters : Param::LoadParameters;
-        Answer(c.isRefused ? WriteRequest(command, 1) : QByteArray(), Nak);
+    for (const auto &[saves, isRefused] : {std::pair(true, false), {false, false}, {true, true}}) {
+        const int command = saves ? Param::SaveParameters : Param::LoadParameters;
+        Answer(isRefused ? WriteRequest(command, 1) : QByteArray(), Nak);
         model.DriveModified = true;
-        if (c.isRefused) {
+        if (isRefused) {
             asker.Expect(QStringLiteral("Could not write value of 1 to (406)"));
             asker.Expect(QStringLiteral("Changes in Drive not saved!"));
         }
-        c.saves ? link.SaveDriveParameters() : link.LoadDriveParameters();
+        saves ? link.SaveDriveParameters() : link.LoadDriveParameters();
         EXPECT_FALSE(model.DriveModified || model.FileModified);
         ASSERT_TRUE(WaitUntil([this] { return !model.WritePending && !IsAtRest(); }));
         EXPECT_EQ(P(command).Value, 0) << "a whole write carries no command";
-        EXPECT_EQ(model.DriveModified, c.isRefused);
+        EXPECT_EQ(model.DriveModified, isRefused);
     }
     ASSERT_TRUE(WaitUntil([this] { return asker.Shown.size() == 2; }));
 

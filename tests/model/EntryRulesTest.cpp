@@ -64,10 +64,7 @@ TEST_F(EntryRulesTest, EntriesAreCheckedWithExactWords)
 {
     At(Param::DriveModel).Value = 17;
     Shape(10, -5, 123, 12 * 32 + 1);
-    const struct {
-        const char *text;
-        const char *told;
-    } entries[] = {
+    const std::pair<const char *, const char *> entries[] = {
         {"12.345", nullptr},
         {"-0.54", nullptr},
         {"", "Please enter a numerical value for the Time."},
@@ -76,14 +73,14 @@ TEST_F(EntryRulesTest, EntriesAreCheckedWithExactWords)
         {"12.35", "The valid Time range for model SVN020-000 is:\r\n  Min: -0.5 Sec\r\n  Max: 12.3 Sec"},
         {"-0.55", "The valid Time range for model SVN020-000 is:\r\n  Min: -0.5 Sec\r\n  Max: 12.3 Sec"},
     };
-    for (const auto &entry : entries) {
-        SCOPED_TRACE(entry.text);
-        const bool isGood = entry.told == nullptr;
+    for (const auto &[text, told] : entries) {
+        SCOPED_TRACE(text);
+        const bool isGood = told == nullptr;
         if (!isGood)
             asker.Expect(QString());
-        EXPECT_EQ(rules.ValidateEntry(QString::fromUtf8(entry.text), QStringLiteral("Time"), 10), isGood);
+        EXPECT_EQ(rules.ValidateEntry(QLatin1String(text), QStringLiteral("Time"), 10), isGood);
         if (!isGood)
-            ExpectShown(entry.told, "Quorvik Mentor");
+            ExpectShown(told, "Quorvik Mentor");
     }
     EXPECT_THROW(rules.ValidateEntry(QStringLiteral("1e10"), QStringLiteral("Time"), 10), RuntimeFailure);
     asker.Expect(QString());

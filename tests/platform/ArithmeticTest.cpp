@@ -33,11 +33,8 @@ TEST(ArithmeticTest, WholeNumbersNeverWrap)
 
 TEST(ArithmeticTest, TiesGoToTheEvenNeighbour)
 {
-    const struct {
-        double value;
-        std::int32_t rounded;
-        std::int32_t cut;
-    } cases[] = {
+    // What is rounded, and what is cut.
+    const std::tuple<double, std::int32_t, std::int32_t> cases[] = {
         {1.5, 2, 1},
         {2.5, 2, 2},
         {2.51, 3, 2},
@@ -48,9 +45,9 @@ TEST(ArithmeticTest, TiesGoToTheEvenNeighbour)
         {2147483646.5, 2147483646, 2147483646},
         {-2147483648.5, Lowest, Lowest},
     };
-    for (const auto &c : cases) {
-        EXPECT_EQ(CLng(c.value), c.rounded) << c.value;
-        EXPECT_EQ(Fix(c.value), c.cut) << c.value;
+    for (const auto &[value, rounded, cut] : cases) {
+        EXPECT_EQ(CLng(value), rounded) << value;
+        EXPECT_EQ(Fix(value), cut) << value;
     }
 }
 

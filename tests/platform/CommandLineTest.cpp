@@ -27,10 +27,7 @@ TEST(CommandLine, AnswersRefusesOrNamesAFile)
 
 TEST(CommandLine, NamesTheSettingsFileWithAndWithoutQuotes)
 {
-    const struct {
-        const char *line;
-        const char *path;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"   ", ""},
         {"a.Svx", "@/a.Svx"},
         {"  \"/home/u/my set.Svx\" ", "/home/u/my set.Svx"},
@@ -38,10 +35,10 @@ TEST(CommandLine, NamesTheSettingsFileWithAndWithoutQuotes)
         {"/home/u/odd\"", "/home/u/odd\""},
         {"\"", ""},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(SettingsPathOf(QLatin1String(c.line)),
-                  QString::fromLatin1(c.path).replace(u'@', QDir::currentPath()))
-            << c.line;
+    for (const auto &[line, path] : cases)
+        EXPECT_EQ(SettingsPathOf(QLatin1String(line)),
+                  QString::fromLatin1(path).replace(u'@', QDir::currentPath()))
+            << line;
 }
 
 } // namespace quorvik

@@ -11,19 +11,17 @@ namespace quorvik::testing
 
 TEST(NumbersTest, TypedNumbersAreReadAlikeEverywhere)
 {
-    const struct {
-        const char *text;
-        double value;
-    } numbers[] = {{" 12.5\t", 12.5}, {"+3", 3}, {"-.5", -0.5},  {"5.", 5},
-                   {"1E-2", 0.01},    {"-0", 0}, {"2.5e+1", 25}, {"007", 7}};
+    const std::pair<const char *, double> numbers[] = {{" 12.5\t", 12.5}, {"+3", 3},      {"-.5", -0.5},
+                                                       {"5.", 5},         {"1E-2", 0.01}, {"-0", 0},
+                                                       {"2.5e+1", 25},    {"007", 7}};
     const char *const others[] = {"",    " ",     ",5",  "1,5",   "1.000,5", "0x10",  "&H10",
                                   "inf", "-inf",  "nan", "NaN",   "1e",      "1e+",   "e5",
                                   "--1", "+-1",   "1 2", "1.2.3", ".",       "-",     "1f",
                                   "1d3", "1e400", "(5)", "5%",    "\u0663",  "1_000", "$1"};
     for (const QLocale::Language language : {QLocale::C, QLocale::German, QLocale::Arabic}) {
         QLocale::setDefault(QLocale(language));
-        for (const auto &number : numbers)
-            EXPECT_EQ(ParseNumber(QString::fromUtf8(number.text)), number.value) << number.text;
+        for (const auto &[text, value] : numbers)
+            EXPECT_EQ(ParseNumber(QString::fromUtf8(text)), value) << text;
         for (const char *text : others) {
             EXPECT_FALSE(IsNumeric(QString::fromUtf8(text))) << text;
             EXPECT_THROW(CDbl(QString::fromUtf8(text)), RuntimeFailure) << text;
@@ -38,11 +36,7 @@ TEST(NumbersTest, TypedNumbersAreReadAlikeEverywhere)
 
 TEST(NumbersTest, FixedTextRoundsTheShownDigits)
 {
-    const struct {
-        double value;
-        int decimals;
-        const char *text;
-    } cases[] = {
+    const std::tuple<double, int, const char *> cases[] = {
         {2.675, 2, "2.68"},
         {1.005, 2, "1.01"},
         {-2.675, 2, "-2.68"},
@@ -60,16 +54,13 @@ TEST(NumbersTest, FixedTextRoundsTheShownDigits)
         {0.1 + 0.2, 15, "0.300000000000000"},
         {1e-20, 3, "0.000"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(FormatFixed(c.value, c.decimals), QString::fromLatin1(c.text)) << c.value;
+    for (const auto &[value, decimals, text] : cases)
+        EXPECT_EQ(FormatFixed(value, decimals), QLatin1String(text)) << value;
 }
 
 TEST(NumbersTest, DoublesHaveAtMostFifteenDigitsInTheShortestForm)
 {
-    const struct {
-        double value;
-        const char *text;
-    } cases[] = {
+    const std::pair<double, const char *> cases[] = {
         {-0.0, "0"},
         {0.1 + 0.2, "0.3"},
         {200.0 / 3.0, "66.6666666666667"},
@@ -79,9 +70,9 @@ TEST(NumbersTest, DoublesHaveAtMostFifteenDigitsInTheShortestForm)
         {1.5e-20, "1.5E-20"},
         {0.001, "0.001"},
     };
-    for (const auto &c : cases) {
-        EXPECT_EQ(DoubleText(c.value), QString::fromLatin1(c.text)) << c.value;
-        EXPECT_NEAR(CDbl(DoubleText(c.value)), c.value, std::abs(c.value) * 1e-14);
+    for (const auto &[value, text] : cases) {
+        EXPECT_EQ(DoubleText(value), QLatin1String(text)) << value;
+        EXPECT_NEAR(CDbl(DoubleText(value)), value, std::abs(value) * 1e-14);
     }
 }
 

@@ -46,17 +46,14 @@ TEST_F(RegistryTest, TheFileTypeMatchesTheExtensionInAnyCaseOfLetters)
 
 TEST_F(RegistryTest, TheProgramsPathSurvivesTheEntrysQuoting)
 {
-    const struct {
-        const char *path;
-        const char *exec;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"/home/u/my tools/quorvik", "Exec=\"/home/u/my tools/quorvik\" %f\n"},
         {"/home/100%/quorvik", "Exec=\"/home/100%%/quorvik\" %f\n"},
         {"/home/$u/quorvik", "Exec=\"/home/\\\\$u/quorvik\" %f\n"},
     };
-    for (const auto &c : cases) {
-        Associate(QLatin1String(c.path));
-        EXPECT_TRUE(Read(entry).contains(QLatin1String(c.exec))) << qPrintable(Read(entry));
+    for (const auto &[path, exec] : cases) {
+        Associate(QLatin1String(path));
+        EXPECT_TRUE(Read(entry).contains(QLatin1String(exec))) << qPrintable(Read(entry));
     }
 }
 
