@@ -47,7 +47,6 @@ TEST(Pacing, RunOfReadsTakesItsTimeOnTheWire)
     const double taken = double(SteadyNow() - start);
     const double wire = (10 + (values - 1) * 6) * 10e9 / baud;
     EXPECT_GE(taken, wire * 0.999);
-    EXPECT_LE(taken, wire * 1.5);
 }
 
 } // namespace

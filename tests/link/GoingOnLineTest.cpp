@@ -152,6 +152,7 @@ TEST_F(GoingOnLineTest, TheSwitchSettlesWhichSideIsRight)
         P(10).ReadFlag = P(10).Value = 0;
         cancelled = c.cancelled;
         progressBars = link.ScanKind = 0;
+        peer.Frames.clear();
         asker.Expect(QStringLiteral("Write current parameter settings to drive?"), c.answer);
         if (c.answer == MsgAnswer::Yes && c.driveState == 1)
             asker.Expect(QStringLiteral("Drive must be in Stop mode to perform this command."));
@@ -162,6 +163,7 @@ TEST_F(GoingOnLineTest, TheSwitchSettlesWhichSideIsRight)
         EXPECT_EQ(progressBars, c.onLine ? 1 : 0);
         EXPECT_EQ(P(10).ReadFlag, reads ? 1 : 0);
         EXPECT_EQ(P(10).Value, reads ? 77 : 0) << "the reading is one";
+        EXPECT_EQ(peer.Count(WriteRequest(10, 0)), c.scanKind == 2 ? 1 : 0) << "and so is the writing";
         EXPECT_EQ(P(Param::ClockFirst).WriteFlag, reads ? WriteState::None : WriteState::Queued);
         EXPECT_EQ(model.FileName, reads ? QStringLiteral("unnamed") : QStringLiteral("/x/y.Svx"));
         EXPECT_EQ(model.FileModified, !reads);

@@ -16,7 +16,7 @@ TEST(LineWrap, BreaksAtTheLastBlankWithinTheWidthAndKeepsEveryWord)
         {"one just beyond does not", "ab cde fgh", "ab|cde|fgh"},
         {"a leading blank gives an empty line", " abcd ef", "|abcd|ef"},
         {"a saved blank", " ", " "},
-        {"one character more than the line", "abcdef", "abcd|ef"},
+        {"a word of three lines", "abcdefghijk", "abcd|efgh|ijk"},
         {"no blank behind the last word", "go wwww", "go|wwww"},
         {"a word as long as the line amid others", "abcde end", "abcd|e end"},
         {"breaks of every kind, empty lines among them", "a\r\n\r\nb\nc\rd", "a||b|c|d"},
