@@ -208,13 +208,12 @@ TEST_F(Machine, FaultStopsLatchesAndIsLogged)
 TEST_F(Machine, InputsScaleIntoTheirDestinations)
 {
     const struct {
-        const char *what;
         bool bipolar;
         int level, bias, gain, invert, expected;
-    } rows[] = {{"half way from a bias", false, 1024, 2000, 10000, 0, 6002},
-                {"above range, inverted", false, 4095, 0, 8000, 1, -8000},
-                {"bipolar", true, -2047, 500, 9000, 0, -9000},
-                {"past the limit", false, 2047, 0, 20000, 0, 10000}};
+    } rows[] = {{false, 1024, 2000, 10000, 0, 6002},
+                {false, 4095, 0, 8000, 1, -8000},
+                {true, -1024, 500, 9000, 0, -4502},
+                {false, 2047, 0, 20000, 0, 10000}};
     for (const auto &row : rows) {
         table.Put(P::AnalogInPolarity, row.bipolar);
         table.Put(P::AnalogInBias, row.bias);
@@ -222,15 +221,7 @@ TEST_F(Machine, InputsScaleIntoTheirDestinations)
         table.Put(P::AnalogInInvert, row.invert);
         machine.Inputs().analog[0] = row.level;
         Run(0.5);
-        EXPECT_NEAR(table.Get(P::Reference0), row.expected, 20) << row.what;
-    }
-    table.Put(P::DigitalInDestination + 6, P::Reference0 + 1);
-    table.Put(P::DigitalInOpenValue + 6, -7);
-    table.Put(P::DigitalInClosedValue + 6, 20000);
-    for (const auto &[closed, value] : {std::pair(false, -7), std::pair(true, 20000)}) {
-        Close(7, closed);
-        Run(0.05);
-        EXPECT_EQ(table.Get(P::Reference0 + 1), value) << "as it stands, past all limits";
+        EXPECT_NEAR(table.Get(P::Reference0), row.expected, 20) << "from " << row.level;
     }
 }
 
