@@ -81,13 +81,16 @@ TEST_F(WritingTest, KeepsTheOrderAndLosesNoChange)
 
 TEST_F(WritingTest, OneThatFailsIsTriedThreeTimesAPauseApart)
 {
-    const std::pair<QByteArray, int> cases[] = {{Nak, 2}, {{}, 2}, {Nak, 3}};
+    const struct {
+        QByteArray reply;
+        int failures;
+    } cases[] = {{Nak, 2}, {{}, 2}, {Nak, 3}};
     Connect();
     asker.WhileShown = [&] {
         Enter(33, 1);
         EXPECT_TRUE(WaitFor(WriteRequest(33, 1))) << "the line goes on behind a message";
     };
-    for (const auto &[reply, wrongReplies] : cases) {
+    for (const auto &c : cases) {
         peer.Frames.clear();
         QElapsedTimer clock;
         peer.Answer = [&](const QByteArray &frame) {
@@ -100,9 +103,9 @@ TEST_F(WritingTest, OneThatFailsIsTriedThreeTimesAPauseApart)
             clock.start();
             if (peer.Count(frame) == 2)
                 Enter(29, 7);
-            return peer.Count(frame) <= wrongReplies ? reply : Ack;
+            return peer.Count(frame) <= c.failures ? c.reply : Ack;
         };
-        if (wrongReplies == 3)
+        if (c.failures == 3)
             asker.Expect(QStringLiteral("Could not write value of 4 to (30) Name 30"));
         Enter(30, 4);
         Enter(31, 1);
@@ -138,7 +141,11 @@ TEST_F(WritingTest, AFailureIsToldOnceAndTheLinkGoesOn)
             Enter(6, -40000);
         },
         [&] { link.ReadPropsIndex = 900; },
-        [&] { Enter(model.EditParamNumber = 3, 9999); }, // a selector that points nowhere
+        // A selector that points nowhere.
+        [&] {
+            model.EditParamNumber = 3;
+            Enter(3, 9999);
+        },
     };
     for (int told = 1; const auto &cause : causes) {
         const int reads = peer.Count(ReadRequest(20));
