@@ -6,12 +6,8 @@
 #include "desktop/ValueBox.h"
 #include "support/WindowTest.h"
 
-#include <QApplication>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTimer>
+#include <algorithm>
 #include <initializer_list>
-#include <utility>
 #include <vector>
 
 namespace quorvik::testing
@@ -23,53 +19,37 @@ class BlockFixture : public WindowTest
 protected:
     using Values = std::initializer_list<std::pair<int, std::int32_t>>;
 
+    static const BlockMenuEntry &EntryOf(const char *formName)
+    {
+        return *std::ranges::find(BlockCatalogue(), Name(formName),
+                                  [](const BlockMenuEntry &entry) { return Name(entry.form); });
+    }
     void Open(const char *formName, int member = 0)
     {
-        for (const BlockMenuEntry &entry : BlockCatalogue())
-            if (QLatin1String(entry.form) == QLatin1String(formName)) {
-                form = entry.make(desk.desk, member);
-                form->show();
-                window = form;
-                return;
-            }
-        FAIL() << "no such block: " << formName;
+        form = EntryOf(formName).make(desk.desk, member);
+        form->show();
+        window = form;
     }
 
-    /** As the title bar does it. */
-    void Close()
-    {
-        form->close();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
     void CloseByButton()
     {
-        Press("CommandClose");
+        Click("CommandClose");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-
-    /** Lets TimerUpdateScreen tick once, without half a second of waiting. */
-    void Tick()
-    {
-        auto *timer = Find<QTimer>(QStringLiteral("TimerUpdateScreen"));
-        const int interval = timer->interval();
-        timer->start(0);
-        QSignalSpy ticks(timer, &QTimer::timeout);
-        EXPECT_TRUE(ticks.wait(1000));
-        timer->start(interval);
     }
 
     void Set(const Values &values)
     {
         for (const auto &[number, rawValue] : values)
-            desk.model.ParamTable[number].Value = rawValue;
+            P(number) = rawValue;
     }
 
     ValueBox *Text1(int i) const { return Find<ValueBox>(ControlName("Text1", i)); }
     QLabel *Label1(int i) const { return Find<QLabel>(ControlName("Label1", i)); }
+    std::string ValueText(int row) const { return Text(ControlName("Text1", row)); }
+    std::string CaptionText(int row) const { return Text(ControlName("Label1", row)); }
     ClickArea *Area(const char *name) const { return Find<ClickArea>(name); }
-    void Press(const char *button) const { Find<QPushButton>(button)->click(); }
     int Number(int row) const { return Label1(row)->property("Tag").toInt(); }
-    int State(const char *part) const { return form->drawing().Find(QLatin1String(part))->state; }
+    int State(const char *part) const { return form->drawing().Find(Name(part))->state; }
     int ReadFlag(int p) const { return desk.model.ParamTable[p].ReadFlag; }
     std::vector<int> ReadFlags() const
     {

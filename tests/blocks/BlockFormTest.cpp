@@ -19,16 +19,16 @@ TEST_F(BlockFormTest, RowsTellNumberNameClassAndColour)
                                         {24, Access::IcrReadWrite}};
     Set({{1, 191}, {190, 1234}});
     Open("FormVelocityLoop");
-    EXPECT_EQ(Label1(4)->text(), QStringLiteral("(190) Forward Max Speed"));
-    EXPECT_EQ(Label1(4)->toolTip(), QStringLiteral("(190) ") + desk.model.ParamTable[190].Name);
-    EXPECT_EQ(Text1(4)->text(), QStringLiteral("12.34 %")) << "the first tick comes with the load";
+    EXPECT_EQ(CaptionText(4), "(190) Forward Max Speed");
+    EXPECT_EQ(Label1(4)->toolTip(), Name("(190) ") + Record(190).Name);
+    EXPECT_EQ(ValueText(4), "12.34 %") << "the first tick comes with the load";
     for (const auto &[row, accessClass] : rows) {
         EXPECT_EQ(Text1(row)->property("Tag").toInt(), accessClass) << row;
         EXPECT_EQ(Text1(row)->BackColor(), ColorOf(desk.model.Colors.at(std::size_t(accessClass)))) << row;
         EXPECT_EQ(Text1(row)->cursor().shape() == Qt::PointingHandCursor, accessClass < Access::IcrReadOnly);
     }
-    EXPECT_TRUE(Text1(4)->accessibleDescription().startsWith(QStringLiteral("12.34 %, ")));
-    EXPECT_TRUE(Text1(6)->toolTip().contains(desk.model.ParamTable[1].Name));
+    EXPECT_TRUE(Text1(4)->accessibleDescription().startsWith(Name("12.34 %, ")));
+    EXPECT_TRUE(Text1(6)->toolTip().contains(Record(1).Name));
     Set({{Param::DriveState, 1}});
     desk.model.Colors[Access::IcrReadOnly] = 0x00FF80;
     Tick();
@@ -98,19 +98,19 @@ TEST_F(BlockFormTest, OnlyClassesZeroAndOneOpenTheDialog)
 TEST_F(BlockFormTest, TheLinkedRowMovesOneReadCountOrTellsWhyNot)
 {
     Set({{23, 217}});
-    desk.model.ParamTable[217].Name = QStringLiteral("Spee");
+    Record(217).Name = Name("Spee");
     Open("FormAnalogInputs", 1);
     EXPECT_EQ(ReadFlag(217), 1);
     EXPECT_EQ(ReadFlag(23), 1);
-    EXPECT_EQ(Label1(10)->text(), QStringLiteral("(217) Spee")) << "ten characters stand whole";
+    EXPECT_EQ(CaptionText(10), "(217) Spee") << "ten characters stand whole";
     Set({{23, 200}, {200, 698}});
     Tick();
     Tick();
     EXPECT_EQ(ReadFlag(217), 0);
     EXPECT_EQ(ReadFlag(200), before.at(200) + 1);
-    EXPECT_EQ(Label1(10)->text(), QStringLiteral("(200) Moto..."));
-    EXPECT_EQ(Label1(10)->toolTip(), QStringLiteral("(200) ") + desk.model.ParamTable[200].Name);
-    EXPECT_EQ(Text1(10)->text(), QStringLiteral("698 RPM"));
+    EXPECT_EQ(CaptionText(10), "(200) Moto...");
+    EXPECT_EQ(Label1(10)->toolTip(), Name("(200) ") + Record(200).Name);
+    EXPECT_EQ(ValueText(10), "698 RPM");
     Set({{23, 9999}});
     Tick();
     Tick();
@@ -122,12 +122,8 @@ TEST_F(BlockFormTest, TheLinkedRowMovesOneReadCountOrTellsWhyNot)
 
 TEST_F(BlockFormTest, OneWindowToAMemberAndCountsForEachWindow)
 {
-    const auto entry =
-        std::find_if(BlockCatalogue().begin(), BlockCatalogue().end(), [](const BlockMenuEntry &e) {
-            return QLatin1String(e.form) == QLatin1String("FormAnalogInputs");
-        });
     for (const int member : {2, 2, 3})
-        OpenBlock(desk.desk, *entry, member);
+        OpenBlock(desk.desk, EntryOf("FormAnalogInputs"), member);
     EXPECT_EQ(desk.forms.Count(), 3) << "with the main window";
     EXPECT_EQ(ReadFlag(24), 1);
 }
@@ -135,8 +131,8 @@ TEST_F(BlockFormTest, OneWindowToAMemberAndCountsForEachWindow)
 TEST_F(BlockFormTest, HelpAndMentorOpenOnTheBlock)
 {
     Open("FormFreqDigOutput");
-    Press("CommandHelp");
-    EXPECT_EQ(desk.help.Topics, QStringList(QStringLiteral("Frequency Digital Output.htm")));
+    Click("CommandHelp");
+    EXPECT_EQ(desk.help.Topics, QStringList(Name("Frequency Digital Output.htm")));
 
     Set({{90, 1}});
     bool opened = false;
@@ -144,13 +140,13 @@ TEST_F(BlockFormTest, HelpAndMentorOpenOnTheBlock)
         opened = true;
         EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
     };
-    Press("CommandIOMentor");
+    Click("CommandIOMentor");
     EXPECT_TRUE(opened);
     const WizardIOStartRecord &start = desk.model.WizardIOStart;
     EXPECT_EQ(std::tuple(start.outputs, start.kind, start.member, start.freqDigMode), std::tuple(1, 1, 0, 1));
     EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }));
     Open("FormRelayOutputs", 2);
-    Press("CommandIOMentor");
+    Click("CommandIOMentor");
     EXPECT_EQ(std::tuple(start.kind, start.member, start.freqDigMode), std::tuple(2, 1, 1));
     EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }));
 }

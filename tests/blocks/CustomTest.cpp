@@ -15,17 +15,14 @@ protected:
     void OpenCustom()
     {
         Open("FormCustom");
-        edit = Find<QCheckBox>(QStringLiteral("CheckEdit"));
-        combo = Find<QComboBox>(QStringLiteral("ComboSelectParameter"));
+        edit = Find<QCheckBox>("CheckEdit");
+        combo = Find<QComboBox>("ComboSelectParameter");
     }
 
-    QString Saved(int row) const
-    {
-        return desk.settings.GetSetting(QStringLiteral("Custom"), QString::number(row));
-    }
+    QString Saved(int row) const { return desk.settings.GetSetting(Name("Custom"), QString::number(row)); }
     void Save(int row, const char *number)
     {
-        desk.settings.SaveSetting(QStringLiteral("Custom"), QString::number(row), QLatin1String(number));
+        desk.settings.SaveSetting(Name("Custom"), QString::number(row), QLatin1String(number));
     }
 
     /** What a user does who picks the entry from the open list. */
@@ -45,34 +42,34 @@ TEST_F(CustomTest, OnlyTheCloseButtonSavesAndReleases)
     EXPECT_EQ(ReadFlag(411), before.at(411) + 1);
     CloseByButton();
     EXPECT_EQ(ReadFlags(), before);
-    EXPECT_EQ(Saved(0), QStringLiteral("411"));
-    EXPECT_EQ(Saved(19), QStringLiteral("197"));
+    EXPECT_EQ(Saved(0), Name("411"));
+    EXPECT_EQ(Saved(19), Name("197"));
     Save(0, "412");
     OpenCustom();
     edit->click();
     Choose(413);
     Close();
     EXPECT_EQ(ReadFlag(413), before.at(413) + 1);
-    EXPECT_EQ(Saved(0), QStringLiteral("412"));
+    EXPECT_EQ(Saved(0), Name("412"));
 }
 
 TEST_F(CustomTest, TheChosenNumberMovesTheReadInterestAndOutlivesTheWindow)
 {
-    desk.model.ParamTable[335].Name = QStringLiteral("Fourteen chars");
-    desk.model.ParamTable[200].Name = QStringLiteral("Fifteen charact");
+    Record(335).Name = Name("Fourteen chars");
+    Record(200).Name = Name("Fifteen charact");
     OpenCustom();
     edit->click();
     QTest::mouseDClick(Label1(4), Qt::LeftButton);
-    EXPECT_EQ(combo->currentText(), QStringLiteral("335 Fourteen chars"));
-    EXPECT_EQ(Label1(4)->text(), QStringLiteral("(335) Fourteen chars"));
+    EXPECT_EQ(combo->currentText(), Name("335 Fourteen chars"));
+    EXPECT_EQ(CaptionText(4), "(335) Fourteen chars");
     Choose(200);
-    EXPECT_EQ(Label1(4)->text(), QStringLiteral("(200) Fifteen charac...")) << "cut after twenty";
-    EXPECT_EQ(Label1(4)->toolTip(), QStringLiteral("(200) Fifteen charact"));
+    EXPECT_EQ(CaptionText(4), "(200) Fifteen charac...") << "cut after twenty";
+    EXPECT_EQ(Label1(4)->toolTip(), Name("(200) Fifteen charact"));
     EXPECT_EQ(ReadFlag(335), before.at(335));
     EXPECT_EQ(ReadFlag(200), before.at(200) + 2) << "the same number on two rows counts twice";
     Set({{200, 123}});
     Tick();
-    EXPECT_EQ(Text1(4)->text(), QStringLiteral("123 RPM"));
+    EXPECT_EQ(ValueText(4), "123 RPM");
     CloseByButton();
     EXPECT_EQ(ReadFlags(), before);
     OpenCustom();
@@ -108,7 +105,7 @@ TEST_F(CustomTest, DefaultTakesAllRowsBackAndTheCountsStayEven)
     OpenCustom();
     EXPECT_EQ(ReadFlag(1), before.at(1) + 2);
     edit->click();
-    Press("CommandDefault");
+    Click("CommandDefault");
     EXPECT_EQ(Number(0), 411);
     EXPECT_EQ(ReadFlag(1), before.at(1));
     EXPECT_EQ(combo->currentIndex(), 411);
@@ -126,8 +123,8 @@ TEST_F(CustomTest, ASavedNumberOutsideTheTableIsAnEmptyRow)
     OpenCustom();
     Tick();
     for (const int row : {2, 3}) {
-        EXPECT_EQ(Text1(row)->text(), QString());
-        EXPECT_EQ(Label1(row)->text(), QString());
+        EXPECT_EQ(ValueText(row), "");
+        EXPECT_EQ(CaptionText(row), "");
         QTest::mouseClick(Text1(row), Qt::LeftButton);
     }
     EXPECT_EQ(Number(5), 338);
@@ -138,8 +135,8 @@ TEST_F(CustomTest, ASavedNumberOutsideTheTableIsAnEmptyRow)
     EXPECT_EQ(ReadFlag(217), before.at(217) + 2);
     CloseByButton();
     EXPECT_EQ(ReadFlags(), before);
-    EXPECT_EQ(Saved(2), QStringLiteral("217"));
-    EXPECT_EQ(Saved(3), QStringLiteral("-1"));
+    EXPECT_EQ(Saved(2), Name("217"));
+    EXPECT_EQ(Saved(3), Name("-1"));
 }
 
 } // namespace

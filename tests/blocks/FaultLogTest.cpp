@@ -25,7 +25,7 @@ protected:
             Set({{first++, rawValue}});
     }
 
-    QString Log() const { return Find<QPlainTextEdit>(QStringLiteral("TextFaultLog"))->toPlainText(); }
+    QString Log() const { return Find<QPlainTextEdit>("TextFaultLog")->toPlainText(); }
 };
 
 TEST_F(ClockTest, FaultWordsReadInTableOrder)
@@ -80,9 +80,8 @@ TEST_F(ClockTest, ADayOutsideTheTableIsToldOnceAndStopsNoOtherWindow)
     Tick();
     Tick();
     EXPECT_EQ(told.size(), 1);
-    EXPECT_TRUE(
-        Log().startsWith(QStringLiteral("VFB Loss, no day, no date, 12:00:00 AM\nField Loss, Null, ")));
-    EXPECT_TRUE(Find<QPushButton>(QStringLiteral("CommandClearFault"))->isEnabled());
+    EXPECT_TRUE(Log().startsWith(Name("VFB Loss, no day, no date, 12:00:00 AM\nField Loss, Null, ")));
+    EXPECT_TRUE(Find<QPushButton>("CommandClearFault")->isEnabled());
     Open("FormMOP");
     Set({{322, 1}});
     Tick();
@@ -90,23 +89,23 @@ TEST_F(ClockTest, ADayOutsideTheTableIsToldOnceAndStopsNoOtherWindow)
     window = form = log;
     Set({{267, 7}});
     Tick();
-    EXPECT_TRUE(Log().startsWith(QStringLiteral("VFB Loss, Saturday, ")));
+    EXPECT_TRUE(Log().startsWith(Name("VFB Loss, Saturday, ")));
     EXPECT_EQ(told.size(), 1);
 }
 
 TEST_F(ClockTest, ClearFaultIsForALatchedFaultOnly)
 {
     Open("FormFaultLog");
-    auto *clear = Find<QPushButton>(QStringLiteral("CommandClearFault"));
+    auto *clear = Find<QPushButton>("CommandClearFault");
     EXPECT_FALSE(clear->isEnabled());
     Set({{304, 16}});
     Tick();
     ASSERT_TRUE(clear->isEnabled());
-    Press("CommandClearFaultLog");
+    Click("CommandClearFaultLog");
     EXPECT_FALSE(desk.model.FileModified);
     clear->click();
-    EXPECT_EQ(desk.model.Value(420), 1);
-    EXPECT_EQ(desk.model.ParamTable[420].WriteFlag, WriteState::Queued);
+    EXPECT_EQ(P(420), 1);
+    EXPECT_EQ(Record(420).WriteFlag, WriteState::Queued);
     EXPECT_TRUE(clear->isEnabled()) << "until the drive says that the fault is gone";
     Set({{304, 0}});
     Tick();
@@ -117,13 +116,13 @@ TEST_F(ClockTest, TheClockWindowShowsBothClocks)
 {
     desk.desk.Now = [] { return QDateTime(QDate(2005, 12, 31), QTime(23, 58, 9)); };
     Open("FormDateTime");
-    EXPECT_EQ(Text("LabelDriveDate"), QStringLiteral("Null, no date"));
+    EXPECT_EQ(Text("LabelDriveDate"), "Null, no date");
     Fill(256, {5, 4, 0, 7, 1, 1, 5});
     Tick();
-    EXPECT_EQ(Text("LabelDriveDate"), QStringLiteral("Saturday, 1/1/05"));
-    EXPECT_EQ(Text("LabelDriveTime"), QStringLiteral("12:04:05 AM"));
-    EXPECT_EQ(Text("LabelSystemDate"), QStringLiteral("Saturday, 12/31/05"));
-    EXPECT_EQ(Text("LabelSystemTime"), QStringLiteral("11:58:09 PM"));
+    EXPECT_EQ(Text("LabelDriveDate"), "Saturday, 1/1/05");
+    EXPECT_EQ(Text("LabelDriveTime"), "12:04:05 AM");
+    EXPECT_EQ(Text("LabelSystemDate"), "Saturday, 12/31/05");
+    EXPECT_EQ(Text("LabelSystemTime"), "11:58:09 PM");
 }
 
 TEST_F(ClockTest, SetToSystemTakesAFreshReadingForEachWord)
@@ -132,11 +131,11 @@ TEST_F(ClockTest, SetToSystemTakesAFreshReadingForEachWord)
     // The last second of a year: the clock runs on by one between two readings.
     QDateTime clock(QDate(2005, 12, 31), QTime(23, 59, 59));
     desk.desk.Now = [&clock] { return std::exchange(clock, clock.addSecs(1)); };
-    Press("CommandSet");
+    Click("CommandSet");
     const std::int32_t expected[] = {59, 0, 0, 1, 1, 1, 6};
     for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(desk.model.Value(256 + i), expected[i]) << 256 + i;
-        EXPECT_EQ(desk.model.ParamTable[256 + i].WriteFlag, WriteState::Queued);
+        EXPECT_EQ(P(256 + i), expected[i]) << 256 + i;
+        EXPECT_EQ(Record(256 + i).WriteFlag, WriteState::Queued);
     }
 }
 

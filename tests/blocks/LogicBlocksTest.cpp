@@ -1,5 +1,7 @@
 #include "blocks/BlockFixture.h"
 
+#include <QSignalSpy>
+
 namespace quorvik::testing
 {
 
@@ -43,17 +45,16 @@ TEST_F(LogicBlocksTest, InternalLinksNameWhatTheyPointAt)
     Open("FormInternalLinks");
     Set({{366, 193}, {405, 217}, {368, 9999}, {369, -1}});
     Tick();
-    const auto name = [this](int row) { return Find<QLabel>(ControlName("LabelName", row))->text(); };
-    EXPECT_EQ(name(0), desk.model.ParamTable[193].Name);
-    EXPECT_EQ(name(39), desk.model.ParamTable[217].Name);
-    EXPECT_EQ(name(2), QString());
-    EXPECT_EQ(name(3), QString());
+    EXPECT_EQ(Text("LabelName(0)"), Record(193).Name.toStdString());
+    EXPECT_EQ(Text("LabelName(39)"), Record(217).Name.toStdString());
+    EXPECT_EQ(Text("LabelName(2)"), "");
+    EXPECT_EQ(Text("LabelName(3)"), "");
 }
 
 TEST_F(LogicBlocksTest, TheTimerFollowsItsSelectorsInTheSameTickAndCountsOffLineOnly)
 {
     Open("FormTimer");
-    auto *emulator = Find<QTimer>(QStringLiteral("TimerEmulator"));
+    auto *emulator = Find<QTimer>("TimerEmulator");
     emulator->setInterval(100'000);
     Set({{312, 50}, {313, 7}, {314, 8}});
     const struct {
@@ -76,16 +77,16 @@ TEST_F(LogicBlocksTest, TheTimerFollowsItsSelectorsInTheSameTickAndCountsOffLine
         Set(tick.values);
         Tick();
         EXPECT_EQ(emulator->isActive(), tick.runs);
-        EXPECT_EQ(desk.model.Value(315), tick.output);
+        EXPECT_EQ(P(315), tick.output);
         EXPECT_EQ(State("LineSwitch"), tick.contact);
-        EXPECT_EQ(form->drawing().Find(QStringLiteral("ShapeInvert"))->visible, desk.model.Value(365) == 1);
+        EXPECT_EQ(form->drawing().Find(Name("ShapeInvert"))->visible, P(365) == 1);
     }
     Set({{428, 2380}});
     emulator->start(1);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return desk.model.Value(428) >= 2400; }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return P(428) >= 2400; }, 2000));
     QSignalSpy more(emulator, &QTimer::timeout);
     ASSERT_TRUE(more.wait(1000));
-    EXPECT_EQ(desk.model.Value(428), 2400);
+    EXPECT_EQ(P(428), 2400);
     form->close();
     EXPECT_FALSE(emulator->isActive());
 }

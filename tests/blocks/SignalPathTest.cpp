@@ -82,22 +82,22 @@ TEST_F(SignalPathTest, AClickStepsTheReferencesAroundInBothBitsAtOnce)
     // The factory's digital inputs hold both bits read only.
     Set({{5, 0}, {6, 0}});
     Open("FormSetpoints");
-    const auto bits = [this] { return std::pair(desk.model.Value(215), desk.model.Value(216)); };
+    const auto bits = [this] { return std::pair(P(215), P(216)); };
     const std::pair<std::int32_t, std::int32_t> steps[] = {{0, 1}, {1, 0}, {1, 1}, {0, 0}, {0, 1}};
     for (const auto &step : steps) {
-        QTest::mouseClick(Area("Image1(1)"), Qt::LeftButton);
+        Click("Image1(1)");
         EXPECT_EQ(bits(), step);
         Tick();
     }
     for (const int refused : {215, 216}) {
         desk.model.FileModified = false;
-        desk.model.ParamTable[refused].Attributes ^= Attr::ReadOnly;
+        Record(refused).Attributes ^= Attr::ReadOnly;
         Tick();
         EXPECT_EQ(Area("Image1(1)")->cursor().shape(), Qt::ForbiddenCursor);
-        QTest::mouseClick(Area("Image1(1)"), Qt::LeftButton);
+        Click("Image1(1)");
         EXPECT_EQ(bits(), steps[4]);
         EXPECT_FALSE(desk.model.FileModified);
-        desk.model.ParamTable[refused].Attributes ^= Attr::ReadOnly;
+        Record(refused).Attributes ^= Attr::ReadOnly;
     }
 }
 
@@ -125,9 +125,9 @@ TEST_F(SignalPathTest, ADoubleClickStepsItsSelectorAndASingleOneDoesNot)
         for (const std::int32_t rawValue : selector.rawValues) {
             Tick();
             QTest::mouseClick(Area(selector.area), Qt::LeftButton);
-            EXPECT_EQ(desk.model.Value(selector.param), rawValue);
+            EXPECT_EQ(P(selector.param), rawValue);
             QTest::mouseDClick(Area(selector.area), Qt::LeftButton);
-            EXPECT_EQ(desk.model.ParamTable[selector.param].WriteFlag, WriteState::Queued);
+            EXPECT_EQ(Record(selector.param).WriteFlag, WriteState::Queued);
         }
         Close();
     }
@@ -138,7 +138,7 @@ TEST_F(SignalPathTest, AClickReadsWhatTheWindowShows)
     Open("FormFreqDigOutput");
     for (int i = 0; i < 2; ++i)
         QTest::keyClick(Area("Image1"), Qt::Key_Return);
-    EXPECT_EQ(desk.model.Value(90), 1) << "no tick between the two";
+    EXPECT_EQ(P(90), 1) << "no tick between the two";
 }
 
 TEST_F(SignalPathTest, ARefusedClickChangesNothingAndThePointerSaysSo)
@@ -150,7 +150,7 @@ TEST_F(SignalPathTest, ARefusedClickChangesNothingAndThePointerSaysSo)
     EXPECT_EQ(Area("Image2")->cursor().shape(), Qt::ForbiddenCursor);
     QTest::mouseDClick(Area("Image2"), Qt::LeftButton);
     QTest::keyClick(Area("Image2"), Qt::Key_Space);
-    EXPECT_EQ(desk.model.Value(197), 0);
+    EXPECT_EQ(P(197), 0);
     EXPECT_FALSE(desk.model.FileModified);
 }
 
@@ -167,7 +167,7 @@ TEST_F(SignalPathTest, TerminalsAreThoseOfTheMember)
         {"FormAnalogOutputs", 1, "LabelOutput", "21"}, {"FormAnalogOutputs", 2, "LabelCom", "24"}};
     for (const auto &[name, member, label, terminal] : terminals) {
         Open(name, member);
-        EXPECT_EQ(Text(label), QLatin1String(terminal)) << name << member;
+        EXPECT_EQ(Text(label), terminal) << name << member;
         Close();
     }
 }

@@ -57,15 +57,7 @@ bool Crosses(const QPolygonF &wire, const QRectF &taken)
 class WalkerTest : public BlockFixture, public ::testing::WithParamInterface<Walked>
 {
 protected:
-    WalkerTest()
-        : usualFont_(QApplication::font())
-    {
-        QFont font = usualFont_;
-        font.setPointSizeF(font.pointSizeF() * GetParam().fontScale);
-        QApplication::setFont(font);
-        Open(GetParam().entry->form, GetParam().member);
-    }
-    ~WalkerTest() override { QApplication::setFont(usualFont_); }
+    WalkerTest() { Open(GetParam().entry->form, GetParam().member); }
 
     /** The controls that stand on the sheet. */
     QList<QWidget *> OnSheet() const
@@ -90,7 +82,7 @@ protected:
     }
 
 private:
-    QFont usualFont_;
+    FontScale scale_{GetParam().fontScale};
 };
 
 TEST_P(WalkerTest, NoTextIsCut)
@@ -107,8 +99,8 @@ TEST_P(WalkerTest, NoTextIsCut)
         }
     }
     for (int row = 0; row < form->RowCount(); ++row) {
-        const QString longest = LongestValueText(desk.model, Label1(row)->property("Tag").toInt());
-        EXPECT_LE(Text1(row)->WidthFor(longest), Text1(row)->width()) << row;
+        EXPECT_LE(Text1(row)->WidthFor(LongestValueText(desk.model, Number(row))), Text1(row)->width())
+            << row;
         EXPECT_LE(Text1(row)->fontMetrics().height(), Text1(row)->height()) << row;
     }
     if (GetParam().fontScale == 1.0) {

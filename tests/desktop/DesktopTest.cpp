@@ -9,18 +9,12 @@
 #include "support/Controls.h"
 #include "support/TestDesk.h"
 
-#include <QApplication>
 #include <QCloseEvent>
-#include <QComboBox>
 #include <QFile>
-#include <QFileDialog>
-#include <QLabel>
 #include <QListView>
 #include <QMainWindow>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTimer>
 #include <algorithm>
 
 namespace quorvik::testing
@@ -29,27 +23,11 @@ namespace quorvik::testing
 namespace
 {
 
-/** Runs on the modal window that opens next. */
-template<typename Window> void OnNextModal(std::function<void(Window &)> act)
-{
-    auto *timer = new QTimer(qApp);
-    timer->setInterval(5);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
-        auto *window = qobject_cast<Window *>(QApplication::activeModalWidget());
-        if (!window)
-            return;
-        timer->stop();
-        timer->deleteLater();
-        act(*window);
-    });
-    timer->start();
-}
-
 class CountingForm : public Form
 {
 public:
     CountingForm(Desk &desk, int &unloads)
-        : Form(desk, QStringLiteral("FormCounting"), QStringLiteral("Counting"), QString())
+        : Form(desk, Name("FormCounting"), Name("Counting"), QString())
         , unloads_(unloads)
     {
     }
@@ -67,7 +45,7 @@ TEST(Form, LeavesOnceHoweverOftenItIsClosed)
     int unloads = 0;
     const QPointer<Form> form = new CountingForm(desk.desk, unloads);
     form->show();
-    ASSERT_EQ(desk.forms.FindOpenBlock(QStringLiteral("Counting")), 1);
+    ASSERT_EQ(desk.forms.FindOpenBlock(Name("Counting")), 1);
     form->close();
     QCloseEvent again;
     QCoreApplication::sendEvent(form, &again);
@@ -88,8 +66,8 @@ TEST(BoxColors, TextIsWhicheverContrastsMore)
 
 TEST(ValueBox, ClickEnterAndSpaceAreOneAndTypingNothing)
 {
-    ValueBox box(QStringLiteral("Text1(0)"), nullptr);
-    box.SetText(QStringLiteral("12.5 %"));
+    ValueBox box(Name("Text1(0)"), nullptr);
+    box.SetText(Name("12.5 %"));
     box.show();
     const QSignalSpy clicks(&box, &ValueBox::clicked);
     QTest::mouseClick(&box, Qt::LeftButton);
@@ -97,9 +75,9 @@ TEST(ValueBox, ClickEnterAndSpaceAreOneAndTypingNothing)
     QTest::keyClick(&box, Qt::Key_Enter);
     QTest::keyClick(&box, Qt::Key_Space);
     EXPECT_EQ(clicks.count(), 4);
-    QTest::keyClicks(&box, QStringLiteral("7"));
+    QTest::keyClicks(&box, Name("7"));
     EXPECT_EQ(clicks.count(), 4);
-    EXPECT_EQ(box.text(), QStringLiteral("12.5 %"));
+    EXPECT_EQ(box.text(), Name("12.5 %"));
 }
 
 TEST(TypeToChoose, TakesTheWholeNumberOrNothing)
@@ -119,10 +97,10 @@ TEST(TypeToChoose, TakesTheWholeNumberOrNothing)
 TEST(PlainText, MarkupInAToolTipStandsAsText)
 {
     QWidget widget;
-    SetPlainToolTip(&widget, QStringLiteral("(226) Fwd Accel A"));
-    EXPECT_EQ(widget.toolTip(), QStringLiteral("(226) Fwd Accel A"));
-    SetPlainToolTip(&widget, QStringLiteral("<b>Gain</b>"));
-    EXPECT_TRUE(widget.toolTip().contains(QStringLiteral("&lt;b&gt;Gain")));
+    SetPlainToolTip(&widget, Name("(226) Fwd Accel A"));
+    EXPECT_EQ(widget.toolTip(), Name("(226) Fwd Accel A"));
+    SetPlainToolTip(&widget, Name("<b>Gain</b>"));
+    EXPECT_TRUE(widget.toolTip().contains(Name("&lt;b&gt;Gain")));
 }
 
 TEST(LongestText, LooksAtLimitsListsAndFactoryLimits)
@@ -130,12 +108,12 @@ TEST(LongestText, LooksAtLimitsListsAndFactoryLimits)
     TestDesk desk;
     desk.model.ParamTable[191].Min = -15000;
     desk.model.ParamTable[191].Max = 0;
-    EXPECT_EQ(LongestValueText(desk.model, 191), QStringLiteral("-150.00 %"));
-    EXPECT_EQ(LongestValueText(desk.model, 28), QStringLiteral("Unipolar"));
+    EXPECT_EQ(LongestValueText(desk.model, 191), Name("-150.00 %"));
+    EXPECT_EQ(LongestValueText(desk.model, 28), Name("Unipolar"));
     EXPECT_EQ(LongestValueText(desk.model, Param::DriveModel).size(), 10);
     desk.model.ParamTable[189].Max = 7;
     desk.model.ParamTable[189].Min = 0;
-    EXPECT_GE(LongestValueText(desk.model, 189).size(), QStringLiteral("100.00 %").size());
+    EXPECT_GE(LongestValueText(desk.model, 189).size(), Name("100.00 %").size());
 }
 
 TEST(DesktopAsker, ABoxShowsPlainTextAndGivesItsAnswer)
@@ -144,30 +122,31 @@ TEST(DesktopAsker, ABoxShowsPlainTextAndGivesItsAnswer)
     QMainWindow main;
     main.setAttribute(Qt::WA_ShowWithoutActivating);
     main.show();
-    const QString text = QStringLiteral("<b>x</b> has been modified.\r\n\r\nSave changes?");
-    OnNextModal<QMessageBox>([&](QMessageBox &box) {
-        EXPECT_EQ(box.textFormat(), Qt::PlainText);
-        EXPECT_EQ(box.text(), text);
-        EXPECT_EQ(box.icon(), QMessageBox::Question);
-        EXPECT_EQ(box.standardButton(box.defaultButton()), QMessageBox::Yes);
-        EXPECT_EQ(box.parentWidget(), &main) << "with another program in front";
-        box.button(QMessageBox::No)->click();
-    });
-    EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::Question, {}), MsgAnswer::No);
-    OnNextModal<QMessageBox>([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::None, {}), MsgAnswer::Cancel);
+    const QString text = Name("<b>x</b> has been modified.\r\n\r\nSave changes?");
+    const auto ask = [&](MsgIcon icon, MsgAnswer expected) {
+        EXPECT_EQ(asker.MsgBox(text, MsgButtons::YesNoCancel, icon, {}), expected);
+    };
+    InModal<QMessageBox>([&] { ask(MsgIcon::Question, MsgAnswer::No); },
+                         [&](QMessageBox *box) {
+                             EXPECT_EQ(box->textFormat(), Qt::PlainText);
+                             EXPECT_EQ(box->text(), text);
+                             EXPECT_EQ(box->icon(), QMessageBox::Question);
+                             EXPECT_EQ(box->standardButton(box->defaultButton()), QMessageBox::Yes);
+                             EXPECT_EQ(box->parentWidget(), &main) << "with another program in front";
+                             box->button(QMessageBox::No)->click();
+                         });
+    InModal([&] { ask(MsgIcon::None, MsgAnswer::Cancel); },
+            [](QWidget *box) { QTest::keyClick(box, Qt::Key_Escape); });
 }
 
 TEST(DesktopAsker, ABoxBreaksNoLineTwice)
 {
-    const QString line =
-        QStringLiteral("required (simulating a lower rated tachometer). Change the Tachometer");
-    OnNextModal<QMessageBox>([&](QMessageBox &box) {
-        const auto *label = FindIn<QLabel>(&box, "qt_msgbox_label");
-        EXPECT_GE(label->width(), label->fontMetrics().horizontalAdvance(line));
-        box.accept();
-    });
-    DesktopAsker().MsgBox(line + QStringLiteral("\r\nRating."), MsgButtons::Ok, MsgIcon::Critical, {});
+    const QString line = Name("required (simulating a lower rated tachometer). Change the Tachometer");
+    InModal([&] { DesktopAsker().MsgBox(line + Name("\r\nRating."), MsgButtons::Ok, MsgIcon::Critical, {}); },
+            [&](const Controls &box) {
+                const auto *label = box.Find<QLabel>("qt_msgbox_label");
+                EXPECT_GE(label->width(), label->fontMetrics().horizontalAdvance(line));
+            });
 }
 
 TEST(DesktopAsker, AMessageStandsBesideTheWorkAndOnceOnly)
@@ -183,15 +162,15 @@ TEST(DesktopAsker, AMessageStandsBesideTheWorkAndOnceOnly)
                 found.append(box);
         return found;
     };
-    const auto tell = [&](const char *text, const char *title) {
-        asker.Tell(QString::fromLatin1(text), MsgIcon::Exclamation, QString::fromLatin1(title));
+    const auto tell = [&](const Name &text, const Name &title) {
+        asker.Tell(text, MsgIcon::Exclamation, title);
     };
     tell("<b>first", "Write Error");
     tell("second", "Write Error");
     tell("second", "Write Error");
     ASSERT_EQ(boxes().size(), 1);
     QMessageBox *box = boxes().first();
-    EXPECT_EQ(box->text(), QStringLiteral("<b>first\r\n\r\nsecond"));
+    EXPECT_EQ(box->text(), Name("<b>first\r\n\r\nsecond"));
     EXPECT_EQ(box->textFormat(), Qt::PlainText);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     EXPECT_FALSE(box->frameGeometry().intersects(panel.frameGeometry()));
@@ -200,7 +179,7 @@ TEST(DesktopAsker, AMessageStandsBesideTheWorkAndOnceOnly)
     QTest::keyClick(box, Qt::Key_Return);
     tell("third", "Write Error");
     EXPECT_EQ(boxes().size(), 2);
-    EXPECT_TRUE(std::ranges::any_of(boxes(), [](auto *b) { return b->text() == QStringLiteral("third"); }));
+    EXPECT_TRUE(std::ranges::any_of(boxes(), [](auto *b) { return b->text() == Name("third"); }));
 
     // Behind a dialog that holds the program it could not be answered.
     QDialog dialog;
@@ -217,21 +196,25 @@ TEST(DesktopAsker, TheFilterTakesEveryCaseOfLettersAndANameWithoutExtensionBecom
     for (const char *name : {"a.svx", "b.SVX", "c.Svx", "d.txt"})
         EXPECT_TRUE(QFile(folder.filePath(Name(name))).open(QIODevice::WriteOnly));
     DesktopAsker asker;
-    OnNextModal<QFileDialog>([](QFileDialog &dialog) {
-        const auto *list = FindIn<QListView>(&dialog, "listView");
-        EXPECT_TRUE(QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == 3; }));
-        dialog.reject();
-    });
-    EXPECT_EQ(asker.ShowOpen({QStringLiteral("Open"), folder.path(), QString()}), std::nullopt);
-    OnNextModal<QFileDialog>([](QFileDialog &dialog) {
-        const auto *kinds = FindIn<QComboBox>(&dialog, "fileTypeCombo");
-        EXPECT_EQ(kinds->itemText(0), Name("All Files (*.*)"));
-        EXPECT_EQ(kinds->currentText(), Name("Svx Parameter Files (*.Svx)"));
-        dialog.findChild<QLineEdit *>()->setText(QStringLiteral("mill"));
-        QMetaObject::invokeMethod(&dialog, &QDialog::accept);
-    });
-    EXPECT_EQ(asker.ShowSave({QStringLiteral("Save As"), folder.path(), QString()}),
-              folder.filePath(QStringLiteral("mill.Svx")));
+    InModal(
+        [&] {
+            EXPECT_EQ(asker.ShowOpen({Name("Open"), folder.path(), QString()}), std::nullopt);
+        },
+        [](const Controls &dialog) {
+            const auto *list = dialog.Find<QListView>("listView");
+            EXPECT_TRUE(QTest::qWaitFor([=] { return list->model()->rowCount(list->rootIndex()) == 3; }));
+        });
+    const QString mill = folder.filePath(Name("mill.Svx"));
+    InModal<QDialog>(
+        [&] {
+            EXPECT_EQ(asker.ShowSave({Name("Save As"), folder.path(), QString()}), mill);
+        },
+        [](QDialog *dialog) {
+            EXPECT_EQ(FindIn<QComboBox>(dialog, "fileTypeCombo")->itemText(0), Name("All Files (*.*)"));
+            EXPECT_EQ(Controls(dialog).Text("fileTypeCombo"), "Svx Parameter Files (*.Svx)");
+            dialog->findChild<QLineEdit *>()->setText(Name("mill"));
+            dialog->accept();
+        });
 }
 
 } // namespace

@@ -3,10 +3,6 @@
 #include "model/TextTables.h"
 #include "support/WindowTest.h"
 
-#include <QComboBox>
-#include <QPushButton>
-#include <QRadioButton>
-
 namespace quorvik::testing
 {
 
@@ -22,7 +18,7 @@ protected:
     void Open(int typeCode, std::int32_t rawMin, std::int32_t rawMax, std::int32_t rawValue,
               std::int32_t moreBits = 0)
     {
-        ParamRecord &record = desk.model.ParamTable[Edited];
+        ParamRecord &record = Record(Edited);
         record.Attributes = typeCode * 32 | moreBits;
         record.Min = rawMin;
         record.Max = rawMax;
@@ -33,24 +29,21 @@ protected:
     void OpenOn(int p)
     {
         desk.model.EditParamNumber = std::int16_t(p);
-        desk.model.EditValue = desk.model.Value(p);
-        dialog = std::make_unique<FormModifyParameterValue>(desk.desk, nullptr);
-        dialog->show();
-        window = dialog.get();
+        desk.model.EditValue = P(p);
+        dialog = Show<FormModifyParameterValue>(nullptr);
     }
 
     int VisibleOptions() const
     {
         int visible = 0;
         for (int i = 0; i < 4; ++i)
-            visible += Find<QRadioButton>(ControlName("Option1", i))->isVisible() ? 1 : 0;
+            visible += Visible(ControlName("Option1", i)) ? 1 : 0;
         return visible;
     }
 
     QLineEdit *Entry() const { return Find<QLineEdit>("TextValue(2)"); }
-    void PressOk() { Click("CommandOK"); }
 
-    std::unique_ptr<FormModifyParameterValue> dialog;
+    FormModifyParameterValue *dialog = nullptr;
 };
 
 TEST_F(EditDialogTest, TheTypeCodeShapesTheDialog)
@@ -60,11 +53,11 @@ TEST_F(EditDialogTest, TheTypeCodeShapesTheDialog)
         const bool listed = IsEnumerated(typeCode);
         Open(typeCode, -10000, 10000, 1);
         EXPECT_EQ(VisibleOptions(), listed ? EnumCount(typeCode) : 0);
-        EXPECT_EQ(Find<QComboBox>("ComboParameterSelect")->isVisible(), typeCode == 0);
+        EXPECT_EQ(Visible("ComboParameterSelect"), typeCode == 0);
         for (int i = 0; i < 3; ++i)
-            EXPECT_EQ(Find<QLineEdit>(ControlName("TextValue", i))->isVisible(), !listed && typeCode != 0);
+            EXPECT_EQ(Visible(ControlName("TextValue", i)), !listed && typeCode != 0);
         if (listed) {
-            EXPECT_TRUE(Find<QRadioButton>("Option1(1)")->isChecked());
+            EXPECT_TRUE(Checked("Option1(1)"));
             EXPECT_EQ(dialog->NewValue(), Name("1"));
         }
     }
@@ -73,7 +66,7 @@ TEST_F(EditDialogTest, TheTypeCodeShapesTheDialog)
 TEST_F(EditDialogTest, QuickStopIsMissingFromModelSeventeenOn)
 {
     for (const auto &[model, shown] : {std::pair(16, 3), std::pair(17, 2), std::pair(26, 2)}) {
-        desk.model.ParamTable[Param::DriveModel].Value = model;
+        P(Param::DriveModel) = model;
         Open(21, 0, 2, 1);
         EXPECT_EQ(VisibleOptions(), shown) << model;
         // The value stays what it was unless another one is picked.
@@ -95,12 +88,12 @@ TEST_F(EditDialogTest, ANumberPassesTheChecksInOrder)
         SCOPED_TRACE(entry.typed);
         desk.model.EditConfirmed = false;
         Open(1, -50, 125, 10, 1);
-        EXPECT_EQ(Entry()->text(), Name("1.0"));
+        EXPECT_EQ(Text("TextValue(2)"), "1.0");
         Entry()->setText(Name(entry.typed));
         const bool accepted = *entry.message == '\0';
         if (!accepted)
             desk.asker.Expect(Name(entry.message));
-        PressOk();
+        Click("CommandOK");
         EXPECT_EQ(desk.model.EditConfirmed, accepted);
         EXPECT_EQ(dialog->isVisible(), !accepted);
         if (accepted) {
@@ -116,41 +109,41 @@ TEST_F(EditDialogTest, ANumberPassesTheChecksInOrder)
 TEST_F(EditDialogTest, AnOptionOutsideTheLimitsIsRefusedInItsOwnWords)
 {
     Open(6, 0, 1, 0);
-    Find<QRadioButton>("Option1(2)")->click();
-    desk.asker.Expect(QStringLiteral("Please enter a value between AFB and TFB"));
-    PressOk();
+    Click("Option1(2)");
+    desk.asker.Expect("Please enter a value between AFB and TFB");
+    Click("CommandOK");
     EXPECT_TRUE(dialog->isVisible());
 }
 
 TEST_F(EditDialogTest, AnOverflowIsToldAndTheDialogStays)
 {
     Open(10, 0, 100, 5);
-    Entry()->setText(QStringLiteral("1e12"));
-    PressOk();
+    Entry()->setText(Name("1e12"));
+    Click("CommandOK");
     ASSERT_EQ(told.size(), 1);
-    EXPECT_TRUE(told.first().startsWith(QStringLiteral("(226) Fwd Accel A: "))) << qPrintable(told.first());
+    EXPECT_TRUE(told.first().startsWith(Name("(226) Fwd Accel A: "))) << qPrintable(told.first());
     EXPECT_TRUE(dialog->isVisible());
 }
 
 TEST_F(EditDialogTest, ADestinationInUseAsksAndSkipsTheRange)
 {
     Model &model = desk.model;
-    model.ParamTable[1].Value = 239;
-    model.ParamTable[2].Value = 240;
-    model.ParamTable[2].Max = 10;
+    P(1) = 239;
+    P(2) = 240;
+    Record(2).Max = 10;
     for (const MsgAnswer answer : {MsgAnswer::No, MsgAnswer::Yes}) {
         const bool yes = answer == MsgAnswer::Yes;
         model.EditConfirmed = false;
         OpenOn(2);
         auto *combo = Find<QComboBox>("ComboParameterSelect");
         EXPECT_EQ(dialog->NewValue(), Name("240"));
-        EXPECT_EQ(combo->findText(QStringLiteral("139 "), Qt::MatchStartsWith), -1) << "read only";
-        combo->setCurrentIndex(combo->findText(QStringLiteral("239 "), Qt::MatchStartsWith));
-        desk.asker.Expect(QStringLiteral("is already set to (239)"), answer);
-        PressOk();
+        EXPECT_EQ(combo->findText(Name("139 "), Qt::MatchStartsWith), -1) << "read only";
+        combo->setCurrentIndex(combo->findText(Name("239 "), Qt::MatchStartsWith));
+        desk.asker.Expect("is already set to (239)", answer);
+        Click("CommandOK");
         EXPECT_EQ(model.EditConfirmed, yes);
         EXPECT_EQ(dialog->isVisible(), !yes);
-        EXPECT_EQ(model.Value(1), yes ? 0 : 239);
+        EXPECT_EQ(P(1), yes ? 0 : 239);
     }
     EXPECT_EQ(model.EditValue, 239);
 }
@@ -159,7 +152,7 @@ TEST_F(EditDialogTest, EnterAcceptsAndAnyOtherClosingIsACancel)
 {
     Open(10, 0, 100, 5);
     Entry()->setFocus();
-    QTest::keyClicks(Entry(), QStringLiteral("42"));
+    QTest::keyClicks(Entry(), Name("42"));
     QTest::keyClick(Entry(), Qt::Key_Return);
     EXPECT_TRUE(desk.model.EditConfirmed);
     EXPECT_EQ(desk.model.EditValue, 42) << "typing replaces the selected value";
@@ -170,9 +163,9 @@ TEST_F(EditDialogTest, EnterAcceptsAndAnyOtherClosingIsACancel)
     for (const auto &leave : ways) {
         desk.model.EditConfirmed = true;
         Open(10, 0, 100, 5);
-        Entry()->setText(QStringLiteral("101"));
-        desk.asker.Expect(QStringLiteral("Please enter a value between"));
-        PressOk();
+        Entry()->setText(Name("101"));
+        desk.asker.Expect("Please enter a value between");
+        Click("CommandOK");
         leave();
         EXPECT_FALSE(desk.model.EditConfirmed) << "the last use's answer must not stand";
         EXPECT_FALSE(dialog->isVisible());

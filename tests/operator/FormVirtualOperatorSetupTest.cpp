@@ -4,7 +4,6 @@
 #include "operator/VirtualSlider.h"
 
 #include <QAction>
-#include <QComboBox>
 
 namespace quorvik::testing
 {
@@ -20,49 +19,34 @@ protected:
     {
         if (panel == nullptr)
             Open();
-        setup = std::make_unique<FormVirtualOperatorSetup>(desk.desk, *panel, selection);
-        setup->show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(setup.get()));
+        Show<FormVirtualOperatorSetup>(*panel, selection);
         if (destination != 0)
-            Combo("ComboDestination").setCurrentIndex(Listed(destination));
+            PickParam("ComboDestination", destination);
     }
-
-    QComboBox &Combo(const char *name) const { return *FindIn<QComboBox>(setup.get(), name); }
-    QLineEdit &Edit(const char *name) const { return *FindIn<QLineEdit>(setup.get(), name); }
-    std::string Label(const char *name) const
-    {
-        return FindIn<QLabel>(setup.get(), name)->text().toStdString();
-    }
-    int Listed(int p) const
-    {
-        return Combo("ComboDestination").findText(QString::number(p) + u' ', Qt::MatchStartsWith);
-    }
-
     void Enter(const char *bias, const char *gain) const
     {
-        TypeIn(setup.get(), "TextBiasGain(0)", bias);
-        TypeIn(setup.get(), "TextBiasGain(1)", gain);
+        Type("TextBiasGain(0)", bias);
+        Type("TextBiasGain(1)", gain);
     }
-
-    void Press(const char *button) const { ClickIn(setup.get(), button); }
-    bool CanApply() const { return FindIn(setup.get(), "CommandApply")->isEnabled(); }
-
-    std::unique_ptr<FormVirtualOperatorSetup> setup;
+    bool Offers(const char *destination) const
+    {
+        return Find<QComboBox>("ComboDestination")->findText(Name(destination), Qt::MatchStartsWith) >= 0;
+    }
 };
 
 TEST_F(VirtualOperatorSetup, OpensOnTheRecordWithoutAnEditAndOffersWhatCanBeWritten)
 {
     Setting(2) = {217, -2500, 30000, 0};
     OpenOn(2);
-    EXPECT_EQ(Combo("ComboInput").currentText(), Name("Signal C"));
-    EXPECT_EQ(Combo("ComboDestination").currentText(), Name("217 Reference 0"));
-    EXPECT_EQ(Edit("TextBiasGain(0)").text(), Name("-25.00"));
-    EXPECT_EQ(Edit("TextBiasGain(1)").text(), Name("100.00")) << "clamped into the range";
-    EXPECT_EQ(Label("LabelUnits(1)"), "%");
-    EXPECT_EQ(Label("LabelBiasGain(1)"), "Gain");
-    EXPECT_FALSE(CanApply());
-    EXPECT_EQ(Listed(122), -1) << "read only";
-    EXPECT_NE(Listed(1), -1) << "stop-only stays";
+    EXPECT_EQ(Text("ComboInput"), "Signal C");
+    EXPECT_EQ(Text("ComboDestination"), "217 Reference 0");
+    EXPECT_EQ(Text("TextBiasGain(0)"), "-25.00");
+    EXPECT_EQ(Text("TextBiasGain(1)"), "100.00") << "clamped into the range";
+    EXPECT_EQ(Text("LabelUnits(1)"), "%");
+    EXPECT_EQ(Text("LabelBiasGain(1)"), "Gain");
+    EXPECT_FALSE(Enabled("CommandApply"));
+    EXPECT_FALSE(Offers("122 ")) << "read only";
+    EXPECT_TRUE(Offers("1 ")) << "stop-only stays";
 }
 
 TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
@@ -88,28 +72,27 @@ TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
         slider.SetLimits(10000, 0, 1000);
         slider.setValue(each.position);
         Enter(each.bias, each.gain);
-        ASSERT_TRUE(CanApply());
+        ASSERT_TRUE(Enabled("CommandApply"));
         int writes = 0;
-        QObject::connect(&desk.model, &Model::TitleChanged, setup.get(), [&writes] { ++writes; });
-        Press("CommandApply");
+        QObject::connect(&desk.model, &Model::TitleChanged, window, [&writes] { ++writes; });
+        Click("CommandApply");
         EXPECT_EQ(slider.Min(), each.min);
         EXPECT_EQ(slider.Max(), each.max);
         EXPECT_EQ(slider.LargeChange(), each.largeChange);
         EXPECT_EQ(slider.value(), each.moved);
-        EXPECT_EQ(Value(217), each.moved);
+        EXPECT_EQ(P(217), each.moved);
         EXPECT_EQ(writes, 1) << "one Change";
-        EXPECT_TRUE(setup->isVisible());
-        setup.reset();
+        EXPECT_TRUE(window->isVisible());
     }
-    EXPECT_EQ(Text("LabelInputName(0)"), "Reference 0");
+    EXPECT_EQ(Controls(panel).Text("LabelInputName(0)"), "Reference 0");
 }
 
 TEST_F(VirtualOperatorSetup, ASliderUpsideDownStillGoesUpWithTheUpKey)
 {
     OpenOn(0, 217);
     Enter("75", "25");
-    Press("CommandOK");
-    EXPECT_FALSE(setup->isVisible());
+    Click("CommandOK");
+    EXPECT_FALSE(window->isVisible());
     VirtualSlider &slider = panel->VScrollSignal(0);
     slider.setValue(5000);
     QTest::keyClick(&slider, Qt::Key_Up);
@@ -121,17 +104,17 @@ TEST_F(VirtualOperatorSetup, ASliderUpsideDownStillGoesUpWithTheUpKey)
 TEST_F(VirtualOperatorSetup, ADestinationWithListedValuesOffersThem)
 {
     OpenOn(8, 305);
-    EXPECT_EQ(Label("LabelBiasGain(0)"), "Open Value");
-    EXPECT_FALSE(Edit("TextBiasGain(0)").isVisible());
-    QComboBox &closed = Combo("ComboBiasGain(1)");
-    ASSERT_TRUE(closed.isVisible());
-    EXPECT_EQ(closed.count(), 2);
-    closed.setCurrentIndex(1);
-    Press("CommandOK");
+    EXPECT_EQ(Text("LabelBiasGain(0)"), "Open Value");
+    EXPECT_FALSE(Visible("TextBiasGain(0)"));
+    ASSERT_TRUE(Visible("ComboBiasGain(1)"));
+    EXPECT_EQ(Find<QComboBox>("ComboBiasGain(1)")->count(), 2);
+    Pick("ComboBiasGain(1)", 1);
+    Click("CommandOK");
     EXPECT_EQ(Setting(8), (VirtualSetting{305, 0, 1, 0}));
-    EXPECT_EQ(Digital(8).text(), Name("Ramp Bypass\r\n=False"));
+    window = panel;
+    EXPECT_EQ(Text("CommandDigital(8)"), "Ramp Bypass\r\n=False");
     Click("CommandDigital(8)");
-    EXPECT_EQ(Value(305), 1);
+    EXPECT_EQ(P(305), 1);
 }
 
 TEST_F(VirtualOperatorSetup, AConflictIsRefusedButNotOneWithSignalA)
@@ -139,13 +122,13 @@ TEST_F(VirtualOperatorSetup, AConflictIsRefusedButNotOneWithSignalA)
     Setting(0).Destination = 217;
     Setting(1).Destination = 221;
     OpenOn(8, 221);
-    desk.asker.Expect(Name("Conflict"));
-    Press("CommandOK");
-    EXPECT_TRUE(setup->isVisible());
+    desk.asker.Expect("Conflict");
+    Click("CommandOK");
+    EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(Setting(8).Destination, 0);
-    Combo("ComboDestination").setCurrentIndex(Listed(217));
-    Press("CommandOK");
-    EXPECT_FALSE(setup->isVisible());
+    PickParam("ComboDestination", 217);
+    Click("CommandOK");
+    EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(Setting(8).Destination, 217);
 }
 
@@ -165,33 +148,33 @@ TEST_F(VirtualOperatorSetup, ARefusedEntryStaysForCorrection)
         OpenOn(1, 217);
         Enter(each.bias, each.gain);
         desk.asker.Expect(Name(each.told));
-        Press("CommandOK");
-        EXPECT_TRUE(setup->isVisible());
-        EXPECT_TRUE(Edit(each.focused).hasFocus()) << each.told;
+        Click("CommandOK");
+        EXPECT_TRUE(window->isVisible());
+        EXPECT_TRUE(Find(each.focused)->hasFocus()) << each.told;
         EXPECT_EQ(Setting(1), VirtualSetting{});
     }
     // An end beyond sixteen bits fails at the slider.
     Record(217).Max = 100000;
     OpenOn(1, 217);
     Enter("0", "400");
-    Press("CommandOK");
-    EXPECT_EQ(Failures.size(), 1);
-    EXPECT_TRUE(setup->isVisible());
+    Click("CommandOK");
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(panel->VScrollSignal(1).Min(), 10000);
 }
 
 TEST_F(VirtualOperatorSetup, TextsAreFormattedWhenTheyAreLeftAndCancelDropsThem)
 {
     OpenOn(1, 217);
-    TypeIn(setup.get(), "TextBiasGain(0)", "2.675");
-    Edit("TextBiasGain(1)").setFocus();
-    EXPECT_EQ(Edit("TextBiasGain(0)").text(), Name("2.68"));
-    EXPECT_EQ(Edit("TextBiasGain(1)").selectedText(), Edit("TextBiasGain(1)").text());
-    Combo("ComboInput").setCurrentIndex(3);
-    EXPECT_EQ(Combo("ComboDestination").currentText(), Name("0 None"))
-        << "drops the edits of the former input";
-    Press("CommandCancel");
-    EXPECT_FALSE(setup->isVisible());
+    Type("TextBiasGain(0)", "2.675");
+    auto *gain = Find<QLineEdit>("TextBiasGain(1)");
+    gain->setFocus();
+    EXPECT_EQ(Text("TextBiasGain(0)"), "2.68");
+    EXPECT_EQ(gain->selectedText(), gain->text());
+    Pick("ComboInput", 3);
+    EXPECT_EQ(Text("ComboDestination"), "0 None") << "drops the edits of the former input";
+    Click("CommandCancel");
+    EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(Setting(1), VirtualSetting{});
 }
 
@@ -199,16 +182,8 @@ TEST_F(VirtualOperatorSetup, PropertiesOpensOnTheControlThatWasClicked)
 {
     Open();
     fields.VirtualSelection = 9;
-    QString shown;
-    const auto readAndClose = [&shown] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        shown = FindIn<QComboBox>(dialog, "ComboInput")->currentText();
-        dialog->reject();
-    };
-    QMetaObject::invokeMethod(panel, readAndClose, Qt::QueuedConnection);
-    panel->findChild<QAction *>(Name("mnuProperties"))->trigger();
-    EXPECT_EQ(shown, Name("Digital D"));
+    InModal([this] { panel->findChild<QAction *>(Name("mnuProperties"))->trigger(); },
+            [](const Controls &setup) { EXPECT_EQ(setup.Text("ComboInput"), "Digital D"); });
 }
 
 } // namespace

@@ -45,8 +45,8 @@ protected:
     {
         return Find<QMdiArea>("MDIArea")->subWindowList(QMdiArea::CreationOrder);
     }
-    std::int32_t Value() const { return main->AllEngines().model.Value(Edited); }
-    void Edit(std::int32_t raw) { main->AllEngines().model.SetParamValue(Edited, raw, true, false); }
+    std::int32_t Value() const { return Table().Value(Edited); }
+    void Edit(std::int32_t raw) { Table().SetParamValue(Edited, raw, true, false); }
 };
 
 } // namespace
@@ -59,7 +59,7 @@ TEST_F(Commands, BlocksOpenTheirWindowsOneByOneAndTogether)
         if (!entry.make)
             continue;
         for (int member = entry.firstMember; member <= entry.lastMember; ++member) {
-            Trigger(qPrintable(ControlName(entry.control, member)));
+            Trigger(ControlName(entry.control, member));
             const QWidget *form = forms.At(forms.Count() - 1);
             EXPECT_EQ(form->objectName(), QLatin1String(entry.form));
             EXPECT_EQ(form->windowTitle(), entry.WindowCaption(member));
@@ -76,7 +76,7 @@ TEST_F(Commands, BlocksOpenTheirWindowsOneByOneAndTogether)
 TEST_F(Commands, EntriesOpenTheirWindows)
 {
     LoadQuietly();
-    asker.Expect(QStringLiteral("all inputs must be unassigned!"), MsgAnswer::Yes);
+    asker.Expect("all inputs must be unassigned!", MsgAnswer::Yes);
     const std::pair<const char *, const char *> windows[] = {
         {"mnuFileNotes", "FormNotes"},
         {"mnuOptionsCommunications", "FormCommunications"},
@@ -89,8 +89,8 @@ TEST_F(Commands, EntriesOpenTheirWindows)
         {"mnuListParameters(1)", "FormViewParameters"},
         {"mnuToolsVirtualOperator", "FormVirtualOperator"},
     };
-    for (const auto &[entry, window] : windows)
-        EXPECT_EQ(Opened(entry), Name(window)) << entry;
+    for (const auto &[entry, name] : windows)
+        EXPECT_EQ(Opened(entry), Name(name)) << entry;
     EXPECT_TRUE(Find<QRadioButton>("OptionView(1)")->isChecked());
     const auto *list = Find<QTreeView>("ListView");
     EXPECT_LE(list->header()->length(), list->viewport()->width()) << "no column is out of sight";
@@ -116,11 +116,11 @@ TEST_F(Commands, FileEntriesKeepAndBringSets)
     Trigger("mnuFileSave(1)");
     Edit(77);
     Trigger("mnuFileSave(0)");
-    EXPECT_FALSE(main->AllEngines().model.FileModified);
+    EXPECT_FALSE(Table().FileModified);
     Edit(99);
-    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
+    asker.Expect("Save changes?", MsgAnswer::No);
     EXPECT_EQ(Opened("mnuFileNew"), Name("FormSelectDriveModel"));
-    EXPECT_EQ(Value(), main->AllEngines().model.ParamTable[Edited].Preset);
+    EXPECT_EQ(Value(), Table().ParamTable[Edited].Preset);
     asker.ExpectOpen(path);
     Trigger("mnuFileOpen");
     EXPECT_EQ(Value(), 77);
@@ -138,8 +138,8 @@ TEST_F(Commands, DriveEntriesReachTheDrive)
 {
     SimulatedDrive drive;
     GoOnLine(drive);
-    DriveLink &link = main->AllEngines().link;
-    const Model &model = main->AllEngines().model;
+    DriveLink &link = Link();
+    const Model &model = Table();
     const auto comesToHold = [&](std::int32_t raw) {
         return QTest::qWaitFor([&] { return !model.WritePending && drive.Value(Edited) == raw; });
     };
@@ -153,13 +153,13 @@ TEST_F(Commands, DriveEntriesReachTheDrive)
     Trigger("mnuToolsLoadDrive");
     EXPECT_TRUE(comesToHold(123)) << "what was saved";
     for (const int command : {1, 2}) {
-        Trigger(qPrintable(ControlName("mnuToolsReInitDrive", command)));
+        Trigger(ControlName("mnuToolsReInitDrive", command));
         EXPECT_EQ(link.DriveCommand, command);
         link.SetDriveCommand(0);
     }
     link.GoOffLine(0);
     drive.Set(Edited, 44);
-    asker.Expect(QStringLiteral("Save changes?"), MsgAnswer::No);
+    asker.Expect("Save changes?", MsgAnswer::No);
     Trigger("mnuFileRead");
     EXPECT_EQ(Value(), 44);
     Edit(55);

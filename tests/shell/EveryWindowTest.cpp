@@ -3,11 +3,8 @@
 #include "desktop/Mnemonics.h"
 #include "support/Controls.h"
 
-#include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QAccessible>
-#include <QApplication>
-#include <QComboBox>
 
 namespace quorvik::testing
 {
@@ -78,23 +75,11 @@ void ExpectToolTips(const QWidget &window)
             << control;
 }
 
-class EveryWindow : public ::testing::TestWithParam<double>
-{
-protected:
-    EveryWindow()
-    {
-        QFont font = usualFont_;
-        font.setPointSizeF(font.pointSizeF() * GetParam());
-        QApplication::setFont(font);
-    }
-    ~EveryWindow() override { QApplication::setFont(usualFont_); }
-
-private:
-    QFont usualFont_ = QApplication::font();
-};
+using EveryWindow = ::testing::TestWithParam<double>;
 
 TEST_P(EveryWindow, ControlsStandApartHaveTheirOwnLettersAndAreSpoken)
 {
+    const FontScale scale(GetParam());
     TestDesk desk;
     const Visit look = [](QWidget &window, const QString &) {
         ExpectApartAndInside(window);

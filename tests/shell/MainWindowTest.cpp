@@ -25,16 +25,16 @@ TEST_F(ShellTest, OnlyItsPanelAndItsEntrySwitchTheLinkAndACancelLeavesItAsItWas)
 {
     LoadQuietly();
     UseDrive(SimulatedDrive());
-    ClickIn(main.get(), "DriveModel");
+    Click("DriveModel");
     EXPECT_TRUE(asker.Shown.isEmpty());
     EXPECT_EQ(Find("DriveModel")->accessibleDescription(), Find<QLabel>("DriveModel")->text());
     Find("ComStatus")->setFocus();
-    const std::function<void()> ways[] = {[this] { ClickIn(main.get(), "ComStatus"); },
+    const std::function<void()> ways[] = {[this] { Click("ComStatus"); },
                                           [this] { QTest::keyClick(Find("ComStatus"), Qt::Key_Space); },
                                           [this] { Trigger("mnuToolsOnline"); }};
     for (const auto &toggle : ways) {
         asker.Shown.clear();
-        asker.Expect(QStringLiteral("Write current parameter settings to drive?"), MsgAnswer::Cancel);
+        asker.Expect("Write current parameter settings to drive?", MsgAnswer::Cancel);
         toggle();
         EXPECT_EQ(asker.Shown.size(), 1);
         EXPECT_FALSE(Entry("mnuToolsOnline")->isChecked());
@@ -57,7 +57,7 @@ TEST_F(ShellTest, LinkCommandsFollowTheLink)
     const SimulatedDrive drive;
     GoOnLine(drive);
     expectAll(true);
-    main->AllEngines().link.GoOffLine(0);
+    Link().GoOffLine(0);
     expectAll(false);
 }
 
@@ -67,11 +67,11 @@ TEST_F(ShellTest, ASecondClickEndsTheWaitForASilentDrive)
     UseDrive(drive);
     LoadQuietly();
     drive.Send(QStringLiteral("fault silent"));
-    DriveLink &link = main->AllEngines().link;
-    QTimer::singleShot(100, main.get(), [this] { ClickIn(main.get(), "ComStatus"); });
+    DriveLink &link = Link();
+    QTimer::singleShot(100, main.get(), [this] { Click("ComStatus"); });
     link.GoOnLine();
     EXPECT_FALSE(link.PortOpen());
-    EXPECT_EQ(Find<QToolButton>("ComStatus")->text(), Name("OffLine"));
+    EXPECT_EQ(Text("ComStatus"), "OffLine");
 }
 
 TEST_F(ShellTest, AFailedSaveIsToldWholeUnderTheMenu)
@@ -85,7 +85,7 @@ TEST_F(ShellTest, AFailedSaveIsToldWholeUnderTheMenu)
     main->resize(main->minimumSizeHint().width(), main->height());
     QTest::qWait(0);
     EXPECT_GE(message->height(), message->heightForWidth(message->width()));
-    ClickIn(main.get(), "CommandCloseNotice");
+    Click("CommandCloseNotice");
     EXPECT_FALSE(message->isVisible());
 }
 

@@ -21,14 +21,13 @@ TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
     EXPECT_EQ(main->pos(), QPoint(10, 7));    // 150 and 100 twips
     EXPECT_EQ(main->size(), QSize(733, 467)); // 11000 by 7000 twips
     // Read/write black, stop-only green, refused red, read only grey, linked blue; empty boxes have none yet.
-    EXPECT_EQ(main->AllEngines().model.Colors,
-              (std::array<std::int32_t, 6>{0, 0x00FF00, 0x0000FF, 0x7F7F7F, 0xFF0000, 0}));
-    EXPECT_EQ(main->AllEngines().link.MSComm1.CommPort(), 16);
+    EXPECT_EQ(Table().Colors, (std::array<std::int32_t, 6>{0, 0x00FF00, 0x0000FF, 0x7F7F7F, 0xFF0000, 0}));
+    EXPECT_EQ(Link().MSComm1.CommPort(), 16);
 
     main->move(40, 50);
     main->resize(640, 480);
-    main->AllEngines().model.Colors[3] = 0x123456;
-    main->AllEngines().link.MSComm1.SetCommPort(5);
+    Table().Colors[3] = 0x123456;
+    Link().MSComm1.SetCommPort(5);
     Trigger("mnuOptionsShowTipsonStartup");
     ASSERT_TRUE(main->close());
     EXPECT_EQ(Setting("Startup", "Left"), Name("600"));
@@ -39,8 +38,8 @@ TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
     LoadQuietly();
     EXPECT_EQ(main->pos(), QPoint(40, 50));
     EXPECT_EQ(main->size(), QSize(640, 480));
-    EXPECT_EQ(main->AllEngines().model.Colors[3], 0x123456);
-    EXPECT_EQ(main->AllEngines().link.MSComm1.CommPort(), 5);
+    EXPECT_EQ(Table().Colors[3], 0x123456);
+    EXPECT_EQ(Link().MSComm1.CommPort(), 5);
 }
 
 TEST_F(ShellTest, AMinimisedStateIsNotStored)
@@ -69,14 +68,14 @@ TEST_F(ShellTest, ACancelKeepsTheWindowWithSettingsSavedAndTheLinkDown)
 {
     const SimulatedDrive drive;
     GoOnLine(drive);
-    main->AllEngines().model.FileModified = true;
+    Table().FileModified = true;
     QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
     asker.WhileShown = [this] {
-        EXPECT_FALSE(main->AllEngines().link.PortOpen());
+        EXPECT_FALSE(Link().PortOpen());
         EXPECT_EQ(Setting("Startup", "Left"), Name("150"));
     };
     for (const MsgAnswer answer : {MsgAnswer::Cancel, MsgAnswer::No}) {
-        asker.Expect(QStringLiteral("Save changes?"), answer);
+        asker.Expect("Save changes?", answer);
         EXPECT_TRUE(main->isVisible());
         EXPECT_EQ(main->close(), answer == MsgAnswer::No);
         EXPECT_EQ(unloaded.size(), answer == MsgAnswer::No ? 1 : 0);
@@ -88,13 +87,13 @@ TEST_F(ShellTest, ASecondInstanceOrAMissingFactoryTableEndsTheRun)
     {
         SingleInstance first(folder.filePath(QStringLiteral("Quorvik.lock")));
         ASSERT_TRUE(first.Acquire());
-        asker.Expect(QStringLiteral("Quorvik is already running!"));
+        asker.Expect("Quorvik is already running!");
         EXPECT_FALSE(main->Load(QString()));
         EXPECT_EQ(asker.Shown.first().icon, MsgIcon::Exclamation);
         EXPECT_FALSE(main->isVisible());
     }
     ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("Presets.fil"))));
-    asker.Expect(QStringLiteral("Presets.fil"));
+    asker.Expect("Presets.fil");
     EXPECT_FALSE(main->Load(QString()));
 }
 
@@ -102,17 +101,17 @@ TEST_F(ShellTest, AFileOnTheCommandLineOpensWithoutADialog)
 {
     LoadQuietly();
     const QString path = folder.filePath(QStringLiteral("my [*] \\set.Svx"));
-    main->AllEngines().model.SetParamValue(226, 123, true, false);
+    Table().SetParamValue(226, 123, true, false);
     asker.ExpectSave(path);
     Trigger("mnuFileSave(1)");
     ASSERT_TRUE(main->close());
 
     MakeWindow();
     ASSERT_TRUE(main->Load(u'"' + path + u'"'));
-    EXPECT_EQ(main->AllEngines().model.FileName, path);
+    EXPECT_EQ(Table().FileName, path);
     EXPECT_TRUE(main->windowHandle()->title().startsWith(QStringLiteral("Quorvik - [my [*] \\set.Svx]")));
-    EXPECT_EQ(main->AllEngines().model.Value(226), 123);
-    EXPECT_FALSE(main->AllEngines().link.PortOpen());
+    EXPECT_EQ(Table().Value(226), 123);
+    EXPECT_FALSE(Link().PortOpen());
 }
 
 TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
@@ -127,17 +126,17 @@ TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
     }
     // A window that goes without being closed is a crash.
     MakeWindow();
-    asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
+    asker.Expect("Recover them?", MsgAnswer::Yes);
     ASSERT_TRUE(main->Load(folder.filePath(QStringLiteral("other.Svx"))));
     EXPECT_TRUE(Find<QLabel>("Message")->text().startsWith(QStringLiteral("\"other.Svx\" was not opened")));
-    EXPECT_EQ(main->AllEngines().model.Value(217), 77);
+    EXPECT_EQ(Table().Value(217), 77);
     EXPECT_EQ(main->windowTitle(), Name("Quorvik - [unnamed*]"));
-    EXPECT_FALSE(main->AllEngines().link.PortOpen());
+    EXPECT_FALSE(Link().PortOpen());
     const QString copy = main->AllEngines().recoveryCopy.Path();
     ASSERT_TRUE(PumpWhile([&] { return !QFile::exists(copy); }, QDeadlineTimer(10000)));
 
     for (const MsgAnswer answer : {MsgAnswer::Cancel, MsgAnswer::No}) {
-        asker.Expect(QStringLiteral("Save changes?"), answer);
+        asker.Expect("Save changes?", answer);
         EXPECT_EQ(main->close(), answer == MsgAnswer::No);
         EXPECT_EQ(QFile::exists(copy), answer == MsgAnswer::Cancel);
     }
@@ -147,8 +146,8 @@ TEST_F(ShellTest, AnEndFromOutsideAsksNothingAndLosesNothing)
 {
     SimulatedDrive drive;
     GoOnLine(drive);
-    Model &model = main->AllEngines().model;
-    asker.Expect(QStringLiteral("all inputs must be unassigned"), MsgAnswer::Yes);
+    Model &model = Table();
+    asker.Expect("all inputs must be unassigned", MsgAnswer::Yes);
     Find<QAction>("mnuToolsVirtualOperator")->trigger();
     model.SetParamValue(226, 123, true, false);
     model.SetParamValue(Param::Jog, 1, true, false);
@@ -159,14 +158,14 @@ TEST_F(ShellTest, AnEndFromOutsideAsksNothingAndLosesNothing)
     QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
     std::raise(SIGTERM);
     ASSERT_TRUE(PumpWhile([&] { return unloaded.isEmpty(); }, QDeadlineTimer(10000)));
-    EXPECT_FALSE(main->AllEngines().link.PortOpen());
+    EXPECT_FALSE(Link().PortOpen());
     EXPECT_EQ(drive.Value(Param::Jog), 0);
     EXPECT_EQ(Setting("Startup", "Left"), Name("150"));
 
     MakeWindow();
-    asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
+    asker.Expect("Recover them?", MsgAnswer::Yes);
     ASSERT_TRUE(main->Load(QString()));
-    EXPECT_EQ(main->AllEngines().model.Value(226), 123);
+    EXPECT_EQ(Table().Value(226), 123);
 }
 
 } // namespace quorvik::testing

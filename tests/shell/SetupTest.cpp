@@ -2,9 +2,6 @@
 
 #include "shell/Engines.h"
 
-#include <QComboBox>
-#include <QTimer>
-
 namespace quorvik::testing
 {
 
@@ -13,48 +10,30 @@ namespace
 
 constexpr int WaitMs = 8000;
 
-/** Whole set-ups as a user makes them: through menus, clicks and keys, with a drive behind.
- */
+/** Whole set-ups as a user makes them: through menus, clicks and keys, with a drive behind. */
 class SetupTest : public ShellTest
 {
 protected:
-    /** Runs steps on the modal window that open brings up, then waits until that window is gone. */
-    void InModal(const std::function<void()> &open, const std::function<void(QWidget *)> &steps)
-    {
-        bool ran = false;
-        QTimer::singleShot(0, main.get(), [&] {
-            QWidget *modal = QApplication::activeModalWidget();
-            ASSERT_NE(modal, nullptr);
-            steps(modal);
-            ran = true;
-            if (modal->isVisible())
-                modal->close();
-        });
-        open();
-        EXPECT_TRUE(ran);
-    }
-
-    static void GoForward(QWidget *mentor, int pages)
+    static void GoForward(const Controls &mentor, int pages)
     {
         for (int i = 0; i < pages; ++i)
-            ClickIn(mentor, "CmdNav(3)");
+            mentor.Click("CmdNav(3)");
     }
 
     /** The last page: ticks the save in the drive and finishes. */
-    static void FinishWithSave(QWidget *mentor)
+    static void FinishWithSave(const Controls &mentor)
     {
-        auto *save = FindIn<QAbstractButton>(mentor, "CheckSaveDriveParameters");
-        EXPECT_TRUE(save->isEnabled());
-        save->click();
-        ClickIn(mentor, "CmdNav(4)");
-        EXPECT_FALSE(mentor->isVisible());
+        EXPECT_TRUE(mentor.Enabled("CheckSaveDriveParameters"));
+        mentor.Click("CheckSaveDriveParameters");
+        mentor.Click("CmdNav(4)");
+        EXPECT_FALSE(mentor.window->isVisible());
     }
 
     /** Waits until all is written and saved; what the drive then holds it still holds after a loss of power.
      */
     void ExpectSaved(SimulatedDrive &drive, const std::map<int, std::int32_t> &expected)
     {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !main->AllEngines().model.WritePending; }, WaitMs));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !Table().WritePending; }, WaitMs));
         EXPECT_TRUE(QTest::qWaitFor([&] { return drive.Value(Param::SaveParameters) == 0; }, WaitMs));
         const auto expectAll = [&] {
             for (const auto &[number, rawValue] : expected)
@@ -74,24 +53,24 @@ TEST_F(SetupTest, BasicSetupArrivesInTheDriveAndOutlivesItsPower)
     SimulatedDrive drive;
     GoOnLine(drive);
     InModal([this] { Trigger("mnuMentorsBasic"); },
-            [](QWidget *mentor) {
+            [](const Controls &mentor) {
                 GoForward(mentor, 2); // introduction, operating mode; the model comes from the drive
-                TypeIn(mentor, "TextMotorData(0)", "120");
-                TypeIn(mentor, "TextMotorData(1)", "240");
-                TypeIn(mentor, "TextMotorData(2)", "1150");
-                TypeIn(mentor, "TextMotorData(3)", "3.20");
+                mentor.Type("TextMotorData(0)", "120");
+                mentor.Type("TextMotorData(1)", "240");
+                mentor.Type("TextMotorData(2)", "1150");
+                mentor.Type("TextMotorData(3)", "3.20");
                 GoForward(mentor, 3);
-                TypeIn(mentor, "TextRef(1)", "12.5");
+                mentor.Type("TextRef(1)", "12.5");
                 GoForward(mentor, 1);
-                TypeIn(mentor, "TextRunAccelDecel(0)", "7.5");
+                mentor.Type("TextRunAccelDecel(0)", "7.5");
                 GoForward(mentor, 1);
-                ClickIn(mentor, "OptionStartStopLogic(0)");
+                mentor.Click("OptionStartStopLogic(0)");
                 GoForward(mentor, 1);
-                TypeIn(mentor, "TextCurrentLimit(0)", "110");
+                mentor.Type("TextCurrentLimit(0)", "110");
                 GoForward(mentor, 1);
                 FinishWithSave(mentor);
             });
-    EXPECT_FALSE(main->AllEngines().model.DriveModified);
+    EXPECT_FALSE(Table().DriveModified);
     ExpectSaved(drive, {{123, 120},
                         {128, 240},
                         {199, 1150},
@@ -109,15 +88,14 @@ TEST_F(SetupTest, TheMentorOfARelaysWindowSetsThatRelayUpInTheDrive)
     SimulatedDrive drive;
     GoOnLine(drive);
     Trigger("mnuBlockRelayOutput(2)");
-    QWidget *relay = Find("FormRelayOutputs");
-    InModal([relay] { FindIn<QAbstractButton>(relay, "CommandIOMentor")->click(); },
-            [](QWidget *mentor) {
+    const Controls relay(Find("FormRelayOutputs"));
+    InModal([&relay] { relay.Click("CommandIOMentor"); },
+            [](const Controls &mentor) {
                 GoForward(mentor, 3); // introduction, outputs, relay 2: all chosen by where it was opened
-                auto *source = FindIn<QComboBox>(mentor, "ComboSource");
-                source->setCurrentIndex(source->findText(QStringLiteral("193 "), Qt::MatchStartsWith));
+                mentor.PickParam("ComboSource", 193);
                 GoForward(mentor, 1);
-                TypeIn(mentor, "TextOutputBiasGain(0)", "80");
-                TypeIn(mentor, "TextOutputBiasGain(1)", "20");
+                mentor.Type("TextOutputBiasGain(0)", "80");
+                mentor.Type("TextOutputBiasGain(1)", "20");
                 GoForward(mentor, 1);
                 FinishWithSave(mentor);
             });

@@ -26,7 +26,7 @@ private:
 };
 
 /** One run of the whole program in a folder of its own, with scripted answers. */
-class ShellTest : public ::testing::Test
+class ShellTest : public ::testing::Test, protected Controls
 {
 protected:
     ShellTest()
@@ -44,6 +44,7 @@ protected:
             Surroundings{asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
                          folder.filePath(QStringLiteral("Quorvik.lock")),
                          folder.filePath(QStringLiteral("data")), LinkTimings{20, 220, 100, 15}});
+        window = main.get();
     }
 
     /** Starts with a settings file named that is not there, so that no dialog stands in the way. */
@@ -60,21 +61,18 @@ protected:
     {
         UseDrive(drive);
         LoadQuietly();
-        main->AllEngines().link.GoOnLine();
-        ASSERT_TRUE(main->AllEngines().link.PortOpen());
+        Link().GoOnLine();
+        ASSERT_TRUE(Link().PortOpen());
     }
+    DriveLink &Link() const { return main->AllEngines().link; }
+    Model &Table() const { return main->AllEngines().model; }
 
-    QAction *Entry(const char *name) const { return main->Menus().Entry(Name(name)); }
-    void Trigger(const char *name) const { Entry(name)->trigger(); }
+    QAction *Entry(const Name &name) const { return main->Menus().Entry(name); }
+    void Trigger(const Name &name) const { Entry(name)->trigger(); }
     QString Setting(const Name &section, const Name &key) const { return settings.GetSetting(section, key); }
     void Store(const Name &section, const Name &key, const Name &text)
     {
         settings.SaveSetting(section, key, text);
-    }
-
-    template<typename Widget = QWidget> Widget *Find(const Name &name) const
-    {
-        return FindIn<Widget>(main.get(), name);
     }
 
     QTemporaryDir folder;

@@ -5,7 +5,7 @@
 #include "shell/ShellFixture.h"
 #include "support/WindowTest.h"
 
-#include <QCheckBox>
+#include <QSignalSpy>
 
 namespace quorvik::testing
 {
@@ -20,22 +20,18 @@ class ColorSettings : public WindowTest
 protected:
     void Open()
     {
-        form = new FormColorSettings(desk.desk);
-        form->ShowColor = [this](const QColor &present, QWidget *) {
+        Show<FormColorSettings>()->ShowColor = [this](const QColor &present, QWidget *) {
             offered = present;
             return answer;
         };
-        form->show();
-        window = form;
     }
 
-    bool CanApply() const { return Find("CommandApply")->isEnabled(); }
+    bool CanApply() const { return Enabled("CommandApply"); }
     QColor Swatch(int index) const
     {
         return Find(ControlName("Shape1", index))->palette().color(QPalette::Window);
     }
 
-    QPointer<FormColorSettings> form;
     std::optional<QColor> answer;
     QColor offered;
 };
@@ -55,7 +51,7 @@ TEST_F(ColorSettings, ApplyStoresWhatWasChosenAndOnlyThen)
     Click("CommandApply");
     EXPECT_EQ(desk.model.Colors[2], Orange);
     EXPECT_FALSE(CanApply());
-    EXPECT_TRUE(form->isVisible());
+    EXPECT_TRUE(window->isVisible());
 }
 
 TEST_F(ColorSettings, DefaultIsStoredByOkAndDroppedByCancel)
@@ -71,42 +67,41 @@ TEST_F(ColorSettings, DefaultIsStoredByOkAndDroppedByCancel)
         EXPECT_TRUE(CanApply());
         EXPECT_EQ(desk.model.Colors, own) << "nothing is stored yet";
         Click(ok ? "CommandOK" : "CommandCancel");
-        EXPECT_FALSE(form->isVisible());
+        EXPECT_FALSE(window->isVisible());
         EXPECT_EQ(desk.model.Colors, ok ? desk.model.DefaultColors : own);
     }
 }
 
-TEST(GettingStarted, StandsInTheMiddleAndTellsItsBox)
+using GettingStarted = WindowTest;
+
+TEST_F(GettingStarted, StandsInTheMiddleAndTellsItsBox)
 {
-    TestDesk desk;
     desk.mainWindow.setGeometry(50, 100, 700, 500);
-    auto *form = new FormGettingStarted(desk.desk, &desk.mainWindow, true);
-    QList<bool> told;
-    QObject::connect(form, &FormGettingStarted::ShowTipsChanged, &desk.mainWindow,
-                     [&told](bool showTips) { told.append(showTips); });
-    form->show();
+    const auto *form = Show<FormGettingStarted>(&desk.mainWindow, true);
+    const QSignalSpy changes(form, &FormGettingStarted::ShowTipsChanged);
     EXPECT_NEAR(form->x() - 50, (700 - form->width()) / 2, 1);
     EXPECT_NEAR(form->y() - 100, (500 - form->height()) / 2, 1);
-    auto *box = FindIn<QCheckBox>(form, "chkLoadOnStartup");
-    EXPECT_TRUE(box->isChecked());
-    box->click();
-    box->click();
-    EXPECT_EQ(told, (QList<bool>{false, true}));
-    QTest::keyClick(box, Qt::Key_Return);
+    for (const bool isChecked : {true, false}) {
+        EXPECT_EQ(Checked("chkLoadOnStartup"), isChecked);
+        Click("chkLoadOnStartup");
+        EXPECT_EQ(changes.last().first(), !isChecked);
+    }
+    QTest::keyClick(Find("chkLoadOnStartup"), Qt::Key_Return);
     EXPECT_FALSE(form->isVisible()) << "Enter is OK, on the check box too";
     desk.mainWindow.setGeometry(0, 0, 320, 240);
-    auto *kept = new FormGettingStarted(desk.desk, &desk.mainWindow, true);
-    EXPECT_TRUE(kept->screen()->availableGeometry().contains(kept->geometry()));
+    form = Show<FormGettingStarted>(&desk.mainWindow, true);
+    EXPECT_TRUE(form->screen()->availableGeometry().contains(form->geometry()));
 }
 
-TEST(About, StartsTheFirstViewerThatThereIsOrSaysThatThereIsNone)
+using About = WindowTest;
+
+TEST_F(About, StartsTheFirstViewerThatThereIsOrSaysThatThereIsNone)
 {
-    TestDesk desk;
     const OnlyProgramsIn viewers(desk.folder);
-    FormAbout form(desk.desk, &desk.mainWindow);
-    EXPECT_EQ(FindIn<QLabel>(&form, "lblVersion")->text(), QStringLiteral("Version " QUORVIK_VERSION));
-    desk.asker.Expect(QStringLiteral("System Information Is Unavailable At This Time"));
-    ClickIn(&form, "cmdSysInfo");
+    Show<FormAbout>(&desk.mainWindow);
+    EXPECT_EQ(Text("lblVersion"), "Version " QUORVIK_VERSION);
+    desk.asker.Expect("System Information Is Unavailable At This Time");
+    Click("cmdSysInfo");
 
     QFile mark(desk.folder.filePath(QStringLiteral("started")));
     for (const char *name : {"xfce4-about", "gnome-control-center"}) {
@@ -115,7 +110,7 @@ TEST(About, StartsTheFirstViewerThatThereIsOrSaysThatThereIsNone)
         viewer.write("#!/bin/sh\necho " + QByteArray(name) + " $* > " + mark.fileName().toUtf8() + "\n");
         viewer.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-    ClickIn(&form, "cmdSysInfo");
+    Click("cmdSysInfo");
     ASSERT_TRUE(QTest::qWaitFor([&] { return mark.size() > 0; }));
     ASSERT_TRUE(mark.open(QIODevice::ReadOnly));
     EXPECT_EQ(mark.readAll().trimmed(), QByteArray("gnome-control-center info-overview"));

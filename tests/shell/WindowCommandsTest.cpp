@@ -64,7 +64,7 @@ protected:
 
 TEST_F(Windows, CommandsReachEveryWindowAndClosingReleasesTheReadInterestOnce)
 {
-    const Model &model = main->AllEngines().model;
+    const Model &model = Table();
     int wanted = 0;
     for (int p = 0; p <= model.LastParam; ++p)
         wanted += model.ParamTable[p].ReadFlag;
@@ -76,7 +76,7 @@ TEST_F(Windows, CommandsReachEveryWindowAndClosingReleasesTheReadInterestOnce)
     Trigger("mnuWindowRestoreAll");
     for (const QMdiSubWindow *child : area->subWindowList())
         EXPECT_FALSE(child->isMinimized());
-    ClickIn(area->subWindowList().first(), "CommandClose");
+    Controls(area->subWindowList().first()).Click("CommandClose");
     EXPECT_TRUE(ComesDownTo(4)) << "a close button takes the frame with it";
     Trigger("mnuWindowCloseAll");
     Trigger("mnuWindowCloseAll");

@@ -1,24 +1,21 @@
 #pragma once
 
+#include "support/Name.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QTest>
-#include <QWidget>
-#include <gtest/gtest.h>
+#include <QTimer>
+#include <gmock/gmock.h>
+#include <utility>
 
 namespace quorvik::testing
 {
-
-/** The name of a control or a text in one, as a literal or put together. */
-struct Name : QString {
-    Name(const char *latin1)
-        : QString(QString::fromLatin1(latin1))
-    {
-    }
-    Name(const QString &text)
-        : QString(text)
-    {
-    }
-};
 
 /** The control of that name in a window; a test that looks for one that is not there fails. */
 template<typename Control = QWidget> Control *FindIn(const QWidget *window, const Name &name)
@@ -28,20 +25,102 @@ template<typename Control = QWidget> Control *FindIn(const QWidget *window, cons
     return control;
 }
 
-inline void ClickIn(const QWidget *window, const Name &name)
+/** A window, worked by the names of its controls. */
+class Controls
 {
-    QTest::mouseClick(FindIn(window, name), Qt::LeftButton);
+public:
+    Controls(QWidget *worked = nullptr)
+        : window(worked)
+    {
+    }
+
+    template<typename Control = QWidget> Control *Find(const Name &name) const
+    {
+        return FindIn<Control>(window, name);
+    }
+
+    void Click(const Name &name) const
+    {
+        auto *control = Find(name);
+        // At its left, for a radio button reacts on its indicator and caption only.
+        QTest::mouseClick(control, Qt::LeftButton, {}, QPoint(10, control->height() / 2));
+    }
+    void Pick(const Name &list, int index) const { Find<QComboBox>(list)->setCurrentIndex(index); }
+    /** Picks the parameter of that number in a list of parameters. */
+    void PickParam(const Name &list, int p) const
+    {
+        Pick(list, Find<QComboBox>(list)->findText(QString::number(p) + u' ', Qt::MatchStartsWith));
+    }
+    /** Replaces what stands in a text box by typing. */
+    void Type(const Name &name, const Name &text) const
+    {
+        auto *box = Find<QLineEdit>(name);
+        EXPECT_TRUE(box->isVisible() && box->isEnabled()) << name.toStdString();
+        box->setFocus();
+        box->selectAll();
+        QTest::keyClick(box, Qt::Key_Delete);
+        QTest::keyClicks(box, text);
+    }
+    /** To the control that has the focus. */
+    static void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    }
+
+    /** Caption, text or choice. */
+    std::string Text(const Name &name) const
+    {
+        const QWidget *control = Find(name);
+        for (const char *property : {"text", "currentText", "plainText"})
+            if (const QVariant text = control->property(property); text.isValid())
+                return text.toString().toStdString();
+        return {};
+    }
+    bool Enabled(const Name &name) const { return Find(name)->isEnabled(); }
+    bool Visible(const Name &name) const { return Find(name)->isVisible(); }
+    bool Checked(const Name &name) const { return Find<QAbstractButton>(name)->isChecked(); }
+
+    QPointer<QWidget> window;
+};
+
+/**
+ * Runs what opens a modal window, and works that; fails where none opens. What the work leaves open, and
+ * what opens after it, is closed.
+ */
+template<typename Window = QWidget, typename Open, typename Work> void InModal(Open open, Work work)
+{
+    bool wasOpen = false;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        auto *modal = qobject_cast<Window *>(QApplication::activeModalWidget());
+        if (modal == nullptr)
+            return;
+        look.stop();
+        if (std::exchange(wasOpen, true))
+            modal->close();
+        else
+            work(modal);
+        look.start(0);
+    });
+    look.start(0);
+    open();
+    EXPECT_TRUE(wasOpen);
 }
 
-/** Replaces what stands in a text box by typing. */
-inline void TypeIn(const QWidget *window, const Name &name, const Name &text)
+/** While it lives, texts are so many times as large. */
+class FontScale
 {
-    auto *box = FindIn<QLineEdit>(window, name);
-    EXPECT_TRUE(box->isVisible() && box->isEnabled()) << name.toStdString();
-    box->setFocus();
-    box->selectAll();
-    QTest::keyClick(box, Qt::Key_Delete);
-    QTest::keyClicks(box, text);
-}
+public:
+    explicit FontScale(double scale)
+    {
+        QFont font = usual_;
+        font.setPointSizeF(font.pointSizeF() * scale);
+        QApplication::setFont(font);
+    }
+    ~FontScale() { QApplication::setFont(usual_); }
+
+private:
+    const QFont usual_ = QApplication::font();
+};
 
 } // namespace quorvik::testing

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Asker.h"
+#include "support/Name.h"
 
 #include <QList>
 #include <QStringList>
@@ -27,7 +28,7 @@ public:
     ~ScriptedAsker() override;
 
     /** The next message box must contain text, and is answered so. */
-    void Expect(const QString &text, MsgAnswer answer = MsgAnswer::Ok) { answers_.append({text, answer}); }
+    void Expect(const Name &text, MsgAnswer answer = MsgAnswer::Ok) { answers_.append({text, answer}); }
     /** What the next open or save dialog answers; nothing stands for a cancel. */
     void ExpectOpen(const std::optional<QString> &path) { openPaths_.append(path); }
     void ExpectSave(const std::optional<QString> &path) { savePaths_.append(path); }

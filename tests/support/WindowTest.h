@@ -4,14 +4,11 @@
 #include "support/Controls.h"
 #include "support/TestDesk.h"
 
-#include <QLabel>
-#include <QPointer>
-
 namespace quorvik::testing
 {
 
 /** A window over a desk with the factory table, worked by the names of its controls. */
-class WindowTest : public ::testing::Test
+class WindowTest : public ::testing::Test, protected Controls
 {
 protected:
     WindowTest()
@@ -22,18 +19,36 @@ protected:
     {
         SetFailureReporter([](const RuntimeFailure &) {});
     }
+    void TearDown() override { delete shown_.data(); }
 
-    template<typename Control = QWidget> Control *Find(const Name &name) const
+    /** Puts up a window in place of the last one, and works that from now on. */
+    template<typename Form, typename... Arguments> Form *Show(Arguments &&...arguments)
     {
-        return FindIn<Control>(window, name);
+        delete shown_.data();
+        auto *form = new Form(desk.desk, std::forward<Arguments>(arguments)...);
+        window = shown_ = form;
+        form->show();
+        form->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+        return form;
     }
-    void Click(const Name &name) const { ClickIn(window, name); }
-    QString Text(const Name &label) const { return Find<QLabel>(label)->text(); }
-    std::int32_t &P(int p) { return desk.model.ParamTable[p].Value; }
+    /** Closes the window as its frame does, and lets it go. */
+    void Close() const
+    {
+        window->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    /** Lets the window's timer tick once, without half a second of waiting. */
+    void Tick() const { QMetaObject::invokeMethod(Find<QTimer>("TimerUpdateScreen"), "timeout"); }
+
+    ParamRecord &Record(int p) { return desk.model.ParamTable[p]; }
+    std::int32_t &P(int p) { return Record(p).Value; }
 
     TestDesk desk;
     QStringList told; ///< run-time failures, as the user was told them
-    QPointer<QWidget> window;
+
+private:
+    QPointer<QWidget> shown_;
 };
 
 } // namespace quorvik::testing

@@ -1,78 +1,65 @@
 #pragma once
 
 #include "link/DriveLink.h"
-#include "support/Controls.h"
-#include "support/TestDesk.h"
+#include "support/WindowTest.h"
 #include "wizards/PlanTesting.h"
 #include "wizards/frame/WizardForm.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <memory>
+#include <QTableWidget>
 
 namespace quorvik::testing
 {
 
-/** A Mentor on the screen, driven by clicks and keys on the controls' names. */
-template<typename Window> class WizardDriver
+/** What an entry that is no number is refused with. */
+inline QString NoNumber(const char *what)
 {
-public:
+    return QStringLiteral("Please enter a numerical value for the %1.").arg(Name(what));
+}
+/** The same for one outside its range, which may be that of the factory's drive model. */
+inline QString OutOfRange(const char *what, const char *min, const char *max, bool ofModel = false)
+{
+    return QStringLiteral("The valid %1 range%4 is:\r\n  Min: %2\r\n  Max: %3")
+        .arg(Name(what), Name(min), Name(max), Name(ofModel ? " for model SVR100-000" : ""));
+}
+
+/** A Mentor on the screen, driven by clicks and keys on the controls' names. */
+template<typename Mentor> class WizardDriver : public WindowTest
+{
+protected:
     WizardDriver()
     {
+        // The link has said that it is closed.
         desk.model.PortOpen = [this] { return desk.online; };
     }
 
     /** Puts up a window afresh; the table stays as the last one left it. */
     void Open()
     {
-        form.reset();
+        delete window.data();
         asOpened = Snapshot(desk.model);
-        form = std::make_unique<Window>(desk.desk, nullptr);
+        form = Show<Mentor>(nullptr);
         form->Follow(link);
-        form->show();
-        form->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
     }
 
-    template<typename Control = QWidget> Control *Find(const Name &name) const
-    {
-        return FindIn<Control>(form.get(), name);
-    }
-
-    void Click(const Name &name)
-    {
-        auto *button = Find<QAbstractButton>(name);
-        EXPECT_TRUE(button->isVisible() && button->isEnabled()) << name.toStdString();
-        // A radio button reacts on its indicator and caption only.
-        const QPoint place(button->inherits("QPushButton") ? button->width() / 2 : 10, button->height() / 2);
-        QTest::mouseClick(button, Qt::LeftButton, {}, place);
-    }
-
-    void Type(const Name &name, const Name &text) { TypeIn(form.get(), name, text); }
-    void Pick(const Name &name, int index) { Find<QComboBox>(name)->setCurrentIndex(index); }
-    void Press(int key, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), modifiers);
-    }
-
-    void Next() { Click("CmdNav(3)"); }
-    void Finish() { Click("CmdNav(4)"); }
+    void Next() const { Click("CmdNav(3)"); }
+    void Finish() const { Click("CmdNav(4)"); }
 
     /** Goes to a page with Next or Back, whichever way it lies. */
-    void GoTo(int step)
+    void GoTo(int step) const
     {
         for (int i = 0; i < WizardForm::LastStep + 2 && form->CurrentStep() != step; ++i)
             Click(form->CurrentStep() < step ? "CmdNav(3)" : "CmdNav(2)");
         ASSERT_EQ(form->CurrentStep(), step);
     }
 
-    std::string Text(const Name &name) const { return Find<QLineEdit>(name)->text().toStdString(); }
-    std::string Caption(const Name &name) const { return Find<QLabel>(name)->text().toStdString(); }
-    bool Enabled(const Name &name) const { return Find(name)->isEnabled(); }
-    bool Visible(const Name &name) const { return Find(name)->isVisible(); }
-    bool Checked(const Name &name) const { return Find<QAbstractButton>(name)->isChecked(); }
+    /** A row of the list of what Finish will write. */
+    std::string Planned(int row) const
+    {
+        QStringList cells;
+        for (int column = 0; column < 4; ++column)
+            cells << Find<QTableWidget>("TableWrites")->item(row, column)->text();
+        return cells.join(QStringLiteral(" | ")).toStdString();
+    }
 
     /** Next on this page is refused with exactly this box, and the focus goes there ("" for no text box). */
     void ExpectRefusal(const Name &text, const Name &focus, MsgIcon icon = MsgIcon::Exclamation,
@@ -135,9 +122,8 @@ public:
         EXPECT_EQ(back, std::vector<int>(steps.rbegin(), steps.rend()));
     }
 
-    TestDesk desk;
     DriveLink link{desk.model, desk.rules, desk.asker}; ///< never opened: what it announces is emitted here
-    std::unique_ptr<Window> form;
+    Mentor *form = nullptr;
     std::vector<std::vector<std::int32_t>> asOpened;
 
 private:

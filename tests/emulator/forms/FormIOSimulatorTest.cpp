@@ -5,32 +5,28 @@
 #include "emulator/forms/LampLook.h"
 #include "support/WindowTest.h"
 
-#include <QComboBox>
-#include <QRadioButton>
 #include <QSlider>
 
 namespace quorvik::testing
 {
 
+constexpr char Open[] = "OptionDigitalInputState(0)";
+constexpr char Closed[] = "OptionDigitalInputState(1)";
+
 class FormIOSimulatorTest : public WindowTest
 {
 protected:
     FormIOSimulatorTest() { emulator.TimerEmulateSvx.setInterval(5); }
-    ~FormIOSimulatorTest() override { delete form.data(); }
 
-    void Show()
-    {
-        form = new FormIOSimulator(desk.desk);
-        form->TimerUpdateScreen.setInterval(5);
-        form->show();
-        window = form;
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
-    }
+    void Show() { WindowTest::Show<FormIOSimulator>()->TimerUpdateScreen.setInterval(5); }
 
     QSlider *AnalogScroll() const { return Find<QSlider>("HScrollAnalogInputStatus"); }
     QSlider *FreqScroll() const { return Find<QSlider>("HScrollFreqInputStatus"); }
-    QRadioButton *Open() const { return Find<QRadioButton>("OptionDigitalInputState(0)"); }
-    QRadioButton *Closed() const { return Find<QRadioButton>("OptionDigitalInputState(1)"); }
+    /** The terminals beside the list of their members. */
+    TerminalStrip *Strip(const char *members) const
+    {
+        return Find(members)->parentWidget()->findChild<TerminalStrip *>({}, Qt::FindDirectChildrenOnly);
+    }
 
     bool Becomes(int p, std::int32_t raw)
     {
@@ -38,39 +34,37 @@ protected:
     }
     bool BecomesText(const char *label, const char *text)
     {
-        return QTest::qWaitFor([&] { return Text(label) == QLatin1String(text); });
+        return QTest::qWaitFor([&] { return Text(label) == text; });
     }
 
     DriveEmulator emulator{desk.model};
-    QPointer<FormIOSimulator> form;
 };
 
 TEST_F(FormIOSimulatorTest, ClosedDigitalInputReachesItsDestinationAndARelay)
 {
     Show();
     ASSERT_EQ(P(1), 239);
-    EXPECT_TRUE(Open()->isChecked());
-    QTest::mouseClick(Closed(), Qt::LeftButton);
+    EXPECT_TRUE(Checked(Open));
+    Click(Closed);
     EXPECT_EQ(P(132), 1);
     EXPECT_TRUE(Becomes(239, P(15)));
 
     EXPECT_TRUE(BecomesText("LabelRelayOutput(1)", "Output 2 = On (Energized)"));
-    EXPECT_EQ(Text("LabelRelayOutput(0)"), QStringLiteral("Output 1 = Off (De-energized)"));
+    EXPECT_EQ(Text("LabelRelayOutput(0)"), "Output 1 = Off (De-energized)");
 
-    auto *members = Find<QComboBox>("ComboDigitalInput");
-    members->setFocus();
-    QTest::keyClick(members, Qt::Key_Down);
-    EXPECT_EQ(members->currentText(), QStringLiteral("Digital Input 2"));
-    EXPECT_TRUE(Open()->isChecked()) << "the options follow the member";
-    Open()->setFocus();
-    QTest::keyClick(Open(), Qt::Key_Right);
+    Find("ComboDigitalInput")->setFocus();
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Text("ComboDigitalInput"), "Digital Input 2");
+    EXPECT_TRUE(Checked(Open)) << "the options follow the member";
+    Find(Open)->setFocus();
+    Press(Qt::Key_Right);
     EXPECT_EQ(P(133), 1);
     EXPECT_EQ(P(132), 1);
     EXPECT_TRUE(Becomes(240, P(16)));
 
-    members->setCurrentIndex(0);
-    EXPECT_TRUE(Closed()->isChecked());
-    QTest::mouseClick(Open(), Qt::LeftButton);
+    Pick("ComboDigitalInput", 0);
+    EXPECT_TRUE(Checked(Closed));
+    Click(Open);
     EXPECT_TRUE(BecomesText("LabelRelayOutput(1)", "Output 2 = Off (De-energized)"));
     EXPECT_TRUE(told.isEmpty()) << told.join(u'\n').toStdString();
 }
@@ -84,16 +78,16 @@ TEST_F(FormIOSimulatorTest, AnalogInputOneMovesReferenceZero)
     EXPECT_EQ(P(139), 1);
     QTest::keyClick(scroll, Qt::Key_PageUp);
     EXPECT_EQ(P(139), 21);
-    EXPECT_EQ(Text("LabelAnalogInputStatus"), QStringLiteral("0.10 V"));
+    EXPECT_EQ(Text("LabelAnalogInputStatus"), "0.10 V");
     QTest::keyClick(scroll, Qt::Key_End);
     EXPECT_EQ(P(139), 2047);
     EXPECT_TRUE(Becomes(217, 10000));
     QTest::keyClick(scroll, Qt::Key_Home);
     EXPECT_EQ(P(139), -2048);
-    EXPECT_EQ(Text("LabelAnalogInputStatus"), QStringLiteral("-10.00 V"));
+    EXPECT_EQ(Text("LabelAnalogInputStatus"), "-10.00 V");
     EXPECT_TRUE(Becomes(217, -10000));
 
-    Find<QComboBox>("ComboAnalogInput")->setCurrentIndex(1);
+    Pick("ComboAnalogInput", 1);
     EXPECT_EQ(P(139), -2048) << "the member left keeps its status";
     EXPECT_EQ(scroll->value(), P(140));
     QTest::keyClick(scroll, Qt::Key_Right);
@@ -116,12 +110,12 @@ TEST_F(FormIOSimulatorTest, RangeFollowsTypeAndPolarity)
         P(33) = type;
         P(28) = polarity;
         P(139) = status;
-        form->TimerUpdateScreen_Timer();
-        EXPECT_EQ(Text("LabelMin").toStdString(), min);
-        EXPECT_EQ(Text("LabelMax").toStdString(), max);
+        Tick();
+        EXPECT_EQ(Text("LabelMin"), min);
+        EXPECT_EQ(Text("LabelMax"), max);
         EXPECT_EQ(AnalogScroll()->minimum(), minimum);
         EXPECT_EQ(AnalogScroll()->maximum(), maximum);
-        EXPECT_EQ(Text("LabelAnalogInputStatus").toStdString(), level);
+        EXPECT_EQ(Text("LabelAnalogInputStatus"), level);
         EXPECT_EQ(P(139), after);
     }
     P(33) = 0;
@@ -132,12 +126,11 @@ TEST_F(FormIOSimulatorTest, RangeFollowsTypeAndPolarity)
 TEST_F(FormIOSimulatorTest, EachAnalogInputHasALevelOfItsOwn)
 {
     Show();
-    auto *members = Find<QComboBox>("ComboAnalogInput");
-    auto *strip = members->parentWidget()->findChild<TerminalStrip *>(QString(), Qt::FindDirectChildrenOnly);
+    TerminalStrip *strip = Strip("ComboAnalogInput");
     for (int lit = 0; lit < 5; ++lit) {
         for (int i = 0; i < 5; ++i)
             P(139 + i) = i == lit ? 1024 : 0;
-        form->TimerUpdateScreen_Timer();
+        Tick();
         const QImage image = strip->grab().toImage();
         for (int i = 0; i < 5; ++i) {
             const QRect cell = strip->CellRect(i).toAlignedRect();
@@ -147,7 +140,7 @@ TEST_F(FormIOSimulatorTest, EachAnalogInputHasALevelOfItsOwn)
                     isLit = isLit || image.pixelColor(x, y) == SignalColor();
             EXPECT_EQ(isLit, i == lit) << i << " while " << lit;
         }
-        members->setCurrentIndex(lit);
+        Pick("ComboAnalogInput", lit);
         EXPECT_EQ(AnalogScroll()->value(), 1024);
     }
 }
@@ -160,7 +153,7 @@ TEST_F(FormIOSimulatorTest, FrequencyInputCountsInTens)
     EXPECT_EQ(P(164), 120) << "12.5 to the even 12";
     QTest::keyClick(FreqScroll(), Qt::Key_Right);
     EXPECT_EQ(P(164), 130);
-    EXPECT_EQ(Text("LabelFreqInputStatus"), QStringLiteral("130 Hz"));
+    EXPECT_EQ(Text("LabelFreqInputStatus"), "130 Hz");
     QTest::keyClick(FreqScroll(), Qt::Key_PageUp);
     EXPECT_EQ(P(164), 330);
     QTest::keyClick(FreqScroll(), Qt::Key_End);
@@ -200,18 +193,16 @@ TEST_F(FormIOSimulatorTest, OnLineInputsAreGreyAndWriteNoLimitBack)
     desk.online = true;
     P(139) = 3000;
     P(140) = -3000;
-    form->TimerUpdateScreen_Timer();
-    Find<QComboBox>("ComboAnalogInput")->setCurrentIndex(1);
+    Tick();
+    Pick("ComboAnalogInput", 1);
     EXPECT_EQ(P(139), 3000);
     EXPECT_EQ(P(140), -3000);
-    const QList<QWidget *> inputs = {AnalogScroll(), FreqScroll(), Open(), Closed()};
     for (const bool online : {true, false}) {
         desk.online = online;
-        for (QWidget *input : inputs)
-            EXPECT_TRUE(QTest::qWaitFor([&] { return input->isEnabled() == !online; }))
-                << input->objectName().toStdString();
+        for (const char *input : {"HScrollAnalogInputStatus", "HScrollFreqInputStatus", Open, Closed})
+            EXPECT_TRUE(QTest::qWaitFor([&] { return Enabled(input) == !online; })) << input;
     }
-    EXPECT_TRUE(Find<QComboBox>("ComboDigitalInput")->isEnabled());
+    EXPECT_TRUE(Enabled("ComboDigitalInput"));
 }
 
 TEST_F(FormIOSimulatorTest, BadStatusIsToldAndCanBePutRight)
@@ -220,7 +211,7 @@ TEST_F(FormIOSimulatorTest, BadStatusIsToldAndCanBePutRight)
     Show();
     ASSERT_EQ(told.size(), 1);
     EXPECT_TRUE(told.at(0).startsWith(QStringLiteral("Digital Input 1 (132): "))) << told.at(0).toStdString();
-    QTest::mouseClick(Closed(), Qt::LeftButton);
+    Click(Closed);
     EXPECT_EQ(P(132), 1);
 
     told.clear();
@@ -240,15 +231,14 @@ TEST_F(FormIOSimulatorTest, BadStatusIsToldAndCanBePutRight)
 TEST_F(FormIOSimulatorTest, PickingATerminalChoosesItsMember)
 {
     Show();
-    auto *members = Find<QComboBox>("ComboDigitalInput");
-    auto *digital =
-        members->parentWidget()->findChild<TerminalStrip *>(QString(), Qt::FindDirectChildrenOnly);
+    const auto *members = Find<QComboBox>("ComboDigitalInput");
+    TerminalStrip *digital = Strip("ComboDigitalInput");
     P(134) = 1;
     QTest::mouseClick(digital, Qt::LeftButton, {}, digital->CellRect(2).center().toPoint());
     EXPECT_EQ(members->currentIndex(), 2);
     EXPECT_EQ(digital->Selected(), 2);
     EXPECT_TRUE(digital->IsLit(2));
-    EXPECT_TRUE(Closed()->isChecked());
+    EXPECT_TRUE(Checked(Closed));
     QTest::mouseClick(digital, Qt::LeftButton, {}, digital->CellRect(7).center().toPoint());
     EXPECT_EQ(members->currentIndex(), 2) << "a supply terminal is no member";
 }

@@ -8,12 +8,7 @@
 #include "platform/Waiting.h"
 #include "support/WindowTest.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QRadioButton>
 
 namespace quorvik::testing
 {
@@ -26,15 +21,9 @@ protected:
         link.MSComm1.DeviceOf = [this](int) { return peer.Device(); };
         peer.LastParam = 433;
         for (int p = 0; p <= 433; ++p)
-            peer.Values[p] = desk.model.Value(p);
+            peer.Values[p] = P(p);
     }
 
-    template<typename Control> Control *Find(QWidget &form, const char *name)
-    {
-        return FindIn<Control>(&form, name);
-    }
-    void Click(QWidget &form, const char *button) { ClickIn(&form, button); }
-    ParamRecord &P(int p) { return desk.model.ParamTable[p]; }
     QString StoredDevice(int number) { return Ports(desk.settings).DeviceOf(number); }
 
     ScriptedPeer peer;
@@ -62,55 +51,48 @@ TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
         link.MSComm1.SetCommPort(c.before);
         if (c.online)
             link.GoOnLine();
-        FormCommunications form(desk.desk, &desk.mainWindow, link);
-        form.show();
-        auto *ports = Find<QComboBox>(form, "ComboCommPort");
+        Show<FormCommunications>(&desk.mainWindow, link);
+        auto *ports = Find<QComboBox>("ComboCommPort");
         EXPECT_EQ(ports->count(), 16);
         EXPECT_EQ(ports->currentIndex(), c.before > 16 ? -1 : c.before - 1);
         EXPECT_EQ(ports->isEnabled(), !c.online);
         ports->setCurrentIndex(ports->currentIndex() + c.steps);
         EXPECT_EQ(link.MSComm1.CommPort(), c.before) << "not before the window closes";
         if (c.byButton)
-            Click(form, "CommandOK");
+            Click("CommandOK");
         else
-            QTest::keyClick(&form, Qt::Key_Escape);
-        EXPECT_FALSE(form.isVisible());
+            Press(Qt::Key_Escape);
+        EXPECT_FALSE(window->isVisible());
         EXPECT_EQ(link.MSComm1.CommPort(), c.after);
     }
-    EXPECT_EQ(StoredDevice(2), QStringLiteral("/dev/ttyS1"));
+    EXPECT_EQ(StoredDevice(2), Name("/dev/ttyS1"));
 }
 
 TEST_F(LinkFormsTest, CommunicationsShowsAndStoresTheDeviceBehindThePort)
 {
     link.MSComm1.SetCommPort(6);
-    FormCommunications form(desk.desk, &desk.mainWindow, link);
-    form.show();
-    auto *device = Find<QComboBox>(form, "ComboDevice");
-    auto *pluggedIn = Find<QLabel>(form, "LabelPluggedIn");
-    EXPECT_EQ(device->currentText(), QStringLiteral("/dev/ttyUSB1"));
-    EXPECT_EQ(pluggedIn->text(), QStringLiteral("Nothing is plugged in there."));
+    Show<FormCommunications>(&desk.mainWindow, link);
+    auto *device = Find<QComboBox>("ComboDevice");
+    EXPECT_EQ(Text("ComboDevice"), "/dev/ttyUSB1");
+    EXPECT_EQ(Text("LabelPluggedIn"), "Nothing is plugged in there.");
     device->lineEdit()->selectAll();
     QTest::keyClicks(device->lineEdit(), peer.Device());
-    EXPECT_TRUE(pluggedIn->text().contains(QStringLiteral("Pseudo-terminal")));
-    form.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    EXPECT_THAT(Text("LabelPluggedIn"), ::testing::HasSubstr("Pseudo-terminal"));
     device->setFocus();
     device->addItem(peer.Device() + u'0');
     device->lineEdit()->end(false);
     QTest::keyClick(device->lineEdit(), Qt::Key_Backspace);
     QTest::keyClicks(device->lineEdit(), peer.Device().right(1));
     EXPECT_EQ(device->currentText(), peer.Device()) << "typed, not completed from the list";
-    auto *ports = Find<QComboBox>(form, "ComboCommPort");
-    QTest::keyClick(ports, Qt::Key_Down);
+    QTest::keyClick(Find("ComboCommPort"), Qt::Key_Down);
     EXPECT_EQ(StoredDevice(6), peer.Device());
-    EXPECT_EQ(device->currentText(), QStringLiteral("/dev/ttyUSB2"));
-    QTest::keyClick(ports, Qt::Key_Up);
+    EXPECT_EQ(Text("ComboDevice"), "/dev/ttyUSB2");
+    QTest::keyClick(Find("ComboCommPort"), Qt::Key_Up);
     EXPECT_EQ(device->currentText(), peer.Device());
     device->lineEdit()->clear();
-    Click(form, "CommandOK");
-    EXPECT_EQ(StoredDevice(6), QStringLiteral("/dev/ttyUSB1"))
-        << "an empty path goes back to the fixed device";
-    EXPECT_EQ(StoredDevice(9), QStringLiteral("/dev/ttyACM0"));
+    Click("CommandOK");
+    EXPECT_EQ(StoredDevice(6), Name("/dev/ttyUSB1")) << "an empty path goes back to the fixed device";
+    EXPECT_EQ(StoredDevice(9), Name("/dev/ttyACM0"));
     EXPECT_EQ(StoredDevice(16), Ports::SimulatedDriveLink());
     for (const int number : {0, 13, 17})
         EXPECT_EQ(StoredDevice(number), QString()) << number;
@@ -118,41 +100,37 @@ TEST_F(LinkFormsTest, CommunicationsShowsAndStoresTheDeviceBehindThePort)
 
 TEST_F(LinkFormsTest, OfflineAsksForTheModel)
 {
-    P(Param::DriveModel).Value = 0;
-    FormSelectCommMode form(desk.desk, &desk.mainWindow);
-    form.show();
-    auto *models = Find<QComboBox>(form, "ComboModels");
-    auto *offline = Find<QRadioButton>(form, "OptionSerialCommMode(1)");
-    EXPECT_EQ(models->currentIndex(), 0) << "an undefined model";
-    EXPECT_FALSE(models->isVisible());
-    const int height = form.height();
-    offline->click();
-    EXPECT_TRUE(models->isVisible());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return form.height() >= height + 40; }));
-    Find<QRadioButton>(form, "OptionSerialCommMode(0)")->click();
-    EXPECT_EQ(form.windowTitle(), QStringLiteral("Select Comm Mode"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return form.height() == height; }));
+    P(Param::DriveModel) = 0;
+    const auto *form = Show<FormSelectCommMode>(&desk.mainWindow);
+    EXPECT_EQ(Find<QComboBox>("ComboModels")->currentIndex(), 0) << "an undefined model";
+    EXPECT_FALSE(Visible("ComboModels"));
+    const int height = form->height();
+    Click("OptionSerialCommMode(1)");
+    EXPECT_TRUE(Visible("ComboModels"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form->height() >= height + 40; }));
+    Click("OptionSerialCommMode(0)");
+    EXPECT_EQ(form->windowTitle(), Name("Select Comm Mode"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form->height() == height; }));
 
-    offline->click();
-    EXPECT_EQ(form.windowTitle(), QStringLiteral("Select Comm Mode & Model"));
-    models->setCurrentText(QStringLiteral("SVN150-000 (256 Amps)"));
-    Click(form, "CommandOK");
-    EXPECT_FALSE(form.OnlineChosen());
-    EXPECT_EQ(desk.model.Value(Param::DriveModel), 23) << "the lower of the two codes with this text";
-    EXPECT_EQ(desk.model.Value(Param::DriveCurrent), 256);
+    Click("OptionSerialCommMode(1)");
+    EXPECT_EQ(form->windowTitle(), Name("Select Comm Mode & Model"));
+    Find<QComboBox>("ComboModels")->setCurrentText(Name("SVN150-000 (256 Amps)"));
+    Click("CommandOK");
+    EXPECT_FALSE(form->OnlineChosen());
+    EXPECT_EQ(P(Param::DriveModel), 23) << "the lower of the two codes with this text";
+    EXPECT_EQ(P(Param::DriveCurrent), 256);
     EXPECT_FALSE(desk.model.FileModified);
 }
 
 TEST_F(LinkFormsTest, OnlineLeavesTheModelToTheDrive)
 {
-    const std::int32_t before = desk.model.Value(Param::DriveModel);
+    const std::int32_t before = P(Param::DriveModel);
     for (const bool accept : {true, false}) {
-        FormSelectCommMode form(desk.desk, &desk.mainWindow);
-        form.show();
-        Find<QComboBox>(form, "ComboModels")->setCurrentIndex(4);
-        QTest::keyClick(&form, accept ? Qt::Key_Return : Qt::Key_Escape);
-        EXPECT_EQ(form.OnlineChosen(), accept);
-        EXPECT_EQ(desk.model.Value(Param::DriveModel), before);
+        const auto *form = Show<FormSelectCommMode>(&desk.mainWindow);
+        Pick("ComboModels", 4);
+        Press(accept ? Qt::Key_Return : Qt::Key_Escape);
+        EXPECT_EQ(form->OnlineChosen(), accept);
+        EXPECT_EQ(P(Param::DriveModel), before);
     }
 }
 
@@ -160,17 +138,17 @@ TEST_F(LinkFormsTest, AReadingEndsTheWindowAndRunsTheRules)
 {
     peer.Values[3] = 226; // a selector whose dependants must follow what was read
     link.GoOnLine();
-    const std::uint8_t readFlag = P(Param::DriveState).ReadFlag;
+    const std::uint8_t readFlag = Record(Param::DriveState).ReadFlag;
     link.SetAllReadFlags(1);
     link.ScanKind = 1;
     FormProgressBar form(desk.desk, &desk.mainWindow, link);
     EXPECT_EQ(form.windowTitle(), QStringLiteral("Reading Parameters from Drive"));
-    EXPECT_EQ(Find<QProgressBar>(form, "ProgressBarRead")->maximum(), 434);
+    EXPECT_EQ(FindIn<QProgressBar>(&form, "ProgressBarRead")->maximum(), 434);
     form.exec();
-    EXPECT_EQ(desk.model.Value(3), 226);
-    EXPECT_EQ(P(10).Max, P(226).Max);
-    EXPECT_EQ(P(Param::DriveState).ReadFlag, readFlag);
-    EXPECT_EQ(P(433).ReadFlag, 0);
+    EXPECT_EQ(P(3), 226);
+    EXPECT_EQ(Record(10).Max, Record(226).Max);
+    EXPECT_EQ(Record(Param::DriveState).ReadFlag, readFlag);
+    EXPECT_EQ(Record(433).ReadFlag, 0);
 }
 
 TEST_F(LinkFormsTest, ABrokenReadingGivesBackWhatItTookAndRunsNoRules)
@@ -179,20 +157,20 @@ TEST_F(LinkFormsTest, ABrokenReadingGivesBackWhatItTookAndRunsNoRules)
     link.GoOnLine();
     ASSERT_EQ(desk.model.LastParam, 300);
     peer.Values[3] = 226;
-    const std::int32_t max = P(10).Max;
+    const std::int32_t max = Record(10).Max;
     peer.Answer = [this](const QByteArray &frame) {
-        return desk.model.Value(3) == 226 ? QByteArray() : peer.DriveAnswer(frame);
+        return P(3) == 226 ? QByteArray() : peer.DriveAnswer(frame);
     };
     link.SetAllReadFlags(1);
     link.ScanKind = 1;
-    desk.asker.Expect(QStringLiteral("Drive not Responding!"));
+    desk.asker.Expect("Drive not Responding!");
     FormProgressBar form(desk.desk, &desk.mainWindow, link);
     form.exec();
     EXPECT_FALSE(link.PortOpen());
     EXPECT_EQ(desk.model.LastParam, 433) << "grown again behind the window's back";
     EXPECT_TRUE(told.isEmpty());
-    EXPECT_EQ(P(300).ReadFlag + P(301).ReadFlag, 0);
-    EXPECT_EQ(P(10).Max, max);
+    EXPECT_EQ(Record(300).ReadFlag + Record(301).ReadFlag, 0);
+    EXPECT_EQ(Record(10).Max, max);
 }
 
 TEST_F(LinkFormsTest, CancelStopsAWrite)
@@ -200,34 +178,29 @@ TEST_F(LinkFormsTest, CancelStopsAWrite)
     link.GoOnLine();
     desk.model.SetAllWriteFlags(WriteState::Queued);
     link.ScanKind = 2;
-    FormProgressBar form(desk.desk, &desk.mainWindow, link);
-    EXPECT_EQ(form.windowTitle(), QStringLiteral("Writing Parameters to Drive"));
-    form.show();
+    Show<FormProgressBar>(&desk.mainWindow, link);
+    EXPECT_EQ(window->windowTitle(), Name("Writing Parameters to Drive"));
     peer.Frames.clear();
     ASSERT_TRUE(QTest::qWaitFor([&] { return link.CurrentParam > 20; }));
-    Click(form, "CommandCancel");
-    EXPECT_FALSE(form.isVisible());
+    Click("CommandCancel");
+    EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(desk.model.WritePending) << "until the scan finds nothing";
     ASSERT_TRUE(QTest::qWaitFor([&] { return !desk.model.WritePending; }));
     EXPECT_LT(peer.Frames.size(), 300);
-    EXPECT_EQ(P(433).ReadFlag, 0);
+    EXPECT_EQ(Record(433).ReadFlag, 0);
 }
 
 TEST_F(LinkFormsTest, DebugAsksForPropertiesAndListsWhoIsPolled)
 {
-    auto *form = new FormDebug(desk.desk, link);
-    form->show();
+    Show<FormDebug>(link);
     link.GoOnLine();
     peer.Values[9] = 5;
-    Find<QLineEdit>(*form, "Text2")->setText(QStringLiteral("9"));
-    Click(*form, "CommandReadProps");
+    Find<QLineEdit>("Text2")->setText(Name("9"));
+    Click("CommandReadProps");
     EXPECT_EQ(link.ReadPropsIndex, 9);
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return Find<QLineEdit>(*form, "Text1(1)")->text() == QStringLiteral("433") &&
-               Find<QLineEdit>(*form, "Text1(4)")->text() == QStringLiteral("5");
-    }));
-    EXPECT_EQ(Find<QPlainTextEdit>(*form, "TextReadFlags")->toPlainText(), QStringLiteral("422 1\n"));
-    Click(*form, "CommandClose");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Text("Text1(1)") == "433" && Text("Text1(4)") == "5"; }));
+    EXPECT_EQ(Text("TextReadFlags"), "422 1\n");
+    Click("CommandClose");
     EXPECT_TRUE(QTest::qWaitFor([&] { return desk.forms.Count() == 1; }));
 }
 

@@ -1,29 +1,18 @@
-#include "model/Model.h"
 #include "settings/forms/ExportList.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormViewParameters.h"
-#include "support/Controls.h"
-#include "support/TestDesk.h"
+#include "support/WindowTest.h"
 
-#include <QApplication>
-#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QHeaderView>
-#include <QLabel>
 #include <QPageSize>
 #include <QPrinter>
 #include <QProcess>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QRegularExpression>
-#include <QTest>
-#include <QTimer>
 #include <QTreeView>
 #include <csignal>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <utility>
 
 namespace quorvik::testing
 {
@@ -49,7 +38,7 @@ QStringList PagesOf(const QString &path)
 }
 
 /** The parameter numbers of the report's rows, in the order in which they are read. */
-QStringList NumbersOf(const QStringList &pages)
+std::string NumbersOf(const QStringList &pages)
 {
     QStringList numbers;
     for (const QString &page : pages) {
@@ -60,10 +49,10 @@ QStringList NumbersOf(const QStringList &pages)
             isBody = isBody || line.contains(QStringLiteral("Parameter Name"));
         }
     }
-    return numbers;
+    return numbers.join(u' ').toStdString();
 }
 
-class Report : public ::testing::Test
+class Report : public WindowTest
 {
 protected:
     Report()
@@ -95,15 +84,10 @@ protected:
     void OpenChangedList()
     {
         for (int p = 0; p <= desk.model.LastParam; ++p)
-            desk.model.ParamTable[p].Preset = desk.model.Value(p);
+            Record(p).Preset = P(p);
         OpenViewParameters(desk.desk, print, ReportFilter::ChangedFromDefault);
-        list = qobject_cast<FormViewParameters *>(desk.forms.At(1));
+        window = desk.forms.At(1);
     }
-    template<typename Widget = QWidget> Widget *Find(const char *name) const
-    {
-        return list->findChild<Widget *>(QLatin1String(name));
-    }
-    void Click(const char *button) const { QTest::mouseClick(Find(button), Qt::LeftButton); }
     void ClickHead(int column) const
     {
         auto *header = Find<QTreeView>("ListView")->header();
@@ -111,43 +95,29 @@ protected:
                           QPoint(header->sectionViewportPosition(column) + 10, header->height() / 2));
     }
 
-    /** Exports under a name without its suffix, as one kind; a dialog that comes again is cancelled. */
+    /** Exports under a name without its suffix, as one kind. */
     void Export(const char *name, int kind)
     {
-        desk.model.FileName = desk.folder.filePath(QStringLiteral("set.Svx"));
-        bool isAnswered = false;
-        QTimer look;
-        QObject::connect(&look, &QTimer::timeout, [&] {
-            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-            if (dialog == nullptr)
-                return;
-            if (std::exchange(isAnswered, true)) {
-                dialog->reject();
-                return;
-            }
-            auto *kinds = FindIn<QComboBox>(dialog, "fileTypeCombo");
-            QTest::keyClick(kinds, kind == 0 ? Qt::Key_Home : Qt::Key_End);
-            FindIn<QLineEdit>(dialog, "fileNameEdit")->setText(QLatin1String(name));
-            FindIn<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Save)->click();
-        });
-        look.start(0);
-        Click("CommandExport");
-        EXPECT_TRUE(isAnswered);
+        desk.model.FileName = desk.folder.filePath(Name("set.Svx"));
+        InModal([this] { Click("CommandExport"); },
+                [=](const Controls &dialog) {
+                    QTest::keyClick(dialog.Find("fileTypeCombo"), kind == 0 ? Qt::Key_Home : Qt::Key_End);
+                    dialog.Find<QLineEdit>("fileNameEdit")->setText(Name(name));
+                    dialog.Find<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Save)->click();
+                });
     }
 
-    TestDesk desk;
     FilePrint print{desk.desk};
     QPageSize::PageSizeId paper = QPageSize::Letter;
     std::optional<PrinterChoice> choice = PrinterChoice{};
     QStringList files;
-    FormViewParameters *list = nullptr;
 };
 
 TEST_F(Report, HoldsEveryParameterOnceInsideThePaper)
 {
-    QStringList everyNumber;
+    std::string everyNumber;
     for (int p = 0; p <= desk.model.LastParam; ++p)
-        everyNumber.append(QString::number(p));
+        everyNumber += std::to_string(p) + (p == desk.model.LastParam ? "" : " ");
     for (const bool isLetter : {true, false}) {
         paper = isLetter ? QPageSize::Letter : QPageSize::A4;
         desk.model.Notes = isLetter ? QString(255, u'@') : QStringLiteral("@\n").repeated(127);
@@ -205,37 +175,36 @@ TEST_F(Report, TakesTheRowsOfTheOpenListInItsOrder)
 {
     OpenChangedList();
     for (const int p : {122, 217, 83, 226})
-        desk.model.ParamTable[p].Value += 1;
-    EXPECT_TRUE(NumbersOf(Print()).isEmpty()) << "the list is not refreshed yet, and prints its heads alone";
+        P(p) += 1;
+    EXPECT_EQ(NumbersOf(Print()), "") << "the list is not refreshed yet, and prints its heads alone";
     Click("CommandRefresh");
-    EXPECT_EQ(NumbersOf(Print()).join(u' '), QStringLiteral("83 217 226"));
+    EXPECT_EQ(NumbersOf(Print()), "83 217 226");
     ClickHead(0);
     ClickHead(0);
     Click("CommandRefresh");
-    EXPECT_EQ(NumbersOf(Print()).join(u' '), QStringLiteral("226 217 83")) << "a refresh keeps the order";
+    EXPECT_EQ(NumbersOf(Print()), "226 217 83") << "a refresh keeps the order";
 }
 
 TEST_F(Report, ListShowsWhatItsOptionsSay)
 {
     OpenChangedList();
-    const auto total = [this] { return Find<QLabel>("LabelTotal")->text().toStdString(); };
-    desk.model.ParamTable[221].Value = 700;
-    EXPECT_EQ(total(), "Total: 0");
+    P(221) = 700;
+    EXPECT_EQ(Text("LabelTotal"), "Total: 0");
     Click("CommandRefresh");
-    EXPECT_EQ(total(), "Total: 1");
+    EXPECT_EQ(Text("LabelTotal"), "Total: 1");
     const QAbstractItemModel *shown = Find<QTreeView>("ListView")->model();
     EXPECT_EQ(shown->index(0, 3).data().toString(), QStringLiteral("7.00 %"));
-    Find<QRadioButton>("OptionView(0)")->click();
-    EXPECT_EQ(total(), "Total: 434");
+    Click("OptionView(0)");
+    EXPECT_EQ(Text("LabelTotal"), "Total: 434");
     EXPECT_EQ(shown->index(9, 0).data().toString(), QStringLiteral("  9"));
     OpenViewParameters(desk.desk, print, ReportFilter::ChangedFromDefault);
     EXPECT_EQ(desk.forms.Count(), 2);
-    EXPECT_EQ(total(), "Total: 1") << "the open list changes its filter";
+    EXPECT_EQ(Text("LabelTotal"), "Total: 1") << "the open list changes its filter";
 }
 
 TEST_F(Report, NothingIsPrintedOnACancelOrToAFile)
 {
-    desk.asker.Expect(QStringLiteral("Print to file not currently supported!"));
+    desk.asker.Expect("Print to file not currently supported!");
     for (const auto &refused : {std::optional<PrinterChoice>(), std::optional(PrinterChoice{1, true})}) {
         choice = refused;
         print.mnuFilePrint_Click(&desk.mainWindow);
@@ -248,15 +217,15 @@ TEST_F(Report, APrinterThatCannotBeWrittenToIsTold)
     print.BeforeCopy = [this](QPrinter &printer, int) {
         printer.setOutputFileName(desk.folder.filePath(QStringLiteral("no/such/folder.pdf")));
     };
-    desk.asker.Expect(QStringLiteral("could not be printed"));
+    desk.asker.Expect("could not be printed");
     print.mnuFilePrint_Click(&desk.mainWindow);
 }
 
 TEST_F(Report, ExportWritesTheShownRowsInTheShownOrder)
 {
     OpenChangedList();
-    desk.model.ParamTable[221].Value = 700;
-    desk.model.ParamTable[305].Value = 1;
+    P(221) = 700;
+    P(305) = 1;
     Click("CommandRefresh");
     ClickHead(1);
     Export("list", 0);
@@ -266,13 +235,12 @@ TEST_F(Report, ExportWritesTheShownRowsInTheShownOrder)
     ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
     EXPECT_EQ(csv.readAll(), rows);
     Export("list", 1);
-    EXPECT_EQ(NumbersOf(PagesOf(desk.folder.filePath(QStringLiteral("list.pdf")))).join(u' '),
-              QStringLiteral("221 305"));
+    EXPECT_EQ(NumbersOf(PagesOf(desk.folder.filePath(Name("list.pdf")))), "221 305");
 
-    desk.asker.Expect(QStringLiteral("\"list.csv\" exists already"), MsgAnswer::No);
+    desk.asker.Expect("\"list.csv\" exists already", MsgAnswer::No);
     Export("list", 0);
-    desk.asker.Expect(QStringLiteral("\"list.csv\" exists already"), MsgAnswer::Yes);
-    desk.asker.Expect(QStringLiteral("was not written"));
+    desk.asker.Expect("\"list.csv\" exists already", MsgAnswer::Yes);
+    desk.asker.Expect("was not written");
     rlimit before = {};
     getrlimit(RLIMIT_FSIZE, &before);
     auto *oldHandler = std::signal(SIGXFSZ, SIG_IGN);
