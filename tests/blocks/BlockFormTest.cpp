@@ -5,9 +5,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 using BlockFormTest = BlockFixture;
 
 TEST_F(BlockFormTest, RowsTellNumberNameClassAndColour)
@@ -150,7 +147,5 @@ TEST_F(BlockFormTest, HelpAndMentorOpenOnTheBlock)
     EXPECT_EQ(std::tuple(start.kind, start.member, start.freqDigMode), std::tuple(2, 1, 1));
     EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }));
 }
-
-} // namespace
 
 } // namespace quorvik::testing

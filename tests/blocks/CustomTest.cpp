@@ -6,9 +6,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 class CustomTest : public BlockFixture
 {
 protected:
@@ -138,7 +135,5 @@ TEST_F(CustomTest, ASavedNumberOutsideTheTableIsAnEmptyRow)
     EXPECT_EQ(Saved(2), Name("217"));
     EXPECT_EQ(Saved(3), Name("-1"));
 }
-
-} // namespace
 
 } // namespace quorvik::testing

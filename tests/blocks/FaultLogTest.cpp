@@ -9,9 +9,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 class ClockTest : public BlockFixture
 {
 protected:
@@ -138,7 +135,5 @@ TEST_F(ClockTest, SetToSystemTakesAFreshReadingForEachWord)
         EXPECT_EQ(Record(256 + i).WriteFlag, WriteState::Queued);
     }
 }
-
-} // namespace
 
 } // namespace quorvik::testing

@@ -5,18 +5,10 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 TEST(Geometry, WiresLeaveAndEnterAtRightAngles)
 {
     const double half = Drawing::HalfWay;
-    const struct {
-        Port from;
-        Port to;
-        double bend;
-        QPolygonF corners;
-    } cases[] = {
+    const std::tuple<Port, Port, double, QPolygonF> cases[] = {
         {{{0, 5}, Side::Right}, {{9, 5}, Side::Left}, half, {{{0, 5}, {9, 5}}}},
         {{{0, 5}, Side::Right}, {{10, 9}, Side::Left}, half, {{{0, 5}, {5, 5}, {5, 9}, {10, 9}}}},
         {{{0, 5}, Side::Right}, {{10, 9}, Side::Left}, 8, {{{0, 5}, {8, 5}, {8, 9}, {10, 9}}}},
@@ -27,8 +19,8 @@ TEST(Geometry, WiresLeaveAndEnterAtRightAngles)
         {{{0, 0}, Side::Any}, {{10, 8}, Side::Left}, half, {{{0, 0}, {0, 8}, {10, 8}}}},
         {{{0, 0}, Side::Any}, {{10, 8}, Side::Top}, half, {{{0, 0}, {10, 0}, {10, 8}}}},
     };
-    for (const auto &wire : cases)
-        EXPECT_EQ(RouteWire(wire.from, wire.to, wire.bend), wire.corners);
+    for (const auto &[from, to, bend, corners] : cases)
+        EXPECT_EQ(RouteWire(from, to, bend), corners);
 }
 
 TEST(Geometry, AnArrowHeadLiesBehindItsTip)
@@ -71,7 +63,5 @@ TEST(Drawing, ArmsTouchTheirContactsOrHangAndALinkFollows)
     make.Set(1);
     EXPECT_EQ(Drawing::ArmEnd(d.At(make.Index())), QPointF(8, 20));
 }
-
-} // namespace
 
 } // namespace quorvik::testing

@@ -5,18 +5,11 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 using LogicBlocksTest = BlockFixture;
 
 TEST_F(LogicBlocksTest, TheThresholdSwitchHasTwoEdges)
 {
-    const struct {
-        std::int32_t input;
-        std::int32_t hysteresis;
-        bool on;
-    } steps[] = {
+    const std::tuple<std::int32_t, std::int32_t, bool> steps[] = {
         {110, 10, false},
         {111, 10, true},
         {91, 10, true},
@@ -30,11 +23,11 @@ TEST_F(LogicBlocksTest, TheThresholdSwitchHasTwoEdges)
     };
     for (const auto &[member, base] : {std::pair(0, 177), std::pair(1, 183)}) {
         Open("FormThresholds", member);
-        for (const auto &step : steps) {
-            Set({{base, step.input}, {base + 1, 100}, {base + 2, step.hysteresis}});
+        for (const auto &[input, hysteresis, on] : steps) {
+            Set({{base, input}, {base + 1, 100}, {base + 2, hysteresis}});
             Tick();
-            EXPECT_EQ(State("LineSwitch"), step.on ? 0 : 1)
-                << "member " << member << " input " << step.input << " hysteresis " << step.hysteresis;
+            EXPECT_EQ(State("LineSwitch"), on ? 0 : 1)
+                << "member " << member << " input " << input << " hysteresis " << hysteresis;
         }
         Close();
     }
@@ -90,7 +83,5 @@ TEST_F(LogicBlocksTest, TheTimerFollowsItsSelectorsInTheSameTickAndCountsOffLine
     form->close();
     EXPECT_FALSE(emulator->isActive());
 }
-
-} // namespace
 
 } // namespace quorvik::testing

@@ -3,9 +3,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 using SignalPathTest = BlockFixture;
 
 TEST_F(SignalPathTest, WhatMovesFollowsItsParameters)
@@ -156,12 +153,7 @@ TEST_F(SignalPathTest, ARefusedClickChangesNothingAndThePointerSaysSo)
 
 TEST_F(SignalPathTest, TerminalsAreThoseOfTheMember)
 {
-    const struct {
-        const char *form;
-        int member;
-        const char *label;
-        const char *terminal;
-    } terminals[] = {
+    const std::tuple<const char *, int, const char *, const char *> terminals[] = {
         {"FormRelayOutputs", 1, "LabelNO", "25"},      {"FormRelayOutputs", 3, "LabelNO", "54"},
         {"FormRelayOutputs", 2, "LabelNC", "29"},      {"FormRelayOutputs", 3, "LabelWiper", "56"},
         {"FormAnalogOutputs", 1, "LabelOutput", "21"}, {"FormAnalogOutputs", 2, "LabelCom", "24"}};
@@ -171,7 +163,5 @@ TEST_F(SignalPathTest, TerminalsAreThoseOfTheMember)
         Close();
     }
 }
-
-} // namespace
 
 } // namespace quorvik::testing

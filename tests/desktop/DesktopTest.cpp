@@ -20,9 +20,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 class CountingForm : public Form
 {
 public:
@@ -216,7 +213,5 @@ TEST(DesktopAsker, TheFilterTakesEveryCaseOfLettersAndANameWithoutExtensionBecom
             dialog->accept();
         });
 }
-
-} // namespace
 
 } // namespace quorvik::testing

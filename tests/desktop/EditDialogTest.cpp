@@ -6,9 +6,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 constexpr int Edited = 226;
 
 class EditDialogTest : public WindowTest
@@ -171,7 +168,5 @@ TEST_F(EditDialogTest, EnterAcceptsAndAnyOtherClosingIsACancel)
         EXPECT_FALSE(dialog->isVisible());
     }
 }
-
-} // namespace
 
 } // namespace quorvik::testing

@@ -8,9 +8,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 class VirtualOperatorSetup : public PanelTest
 {
 protected:
@@ -134,23 +131,18 @@ TEST_F(VirtualOperatorSetup, AConflictIsRefusedButNotOneWithSignalA)
 
 TEST_F(VirtualOperatorSetup, ARefusedEntryStaysForCorrection)
 {
-    const struct {
-        const char *bias;
-        const char *gain;
-        const char *told;
-        const char *focused;
-    } cases[] = {
+    const std::tuple<const char *, const char *, const char *, const char *> cases[] = {
         {"1,5", "10", "Please enter a numerical value for the Bias.", "TextBiasGain(0)"},
         {"0", "", "Please enter a numerical value for the Gain.", "TextBiasGain(1)"},
         {"0", "100.01", "The valid Gain range for model", "TextBiasGain(1)"},
     };
-    for (const auto &each : cases) {
+    for (const auto &[bias, gain, refusal, focused] : cases) {
         OpenOn(1, 217);
-        Enter(each.bias, each.gain);
-        desk.asker.Expect(Name(each.told));
+        Enter(bias, gain);
+        desk.asker.Expect(Name(refusal));
         Click("CommandOK");
         EXPECT_TRUE(window->isVisible());
-        EXPECT_TRUE(Find(each.focused)->hasFocus()) << each.told;
+        EXPECT_TRUE(Find(focused)->hasFocus()) << refusal;
         EXPECT_EQ(Setting(1), VirtualSetting{});
     }
     // An end beyond sixteen bits fails at the slider.
@@ -185,7 +177,5 @@ TEST_F(VirtualOperatorSetup, PropertiesOpensOnTheControlThatWasClicked)
     InModal([this] { panel->findChild<QAction *>(Name("mnuProperties"))->trigger(); },
             [](const Controls &setup) { EXPECT_EQ(setup.Text("ComboInput"), "Digital D"); });
 }
-
-} // namespace
 
 } // namespace quorvik::testing

@@ -172,23 +172,20 @@ TEST_F(VirtualOperator, FitsTheScreenAndStaysOnItWithoutTheMainWindow)
 TEST_F(VirtualOperator, SaysWhatKeepsStopFromStopping)
 {
     Open();
-    const struct {
-        const char *reason;
-        int p, rawValue;
-    } cases[] = {
+    const std::tuple<const char *, int, int> cases[] = {
         {"", 239, 1},
         {"(1) Digital In 1 Destination drives Run", 1, 239},
         {"Logic Select is not 2 Wire", 245, 0},
         {"there is no link to it", 422, 1},
         {"it does not let go of its inputs while it runs", 422, 1},
     };
-    for (const auto &each : cases) {
-        desk.online = each.reason[0] == 'i';
-        const std::int32_t before = std::exchange(P(each.p), each.rawValue);
+    for (const auto &[reason, p, rawValue] : cases) {
+        desk.online = reason[0] == 'i';
+        const std::int32_t before = std::exchange(P(p), rawValue);
         Tick();
-        EXPECT_EQ(Find("LabelNotice")->isVisible(), each.reason[0] != 0) << each.reason;
-        EXPECT_NE(Text("LabelNotice").find(each.reason), std::string::npos) << each.reason;
-        P(each.p) = before;
+        EXPECT_EQ(Find("LabelNotice")->isVisible(), reason[0] != 0) << reason;
+        EXPECT_NE(Text("LabelNotice").find(reason), std::string::npos) << reason;
+        P(p) = before;
     }
 }
 

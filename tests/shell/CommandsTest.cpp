@@ -17,9 +17,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 constexpr int Edited = 226;
 
 class Commands : public ShellTest
@@ -48,8 +45,6 @@ protected:
     std::int32_t Value() const { return Table().Value(Edited); }
     void Edit(std::int32_t raw) { Table().SetParamValue(Edited, raw, true, false); }
 };
-
-} // namespace
 
 TEST_F(Commands, BlocksOpenTheirWindowsOneByOneAndTogether)
 {

@@ -5,9 +5,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 constexpr int WaitMs = 8000;
 
 /** Whole set-ups as a user makes them: through menus, clicks and keys, with a drive behind. */
@@ -41,12 +38,10 @@ protected:
         };
         expectAll();
         drive.Set(expected.begin()->first, 0);
-        drive.Send(QStringLiteral("power-cycle"));
+        drive.Send(Name("power-cycle"));
         expectAll();
     }
 };
-
-} // namespace
 
 TEST_F(SetupTest, BasicSetupArrivesInTheDriveAndOutlivesItsPower)
 {

@@ -10,9 +10,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 constexpr std::int32_t Orange = 0x0080ff; // blue, green, red
 
 class ColorSettings : public WindowTest
@@ -115,7 +112,5 @@ TEST_F(About, StartsTheFirstViewerThatThereIsOrSaysThatThereIsNone)
     ASSERT_TRUE(mark.open(QIODevice::ReadOnly));
     EXPECT_EQ(mark.readAll().trimmed(), QByteArray("gnome-control-center info-overview"));
 }
-
-} // namespace
 
 } // namespace quorvik::testing

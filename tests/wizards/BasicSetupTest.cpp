@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace quorvik;
-using namespace quorvik::testing;
-
-namespace
+namespace quorvik::testing
 {
 
 class BasicSetupTest : public ::testing::Test
@@ -30,7 +27,7 @@ protected:
             {Entry::NegativeLimit, "-120.00"},
         };
         for (const auto &[entry, text] : answers)
-            setup.SetText(entry, QString::fromLatin1(text));
+            setup.SetText(entry, Name(text));
     }
 
     void ExpectFailure(const std::string &sentenceStart)
@@ -48,8 +45,6 @@ protected:
     TestDesk desk;
     BasicSetup setup{desk.model};
 };
-
-} // namespace
 
 TEST_F(BasicSetupTest, WritesTheRowsOfTheModeInTheirOrder)
 {
@@ -85,7 +80,7 @@ TEST_F(BasicSetupTest, TakesAnEmptyFieldCurrentOnlyFromAMotorWithoutField)
 {
     setup.fieldType = PermanentMagnet;
     for (const auto &[text, demand] : {std::pair("", "339=0 "), {"none", "339=0 "}, {"2", "339=2500 "}}) {
-        setup.SetText(Entry::BaseFieldCurrent, QString::fromLatin1(text));
+        setup.SetText(Entry::BaseFieldCurrent, Name(text));
         const std::string writes = Writes(setup.Plan());
         EXPECT_NE(writes.find(demand), std::string::npos) << writes;
         EXPECT_NE(writes.find("331=0 "), std::string::npos) << writes;
@@ -97,24 +92,19 @@ TEST_F(BasicSetupTest, TakesAnEmptyFieldCurrentOnlyFromAMotorWithoutField)
 
 TEST_F(BasicSetupTest, NamesTheEntryThatCannotBeConvertedAndWritesNothing)
 {
-    const struct {
-        Entry entry;
-        const char *text;
-        const char *named;
-        OperatingMode mode;
-    } rows[] = {
+    const std::tuple<Entry, const char *, const char *, OperatingMode> rows[] = {
         {Entry::ForwardMaxSpeed, "fast", "Forward Max Speed: ", StandardVelocity},
         {Entry::ReverseMaxSpeed, "-", "Reverse Max Speed: ", StandardVelocity},
         {Entry::TopFieldCurrent, "", "Top Speed Field Current: ", FieldCrossover},
         {Entry::NegativeLimit, "low", "Negative I Limit: ", Torque},
         {Entry::RatedSpeed, "0", "Forward Max Speed: Division by zero.", StandardVelocity},
     };
-    for (const auto &row : rows) {
-        const QString good = setup.Text(row.entry);
-        setup.operatingMode = row.mode;
-        setup.SetText(row.entry, QString::fromLatin1(row.text));
-        ExpectFailure(row.named);
-        setup.SetText(row.entry, good);
+    for (const auto &[entry, text, named, mode] : rows) {
+        const QString good = setup.Text(entry);
+        setup.operatingMode = mode;
+        setup.SetText(entry, Name(text));
+        ExpectFailure(named);
+        setup.SetText(entry, good);
     }
     setup.feedback = NoFeedback;
     ExpectFailure(desk.model.ParamTable[197].Name.toStdString());
@@ -145,35 +135,31 @@ TEST_F(BasicSetupTest, CommitQueuesWhatTheListShowsAndSavesInTheDriveLast)
 
 TEST(TachJumpersTest, SumUpToTheVoltageWithinWhatTheBoardHas)
 {
-    const struct {
-        int volts;
-        TachJumpers jumpers;
-    } rows[] = {
+    const std::tuple<int, TachJumpers> rows[] = {
         {0, {10, 0, 0}},      {9, {10, 0, 0}},       {10, {10, 0, 0}},    {11, {10, 0, 1}},
         {37, {30, 0, 7}},     {99, {90, 0, 9}},      {100, {100, 0, 0}},  {109, {100, 0, 9}},
         {110, {10, 100, 0}},  {150, {50, 100, 0}},   {199, {90, 100, 9}}, {200, {100, 100, 0}},
         {201, {100, 100, 0}}, {9999, {100, 100, 0}},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(JumpersFor(row.volts), row.jumpers) << row.volts;
+    for (const auto &[volts, jumpers] : rows)
+        EXPECT_EQ(JumpersFor(volts), jumpers) << volts;
 }
 
 TEST_F(BasicSetupTest, RoundsSpeedAndRatingBeforeTheyMakeAVoltage)
 {
-    const struct {
-        const char *speed;
-        const char *rating;
-        double volts;
-    } rows[] = {{"1750", "18.5", 31.5}, {"1750", "19.5", 35.0}, {"1000", "200", 200.0},
-                {"", "50", 0.0},        {"1750", "x", 0.0},     {"2001", "100", 200.1}};
-    for (const auto &row : rows) {
-        setup.SetText(Entry::RatedSpeed, QString::fromLatin1(row.speed));
-        setup.SetText(Entry::TachRating, QString::fromLatin1(row.rating));
-        EXPECT_DOUBLE_EQ(setup.TachVoltage(), row.volts) << row.speed << ' ' << row.rating;
+    const std::tuple<const char *, const char *, double> rows[] = {
+        {"1750", "18.5", 31.5}, {"1750", "19.5", 35.0}, {"1000", "200", 200.0},
+        {"", "50", 0.0},        {"1750", "x", 0.0},     {"2001", "100", 200.1}};
+    for (const auto &[speed, rating, volts] : rows) {
+        setup.SetText(Entry::RatedSpeed, Name(speed));
+        setup.SetText(Entry::TachRating, Name(rating));
+        EXPECT_DOUBLE_EQ(setup.TachVoltage(), volts) << speed << ' ' << rating;
     }
-    EXPECT_EQ(setup.LimitAmpsText(-75), QStringLiteral("-90"));
-    setup.SetText(Entry::ArmatureCurrent, QStringLiteral("33"));
-    EXPECT_EQ(setup.LimitAmpsText(150), QStringLiteral("49.5"));
+    EXPECT_EQ(setup.LimitAmpsText(-75), Name("-90"));
+    setup.SetText(Entry::ArmatureCurrent, Name("33"));
+    EXPECT_EQ(setup.LimitAmpsText(150), Name("49.5"));
     setup.SetText(Entry::ArmatureCurrent, {});
-    EXPECT_EQ(setup.LimitAmpsText(150), QStringLiteral("0"));
+    EXPECT_EQ(setup.LimitAmpsText(150), Name("0"));
 }
+
+} // namespace quorvik::testing

@@ -6,9 +6,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 constexpr int RegenerativeModel = 5;     // 174 A
 constexpr int NonRegenerativeModel = 21; // 174 A
 
@@ -44,25 +41,19 @@ protected:
     }
 };
 
-} // namespace
-
 TEST_F(FormWizardBasicTest, WalksThePagesOfTheModeInBothDirections)
 {
-    const struct {
-        bool online;
-        OperatingMode mode;
-        std::vector<int> steps;
-    } rows[] = {
+    const std::tuple<bool, OperatingMode, std::vector<int>> rows[] = {
         {false, StandardVelocity, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
         {true, StandardVelocity, {0, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
         {false, FieldCrossover, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
         {true, Torque, {0, 2, 3, 6, 7, 8, 9, 10}},
         {false, Torque, {0, 1, 2, 3, 6, 7, 8, 9, 10}},
     };
-    for (const auto &row : rows) {
-        desk.online = row.online;
-        OpenAnswered(row.mode, EncoderFeedback);
-        ExpectWalk(row.steps);
+    for (const auto &[online, mode, steps] : rows) {
+        desk.online = online;
+        OpenAnswered(mode, EncoderFeedback);
+        ExpectWalk(steps);
     }
 }
 

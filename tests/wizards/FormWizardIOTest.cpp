@@ -4,9 +4,6 @@
 namespace quorvik::testing
 {
 
-namespace
-{
-
 constexpr int PercentParam = 218; // percent with two decimals
 constexpr int ListedParam = 197;  // "AFB", "TFB", "EFB"
 
@@ -75,22 +72,17 @@ protected:
     }
 };
 
-} // namespace
-
 TEST_F(FormWizardIOTest, WalksThePagesOfTheKindInBothDirections)
 {
-    const struct {
-        WizardIOStartRecord start;
-        std::vector<int> steps;
-    } rows[] = {
+    const std::tuple<WizardIOStartRecord, std::vector<int>> rows[] = {
         {{0, 0, 1}, {0, 1, 2, 3, 4, 5, 6, 10}}, {{0, 1, 6}, {0, 1, 2, 3, 6, 10}},
         {FreqIn, {0, 1, 2, 3, 5, 6, 10}},       {{1, 0, 1}, {0, 1, 7, 8, 9, 10}},
         {FreqOut, {0, 1, 7, 8, 9, 10}},         {DigitalOut, {0, 1, 7, 8, 9, 10}},
         {{1, 2, 2}, {0, 1, 7, 8, 9, 10}},
     };
-    for (const auto &row : rows) {
-        OpenAnswered(row.start, PercentParam, 0);
-        ExpectWalk(row.steps);
+    for (const auto &[start, steps] : rows) {
+        OpenAnswered(start, PercentParam, 0);
+        ExpectWalk(steps);
     }
     GoTo(1);
     Click("OptionInputsOutputs(0)");
@@ -100,11 +92,7 @@ TEST_F(FormWizardIOTest, WalksThePagesOfTheKindInBothDirections)
 
 TEST_F(FormWizardIOTest, OpensOnTheBlockThatAskedForIt)
 {
-    const struct {
-        WizardIOStartRecord start;
-        std::vector<const char *> chosen;
-        const char *disabled;
-    } rows[] = {
+    const std::tuple<WizardIOStartRecord, std::vector<const char *>, const char *> rows[] = {
         {{0, 0, 4}, {"OptionInputType(0)", "OptionInput(4)", "OptionAnalogType(1)"}, "OptionAnalogType(0)"},
         {{0, 1, 6}, {"OptionInputType(1)", "OptionInput(6)"}, "OptionFreqDigMode(0)"},
         {FreqIn, {"OptionInputType(2)", "OptionInput(0)"}, "OptionInput(1)"},
@@ -112,11 +100,11 @@ TEST_F(FormWizardIOTest, OpensOnTheBlockThatAskedForIt)
         {{1, 0, 1}, {"OptionOutputType(0)", "OptionOutput(1)"}, "OptionOutput(2)"},
         {{1, 2, 2}, {"OptionOutputType(2)", "OptionOutput(2)"}, "OptionFreqDigMode(1)"},
     };
-    for (const auto &row : rows) {
-        OpenOn(row.start);
-        for (const char *name : row.chosen)
+    for (const auto &[start, chosen, disabled] : rows) {
+        OpenOn(start);
+        for (const char *name : chosen)
             EXPECT_TRUE(Checked(name)) << name;
-        EXPECT_TRUE(Find(row.disabled)->testAttribute(Qt::WA_ForceDisabled)) << row.disabled;
+        EXPECT_TRUE(Find(disabled)->testAttribute(Qt::WA_ForceDisabled)) << disabled;
     }
     // On outputs nothing of the inputs is chosen until they are.
     EXPECT_EQ(Find<QComboBox>("ComboDestination")->count(), 0);
@@ -171,13 +159,7 @@ TEST_F(FormWizardIOTest, EachPageIsWholeWithALongNameAndLeftWithoutATrace)
 
 TEST_F(FormWizardIOTest, RefusesABadEntryWithItsMessageAndGoesThere)
 {
-    const struct {
-        WizardIOStartRecord start;
-        int step;
-        const char *name;
-        const char *text;
-        Name message;
-    } rows[] = {
+    const std::tuple<WizardIOStartRecord, int, const char *, const char *, Name> rows[] = {
         {AnalogIn, 5, "TextCal(0)", "x", NoNumber("0% Calibration")},
         {AnalogIn, 5, "TextCal(1)", "4096", OutOfRange("100% Calibration", "0", "4095")},
         {AnalogIn, 5, "TextCal(1)", "100", "The 100% ADC value must be greater than the 0% ADC value."},
@@ -192,39 +174,34 @@ TEST_F(FormWizardIOTest, RefusesABadEntryWithItsMessageAndGoesThere)
         {Relay, 9, "TextOutputBiasGain(0)", "101", OutOfRange("On Value", "-100.00 %", "100.00 %", true)},
         {Relay, 9, "TextOutputBiasGain(1)", "-", NoNumber("Off Value")},
     };
-    for (const auto &row : rows) {
-        OpenAnswered(row.start, PercentParam, row.step);
-        Type(row.name, row.text);
-        ExpectRefusal(row.message, row.name);
+    for (const auto &[start, step, name, text, message] : rows) {
+        OpenAnswered(start, PercentParam, step);
+        Type(name, text);
+        ExpectRefusal(message, name);
     }
 }
 
 TEST_F(FormWizardIOTest, AsksWhetherBothValuesOfAListMayBeTheSame)
 {
-    const struct {
-        WizardIOStartRecord start;
-        int step;
-        const char *infix;
-        const char *second;
-        const char *pair;
-    } rows[] = {{DigitalIn, 6, "ComboBiasGain", "Closed Value", "Open and Closed"},
-                {Relay, 9, "ComboOutputBiasGain", "Off Value", "On and Off"}};
-    for (const auto &row : rows) {
-        OpenAnswered(row.start, ListedParam, row.step);
-        EXPECT_EQ(Find<QComboBox>(ControlName(row.infix, 0))->count(), 3);
-        Pick(ControlName(row.infix, 1), -1);
-        ExpectRefusal(QStringLiteral("Please select a valid item from the %1 list.").arg(Name(row.second)),
-                      ControlName(row.infix, 1));
-        Pick(ControlName(row.infix, 1), 0);
+    const std::tuple<WizardIOStartRecord, int, const char *, const char *, const char *> rows[] = {
+        {DigitalIn, 6, "ComboBiasGain", "Closed Value", "Open and Closed"},
+        {Relay, 9, "ComboOutputBiasGain", "Off Value", "On and Off"}};
+    for (const auto &[start, step, infix, second, pair] : rows) {
+        OpenAnswered(start, ListedParam, step);
+        EXPECT_EQ(Find<QComboBox>(ControlName(infix, 0))->count(), 3);
+        Pick(ControlName(infix, 1), -1);
+        ExpectRefusal(QStringLiteral("Please select a valid item from the %1 list.").arg(Name(second)),
+                      ControlName(infix, 1));
+        Pick(ControlName(infix, 1), 0);
         for (const MsgAnswer answer : {MsgAnswer::No, MsgAnswer::Yes}) {
             desk.asker.Expect(QStringLiteral("Typically the %1 Values\r\nshould not have identical values."
                                              "\r\n\r\nDo you want to proceed?")
-                                  .arg(Name(row.pair)),
+                                  .arg(Name(pair)),
                               answer);
             Next();
             EXPECT_EQ(desk.asker.Shown.last().buttons, MsgButtons::YesNo);
             EXPECT_EQ(desk.asker.Shown.last().icon, MsgIcon::Question);
-            EXPECT_EQ(form->CurrentStep(), answer == MsgAnswer::Yes ? 10 : row.step);
+            EXPECT_EQ(form->CurrentStep(), answer == MsgAnswer::Yes ? 10 : step);
         }
     }
 }

@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace quorvik;
-using namespace quorvik::testing;
-
-namespace
+namespace quorvik::testing
 {
 
 constexpr int PercentParam = 218; // percent with two decimals
@@ -18,8 +15,8 @@ class IOSetupTest : public ::testing::Test
 protected:
     IOSetupTest()
     {
-        setup.calTexts = {QStringLiteral("12"), QStringLiteral("2000")};
-        setup.inputValues.texts = {QStringLiteral("1.5"), QStringLiteral("50")};
+        setup.calTexts = {Name("12"), Name("2000")};
+        setup.inputValues.texts = {Name("1.5"), Name("50")};
         setup.inputValues.picks = {2, 1};
         setup.analogType = VoltageSignal;
         setup.polarity = Unipolar;
@@ -44,8 +41,6 @@ protected:
     TestDesk desk;
     IOSetup setup{desk.model};
 };
-
-} // namespace
 
 TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
 {
@@ -105,7 +100,7 @@ TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
     };
     setup.branch = Outputs;
     EXPECT_EQ(Writes(setup.Plan()), "") << "while no kind is chosen";
-    setup.outputValues.texts = {QStringLiteral("1"), QStringLiteral("5")};
+    setup.outputValues.texts = {Name("1"), Name("5")};
     setup.outputValues.picks = {0, 2};
     for (const auto &row : rows) {
         ChooseOutput(row.type, row.output, row.mode);
@@ -133,7 +128,7 @@ TEST_F(IOSetupTest, PlansExactlyWhatWritingStepByStepWouldLeave)
     // The link's rule clamps and re-scales 92 and 93 before the values after it are written.
     ChooseOutput(FreqDigOutput, 0, DigitalMode);
     setup.Source = 123;
-    setup.outputValues.texts = {QStringLiteral("90"), QStringLiteral("60")};
+    setup.outputValues.texts = {Name("90"), Name("60")};
     TestDesk other;
     const std::tuple<int, int, bool> steps[] = {
         {90, 1, false}, {89, 123, true}, {92, 90, false}, {93, 60, false}, {91, 1, false}};
@@ -174,7 +169,7 @@ TEST_F(IOSetupTest, ScalesTheGainToTheRangeOfTheSourceAndClipsIt)
         SCOPED_TRACE(row.writes);
         ChooseOutput(row.type, 0);
         desk.model.ParamTable[PercentParam].Max = row.sourceMax;
-        setup.outputValues.texts = {QString::fromLatin1(row.bias), QString::fromLatin1(row.gain)};
+        setup.outputValues.texts = {Name(row.bias), Name(row.gain)};
         const WritePlan plan = setup.Plan();
         EXPECT_EQ(Writes(plan),
                   (row.type == AnalogOutput ? "81=218* " : "89=218* ") + std::string(row.writes));
@@ -189,7 +184,7 @@ TEST_F(IOSetupTest, ScalesTheGainToTheRangeOfTheSourceAndClipsIt)
 
 TEST_F(IOSetupTest, RefusesASourceWithoutRangeBeforeAnythingIsWritten)
 {
-    setup.outputValues.texts = {QStringLiteral("0"), QStringLiteral("10")};
+    setup.outputValues.texts = {Name("0"), Name("10")};
     setup.Source = PercentParam;
     desk.model.ParamTable[PercentParam].Max = 0;
     const auto before = Snapshot(desk.model);
@@ -198,7 +193,7 @@ TEST_F(IOSetupTest, RefusesASourceWithoutRangeBeforeAnythingIsWritten)
         EXPECT_THROW(setup.WriteIOSetup(), RuntimeFailure);
     }
     ChooseInput(AnalogInput, 0);
-    setup.calTexts[1] = QStringLiteral("most");
+    setup.calTexts[1] = Name("most");
     EXPECT_THROW(setup.WriteIOSetup(), RuntimeFailure);
     EXPECT_EQ(Snapshot(desk.model), before);
 }
@@ -249,10 +244,12 @@ TEST_F(IOSetupTest, ListsAValueInTheScaleItWasConvertedWith)
         desk.model.ParamTable[8].Value = old;
         const std::vector<PlannedLine> lines = setup.Plan().Lines(desk.model);
         ASSERT_EQ(lines.size(), 3U);
-        EXPECT_EQ(lines[0].newText, QStringLiteral("232 ") + desk.model.ParamTable[ListedParam].Name);
+        EXPECT_EQ(lines[0].newText, Name("232 ") + desk.model.ParamTable[ListedParam].Name);
         EXPECT_EQ(lines[1].oldText, QString::number(old));
-        EXPECT_EQ(lines[1].newText, QStringLiteral("Coast"));
+        EXPECT_EQ(lines[1].newText, Name("Coast"));
     }
     setup.Destination = PercentParam;
-    EXPECT_EQ(setup.Plan().Lines(desk.model)[2].newText, QStringLiteral("50.00 %"));
+    EXPECT_EQ(setup.Plan().Lines(desk.model)[2].newText, Name("50.00 %"));
 }
+
+} // namespace quorvik::testing

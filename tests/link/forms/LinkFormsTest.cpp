@@ -35,35 +35,29 @@ protected:
 
 TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
 {
-    const struct {
-        int before;
-        int steps;
-        bool byButton;
-        bool online;
-        int after;
-    } cases[] = {
+    const std::tuple<int, int, bool, bool, int> cases[] = {
         {3, 1, true, false, 4},
         {3, 1, false, false, 4},
         {20, 0, true, false, 20}, // a port beyond the list stays unless one is chosen
         {2, 1, true, true, 2},    // on line nothing changes
     };
-    for (const auto &c : cases) {
-        link.MSComm1.SetCommPort(c.before);
-        if (c.online)
+    for (const auto &[before, steps, byButton, online, after] : cases) {
+        link.MSComm1.SetCommPort(before);
+        if (online)
             link.GoOnLine();
         Show<FormCommunications>(&desk.mainWindow, link);
         auto *ports = Find<QComboBox>("ComboCommPort");
         EXPECT_EQ(ports->count(), 16);
-        EXPECT_EQ(ports->currentIndex(), c.before > 16 ? -1 : c.before - 1);
-        EXPECT_EQ(ports->isEnabled(), !c.online);
-        ports->setCurrentIndex(ports->currentIndex() + c.steps);
-        EXPECT_EQ(link.MSComm1.CommPort(), c.before) << "not before the window closes";
-        if (c.byButton)
+        EXPECT_EQ(ports->currentIndex(), before > 16 ? -1 : before - 1);
+        EXPECT_EQ(ports->isEnabled(), !online);
+        ports->setCurrentIndex(ports->currentIndex() + steps);
+        EXPECT_EQ(link.MSComm1.CommPort(), before) << "not before the window closes";
+        if (byButton)
             Click("CommandOK");
         else
             Press(Qt::Key_Escape);
         EXPECT_FALSE(window->isVisible());
-        EXPECT_EQ(link.MSComm1.CommPort(), c.after);
+        EXPECT_EQ(link.MSComm1.CommPort(), after);
     }
     EXPECT_EQ(StoredDevice(2), Name("/dev/ttyS1"));
 }
