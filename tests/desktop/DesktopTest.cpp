@@ -23,30 +23,23 @@ namespace quorvik::testing
 class CountingForm : public Form
 {
 public:
-    CountingForm(Desk &desk, int &unloads)
-        : Form(desk, Name("FormCounting"), Name("Counting"), QString())
-        , unloads_(unloads)
-    {
-    }
+    using Form::Form;
+    int unloads = 0;
 
 protected:
-    void Unload() override { ++unloads_; }
-
-private:
-    int &unloads_;
+    void Unload() override { ++unloads; }
 };
 
 TEST(Form, LeavesOnceHoweverOftenItIsClosed)
 {
     TestDesk desk;
-    int unloads = 0;
-    const QPointer<Form> form = new CountingForm(desk.desk, unloads);
+    const QPointer<CountingForm> form = new CountingForm(desk.desk, {}, Name("Counting"), {});
     form->show();
     ASSERT_EQ(desk.forms.FindOpenBlock(Name("Counting")), 1);
     form->close();
     QCloseEvent again;
     QCoreApplication::sendEvent(form, &again);
-    EXPECT_EQ(unloads, 1);
+    EXPECT_EQ(form->unloads, 1);
     EXPECT_EQ(desk.forms.Count(), 1) << "a window that waits for its deletion is no open one";
     EXPECT_TRUE(QTest::qWaitFor([&] { return form.isNull(); }));
 }
@@ -193,18 +186,19 @@ TEST(DesktopAsker, TheFilterTakesEveryCaseOfLettersAndANameWithoutExtensionBecom
     for (const char *name : {"a.svx", "b.SVX", "c.Svx", "d.txt"})
         EXPECT_TRUE(QFile(folder.filePath(Name(name))).open(QIODevice::WriteOnly));
     DesktopAsker asker;
+    std::optional<QString> chosen;
     InModal(
         [&] {
-            EXPECT_EQ(asker.ShowOpen({Name("Open"), folder.path(), QString()}), std::nullopt);
+            chosen = asker.ShowOpen({Name("Open"), folder.path(), {}});
         },
         [](const Controls &dialog) {
             const auto *list = dialog.Find<QListView>("listView");
             EXPECT_TRUE(QTest::qWaitFor([=] { return list->model()->rowCount(list->rootIndex()) == 3; }));
         });
-    const QString mill = folder.filePath(Name("mill.Svx"));
+    EXPECT_EQ(chosen, std::nullopt);
     InModal<QDialog>(
         [&] {
-            EXPECT_EQ(asker.ShowSave({Name("Save As"), folder.path(), QString()}), mill);
+            chosen = asker.ShowSave({Name("Save As"), folder.path(), {}});
         },
         [](QDialog *dialog) {
             EXPECT_EQ(FindIn<QComboBox>(dialog, "fileTypeCombo")->itemText(0), Name("All Files (*.*)"));
@@ -212,6 +206,7 @@ TEST(DesktopAsker, TheFilterTakesEveryCaseOfLettersAndANameWithoutExtensionBecom
             dialog->findChild<QLineEdit *>()->setText(Name("mill"));
             dialog->accept();
         });
+    EXPECT_EQ(chosen, folder.filePath(Name("mill.Svx")));
 }
 
 } // namespace quorvik::testing

@@ -20,11 +20,6 @@ protected:
         if (destination != 0)
             PickParam("ComboDestination", destination);
     }
-    void Enter(const char *bias, const char *gain) const
-    {
-        Type("TextBiasGain(0)", bias);
-        Type("TextBiasGain(1)", gain);
-    }
     bool Offers(const char *destination) const
     {
         return Find<QComboBox>("ComboDestination")->findText(Name(destination), Qt::MatchStartsWith) >= 0;
@@ -68,7 +63,7 @@ TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
         VirtualSlider &slider = panel->VScrollSignal(0);
         slider.SetLimits(10000, 0, 1000);
         slider.setValue(each.position);
-        Enter(each.bias, each.gain);
+        TypeAll("TextBiasGain", {each.bias, each.gain});
         ASSERT_TRUE(Enabled("CommandApply"));
         int writes = 0;
         QObject::connect(&desk.model, &Model::TitleChanged, window, [&writes] { ++writes; });
@@ -87,7 +82,7 @@ TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
 TEST_F(VirtualOperatorSetup, ASliderUpsideDownStillGoesUpWithTheUpKey)
 {
     OpenOn(0, 217);
-    Enter("75", "25");
+    TypeAll("TextBiasGain", {"75", "25"});
     Click("CommandOK");
     EXPECT_FALSE(window->isVisible());
     VirtualSlider &slider = panel->VScrollSignal(0);
@@ -138,7 +133,7 @@ TEST_F(VirtualOperatorSetup, ARefusedEntryStaysForCorrection)
     };
     for (const auto &[bias, gain, refusal, focused] : cases) {
         OpenOn(1, 217);
-        Enter(bias, gain);
+        TypeAll("TextBiasGain", {bias, gain});
         desk.asker.Expect(Name(refusal));
         Click("CommandOK");
         EXPECT_TRUE(window->isVisible());
@@ -148,7 +143,7 @@ TEST_F(VirtualOperatorSetup, ARefusedEntryStaysForCorrection)
     // An end beyond sixteen bits fails at the slider.
     Record(217).Max = 100000;
     OpenOn(1, 217);
-    Enter("0", "400");
+    TypeAll("TextBiasGain", {"0", "400"});
     Click("CommandOK");
     EXPECT_EQ(told.size(), 1);
     EXPECT_TRUE(window->isVisible());

@@ -50,10 +50,7 @@ TEST_F(SetupTest, BasicSetupArrivesInTheDriveAndOutlivesItsPower)
     InModal([this] { Trigger("mnuMentorsBasic"); },
             [](const Controls &mentor) {
                 GoForward(mentor, 2); // introduction, operating mode; the model comes from the drive
-                mentor.Type("TextMotorData(0)", "120");
-                mentor.Type("TextMotorData(1)", "240");
-                mentor.Type("TextMotorData(2)", "1150");
-                mentor.Type("TextMotorData(3)", "3.20");
+                mentor.TypeAll("TextMotorData", {"120", "240", "1150", "3.20"});
                 GoForward(mentor, 3);
                 mentor.Type("TextRef(1)", "12.5");
                 GoForward(mentor, 1);
@@ -66,16 +63,10 @@ TEST_F(SetupTest, BasicSetupArrivesInTheDriveAndOutlivesItsPower)
                 FinishWithSave(mentor);
             });
     EXPECT_FALSE(Table().DriveModified);
-    ExpectSaved(drive, {{123, 120},
-                        {128, 240},
-                        {199, 1150},
-                        {125, 1150},
-                        {339, 4000},
-                        {218, 1250},
-                        {226, 75},
-                        {245, 1},
-                        {99, 11000},
-                        {100, -15000}});
+    const std::map<int, std::int32_t> expected = {{123, 120},  {128, 240},   {199, 1150}, {125, 1150},
+                                                  {339, 4000}, {218, 1250},  {226, 75},   {245, 1},
+                                                  {99, 11000}, {100, -15000}};
+    ExpectSaved(drive, expected);
 }
 
 TEST_F(SetupTest, TheMentorOfARelaysWindowSetsThatRelayUpInTheDrive)
@@ -89,8 +80,7 @@ TEST_F(SetupTest, TheMentorOfARelaysWindowSetsThatRelayUpInTheDrive)
                 GoForward(mentor, 3); // introduction, outputs, relay 2: all chosen by where it was opened
                 mentor.PickParam("ComboSource", 193);
                 GoForward(mentor, 1);
-                mentor.Type("TextOutputBiasGain(0)", "80");
-                mentor.Type("TextOutputBiasGain(1)", "20");
+                mentor.TypeAll("TextOutputBiasGain", {"80", "20"});
                 GoForward(mentor, 1);
                 FinishWithSave(mentor);
             });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/Form.h"
 #include "support/Name.h"
 
 #include <QApplication>
@@ -60,6 +61,13 @@ public:
         box->selectAll();
         QTest::keyClick(box, Qt::Key_Delete);
         QTest::keyClicks(box, text);
+    }
+    /** The same for the boxes of a control array. */
+    void TypeAll(const char *array, std::initializer_list<const char *> texts) const
+    {
+        int index = 0;
+        for (const char *text : texts)
+            Type(ControlName(array, index++), text);
     }
     /** To the control that has the focus. */
     static void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})

@@ -29,8 +29,7 @@ protected:
         PickParam(isOutput ? "ComboSource" : "ComboDestination", linked);
         if (!isOutput && start.kind != 1) {
             GoTo(5);
-            Type("TextCal(0)", "100");
-            Type("TextCal(1)", "2000");
+            TypeAll("TextCal", {"100", "2000"});
         }
         GoTo(isOutput ? 9 : 6);
         FillPair(isOutput ? "OutputBiasGain" : "BiasGain");
@@ -220,8 +219,7 @@ TEST_F(FormWizardIOTest, AsksBeforeItTakesADestinationFromAnotherInput)
     // The answer stands as long as the destination does, and nothing is written before Finish.
     GoTo(3);
     GoTo(5);
-    Type("TextCal(0)", "100");
-    Type("TextCal(1)", "2000");
+    TypeAll("TextCal", {"100", "2000"});
     GoTo(6);
     FillPair("BiasGain");
     GoTo(10);
@@ -381,8 +379,7 @@ TEST_F(FormWizardIOTest, FinishWritesTheListAndTellsOfAClippedGain)
 {
     Record(PercentParam).Max = 4000;
     OpenAnswered(AnalogOut, PercentParam, 9);
-    Type("TextOutputBiasGain(0)", "0");
-    Type("TextOutputBiasGain(1)", "10");
+    TypeAll("TextOutputBiasGain", {"0", "10"});
     GoTo(10);
     EXPECT_FALSE(Enabled("CheckSaveDriveParameters"));
     ASSERT_EQ(Find<QTableWidget>("TableWrites")->rowCount(), 4);

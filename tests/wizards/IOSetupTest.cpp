@@ -44,15 +44,7 @@ protected:
 
 TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
 {
-    const struct {
-        const char *what;
-        InputType type;
-        int input;
-        Polarity polarity;
-        AnalogType signal;
-        std::int16_t destination;
-        const char *writes;
-    } rows[] = {
+    const std::tuple<const char *, InputType, int, Polarity, AnalogType, int, const char *> rows[] = {
         {"analog 2", AnalogInput, 1, Unipolar, CurrentSignal, PercentParam,
          "24=218* 29=0 34=0 39=12 44=2000 49=150 54=5000 345=0 "},
         {"bipolar has no bias", AnalogInput, 0, Bipolar, VoltageSignal, PercentParam,
@@ -70,12 +62,12 @@ TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
     // What was answered for the other branch before does not count.
     setup.outputType = RelayOutput;
     setup.output = 1;
-    for (const auto &row : rows) {
-        ChooseInput(row.type, row.input);
-        setup.polarity = row.polarity;
-        setup.analogType = row.signal;
-        setup.Destination = row.destination;
-        EXPECT_EQ(Writes(setup.Plan()), row.writes) << row.what;
+    for (const auto &[what, type, input, polarity, signal, destination, writes] : rows) {
+        ChooseInput(type, input);
+        setup.polarity = polarity;
+        setup.analogType = signal;
+        setup.Destination = std::int16_t(destination);
+        EXPECT_EQ(Writes(setup.Plan()), writes) << what;
     }
 }
 

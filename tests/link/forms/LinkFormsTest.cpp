@@ -27,10 +27,9 @@ protected:
     QString StoredDevice(int number) { return Ports(desk.settings).DeviceOf(number); }
 
     ScriptedPeer peer;
-    DriveLink link{desk.model,
-                   desk.rules,
-                   desk.asker,
-                   {.scanPause = 40, .replyTimeout = 150, .sizeErrorPause = 60, .progressUpdate = 5}};
+    DriveLink link{
+        desk.model, desk.rules, desk.asker,
+        LinkTimings{.scanPause = 40, .replyTimeout = 150, .sizeErrorPause = 60, .progressUpdate = 5}};
 };
 
 TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
