@@ -2,7 +2,6 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
-#include "blocks/diagram/ClickArea.h"
 #include "desktop/ValueBox.h"
 #include "support/WindowTest.h"
 
@@ -47,7 +46,6 @@ protected:
     QLabel *Label1(int i) const { return Find<QLabel>(ControlName("Label1", i)); }
     std::string ValueText(int row) const { return Text(ControlName("Text1", row)); }
     std::string CaptionText(int row) const { return Text(ControlName("Label1", row)); }
-    ClickArea *Area(const char *name) const { return Find<ClickArea>(name); }
     int Number(int row) const { return Label1(row)->property("Tag").toInt(); }
     int State(const char *part) const { return form->drawing().Find(Name(part))->state; }
     int ReadFlag(int p) const { return desk.model.ParamTable[p].ReadFlag; }

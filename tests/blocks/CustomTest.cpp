@@ -1,21 +1,11 @@
 #include "blocks/BlockFixture.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-
 namespace quorvik::testing
 {
 
 class CustomTest : public BlockFixture
 {
 protected:
-    void OpenCustom()
-    {
-        Open("FormCustom");
-        edit = Find<QCheckBox>("CheckEdit");
-        combo = Find<QComboBox>("ComboSelectParameter");
-    }
-
     QString Saved(int row) const { return desk.settings.GetSetting(Name("Custom"), QString::number(row)); }
     void Save(int row, const char *number)
     {
@@ -25,25 +15,23 @@ protected:
     /** What a user does who picks the entry from the open list. */
     void Choose(int number)
     {
-        combo->setCurrentIndex(number);
-        Q_EMIT combo->activated(number);
+        Pick("ComboSelectParameter", number);
+        Q_EMIT Find<QComboBox>("ComboSelectParameter")->activated(number);
     }
-
-    QCheckBox *edit = nullptr;
-    QComboBox *combo = nullptr;
+    int Chosen() const { return Find<QComboBox>("ComboSelectParameter")->currentIndex(); }
 };
 
 TEST_F(CustomTest, OnlyTheCloseButtonSavesAndReleases)
 {
-    OpenCustom();
+    Open("FormCustom");
     EXPECT_EQ(ReadFlag(411), before.at(411) + 1);
     CloseByButton();
     EXPECT_EQ(ReadFlags(), before);
     EXPECT_EQ(Saved(0), Name("411"));
     EXPECT_EQ(Saved(19), Name("197"));
     Save(0, "412");
-    OpenCustom();
-    edit->click();
+    Open("FormCustom");
+    Click("CheckEdit");
     Choose(413);
     Close();
     EXPECT_EQ(ReadFlag(413), before.at(413) + 1);
@@ -54,10 +42,10 @@ TEST_F(CustomTest, TheChosenNumberMovesTheReadInterestAndOutlivesTheWindow)
 {
     Record(335).Name = Name("Fourteen chars");
     Record(200).Name = Name("Fifteen charact");
-    OpenCustom();
-    edit->click();
+    Open("FormCustom");
+    Click("CheckEdit");
     QTest::mouseDClick(Label1(4), Qt::LeftButton);
-    EXPECT_EQ(combo->currentText(), Name("335 Fourteen chars"));
+    EXPECT_EQ(Text("ComboSelectParameter"), "335 Fourteen chars");
     EXPECT_EQ(CaptionText(4), "(335) Fourteen chars");
     Choose(200);
     EXPECT_EQ(CaptionText(4), "(200) Fifteen charac...") << "cut after twenty";
@@ -69,29 +57,30 @@ TEST_F(CustomTest, TheChosenNumberMovesTheReadInterestAndOutlivesTheWindow)
     EXPECT_EQ(ValueText(4), "123 RPM");
     CloseByButton();
     EXPECT_EQ(ReadFlags(), before);
-    OpenCustom();
+    Open("FormCustom");
     EXPECT_EQ(Number(4), 200);
 }
 
 TEST_F(CustomTest, TheListStandsInItsRowAndIsHiddenOutsideEditing)
 {
-    OpenCustom();
+    Open("FormCustom");
     QTest::mouseDClick(Label1(12), Qt::LeftButton);
-    EXPECT_FALSE(combo->isVisible());
-    edit->click();
-    ASSERT_TRUE(combo->isVisible());
-    EXPECT_EQ(combo->currentIndex(), 411) << "a double click without Edit chooses no row";
+    EXPECT_FALSE(Visible("ComboSelectParameter"));
+    Click("CheckEdit");
+    ASSERT_TRUE(Visible("ComboSelectParameter"));
+    EXPECT_EQ(Chosen(), 411) << "a double click without Edit chooses no row";
     for (const int row : {12, 3, 19}) {
         Label1(row)->setFocus();
         QTest::keyClick(Label1(row), Qt::Key_Return);
-        EXPECT_NEAR(combo->geometry().center().y(), Text1(row)->geometry().center().y(), 1) << row;
-        EXPECT_LT(combo->geometry().right(), Text1(row)->geometry().left()) << row;
+        const QRect place = Find("ComboSelectParameter")->geometry();
+        EXPECT_NEAR(place.center().y(), Text1(row)->geometry().center().y(), 1) << row;
+        EXPECT_LT(place.right(), Text1(row)->geometry().left()) << row;
         EXPECT_FALSE(Label1(row)->isVisible()) << row;
-        EXPECT_EQ(combo->currentIndex(), Number(row));
+        EXPECT_EQ(Chosen(), Number(row));
     }
     EXPECT_TRUE(Label1(12)->isVisible());
-    edit->click();
-    EXPECT_FALSE(combo->isVisible());
+    Click("CheckEdit");
+    EXPECT_FALSE(Visible("ComboSelectParameter"));
     EXPECT_TRUE(Label1(19)->isVisible());
 }
 
@@ -99,13 +88,13 @@ TEST_F(CustomTest, DefaultTakesAllRowsBackAndTheCountsStayEven)
 {
     Save(0, "1");
     Save(1, "1");
-    OpenCustom();
+    Open("FormCustom");
     EXPECT_EQ(ReadFlag(1), before.at(1) + 2);
-    edit->click();
+    Click("CheckEdit");
     Click("CommandDefault");
     EXPECT_EQ(Number(0), 411);
     EXPECT_EQ(ReadFlag(1), before.at(1));
-    EXPECT_EQ(combo->currentIndex(), 411);
+    EXPECT_EQ(Chosen(), 411);
     Choose(2);
     EXPECT_EQ(ReadFlag(411), before.at(411));
     CloseByButton();
@@ -117,7 +106,7 @@ TEST_F(CustomTest, ASavedNumberOutsideTheTableIsAnEmptyRow)
     Save(2, "9999");
     Save(3, "-1");
     Save(5, "many");
-    OpenCustom();
+    Open("FormCustom");
     Tick();
     for (const int row : {2, 3}) {
         EXPECT_EQ(ValueText(row), "");
@@ -125,9 +114,9 @@ TEST_F(CustomTest, ASavedNumberOutsideTheTableIsAnEmptyRow)
         QTest::mouseClick(Text1(row), Qt::LeftButton);
     }
     EXPECT_EQ(Number(5), 338);
-    edit->click();
+    Click("CheckEdit");
     QTest::mouseDClick(Label1(2), Qt::LeftButton);
-    EXPECT_EQ(combo->currentIndex(), 0);
+    EXPECT_EQ(Chosen(), 0);
     Choose(217);
     EXPECT_EQ(ReadFlag(217), before.at(217) + 2);
     CloseByButton();

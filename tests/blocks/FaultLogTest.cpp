@@ -40,11 +40,10 @@ TEST_F(ClockTest, FaultWordsReadInTableOrder)
 TEST_F(ClockTest, ATwoDigitYearIsOfThisCenturyUpTo29)
 {
     QLocale::setDefault(QLocale(QLocale::Swedish, QLocale::Sweden));
-    const std::tuple<int, int, const char *> dates[] = {{0, 29, "2000-02-29"},
-                                                        {29, 29, "no date"},
-                                                        {96, 29, "1996-02-29"},
-                                                        {29, 1, "2029-02-01"},
-                                                        {30, 1, "1930-02-01"}};
+    const std::tuple<int, int, const char *> dates[] = {
+        {0, 29, "2000-02-29"}, {29, 29, "no date"},   {96, 29, "1996-02-29"},
+        {29, 1, "2029-02-01"}, {30, 1, "1930-02-01"},
+    };
     for (const auto &[year, day, text] : dates)
         EXPECT_EQ(DriveDateText(year, 2, day), QLatin1String(text)) << year;
 }

@@ -53,8 +53,7 @@ TEST_F(LogicBlocksTest, TheTimerFollowsItsSelectorsInTheSameTickAndCountsOffLine
     const struct {
         const char *what;
         Values values;
-        bool online;
-        bool runs;
+        bool online, runs;
         std::int32_t output;
         int contact;
     } ticks[] = {

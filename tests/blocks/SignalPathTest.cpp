@@ -90,7 +90,7 @@ TEST_F(SignalPathTest, AClickStepsTheReferencesAroundInBothBitsAtOnce)
         desk.model.FileModified = false;
         Record(refused).Attributes ^= Attr::ReadOnly;
         Tick();
-        EXPECT_EQ(Area("Image1(1)")->cursor().shape(), Qt::ForbiddenCursor);
+        EXPECT_EQ(Find("Image1(1)")->cursor().shape(), Qt::ForbiddenCursor);
         Click("Image1(1)");
         EXPECT_EQ(bits(), steps[4]);
         EXPECT_FALSE(desk.model.FileModified);
@@ -121,9 +121,9 @@ TEST_F(SignalPathTest, ADoubleClickStepsItsSelectorAndASingleOneDoesNot)
         Set({{selector.param, *selector.rawValues.begin()}});
         for (const std::int32_t rawValue : selector.rawValues) {
             Tick();
-            QTest::mouseClick(Area(selector.area), Qt::LeftButton);
+            QTest::mouseClick(Find(selector.area), Qt::LeftButton);
             EXPECT_EQ(P(selector.param), rawValue);
-            QTest::mouseDClick(Area(selector.area), Qt::LeftButton);
+            QTest::mouseDClick(Find(selector.area), Qt::LeftButton);
             EXPECT_EQ(Record(selector.param).WriteFlag, WriteState::Queued);
         }
         Close();
@@ -134,19 +134,19 @@ TEST_F(SignalPathTest, AClickReadsWhatTheWindowShows)
 {
     Open("FormFreqDigOutput");
     for (int i = 0; i < 2; ++i)
-        QTest::keyClick(Area("Image1"), Qt::Key_Return);
+        QTest::keyClick(Find("Image1"), Qt::Key_Return);
     EXPECT_EQ(P(90), 1) << "no tick between the two";
 }
 
 TEST_F(SignalPathTest, ARefusedClickChangesNothingAndThePointerSaysSo)
 {
     Open("FormVelocityLoop");
-    EXPECT_EQ(Area("Image2")->cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_EQ(Find("Image2")->cursor().shape(), Qt::PointingHandCursor);
     Set({{Param::DriveState, 1}});
     Tick();
-    EXPECT_EQ(Area("Image2")->cursor().shape(), Qt::ForbiddenCursor);
-    QTest::mouseDClick(Area("Image2"), Qt::LeftButton);
-    QTest::keyClick(Area("Image2"), Qt::Key_Space);
+    EXPECT_EQ(Find("Image2")->cursor().shape(), Qt::ForbiddenCursor);
+    QTest::mouseDClick(Find("Image2"), Qt::LeftButton);
+    QTest::keyClick(Find("Image2"), Qt::Key_Space);
     EXPECT_EQ(P(197), 0);
     EXPECT_FALSE(desk.model.FileModified);
 }

@@ -73,32 +73,29 @@ TEST_F(EditDialogTest, QuickStopIsMissingFromModelSeventeenOn)
 
 TEST_F(EditDialogTest, ANumberPassesTheChecksInOrder)
 {
-    const char *number = "Must be a numeric value. Please Re-enter.";
-    const char *range = "Please enter a value between -5.0 % and 12.5 %";
-    const struct {
-        const char *typed;
-        const char *message; // empty: accepted
-        std::int32_t rawResult;
-    } cases[] = {{"", number, 0},    {"abc", number, 0}, {"1,5", number, 0}, {"12.6", range, 0},
-                 {"-5.1", range, 0}, {"12.5", "", 125},  {"-5", "", -50},    {"1.25", "", 13}};
-    for (const auto &entry : cases) {
-        SCOPED_TRACE(entry.typed);
+    const Name number = "Must be a numeric value. Please Re-enter.";
+    const Name range = "Please enter a value between -5.0 % and 12.5 %";
+    // What is typed, the message or "" where it is accepted, and the raw value then.
+    const std::tuple<const char *, Name, int> cases[] = {
+        {"", number, 0},    {"abc", number, 0}, {"1,5", number, 0}, {"12.6", range, 0},
+        {"-5.1", range, 0}, {"12.5", "", 125},  {"-5", "", -50},    {"1.25", "", 13}};
+    for (const auto &[typed, message, rawResult] : cases) {
+        SCOPED_TRACE(typed);
         desk.model.EditConfirmed = false;
         Open(1, -50, 125, 10, 1);
         EXPECT_EQ(Text("TextValue(2)"), "1.0");
-        Entry()->setText(Name(entry.typed));
-        const bool accepted = *entry.message == '\0';
+        Entry()->setText(Name(typed));
+        const bool accepted = message.isEmpty();
         if (!accepted)
-            desk.asker.Expect(Name(entry.message));
+            desk.asker.Expect(message);
         Click("CommandOK");
         EXPECT_EQ(desk.model.EditConfirmed, accepted);
         EXPECT_EQ(dialog->isVisible(), !accepted);
         if (accepted) {
-            EXPECT_EQ(desk.model.EditValue, entry.rawResult);
+            EXPECT_EQ(desk.model.EditValue, rawResult);
         } else {
-            EXPECT_EQ(desk.asker.Shown.last().icon,
-                      entry.message == number ? MsgIcon::Exclamation : MsgIcon::None);
-            EXPECT_EQ(Entry()->selectedText(), Name(entry.typed));
+            EXPECT_EQ(desk.asker.Shown.last().icon, message == number ? MsgIcon::Exclamation : MsgIcon::None);
+            EXPECT_EQ(Entry()->selectedText(), Name(typed));
         }
     }
 }

@@ -148,7 +148,7 @@ TEST_F(ShellTest, AnEndFromOutsideAsksNothingAndLosesNothing)
     GoOnLine(drive);
     Model &model = Table();
     asker.Expect("all inputs must be unassigned", MsgAnswer::Yes);
-    Find<QAction>("mnuToolsVirtualOperator")->trigger();
+    Trigger("mnuToolsVirtualOperator");
     model.SetParamValue(226, 123, true, false);
     model.SetParamValue(Param::Jog, 1, true, false);
     ASSERT_TRUE(PumpWhile([&] { return model.WritePending; }, QDeadlineTimer(10000)));

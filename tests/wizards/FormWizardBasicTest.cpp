@@ -25,19 +25,13 @@ protected:
         GoTo(2);
         Click(ControlName("OptionOperatingMode", mode));
         GoTo(3);
-        FillMotorData({"120", "500", "1750", "4.00", "4.00"});
+        TypeAll("TextMotorData", {"120", "500", "1750", "4.00"});
+        if (mode == FieldCrossover)
+            Type("TextMotorData(4)", "4.00");
         Next();
         if (form->CurrentStep() == 4)
             Click(ControlName("OptionFeedback", feedback));
         GoTo(0);
-    }
-
-    void FillMotorData(std::initializer_list<const char *> texts)
-    {
-        int index = 0;
-        for (const char *text : texts)
-            if (const QString name = ControlName("TextMotorData", index++); Enabled(name))
-                Type(name, text);
     }
 };
 
@@ -211,7 +205,7 @@ TEST_F(FormWizardBasicTest, FieldCrossoverWantsAShuntFieldAndAnotherFeedback)
     EXPECT_FALSE(Enabled("OptionFieldType(1)"));
     EXPECT_EQ(Text("LabelMotorData(2)"), "Top Speed");
     EXPECT_TRUE(Enabled("TextMotorData(4)"));
-    FillMotorData({"120", "500", "2500", "2.00", "2.01"});
+    TypeAll("TextMotorData", {"120", "500", "2500", "2.00", "2.01"});
     ExpectRefusal("The Top Speed Field Current must be less than the Base Speed Field Current.",
                   "TextMotorData(4)");
     Type("TextMotorData(4)", "2.00");

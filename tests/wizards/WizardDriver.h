@@ -108,18 +108,16 @@ protected:
     /** Walks with Next along the steps and back again with Back. */
     void ExpectWalk(const std::vector<int> &steps)
     {
-        std::vector<int> there{form->CurrentStep()};
-        while (there.size() < steps.size() && form->CurrentStep() < WizardForm::LastStep) {
-            Next();
-            there.push_back(form->CurrentStep());
-        }
-        EXPECT_EQ(there, steps);
-        std::vector<int> back{form->CurrentStep()};
-        while (form->CurrentStep() > 0) {
-            Click("CmdNav(2)");
-            back.push_back(form->CurrentStep());
-        }
-        EXPECT_EQ(back, std::vector<int>(steps.rbegin(), steps.rend()));
+        const auto walk = [this](const char *button, int lastStep) {
+            std::vector<int> seen{form->CurrentStep()};
+            while (seen.back() != lastStep && seen.size() <= WizardForm::LastStep) {
+                Click(button);
+                seen.push_back(form->CurrentStep());
+            }
+            return seen;
+        };
+        EXPECT_EQ(walk("CmdNav(3)", steps.back()), steps);
+        EXPECT_EQ(walk("CmdNav(2)", 0), std::vector<int>(steps.rbegin(), steps.rend()));
     }
 
     DriveLink link{desk.model, desk.rules, desk.asker}; ///< never opened: what it announces is emitted here
