@@ -87,9 +87,10 @@ TEST_F(BlockFormTest, OnlyClassesZeroAndOneOpenTheDialog)
     Open("FormVelocityLoop");
     for (const int row : {4, 24, 6, 14}) {
         QTest::mouseClick(Text1(row), Qt::LeftButton);
-        QTest::keyClick(Text1(row), Qt::Key_Return);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_7})
+            QTest::keyClick(Text1(row), key);
     }
-    EXPECT_EQ(edited, QList<int>({190, 190, 197, 197}));
+    EXPECT_EQ(edited, QList<int>({190, 190, 190, 190, 197, 197, 197, 197}));
 }
 
 TEST_F(BlockFormTest, TheLinkedRowMovesOneReadCountOrTellsWhyNot)

@@ -4,7 +4,6 @@
 #include "desktop/LongestText.h"
 #include "desktop/PlainText.h"
 #include "desktop/TypeToChoose.h"
-#include "desktop/ValueBox.h"
 #include "model/Model.h"
 #include "support/Controls.h"
 #include "support/TestDesk.h"
@@ -14,7 +13,6 @@
 #include <QListView>
 #include <QMainWindow>
 #include <QMessageBox>
-#include <QSignalSpy>
 #include <algorithm>
 
 namespace quorvik::testing
@@ -46,28 +44,10 @@ TEST(Form, LeavesOnceHoweverOftenItIsClosed)
 
 TEST(BoxColors, TextIsWhicheverContrastsMore)
 {
-    EXPECT_EQ(ColorOf(0x0000FF), QColor(Qt::red)) << "blue is the high byte";
-    EXPECT_EQ(BlueGreenRed(ColorOf(0x123456)), 0x123456);
     EXPECT_EQ(ContrastingText(Qt::black), QColor(Qt::white));
     EXPECT_EQ(ContrastingText(Qt::blue), QColor(Qt::white));
     EXPECT_EQ(ContrastingText(Qt::green), QColor(Qt::black));
     EXPECT_EQ(ContrastingText(Qt::white), QColor(Qt::black));
-}
-
-TEST(ValueBox, ClickEnterAndSpaceAreOneAndTypingNothing)
-{
-    ValueBox box(Name("Text1(0)"), nullptr);
-    box.SetText(Name("12.5 %"));
-    box.show();
-    const QSignalSpy clicks(&box, &ValueBox::clicked);
-    QTest::mouseClick(&box, Qt::LeftButton);
-    QTest::keyClick(&box, Qt::Key_Return);
-    QTest::keyClick(&box, Qt::Key_Enter);
-    QTest::keyClick(&box, Qt::Key_Space);
-    EXPECT_EQ(clicks.count(), 4);
-    QTest::keyClicks(&box, Name("7"));
-    EXPECT_EQ(clicks.count(), 4);
-    EXPECT_EQ(box.text(), Name("12.5 %"));
 }
 
 TEST(TypeToChoose, TakesTheWholeNumberOrNothing)

@@ -21,6 +21,7 @@ protected:
         setup.analogType = VoltageSignal;
         setup.polarity = Unipolar;
         setup.Destination = PercentParam;
+        setup.saveInDrive = true; // which takes a link
     }
 
     void ChooseInput(InputType type, int input)
@@ -101,18 +102,6 @@ TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
         EXPECT_EQ(setup.OutputValuesView().range.toStdString(), std::string("Valid Range: ") + row.range);
         EXPECT_EQ(setup.OutputValuesView().items.size(), row.listed);
     }
-}
-
-TEST_F(IOSetupTest, OnLineTheDriveRefreshesTheLinkAndSavesLast)
-{
-    desk.online = true;
-    setup.saveInDrive = true;
-    ChooseInput(DigitalInput, 0);
-    EXPECT_EQ(Writes(setup.WriteIOSetup()), "1=218 8=150 15=5000 406=1 ");
-    EXPECT_FALSE(desk.model.DriveModified);
-    EXPECT_TRUE(desk.model.FileModified);
-    desk.online = false;
-    EXPECT_EQ(Writes(setup.Plan()), "1=218* 8=150 15=5000 ");
 }
 
 TEST_F(IOSetupTest, PlansExactlyWhatWritingStepByStepWouldLeave)
