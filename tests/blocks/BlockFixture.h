@@ -18,14 +18,11 @@ class BlockFixture : public WindowTest
 protected:
     using Values = std::initializer_list<std::pair<int, std::int32_t>>;
 
-    static const BlockMenuEntry &EntryOf(const char *formName)
-    {
-        return *std::ranges::find(BlockCatalogue(), Name(formName),
-                                  [](const BlockMenuEntry &entry) { return Name(entry.form); });
-    }
     void Open(const char *formName, int member = 0)
     {
-        form = EntryOf(formName).make(desk.desk, member);
+        const auto entry = std::ranges::find(BlockCatalogue(), Name(formName),
+                                             [](const BlockMenuEntry &each) { return Name(each.form); });
+        form = entry->make(desk.desk, member);
         form->show();
         window = form;
     }

@@ -118,14 +118,6 @@ TEST_F(BlockFormTest, TheLinkedRowMovesOneReadCountOrTellsWhyNot)
     EXPECT_EQ(ReadFlags(), before);
 }
 
-TEST_F(BlockFormTest, OneWindowToAMemberAndCountsForEachWindow)
-{
-    for (const int member : {2, 2, 3})
-        OpenBlock(desk.desk, EntryOf("FormAnalogInputs"), member);
-    EXPECT_EQ(desk.forms.Count(), 3) << "with the main window";
-    EXPECT_EQ(ReadFlag(24), 1);
-}
-
 TEST_F(BlockFormTest, HelpAndMentorOpenOnTheBlock)
 {
     Open("FormFreqDigOutput");

@@ -54,16 +54,19 @@ TEST_F(Commands, BlocksOpenTheirWindowsOneByOneAndTogether)
         if (!entry.make)
             continue;
         for (int member = entry.firstMember; member <= entry.lastMember; ++member) {
-            Trigger(ControlName(entry.control, member));
+            for (int i = 0; i < 2; ++i)
+                Trigger(ControlName(entry.control, member));
             const QWidget *form = forms.At(forms.Count() - 1);
             EXPECT_EQ(form->objectName(), QLatin1String(entry.form));
             EXPECT_EQ(form->windowTitle(), entry.WindowCaption(member));
         }
+        const int members = entry.lastMember - entry.firstMember + 1;
+        EXPECT_EQ(forms.Count() - 1, members) << "one window to a member of " << entry.form;
         Trigger("mnuWindowCloseAll");
         if (!entry.allControl)
             continue;
         Trigger(entry.allControl);
-        EXPECT_EQ(forms.Count() - 1, entry.lastMember - entry.firstMember + 1) << entry.allControl;
+        EXPECT_EQ(forms.Count() - 1, members) << entry.allControl;
         Trigger("mnuWindowCloseAll");
     }
 }
