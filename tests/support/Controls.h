@@ -43,6 +43,7 @@ public:
     void Click(const Name &name) const
     {
         auto *control = Find(name);
+        EXPECT_TRUE(control->isVisible()) << name.toStdString();
         // At its left, for a radio button reacts on its indicator and caption only.
         QTest::mouseClick(control, Qt::LeftButton, {}, QPoint(10, control->height() / 2));
     }
