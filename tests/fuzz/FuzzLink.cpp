@@ -158,7 +158,9 @@ private:
     Model model_;
     testing::PatientAsker asker_;
     EntryRules rules_{model_, asker_};
-    DriveLink link_{model_, rules_, asker_, LinkTimings{0, 100000, 0, 0}};
+    DriveLink link_{
+        model_, rules_, asker_,
+        LinkTimings{.scanPause = 0, .replyTimeout = 100000, .sizeErrorPause = 0, .lastCommand = 0}};
     QTimer step_;
     Bytes bytes_;
     int raised_ = 0;

@@ -33,7 +33,7 @@ QStringList PaintedTexts(QWidget &widget)
 QStringList TextsOf(QWidget &widget)
 {
     QStringList texts;
-    for (const char *property : {"text", "title", "placeholderText", "plainText"})
+    for (const char *property : {"text", "title", "plainText"})
         texts += widget.property(property).toString();
     texts.removeAll(QString());
     const QWidget *parent = widget.parentWidget();

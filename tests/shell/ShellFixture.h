@@ -40,10 +40,10 @@ protected:
     void MakeWindow()
     {
         main.reset();
-        main = std::make_unique<MDIFormMain>(
-            Surroundings{asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
-                         folder.filePath(QStringLiteral("Quorvik.lock")),
-                         folder.filePath(QStringLiteral("data")), LinkTimings{20, 220, 100, 15}});
+        main = std::make_unique<MDIFormMain>(Surroundings{
+            asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
+            folder.filePath(QStringLiteral("Quorvik.lock")), folder.filePath(QStringLiteral("data")),
+            LinkTimings{.scanPause = 20, .sizeErrorPause = 100, .progressUpdate = 15}});
         window = main.get();
     }
 
