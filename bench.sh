@@ -24,7 +24,7 @@ soak | fuzz | mutations | coverage | long)
     exec "bench/$what.sh" "$@"
     ;;
 *)
-    echo "usage: bench.sh [soak [transactions] | fuzz [seconds [seed]] | mutations [count [seed]] | coverage | long]" >&2
+    echo "usage: bench.sh [soak [transactions] | fuzz [seconds [seed]] | mutations [count [seed [part]]] | coverage | long]" >&2
     exit 2
     ;;
 esac

@@ -1,6 +1,6 @@
 #!/bin/bash
 # Breaks drawn lines of engines and windows, one at a time, and counts how many breaks the tests notice:
-# mutations.sh [count [seed]]
+# mutations.sh [count [seed [part]]]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/install.sh
