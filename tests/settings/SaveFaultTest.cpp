@@ -124,6 +124,8 @@ TEST_F(SaveFaultTest, StruckAtEveryCallThatChangesFiles)
 
 TEST_F(SaveFaultTest, AFolderThatCannotBeWrittenTo)
 {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root may write everywhere";
     ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0555), 0);
     EXPECT_FALSE(file.Save(Target()).isEmpty());
     ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0755), 0);

@@ -24,7 +24,8 @@ public:
         if (!wasRoot_)
             return;
         // Where the build lies out of others' reach, root it stays.
-        if (::seteuid(nobody) != 0 || !QFileInfo(QStringLiteral(QUORVIK_PRESETS_FILE)).isReadable())
+        QFile presets(QStringLiteral(QUORVIK_PRESETS_FILE));
+        if (::seteuid(nobody) != 0 || !presets.open(QIODevice::ReadOnly))
             BecomeRoot();
     }
     ~OrdinaryUser() { BecomeRoot(); }
