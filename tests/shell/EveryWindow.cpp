@@ -53,6 +53,10 @@ QSet<int> Walk(WizardForm &mentor, const Visit &visit)
     do {
         seen.insert(mentor.CurrentStep());
         Show(mentor, ControlName(qPrintable(mentor.objectName()), mentor.CurrentStep()), visit);
+        int different = 0;
+        for (auto *list : mentor.findChildren<QComboBox *>())
+            if (list->isVisible() && list->currentIndex() < 0)
+                list->setCurrentIndex(different++);
         if (mentor.CurrentStep() < WizardForm::LastStep)
             FindIn<QAbstractButton>(&mentor, "CmdNav(3)")->click();
     } while (!seen.contains(mentor.CurrentStep()));
@@ -112,14 +116,18 @@ void VisitMentors(TestDesk &desk, const Visit &visit)
     Fill(basic, "TextMotorData", {"150", "500", "1750", "4.00"});
     EXPECT_EQ(Walk(basic, visit).size(), WizardForm::LastStep + 1);
 
-    FormWizardIO inputs(desk.desk, nullptr);
-    Fill(inputs, "TextCal", {"0", "4095"});
-    Fill(inputs, "TextBiasGain", {"0.00", "100.00"});
-    QSet<int> seen = Walk(inputs, visit);
-    desk.model.WizardIOStart = {.outputs = 1};
-    FormWizardIO outputs(desk.desk, nullptr);
-    Fill(outputs, "TextOutputBiasGain", {"0.00", "10.00"});
-    seen += Walk(outputs, visit);
+    QSet<int> seen;
+    for (const WizardIOStartRecord &start : std::initializer_list<WizardIOStartRecord>{
+             {0, 0}, {0, 1}, {0, 2}, {1, 0}, {1, 1, 0, 0}, {1, 1, 0, 1}, {1, 2}}) {
+        SCOPED_TRACE(::testing::Message()
+                     << "outputs " << int(start.outputs) << ", kind " << int(start.kind));
+        desk.model.WizardIOStart = start;
+        FormWizardIO mentor(desk.desk, nullptr);
+        Fill(mentor, "TextCal", {"0", "4095"});
+        Fill(mentor, "TextBiasGain", {"0.00", "0.00"});
+        Fill(mentor, "TextOutputBiasGain", {"0.00", "10.00"});
+        seen += Walk(mentor, visit);
+    }
     EXPECT_EQ(seen.size(), WizardForm::LastStep + 1);
 }
 
