@@ -86,7 +86,8 @@ QStringList Described(QWidget &window, const QString &picture)
         for (const Element &element : block->drawing().Elements())
             lines += Described(element);
     for (QWidget *widget : window.findChildren<QWidget *>()) {
-        if (!widget->isVisibleTo(&window))
+        // The clock goes on.
+        if (!widget->isVisibleTo(&window) || widget->objectName().startsWith(QLatin1String("LabelSystem")))
             continue;
         const QStringList texts = TextsOf(*widget);
         if (texts.isEmpty() && widget->toolTip().isEmpty() && widget->accessibleName().isEmpty())
@@ -100,9 +101,6 @@ QStringList Described(QWidget &window, const QString &picture)
             line += QStringLiteral(" called \"%1\"").arg(widget->accessibleName());
         if (!widget->toolTip().isEmpty())
             line += QStringLiteral(" tip \"%1\"").arg(widget->toolTip());
-        if (name.startsWith(QLatin1String("LabelSystem")))
-            line.replace(QRegularExpression(QStringLiteral("\\d+")),
-                         QStringLiteral("#")); // the clock goes on
         lines += line.replace(QLatin1Char('\n'), QLatin1String("\\n"));
     }
     return lines;
