@@ -92,17 +92,19 @@ TEST_F(ReadingTest, AWholeReadIsWholeOrSaysWhatIsMissing)
 {
     const struct {
         const char *title;
-        int damages;  ///< so many times the first row's value is wrong
-        int strays;   ///< so many times a reply comes behind the end of a pass
-        int shortRow; ///< the value of this one always comes in part
+        int damages; ///< so many times the first row's value is wrong
+        int strays;  ///< so many times a reply comes behind the end of a pass
+        const char
+            *behind; ///< the value of row 5 always comes with that behind it, or in part; null for neither
         const char *box;
         int reads; ///< of the first row
     } cases[] = {
-        {"damaged once and again", 2, 0, -1, nullptr, 3},
-        {"damaged for good", 99, 0, -1, "(0) Name 0", 3},
-        {"out of step once", 0, 1, -1, nullptr, 2},
-        {"out of step for ever", 0, 99, -1, "out of step", 4},
-        {"broken off at a row", 0, 0, 5, "(5) Name 5", 4},
+        {"damaged once and again", 2, 0, nullptr, nullptr, 3},
+        {"damaged for good", 99, 0, nullptr, "(0) Name 0", 3},
+        {"out of step once", 0, 1, nullptr, nullptr, 2},
+        {"out of step for ever", 0, 99, nullptr, "out of step", 4},
+        {"broken off at a row", 0, 0, "", "(5) Name 5", 4},
+        {"too much at a row", 0, 0, "x", "(5) Name 5", 4},
     };
     int boxes = 0;
     for (const auto &c : cases) {
@@ -112,9 +114,9 @@ TEST_F(ReadingTest, AWholeReadIsWholeOrSaysWhatIsMissing)
             const QByteArray reply = peer.DriveAnswer(frame);
             if (frame == Eot && peer.Frames.size() > 40 && strays++ < c.strays)
                 return ValueReply(9);
-            if (frame == Ack &&
-                peer.Frames.size() == peer.Frames.lastIndexOf(ReadRequest(0)) + 1 + c.shortRow)
-                return reply.first(3);
+            if (c.behind && frame == Ack &&
+                peer.Frames.size() == peer.Frames.lastIndexOf(ReadRequest(0)) + 1 + 5)
+                return *c.behind ? reply + c.behind : reply.first(3);
             return frame == ReadRequest(0) && peer.Count(frame) <= c.damages ? Spoiled(reply) : reply;
         };
         if (c.box)
