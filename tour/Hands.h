@@ -25,7 +25,7 @@ public:
 
     /** Clicks a control of the front window, found by its name. */
     QString Click(const QString &name);
-    static QString Click(QWidget *control);
+    QString Click(QWidget *control);
     /** Leads the mouse through the menus down to an entry and clicks it. */
     QString ChooseMenu(const QString &entry);
     /** Opens a menu and leaves it open. */

@@ -61,7 +61,7 @@ void AddFileDialog(Tour &tour, const QString &what, const QString &picture)
     // A dialog that opens files takes none before it has seen it in the folder.
     tour.Add(
         QStringLiteral("The name is accepted"), [] { return Hands::AcceptButton() != nullptr; },
-        [] { return Hands::Click(Hands::AcceptButton()); });
+        [&tour] { return tour.User().Click(Hands::AcceptButton()); });
 }
 
 void AddWatching(Tour &tour)
