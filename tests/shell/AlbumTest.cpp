@@ -1,4 +1,5 @@
 #include "blocks/BlockForm.h"
+#include "model/TextTables.h"
 #include "shell/EveryWindow.h"
 
 #include <QAbstractButton>
@@ -123,6 +124,16 @@ TEST(Album, TheWindowsShowWhatIsWrittenDown)
     VisitBlocks(desk, describe);
     VisitOtherWindows(desk, describe);
     VisitMentors(desk, describe);
+    shown += QStringLiteral("== Words that values stand for");
+    const std::pair<const QString &(*)(std::int32_t), int> tables[] = {{ModelText, 33}, {DriveStateText, 9},
+                                                                       {FaultText, 10}, {DayText, 8},
+                                                                       {AccessText, 6}, {DriveTypeText, 2}};
+    for (const auto &[text, count] : tables)
+        for (int value = 0; value < count; ++value)
+            shown += QStringLiteral("  %1 %2").arg(value).arg(text(value));
+    for (int kind = 0; kind < 25; ++kind)
+        for (int value = 0; value < EnumCount(kind); ++value)
+            shown += QStringLiteral("  kind %1: %2 %3").arg(kind).arg(value).arg(EnumText(value, kind));
 
     QFile album(QStringLiteral(ALBUM));
     if (qEnvironmentVariable("ALBUM") == QLatin1String("write")) {
