@@ -1,7 +1,10 @@
 #include "platform/PortLock.h"
+#include "platform/Ports.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSysInfo>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -33,6 +36,19 @@ TEST(PortLockTest, OnlyAProcessKnownToBeGoneIsGone)
     ASSERT_TRUE(lock.resize(0));
     EXPECT_FALSE(HolderOfPort(QStringLiteral("/dev/") + name).has_value()) << "an empty lock names nobody";
     lock.remove();
+}
+
+TEST(PortsTest, TheSimulatedDriveIsPluggedInWhileItsLinkIsThere)
+{
+    const QTemporaryDir cache;
+    const QByteArray before = qgetenv("XDG_CACHE_HOME");
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(cache.path()));
+    const QString link = Ports::SimulatedDriveLink();
+    EXPECT_EQ(Ports::PluggedIn(link), QStringLiteral("Nothing is plugged in there."));
+    ASSERT_TRUE(QDir(cache.path()).mkpath(QStringLiteral("quorvik")));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/null"), link));
+    EXPECT_EQ(Ports::PluggedIn(link), QStringLiteral("Simulated drive"));
+    qputenv("XDG_CACHE_HOME", before);
 }
 
 } // namespace quorvik::testing
