@@ -35,9 +35,7 @@ bool AttachedProgram::GoOnLine(const LinkTimings &timings)
     // A file on the command line brings the program up without a dialog.
     if (!main_->Load(presets))
         return false;
-    DriveLink &engine = main_->AllEngines().link;
-    engine.GoOnLine();
-    return engine.PortOpen();
+    return main_->AllEngines().drive.GoOnLine().IsDone();
 }
 
 } // namespace quorvik

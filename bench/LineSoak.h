@@ -2,10 +2,11 @@
 
 #include "drive/DriveCommands.h"
 #include "drive/DriveServer.h"
-#include "link/DriveLink.h"
 #include "link/PatientAsker.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
+#include "operations/DriveOperations.h"
+#include "operations/EntryRules.h"
+#include "operations/SaveCommands.h"
 #include "platform/Guard.h"
 #include "settings/SettingsFile.h"
 
@@ -71,14 +72,13 @@ public:
                 editable_.push_back(p);
         }
         link_.MSComm1.DeviceOf = [this](int) { return terminal_.DevicePath(); };
-        link_.ShowProgressBar = [] {};
         QObject::connect(&impatience_, &QTimer::timeout, &impatience_, [this] {
             // A wrong check character in the answer about the table's size leaves the engine standing still
             // by design.
             if (link_.PortOpen() && !link_.SerialCommTimer.isActive() &&
                 !link_.SerialCommTimeout.isActive() && link_.PropMax == 0) {
                 ++figures_.standStills;
-                link_.GoOffLine(0);
+                operations_.GoOffLine(OffLineReason::User);
             }
         });
         impatience_.start(50);
@@ -106,7 +106,7 @@ public:
         while (Transactions() < first + transactions) {
             if (!link_.PortOpen()) {
                 ++figures_.wentOffLine;
-                link_.GoOnLine();
+                operations_.GoOnLine();
             }
             Turn();
             for (; served < Transactions(); ++served)
@@ -133,8 +133,7 @@ private:
     static LinkTimings Hastened()
     {
         constexpr LinkTimings real;
-        return {real.scanPause / Haste, real.replyTimeout / Haste, real.sizeErrorPause / Haste,
-                real.progressUpdate / Haste};
+        return {real.scanPause / Haste, real.replyTimeout / Haste, real.sizeErrorPause / Haste};
     }
 
     /** One of twenty values that tell whose they are. */
@@ -258,16 +257,17 @@ private:
         for (int rounds = 0; rounds < 2;) {
             if (!link_.PortOpen()) {
                 rounds = 0;
-                link_.GoOnLine();
+                operations_.GoOnLine();
             }
-            link_.SetAllReadFlags(1);
-            link_.BeginScanAnew();
-            while (link_.PortOpen() && (model_.WritePending || link_.CurrentParam <= model_.LastParam)) {
+            bool isFinished = false;
+            QObject here;
+            QObject::connect(&link_, &DriveLink::ScanFinished, &here, [&isFinished] { isFinished = true; });
+            link_.StartScan(WholeScan::Reading);
+            while (link_.PortOpen() && (model_.WritePending || !isFinished)) {
                 Turn();
                 if (limit.hasExpired())
                     return false;
             }
-            link_.SetAllReadFlags(-1);
             rounds += link_.PortOpen() ? 1 : 0;
         }
         return true;
@@ -304,7 +304,10 @@ private:
     Model model_;
     PatientAsker asker_;
     EntryRules rules_{model_, asker_};
-    DriveLink link_{model_, rules_, asker_, Hastened()};
+    DriveLink link_{model_, Hastened()};
+    SettingsFile file_{model_};
+    SaveCommands saving_{model_, asker_, file_, QString()};
+    DriveOperations operations_{model_, link_, rules_, saving_, asker_};
     QTimer impatience_;
 
     std::mt19937 dice_;

@@ -3,9 +3,10 @@
 
 #include "Figures.h"
 
-#include "link/DriveLink.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
+#include "operations/DriveOperations.h"
+#include "operations/EntryRules.h"
+#include "operations/SaveCommands.h"
 #include "platform/Asker.h"
 #include "platform/Waiting.h"
 #include "settings/SettingsFile.h"
@@ -126,16 +127,16 @@ public:
             Fail(failure);
         model_.ResetToDefaults();
         link_.MSComm1.DeviceOf = [this](int) { return drive_.Link(); };
-        link_.GoOnLine();
+        operations_.GoOnLine();
         if (!link_.PortOpen())
             Fail(QStringLiteral("the link did not come up"));
     }
 
     ScanCost Read()
     {
-        link_.SetAllReadFlags(1);
+        model_.SetAllReadFlags(1);
         const ScanCost cost = Scan();
-        link_.SetAllReadFlags(-1);
+        model_.SetAllReadFlags(-1);
         return cost;
     }
     ScanCost Write()
@@ -151,7 +152,7 @@ private:
         const double bytesBefore = drive_.BytesOnTheWire();
         ScanCost cost;
         cost.parameters = model_.WritePending ? CountWrites() : model_.LastParam + 1;
-        link_.BeginScanAnew();
+        link_.CurrentParam = 0;
         link_.SerialCommTimer.start();
         // The clock starts at the tick that sends the first request.
         PumpWhile([this] { return !link_.SerialCommTimeout.isActive(); });
@@ -184,7 +185,10 @@ private:
     Model model_;
     FailingAsker asker_;
     EntryRules rules_{model_, asker_};
-    DriveLink link_{model_, rules_, asker_};
+    DriveLink link_{model_};
+    SettingsFile file_{model_};
+    SaveCommands saving_{model_, asker_, file_, QString()};
+    DriveOperations operations_{model_, link_, rules_, saving_, asker_};
 };
 
 /**

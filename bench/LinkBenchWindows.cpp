@@ -56,21 +56,17 @@ int main(int argc, char **argv)
     poll();
 
     bool kept = Print("deaf-moment-polling", WorstGap(poll), "ms", LimitMs);
-    kept &= Print("deaf-moment-reading", WorstGap([&] {
-                      engines.link.SetAllReadFlags(1);
-                      engines.link.RunWholeScan(1);
-                  }),
-                  "ms", LimitMs);
+    kept &= Print("deaf-moment-reading", WorstGap([&] { engines.drive.ReadAll(); }), "ms", LimitMs);
     kept &= Print("deaf-moment-writing", WorstGap([&] {
                       engines.model.SetAllWriteFlags(WriteState::Queued);
                       // What a running drive would refuse.
                       for (int p = 0; p <= engines.model.LastParam; ++p)
                           if (engines.model.AttrBit(Attr::Icr, p))
                               engines.model.ParamTable[p].WriteFlag = WriteState::None;
-                      engines.link.RunWholeScan(2);
+                      engines.drive.SendAll();
                   }),
                   "ms", LimitMs);
     engines.model.DriveModified = false;
-    engines.link.GoOffLine(1);
+    engines.drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;
 }

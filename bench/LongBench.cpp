@@ -54,8 +54,7 @@ int main(int argc, char **argv)
     AttachedProgram program;
     constexpr LinkTimings real;
     // The wait for a reply is not shortened: the line is paced as in the field.
-    if (!program.GoOnLine({real.scanPause / Haste, real.replyTimeout, real.sizeErrorPause / Haste,
-                           real.progressUpdate / Haste}))
+    if (!program.GoOnLine({real.scanPause / Haste, real.replyTimeout, real.sizeErrorPause / Haste}))
         return 1;
     MDIFormMain &main = program.Main();
     Engines &engines = main.AllEngines();
@@ -93,6 +92,6 @@ int main(int argc, char **argv)
     kept &= Print("long-timers-growth", end.timers - begin.timers, "timers", 0);
     kept &= Print("long-scan-rate-drift", std::abs(late - early) / early * 100, "%", 5);
     engines.model.DriveModified = false;
-    engines.link.GoOffLine(1);
+    engines.drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;
 }

@@ -176,12 +176,10 @@ int main(int argc, char **argv)
     if (!program.GoOnLine({}))
         return 1;
     MDIFormMain &main = program.Main();
-    DriveLink &driveLink = main.AllEngines().link;
-    driveLink.SetAllReadFlags(1);
-    driveLink.ScanKind = 1;
-    driveLink.ShowProgressBar();
+    DriveOperations &drive = main.AllEngines().drive;
+    drive.ReadAll();
     kept &= MeasureList(main);
     kept &= MeasureWindows(main, emptyMiB);
-    driveLink.GoOffLine(1);
+    drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;
 }

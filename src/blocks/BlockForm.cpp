@@ -5,7 +5,7 @@
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
 #include "model/Conversions.h"
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
 

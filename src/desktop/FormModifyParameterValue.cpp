@@ -4,9 +4,9 @@
 #include "desktop/TitleRoom.h"
 #include "desktop/TypeToChoose.h"
 #include "model/Conversions.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
 #include "model/TextTables.h"
+#include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
@@ -66,12 +66,12 @@ int LettersOfTheWidest(const QStringList &items, const QFontMetrics &metrics)
 
 } // namespace
 
-FormModifyParameterValue::FormModifyParameterValue(Desk &desk, QWidget *owner)
+FormModifyParameterValue::FormModifyParameterValue(Desk &desk, QWidget *owner, int p, std::int32_t rawValue)
     : DialogForm(desk, owner, QStringLiteral("FormModifyParameterValue"), {},
                  QStringLiteral("Change a Value.htm"))
+    , param_(p)
+    , rawValue_(rawValue)
 {
-    // However the dialog goes, only OK changes that.
-    desk.model.EditConfirmed = false;
     MakeControls();
     Load();
 }
@@ -126,7 +126,7 @@ void FormModifyParameterValue::MakeControls()
 void FormModifyParameterValue::Load()
 {
     const Model &model = desk().model;
-    const int typeCode = TypeCode(model.ParamTable[model.EditParamNumber].Attributes);
+    const int typeCode = TypeCode(model.ParamTable[param_].Attributes);
     const auto *kind = std::find_if(std::begin(Kinds), std::end(Kinds),
                                     [typeCode](const Kind &row) { return row.typeCode == typeCode; });
     if (kind == std::end(Kinds)) {
@@ -143,7 +143,7 @@ void FormModifyParameterValue::Load()
 
 void FormModifyParameterValue::LayOutCombo()
 {
-    const ParamChoices choices = desk().rules.FillParamCombo(desk().model.EditParamNumber);
+    const ParamChoices choices = desk().rules.FillParamCombo(param_);
     comboParameterSelect_->addItems(choices.items);
     comboParameterSelect_->setMinimumContentsLength(LettersOfTheWidest(choices.items, fontMetrics()));
     comboParameterSelect_->setCurrentIndex(-1);
@@ -166,7 +166,7 @@ void FormModifyParameterValue::LayOutCombo()
 void FormModifyParameterValue::LayOutOptions(int count)
 {
     const Model &model = desk().model;
-    const int typeCode = TypeCode(model.ParamTable[model.EditParamNumber].Attributes);
+    const int typeCode = TypeCode(model.ParamTable[param_].Attributes);
     for (int i = 0; i < int(option1_.size()); ++i)
         option1_[i]->setText(EnumText(i, typeCode));
 
@@ -183,9 +183,9 @@ void FormModifyParameterValue::LayOutOptions(int count)
     if (typeCode == StopModeType && model.Value(Param::DriveModel) >= FirstNonRegenerativeModel)
         option1_[QuickStop]->hide();
     // A value without an option leaves nothing chosen, and OK then asks for a choice.
-    if (model.EditValue >= 0 && model.EditValue < int(option1_.size())) {
-        option1_[model.EditValue]->setChecked(true);
-        option1_[model.EditValue]->setFocus();
+    if (rawValue_ >= 0 && rawValue_ < int(option1_.size())) {
+        option1_[rawValue_]->setChecked(true);
+        option1_[rawValue_]->setFocus();
     }
     ResizeTo(count == 2 ? 2760 : 3000, 2000);
 }
@@ -193,8 +193,8 @@ void FormModifyParameterValue::LayOutOptions(int count)
 void FormModifyParameterValue::LayOutNumber()
 {
     const Model &model = desk().model;
-    const ParamRecord &record = model.ParamTable[model.EditParamNumber];
-    const std::int32_t rawValues[] = {record.Max, record.Min, model.EditValue};
+    const ParamRecord &record = model.ParamTable[param_];
+    const std::int32_t rawValues[] = {record.Max, record.Min, rawValue_};
     auto *layout = new QGridLayout(this);
     for (int i = 0; i < 3; ++i) {
         textValue_[i]->setText(NumberText(rawValues[i], record.Attributes));
@@ -227,22 +227,22 @@ void FormModifyParameterValue::AskAgain()
 
 bool FormModifyParameterValue::IsAcceptable()
 {
-    Model &model = desk().model;
-    const ParamRecord &record = model.ParamTable[model.EditParamNumber];
+    const Model &model = desk().model;
+    const ParamRecord &record = model.ParamTable[param_];
     if (!IsNumeric(newValue_)) {
         desk().asker.MsgBox(QStringLiteral("Must be a numeric value. Please Re-enter."), MsgButtons::Ok,
                             MsgIcon::Exclamation, {});
         AskAgain();
         return false;
     }
-    model.EditValue = desk().rules.EntryToRawOf(model.EditParamNumber, newValue_);
-    if (model.AttrBit(Attr::Destination, model.EditParamNumber)) {
-        if (desk().rules.ResolveDestinationConflict(model.EditParamNumber, ToInt16(model.EditValue)))
+    rawValue_ = desk().rules.EntryToRawOf(param_, newValue_);
+    if (model.AttrBit(Attr::Destination, param_)) {
+        if (desk().rules.ResolveDestinationConflict(param_, ToInt16(rawValue_)))
             return true;
         comboParameterSelect_->setFocus();
         return false;
     }
-    if (model.EditValue >= record.Min && model.EditValue <= record.Max)
+    if (rawValue_ >= record.Min && rawValue_ <= record.Max)
         return true;
     desk().asker.MsgBox(QStringLiteral("Please enter a value between ") +
                             ValueText(record.Min, record.Attributes) + QStringLiteral(" and ") +
@@ -254,10 +254,13 @@ bool FormModifyParameterValue::IsAcceptable()
 
 void FormModifyParameterValue::CommandOK_Click()
 {
-    if (!IsAcceptable())
-        return;
-    desk().model.EditConfirmed = true;
-    accept();
+    if (IsAcceptable())
+        accept();
+}
+
+std::optional<std::int32_t> FormModifyParameterValue::EditedValue() const
+{
+    return result() == Accepted ? std::optional(rawValue_) : std::nullopt;
 }
 
 } // namespace quorvik

@@ -3,6 +3,8 @@
 #include "desktop/Form.h"
 
 #include <array>
+#include <cstdint>
+#include <optional>
 
 class QComboBox;
 class QLabel;
@@ -12,17 +14,17 @@ class QRadioButton;
 namespace quorvik
 {
 
-/**
- * The one place where a user types or picks a parameter's value. It edits Model::EditParamNumber, starting
- * from Model::EditValue, and leaves the result there. Model::EditConfirmed is True behind OK, and False
- * however else it was closed.
- */
+/** The one place where a user types or picks a parameter's value. */
 class FormModifyParameterValue : public DialogForm
 {
     Q_OBJECT
 
 public:
-    FormModifyParameterValue(Desk &desk, QWidget *owner);
+    /** Edits parameter p, starting from a raw value. */
+    FormModifyParameterValue(Desk &desk, QWidget *owner, int p, std::int32_t rawValue);
+
+    /** The raw value behind OK; nothing however else it was closed. */
+    std::optional<std::int32_t> EditedValue() const;
 
     /** The present choice as text: the number typed, the option's index, or the number of the parameter. */
     const QString &NewValue() const { return newValue_; }
@@ -46,6 +48,8 @@ private:
     QPushButton *commandOK_ = nullptr;
     QPushButton *commandCancel_ = nullptr;
     QString newValue_;
+    int param_;
+    std::int32_t rawValue_;
 };
 
 } // namespace quorvik

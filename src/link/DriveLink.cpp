@@ -12,10 +12,8 @@ namespace quorvik
 
 Q_LOGGING_CATEGORY(linkTrace, "quorvik.link", QtInfoMsg)
 
-DriveLink::DriveLink(Model &model, EntryRules &rules, Asker &asker, LinkTimings timings)
+DriveLink::DriveLink(Model &model, LinkTimings timings)
     : model_(model)
-    , rules_(rules)
-    , asker_(asker)
     , timings_(timings)
 {
     const std::pair<QTimer *, int> intervals[] = {
@@ -60,19 +58,10 @@ void DriveLink::Report(const RuntimeFailure &failure)
     isFailing_ = true;
     if (std::exchange(isFailureTold_, true))
         return;
-    Later([failure] { ReportFailure(failure); });
-}
-
-void DriveLink::Later(const std::function<void()> &work)
-{
     // Not from within the chain, and above all not from within the port's own event: whoever shows a message
     // may run the event loop.
-    QMetaObject::invokeMethod(this, work, Qt::QueuedConnection);
-}
-
-void DriveLink::Announce(const QString &sentence, MsgIcon icon, const QString &title)
-{
-    Later([this, sentence, icon, title] { asker_.Tell(sentence, icon, title); });
+    QMetaObject::invokeMethod(
+        this, [failure] { ReportFailure(failure); }, Qt::QueuedConnection);
 }
 
 void DriveLink::SerialCommTimer_Timer()
@@ -80,11 +69,11 @@ void DriveLink::SerialCommTimer_Timer()
     QUORVIK_LINK_TRACE() << "SerialCommTimer";
     if (OffLineRequested) {
         QUORVIK_LINK_TRACE() << " Going offline";
-        GoOffLine(2);
+        BreakOff();
         OffLineRequested = false;
         return;
     }
-    if (DriveCommand != 0) {
+    if (DriveCommand != Restart::None) {
         ServeDriveCommand();
         return;
     }
@@ -159,9 +148,7 @@ void DriveLink::ParsePacket(const QByteArray &buffer)
         ParseReadPropPacket(buffer);
         break;
     default:
-        asker_.MsgBox(QStringLiteral("Invalid MSCOMM1.RTHRESHOLD Value in ParsePacket()"), MsgButtons::Ok,
-                      MsgIcon::Critical, AppTitle());
-        Q_EMIT FatalError();
+        Q_EMIT FatalError(QStringLiteral("Invalid MSCOMM1.RTHRESHOLD Value in ParsePacket()"));
     }
 }
 

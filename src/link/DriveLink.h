@@ -2,29 +2,47 @@
 
 #include "link/LinkTimings.h"
 #include "link/WholeRead.h"
-#include "platform/Asker.h"
 #include "platform/MSComm.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QObject>
 #include <QTimer>
-#include <functional>
 #include <map>
 #include <optional>
+#include <set>
 
 namespace quorvik
 {
 
-class EntryRules;
 class Model;
+
+/** A pass over the whole table. */
+enum class WholeScan : std::uint8_t { None, Reading, Writing };
+
+/** What a whole-table scan came to. */
+struct ScanResult {
+    enum class End { Complete, Cancelled, LinkLost };
+
+    WholeScan kind = WholeScan::None;
+    End end = End::Complete;
+    std::set<int> missing = {}; ///< parameters that could not be read, or that the drive refused
+    bool hasRead = false;       ///< at least one value of the drive's has arrived
+    bool isInDoubt = false;     ///< the answers were out of step with the questions to the end
+};
+
+/** A failure that is counted; three in a row take the link down. */
+enum class LinkFault { DamagedReply, WrongLength, NoReply };
+
+/** Values of parameter 408. */
+enum class Restart : std::uint8_t { None = 0, ReInitialize = 1, Reset = 2 };
 
 /**
  * The serial engine: keeps Model::ParamTable equal to the drive's table.
  *
  * There is no thread and no queue: SerialCommTimer, SerialCommTimeout and the port's OnComm form one chain of
  * callbacks, and the work list is the flags of the table. In a healthy link exactly one of the two timers is
- * armed. Nothing that the engine has to say is said from within the chain: the next timer is armed first, and
- * the chain goes on while a message stands.
+ * armed. It asks and tells nobody: what it has to say are signals, emitted from within the chain, so that a
+ * listener must neither wait nor show a message in its slot.
  *
  * A RuntimeFailure in the chain ends the handler that ran into it; the user is told once, and the next scan
  * begins afresh.
@@ -35,60 +53,44 @@ class DriveLink : public QObject
 
 public:
     /** Fills in Model::PortOpen for as long as it lives. */
-    DriveLink(Model &model, EntryRules &rules, Asker &asker, LinkTimings timings = {});
+    explicit DriveLink(Model &model, LinkTimings timings = {});
     ~DriveLink() override;
-
-    /** Shows the modal progress window of a whole-table scan, by ScanKind; filled in by the shell. The window
-     * begins the scan and ends it. */
-    std::function<void()> ShowProgressBar;
-    /** Asks to save a modified file; filled in by the shell. @return False when the user cancelled. */
-    std::function<bool()> PromptSaveChanges;
 
     bool PortOpen() const { return MSComm1.PortOpen(); }
     /**
-     * Opens the port and learns the table's size; waits for the drive in the event loop. Test PortOpen()
-     * after. Does nothing while an earlier call is still waiting or the link is being taken down. A Jog that
-     * the drive still holds from before is taken back as soon as it is seen.
+     * Opens the port, and begins by asking for the table's size. A Jog that the drive still holds from before
+     * is taken back as soon as it is seen.
+     * @return empty, or the sentence that says why the port does not open.
      */
-    void GoOnLine();
-    /** Does nothing off line.
-     * @param reason 0 the user, 1 the end of a whole-table command, 2 an error or a drive command. */
-    void GoOffLine(int reason);
-    /** The user's switch. Ends the wait of GoOnLine(), too. */
-    void ToggleComStatus();
-    void SaveDriveParameters(); ///< command 406
-    void LoadDriveParameters(); ///< command 407
-    /** @param command 1 re-initialise, 2 reset; served at the next tick. */
-    void SetDriveCommand(std::uint8_t command) { DriveCommand = command; }
-
-    /** As Model::SetAllReadFlags(), telling the user of a wrong delta. */
-    void SetAllReadFlags(int delta);
+    QString Open();
+    /** From Open() until the drive has told the size of its table, or the port is closed. */
+    bool IsAskingForSize() const { return PortOpen() && PropMax == 0 && ReadPropsIndex != 0; }
+    /** Takes over the size that the drive has told. @return False for one that no drive has. */
+    bool TakeSize();
+    void Close();
 
     /**
-     * Puts the scan cursor to 0. A reply that is still awaited is given up, since it could not be told whose
-     * it is: the next scan begins after the pause.
+     * Begins to read or to write the whole table; ScanFinished() tells the end. A reading raises the read
+     * interest in every parameter and gives it back; what is to be written must be flagged so. A reply that
+     * is still awaited is given up.
      */
-    void BeginScanAnew();
+    void StartScan(WholeScan kind);
+    /** Ends it at once; of a writing, nothing more of the table is sent. */
+    void CancelScan();
 
-    /**
-     * Reads or writes the whole table under the progress window, once it is flagged so. What could not be
-     * read is named, and a set that is read by half is marked so (Model::HalfRead).
-     * @param kind 1 reading, 2 writing.
-     */
-    void RunWholeScan(int kind);
-    // What the progress window does, by ScanKind.
-    void BeginWholeScan();
-    bool IsWholeScanOver() const;
-    void EndWholeScan() { wholeRead_.End(); }
+    /** The drive is told so at the next tick, without a reply, and the link goes down. */
+    void SetDriveCommand(Restart command) { DriveCommand = command; }
+    /** Whether a Run, Stop or Jog still waits to be sent. */
+    bool HasFirstWrite() const { return FirstWrite().has_value(); }
 
     const LinkTimings &Timings() const { return timings_; }
 
     MSComm MSComm1;
     QTimer SerialCommTimer;
     QTimer SerialCommTimeout;
-    int CurrentParam = 0;      ///< scan cursor: the parameter now being asked for
-    std::uint8_t ScanKind = 0; ///< 1 reading all, 2 writing all; also carries the list window's choice
-    std::uint8_t DriveCommand = 0;
+    int CurrentParam = 0;                 ///< scan cursor: the parameter now being asked for
+    WholeScan ScanKind = WholeScan::None; ///< the last one begun
+    Restart DriveCommand = Restart::None;
     bool OffLineRequested = false;
     std::uint8_t NoResponseCount = 0;
     std::uint8_t PacketSizeErrorCount = 0;
@@ -108,16 +110,27 @@ Q_SIGNALS:
     void ValueRead(int p);
     /** The drive has taken the value that the table holds. */
     void WriteTaken(int p);
-    /** The drive refused a write for good. A listener that tells the user of it sets told. */
-    void WriteRefused(int p, std::int32_t rawValue, bool *told);
-    /** A fault of the program that ends it; the user has been told. */
-    void FatalError();
+    /**
+     * The drive refused a write for good; the table still holds the value. A listener that tells the user of
+     * it sets isTold.
+     */
+    void WriteRefused(int p, std::int32_t rawValue, bool *isTold);
+    /** The same, once every listener of WriteRefused() had its turn. */
+    void WriteGivenUp(int p, std::int32_t rawValue, bool isTold);
+    /** A whole-table scan stands at this parameter. It may go back: a time-out or a refusal starts it over.
+     */
+    void ScanProgress(int p);
+    void ScanFinished(const ScanResult &result);
+    /** A fault has come up often enough: the link goes down at the next tick. */
+    void Broken(LinkFault fault, bool mayBeMoving);
+    /** The link is about to close by itself. */
+    void BreakingOff();
+    /** A fault of the program that ends it. */
+    void FatalError(const QString &sentence);
 
 private:
     void RunHandler(void (DriveLink::*handler)());
     void Report(const RuntimeFailure &failure);
-    void Later(const std::function<void()> &work);
-    void Announce(const QString &sentence, MsgIcon icon, const QString &title);
     void SerialCommTimer_Timer();
     void SerialCommTimeout_Timer();
     void MSComm1_OnComm();
@@ -129,6 +142,7 @@ private:
     void TakeValue(std::int32_t rawValue);
     void WriteNext();
     void GoOnScanning();
+    void EndWriting();
     std::optional<int> FirstWrite() const;
     void SendWrite(int p, bool isFirst);
     void ReadProps(std::int16_t paramNumber);
@@ -143,12 +157,12 @@ private:
     void HandleBCCErrors();
     void HandlePacketSizeErrors();
     void HandleNoResponses();
-    void CountFailure(std::uint8_t &count, const QString &title, const QString &sentence);
+    void CountFailure(std::uint8_t &count, LinkFault fault);
     bool MayBeMoving() const;
 
-    void CloseLink();
-    void SettleWholeRead();
-    void MemoryCommandFailed(int command);
+    void BreakOff();
+    void BeginScanAnew();
+    void EndScan(ScanResult::End end);
     void OnComStatusChange();
     void ArmSerialCommTimer();
     void SendRequest(const QByteArray &request, int replyLength);
@@ -156,8 +170,6 @@ private:
     bool IsUnsigned(int paramNumber) const;
 
     Model &model_;
-    EntryRules &rules_;
-    Asker &asker_;
     LinkTimings timings_;
     QTimer timerDelay_;
     WholeRead wholeRead_;
@@ -166,12 +178,13 @@ private:
     bool isFirstSent_ = false;             ///< it went before its turn: the cursor is another's
     bool isReadScan_ = false;              ///< of the scan under way
     std::map<int, std::uint8_t> refusals_; ///< in a row, by parameter
-    bool wasModified_ = false;             ///< Model::DriveModified before the drive was told to load
     bool isJogUnsettled_ = false;          ///< nothing was heard or said of Jog since the link is up
     bool isFailing_ = false;
     bool isFailureTold_ = false;
-    bool waitingForDrive_ = false;
-    bool leaving_ = false;
+    bool isSizeUnknown_ = false; ///< nothing was said of the machine yet
+    bool isScanning_ = false;
+    int scanLast_ = -1;         ///< up to which a reading raised the read interest
+    std::set<int> scanRefused_; ///< by the drive, in this writing
 };
 
 } // namespace quorvik

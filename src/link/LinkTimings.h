@@ -9,8 +9,6 @@ struct LinkTimings {
     int replyTimeout = 220;    ///< SerialCommTimeout: longest wait for one reply
     int sizeErrorPause = 1000; ///< what is still arriving after a wrong length has arrived by then
     int lastCommand = 1000;    ///< how long going off line waits for a Run, Stop or Jog to leave
-    /** How often the progress window looks; less than scanPause, or it would miss the end of a writing. */
-    int progressUpdate = 200;
 };
 
 } // namespace quorvik

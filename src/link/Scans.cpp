@@ -1,7 +1,6 @@
 #include "link/DriveLink.h"
 #include "link/PacketLayer.h"
 #include "link/Trace.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
 #include "platform/Arithmetic.h"
 
@@ -42,8 +41,8 @@ bool DriveLink::IsUnsigned(int paramNumber) const
 void DriveLink::BeginReadScan()
 {
     if (wholeRead_.IsUnderWay() && !wholeRead_.BeginPass()) {
-        // One pause in which the progress window gives its interest back.
         ArmSerialCommTimer();
+        EndScan(ScanResult::End::Complete);
         return;
     }
     CurrentParam = 0;
@@ -71,6 +70,8 @@ void DriveLink::ReadNext()
         QUORVIK_LINK_TRACE() << " ReadScanComplete";
         wholeRead_.EndPass();
         ArmSerialCommTimer();
+        // There was nothing to write.
+        EndWriting();
         return;
     }
     QUORVIK_LINK_TRACE() << " Read Param[" << CurrentParam << "]";
@@ -96,6 +97,8 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
     }
 
     ++CurrentParam;
+    if (isScanning_)
+        Q_EMIT ScanProgress(CurrentParam);
     const bool isEnd = CurrentParam > model_.LastParam;
     if (!isEnd && IsWanted(CurrentParam) && !FirstWrite()) {
         QUORVIK_LINK_TRACE() << " ACK Sent";
@@ -142,9 +145,16 @@ void DriveLink::WriteNext()
         // What was changed behind the cursor during this scan is for the next one.
         model_.WritePending = Seek(0, model_.LastParam, isQueued) <= model_.LastParam;
         ArmSerialCommTimer();
+        EndWriting();
         return;
     }
     SendWrite(CurrentParam, false);
+}
+
+void DriveLink::EndWriting()
+{
+    if (ScanKind == WholeScan::Writing)
+        EndScan(ScanResult::End::Complete);
 }
 
 void DriveLink::SendWrite(int p, bool isFirst)
@@ -179,6 +189,7 @@ void DriveLink::GoOnScanning()
     } else {
         QUORVIK_LINK_TRACE() << " Finished Writing";
         ArmSerialCommTimer();
+        EndWriting();
     }
 }
 
@@ -194,6 +205,8 @@ void DriveLink::ParseAckNak(const QByteArray &packet)
     TakeWrite();
     if (!isFirstSent_)
         ++CurrentParam;
+    if (isScanning_)
+        Q_EMIT ScanProgress(CurrentParam);
     GoOnScanning();
     // Whether or not the write just acknowledged was the edited parameter's.
     try {
@@ -231,22 +244,15 @@ void DriveLink::RefuseWrite()
     if (WriteRetryCount >= RefusalsInARow) {
         const std::int32_t rawValue = record.Value;
         record.WriteFlag = WriteState::None;
-        bool told = false;
-        Q_EMIT WriteRefused(p, rawValue, &told);
-        if (!told)
-            Announce(QStringLiteral("Could not write value of %1 to ").arg(rawValue) + model_.FullName(p),
-                     MsgIcon::Exclamation, QStringLiteral("Write Error"));
         if (!isFirstSent_)
             ++CurrentParam;
         refusals_.erase(p);
         WriteRetryCount = 0;
-        // While leaving, whoever asked for the save sees to it.
-        if (Param::IsCommand(p) && !leaving_) {
-            MemoryCommandFailed(p);
-            if (p == Param::SaveParameters)
-                Later([this] { rules_.ShowNotSavedMessage(); });
-        }
-        Q_EMIT model_.WriteRefused(p);
+        if (isScanning_)
+            scanRefused_.insert(p);
+        bool isTold = false;
+        Q_EMIT WriteRefused(p, rawValue, &isTold);
+        Q_EMIT WriteGivenUp(p, rawValue, isTold);
     }
     ArmSerialCommTimer();
 }
@@ -281,31 +287,13 @@ void DriveLink::ParseReadPropPacket(const QByteArray &packet)
 
 void DriveLink::ServeDriveCommand()
 {
-    QUORVIK_LINK_TRACE() << (DriveCommand == 1 ? " REINITIALIZE" : " RESET");
+    QUORVIK_LINK_TRACE() << (DriveCommand == Restart::ReInitialize ? " REINITIALIZE" : " RESET");
     // No reply: the drive restarts at once.
     MSComm1.SetRThreshold(0);
-    MSComm1.Output(BuildPacket(Wire::Command::Write, Param::OneShotCommand, DriveCommand,
+    MSComm1.Output(BuildPacket(Wire::Command::Write, Param::OneShotCommand, std::int32_t(DriveCommand),
                                IsUnsigned(Param::OneShotCommand)));
-    DriveCommand = 0;
-    GoOffLine(2);
-}
-
-void DriveLink::BeginScanAnew()
-{
-    CurrentParam = 0;
-    if (!SerialCommTimeout.isActive())
-        return;
-    SerialCommTimeout.stop();
-    if (MSComm1.RThreshold() == Wire::ReadReplyLength)
-        MSComm1.Output(QByteArray(1, Wire::Eot));
-    ArmSerialCommTimer();
-}
-
-void DriveLink::SetAllReadFlags(int delta)
-{
-    if (!model_.SetAllReadFlags(delta))
-        asker_.MsgBox(QStringLiteral("Invalid value of NewState in Sub SetAllReadFlags."), MsgButtons::Ok,
-                      MsgIcon::Critical, QStringLiteral("Error"));
+    DriveCommand = Restart::None;
+    BreakOff();
 }
 
 } // namespace quorvik

@@ -13,6 +13,12 @@ namespace quorvik
 
 Model::Model() = default;
 
+const QString &Model::Unnamed()
+{
+    static const QString unnamed = QStringLiteral("unnamed");
+    return unnamed;
+}
+
 void Model::InitColors()
 {
     DefaultColors = {0, 65280, 255, 8355711, 16711680, 8355711};

@@ -58,7 +58,10 @@ public:
     std::int16_t FileLastParam = -1;
     std::int16_t LastParam = -1; ///< the highest parameter that exists for the program; all loops run 0 to it
 
-    QString FileName = QStringLiteral("unnamed"); ///< full path of the open settings file, or "unnamed"
+    /** The name of a set that is in no file. */
+    static const QString &Unnamed();
+
+    QString FileName = Unnamed(); ///< full path of the open settings file, or "unnamed"
     QString Notes;
     bool FileModified = false; ///< the title's asterisk; a write that is no edit takes it away
     /** Edits that no file holds yet, whether or not the asterisk still shows them. */
@@ -150,17 +153,13 @@ public:
     void UpdateTitle();
     QString Title() const; ///< "Quorvik - [name]" or "Quorvik - [name*]", and whether it is read by half
 
-    // The edit dialog's input and result.
+    /** The parameter edited last; what hangs on it follows every write that the drive takes. */
     std::int16_t EditParamNumber = 0;
-    std::int32_t EditValue = 0;
-    bool EditConfirmed = false;
 
 Q_SIGNALS:
     void TitleChanged(const QString &title);
     /** A settings file has been read into VirtualSettings. */
     void VirtualSettingsLoaded();
-    /** The drive has refused a value for good; ParamTable still holds it. */
-    void WriteRefused(int p);
 
 private:
     void ChangeReadFlag(int p, int delta);

@@ -2,7 +2,7 @@
 
 #include "desktop/TypeToChoose.h"
 #include "model/Conversions.h"
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "model/Model.h"
 #include "model/TextTables.h"
 #include "operator/FormVirtualOperator.h"

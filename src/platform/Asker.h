@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 #include <optional>
 
 namespace quorvik
 {
+
+class Progress;
 
 enum class MsgIcon { None, Critical, Question, Exclamation, Information };
 enum class MsgButtons { Ok, YesNo, YesNoCancel };
@@ -18,8 +21,8 @@ struct FileDialogRequest {
 };
 
 /**
- * The one asking seam: whoever owns a command asks the user through it. The program answers with message
- * boxes and the platform's dialogs, a test with a script.
+ * The one way to ask the user: whoever owns a command asks through it. The program answers with message
+ * boxes, dialogs of its own and the platform's, a test with a script.
  */
 class Asker
 {
@@ -50,6 +53,18 @@ public:
     /** The file chosen to save to, with "Svx" as default extension, or nothing when the dialog was cancelled.
      */
     virtual std::optional<QString> ShowSave(const FileDialogRequest &request) = 0;
+
+    /** Lets the user edit the value of parameter p. @return the new raw value, or nothing for a cancel. */
+    virtual std::optional<std::int32_t> EditValue(int p, std::int32_t rawValue);
+
+    /** Asks whether a drive is connected, and for its model where none is. @return True for on line. */
+    virtual bool ChooseOnLine() { return false; }
+
+    /** Lets the user choose the drive's model. */
+    virtual void SelectDriveModel() {}
+
+    /** Stays with an operation, and lets the user cancel it, until it is over. */
+    virtual void ShowProgress(Progress &progress);
 };
 
 /** The application's title. */

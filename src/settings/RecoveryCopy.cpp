@@ -2,7 +2,6 @@
 
 #include "model/Model.h"
 #include "model/PathFunctions.h"
-#include "platform/Asker.h"
 #include "platform/AtomicFile.h"
 #include "platform/Guard.h"
 #include "settings/SettingsFile.h"
@@ -97,42 +96,34 @@ QString RecoveryCopy::SetAside(const QString &name)
     return kept;
 }
 
-bool RecoveryCopy::OfferLeftover(Asker &asker)
+std::optional<QString> RecoveryCopy::LeftoverName() const
 {
     if (!QFile::exists(Path()))
-        return false;
+        return std::nullopt;
     QFile nameFile(NamePath());
-    QString name = QStringLiteral("unnamed");
-    if (nameFile.open(QIODevice::ReadOnly))
-        name = QString::fromUtf8(nameFile.readAll());
+    return nameFile.open(QIODevice::ReadOnly) ? QString::fromUtf8(nameFile.readAll()) : Model::Unnamed();
+}
 
-    const QString question =
-        QStringLiteral(
-            "Quorvik did not end normally, and changes to %1 had not been saved.\r\n\r\nRecover them?")
-            .arg(FileTitle(name));
-    switch (asker.MsgBox(question, MsgButtons::YesNo, MsgIcon::Question, AppTitle())) {
-    case MsgAnswer::Yes:
-        break;
-    case MsgAnswer::No:
-        // Kept a while: a key pressed in haste must not be the end of unsaved work.
-        QFile::remove(folder_ + QStringLiteral("/declined.Svx"));
-        SetAside(QStringLiteral("declined"));
-        return false;
-    default:
-        // No answer, as when the run ends meanwhile: it is asked again next time.
-        return false;
-    }
-    if (const QString failure = file_.LoadSettings(Path()); !failure.isEmpty()) {
-        const QString kept =
-            SetAside(QDateTime::currentDateTime().toString(QStringLiteral("'unreadable-'yyyyMMdd-hhmmss")));
-        asker.MsgBox(QStringLiteral("%1\r\n\r\nThe copy is kept as \"%2\".").arg(failure, kept),
-                     MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
-        return false;
-    }
+QString RecoveryCopy::Recover(const QString &name)
+{
+    QString failure = file_.LoadSettings(Path());
+    if (!failure.isEmpty())
+        return failure;
     // Still unsaved, so the copy stays until the next one takes its place.
     model_.FileName = name;
     model_.MarkFile(true);
-    return true;
+    return {};
+}
+
+void RecoveryCopy::KeepDeclined()
+{
+    QFile::remove(folder_ + QStringLiteral("/declined.Svx"));
+    SetAside(QStringLiteral("declined"));
+}
+
+QString RecoveryCopy::KeepUnreadable()
+{
+    return SetAside(QDateTime::currentDateTime().toString(QStringLiteral("'unreadable-'yyyyMMdd-hhmmss")));
 }
 
 } // namespace quorvik

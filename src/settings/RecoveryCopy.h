@@ -2,11 +2,11 @@
 
 #include <QObject>
 #include <QTimer>
+#include <optional>
 
 namespace quorvik
 {
 
-class Asker;
 class Model;
 class SettingsFile;
 
@@ -27,13 +27,15 @@ public:
     /** @param folder where the copy lies; made when it is needed. */
     RecoveryCopy(Model &model, SettingsFile &file, const QString &folder, int writeDelayMs = WriteDelayMs);
 
-    /**
-     * Offers what an earlier run left behind. After a No it stays as "declined.Svx" until the next No; one
-     * that cannot be read is set aside, and the user is told where.
-     * @return True when the set was taken over: it is in the table, marked as modified, under its old name,
-     * and the copy goes on with it.
-     */
-    bool OfferLeftover(Asker &asker);
+    /** The name of the set that an earlier run left behind, or nothing. */
+    std::optional<QString> LeftoverName() const;
+    /** Takes that set into the table, marked as modified; the copy goes on with it. @return empty, or what is wrong
+     * with the copy. */
+    QString Recover(const QString &name);
+    /** Keeps that copy as "declined.Svx", where it is not offered again. */
+    void KeepDeclined();
+    /** Keeps a copy that cannot be read. @return its path. */
+    QString KeepUnreadable();
 
     /** Brings the copy up to date at once, where there are unsaved edits; the program is about to end. */
     void WriteNow();

@@ -1,16 +1,21 @@
 #include "shell/Engines.h"
 
+#include "platform/Ports.h"
+
 namespace quorvik
 {
 
-Engines::Engines(const Surroundings &given)
-    : rules(model, given.asker)
-    , file(model)
-    , fileCommands(model, rules, given.asker, file, given.programFolder)
+Engines::Engines(const Surroundings &given, Asker &asker)
+    : file(model)
     , recoveryCopy(model, file, given.dataHome + QStringLiteral("/quorvik/recovery"))
-    , link(model, rules, given.asker, given.timings)
+    , link(model, given.timings)
     , emulator(model)
+    , rules(model, asker)
+    , saving(model, asker, file, given.programFolder)
+    , drive(model, link, rules, saving, asker)
+    , fileCommands(model, rules, asker, file, saving, drive)
 {
+    link.MSComm1.DeviceOf = [ports = Ports(given.settings)](int number) { return ports.DeviceOf(number); };
 }
 
 QString Engines::InitGlobals(const QString &programFolder)

@@ -2,9 +2,11 @@
 
 #include "emulator/DriveEmulator.h"
 #include "link/DriveLink.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
-#include "settings/FileCommands.h"
+#include "operations/DriveOperations.h"
+#include "operations/EntryRules.h"
+#include "operations/FileCommands.h"
+#include "operations/SaveCommands.h"
 #include "settings/RecoveryCopy.h"
 #include "settings/SettingsFile.h"
 #include "shell/Surroundings.h"
@@ -14,7 +16,7 @@ namespace quorvik
 
 /** The engines of one run of the program, in the order in which they build on each other. */
 struct Engines {
-    explicit Engines(const Surroundings &surroundings);
+    Engines(const Surroundings &surroundings, Asker &asker);
 
     /**
      * Brings the table to the factory state.
@@ -24,12 +26,14 @@ struct Engines {
     QString InitGlobals(const QString &programFolder);
 
     Model model;
-    EntryRules rules;
     SettingsFile file;
-    FileCommands fileCommands;
     RecoveryCopy recoveryCopy;
     DriveLink link;
     DriveEmulator emulator;
+    EntryRules rules;
+    SaveCommands saving;
+    DriveOperations drive;
+    FileCommands fileCommands;
 };
 
 } // namespace quorvik

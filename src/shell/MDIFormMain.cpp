@@ -10,7 +10,6 @@
 #include "shell/NoticeStrip.h"
 #include "shell/StatusBarMain.h"
 #include "shell/WindowCommands.h"
-#include "shell/Wiring.h"
 
 #include <QAction>
 #include <QApplication>
@@ -55,7 +54,8 @@ NoticeStrip *MakeNotices(const QMainWindow *window)
 MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     : surroundings_(surroundings)
     , instance_(surroundings.lockFile)
-    , engines_(surroundings)
+    , asker_(surroundings.asker, *this)
+    , engines_(surroundings, asker_)
     , area_(MakeArea(this))
     , windows_(new WindowCommands(area_, forms_, this))
     , notices_(MakeNotices(this))
@@ -63,12 +63,12 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , menus_(this)
     , desk_{engines_.model,
             engines_.rules,
-            surroundings.asker,
+            asker_,
             surroundings.settings,
             surroundings.help,
             forms_,
-            {},
-            {}}
+            [this](QWidget *form, bool activate) { windows_->ShowChild(form, activate); },
+            [this] { ShowIOMentor(*this); }}
 {
     setObjectName(QStringLiteral("MDIFormMain"));
     // For every window of the program, boxes included.
@@ -77,7 +77,6 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     SetTitle(engines_.model.Title());
     forms_.Add(this);
 
-    WireSeams(*this);
     ConnectEngines();
     ConnectCommands();
 }
@@ -114,13 +113,13 @@ void MDIFormMain::ConnectEngines()
             notices_->hide();
     });
     On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });
-    On(&engines_.link, &DriveLink::FatalError, this, [] { QCoreApplication::exit(1); });
+    On(&engines_.drive, &DriveOperations::FatalError, this, [] { QCoreApplication::exit(1); });
     On(&engines_.emulator, &DriveEmulator::StatusPanels, this,
        [this](const QString &driveStatus, const QString &driveModel) {
            statusBar_->SetDriveStatus(driveStatus);
            statusBar_->SetDriveModel(driveModel);
        });
-    On(&engines_.fileCommands, &FileCommands::SaveFailed, this,
+    On(&engines_.saving, &SaveCommands::SaveFailed, this,
        [this](const QString &sentence) { notices_->Tell(sentence); });
     On(&engines_.recoveryCopy, &RecoveryCopy::WriteFailed, this,
        [this](const QString &sentence) { notices_->Tell(sentence); });
@@ -161,7 +160,7 @@ void MDIFormMain::OnComStatusChange()
 
 void MDIFormMain::ToggleComStatus()
 {
-    engines_.link.ToggleComStatus();
+    engines_.drive.ToggleComStatus();
     // The click has flipped the check mark, also where the link stayed as it was.
     OnComStatusChange();
 }

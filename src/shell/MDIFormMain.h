@@ -6,6 +6,7 @@
 #include "settings/forms/FilePrint.h"
 #include "shell/Engines.h"
 #include "shell/MenuBar.h"
+#include "shell/WindowAsker.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -73,13 +74,13 @@ private:
     void OnComStatusChange();
     void ConnectCommands();
     void ConnectEngines();
-    void ChooseCommMode();
     void SetTitle(const QString &title);
     /** @return False when the user would rather go on, which cannot be where nothing is asked. */
     bool Unload(bool asks);
 
     Surroundings surroundings_;
     SingleInstance instance_;
+    WindowAsker asker_;
     Engines engines_;
     FormsCollection forms_;
     QMdiArea *area_;

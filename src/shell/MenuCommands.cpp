@@ -14,7 +14,6 @@ namespace
 
 void ListParameters(MDIFormMain &main, int index)
 {
-    main.AllEngines().link.ScanKind = std::uint8_t(index);
     OpenViewParameters(main.TheDesk(), main.Print(),
                        index == 0 ? ReportFilter::All : ReportFilter::ChangedFromDefault);
 }
@@ -35,11 +34,12 @@ void AddFileCommands(CommandTable &commands, MDIFormMain &main)
 {
     MDIFormMain *owner = &main;
     FileCommands *files = &main.AllEngines().fileCommands;
+    SaveCommands *saving = &main.AllEngines().saving;
     commands.insert({
         {QStringLiteral("mnuFileNew"), [files] { files->New(); }},
         {QStringLiteral("mnuFileOpen"), [files] { files->Open(); }},
-        {QStringLiteral("mnuFileSave(0)"), [files] { files->Save(0); }},
-        {QStringLiteral("mnuFileSave(1)"), [files] { files->Save(1); }},
+        {QStringLiteral("mnuFileSave(0)"), [saving] { saving->Save(0); }},
+        {QStringLiteral("mnuFileSave(1)"), [saving] { saving->Save(1); }},
         {QStringLiteral("mnuFileRead"), [files] { files->ReadFromDrive(); }},
         {QStringLiteral("mnuFileWrite"), [files] { files->WriteToDrive(); }},
         {QStringLiteral("mnuFileNotes"), [owner] { ShowNotes(*owner); }},
@@ -61,10 +61,12 @@ void AddToolCommands(CommandTable &commands, MDIFormMain &main)
         {QStringLiteral("mnuToolsSelectModel"), [owner] { ShowSelectDriveModel(*owner); }},
         {QStringLiteral("mnuListParameters(0)"), [owner] { ListParameters(*owner, 0); }},
         {QStringLiteral("mnuListParameters(1)"), [owner] { ListParameters(*owner, 1); }},
-        {QStringLiteral("mnuToolsReInitDrive(1)"), [engines] { engines->link.SetDriveCommand(1); }},
-        {QStringLiteral("mnuToolsReInitDrive(2)"), [engines] { engines->link.SetDriveCommand(2); }},
-        {QStringLiteral("mnuToolsLoadDrive"), [engines] { engines->link.LoadDriveParameters(); }},
-        {QStringLiteral("mnuToolsSaveDrive"), [engines] { engines->link.SaveDriveParameters(); }},
+        {QStringLiteral("mnuToolsReInitDrive(1)"),
+         [engines] { engines->drive.RestartDrive(Restart::ReInitialize); }},
+        {QStringLiteral("mnuToolsReInitDrive(2)"),
+         [engines] { engines->drive.RestartDrive(Restart::Reset); }},
+        {QStringLiteral("mnuToolsLoadDrive"), [engines] { engines->drive.LoadDriveParameters(); }},
+        {QStringLiteral("mnuToolsSaveDrive"), [engines] { engines->drive.SaveDriveParameters(); }},
         {QStringLiteral("mnuToolsIOSimulator"), [owner] { ShowIOSimulator(*owner); }},
         {QStringLiteral("mnuToolsVirtualOperator"), [owner] { ShowVirtualOperator(*owner); }},
         {QStringLiteral("mnuMentorsBasic"), [owner] { ShowBasicMentor(*owner); }},

@@ -1,11 +1,8 @@
 #include "shell/OpenWindows.h"
 
-#include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormDebug.h"
-#include "link/forms/FormProgressBar.h"
-#include "link/forms/FormSelectCommMode.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/Guard.h"
 #include "settings/forms/FormNotes.h"
@@ -38,18 +35,6 @@ template<typename Make> void ShowOnly(MDIFormMain &main, const QString &name, Ma
 
 } // namespace
 
-bool AskForOnline(MDIFormMain &main)
-{
-    FormSelectCommMode window(main.TheDesk(), &main);
-    window.exec();
-    return window.OnlineChosen();
-}
-
-void ShowProgressBar(MDIFormMain &main)
-{
-    FormProgressBar(main.TheDesk(), &main, main.AllEngines().link).exec();
-}
-
 void ShowCommunications(MDIFormMain &main)
 {
     FormCommunications(main.TheDesk(), &main, main.AllEngines().link).exec();
@@ -69,11 +54,6 @@ void ShowNotes(MDIFormMain &main)
 void ShowSelectDriveModel(MDIFormMain &main)
 {
     FormSelectDriveModel(main.TheDesk(), &main).exec();
-}
-
-void ShowEditDialog(MDIFormMain &main)
-{
-    FormModifyParameterValue(main.TheDesk(), &main).exec();
 }
 
 void ShowColorSettings(MDIFormMain &main)

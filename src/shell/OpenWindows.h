@@ -5,17 +5,11 @@ namespace quorvik
 
 class MDIFormMain;
 
-/** @return whether the user chose to go on line. */
-bool AskForOnline(MDIFormMain &main);
-/** Follows a whole-table scan, by DriveLink::ScanKind, until it ends. */
-void ShowProgressBar(MDIFormMain &main);
 void ShowCommunications(MDIFormMain &main);
 void ShowDebug(MDIFormMain &main);
 
 void ShowNotes(MDIFormMain &main);
 void ShowSelectDriveModel(MDIFormMain &main);
-/** Edits Model::EditParamNumber. */
-void ShowEditDialog(MDIFormMain &main);
 
 void ShowColorSettings(MDIFormMain &main);
 void ShowGettingStarted(MDIFormMain &main);

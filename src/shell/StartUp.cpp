@@ -1,5 +1,6 @@
 #include "desktop/HTMLHelp.h"
 #include "model/PathFunctions.h"
+#include "operations/Recovery.h"
 #include "platform/Asker.h"
 #include "platform/CommandLine.h"
 #include "platform/Guard.h"
@@ -59,14 +60,15 @@ bool MDIFormMain::Load(const QString &commandLine)
 
     const QString path = SettingsPathOf(commandLine);
     // What a crash left goes before what was asked for, which can be opened again at any time.
-    if (engines_.recoveryCopy.OfferLeftover(asker)) {
+    if (OfferLeftover(engines_.recoveryCopy, asker)) {
         statusBar_->SetComStatus(false);
         if (!path.isEmpty() && path != engines_.model.FileName)
             notices_->Tell(QStringLiteral("\"%1\" was not opened: the recovered changes stand in its place. "
                                           "Save them, then open it with File, Open.")
                                .arg(FileTitle(path)));
     } else if (path.isEmpty()) {
-        ChooseCommMode();
+        if (engines_.drive.ChooseCommMode().outcome == Outcome::Cancelled && !engines_.link.PortOpen())
+            statusBar_->SetComStatus(false);
     } else if (const QString sentence = engines_.file.LoadSettings(path); !sentence.isEmpty()) {
         asker.MsgBox(sentence, MsgButtons::Ok, MsgIcon::None, {});
     }
@@ -75,21 +77,6 @@ bool MDIFormMain::Load(const QString &commandLine)
     if (!isUnloaded_ && ReadShowTips(settings))
         ShowGettingStarted(*this);
     return true;
-}
-
-void MDIFormMain::ChooseCommMode()
-{
-    if (!AskForOnline(*this)) {
-        statusBar_->SetComStatus(false);
-        return;
-    }
-    DriveLink &link = engines_.link;
-    engines_.model.DropAllWrites();
-    link.GoOnLine();
-    if (!link.PortOpen())
-        return;
-    link.SetAllReadFlags(1);
-    link.RunWholeScan(1);
 }
 
 bool MDIFormMain::Unload(bool asks)
@@ -102,7 +89,7 @@ bool MDIFormMain::Unload(bool asks)
         engines_.model.DriveModified = false;
     }
     if (engines_.link.PortOpen())
-        Guarded([&] { engines_.link.GoOffLine(0); });
+        Guarded([&] { engines_.drive.GoOffLine(OffLineReason::User); });
 
     // Each step stands for itself: what fails in one does not stop the rest.
     SettingsStore &settings = surroundings_.settings;
@@ -119,7 +106,7 @@ bool MDIFormMain::Unload(bool asks)
     }
     bool cancel = false;
     // A save that failed counts as a cancel, however it failed: nothing may be lost on the way out.
-    if (!Guarded([&] { engines_.fileCommands.PromptSaveChanges(cancel); }) || cancel)
+    if (!Guarded([&] { cancel = !engines_.saving.PromptSaveChanges(); }) || cancel)
         return false;
     windows_->CloseAll();
     engines_.recoveryCopy.Remove();

@@ -79,9 +79,9 @@ TEST_F(BlockFormTest, AStandingValueRepaintsNothing)
 TEST_F(BlockFormTest, OnlyClassesZeroAndOneOpenTheDialog)
 {
     QList<int> edited;
-    desk.rules.ShowEditDialog = [&] {
-        edited.append(desk.model.EditParamNumber);
-        desk.model.EditConfirmed = false;
+    desk.asker.OnEditValue = [&](int p, std::int32_t) {
+        edited.append(p);
+        return std::nullopt;
     };
     Set({{1, 191}});
     Open("FormVelocityLoop");

@@ -25,9 +25,7 @@ protected:
 
     void OpenOn(int p)
     {
-        desk.model.EditParamNumber = std::int16_t(p);
-        desk.model.EditValue = P(p);
-        dialog = Show<FormModifyParameterValue>(nullptr);
+        dialog = Show<FormModifyParameterValue>(nullptr, p, P(p));
     }
 
     int VisibleOptions() const
@@ -81,7 +79,6 @@ TEST_F(EditDialogTest, ANumberPassesTheChecksInOrder)
         {"-5.1", range, 0}, {"12.5", "", 125},  {"-5", "", -50},    {"1.25", "", 13}};
     for (const auto &[typed, message, rawResult] : cases) {
         SCOPED_TRACE(typed);
-        desk.model.EditConfirmed = false;
         Open(1, -50, 125, 10, 1);
         EXPECT_EQ(Text("TextValue(2)"), "1.0");
         Entry()->setText(Name(typed));
@@ -89,10 +86,10 @@ TEST_F(EditDialogTest, ANumberPassesTheChecksInOrder)
         if (!accepted)
             desk.asker.Expect(message);
         Click("CommandOK");
-        EXPECT_EQ(desk.model.EditConfirmed, accepted);
+        EXPECT_EQ(dialog->EditedValue().has_value(), accepted);
         EXPECT_EQ(dialog->isVisible(), !accepted);
         if (accepted) {
-            EXPECT_EQ(desk.model.EditValue, rawResult);
+            EXPECT_EQ(dialog->EditedValue(), rawResult);
         } else {
             EXPECT_EQ(desk.asker.Shown.last().icon, message == number ? MsgIcon::Exclamation : MsgIcon::None);
             EXPECT_EQ(Entry()->selectedText(), Name(typed));
@@ -121,13 +118,11 @@ TEST_F(EditDialogTest, AnOverflowIsToldAndTheDialogStays)
 
 TEST_F(EditDialogTest, ADestinationInUseAsksAndSkipsTheRange)
 {
-    Model &model = desk.model;
     P(1) = 239;
     P(2) = 240;
     Record(2).Max = 10;
     for (const MsgAnswer answer : {MsgAnswer::No, MsgAnswer::Yes}) {
         const bool yes = answer == MsgAnswer::Yes;
-        model.EditConfirmed = false;
         OpenOn(2);
         auto *combo = Find<QComboBox>("ComboParameterSelect");
         EXPECT_EQ(dialog->NewValue(), Name("240"));
@@ -135,11 +130,10 @@ TEST_F(EditDialogTest, ADestinationInUseAsksAndSkipsTheRange)
         combo->setCurrentIndex(combo->findText(Name("239 "), Qt::MatchStartsWith));
         desk.asker.Expect("is already set to (239)", answer);
         Click("CommandOK");
-        EXPECT_EQ(model.EditConfirmed, yes);
+        EXPECT_EQ(dialog->EditedValue(), yes ? std::optional(239) : std::nullopt);
         EXPECT_EQ(dialog->isVisible(), !yes);
         EXPECT_EQ(P(1), yes ? 0 : 239);
     }
-    EXPECT_EQ(model.EditValue, 239);
 }
 
 TEST_F(EditDialogTest, EnterAcceptsAndAnyOtherClosingIsACancel)
@@ -148,20 +142,18 @@ TEST_F(EditDialogTest, EnterAcceptsAndAnyOtherClosingIsACancel)
     Entry()->setFocus();
     QTest::keyClicks(Entry(), Name("42"));
     QTest::keyClick(Entry(), Qt::Key_Return);
-    EXPECT_TRUE(desk.model.EditConfirmed);
-    EXPECT_EQ(desk.model.EditValue, 42) << "typing replaces the selected value";
+    EXPECT_EQ(dialog->EditedValue(), 42) << "typing replaces the selected value";
 
     const std::function<void()> ways[] = {[this] { dialog->close(); },
                                           [this] { QTest::keyClick(Entry(), Qt::Key_Escape); },
                                           [this] { Click("CommandCancel"); }};
     for (const auto &leave : ways) {
-        desk.model.EditConfirmed = true;
         Open(10, 0, 100, 5);
         Entry()->setText(Name("101"));
         desk.asker.Expect("Please enter a value between");
         Click("CommandOK");
         leave();
-        EXPECT_FALSE(desk.model.EditConfirmed) << "the last use's answer must not stand";
+        EXPECT_FALSE(dialog->EditedValue());
         EXPECT_FALSE(dialog->isVisible());
     }
 }

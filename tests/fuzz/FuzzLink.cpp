@@ -4,12 +4,14 @@
 #include "Fuzzing.h"
 
 #include "drive/PseudoTerminal.h"
-#include "link/DriveLink.h"
 #include "link/PacketLayer.h"
 #include "link/PatientAsker.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
+#include "operations/DriveOperations.h"
+#include "operations/EntryRules.h"
+#include "operations/SaveCommands.h"
 #include "platform/Waiting.h"
+#include "settings/SettingsFile.h"
 
 #include <QCoreApplication>
 #include <functional>
@@ -40,8 +42,6 @@ public:
         }
         model_.ResetToDefaults();
         link_.MSComm1.DeviceOf = [this](int) { return terminal_.DevicePath(); };
-        link_.ShowProgressBar = [] {};
-        link_.PromptSaveChanges = [] { return true; };
         QObject::connect(&link_.MSComm1, &MSComm::OnComm, &link_, [this] { ++raised_; });
         QObject::connect(&step_, &QTimer::timeout, &step_, [this] { Step(); });
     }
@@ -49,11 +49,11 @@ public:
     void Run()
     {
         step_.start(0);
-        link_.GoOnLine();
+        operations_.GoOnLine();
         PumpWhile([this] { return !isDone_; });
         step_.stop();
         if (link_.PortOpen())
-            link_.GoOffLine(0);
+            operations_.GoOffLine(OffLineReason::User);
         Require(!link_.SerialCommTimer.isActive() && !link_.SerialCommTimeout.isActive(),
                 "off line nothing is armed");
     }
@@ -65,7 +65,7 @@ private:
             isDone_ = true;
             // Ends the wait of GoOnLine(), too.
             if (link_.PortOpen())
-                link_.GoOffLine(0);
+                operations_.GoOffLine(OffLineReason::User);
             return;
         }
         Act(bytes_.Next());
@@ -90,10 +90,10 @@ private:
             },
             [&] { model_.SetParamValue(p, std::int16_t(bytes_.Next16()), true, false); },
             [&] { link_.ReadPropsIndex = std::int16_t(p); },
-            [&] { link_.BeginScanAnew(); },
-            [&] { link_.SetDriveCommand(std::uint8_t(p % 3)); },
+            [&] { link_.StartScan(WholeScan::Writing); },
+            [&] { link_.SetDriveCommand(Restart(p % 3)); },
             // Not from within the step's own timer, which would not come due while this waits for the drive.
-            [&] { QTimer::singleShot(0, &link_, [this] { link_.ToggleComStatus(); }); },
+            [&] { QTimer::singleShot(0, &link_, [this] { operations_.ToggleComStatus(); }); },
         };
         acts[choice % std::size(acts)]();
     }
@@ -159,8 +159,10 @@ private:
     testing::PatientAsker asker_;
     EntryRules rules_{model_, asker_};
     DriveLink link_{
-        model_, rules_, asker_,
-        LinkTimings{.scanPause = 0, .replyTimeout = 100000, .sizeErrorPause = 0, .lastCommand = 0}};
+        model_, LinkTimings{.scanPause = 0, .replyTimeout = 100000, .sizeErrorPause = 0, .lastCommand = 0}};
+    SettingsFile file_{model_};
+    SaveCommands saving_{model_, asker_, file_, QString()};
+    DriveOperations operations_{model_, link_, rules_, saving_, asker_};
     QTimer step_;
     Bytes bytes_;
     int raised_ = 0;

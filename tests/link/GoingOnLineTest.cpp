@@ -31,13 +31,13 @@ TEST_F(GoingOnLineTest, APortThatWillNotOpenSaysWhyAndChangesNothing)
     for (const auto &[device, words] : cases) {
         link.MSComm1.DeviceOf = [&device = device](int) { return device; };
         asker.Expect(QLatin1String(words));
-        link.GoOnLine();
+        operations.GoOnLine();
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::None);
     }
     EXPECT_TRUE(changes.isEmpty());
     EXPECT_FALSE(link.PortOpen());
     ::close(other);
-    link.GoOnLine();
+    operations.GoOnLine();
     EXPECT_TRUE(link.PortOpen()) << "free again";
 
     MSComm second;
@@ -71,7 +71,7 @@ TEST_F(GoingOnLineTest, WhatTheDriveSaysOfItsTableDecides)
             asker.Expect(QLatin1String(c.box));
         QElapsedTimer clock;
         clock.start();
-        link.GoOnLine();
+        operations.GoOnLine();
         EXPECT_GE(clock.elapsed(), c.silences * (Short.replyTimeout + Short.scanPause));
         EXPECT_EQ(peer.Count(PropsRequest(1)), std::min(c.silences + 1, 3));
         EXPECT_EQ(link.PortOpen(), !c.box);
@@ -81,7 +81,7 @@ TEST_F(GoingOnLineTest, WhatTheDriveSaysOfItsTableDecides)
         } else {
             EXPECT_EQ(model.LastParam, c.lastParam);
         }
-        link.GoOffLine(0);
+        operations.GoOffLine(OffLineReason::User);
         EXPECT_EQ(model.LastParam, FileLastParam);
         EXPECT_FALSE(model.DriveStateUnread);
     }
@@ -93,10 +93,10 @@ TEST_F(GoingOnLineTest, AStalledWaitIsEscapedByTheUsersSwitch)
     QTimer::singleShot(0, &link, [this] {
         EXPECT_TRUE(WaitUntil([this] { return link.BCCErrorCount == 1; }));
         EXPECT_TRUE(IsSilent() && IsAtRest()) << "not asked again";
-        link.ToggleComStatus();
-        link.ToggleComStatus(); // the second half of a double click asks nothing
+        operations.ToggleComStatus();
+        operations.ToggleComStatus(); // the second half of a double click asks nothing
     });
-    link.GoOnLine();
+    operations.GoOnLine();
     EXPECT_FALSE(link.PortOpen());
     EXPECT_EQ(link.ReadPropsIndex, 0);
 }
@@ -110,7 +110,7 @@ TEST_F(GoingOnLineTest, AJogFromBeforeIsTakenBack)
         P(Param::Jog).Value = 1;
         asker.Expect(QStringLiteral("Write current parameter settings to drive?"),
                      reads ? MsgAnswer::No : MsgAnswer::Yes);
-        link.ToggleComStatus();
+        operations.ToggleComStatus();
         ASSERT_TRUE(WaitFor(stop));
         EXPECT_EQ(peer.Count(WriteRequest(Param::Jog, 1)), 0);
         EXPECT_FALSE(model.FileModified || model.DriveModified);
@@ -122,7 +122,7 @@ TEST_F(GoingOnLineTest, AJogFromBeforeIsTakenBack)
         const int stops = peer.Count(stop);
         Enter(Param::Jog, 0);
         model.FileModified = model.DriveModified = false;
-        link.GoOffLine(0);
+        operations.GoOffLine(OffLineReason::User);
         EXPECT_TRUE(WaitFor(stop, stops + 1));
         peer.Frames.clear();
     }
@@ -136,10 +136,14 @@ TEST_F(GoingOnLineTest, TheSwitchSettlesWhichSideIsRight)
         bool cancelled;
         bool onLine;
         int scanKind;
+        Outcome outcome;
     } cases[] = {
-        {MsgAnswer::Yes, 0, false, true, 2},  {MsgAnswer::Yes, 8, false, true, 2},
-        {MsgAnswer::Yes, 1, false, false, 0}, {MsgAnswer::No, 1, false, true, 1},
-        {MsgAnswer::No, 0, true, false, 0},   {MsgAnswer::Cancel, 0, false, false, 0},
+        {MsgAnswer::Yes, 0, false, true, 2, Outcome::Done},
+        {MsgAnswer::Yes, 8, false, true, 2, Outcome::Done},
+        {MsgAnswer::Yes, 1, false, false, 0, Outcome::Refused},
+        {MsgAnswer::No, 1, false, true, 1, Outcome::Done},
+        {MsgAnswer::No, 0, true, false, 0, Outcome::Cancelled},
+        {MsgAnswer::Cancel, 0, false, false, 0, Outcome::Cancelled},
     };
     for (const auto &c : cases) {
         model.FileName = QStringLiteral("/x/y.Svx");
@@ -150,26 +154,29 @@ TEST_F(GoingOnLineTest, TheSwitchSettlesWhichSideIsRight)
         model.WritePending = true;
         peer.Values[10] = 77;
         P(10).ReadFlag = P(10).Value = 0;
-        cancelled = c.cancelled;
-        progressBars = link.ScanKind = 0;
+        link.ScanKind = WholeScan::None;
+        asker.Progresses.clear();
         peer.Frames.clear();
         asker.Expect(QStringLiteral("Write current parameter settings to drive?"), c.answer);
         if (c.answer == MsgAnswer::Yes && c.driveState == 1)
             asker.Expect(QStringLiteral("Drive must be in Stop mode to perform this command."));
-        link.ToggleComStatus();
+        if (c.answer == MsgAnswer::No)
+            asker.Expect(QStringLiteral("Save changes?"), c.cancelled ? MsgAnswer::Cancel : MsgAnswer::No);
+        EXPECT_EQ(operations.ToggleComStatus().outcome, c.outcome);
         const bool reads = c.scanKind == 1;
         EXPECT_EQ(link.PortOpen(), c.onLine);
-        EXPECT_EQ(link.ScanKind, c.scanKind);
-        EXPECT_EQ(progressBars, c.onLine ? 1 : 0);
-        EXPECT_EQ(P(10).ReadFlag, reads ? 1 : 0);
+        EXPECT_EQ(int(link.ScanKind), c.scanKind);
+        EXPECT_EQ(asker.Progresses, c.onLine ? std::vector({c.scanKind}) : std::vector<int>());
+        EXPECT_EQ(P(10).ReadFlag, 0) << "the interest of the reading is given back";
         EXPECT_EQ(P(10).Value, reads ? 77 : 0) << "the reading is one";
         EXPECT_EQ(peer.Count(WriteRequest(10, 0)), c.scanKind == 2 ? 1 : 0) << "and so is the writing";
         EXPECT_EQ(P(Param::ClockFirst).WriteFlag, reads ? WriteState::None : WriteState::Queued);
         EXPECT_EQ(model.FileName, reads ? QStringLiteral("unnamed") : QStringLiteral("/x/y.Svx"));
         EXPECT_EQ(model.FileModified, !reads);
+        model.MarkFile(false);
         model.DriveModified = false;
         if (c.onLine)
-            link.ToggleComStatus();
+            operations.ToggleComStatus();
         EXPECT_FALSE(link.PortOpen());
     }
 }
@@ -181,10 +188,10 @@ TEST_F(GoingOnLineTest, WhatASessionLeftUndoneHasEndedWithIt)
     peer.Answer = [](const QByteArray &) { return QByteArray(9, 'x'); };
     ASSERT_TRUE(WaitUntil([&] { return link.PacketSizeErrorCount == 1; }));
     link.OffLineRequested = true;
-    link.SetDriveCommand(2);
-    link.GoOffLine(0);
+    link.SetDriveCommand(Restart::Reset);
+    operations.GoOffLine(OffLineReason::User);
     model.DriveModified = true;
-    link.GoOffLine(1); // asks nothing over a closed port
+    operations.GoOffLine(OffLineReason::CommandEnded); // asks nothing over a closed port
     peer.Frames.clear();
     peer.Answer = [&](const QByteArray &frame) {
         EXPECT_TRUE(frame == Eot || !link.SerialCommTimer.isActive()) << "a reply is being waited for";
@@ -192,7 +199,7 @@ TEST_F(GoingOnLineTest, WhatASessionLeftUndoneHasEndedWithIt)
     };
     QElapsedTimer clock;
     clock.start();
-    link.GoOnLine();
+    operations.GoOnLine();
     EXPECT_GE(clock.elapsed(), Short.replyTimeout) << "the pause of the last session did not cut it short";
     EXPECT_EQ(peer.Count(PropsRequest(1)), 2);
     ASSERT_TRUE(WaitFor(ReadRequest(10), 2));

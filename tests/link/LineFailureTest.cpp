@@ -40,7 +40,8 @@ protected:
             link.ReadPropsIndex = 1;
         };
         return {
-            {"closed", [this] { link.GoOffLine(0); }, [this] { return !link.PortOpen(); }, ""},
+            {"closed", [this] { operations.GoOffLine(OffLineReason::User); },
+             [this] { return !link.PortOpen(); }, ""},
             {"between scans", [] {}, betweenScans},
             {"awaiting the first read", [this] { Answer(ReadRequest(10)); }, Awaits(5, ReadRequest(10))},
             {"awaiting a read within a run", [this] { Answer(Ack); }, Awaits(5, Ack)},
@@ -48,10 +49,10 @@ protected:
             {"awaiting properties", [=] { askForProps({}); }, Awaits(13, PropsRequest(1))},
             {"going on line",
              [this] {
-                 link.GoOffLine(0);
+                 operations.GoOffLine(OffLineReason::User);
                  Answer(PropsRequest(1));
                  QTimer::singleShot(15, &link, [this] { peer.PullOut(); });
-                 link.GoOnLine();
+                 operations.GoOnLine();
              },
              nullptr},
             {"stalled", [=] { askForProps(Spoiled(PropsReply(0, 40, 0, 0, 0))); },
@@ -70,7 +71,8 @@ protected:
                  answerWrite(Nak);
              },
              nullptr, ""},
-            {"about to command a restart", [this] { link.SetDriveCommand(1); }, betweenScans, ""},
+            {"about to command a restart", [this] { link.SetDriveCommand(Restart::ReInitialize); },
+             betweenScans, ""},
             {"about to go off line", [this] { link.OffLineRequested = true; }, betweenScans, ""},
         };
     }
@@ -97,14 +99,14 @@ TEST_F(LineFailureTest, PulledOutInEveryStateItGoesOnLineAgain)
                 peer.PullOut();
             }
             if (link.PortOpen() && state.isThere && (isUserFirst || state.isLeftByUser))
-                link.ToggleComStatus();
+                operations.ToggleComStatus();
             int turns = 0;
             ASSERT_TRUE(WaitUntil([&] { return ++turns > 0 && !link.PortOpen(); }));
             EXPECT_LT(turns, 300) << "the event loop sleeps";
             EXPECT_TRUE(IsAtRest());
 
             asker.Expect(QStringLiteral("There is no serial port"));
-            link.GoOnLine();
+            operations.GoOnLine();
             EXPECT_FALSE(link.PortOpen());
             model.SetAllWriteFlags(WriteState::None);
             model.WritePending = false;

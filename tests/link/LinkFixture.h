@@ -2,10 +2,13 @@
 
 #include "link/DriveLink.h"
 #include "link/ScriptedPeer.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
+#include "operations/DriveOperations.h"
+#include "operations/EntryRules.h"
+#include "operations/SaveCommands.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
+#include "settings/SettingsFile.h"
 #include "support/ScriptedAsker.h"
 
 #include <QElapsedTimer>
@@ -39,12 +42,6 @@ protected:
         }
         model.ResetToDefaults();
         link.MSComm1.DeviceOf = [this](int) { return peer.Device(); };
-        link.ShowProgressBar = [this] {
-            ++progressBars;
-            link.BeginWholeScan();
-            EXPECT_TRUE(WaitUntil([this] { return link.IsWholeScanOver() || !link.PortOpen(); }));
-        };
-        link.PromptSaveChanges = [this] { return !cancelled; };
         SetFailureReporter([this](const RuntimeFailure &failure) { failures.append(failure.Sentence()); });
     }
     ~LinkFixture() override
@@ -63,7 +60,7 @@ protected:
     void Connect()
     {
         Answer({});
-        link.GoOnLine();
+        operations.GoOnLine();
         ASSERT_TRUE(link.PortOpen());
         peer.Frames.clear();
     }
@@ -73,13 +70,6 @@ protected:
             model.AddReadInterest(p);
     }
     void Enter(int p, std::int32_t rawValue) { model.SetParamValue(p, rawValue, true, false); }
-    /** Reads the whole table, as the commands do that read it. */
-    void ReadAll()
-    {
-        link.SetAllReadFlags(1);
-        link.RunWholeScan(1);
-        link.SetAllReadFlags(-1);
-    }
     /** Waits for the frame to have arrived so many times. */
     bool WaitFor(const QByteArray &frame, int times = 1)
     {
@@ -104,17 +94,17 @@ protected:
     }
     ParamRecord &P(int p) { return model.ParamTable[p]; }
 
-    static constexpr LinkTimings Short{
-        .scanPause = 20, .replyTimeout = 150, .sizeErrorPause = 60, .progressUpdate = 5};
+    static constexpr LinkTimings Short{.scanPause = 20, .replyTimeout = 150, .sizeErrorPause = 60};
 
     Model model;
     ScriptedAsker asker;
     EntryRules rules{model, asker};
     ScriptedPeer peer;
-    DriveLink link{model, rules, asker, Short};
+    DriveLink link{model, Short};
+    SettingsFile file{model};
+    SaveCommands saving{model, asker, file, QString()};
+    DriveOperations operations{model, link, rules, saving, asker};
     QStringList failures;
-    int progressBars = 0;
-    bool cancelled = false;
 };
 
 } // namespace quorvik::testing

@@ -59,7 +59,7 @@ TEST_F(ReadingTest, AScanBegunAnewGivesUpTheReplyUnderWay)
     peer.Values = {{20, 5}, {21, 6}};
     peer.Answer = [&](const QByteArray &frame) {
         if (frame == Ack && peer.Count(Ack) == 1)
-            link.BeginScanAnew();
+            link.StartScan(WholeScan::Writing);
         return peer.DriveAnswer(frame);
     };
     ASSERT_TRUE(WaitFor(ReadRequest(20), 2));
@@ -98,13 +98,14 @@ TEST_F(ReadingTest, AWholeReadIsWholeOrSaysWhatIsMissing)
             *behind; ///< the value of row 5 always comes with that behind it, or in part; null for neither
         const char *box;
         int reads; ///< of the first row
+        std::vector<int> missing = {};
     } cases[] = {
         {"damaged once and again", 2, 0, nullptr, nullptr, 3},
-        {"damaged for good", 99, 0, nullptr, "(0) Name 0", 3},
+        {"damaged for good", 99, 0, nullptr, "(0) Name 0", 3, {0}},
         {"out of step once", 0, 1, nullptr, nullptr, 2},
         {"out of step for ever", 0, 99, nullptr, "out of step", 4},
-        {"broken off at a row", 0, 0, "", "(5) Name 5", 4},
-        {"too much at a row", 0, 0, "x", "(5) Name 5", 4},
+        {"broken off at a row", 0, 0, "", "(5) Name 5", 4, {5}},
+        {"too much at a row", 0, 0, "x", "(5) Name 5", 4, {5}},
     };
     int boxes = 0;
     for (const auto &c : cases) {
@@ -121,13 +122,57 @@ TEST_F(ReadingTest, AWholeReadIsWholeOrSaysWhatIsMissing)
         };
         if (c.box)
             asker.Expect(QLatin1String(c.box));
-        ReadAll();
+        const OperationResult result = operations.ReadAll();
+        EXPECT_EQ(result.outcome, c.box ? Outcome::Partial : Outcome::Done);
+        EXPECT_EQ(result.missing, c.missing);
         EXPECT_EQ(peer.Count(ReadRequest(0)), c.reads);
         EXPECT_EQ(model.HalfRead, c.box != nullptr);
         EXPECT_EQ(model.Title().contains(QStringLiteral("half read*]")), c.box != nullptr);
-        link.GoOffLine(2);
+        operations.GoOffLine(OffLineReason::BrokenOff);
         boxes += c.box ? 1 : 0;
         ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == boxes; }));
+    }
+}
+
+TEST_F(ReadingTest, AScanThatEndsEarlyGivesBackWhatItTook)
+{
+    const auto cut = [&](const std::function<void()> &act) {
+        peer.Answer = [this, act](const QByteArray &frame) {
+            if (peer.Count(Ack) + peer.Count(WriteRequest(10, 0)) == 10)
+                act();
+            return peer.Count(Ack) < 10 ? peer.DriveAnswer(frame) : QByteArray();
+        };
+    };
+    peer.LastParam = 300;
+    Connect();
+    ASSERT_EQ(model.LastParam, 300);
+    Want({400});
+    cut([this] { peer.PullOut(); });
+    asker.Expect(QStringLiteral("Drive not Responding!"));
+    asker.Expect(QStringLiteral("The reading did not come to its end."));
+    EXPECT_EQ(operations.ReadAll().outcome, Outcome::LinkLost);
+    EXPECT_EQ(model.LastParam, FileLastParam) << "grown again meanwhile";
+    EXPECT_EQ(P(300).ReadFlag + P(301).ReadFlag, 0);
+    EXPECT_EQ(P(400).ReadFlag, 1);
+    ASSERT_TRUE(WaitUntil([this] { return asker.Shown.size() == 2; }));
+
+    peer.PlugIn();
+    for (const WholeScan kind : {WholeScan::Reading, WholeScan::Writing}) {
+        Connect();
+        if (kind == WholeScan::Writing)
+            model.SetAllWriteFlags(WriteState::Queued);
+        QObject once;
+        QObject::connect(&link, &DriveLink::ScanProgress, &once, [this](int p) {
+            if (p > 20)
+                QMetaObject::invokeMethod(&link, &DriveLink::CancelScan, Qt::QueuedConnection);
+        });
+        const OperationResult result =
+            kind == WholeScan::Reading ? operations.ReadAll() : operations.SendAll();
+        EXPECT_EQ(result.outcome, Outcome::Cancelled);
+        EXPECT_EQ(P(300).ReadFlag, 0);
+        ASSERT_TRUE(WaitForWrites());
+        EXPECT_LT(peer.Frames.size(), 200);
+        operations.GoOffLine(OffLineReason::BrokenOff);
     }
 }
 
@@ -145,13 +190,13 @@ TEST_F(ReadingTest, AWholeFactoryTableComesFromTheDriveAndGoesBackToIt)
             EXPECT_TRUE(isClock(p) || P(p).Value == rawValue) << p << ": " << P(p).Value << ", " << rawValue;
     };
     link.MSComm1.DeviceOf = [&](int) { return drive.LinkPath(); };
-    link.GoOnLine();
+    operations.GoOnLine();
     ASSERT_TRUE(link.PortOpen());
     EXPECT_TRUE(model.DriveStateUnread);
     drive.Set(7, 33);
     drive.Set(64, 60000);
     drive.Set(100, -12345);
-    ReadAll();
+    EXPECT_TRUE(operations.ReadAll().IsDone());
     EXPECT_FALSE(model.DriveStateUnread);
     expectSameTables();
     EXPECT_EQ(drive.Stat(QStringLiteral("reads")), 1) << "one run, one request";
@@ -160,7 +205,7 @@ TEST_F(ReadingTest, AWholeFactoryTableComesFromTheDriveAndGoesBackToIt)
         P(p).Value = rawValue;
     P(Param::LoadParameters).Value = 1; // the drive would take back what it was sent
     model.SetAllWriteFlags(WriteState::Queued);
-    link.RunWholeScan(2);
+    EXPECT_TRUE(operations.SendAll().IsDone());
     ASSERT_TRUE(WaitForWrites());
     EXPECT_TRUE(asker.Shown.isEmpty());
     expectSameTables();

@@ -170,7 +170,7 @@ TEST_F(WritingTest, MemoryCommandsAreGivenOnceAndLeaveTheFileAlone)
             asker.Expect(QStringLiteral("Could not write value of 1 to (406)"));
             asker.Expect(QStringLiteral("Changes in Drive not saved!"));
         }
-        saves ? link.SaveDriveParameters() : link.LoadDriveParameters();
+        saves ? operations.SaveDriveParameters() : operations.LoadDriveParameters();
         EXPECT_FALSE(model.DriveModified || model.FileModified);
         ASSERT_TRUE(WaitUntil([this] { return !model.WritePending && !IsAtRest(); }));
         EXPECT_EQ(P(command).Value, 0) << "a whole write carries no command";
@@ -181,27 +181,67 @@ TEST_F(WritingTest, MemoryCommandsAreGivenOnceAndLeaveTheFileAlone)
     Answer(WriteRequest(Param::SaveParameters, 1));
     asker.Expect(QStringLiteral("not Responding"));
     asker.Expect(QStringLiteral("Drive parameters have not been saved!"));
-    link.SaveDriveParameters();
+    operations.SaveDriveParameters();
     ASSERT_TRUE(WaitForOffLine());
     EXPECT_EQ(P(Param::SaveParameters).WriteFlag, WriteState::None);
 }
 
-TEST_F(WritingTest, GoingOffLineWaitsForTheSaveUntilTheDriveTellsThatItIsDone)
+TEST_F(WritingTest, GoingOffLineAsksAndWaitsForTheSaveUntilTheDriveTellsThatItIsDone)
 {
-    peer.LastParam = 450;
-    Connect();
+    const QByteArray save = WriteRequest(Param::SaveParameters, 1);
     const QByteArray asked = ReadRequest(Param::SaveParameters);
-    peer.Answer = [&](const QByteArray &frame) {
-        if (peer.Count(asked) == 3)
-            peer.Values[Param::SaveParameters] = 0;
-        return peer.DriveAnswer(frame);
+    const QString notSaved = QStringLiteral("Changes in Drive not saved!");
+    const struct {
+        const char *title;
+        MsgAnswer answer;
+        QByteArray reply;  ///< to the command; empty for none
+        int clearedAt = 3; ///< so many polls later
+        QStringList boxes = {};
+        int limitMs = 5000;
+    } cases[] = {
+        {"cleared", MsgAnswer::Yes, Ack},
+        {"not wanted", MsgAnswer::No, Ack, 0},
+        {"refused",
+         MsgAnswer::Yes,
+         Nak,
+         0,
+         {notSaved, QStringLiteral("Could not write value of 1 to (406)")}},
+        {"silent",
+         MsgAnswer::Yes,
+         {},
+         0,
+         {QStringLiteral("not Responding"), QStringLiteral("have not been saved"), notSaved}},
+        {"too late", MsgAnswer::Yes, Ack, 0, {notSaved}, 60},
     };
-    model.DriveModified = true;
-    asker.Expect(QStringLiteral("Save Changes in Drive?"), MsgAnswer::Yes);
-    QTimer::singleShot(5, &link, [this] { link.ToggleComStatus(); }); // ignored while leaving
-    link.GoOffLine(0);
-    EXPECT_FALSE(link.PortOpen() || model.DriveModified);
-    EXPECT_EQ(peer.Count(asked), 3);
+    peer.LastParam = 450;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.title);
+        Connect();
+        asker.Shown.clear();
+        peer.Answer = [&](const QByteArray &frame) {
+            const QByteArray reply = peer.DriveAnswer(frame);
+            if (c.clearedAt > 0 && peer.Count(asked) == c.clearedAt)
+                peer.Values[Param::SaveParameters] = 0;
+            return frame == save ? c.reply : frame == asked ? peer.DriveAnswer(frame) : reply;
+        };
+        model.DriveModified = true;
+        asker.Expect(QStringLiteral("Save Changes in Drive?\r\n\r\nParameter changes not saved will be lost"),
+                     c.answer);
+        for (const QString &box : c.boxes)
+            asker.Expect(box);
+        operations.SaveLimitMs = c.limitMs;
+        // Ignored while leaving.
+        if (c.answer == MsgAnswer::Yes)
+            QTimer::singleShot(5, &link, [this] { operations.ToggleComStatus(); });
+        operations.GoOffLine(OffLineReason::User);
+        EXPECT_FALSE(link.PortOpen());
+        EXPECT_EQ(model.DriveModified, c.clearedAt == 0);
+        EXPECT_EQ(peer.Count(asked) > 0, c.answer == MsgAnswer::Yes && c.reply == Ack);
+        ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == 1 + c.boxes.size(); }));
+        EXPECT_EQ(P(Param::SaveParameters).Value + P(Param::SaveParameters).ReadFlag, 0);
+        EXPECT_EQ(P(Param::SaveParameters).WriteFlag, WriteState::None)
+            << "nothing is left for the next time";
+    }
 }
 
 TEST_F(WritingTest, ADriveCommandTakesTheLinkDownWithAWarningAtMost)
@@ -213,7 +253,7 @@ TEST_F(WritingTest, ADriveCommandTakesTheLinkDownWithAWarningAtMost)
         model.DriveModified = modified;
         if (modified)
             asker.Expect(QStringLiteral("Drive parameters have not been saved!"));
-        link.SetDriveCommand(2);
+        link.SetDriveCommand(Restart::Reset);
         ASSERT_TRUE(WaitForOffLine());
         ASSERT_TRUE(WaitFor(WriteRequest(408, 2)));
         EXPECT_EQ(peer.Frames.last(), WriteRequest(408, 2)) << "the restarting drive is left alone";

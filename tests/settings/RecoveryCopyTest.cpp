@@ -1,6 +1,7 @@
 #include "SetFixture.h"
 
 #include "platform/Waiting.h"
+#include "operations/Recovery.h"
 #include "settings/RecoveryCopy.h"
 #include "support/ScriptedAsker.h"
 
@@ -71,7 +72,7 @@ TEST_F(RecoveryCopyTest, IsOfferedWithItsNameAndContent)
         const auto copy = CrashAndStartAnew(QStringLiteral("/machines/winder.Svx"));
         asker.Expect(QStringLiteral("changes to winder.Svx had not been saved"),
                      taken ? MsgAnswer::Yes : MsgAnswer::No);
-        EXPECT_EQ(copy->OfferLeftover(asker), taken);
+        EXPECT_EQ(OfferLeftover(*copy, asker), taken);
         EXPECT_EQ(model.FileModified, taken);
         EXPECT_EQ(model.FileName, taken ? QStringLiteral("/machines/winder.Svx") : QStringLiteral("unnamed"));
         EXPECT_EQ(model.Value(Edited) == 321, taken);
@@ -97,7 +98,7 @@ TEST_F(RecoveryCopyTest, GoesAwayWithItsReason)
         }
         PumpWhile([] { return true; }, QDeadlineTimer(3 * SoonMs));
         EXPECT_TRUE(QDir(Path("data/recovery")).isEmpty(QDir::Files | QDir::Hidden));
-        EXPECT_FALSE(copy->OfferLeftover(asker));
+        EXPECT_FALSE(OfferLeftover(*copy, asker));
     }
 }
 
@@ -120,7 +121,7 @@ TEST_F(RecoveryCopyTest, ADamagedCopyIsToldAndKeptAndChangesNothing)
     asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
     const QByteArray content = Content(copy->Path());
     asker.Expect(QStringLiteral("malformed"));
-    EXPECT_FALSE(copy->OfferLeftover(asker));
+    EXPECT_FALSE(OfferLeftover(*copy, asker));
     EXPECT_NE(model.Value(Edited), 321);
     EXPECT_FALSE(model.FileModified);
     EXPECT_FALSE(QFile::exists(copy->Path())) << "offered once";

@@ -150,12 +150,12 @@ TEST_F(Commands, DriveEntriesReachTheDrive)
     EXPECT_TRUE(comesToHold(50));
     Trigger("mnuToolsLoadDrive");
     EXPECT_TRUE(comesToHold(123)) << "what was saved";
-    for (const int command : {1, 2}) {
-        Trigger(ControlName("mnuToolsReInitDrive", command));
+    for (const Restart command : {Restart::ReInitialize, Restart::Reset}) {
+        Trigger(ControlName("mnuToolsReInitDrive", int(command)));
         EXPECT_EQ(link.DriveCommand, command);
-        link.SetDriveCommand(0);
+        link.SetDriveCommand(Restart::None);
     }
-    link.GoOffLine(0);
+    Drive().GoOffLine(OffLineReason::User);
     drive.Set(Edited, 44);
     asker.Expect("Save changes?", MsgAnswer::No);
     Trigger("mnuFileRead");

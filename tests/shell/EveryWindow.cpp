@@ -10,6 +10,7 @@
 #include "link/forms/FormSelectCommMode.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/FormVirtualOperatorSetup.h"
+#include "platform/Progress.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
@@ -78,20 +79,18 @@ void VisitBlocks(TestDesk &desk, const Visit &visit)
 
 void VisitOtherWindows(TestDesk &desk, const Visit &visit)
 {
-    DriveLink link(desk.model, desk.rules, desk.asker);
-    link.ScanKind = 1;
+    DriveLink link(desk.model);
+    Progress reading(QStringLiteral("Reading Parameters from Drive"), int(WholeScan::Reading), 434);
     FilePrint print(desk.desk);
     VirtualOperatorFields fields;
     FormVirtualOperator panel(desk.desk, &desk.mainWindow, fields);
     const auto edit = [&](int p) {
-        desk.model.EditParamNumber = std::int16_t(p);
-        desk.model.EditValue = desk.model.Value(p);
-        return new FormModifyParameterValue(desk.desk, &desk.mainWindow);
+        return new FormModifyParameterValue(desk.desk, &desk.mainWindow, p, desk.model.Value(p));
     };
     const std::function<QWidget *()> windows[] = {
         [&] { return new FormCommunications(desk.desk, &desk.mainWindow, link); },
         [&] { return new FormSelectCommMode(desk.desk, &desk.mainWindow); },
-        [&] { return new FormProgressBar(desk.desk, &desk.mainWindow, link); },
+        [&] { return new FormProgressBar(desk.desk, &desk.mainWindow, reading); },
         [&] { return new FormSelectDriveModel(desk.desk, &desk.mainWindow); },
         [&] { return edit(1); },   // a list of parameters
         [&] { return edit(28); },  // two options

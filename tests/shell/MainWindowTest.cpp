@@ -57,7 +57,7 @@ TEST_F(ShellTest, LinkCommandsFollowTheLink)
     const SimulatedDrive drive;
     GoOnLine(drive);
     expectAll(true);
-    Link().GoOffLine(0);
+    Drive().GoOffLine(OffLineReason::User);
     expectAll(false);
 }
 
@@ -69,7 +69,7 @@ TEST_F(ShellTest, ASecondClickEndsTheWaitForASilentDrive)
     drive.Send(QStringLiteral("fault silent"));
     DriveLink &link = Link();
     QTimer::singleShot(100, main.get(), [this] { Click("ComStatus"); });
-    link.GoOnLine();
+    Drive().GoOnLine();
     EXPECT_FALSE(link.PortOpen());
     EXPECT_EQ(Text("ComStatus"), "OffLine");
 }

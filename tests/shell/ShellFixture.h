@@ -43,7 +43,7 @@ protected:
         main = std::make_unique<MDIFormMain>(Surroundings{
             asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
             folder.filePath(QStringLiteral("Quorvik.lock")), folder.filePath(QStringLiteral("data")),
-            LinkTimings{.scanPause = 20, .sizeErrorPause = 100, .progressUpdate = 15}});
+            LinkTimings{.scanPause = 20, .sizeErrorPause = 100}});
         window = main.get();
     }
 
@@ -61,9 +61,10 @@ protected:
     {
         UseDrive(drive);
         LoadQuietly();
-        Link().GoOnLine();
+        Drive().GoOnLine();
         ASSERT_TRUE(Link().PortOpen());
     }
+    DriveOperations &Drive() const { return main->AllEngines().drive; }
     DriveLink &Link() const { return main->AllEngines().link; }
     Model &Table() const { return main->AllEngines().model; }
 

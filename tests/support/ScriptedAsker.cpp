@@ -1,5 +1,7 @@
 #include "support/ScriptedAsker.h"
 
+#include "platform/Progress.h"
+
 #include <gtest/gtest.h>
 
 namespace quorvik::testing
@@ -27,6 +29,12 @@ MsgAnswer ScriptedAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon
     if (const auto whileShown = WhileShown)
         whileShown();
     return answer;
+}
+
+void ScriptedAsker::ShowProgress(Progress &progress)
+{
+    Progresses.push_back(progress.Tag());
+    Asker::ShowProgress(progress);
 }
 
 std::optional<QString> ScriptedAsker::Answered(const FileDialogRequest &request, Paths &paths)

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QStringList>
 #include <functional>
+#include <vector>
 
 namespace quorvik::testing
 {
@@ -52,6 +53,20 @@ public:
     {
         return Answered(request, savePaths_);
     }
+
+    /** Stands for the edit dialog. */
+    std::function<std::optional<std::int32_t>(int p, std::int32_t rawValue)> OnEditValue =
+        [](int, std::int32_t) { return std::nullopt; };
+    int ModelsSelected = 0;
+    /** The tags of the operations followed. */
+    std::vector<int> Progresses;
+
+    std::optional<std::int32_t> EditValue(int p, std::int32_t rawValue) override
+    {
+        return OnEditValue(p, rawValue);
+    }
+    void SelectDriveModel() override { ++ModelsSelected; }
+    void ShowProgress(Progress &progress) override;
 
 private:
     struct Answer {

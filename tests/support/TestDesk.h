@@ -2,8 +2,8 @@
 
 #include "desktop/Desk.h"
 #include "desktop/HTMLHelp.h"
-#include "model/EntryRules.h"
 #include "model/Model.h"
+#include "operations/EntryRules.h"
 #include "platform/SettingsStore.h"
 #include "support/ScriptedAsker.h"
 

@@ -120,7 +120,7 @@ protected:
         EXPECT_EQ(walk("CmdNav(2)", 0), std::vector<int>(steps.rbegin(), steps.rend()));
     }
 
-    DriveLink link{desk.model, desk.rules, desk.asker}; ///< never opened: what it announces is emitted here
+    DriveLink link{desk.model}; ///< never opened: what it announces is emitted here
     Mentor *form = nullptr;
     std::vector<std::vector<std::int32_t>> asOpened;
 

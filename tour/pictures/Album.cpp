@@ -8,6 +8,7 @@
 #include "link/DriveLink.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormProgressBar.h"
+#include "platform/Progress.h"
 #include "link/forms/FormSelectCommMode.h"
 #include "model/Model.h"
 #include "operator/FormVirtualOperator.h"
@@ -146,19 +147,18 @@ void Album::TakeOthers()
     simulator->close();
 
     QWidget owner;
-    DriveLink link(desk_.model, desk_.rules, desk_.asker);
+    DriveLink link(desk_.model);
     FormCommunications communications(desk_, &owner, link);
     Take(communications, communications.objectName(), communications.HelpTopic());
     FormSelectCommMode mode(desk_, &owner);
     Take(mode, mode.objectName(), mode.HelpTopic());
     FormSelectDriveModel models(desk_, &owner);
     Take(models, models.objectName(), models.HelpTopic());
-    desk_.model.EditParamNumber = Reference0;
-    desk_.model.EditValue = desk_.model.Value(Reference0);
-    FormModifyParameterValue edit(desk_, &owner);
+    FormModifyParameterValue edit(desk_, &owner, Reference0, desk_.model.Value(Reference0));
     Take(edit, edit.objectName(), edit.HelpTopic());
-    link.ScanKind = 1;
-    FormProgressBar progress(desk_, &owner, link);
+    Progress reading(QStringLiteral("Reading Parameters from Drive"), int(WholeScan::Reading),
+                     desk_.model.LastParam + 1);
+    FormProgressBar progress(desk_, &owner, reading);
     Take(progress, progress.objectName(), progress.HelpTopic());
     FormNotes notes(desk_, &owner);
     Take(notes, notes.objectName(), notes.HelpTopic());

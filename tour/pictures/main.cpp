@@ -5,7 +5,7 @@
 
 #include "desktop/Desk.h"
 #include "desktop/MarkStyle.h"
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "model/Model.h"
 #include "platform/Asker.h"
 #include "platform/SettingsStore.h"

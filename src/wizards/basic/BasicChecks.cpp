@@ -1,7 +1,7 @@
 #include "wizards/basic/BasicChecks.h"
 
 #include "model/Conversions.h"
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
 #include "wizards/frame/MentorTitle.h"

@@ -1,6 +1,6 @@
 #include "wizards/io/FormWizardIO.h"
 
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
 #include "platform/Guard.h"
 #include "platform/Numbers.h"

@@ -1,6 +1,6 @@
 #include "wizards/io/IOChecks.h"
 
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "platform/Asker.h"
 #include "platform/Numbers.h"
 #include "wizards/frame/MentorTitle.h"

@@ -2,7 +2,7 @@
 
 #include "desktop/Form.h"
 #include "desktop/TypeToChoose.h"
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "platform/Guard.h"
 #include "wizards/io/IOPictures.h"
 

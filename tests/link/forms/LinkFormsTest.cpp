@@ -5,10 +5,13 @@
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
 #include "platform/Ports.h"
+#include "platform/Progress.h"
 #include "platform/Waiting.h"
 #include "support/WindowTest.h"
 
 #include <QProgressBar>
+#include <QSignalSpy>
+#include <QTimer>
 
 namespace quorvik::testing
 {
@@ -27,9 +30,7 @@ protected:
     QString StoredDevice(int number) { return Ports(desk.settings).DeviceOf(number); }
 
     ScriptedPeer peer;
-    DriveLink link{
-        desk.model, desk.rules, desk.asker,
-        LinkTimings{.scanPause = 40, .replyTimeout = 150, .sizeErrorPause = 60, .progressUpdate = 5}};
+    DriveLink link{desk.model, LinkTimings{.scanPause = 40, .replyTimeout = 150, .sizeErrorPause = 60}};
 };
 
 TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
@@ -43,7 +44,7 @@ TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
     for (const auto &[before, steps, byButton, online, after] : cases) {
         link.MSComm1.SetCommPort(before);
         if (online)
-            link.GoOnLine();
+            EXPECT_EQ(link.Open(), QString());
         Show<FormCommunications>(&desk.mainWindow, link);
         auto *ports = Find<QComboBox>("ComboCommPort");
         EXPECT_EQ(ports->count(), 16);
@@ -127,66 +128,40 @@ TEST_F(LinkFormsTest, OnlineLeavesTheModelToTheDrive)
     }
 }
 
-TEST_F(LinkFormsTest, AReadingEndsTheWindowAndRunsTheRules)
+TEST_F(LinkFormsTest, TheProgressWindowEndsWithTheOperationOrCancelsIt)
 {
-    peer.Values[3] = 226; // a selector whose dependants must follow what was read
-    link.GoOnLine();
-    const std::uint8_t readFlag = Record(Param::DriveState).ReadFlag;
-    link.SetAllReadFlags(1);
-    link.ScanKind = 1;
-    FormProgressBar form(desk.desk, &desk.mainWindow, link);
-    EXPECT_EQ(form.windowTitle(), QStringLiteral("Reading Parameters from Drive"));
-    EXPECT_EQ(FindIn<QProgressBar>(&form, "ProgressBarRead")->maximum(), 434);
-    form.exec();
-    EXPECT_EQ(P(3), 226);
-    EXPECT_EQ(Record(10).Max, Record(226).Max);
-    EXPECT_EQ(Record(Param::DriveState).ReadFlag, readFlag);
-    EXPECT_EQ(Record(433).ReadFlag, 0);
-}
+    Progress reading(Name("Reading Parameters from Drive"), 1, 434);
+    QTimer::singleShot(0, &reading, [&] {
+        reading.Advance(40);
+        EXPECT_EQ(Find<QProgressBar>("ProgressBarRead")->value(), 40);
+        reading.Advance(20); // a scan that starts over
+        EXPECT_EQ(Find<QProgressBar>("ProgressBarRead")->value(), 20);
+        reading.End();
+    });
+    FormProgressBar form(desk.desk, &desk.mainWindow, reading);
+    window = &form;
+    EXPECT_EQ(form.windowTitle(), Name("Reading Parameters from Drive"));
+    EXPECT_EQ(form.property("Tag").toString(), Name("1"));
+    EXPECT_EQ(form.exec(), QDialog::Accepted);
 
-TEST_F(LinkFormsTest, ABrokenReadingGivesBackWhatItTookAndRunsNoRules)
-{
-    peer.LastParam = 300;
-    link.GoOnLine();
-    ASSERT_EQ(desk.model.LastParam, 300);
-    peer.Values[3] = 226;
-    const std::int32_t max = Record(10).Max;
-    peer.Answer = [this](const QByteArray &frame) {
-        return P(3) == 226 ? QByteArray() : peer.DriveAnswer(frame);
-    };
-    link.SetAllReadFlags(1);
-    link.ScanKind = 1;
-    desk.asker.Expect("Drive not Responding!");
-    FormProgressBar form(desk.desk, &desk.mainWindow, link);
-    form.exec();
-    EXPECT_FALSE(link.PortOpen());
-    EXPECT_EQ(desk.model.LastParam, 433) << "grown again behind the window's back";
-    EXPECT_TRUE(told.isEmpty());
-    EXPECT_EQ(Record(300).ReadFlag + Record(301).ReadFlag, 0);
-    EXPECT_EQ(Record(10).Max, max);
-}
-
-TEST_F(LinkFormsTest, CancelStopsAWrite)
-{
-    link.GoOnLine();
-    desk.model.SetAllWriteFlags(WriteState::Queued);
-    link.ScanKind = 2;
-    Show<FormProgressBar>(&desk.mainWindow, link);
-    EXPECT_EQ(window->windowTitle(), Name("Writing Parameters to Drive"));
-    peer.Frames.clear();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return link.CurrentParam > 20; }));
-    Click("CommandCancel");
-    EXPECT_FALSE(window->isVisible());
-    EXPECT_TRUE(desk.model.WritePending) << "until the scan finds nothing";
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !desk.model.WritePending; }));
-    EXPECT_LT(peer.Frames.size(), 300);
-    EXPECT_EQ(Record(433).ReadFlag, 0);
+    const std::function<void()> ways[] = {[this] { Click("CommandCancel"); },
+                                          [this] { QTest::keyClick(window, Qt::Key_Escape); },
+                                          [this] { window->close(); }};
+    for (const auto &leave : ways) {
+        Progress writing(Name("Writing Parameters to Drive"), 2, 434);
+        const QSignalSpy cancelled(&writing, &Progress::CancelWanted);
+        Show<FormProgressBar>(&desk.mainWindow, writing);
+        leave();
+        EXPECT_EQ(cancelled.size(), 1);
+        EXPECT_FALSE(window->isVisible());
+    }
 }
 
 TEST_F(LinkFormsTest, DebugAsksForPropertiesAndListsWhoIsPolled)
 {
     Show<FormDebug>(link);
-    link.GoOnLine();
+    ASSERT_EQ(link.Open(), QString());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !link.IsAskingForSize(); }));
     peer.Values[9] = 5;
     Find<QLineEdit>("Text2")->setText(Name("9"));
     Click("CommandReadProps");

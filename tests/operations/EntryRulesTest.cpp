@@ -1,11 +1,8 @@
-#include "ModelFixture.h"
+#include "model/ModelFixture.h"
 
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 #include "platform/RuntimeFailure.h"
 #include "support/ScriptedAsker.h"
-
-#include <QDeadlineTimer>
-#include <QTimer>
 
 namespace quorvik::testing
 {
@@ -32,10 +29,9 @@ TEST_F(EntryRulesTest, EditActsOnWritableClassesOnly)
 {
     int shown = 0;
     bool confirm = true;
-    rules.ShowEditDialog = [&] {
+    asker.OnEditValue = [&](int, std::int32_t rawValue) {
         ++shown;
-        model.EditValue += 5;
-        model.EditConfirmed = confirm;
+        return confirm ? std::optional(rawValue + 5) : std::nullopt;
     };
     for (const int accessClass :
          {Access::IcrReadOnly, Access::ReadOnly, Access::LinkedDestination, Access::Empty})
@@ -127,68 +123,6 @@ TEST_F(EntryRulesTest, ChoicesLeaveOutWhatCannotBeDriven)
     EXPECT_EQ(ParamOfChoice(sources.items[sources.selected]), 200);
     At(69).Value = 69;
     EXPECT_EQ(rules.FillParamCombo(69).selected, -1);
-}
-
-TEST_F(EntryRulesTest, UnsavedDriveIsToldOrAskedAbout)
-{
-    rules.PromptSaveToDrive(0);
-    model.DriveModified = true;
-    asker.Expect(QString());
-    rules.PromptSaveToDrive(2);
-    ExpectShown("Drive parameters have not been saved!\r\n\r\nChanges not saved will be lost on next power "
-                "loss or processor reset.",
-                "Quorvik");
-    asker.Expect(QString(), MsgAnswer::No);
-    rules.PromptSaveToDrive(1);
-    ExpectShown("Save Changes in Drive?\r\n\r\nParameter changes not saved will be lost on next power loss "
-                "or processor reset.",
-                "Quorvik", MsgIcon::Question, MsgButtons::YesNo);
-    EXPECT_EQ(At(406).WriteFlag, WriteState::None);
-    EXPECT_TRUE(model.DriveModified);
-}
-
-TEST_F(EntryRulesTest, DriveHasSavedWhenItClearsTheCommandInTime)
-{
-    bool isOpen = true;
-    model.PortOpen = [&] { return isOpen; };
-    const struct {
-        const char *title;
-        std::function<void()> happens;
-        bool isSaved = false;
-        int limitMs = 5000;
-    } cases[] = {
-        {"cleared", [this] { At(406).Value = 0; }, true},
-        {"refused", [this] { Q_EMIT model.WriteRefused(406); }},
-        {"link broken", [&] { isOpen = false; }},
-        {"still closed", nullptr},
-        {"too late", [&] {}, false, 60},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.title);
-        model.DriveModified = model.FileModified = true;
-        asker.Expect(QStringLiteral("Save Changes in Drive?"), MsgAnswer::Yes);
-        if (c.happens)
-            QTimer::singleShot(0, &model, [&] {
-                EXPECT_EQ(At(406).ReadFlag, 1);
-                EXPECT_EQ(At(406).WriteFlag, WriteState::Queued);
-                c.happens();
-            });
-        if (!c.isSaved)
-            asker.Expect(QStringLiteral("Changes in Drive not saved!"));
-        isOpen = c.happens != nullptr;
-        rules.SaveLimitMs = c.limitMs;
-        const QDeadlineTimer patience(1000);
-        rules.PromptSaveToDrive(0);
-        EXPECT_FALSE(patience.hasExpired()) << "no five seconds for nothing";
-        EXPECT_EQ(At(406).Value, 0);
-        EXPECT_EQ(At(406).ReadFlag, 0);
-        EXPECT_EQ(model.DriveModified, !c.isSaved);
-        EXPECT_TRUE(model.FileModified);
-        if (c.isSaved)
-            At(406).WriteFlag = WriteState::None;
-        EXPECT_EQ(At(406).WriteFlag, WriteState::None) << "nothing is left for the next session";
-    }
-    ExpectShown("Changes in Drive not saved!", "Quorvik");
 }
 
 } // namespace quorvik::testing

@@ -1,4 +1,4 @@
-#include "model/EntryRules.h"
+#include "operations/EntryRules.h"
 
 #include "model/Conversions.h"
 #include "model/Model.h"
@@ -6,7 +6,6 @@
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
 #include "platform/RuntimeFailure.h"
-#include "platform/Waiting.h"
 
 namespace quorvik
 {
@@ -27,12 +26,9 @@ void EntryRules::EditParameter(int accessClass, int p)
     if (accessClass != Access::ReadWrite && accessClass != Access::IcrReadWrite)
         return;
     model_.EditParamNumber = ToInt16(p);
-    model_.EditValue = model_.Value(p);
-    if (ShowEditDialog)
-        ShowEditDialog();
     // On line the acknowledgement of the write refreshes what hangs on the parameter.
-    if (model_.EditConfirmed)
-        model_.SetParamValue(model_.EditParamNumber, model_.EditValue, true, !model_.PortOpen());
+    if (const std::optional<std::int32_t> rawValue = asker_.EditValue(p, model_.Value(p)))
+        model_.SetParamValue(p, *rawValue, true, !model_.PortOpen());
 }
 
 bool EntryRules::ValidateEntry(const QString &text, const QString &label, int p)
@@ -124,51 +120,6 @@ ParamChoices EntryRules::FillParamCombo(int p) const
         choices.items.append(QString::number(i) + u' ' + model_.ParamTable[i].Name);
     }
     return choices;
-}
-
-void EntryRules::PromptSaveToDrive(int mode)
-{
-    if (!model_.DriveModified)
-        return;
-    if (mode == 2) {
-        asker_.Tell(
-            QStringLiteral("Drive parameters have not been saved!\r\n\r\nChanges not saved will be lost "
-                           "on next power loss or processor reset."),
-            MsgIcon::Exclamation, AppTitle());
-        return;
-    }
-    if (asker_.MsgBox(
-            QStringLiteral("Save Changes in Drive?\r\n\r\nParameter changes not saved will be lost on next "
-                           "power loss or processor reset."),
-            MsgButtons::YesNo, MsgIcon::Question, AppTitle()) != MsgAnswer::Yes)
-        return;
-
-    bool isRefused = false;
-    QObject whileWaiting;
-    connect(&model_, &Model::WriteRefused, &whileWaiting,
-            [&isRefused](int p) { isRefused = isRefused || p == Param::SaveParameters; });
-    const auto mayStillSave = [&] { return model_.PortOpen() && !isRefused; };
-    const auto isAsked = [this] { return model_.Value(Param::SaveParameters) == 1; };
-    if (mayStillSave()) {
-        model_.SetParamValue(Param::SaveParameters, 1, true, false);
-        // While it is polled the table holds what the drive says, which is 1 until it has saved.
-        model_.AddReadInterest(Param::SaveParameters);
-        PumpWhile([&] { return isAsked() && mayStillSave(); }, QDeadlineTimer(SaveLimitMs));
-        model_.RemoveReadInterest(Param::SaveParameters);
-        if (!isAsked() && mayStillSave()) {
-            model_.DriveModified = false;
-            return;
-        }
-    }
-    ParamRecord &command = model_.ParamTable[Param::SaveParameters];
-    command.Value = 0;
-    command.WriteFlag = WriteState::None;
-    ShowNotSavedMessage();
-}
-
-void EntryRules::ShowNotSavedMessage()
-{
-    asker_.Tell(QStringLiteral("Changes in Drive not saved!"), MsgIcon::Exclamation, AppTitle());
 }
 
 } // namespace quorvik

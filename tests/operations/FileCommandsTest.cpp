@@ -1,14 +1,16 @@
-#include "SetFixture.h"
-
-#include "model/EntryRules.h"
+#include "operations/FileCommands.h"
+#include "link/ScriptedPeer.h"
+#include "operations/DriveOperations.h"
+#include "operations/EntryRules.h"
+#include "operations/SaveCommands.h"
 #include "platform/RuntimeFailure.h"
-#include "settings/FileCommands.h"
+#include "settings/SetFixture.h"
 #include "support/ScriptedAsker.h"
 
 namespace quorvik::testing
 {
 
-/** The commands over a table, with a link that records what it is told. */
+/** The commands over a factory table, with a drive at the other end of the line. */
 class FileCommandsTest : public SetTest
 {
 protected:
@@ -16,15 +18,9 @@ protected:
     {
         QDir().mkpath(Path("program"));
         QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), Path("program/Presets.fil"));
-        commands.Link.GoOnLine = [this] {
-            calls += "on";
-            online = portOpens;
-        };
-        commands.Link.GoOffLine = [this](int reason) { calls += " off" + std::to_string(reason); };
-        commands.Link.SetAllReadFlags = [this](int delta) { calls += " read" + std::to_string(delta); };
-        commands.Link.RunScan = [this](int kind) { calls += " scan" + std::to_string(kind); };
-        commands.ShowSelectDriveModel = [this] { calls += "select"; };
-        QObject::connect(&commands, &FileCommands::SaveFailed,
+        link.MSComm1.DeviceOf = [this](int) { return portOpens ? peer.Device() : QString(); };
+        peer.LastParam = 433;
+        QObject::connect(&saving, &SaveCommands::SaveFailed,
                          [this](const QString &sentence) { failedSaves.append(sentence); });
     }
 
@@ -38,10 +34,13 @@ protected:
     }
 
     ScriptedAsker asker;
+    ScriptedPeer peer;
+    DriveLink link{model, LinkTimings{.scanPause = 5, .replyTimeout = 150}};
     EntryRules rules{model, asker};
-    FileCommands commands{model, rules, asker, file, Path("program")};
+    SaveCommands saving{model, asker, file, Path("program")};
+    DriveOperations drive{model, link, rules, saving, asker};
+    FileCommands commands{model, rules, asker, file, saving, drive};
     bool portOpens = true;
-    std::string calls;
     QStringList failedSaves;
 };
 
@@ -49,17 +48,17 @@ TEST_F(FileCommandsTest, SaveAsThenSaveGoToTheSameFile)
 {
     model.FileModified = true;
     asker.ExpectSave(Path("a.Svx"));
-    commands.Save(0);
+    saving.Save(0);
     EXPECT_EQ(asker.Requests.last().folder, Path("program"));
     EXPECT_EQ(asker.Requests.last().fileName, QString());
     EXPECT_EQ(model.Title(), QStringLiteral("Quorvik - [a.Svx]"));
 
     model.SetParamValue(218, 4321, true, false);
-    commands.Save(0);
+    saving.Save(0);
     EXPECT_FALSE(model.FileModified);
     model.ParamTable[218].Value = 0;
     asker.ExpectSave(std::nullopt);
-    commands.Save(1);
+    saving.Save(1);
     EXPECT_EQ(asker.Requests.last().folder, folder.path() + u'/');
     EXPECT_EQ(asker.Requests.last().fileName, QStringLiteral("a.Svx"));
     EXPECT_EQ(file.LoadSettings(Path("a.Svx")), QString());
@@ -78,24 +77,23 @@ TEST_F(FileCommandsTest, OpenedFileIsSavedTo)
     asker.Expect(QStringLiteral("is not a settings file"));
     commands.Open();
     asker.ExpectSave(Path("none/a.Svx"));
-    commands.Save(1);
+    saving.Save(1);
     QFile::remove(Path("saved.Svx"));
-    commands.Save(0);
+    saving.Save(0);
     EXPECT_TRUE(QFile::exists(Path("saved.Svx"))) << "and not to what was refused";
     EXPECT_EQ(other.size(), 0);
-    EXPECT_EQ(calls, "");
 }
 
 TEST_F(FileCommandsTest, SaveWithoutAnyDialogYetFailsAndSaveAsWorks)
 {
     ASSERT_EQ(file.LoadSettings(SavedSet()), QString());
     model.FileModified = true;
-    EXPECT_THROW(commands.Save(0), RuntimeFailure);
+    EXPECT_THROW(saving.Save(0), RuntimeFailure);
     EXPECT_TRUE(model.FileModified);
     EXPECT_EQ(model.FileName, Path("saved.Svx"));
 
     asker.ExpectSave(Path("d.Svx"));
-    commands.Save(1);
+    saving.Save(1);
     EXPECT_FALSE(model.FileModified);
     EXPECT_EQ(model.FileName, Path("d.Svx"));
 }
@@ -110,7 +108,7 @@ TEST_F(FileCommandsTest, FactoryTableIsNeverSavedOver)
         asker.ExpectSave(Path(path));
         asker.Expect(QStringLiteral("Cannot overwrite default file. Choose another name."));
         asker.ExpectSave(std::nullopt);
-        commands.Save(1);
+        saving.Save(1);
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::Exclamation);
         EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
     }
@@ -120,7 +118,7 @@ TEST_F(FileCommandsTest, FactoryTableIsNeverSavedOver)
     commands.Open();
     asker.Expect(QStringLiteral("Cannot overwrite default file."));
     asker.ExpectSave(Path("e.Svx"));
-    commands.Save(0);
+    saving.Save(0);
     EXPECT_EQ(model.FileName, Path("e.Svx"));
     EXPECT_EQ(Content(Path("program/Presets.fil")), Content(QStringLiteral(QUORVIK_PRESETS_FILE)));
 }
@@ -143,9 +141,7 @@ TEST_F(FileCommandsTest, PromptSaveChangesCancelsWhatItCouldNotSave)
         asker.Expect(QStringLiteral("unnamed has been modified.\r\n\r\nSave changes?"), answer);
         if (answer == MsgAnswer::Yes)
             asker.ExpectSave(path);
-        bool cancel = false;
-        commands.PromptSaveChanges(cancel);
-        EXPECT_EQ(cancel, stays);
+        EXPECT_EQ(saving.PromptSaveChanges(), !stays);
         EXPECT_EQ(model.HasUnsavedEdits, stays);
         EXPECT_EQ(asker.Shown.last().buttons, MsgButtons::YesNoCancel);
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::Question);
@@ -153,9 +149,7 @@ TEST_F(FileCommandsTest, PromptSaveChangesCancelsWhatItCouldNotSave)
     EXPECT_EQ(asker.Shown.size(), qsizetype(rows.size()));
     EXPECT_EQ(failedSaves.size(), 1) << "a failure behind the dialog is told without a box";
     model.MarkFile(false);
-    bool cancel = false;
-    commands.PromptSaveChanges(cancel);
-    EXPECT_FALSE(cancel);
+    EXPECT_TRUE(saving.PromptSaveChanges());
 }
 
 TEST_F(FileCommandsTest, NewGivesTheFactorySet)
@@ -166,14 +160,14 @@ TEST_F(FileCommandsTest, NewGivesTheFactorySet)
     asker.Expect(QStringLiteral("x.Svx has been modified."), MsgAnswer::Cancel);
     commands.New();
     EXPECT_EQ(model.Value(218), 4321);
-    EXPECT_EQ(calls, "");
+    EXPECT_EQ(asker.ModelsSelected, 0);
 
     asker.Expect(QStringLiteral("x.Svx has been modified."), MsgAnswer::No);
     commands.New();
     EXPECT_EQ(model.Value(218), 0);
     EXPECT_EQ(model.Notes, QString());
     EXPECT_EQ(model.Title(), QStringLiteral("Quorvik - [unnamed]"));
-    EXPECT_EQ(calls, "select");
+    EXPECT_EQ(asker.ModelsSelected, 1);
 }
 
 TEST_F(FileCommandsTest, OpenOnLineSendsTheWholeSet)
@@ -183,15 +177,15 @@ TEST_F(FileCommandsTest, OpenOnLineSendsTheWholeSet)
     model.ParamTable[123].Value = 99;
     const QString path = SavedSet();
     model.ParamTable[123].Value = 50;
-    online = true;
-    commands.LoadAndAssignSettingsFromFile(path);
-    EXPECT_EQ(model.Value(218), 100);
-    EXPECT_EQ(model.Value(38), 0) << "rules of what leads others are applied";
+    ASSERT_TRUE(drive.GoOnLine().IsDone());
+    peer.Values[28] = 1;
+    EXPECT_TRUE(commands.LoadAndAssignSettingsFromFile(path).IsDone());
+    EXPECT_EQ(peer.Values[218], 100);
+    EXPECT_EQ(peer.Values[28], 0);
+    EXPECT_EQ(peer.Values[38], 0) << "rules of what leads others are applied";
     EXPECT_EQ(model.Value(123), 99) << "but the rule of the drive model must not run";
-    EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::Queued);
-    EXPECT_TRUE(model.WritePending);
     EXPECT_FALSE(model.FileModified || model.DriveModified);
-    EXPECT_EQ(calls, " scan2");
+    EXPECT_EQ(asker.Progresses, std::vector({int(WholeScan::Writing)}));
 }
 
 TEST_F(FileCommandsTest, OpenThatFailsOnLineSendsNothingAndHoldsNothing)
@@ -199,40 +193,43 @@ TEST_F(FileCommandsTest, OpenThatFailsOnLineSendsNothingAndHoldsNothing)
     model.ParamTable[1].Value = 5000;
     model.ParamTable[Param::LoadParameters].Value = 1;
     const QString beyond = SavedSet();
-    online = true;
+    ASSERT_TRUE(drive.GoOnLine().IsDone());
     model.SetParamValue(219, 77, true, false);
     asker.Expect(QStringLiteral("Could not find file"));
-    commands.LoadAndAssignSettingsFromFile(Path("none.Svx"));
+    EXPECT_EQ(commands.LoadAndAssignSettingsFromFile(Path("none.Svx")).outcome, Outcome::Refused);
     EXPECT_EQ(asker.Shown.last().icon, MsgIcon::None);
 
     model.ParamTable[Param::DriveState].Value = 1;
     asker.Expect(QStringLiteral("Drive must be in Stop mode"));
-    commands.LoadAndAssignSettingsFromFile(beyond);
+    EXPECT_EQ(commands.LoadAndAssignSettingsFromFile(beyond).outcome, Outcome::Refused);
     EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
     EXPECT_TRUE(model.FileModified);
 
     model.ParamTable[Param::DriveState].Value = 0;
     EXPECT_EQ(model.ParamTable[219].WriteFlag, WriteState::Queued) << "a pending edit still goes out";
     EXPECT_EQ(model.ParamTable[220].WriteFlag, WriteState::None);
-    EXPECT_EQ(calls, "");
+    EXPECT_TRUE(asker.Progresses.empty());
 
     // A selector that points nowhere is told, and keeps no other row from the drive.
+    peer.Values[Param::LoadParameters] = 7;
     commands.LoadAndAssignSettingsFromFile(beyond);
-    EXPECT_EQ(model.ParamTable[220].WriteFlag, WriteState::Queued);
-    EXPECT_EQ(model.Value(Param::LoadParameters), 0) << "a file gives no command";
-    EXPECT_EQ(calls, " scan2");
+    EXPECT_EQ(peer.Values[218], 100);
+    EXPECT_EQ(peer.Values[Param::LoadParameters], 0) << "a file gives no command";
+    model.DriveModified = false;
 }
 
 TEST_F(FileCommandsTest, ReadFromDriveMakesAnUnsavedSet)
 {
     for (const bool opens : {false, true}) {
         portOpens = opens;
-        calls.clear();
         model.FileName = Path("x.Svx");
         model.SetParamValue(218, 1, false, false);
-        commands.ReadFromDrive();
-        EXPECT_EQ(calls, opens ? "on read1 scan1 off1" : "on");
-        EXPECT_FALSE(model.WritePending);
+        peer.Values[218] = 55;
+        if (!opens)
+            asker.Expect(QStringLiteral("There is no port"));
+        EXPECT_EQ(commands.ReadFromDrive().outcome, opens ? Outcome::Done : Outcome::Refused);
+        EXPECT_FALSE(model.WritePending || link.PortOpen());
+        EXPECT_EQ(model.Value(218), opens ? 55 : 1);
         EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::None);
         EXPECT_EQ(model.Title().toStdString(), opens ? "Quorvik - [unnamed*]" : "Quorvik - [x.Svx]");
     }
@@ -242,16 +239,25 @@ TEST_F(FileCommandsTest, WriteToDriveSendsTheWholeSetToAStoppedDrive)
 {
     model.ParamTable[Param::DriveState].Value = 3;
     asker.Expect(QStringLiteral("Drive must be in Stop mode"));
-    commands.WriteToDrive();
-    EXPECT_EQ(calls, "");
+    EXPECT_EQ(commands.WriteToDrive().outcome, Outcome::Refused);
 
-    model.ParamTable[Param::DriveState].Value = 8;
-    commands.WriteToDrive();
-    EXPECT_EQ(calls, "on scan2 off1");
-    EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::Queued);
-    EXPECT_EQ(model.ParamTable[256].WriteFlag, WriteState::None) << "never the clock";
-    EXPECT_TRUE(model.DriveModified);
-    EXPECT_FALSE(model.FileModified);
+    const QByteArray refused = WriteRequest(219, 0);
+    peer.Answer = [&](const QByteArray &frame) { return frame == refused ? Nak : peer.DriveAnswer(frame); };
+    for (const bool isRefusedOne : {true, false}) {
+        model.ParamTable[Param::DriveState].Value = 8;
+        model.ParamTable[218].Value = 44;
+        if (isRefusedOne)
+            asker.Expect(QStringLiteral("Could not write value of 0 to (219)"));
+        asker.Expect(QStringLiteral("Save Changes in Drive?"), MsgAnswer::No);
+        const OperationResult result = commands.WriteToDrive();
+        EXPECT_EQ(result.outcome, isRefusedOne ? Outcome::Partial : Outcome::Done);
+        EXPECT_EQ(result.missing, isRefusedOne ? std::vector({219}) : std::vector<int>());
+        EXPECT_EQ(peer.Values[218], 44);
+        EXPECT_FALSE(peer.Values.contains(256)) << "never the clock";
+        EXPECT_TRUE(model.DriveModified);
+        EXPECT_FALSE(model.FileModified || link.PortOpen());
+        peer.Answer = [&](const QByteArray &frame) { return peer.DriveAnswer(frame); };
+    }
 }
 
 } // namespace quorvik::testing

@@ -2,9 +2,7 @@
 
 #include "platform/Asker.h"
 
-#include <QObject>
 #include <QStringList>
-#include <functional>
 
 namespace quorvik
 {
@@ -25,15 +23,10 @@ int ParamOfChoice(const QString &item);
  * The checks that every way of changing a parameter by hand passes: is it a number, is it in range, does the
  * destination already belong to another input, is the drive stopped.
  */
-class EntryRules : public QObject
+class EntryRules
 {
-    Q_OBJECT
-
 public:
     EntryRules(Model &model, Asker &asker);
-
-    /** Shows the modal edit dialog on Model::EditParamNumber; filled in by the shell. */
-    std::function<void()> ShowEditDialog;
 
     /** A click on a value box, or Enter in it. Acts on access classes 0 and 1 only. */
     void EditParameter(int accessClass, int p);
@@ -60,19 +53,6 @@ public:
 
     /** The parameters that p, a selector, can be pointed at. */
     ParamChoices FillParamCombo(int p) const;
-
-    /**
-     * The question at going off line, while the link is still up. Blocks, pumping events, for up to
-     * SaveLimitMs; a drive that refuses to save, or a link that breaks, ends it sooner.
-     * @param mode 2 only warns; any other asks and may save through parameter 406.
-     */
-    void PromptSaveToDrive(int mode);
-
-    /** Tells that the drive has not saved what it was asked to. */
-    void ShowNotSavedMessage();
-
-    /** How long the drive may take to save, in milliseconds. */
-    int SaveLimitMs = 5000;
 
 private:
     Model &model_;

@@ -1,0 +1,239 @@
+#include "operations/DriveOperations.h"
+
+#include "model/Model.h"
+#include "operations/EntryRules.h"
+#include "operations/SaveCommands.h"
+#include "platform/Guard.h"
+#include "platform/Progress.h"
+#include "platform/Waiting.h"
+
+#include <QScopedValueRollback>
+
+namespace quorvik
+{
+
+DriveOperations::DriveOperations(Model &model, DriveLink &link, EntryRules &rules, SaveCommands &saving,
+                                 Asker &asker)
+    : model_(model)
+    , link_(link)
+    , rules_(rules)
+    , saving_(saving)
+    , asker_(asker)
+{
+    On(&link_, &DriveLink::Broken, this,
+       [this](LinkFault fault, bool mayBeMoving) { OnBroken(fault, mayBeMoving); });
+    On(&link_, &DriveLink::BreakingOff, this, [this] { BeforeLeaving(OffLineReason::BrokenOff); });
+    On(&link_, &DriveLink::WriteGivenUp, this,
+       [this](int p, std::int32_t rawValue, bool isTold) { OnWriteGivenUp(p, rawValue, isTold); });
+    On(&link_, &DriveLink::FatalError, this, [this](const QString &sentence) {
+        asker_.MsgBox(sentence, MsgButtons::Ok, MsgIcon::Critical, AppTitle());
+        Q_EMIT FatalError();
+    });
+}
+
+OperationResult DriveOperations::GoOnLine()
+{
+    if (waitingForDrive_ || leaving_)
+        return {Outcome::Refused};
+    if (const QString failure = link_.Open(); !failure.isEmpty()) {
+        asker_.MsgBox(failure, MsgButtons::Ok, MsgIcon::None, AppTitle());
+        return {Outcome::Refused};
+    }
+    {
+        const QScopedValueRollback waiting(waitingForDrive_, true);
+        PumpWhile([this] { return link_.IsAskingForSize(); });
+    }
+    if (!link_.PortOpen())
+        return {Outcome::LinkLost};
+    if (link_.TakeSize())
+        return {};
+    const int last = link_.PropMax;
+    link_.Close();
+    Announce(QStringLiteral("The drive says that the number of its last parameter is %1, which no drive "
+                            "has. Switching OffLine. Check that a Sarvex drive is connected to this port.")
+                 .arg(last),
+             AppTitle());
+    return {Outcome::Refused};
+}
+
+void DriveOperations::GoOffLine(OffLineReason reason)
+{
+    if (!link_.PortOpen())
+        return;
+    const QScopedValueRollback leaving(leaving_, true);
+    BeforeLeaving(reason);
+    // A Stop that was pressed a moment ago leaves before the line does.
+    PumpWhile([this] { return link_.PortOpen() && !link_.OffLineRequested && link_.HasFirstWrite(); },
+              QDeadlineTimer(link_.Timings().lastCommand));
+    if (link_.PortOpen())
+        link_.Close();
+}
+
+OperationResult DriveOperations::ToggleComStatus()
+{
+    // A second click that arrives while the first is still being served: nothing it could mean is left to do.
+    if (leaving_ || (waitingForDrive_ && !link_.PortOpen()))
+        return {Outcome::Refused};
+    if (link_.PortOpen()) {
+        GoOffLine(OffLineReason::User);
+        return {};
+    }
+    switch (asker_.MsgBox(QStringLiteral("Write current parameter settings to drive?"),
+                          MsgButtons::YesNoCancel, MsgIcon::Question, QStringLiteral("Write Parameters"))) {
+    case MsgAnswer::Yes:
+        if (!model_.DriveIsStopped()) {
+            rules_.ShowStopModeMessage();
+            return {Outcome::Refused};
+        }
+        if (const OperationResult online = GoOnLine(); !online.IsDone())
+            return online;
+        model_.SetAllWriteFlags(WriteState::Queued);
+        return SendAll();
+    case MsgAnswer::No: {
+        if (!saving_.PromptSaveChanges())
+            return {Outcome::Cancelled};
+        OperationResult result = ReadAnew();
+        if (result.IsDone()) {
+            model_.FileName = Model::Unnamed();
+            model_.MarkFile(false);
+        }
+        return result;
+    }
+    default:
+        return {Outcome::Cancelled};
+    }
+}
+
+OperationResult DriveOperations::ChooseCommMode()
+{
+    return asker_.ChooseOnLine() ? ReadAnew() : OperationResult{Outcome::Cancelled};
+}
+
+OperationResult DriveOperations::ReadAnew()
+{
+    // Before the link opens: what was to be sent would be in the way of the reading.
+    model_.DropAllWrites();
+    const OperationResult online = GoOnLine();
+    return online.IsDone() ? ReadAll() : online;
+}
+
+OperationResult DriveOperations::ReadAll()
+{
+    return RunScan(WholeScan::Reading);
+}
+
+OperationResult DriveOperations::SendAll()
+{
+    return RunScan(WholeScan::Writing);
+}
+
+OperationResult DriveOperations::RunScan(WholeScan kind)
+{
+    const bool isReading = kind == WholeScan::Reading;
+    // A drive that claims to have no parameters at all leaves nothing to show.
+    Progress progress(isReading ? QStringLiteral("Reading Parameters from Drive")
+                                : QStringLiteral("Writing Parameters to Drive"),
+                      int(kind), std::max(model_.LastParam + 1, 1));
+    ScanResult scan;
+    connect(&link_, &DriveLink::ScanProgress, &progress, &Progress::Advance);
+    connect(&link_, &DriveLink::ScanFinished, &progress, [&](const ScanResult &result) {
+        scan = result;
+        progress.End();
+    });
+    connect(&progress, &Progress::CancelWanted, &link_, &DriveLink::CancelScan);
+    link_.StartScan(kind);
+    asker_.ShowProgress(progress);
+
+    const bool isComplete = scan.end == ScanResult::End::Complete;
+    if (isReading) {
+        if (isComplete)
+            Guarded([this] { model_.RefreshAllDependents(); });
+        SettleReading(scan);
+    }
+    OperationResult result{.missing = {scan.missing.begin(), scan.missing.end()}};
+    if (!isComplete)
+        result.outcome = scan.end == ScanResult::End::LinkLost ? Outcome::LinkLost : Outcome::Cancelled;
+    else if (!result.missing.empty() || scan.isInDoubt)
+        result.outcome = Outcome::Partial;
+    return result;
+}
+
+void DriveOperations::SaveDriveParameters()
+{
+    model_.SetParamValue(Param::SaveParameters, 1, true, false);
+    model_.DriveModified = false;
+}
+
+void DriveOperations::LoadDriveParameters()
+{
+    wasModified_ = model_.DriveModified;
+    model_.SetParamValue(Param::LoadParameters, 1, true, false);
+    model_.DriveModified = false;
+}
+
+void DriveOperations::BeforeLeaving(OffLineReason reason)
+{
+    const QScopedValueRollback leaving(leaving_, true);
+    // A save that was never answered is none.
+    for (const int command : {Param::SaveParameters, Param::LoadParameters})
+        if (model_.ParamTable[command].WriteFlag != WriteState::None)
+            MemoryCommandFailed(command);
+    PromptSaveToDrive(reason);
+}
+
+void DriveOperations::PromptSaveToDrive(OffLineReason reason)
+{
+    if (!model_.DriveModified)
+        return;
+    if (reason == OffLineReason::BrokenOff) {
+        asker_.Tell(
+            QStringLiteral("Drive parameters have not been saved!\r\n\r\nChanges not saved will be lost "
+                           "on next power loss or processor reset."),
+            MsgIcon::Exclamation, AppTitle());
+        return;
+    }
+    if (asker_.MsgBox(
+            QStringLiteral("Save Changes in Drive?\r\n\r\nParameter changes not saved will be lost on next "
+                           "power loss or processor reset."),
+            MsgButtons::YesNo, MsgIcon::Question, AppTitle()) != MsgAnswer::Yes)
+        return;
+    if (SaveInDrive()) {
+        model_.DriveModified = false;
+        return;
+    }
+    ParamRecord &command = model_.ParamTable[Param::SaveParameters];
+    command.Value = 0;
+    command.WriteFlag = WriteState::None;
+    ShowNotSavedMessage();
+}
+
+bool DriveOperations::SaveInDrive()
+{
+    bool isRefused = false;
+    QObject whileWaiting;
+    connect(&link_, &DriveLink::WriteGivenUp, &whileWaiting,
+            [&isRefused](int p) { isRefused = isRefused || p == Param::SaveParameters; });
+    const auto mayStillSave = [&] { return model_.PortOpen() && !isRefused; };
+    const auto isAsked = [this] { return model_.Value(Param::SaveParameters) == 1; };
+    if (!mayStillSave())
+        return false;
+    model_.SetParamValue(Param::SaveParameters, 1, true, false);
+    // While it is polled the table holds what the drive says, which is 1 until it has saved.
+    model_.AddReadInterest(Param::SaveParameters);
+    PumpWhile([&] { return isAsked() && mayStillSave(); }, QDeadlineTimer(SaveLimitMs));
+    model_.RemoveReadInterest(Param::SaveParameters);
+    return !isAsked() && mayStillSave();
+}
+
+void DriveOperations::MemoryCommandFailed(int command)
+{
+    ParamRecord &record = model_.ParamTable[command];
+    record.Value = 0;
+    record.WriteFlag = WriteState::None;
+    if (command == Param::SaveParameters)
+        model_.DriveModified = true;
+    else if (command == Param::LoadParameters)
+        model_.DriveModified = wasModified_;
+}
+
+} // namespace quorvik

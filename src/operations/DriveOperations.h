@@ -1,0 +1,89 @@
+#pragma once
+
+#include "link/DriveLink.h"
+#include "operations/Outcome.h"
+#include "platform/Asker.h"
+
+#include <QObject>
+#include <functional>
+
+namespace quorvik
+{
+
+class EntryRules;
+class Model;
+class SaveCommands;
+
+/** Why the link is taken down. */
+enum class OffLineReason {
+    User,
+    CommandEnded, ///< of a command that went on line for itself
+    BrokenOff,    ///< a fault, or a command after which the drive is gone; the line may be dead
+};
+
+/**
+ * What can be done with the drive, from going on line to saving in its memory, and what the user is told of
+ * the link. All of it asks and waits here, with the event loop running; the link below neither asks nor
+ * waits.
+ */
+class DriveOperations : public QObject
+{
+    Q_OBJECT
+
+public:
+    DriveOperations(Model &model, DriveLink &link, EntryRules &rules, SaveCommands &saving, Asker &asker);
+
+    /**
+     * Opens the port and learns the table's size; waits for the drive in the event loop. Refused for a port
+     * that does not open, and while an earlier call is still waiting or the link is being taken down.
+     */
+    OperationResult GoOnLine();
+    /** Does nothing off line. Blocks, pumping events, while the drive saves or a last command leaves. */
+    void GoOffLine(OffLineReason reason);
+    /** The user's switch. Ends the wait of GoOnLine(), too. */
+    OperationResult ToggleComStatus();
+    /** The choice at the program's start: on line with the drive's table, or not. */
+    OperationResult ChooseCommMode();
+
+    /** Reads the whole table. A set that is read by half is marked so (Model::HalfRead), and the user is told
+     * what is missing. */
+    OperationResult ReadAll();
+    /** Follows what is queued of the whole table until it is sent. */
+    OperationResult SendAll();
+
+    void SaveDriveParameters(); ///< command 406
+    void LoadDriveParameters(); ///< command 407
+    void RestartDrive(Restart command) { link_.SetDriveCommand(command); }
+
+    /** How long the drive may take to save, in milliseconds. */
+    int SaveLimitMs = 5000;
+
+Q_SIGNALS:
+    /** A fault of the program that ends it; the user has been told. */
+    void FatalError();
+
+private:
+    OperationResult RunScan(WholeScan kind);
+    OperationResult ReadAnew();
+    void SettleReading(const ScanResult &scan);
+    void BeforeLeaving(OffLineReason reason);
+    void PromptSaveToDrive(OffLineReason reason);
+    bool SaveInDrive();
+    void MemoryCommandFailed(int command);
+    void ShowNotSavedMessage();
+    void OnBroken(LinkFault fault, bool mayBeMoving);
+    void OnWriteGivenUp(int p, std::int32_t rawValue, bool isTold);
+    void Later(const std::function<void()> &work);
+    void Announce(const QString &sentence, const QString &title);
+
+    Model &model_;
+    DriveLink &link_;
+    EntryRules &rules_;
+    SaveCommands &saving_;
+    Asker &asker_;
+    bool waitingForDrive_ = false;
+    bool leaving_ = false;
+    bool wasModified_ = false; ///< Model::DriveModified before the drive was told to load
+};
+
+} // namespace quorvik

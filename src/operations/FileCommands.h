@@ -1,0 +1,43 @@
+#pragma once
+
+#include "operations/Outcome.h"
+
+#include <QString>
+
+namespace quorvik
+{
+
+class Asker;
+class DriveOperations;
+class EntryRules;
+class Model;
+class SaveCommands;
+class SettingsFile;
+
+/** The commands of the File menu that decide which set is the open one. */
+class FileCommands
+{
+public:
+    FileCommands(Model &model, EntryRules &rules, Asker &asker, SettingsFile &file, SaveCommands &saving,
+                 DriveOperations &drive);
+
+    OperationResult New();
+    OperationResult Open();
+    OperationResult ReadFromDrive(); ///< goes on line for it, and off line again
+    OperationResult WriteToDrive();  ///< the same
+    /** Loads a file, telling the user of a failure; on line, sends it to the drive. */
+    OperationResult LoadAndAssignSettingsFromFile(const QString &path);
+
+private:
+    void BecomeUnnamed(bool modified);
+    OperationResult ResultOf(const QString &failure);
+
+    Model &model_;
+    EntryRules &rules_;
+    Asker &asker_;
+    SettingsFile &file_;
+    SaveCommands &saving_;
+    DriveOperations &drive_;
+};
+
+} // namespace quorvik

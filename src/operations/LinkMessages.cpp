@@ -1,0 +1,115 @@
+#include "model/Model.h"
+#include "operations/DriveOperations.h"
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr int MostNamed = 12;
+
+struct FaultWords {
+    QString title;
+    QString sentence;
+};
+
+/** The titles differ in one letter between the first fault and the other two. */
+FaultWords WordsOf(LinkFault fault)
+{
+    switch (fault) {
+    case LinkFault::DamagedReply:
+        return {QStringLiteral("Communication Error"),
+                QStringLiteral("Invalid BCC. Check connections and power. Switching OffLine.")};
+    case LinkFault::WrongLength:
+        return {QStringLiteral("Communications Error"),
+                QStringLiteral("Incorrect Packet Size! Check connections and power. Switching OffLine.")};
+    case LinkFault::NoReply:
+        break;
+    }
+    return {QStringLiteral("Communications Error"),
+            QStringLiteral("Drive not Responding! Check connections and power. Switching OffLine.")};
+}
+
+} // namespace
+
+void DriveOperations::Later(const std::function<void()> &work)
+{
+    // Not from within the link's chain of callbacks: whoever shows a message may run the event loop.
+    QMetaObject::invokeMethod(this, work, Qt::QueuedConnection);
+}
+
+void DriveOperations::Announce(const QString &sentence, const QString &title)
+{
+    Later([this, sentence, title] { asker_.Tell(sentence, MsgIcon::Exclamation, title); });
+}
+
+void DriveOperations::OnBroken(LinkFault fault, bool mayBeMoving)
+{
+    const FaultWords words = WordsOf(fault);
+    Announce(words.sentence +
+                 (mayBeMoving
+                      ? QStringLiteral("\r\n\r\nThe motor may still be turning: the drive was told to run or "
+                                       "to jog, and nothing reaches it any more. Stop it at the machine.")
+                      : QString()),
+             words.title);
+}
+
+void DriveOperations::OnWriteGivenUp(int p, std::int32_t rawValue, bool isTold)
+{
+    if (!isTold)
+        Announce(QStringLiteral("Could not write value of %1 to ").arg(rawValue) + model_.FullName(p),
+                 QStringLiteral("Write Error"));
+    // While leaving, whoever asked for the save sees to it.
+    if (!Param::IsCommand(p) || leaving_)
+        return;
+    MemoryCommandFailed(p);
+    if (p == Param::SaveParameters)
+        Later([this] { ShowNotSavedMessage(); });
+}
+
+void DriveOperations::ShowNotSavedMessage()
+{
+    asker_.Tell(QStringLiteral("Changes in Drive not saved!"), MsgIcon::Exclamation, AppTitle());
+}
+
+void DriveOperations::SettleReading(const ScanResult &scan)
+{
+    const bool isComplete = scan.end == ScanResult::End::Complete;
+    if (isComplete && scan.missing.empty() && !scan.isInDoubt) {
+        model_.HalfRead = false;
+        return;
+    }
+    // Where nothing was read, the set is what it was.
+    if (!scan.hasRead)
+        return;
+    model_.HalfRead = true;
+    model_.FileName = Model::Unnamed();
+    model_.MarkFile(true);
+    // A user who pressed Cancel knows.
+    if (scan.end == ScanResult::End::Cancelled)
+        return;
+
+    QString sentence;
+    if (!isComplete) {
+        sentence = QStringLiteral("The reading did not come to its end. Part of the set is the drive's, the "
+                                  "rest is what stood there before.");
+    } else if (scan.missing.empty()) {
+        sentence = QStringLiteral("The drive's answers came out of step with the questions, so values may "
+                                  "stand at the wrong parameters.");
+    } else {
+        sentence = QStringLiteral("These parameters could not be read, and have the values from before:");
+        int named = 0;
+        for (const int p : scan.missing) {
+            if (++named > MostNamed) {
+                sentence += QStringLiteral("\r\nand %1 more").arg(int(scan.missing.size()) - MostNamed);
+                break;
+            }
+            sentence += QStringLiteral("\r\n") + model_.FullName(p);
+        }
+    }
+    Announce(sentence + QStringLiteral("\r\n\r\nRead the drive again before you rely on this set."),
+             QStringLiteral("Half Read"));
+}
+
+} // namespace quorvik

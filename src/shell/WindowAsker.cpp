@@ -1,0 +1,39 @@
+#include "shell/WindowAsker.h"
+
+#include "desktop/FormModifyParameterValue.h"
+#include "link/forms/FormProgressBar.h"
+#include "link/forms/FormSelectCommMode.h"
+#include "platform/Progress.h"
+#include "settings/forms/FormSelectDriveModel.h"
+#include "shell/MDIFormMain.h"
+
+namespace quorvik
+{
+
+std::optional<std::int32_t> WindowAsker::EditValue(int p, std::int32_t rawValue)
+{
+    FormModifyParameterValue window(main_.TheDesk(), &main_, p, rawValue);
+    window.exec();
+    return window.EditedValue();
+}
+
+bool WindowAsker::ChooseOnLine()
+{
+    FormSelectCommMode window(main_.TheDesk(), &main_);
+    window.exec();
+    return window.OnlineChosen();
+}
+
+void WindowAsker::SelectDriveModel()
+{
+    FormSelectDriveModel(main_.TheDesk(), &main_).exec();
+}
+
+void WindowAsker::ShowProgress(Progress &progress)
+{
+    FormProgressBar window(main_.TheDesk(), &main_, progress);
+    if (!progress.IsOver())
+        window.exec();
+}
+
+} // namespace quorvik
