@@ -143,13 +143,12 @@ void Model::SetAllWriteFlags(std::uint8_t state)
         WritePending = true;
 }
 
-bool Model::SetAllReadFlags(int delta)
+void Model::SetAllReadFlags(int delta)
 {
     if (delta < -1 || delta > 1)
-        return false;
+        throw RuntimeFailure(QStringLiteral("Invalid value of NewState in Sub SetAllReadFlags."));
     for (int i = 0; i <= LastParam; ++i)
         ChangeReadFlag(i, delta);
-    return true;
 }
 
 void Model::AddReadInterest(int p)

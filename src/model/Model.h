@@ -124,10 +124,10 @@ public:
     void DropAllWrites();
 
     /**
-     * Adds delta to ReadFlag of every parameter. Past 0 or 255 is an overflow.
-     * @return False for a delta other than -1, 0 or 1, which changes nothing; the caller tells the user.
+     * Adds delta to ReadFlag of every parameter. Raises RuntimeFailure past 0 or 255, and for a delta other
+     * than -1, 0 or 1, which changes nothing.
      */
-    bool SetAllReadFlags(int delta);
+    void SetAllReadFlags(int delta);
 
     void AddReadInterest(int p);    ///< ReadFlag of p + 1
     void RemoveReadInterest(int p); ///< ReadFlag of p - 1

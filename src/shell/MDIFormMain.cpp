@@ -5,7 +5,6 @@
 #include "desktop/Mnemonics.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
-#include "shell/Commands.h"
 #include "shell/Icons.h"
 #include "shell/NoticeStrip.h"
 #include "shell/StatusBarMain.h"
@@ -127,12 +126,6 @@ void MDIFormMain::ConnectEngines()
 
 void MDIFormMain::ConnectCommands()
 {
-    const CommandTable commands = AllCommands(*this);
-    for (auto entry = menus_.Entries().begin(); entry != menus_.Entries().end(); ++entry) {
-        QAction *action = entry.value();
-        if (const auto command = commands.find(entry.key()); command != commands.end())
-            On(action, &QAction::triggered, this, command.value());
-    }
     On(menus_.Menu(QStringLiteral("mnuWindow")), &QMenu::aboutToShow, this,
        [this] { windows_->ListWindows(menus_.Menu(QStringLiteral("mnuWindow"))); });
     On(statusBar_, &StatusBarMain::PanelClick, this, [this](const QString &key) {

@@ -3,36 +3,21 @@
 #include "blocks/BlockCatalogue.h"
 #include "desktop/Form.h"
 #include "desktop/Mnemonics.h"
+#include "platform/Guard.h"
 #include "shell/Icons.h"
+#include "shell/MDIFormMain.h"
 #include "shell/MenuTable.h"
 
 #include <QAction>
 #include <QIcon>
-#include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
 
 namespace quorvik
 {
 
-namespace
-{
-
-struct LinkEntry {
-    const char *name;
-    bool enabledOnline; ///< enabled on line and not off line, or the other way round
-};
-
-constexpr LinkEntry linkEntries[] = {
-    {"mnuFileRead", false},           {"mnuFileWrite", false},          {"mnuFileNew", false},
-    {"mnuToolsReInitDrive(1)", true}, {"mnuToolsReInitDrive(2)", true}, {"mnuToolsSaveDrive", true},
-    {"mnuToolsLoadDrive", true},      {"mnuToolsSelectModel", false},   {"mnuToolsIOSimulator", false},
-};
-
-} // namespace
-
-MenuBar::MenuBar(QMainWindow *window)
-    : window_(window)
+MenuBar::MenuBar(MDIFormMain *main)
+    : main_(main)
 {
     AddTable();
     AddBlocks();
@@ -42,66 +27,72 @@ MenuBar::MenuBar(QMainWindow *window)
 
 void MenuBar::AddTable()
 {
-    for (const MenuEntry &entry : MenuTable()) {
-        const QString parent = QString::fromLatin1(entry.parent);
-        const QString name = ControlName(entry.name, entry.index);
-        const QString caption = QString::fromLatin1(entry.caption);
-        if (entry.kind == MenuKind::Menu) {
-            AddMenu(parent, name, caption);
-        } else if (entry.kind == MenuKind::Separator) {
-            AddSeparator(parent, name);
+    QMenu *menu = nullptr;
+    for (const MenuRow &row : MenuTable()) {
+        const QString name = QString::fromLatin1(row.name);
+        const QString caption = QString::fromLatin1(row.caption);
+        if (row.kind == MenuKind::Menu) {
+            menu = AddMenu(nullptr, name, caption);
+        } else if (row.kind == MenuKind::Separator) {
+            menu->addSeparator()->setObjectName(name);
         } else {
-            QAction *action = AddEntry(parent, name, caption);
-            action->setCheckable(entry.kind == MenuKind::Check);
-            if (*entry.shortcut)
-                action->setShortcut(QKeySequence(QString::fromLatin1(entry.shortcut)));
-            if (*entry.icon)
-                action->setIcon(IconOf(QString::fromLatin1(entry.icon)));
+            QAction *action = AddEntry(menu, name, caption, [main = main_, run = row.run] {
+                if (run)
+                    run(*main);
+            });
+            action->setCheckable(row.kind == MenuKind::Check);
+            if (*row.shortcut)
+                action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
+            if (*row.icon)
+                action->setIcon(IconOf(QString::fromLatin1(row.icon)));
         }
     }
 }
 
 void MenuBar::AddBlocks()
 {
-    for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        const QString parent = *entry.parent ? QString::fromLatin1(entry.parent) : QStringLiteral("mnuBlock");
-        const QString name = QString::fromLatin1(entry.control);
-        if (entry.afterSeparator)
-            AddSeparator(parent, QStringLiteral("mnuViewSeparator"));
-        if (!entry.make) {
-            AddMenu(parent, name, QString::fromLatin1(entry.caption));
-        } else if (!entry.IsFamily()) {
-            AddEntry(parent, name, QString::fromLatin1(entry.caption));
+    for (const BlockMenuEntry &block : BlockCatalogue()) {
+        QMenu *menu = Menu(QString::fromLatin1(*block.parent ? block.parent : "mnuBlock"));
+        const QString name = QString::fromLatin1(block.control);
+        const QString caption = QString::fromLatin1(block.caption);
+        const auto open = [main = main_, &block](int member) { OpenBlock(main->TheDesk(), block, member); };
+        if (block.afterSeparator)
+            menu->addSeparator()->setObjectName(QStringLiteral("mnuViewSeparator"));
+        if (!block.make) {
+            AddMenu(menu, name, caption);
+        } else if (!block.IsFamily()) {
+            AddEntry(menu, name, caption, [open] { open(0); });
         } else {
-            if (entry.allControl)
-                AddEntry(parent, QString::fromLatin1(entry.allControl),
-                         QString::fromLatin1(entry.allCaption));
-            for (int member = entry.firstMember; member <= entry.lastMember; ++member)
-                AddEntry(parent, ControlName(entry.control, member), entry.MenuCaption(member));
+            if (block.allControl)
+                AddEntry(menu, QString::fromLatin1(block.allControl), QString::fromLatin1(block.allCaption),
+                         [open, &block] {
+                             for (int member = block.firstMember; member <= block.lastMember; ++member)
+                                 open(member);
+                         });
+            for (int member = block.firstMember; member <= block.lastMember; ++member)
+                AddEntry(menu, ControlName(block.control, member), block.MenuCaption(member),
+                         [open, member] { open(member); });
         }
     }
 }
 
-void MenuBar::AddMenu(const QString &parent, const QString &name, const QString &caption)
+QMenu *MenuBar::AddMenu(QMenu *above, const QString &name, const QString &caption)
 {
-    QMenu *above = menus_.value(parent);
-    QMenu *menu = above ? above->addMenu(caption) : window_->menuBar()->addMenu(caption);
+    QMenu *menu = above ? above->addMenu(caption) : main_->menuBar()->addMenu(caption);
     menu->setObjectName(name);
     menus_.insert(name, menu);
     entries_.insert(name, menu->menuAction());
+    return menu;
 }
 
-QAction *MenuBar::AddEntry(const QString &parent, const QString &name, const QString &caption)
+QAction *MenuBar::AddEntry(QMenu *menu, const QString &name, const QString &caption,
+                           const std::function<void()> &run)
 {
-    QAction *action = menus_.value(parent)->addAction(caption);
+    QAction *action = menu->addAction(caption);
     action->setObjectName(name);
+    On(action, &QAction::triggered, main_, run);
     entries_.insert(name, action);
     return action;
-}
-
-void MenuBar::AddSeparator(const QString &parent, const QString &name)
-{
-    menus_.value(parent)->addSeparator()->setObjectName(name);
 }
 
 void MenuBar::Hide(const QString &name)
@@ -109,25 +100,26 @@ void MenuBar::Hide(const QString &name)
     QAction *action = Entry(name);
     action->setVisible(false);
     // One that is only invisible keeps its mnemonic, and windows lose theirs to it.
-    window_->menuBar()->removeAction(action);
+    main_->menuBar()->removeAction(action);
 }
 
 void MenuBar::YieldMnemonics(const QSet<QChar> &letters)
 {
-    for (const MenuEntry &entry : MenuTable()) {
-        if (*entry.parent)
+    for (const MenuRow &row : MenuTable()) {
+        if (row.kind != MenuKind::Menu)
             continue;
-        const QString caption = QString::fromLatin1(entry.caption);
+        const QString caption = QString::fromLatin1(row.caption);
         const bool yields = letters.contains(MnemonicOf(caption));
-        Entry(ControlName(entry.name, entry.index))
-            ->setText(yields ? QString(caption).remove(u'&') : caption);
+        Entry(QString::fromLatin1(row.name))->setText(yields ? QString(caption).remove(u'&') : caption);
     }
 }
 
 void MenuBar::FollowLink(bool isOnline)
 {
-    for (const LinkEntry &entry : linkEntries)
-        Entry(QString::fromLatin1(entry.name))->setEnabled(entry.enabledOnline == isOnline);
+    for (const MenuRow &row : MenuTable())
+        if (row.enabled != MenuEnabled::Always)
+            Entry(QString::fromLatin1(row.name))
+                ->setEnabled((row.enabled == MenuEnabled::Online) == isOnline);
     Entry(QStringLiteral("mnuToolsOnline"))->setChecked(isOnline);
 }
 

@@ -4,25 +4,26 @@
 #include <QHash>
 #include <QSet>
 #include <QString>
+#include <functional>
 
 class QAction;
-class QMainWindow;
 class QMenu;
 
 namespace quorvik
 {
+
+class MDIFormMain;
 
 /** The menu tree of the main window, found by control name ("mnuFileSave(1)"). */
 class MenuBar
 {
 public:
     /** Builds the tree of MenuTable() and the catalogue of blocks into the window's menu bar. */
-    explicit MenuBar(QMainWindow *window);
+    explicit MenuBar(MDIFormMain *main);
 
-    /** An entry, or a menu's own entry; the name must be one of the tree's. */
+    /** An entry, or a menu's own entry; null where the tree has none of that name. */
     QAction *Entry(const QString &name) const { return entries_.value(name); }
     QMenu *Menu(const QString &name) const { return menus_.value(name); }
-    const QHash<QString, QAction *> &Entries() const { return entries_; }
 
     /** Takes a menu out of the bar for good, with its mnemonic. */
     void Hide(const QString &name);
@@ -35,11 +36,12 @@ public:
 private:
     void AddTable();
     void AddBlocks();
-    void AddMenu(const QString &parent, const QString &name, const QString &caption);
-    QAction *AddEntry(const QString &parent, const QString &name, const QString &caption);
-    void AddSeparator(const QString &parent, const QString &name);
+    /** @param above null for the menu bar. */
+    QMenu *AddMenu(QMenu *above, const QString &name, const QString &caption);
+    QAction *AddEntry(QMenu *menu, const QString &name, const QString &caption,
+                      const std::function<void()> &run);
 
-    QMainWindow *window_;
+    MDIFormMain *main_;
     QHash<QString, QAction *> entries_;
     QHash<QString, QMenu *> menus_;
 };

@@ -1,5 +1,14 @@
 #include "shell/MenuTable.h"
 
+#include "desktop/HTMLHelp.h"
+#include "settings/forms/FormViewParameters.h"
+#include "shell/MDIFormMain.h"
+#include "shell/OpenWindows.h"
+#include "shell/WindowCommands.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
 namespace quorvik
 {
 
@@ -7,75 +16,127 @@ namespace
 {
 
 using enum MenuKind;
+using enum MenuEnabled;
+using Main = MDIFormMain;
 
-constexpr MenuEntry table[] = {
-    {"", "mnuFile", -1, "&File", Menu},
-    {"mnuFile", "mnuFileNew", -1, "&New", Command, "Ctrl+N", "new"},
-    {"mnuFile", "mnuFileOpen", -1, "&Open...", Command, "Ctrl+O", "open"},
-    {"mnuFile", "mnuFileSave", 0, "&Save", Command, "Ctrl+S", "save"},
-    {"mnuFile", "mnuFileSave", 1, "Save &As...", Command, "Ctrl+Shift+S"},
-    {"mnuFile", "mnuFileSeparator", -1, "", Separator},
-    {"mnuFile", "mnuFileRead", -1, "&Read Settings from Drive", Command, "", "read"},
-    {"mnuFile", "mnuFileWrite", -1, "&Write Settings to Drive", Command, "", "write"},
-    {"mnuFile", "mnuSettingsSeparator", -1, "", Separator},
-    {"mnuFile", "mnuFileNotes", -1, "No&tes", Command, "", "notes"},
-    {"mnuFile", "mnuPrintSeparator", -1, "", Separator},
-    {"mnuFile", "mnuFilePrint", -1, "&Print...", Command, "Ctrl+P", "print"},
-    {"mnuFile", "mnuExitSeparator", -1, "", Separator},
-    {"mnuFile", "mnuFileExit", -1, "E&xit"},
+FileCommands &Files(Main &main)
+{
+    return main.AllEngines().fileCommands;
+}
 
-    {"", "mnuOptions", -1, "&Options", Menu},
-    {"mnuOptions", "mnuOptionsCommunications", -1, "&Communications", Command, "", "port"},
-    {"mnuOptions", "mnuOptionsColorSettings", -1, "Color &Settings", Command, "", "colors"},
-    {"mnuOptions", "mnuOptionsShowTipsonStartup", -1, "Show Tips on Startup", Check},
+SaveCommands &Saving(Main &main)
+{
+    return main.AllEngines().saving;
+}
 
-    {"", "mnuBlock", -1, "&Blocks", Menu},
+DriveOperations &Drive(Main &main)
+{
+    return main.AllEngines().drive;
+}
 
-    {"", "mnuTools", -1, "&Tools", Menu},
-    {"mnuTools", "mnuToolsOnline", -1, "&Online", Check},
-    {"mnuTools", "mnuToolsSelectModel", -1, "&Select Drive Model..."},
-    {"mnuTools", "mnuListParameters", 0, "List &All Parameters", Command, "", "list"},
-    {"mnuTools", "mnuListParameters", 1, "List Parameters &Changed from Defaults..."},
-    {"mnuTools", "mnuToolsSeparator", -1, "", Separator},
-    {"mnuTools", "mnuToolsReInitDrive", 1, "Re-&Initialize Drive"},
-    {"mnuTools", "mnuToolsReInitDrive", 2, "&Reset Drive"},
-    {"mnuTools", "mnuToolsLoadDrive", -1, "&Load Drive Parameters from EE"},
-    {"mnuTools", "mnuToolsSaveDrive", -1, "S&ave Drive Parameters to EE"},
-    {"mnuTools", "mnuToolsSeparator2", -1, "", Separator},
-    {"mnuTools", "mnuToolsIOSimulator", -1, "I/O Simulator", Command, "", "terminals"},
-    {"mnuTools", "mnuToolsVirtualOperator", -1, "Virtual Operator", Command, "", "operator"},
+HTMLHelp &Help(Main &main)
+{
+    return main.TheDesk().help;
+}
 
-    {"", "mnuMentors", -1, "&MENTORs", Menu},
-    {"mnuMentors", "mnuMentorsBasic", -1, "&Basic Setup...", Command, "", "mentor"},
-    {"mnuMentors", "mnuMentorIO", -1, "&Inputs/Outputs..."},
+void ListParameters(Main &main, int index)
+{
+    OpenViewParameters(main.TheDesk(), main.Print(),
+                       index == 0 ? ReportFilter::All : ReportFilter::ChangedFromDefault);
+}
 
-    {"", "mnuDebug", -1, "Debug", Menu},
-    {"mnuDebug", "mnuDebugDebug", -1, "&Debug"},
-    {"mnuDebug", "mnuDebugShowall", -1, "&Show All"},
-    {"", "mnuCheckout", -1, "&Checkout", Menu},
-    {"mnuCheckout", "mnuCheckoutCheckout", -1, "&Checkout"},
+void ShowManual(Main &main)
+{
+    Help(main).DisplayTopic(QStringLiteral("Sarvex Manual.htm"), &main);
+}
 
-    {"", "mnuWindow", -1, "&Window", Menu},
-    {"mnuWindow", "mnuWindowCascade", -1, "&Cascade", Command, "", "cascade"},
-    {"mnuWindow", "mnuWindowTileHorizontal", -1, "Tile &Horizontal", Command, "", "tile-horizontal"},
-    {"mnuWindow", "mnuWindowTileVertical", -1, "Tile &Vertical", Command, "", "tile-vertical"},
-    {"mnuWindow", "mnuWindowArrangeIcons", -1, "&Arrange Icons"},
-    {"mnuWindow", "mnuWindowSeparator", -1, "", Separator},
-    {"mnuWindow", "mnuWindowMinimizeAll", -1, "&Minimize All"},
-    {"mnuWindow", "mnuWindowRestoreAll", -1, "&Restore All"},
-    {"mnuWindow", "mnuWindowCloseAll", -1, "C&lose All"},
+void ShowMakersPage(Main &)
+{
+    QDesktopServices::openUrl(QUrl(QStringLiteral("https://www.halvane.example/")));
+}
 
-    {"", "mnuHelp", -1, "&Help", Menu},
-    {"mnuHelp", "mnuHelpContents", -1, "&Contents", Command, "", "help"},
-    {"mnuHelp", "mnuHelpSearch", -1, "&Search for Help On..."},
-    {"mnuHelp", "mnuHalvaneWeb", -1, "&Halvane on the Web"},
-    {"mnuHelp", "mnuHelpSarvexManual", -1, "&Sarvex Manual"},
-    {"mnuHelp", "mnuHelpAbout", -1, "&About..."},
+constexpr MenuRow table[] = {
+    {Menu, "mnuFile", "&File"},
+    {Command, "mnuFileNew", "&New", [](Main &main) { Files(main).New(); }, "Ctrl+N", "new", Offline},
+    {Command, "mnuFileOpen", "&Open...", [](Main &main) { Files(main).Open(); }, "Ctrl+O", "open"},
+    {Command, "mnuFileSave(0)", "&Save", [](Main &main) { Saving(main).Save(0); }, "Ctrl+S", "save"},
+    {Command, "mnuFileSave(1)", "Save &As...", [](Main &main) { Saving(main).Save(1); }, "Ctrl+Shift+S"},
+    {Separator, "mnuFileSeparator"},
+    {Command, "mnuFileRead", "&Read Settings from Drive", [](Main &main) { Files(main).ReadFromDrive(); }, "",
+     "read", Offline},
+    {Command, "mnuFileWrite", "&Write Settings to Drive", [](Main &main) { Files(main).WriteToDrive(); }, "",
+     "write", Offline},
+    {Separator, "mnuSettingsSeparator"},
+    {Command, "mnuFileNotes", "No&tes", ShowNotes, "", "notes"},
+    {Separator, "mnuPrintSeparator"},
+    {Command, "mnuFilePrint", "&Print...", [](Main &main) { main.Print().mnuFilePrint_Click(&main); },
+     "Ctrl+P", "print"},
+    {Separator, "mnuExitSeparator"},
+    {Command, "mnuFileExit", "E&xit", [](Main &main) { main.close(); }},
+
+    {Menu, "mnuOptions", "&Options"},
+    {Command, "mnuOptionsCommunications", "&Communications", ShowCommunications, "", "port"},
+    {Command, "mnuOptionsColorSettings", "Color &Settings", ShowColorSettings, "", "colors"},
+    // The check mark itself is the setting.
+    {Check, "mnuOptionsShowTipsonStartup", "Show Tips on Startup"},
+
+    {Menu, "mnuBlock", "&Blocks"},
+
+    {Menu, "mnuTools", "&Tools"},
+    {Check, "mnuToolsOnline", "&Online", [](Main &main) { main.ToggleComStatus(); }},
+    {Command, "mnuToolsSelectModel", "&Select Drive Model...", ShowSelectDriveModel, "", "", Offline},
+    {Command, "mnuListParameters(0)", "List &All Parameters", [](Main &main) { ListParameters(main, 0); }, "",
+     "list"},
+    {Command, "mnuListParameters(1)", "List Parameters &Changed from Defaults...",
+     [](Main &main) { ListParameters(main, 1); }},
+    {Separator, "mnuToolsSeparator"},
+    {Command, "mnuToolsReInitDrive(1)", "Re-&Initialize Drive",
+     [](Main &main) { Drive(main).RestartDrive(Restart::ReInitialize); }, "", "", Online},
+    {Command, "mnuToolsReInitDrive(2)", "&Reset Drive",
+     [](Main &main) { Drive(main).RestartDrive(Restart::Reset); }, "", "", Online},
+    {Command, "mnuToolsLoadDrive", "&Load Drive Parameters from EE",
+     [](Main &main) { Drive(main).LoadDriveParameters(); }, "", "", Online},
+    {Command, "mnuToolsSaveDrive", "S&ave Drive Parameters to EE",
+     [](Main &main) { Drive(main).SaveDriveParameters(); }, "", "", Online},
+    {Separator, "mnuToolsSeparator2"},
+    {Command, "mnuToolsIOSimulator", "I/O Simulator", ShowIOSimulator, "", "terminals", Offline},
+    {Command, "mnuToolsVirtualOperator", "Virtual Operator", ShowVirtualOperator, "", "operator"},
+
+    {Menu, "mnuMentors", "&MENTORs"},
+    {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},
+    {Command, "mnuMentorIO", "&Inputs/Outputs...", ShowIOMentor},
+
+    // The two are hidden, and their entries do nothing.
+    {Menu, "mnuDebug", "Debug"},
+    {Command, "mnuDebugDebug", "&Debug"},
+    {Command, "mnuDebugShowall", "&Show All"},
+    {Menu, "mnuCheckout", "&Checkout"},
+    {Command, "mnuCheckoutCheckout", "&Checkout"},
+
+    {Menu, "mnuWindow", "&Window"},
+    {Command, "mnuWindowCascade", "&Cascade", [](Main &main) { main.Windows().Cascade(); }, "", "cascade"},
+    {Command, "mnuWindowTileHorizontal", "Tile &Horizontal",
+     [](Main &main) { main.Windows().Tile(Qt::Horizontal); }, "", "tile-horizontal"},
+    {Command, "mnuWindowTileVertical", "Tile &Vertical",
+     [](Main &main) { main.Windows().Tile(Qt::Vertical); }, "", "tile-vertical"},
+    {Command, "mnuWindowArrangeIcons", "&Arrange Icons", [](Main &main) { main.Windows().ArrangeIcons(); }},
+    {Separator, "mnuWindowSeparator"},
+    {Command, "mnuWindowMinimizeAll", "&Minimize All", [](Main &main) { main.Windows().MinimizeAll(); }},
+    {Command, "mnuWindowRestoreAll", "&Restore All", [](Main &main) { main.Windows().RestoreAll(); }},
+    {Command, "mnuWindowCloseAll", "C&lose All", [](Main &main) { main.Windows().CloseAll(); }},
+
+    {Menu, "mnuHelp", "&Help"},
+    {Command, "mnuHelpContents", "&Contents", [](Main &main) { Help(main).DisplayContents(&main); }, "",
+     "help"},
+    {Command, "mnuHelpSearch", "&Search for Help On...", [](Main &main) { Help(main).DisplaySearch(&main); }},
+    {Command, "mnuHalvaneWeb", "&Halvane on the Web", ShowMakersPage},
+    {Command, "mnuHelpSarvexManual", "&Sarvex Manual", ShowManual},
+    {Command, "mnuHelpAbout", "&About...", ShowAbout},
 };
 
 } // namespace
 
-std::span<const MenuEntry> MenuTable()
+std::span<const MenuRow> MenuTable()
 {
     return table;
 }

@@ -5,21 +5,25 @@
 namespace quorvik
 {
 
+class MDIFormMain;
+
 enum class MenuKind { Menu, Command, Check, Separator };
 
-/** One line of the menu tree, named as its control is. */
-struct MenuEntry {
-    const char *parent; ///< control name of the menu it stands in; empty for the menu bar
-    const char *name;
-    int index; ///< index in its control array, -1 for none
-    const char *caption;
-    MenuKind kind = MenuKind::Command;
+enum class MenuEnabled { Always, Online, Offline };
+
+/** One line of the menu tree. */
+struct MenuRow {
+    MenuKind kind;
+    const char *name; ///< control name, with its index: "mnuFileSave(1)"
+    const char *caption = "";
+    void (*run)(MDIFormMain &main) = nullptr; ///< what a click does; null for nothing
     const char *shortcut = "";
     const char *icon = ""; ///< file name under :/icons
+    MenuEnabled enabled = MenuEnabled::Always;
 };
 
-/** The menu tree, a menu before its entries, top to bottom as shown. The Blocks menu is empty here: it shows
- * the catalogue of blocks. */
-std::span<const MenuEntry> MenuTable();
+/** The menus of the bar, each before its entries, as shown. The Blocks menu is empty here: it shows the
+ * catalogue of blocks. */
+std::span<const MenuRow> MenuTable();
 
 } // namespace quorvik

@@ -97,7 +97,8 @@ TEST_F(Commands, EntriesOpenTheirWindows)
 
     Trigger("mnuHelpContents");
     Trigger("mnuHelpSearch");
-    EXPECT_EQ(help.Topics, QStringList({Name("<contents>"), Name("<search>")}));
+    Trigger("mnuHelpSarvexManual");
+    EXPECT_EQ(help.Topics, QStringList({Name("<contents>"), Name("<search>"), Name("Sarvex Manual.htm")}));
     QTextBrowser browser;
     QDesktopServices::setUrlHandler(QStringLiteral("https"), &browser, "setSource");
     Trigger("mnuHalvaneWeb");

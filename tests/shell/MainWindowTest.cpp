@@ -1,25 +1,11 @@
 #include "shell/ShellFixture.h"
 
-#include "shell/Commands.h"
 #include "shell/StatusBarMain.h"
 
 #include <QLabel>
-#include <QMenu>
 
 namespace quorvik::testing
 {
-
-TEST_F(ShellTest, EveryEntryOfTheVisibleMenusDoesSomething)
-{
-    LoadQuietly();
-    const CommandTable commands = AllCommands(*main);
-    for (auto entry = main->Menus().Entries().begin(); entry != main->Menus().Entries().end(); ++entry) {
-        const bool isHidden = entry.key().startsWith(QLatin1String("mnuDebug")) ||
-                              entry.key().startsWith(QLatin1String("mnuCheckout"));
-        EXPECT_TRUE(isHidden || entry.value()->menu() || commands.contains(entry.key()))
-            << qPrintable(entry.key());
-    }
-}
 
 TEST_F(ShellTest, OnlyItsPanelAndItsEntrySwitchTheLinkAndACancelLeavesItAsItWas)
 {
