@@ -11,51 +11,30 @@ namespace quorvik
 namespace
 {
 
-[[noreturn]] void RaiseOverflow()
-{
-    throw RuntimeFailure(QStringLiteral("The result is out of range."));
-}
-
-template<typename Integer> Integer Narrow(double whole)
+template<typename Integer, typename Whole> Integer Narrow(Whole whole)
 {
     // Written so that a NaN fails too.
-    if (!(whole >= double(std::numeric_limits<Integer>::min()) &&
-          whole <= double(std::numeric_limits<Integer>::max())))
-        RaiseOverflow();
+    if (!(whole >= Whole(std::numeric_limits<Integer>::min()) &&
+          whole <= Whole(std::numeric_limits<Integer>::max())))
+        throw RuntimeFailure(QStringLiteral("The result is out of range."));
     return static_cast<Integer>(whole);
-}
-
-template<typename Integer> Integer Narrow(std::int32_t value)
-{
-    if (value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max())
-        RaiseOverflow();
-    return static_cast<Integer>(value);
 }
 
 } // namespace
 
 std::int32_t CheckedAdd(std::int32_t left, std::int32_t right)
 {
-    std::int32_t result = 0;
-    if (__builtin_add_overflow(left, right, &result))
-        RaiseOverflow();
-    return result;
+    return Narrow<std::int32_t>(std::int64_t(left) + right);
 }
 
 std::int32_t CheckedSubtract(std::int32_t left, std::int32_t right)
 {
-    std::int32_t result = 0;
-    if (__builtin_sub_overflow(left, right, &result))
-        RaiseOverflow();
-    return result;
+    return Narrow<std::int32_t>(std::int64_t(left) - right);
 }
 
 std::int32_t CheckedMultiply(std::int32_t left, std::int32_t right)
 {
-    std::int32_t result = 0;
-    if (__builtin_mul_overflow(left, right, &result))
-        RaiseOverflow();
-    return result;
+    return Narrow<std::int32_t>(std::int64_t(left) * right);
 }
 
 std::int32_t CheckedNegate(std::int32_t value)
