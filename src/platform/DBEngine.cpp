@@ -22,12 +22,6 @@ constexpr int ReadVersionOffset = 19;
 constexpr int FormatVersionOffset = 60;
 constexpr int ApplicationIdOffset = 68;
 
-QString NewConnectionName()
-{
-    static quint64 count = 0;
-    return QStringLiteral("quorvik-%1").arg(++count);
-}
-
 QString Quoted(const QString &name)
 {
     return u'[' + name + u']';
@@ -35,41 +29,22 @@ QString Quoted(const QString &name)
 
 QString SqlType(const Field &field)
 {
-    switch (field.type) {
-    case FieldType::dbInteger:
-        return QStringLiteral("SMALLINT");
-    case FieldType::dbLong:
-        return QStringLiteral("INTEGER");
-    case FieldType::dbText:
-        break;
-    }
-    return QStringLiteral("VARCHAR(%1)").arg(field.size);
-}
-
-bool FitsWhole(const QVariant &value, qlonglong low, qlonglong high)
-{
-    const int type = value.typeId();
-    if (type != QMetaType::LongLong && type != QMetaType::Int && type != QMetaType::Short)
-        return false;
-    const qlonglong whole = value.toLongLong();
-    return whole >= low && whole <= high;
+    if (field.type == FieldType::dbText)
+        return QStringLiteral("VARCHAR(%1)").arg(field.size);
+    return field.type == FieldType::dbInteger ? QStringLiteral("SMALLINT") : QStringLiteral("INTEGER");
 }
 
 bool Fits(const QVariant &value, const Field &field)
 {
     if (value.isNull())
         return !field.required;
-    switch (field.type) {
-    case FieldType::dbInteger:
-        return FitsWhole(value, std::numeric_limits<std::int16_t>::min(),
-                         std::numeric_limits<std::int16_t>::max());
-    case FieldType::dbLong:
-        return FitsWhole(value, std::numeric_limits<std::int32_t>::min(),
-                         std::numeric_limits<std::int32_t>::max());
-    case FieldType::dbText:
-        break;
-    }
-    return value.typeId() == QMetaType::QString && value.toString().size() <= field.size;
+    const int type = value.typeId();
+    if (field.type == FieldType::dbText)
+        return type == QMetaType::QString && value.toString().size() <= field.size;
+    const qlonglong greatest = field.type == FieldType::dbInteger ? std::numeric_limits<std::int16_t>::max()
+                                                                  : std::numeric_limits<std::int32_t>::max();
+    const bool isWhole = type == QMetaType::LongLong || type == QMetaType::Int || type == QMetaType::Short;
+    return isWhole && value.toLongLong() >= -greatest - 1 && value.toLongLong() <= greatest;
 }
 
 QString Misfit(const Field &field, std::size_t row)
@@ -169,6 +144,21 @@ void Database::Release()
     connection_ = QSqlDatabase();
     QSqlDatabase::removeDatabase(connectionName_);
     connectionName_.clear();
+}
+
+QString Database::Open(const QString &name, const QString &options, const QStringList &statements)
+{
+    static quint64 count = 0;
+    connectionName_ = QStringLiteral("quorvik-%1").arg(++count);
+    connection_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName_);
+    connection_.setConnectOptions(options);
+    connection_.setDatabaseName(name);
+    if (!connection_.open())
+        return Failure(connection_.lastError().databaseText());
+    for (const QString &statement : statements)
+        if (QString failure = Execute(statement); !failure.isEmpty())
+            return failure;
+    return {};
 }
 
 QString Database::Failure(const QString &reason) const
@@ -285,46 +275,25 @@ QString Database::Close()
 
 QString DBEngine::CreateDatabase(const QString &path, Database &database)
 {
-    database.connectionName_ = NewConnectionName();
-    database.connection_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), database.connectionName_);
-    database.connection_.setDatabaseName(path);
-    if (!database.connection_.open())
-        return database.Failure(database.connection_.lastError().databaseText());
     // The file counts for nothing until its owner has flushed and renamed it, so the engine's own files
     // and flushes would only cost time.
-    const QStringList statements = {
-        QStringLiteral("PRAGMA journal_mode = MEMORY"),
-        QStringLiteral("PRAGMA synchronous = OFF"),
-        QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId),
-        QStringLiteral("PRAGMA user_version = %1").arg(FormatVersion),
-        QStringLiteral("BEGIN"),
-    };
-    for (const QString &statement : statements)
-        if (QString failure = database.Execute(statement); !failure.isEmpty())
-            return failure;
-    return {};
+    return database.Open(
+        path, QString(),
+        {QStringLiteral("PRAGMA journal_mode = MEMORY"), QStringLiteral("PRAGMA synchronous = OFF"),
+         QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId),
+         QStringLiteral("PRAGMA user_version = %1").arg(FormatVersion), QStringLiteral("BEGIN")});
 }
 
 QString DBEngine::OpenDatabase(const QString &path, Database &database)
 {
     database.title_ = QFileInfo(path).fileName();
-    if (QString failure = CheckHeader(path, database.title_); !failure.isEmpty())
-        return failure;
-    database.connectionName_ = NewConnectionName();
-    database.connection_ = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), database.connectionName_);
-    database.connection_.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
-    database.connection_.setDatabaseName(ReadOnlyAddress(path));
-    if (!database.connection_.open())
-        return database.Failure(database.connection_.lastError().databaseText());
-    const QStringList statements = {
-        QStringLiteral("PRAGMA trusted_schema = OFF"),
-        QStringLiteral("PRAGMA cell_size_check = ON"),
-        QStringLiteral("PRAGMA query_only = ON"),
-    };
-    for (const QString &statement : statements)
-        if (QString failure = database.Execute(statement); !failure.isEmpty())
-            return failure;
-    return database.CheckSchema();
+    QString failure = CheckHeader(path, database.title_);
+    if (failure.isEmpty())
+        failure = database.Open(
+            ReadOnlyAddress(path), QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"),
+            {QStringLiteral("PRAGMA trusted_schema = OFF"), QStringLiteral("PRAGMA cell_size_check = ON"),
+             QStringLiteral("PRAGMA query_only = ON")});
+    return failure.isEmpty() ? database.CheckSchema() : failure;
 }
 
 } // namespace quorvik

@@ -113,6 +113,8 @@ public:
 private:
     friend class DBEngine;
 
+    /** Opens the connection and runs statements on it. @param name path or address of the file. */
+    QString Open(const QString &name, const QString &options, const QStringList &statements);
     QString Execute(const QString &statement);
     QString Failure(const QString &reason) const;
     QString CheckSchema();
