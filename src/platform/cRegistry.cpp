@@ -85,8 +85,7 @@ cRegistry::cRegistry(QString dataHome, QStringList systemFolders)
 }
 
 void cRegistry::CreateEXEAssociation(const QString &programPath, const QString &className,
-                                     const QString &classText, const QString &extension,
-                                     AssociationVerbs) const
+                                     const QString &classText, const QString &extension) const
 {
     const QString name = className.toLower();
     QByteArray type = Contents(QStringLiteral(":/association/quorvik.xml"));

@@ -6,14 +6,6 @@
 namespace quorvik
 {
 
-/** Verbs of a file association beyond "open"; the program asks for none. */
-struct AssociationVerbs {
-    bool print = false;
-    bool add = false;
-    bool create = false;
-    bool defaultIcon = false;
-};
-
 /**
  * Ties a file name extension to a program in the desktop's databases of applications and file types. The
  * user's own come before the system's, so they are written only where the system has none, or to put one
@@ -35,7 +27,7 @@ public:
      * @param extension without the point; the case of its letters does not matter.
      */
     void CreateEXEAssociation(const QString &programPath, const QString &className, const QString &classText,
-                              const QString &extension, AssociationVerbs verbs = {}) const;
+                              const QString &extension) const;
 
 private:
     /** Writes a file of one of the desktop's databases, and has that database brought up to date. */
