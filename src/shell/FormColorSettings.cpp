@@ -4,6 +4,7 @@
 #include "desktop/EnterKey.h"
 #include "model/Model.h"
 #include "platform/Guard.h"
+#include "shell/Icons.h"
 
 #include <QBoxLayout>
 #include <QColorDialog>
@@ -25,22 +26,14 @@ std::optional<QColor> ShowColorDialog(const QColor &present, QWidget *owner)
     return chosen.isValid() ? std::optional(chosen) : std::nullopt;
 }
 
-/** The picture of the buttons that change a colour: a brush over a stroke of the window's text colour. */
+/** The picture of the buttons that change a colour, in the colour of their text. */
 QIcon BrushIcon(const QWidget *widget)
 {
-    constexpr int Side = 64;
-    QPixmap pixmap(Side, Side);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor ink = widget->palette().color(QPalette::ButtonText);
-    painter.setPen(QPen(ink, 9, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(QPointF(54, 9), QPointF(35, 30));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ink);
-    painter.drawPolygon(QPolygonF({{30, 24}, {41, 34}, {27, 49}, {9, 54}, {16, 38}}));
-    painter.drawRoundedRect(QRectF(6, 57, 50, 5), 2, 2);
-    return QIcon(pixmap);
+    QPixmap picture = IconOf(QStringLiteral("brush")).pixmap(64);
+    QPainter painter(&picture);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(picture.rect(), widget->palette().color(QPalette::ButtonText));
+    return QIcon(picture);
 }
 
 } // namespace
