@@ -10,11 +10,7 @@ namespace quorvik
 namespace
 {
 
-const QString &Stamp()
-{
-    static const QString key = QStringLiteral("stamp");
-    return key;
-}
+constexpr QLatin1String Stamp("stamp");
 
 } // namespace
 
@@ -34,12 +30,12 @@ HelpLibrary::HelpLibrary(const QString &helpFile, const QString &indexFolder)
     const QFileInfo info(helpFile);
     const QString stamp = info.absoluteFilePath() + u' ' + info.lastModified().toString(Qt::ISODateWithMs);
     const bool isKnown = engine_->registeredDocumentations().contains(nameSpace);
-    if (!isKnown || engine_->customValue(Stamp()).toString() != stamp) {
+    if (!isKnown || engine_->customValue(Stamp).toString() != stamp) {
         if (isKnown)
             engine_->unregisterDocumentation(nameSpace);
         if (!engine_->registerDocumentation(info.absoluteFilePath()))
             return;
-        engine_->setCustomValue(Stamp(), stamp);
+        engine_->setCustomValue(Stamp, stamp);
         engine_->setupData();
     }
     nameSpace_ = nameSpace;

@@ -13,7 +13,7 @@ namespace quorvik
 class HelpLibrary
 {
 public:
-    /** Opens the file; IsOpen() tells whether it could be. */
+    /** Opens the file; IsOpen() is false where that failed. */
     HelpLibrary(const QString &helpFile, const QString &indexFolder);
 
     bool IsOpen() const { return !nameSpace_.isEmpty(); }

@@ -76,9 +76,10 @@ private:
     /** The picture, no wider than the page: the browser itself would only cut it off. */
     QImage Fitting(const QImage &picture) const
     {
-        const int room = viewport()->width() - 4 * fontMetrics().height();
-        return picture.width() <= room || room <= 0 ? picture
-                                                    : picture.scaledToWidth(room, Qt::SmoothTransformation);
+        const int widest = viewport()->width() - 4 * fontMetrics().height();
+        return picture.width() <= widest || widest <= 0
+                   ? picture
+                   : picture.scaledToWidth(widest, Qt::SmoothTransformation);
     }
 
     HelpLibrary &library_;
@@ -86,17 +87,8 @@ private:
 };
 
 /** What a viewer that shows nothing yet opens on. */
-const QString &FirstTopic()
-{
-    static const QString topic = QStringLiteral("Getting Started.htm");
-    return topic;
-}
-
-const QString &Section()
-{
-    static const QString section = QStringLiteral("Help");
-    return section;
-}
+constexpr QLatin1String FirstTopic("Getting Started.htm");
+constexpr QLatin1String Section("Help");
 
 } // namespace
 
@@ -127,8 +119,8 @@ HelpWindow::HelpWindow(const QString &helpFile, const QString &indexFolder, Sett
         tabs_->hide();
 
     const int em = fontMetrics().height();
-    const QSize stored(settings.GetSetting(Section(), QStringLiteral("Width")).toInt(),
-                       settings.GetSetting(Section(), QStringLiteral("Height")).toInt());
+    const QSize stored(settings.GetSetting(Section, QStringLiteral("Width")).toInt(),
+                       settings.GetSetting(Section, QStringLiteral("Height")).toInt());
     const QSize wanted(82 * em, 48 * em);
     resize(stored.isEmpty() ? wanted.boundedTo(screen()->availableSize() * 9 / 10) : stored);
     splitter->setSizes({18 * em, width() - 18 * em});
@@ -222,7 +214,7 @@ void HelpWindow::ShowContents()
     if (!library_.IsOpen())
         SayMissing({});
     else if (page_->source().isEmpty())
-        ShowTopic(FirstTopic());
+        ShowTopic(FirstTopic);
 }
 
 void HelpWindow::ShowSearch()
@@ -262,8 +254,8 @@ void HelpWindow::Print()
 
 void HelpWindow::closeEvent(QCloseEvent *event)
 {
-    settings_.SaveSetting(Section(), QStringLiteral("Width"), QString::number(width()));
-    settings_.SaveSetting(Section(), QStringLiteral("Height"), QString::number(height()));
+    settings_.SaveSetting(Section, QStringLiteral("Width"), QString::number(width()));
+    settings_.SaveSetting(Section, QStringLiteral("Height"), QString::number(height()));
     QWidget::closeEvent(event);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QGroupBox>
+#include <QKeySequence>
 #include <QLabel>
 
 namespace quorvik
@@ -9,11 +10,8 @@ namespace quorvik
 
 QChar MnemonicOf(const QString &caption)
 {
-    for (qsizetype i = caption.indexOf(u'&'); i >= 0 && i + 1 < caption.size();
-         i = caption.indexOf(u'&', i + 2))
-        if (caption.at(i + 1) != u'&')
-            return caption.at(i + 1).toUpper();
-    return {};
+    const QKeySequence keys = QKeySequence::mnemonic(caption);
+    return keys.isEmpty() ? QChar() : QChar(int(keys[0].key()));
 }
 
 QSet<QChar> MnemonicsIn(const QWidget &window)

@@ -27,7 +27,7 @@ namespace
 
 constexpr int UpdateInterval = 500; // milliseconds
 
-/** Asks for all the sliders' room, and makes do with one slider's. */
+/** Asks for the width of all sliders, and makes do with that of one. */
 class SignalScroll : public QScrollArea
 {
 public:

@@ -12,11 +12,8 @@ namespace
 
 constexpr QRgb LampOn = 0xff2e9e3e;
 
-/** The wider of the two words. */
-QString ClosedText()
-{
-    return QStringLiteral("closed");
-}
+constexpr QLatin1String OpenText("open");
+constexpr QLatin1String ClosedText("closed"); ///< the wider of the two
 
 /** A contact between two terminals, its arm lifted while it is open. */
 void DrawContact(QPainter &painter, const QRectF &box, bool isClosed, const QColor &ink)
@@ -79,13 +76,13 @@ void LatchButton::paintEvent(QPaintEvent *)
         }
 
         const QColor ink = palette().color(QPalette::ButtonText);
-        const double sideWidth = fontMetrics().horizontalAdvance(ClosedText()) + unit * 0.4;
+        const double sideWidth = fontMetrics().horizontalAdvance(ClosedText) + unit * 0.4;
         const QRectF side(box.left() + unit * 0.5, box.top(), sideWidth, box.height());
         const QRectF contact(side.left(), side.center().y() - unit * 0.95, side.width(), unit);
         DrawContact(painter, contact, isChecked(), isChecked() ? QColor(LampOn) : ink);
         painter.setPen(ink);
         painter.drawText(QRectF(side.left(), contact.bottom() - unit * 0.1, side.width(), unit * 1.2),
-                         Qt::AlignCenter, isChecked() ? ClosedText() : QStringLiteral("open"));
+                         Qt::AlignCenter, isChecked() ? ClosedText : OpenText);
 
         const QRectF captionBox(side.right() + unit * 0.5, box.top() + unit * 0.25,
                                 box.right() - side.right() - unit * 0.8, box.height() - unit * 0.5);
