@@ -2,7 +2,8 @@
 
 #include "platform/Guard.h"
 
-#include <QPainter>
+#include <QStyleOption>
+#include <QStylePainter>
 
 namespace quorvik
 {
@@ -38,7 +39,6 @@ LatchButton::LatchButton(QWidget *parent)
     : QPushButton(parent)
 {
     setCheckable(true);
-    setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -50,29 +50,19 @@ QSize LatchButton::sizeHint() const
 void LatchButton::paintEvent(QPaintEvent *)
 {
     Guarded([this] {
-        const double unit = fontMetrics().height();
-        const bool isIn = isDown() || isChecked();
-        QColor face = palette().color(QPalette::Button);
-        if (isIn)
-            face = face.darker(118);
-        else if (underMouse())
-            face = face.lighter(108);
-
-        QPainter painter(this);
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        option.text.clear();
+        QStylePainter painter(this);
+        painter.drawControl(QStyle::CE_PushButton, option);
         painter.setRenderHint(QPainter::Antialiasing);
-        QRectF box = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
-        if (!isIn) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(QColor(0, 0, 0, 60));
-            painter.drawRoundedRect(box.translated(0, 1.5), unit * 0.3, unit * 0.3);
-        }
-        painter.setBrush(face);
-        painter.setPen(isChecked() ? QPen(QColor(LampOn), 2) : QPen(palette().color(QPalette::Dark), 1));
-        painter.drawRoundedRect(box, unit * 0.3, unit * 0.3);
-        if (hasFocus()) {
-            painter.setBrush(Qt::NoBrush);
-            painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5, Qt::DotLine));
-            painter.drawRoundedRect(box.adjusted(3, 3, -3, -3), unit * 0.2, unit * 0.2);
+
+        const double unit = fontMetrics().height();
+        const QRectF box = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+        if (isChecked()) {
+            // Within the style's own frame, which shows the focus.
+            painter.setPen(QPen(QColor(LampOn), 2));
+            painter.drawRoundedRect(box.adjusted(2, 2, -2, -2), unit * 0.2, unit * 0.2);
         }
 
         const QColor ink = palette().color(QPalette::ButtonText);
