@@ -25,7 +25,6 @@ namespace quorvik
 namespace
 {
 
-constexpr std::int32_t TwoWire = 1;
 /** Status of a push button that is on. */
 constexpr std::int32_t PushedIn = -1;
 /** What a desktop puts around a window. */

@@ -66,6 +66,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    static constexpr std::int32_t TwoWire = 1; ///< a value of Logic Select
+
     QWidget *MakeStartStop();
     QWidget *MakeSignals();
     QWidget *MakeDigitals();

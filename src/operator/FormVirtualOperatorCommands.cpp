@@ -18,8 +18,6 @@ namespace quorvik
 namespace
 {
 
-constexpr std::int32_t TwoWire = 1;
-
 /** Values of the drive's state that the lamps tell apart. */
 enum DriveState { Stopped, Running, Jogging = 3, JogStopping, JogDelaying, EmergencyStopped = 8 };
 

@@ -1,5 +1,6 @@
 #include "operator/OperatorButton.h"
 
+#include "desktop/BoxColors.h"
 #include "platform/Guard.h"
 
 #include <QPainter>
@@ -28,10 +29,8 @@ constexpr std::array<Look, 3> Looks = {{
 /** Half-way between a button's text and its face: readable in any palette, and still no command. */
 QColor Faded(const QPalette &palette)
 {
-    const QColor text = palette.color(QPalette::Active, QPalette::ButtonText);
-    const QColor face = palette.color(QPalette::Active, QPalette::Button);
-    return QColor((text.red() + face.red()) / 2, (text.green() + face.green()) / 2,
-                  (text.blue() + face.blue()) / 2);
+    return Mixed(palette.color(QPalette::Active, QPalette::ButtonText),
+                 palette.color(QPalette::Active, QPalette::Button), 0.5);
 }
 
 /** The symbol within a square of side 1 around the origin. */
