@@ -27,25 +27,27 @@ MenuBar::MenuBar(MDIFormMain *main)
 
 void MenuBar::AddTable()
 {
-    QMenu *menu = nullptr;
     for (const MenuRow &row : MenuTable()) {
         const QString name = QString::fromLatin1(row.name);
         const QString caption = QString::fromLatin1(row.caption);
         if (row.kind == MenuKind::Menu) {
-            menu = AddMenu(nullptr, name, caption);
-        } else if (row.kind == MenuKind::Separator) {
-            menu->addSeparator()->setObjectName(name);
-        } else {
-            QAction *action = AddEntry(menu, name, caption, [main = main_, run = row.run] {
-                if (run)
-                    run(*main);
-            });
-            action->setCheckable(row.kind == MenuKind::Check);
-            if (*row.shortcut)
-                action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
-            if (*row.icon)
-                action->setIcon(IconOf(QString::fromLatin1(row.icon)));
+            AddMenu(nullptr, name, caption);
+            continue;
         }
+        QMenu *menu = main_->menuBar()->actions().last()->menu();
+        if (row.kind == MenuKind::Separator) {
+            menu->addSeparator()->setObjectName(name);
+            continue;
+        }
+        QAction *action = AddEntry(menu, name, caption, [main = main_, run = row.run] {
+            if (run)
+                run(*main);
+        });
+        action->setCheckable(row.kind == MenuKind::Check);
+        if (*row.shortcut)
+            action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
+        if (*row.icon)
+            action->setIcon(IconOf(QString::fromLatin1(row.icon)));
     }
 }
 
@@ -76,13 +78,12 @@ void MenuBar::AddBlocks()
     }
 }
 
-QMenu *MenuBar::AddMenu(QMenu *above, const QString &name, const QString &caption)
+void MenuBar::AddMenu(QMenu *above, const QString &name, const QString &caption)
 {
     QMenu *menu = above ? above->addMenu(caption) : main_->menuBar()->addMenu(caption);
     menu->setObjectName(name);
     menus_.insert(name, menu);
     entries_.insert(name, menu->menuAction());
-    return menu;
 }
 
 QAction *MenuBar::AddEntry(QMenu *menu, const QString &name, const QString &caption,

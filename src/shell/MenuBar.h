@@ -37,7 +37,7 @@ private:
     void AddTable();
     void AddBlocks();
     /** @param above null for the menu bar. */
-    QMenu *AddMenu(QMenu *above, const QString &name, const QString &caption);
+    void AddMenu(QMenu *above, const QString &name, const QString &caption);
     QAction *AddEntry(QMenu *menu, const QString &name, const QString &caption,
                       const std::function<void()> &run);
 
