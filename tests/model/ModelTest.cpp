@@ -111,10 +111,10 @@ TEST_F(ModelTest, WholeTableFlagsLeaveTheClockAndReadOnlyParametersAlone)
 
 TEST_F(ModelTest, ReadInterestIsCountedAndChecked)
 {
-    EXPECT_TRUE(model.SetAllReadFlags(1));
-    EXPECT_FALSE(model.SetAllReadFlags(2));
+    model.SetAllReadFlags(1);
+    EXPECT_THROW(model.SetAllReadFlags(2), RuntimeFailure);
     EXPECT_EQ(At(433).ReadFlag, 1);
-    EXPECT_TRUE(model.SetAllReadFlags(-1));
+    model.SetAllReadFlags(-1);
     EXPECT_EQ(At(433).ReadFlag, 0);
     EXPECT_THROW(model.RemoveReadInterest(5), RuntimeFailure);
     At(5).ReadFlag = 255;
