@@ -2,14 +2,20 @@
 
 #include "desktop/EnterKey.h"
 #include "platform/Guard.h"
-#include "shell/WelcomePicture.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QSvgRenderer>
+#include <QSvgWidget>
 #include <algorithm>
+
+static void LoadPicture()
+{
+    Q_INIT_RESOURCE(shell);
+}
 
 namespace quorvik
 {
@@ -20,8 +26,14 @@ FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool sho
 {
     setParent(mainWindow, Qt::Dialog);
 
-    auto *picture = new WelcomePicture(this);
+    LoadPicture();
+    auto *picture = new QSvgWidget(QStringLiteral(":/welcome.svg"), this);
     picture->setObjectName(QStringLiteral("Picture1"));
+    picture->renderer()->setAspectRatioMode(Qt::KeepAspectRatio);
+    const int pictureHeight = fontMetrics().height() * 17;
+    picture->setFixedWidth(pictureHeight * picture->sizeHint().width() / picture->sizeHint().height());
+    picture->setMinimumHeight(pictureHeight);
+    picture->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
     auto *greeting = new QLabel(QStringLiteral("Getting Started..."), this);
     greeting->setObjectName(QStringLiteral("Label1"));
     QFont large = font();
@@ -67,7 +79,7 @@ FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool sho
        [this](bool isChecked) { Q_EMIT ShowTipsChanged(isChecked); });
     On(ok, &QPushButton::clicked, this, [this] { close(); });
 
-    resize(sizeHint());
+    resize(sizeHint().expandedTo(minimumSizeHint()));
     QRect place(mainWindow->pos() +
                     QPoint((mainWindow->width() - width()) / 2, (mainWindow->height() - height()) / 2),
                 size());
