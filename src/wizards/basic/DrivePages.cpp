@@ -38,10 +38,8 @@ QGridLayout *MakeRowGrid(QWidget *frame)
 } // namespace
 
 ModelPage::ModelPage(QWidget *parent, const BasicSetup &setup)
-    : WizardPage(parent, new WizardPicture(nullptr, QStringLiteral("The drive and its model number"),
-                                           [&setup](QPainter &painter, const Ink &ink) {
-                                               DrawDriveModel(painter, ink, setup);
-                                           }))
+    : WizardPage(parent,
+                 MakePicture(QStringLiteral("The drive and its model number"), setup, DriveModelPicture))
     , setup_(setup)
 {
     AddHeading(QStringLiteral("Verify drive model."));
@@ -65,10 +63,8 @@ void ModelPage::SetDriveData()
 }
 
 OperatingModePage::OperatingModePage(QWidget *parent, const BasicSetup &setup)
-    : WizardPage(parent, new WizardPicture(nullptr, QStringLiteral("Torque and power over speed"),
-                                           [&setup](QPainter &painter, const Ink &ink) {
-                                               DrawOperatingMode(painter, ink, setup);
-                                           }))
+    : WizardPage(parent,
+                 MakePicture(QStringLiteral("Torque and power over speed"), setup, OperatingModePicture))
     , OptionOperatingMode(new OptionGroup(this, "OptionOperatingMode",
                                           {QStringLiteral("Standard &Velocity"),
                                            QStringLiteral("&Constant HP Velocity (Field Crossover)"),
@@ -81,10 +77,7 @@ OperatingModePage::OperatingModePage(QWidget *parent, const BasicSetup &setup)
 }
 
 MotorDataPage::MotorDataPage(QWidget *parent, const BasicSetup &setup, BasicRows &rows)
-    : WizardPage(parent, new WizardPicture(nullptr, QStringLiteral("The nameplate of the motor"),
-                                           [&setup](QPainter &painter, const Ink &ink) {
-                                               DrawNameplate(painter, ink, setup);
-                                           }))
+    : WizardPage(parent, MakePicture(QStringLiteral("The nameplate of the motor"), setup, NameplatePicture))
 {
     AddHeading(QStringLiteral("Enter motor data."));
     AddText(QStringLiteral(
@@ -116,9 +109,7 @@ MotorDataPage::MotorDataPage(QWidget *parent, const BasicSetup &setup, BasicRows
 FeedbackPage::FeedbackPage(QWidget *parent, BasicSetup &setup, BasicRows &rows)
     : WizardPage(parent, new WizardPicture(
                              nullptr, QStringLiteral("Motor, feedback device and the tachometer jumpers"),
-                             [&setup, this](QPainter &painter, const Ink &ink) {
-                                 DrawFeedback(painter, ink, setup, jumpers_);
-                             }))
+                             [&setup, this] { return FeedbackPicture(setup, jumpers_); }))
     , setup_(setup)
 {
     AddHeading(

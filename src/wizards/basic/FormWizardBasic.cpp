@@ -2,7 +2,6 @@
 
 #include "platform/Asker.h"
 #include "platform/Guard.h"
-#include "wizards/basic/BasicPictures.h"
 #include "wizards/basic/DrivePages.h"
 #include "wizards/basic/RunPages.h"
 #include "wizards/frame/EntryBox.h"
@@ -71,9 +70,10 @@ FormWizardBasic::FormWizardBasic(Desk &desk, QWidget *owner)
     , startStopPage_(new StartStopPage(this, setup_))
     , limitsPage_(new CurrentLimitsPage(this, setup_, rows_))
 {
-    auto *introPage = new IntroPage(
-        this, new WizardPicture(nullptr, QStringLiteral("A drive and its motor"), DrawBasicIntro),
-        IntroTexts());
+    auto *introPage = new IntroPage(this,
+                                    new WizardPicture(nullptr, QStringLiteral("A drive and its motor"),
+                                                      [] { return PictureFile{"basic-intro"}; }),
+                                    IntroTexts());
     auto *finishPage =
         new FinishPage(this, desk.model.PortOpen(), QStringLiteral("Save Parameters in Drive"));
     ConnectChoices();

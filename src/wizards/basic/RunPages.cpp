@@ -59,7 +59,7 @@ void MaxSpeedPage::ShowRatedSpeed()
 
 ReferencesPage::ReferencesPage(QWidget *parent, const BasicSetup &setup, BasicRows &rows)
     : WizardPage(parent,
-                 MakePicture(QStringLiteral("The switch that selects a reference"), setup, DrawReferences))
+                 MakePicture(QStringLiteral("The switch that selects a reference"), setup, ReferencesPicture))
 {
     heading_ = AddHeading(QStringLiteral("Set internal references, if required."),
                           ControlName("LabelInternalReferences", 0));
@@ -152,7 +152,7 @@ void AccelDecelPage::ShowReverse(bool show)
 
 StartStopPage::StartStopPage(QWidget *parent, const BasicSetup &setup)
     : WizardPage(parent, MakePicture(QStringLiteral("How the start and stop contacts are wired"), setup,
-                                     DrawStartStop))
+                                     StartStopPicture))
 {
     AddHeading(QStringLiteral("Select Start/Stop options."));
     auto *choices = new QHBoxLayout;

@@ -5,28 +5,14 @@
 
 #include <QCheckBox>
 #include <QLabel>
-#include <QPainter>
 #include <QVBoxLayout>
 
 namespace quorvik
 {
 
-namespace
-{
-
-void DrawFinished(QPainter &painter, const Ink &ink)
-{
-    DrawDrive(painter, ink, {50, 70}, 120);
-    UseShape(painter, ink.line, ink.accent);
-    painter.drawEllipse(QPointF(160, 230), 32, 32);
-    UsePen(painter, ink.onAccent, 5);
-    painter.drawPolyline(QPolygonF{{145, 231}, {156, 243}, {176, 218}});
-}
-
-} // namespace
-
 FinishPage::FinishPage(QWidget *parent, bool online, const QString &saveCaption)
-    : WizardPage(parent, new WizardPicture(nullptr, QStringLiteral("A drive, set up"), DrawFinished))
+    : WizardPage(parent, new WizardPicture(nullptr, QStringLiteral("A drive, set up"),
+                                           [] { return PictureFile{"finished"}; }))
 {
     AddHeading(QStringLiteral("Finished!"), ControlName("LabelFinish", 0));
     AddText(QStringLiteral("The Mentor has finished collecting information."), ControlName("LabelFinish", 1));

@@ -6,8 +6,17 @@
 #include <QLineF>
 #include <QPainter>
 #include <QPainterPath>
+#include <QRegularExpression>
+#include <QResource>
+#include <QSvgRenderer>
+#include <QXmlStreamReader>
 #include <algorithm>
 #include <cmath>
+
+static void LoadPictures()
+{
+    Q_INIT_RESOURCE(pictures);
+}
 
 namespace quorvik
 {
@@ -22,6 +31,54 @@ void SetTextHeight(QPainter &painter, qreal height, bool bold)
     font.setPixelSize(int(std::lround(height)));
     font.setBold(bold);
     painter.setFont(font);
+}
+
+struct FilledFile {
+    QByteArray svg;
+    QStringList texts;
+};
+
+/** A file as it is to be shown. */
+FilledFile Filled(const PictureFile &picture, const Ink &ink)
+{
+    LoadPictures();
+    QByteArray drawn =
+        QResource(QStringLiteral(":/pictures/%1.svg").arg(QLatin1String(picture.name))).uncompressedData();
+    // The colours of the files; QColor writes in lower case, so none is replaced twice.
+    const std::pair<const char *, QColor> colors[] = {{"#1A1A1A", ink.line},   {"#A8A8A8", ink.faint},
+                                                      {"#F5F5F5", ink.body},   {"#E6EEF7", ink.ground},
+                                                      {"#2A6FB5", ink.accent}, {"#FFFFFF", ink.onAccent}};
+    for (const auto &[inFile, color] : colors)
+        drawn.replace(inFile, color.name().toLatin1());
+
+    const QStringList states = QString::fromLatin1(picture.states).split(u' ');
+    const auto isLeftOut = [&](const QString &classes) {
+        const QStringList words = classes.split(u' ', Qt::SkipEmptyParts);
+        return !words.isEmpty() &&
+               std::ranges::none_of(words, [&](const QString &word) { return states.contains(word); });
+    };
+    static const QRegularExpression place(QStringLiteral("\\{(\\w+)\\}"));
+    FilledFile filled;
+    QXmlStreamReader in(drawn);
+    QXmlStreamWriter out(&filled.svg);
+    in.setNamespaceProcessing(false);
+    while (!in.atEnd()) {
+        in.readNext();
+        if (in.isStartElement() && isLeftOut(in.attributes().value(QLatin1String("class")).toString())) {
+            in.skipCurrentElement();
+        } else if (in.isCharacters() && !in.isWhitespace()) {
+            QString text = in.text().toString();
+            if (const auto match = place.match(text); match.hasMatch())
+                text.replace(match.capturedStart(), match.capturedLength(),
+                             picture.texts.value(match.captured(1).toLatin1()));
+            out.writeCharacters(text);
+            if (!text.isEmpty())
+                filled.texts += text;
+        } else {
+            out.writeCurrentToken(in);
+        }
+    }
+    return filled;
 }
 
 } // namespace
@@ -43,6 +100,19 @@ WizardPicture::WizardPicture(QWidget *parent, const QString &description, DrawFu
     setObjectName(QStringLiteral("Image1"));
     setAccessibleName(description);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+}
+
+WizardPicture::WizardPicture(QWidget *parent, const QString &description, FileFunction file)
+    : WizardPicture(parent, description, [this](QPainter &painter, const Ink &ink) {
+        QSvgRenderer(Filled(file_(), ink).svg).render(&painter, QRectF(0, 0, CanvasWidth, CanvasHeight));
+    })
+{
+    file_ = std::move(file);
+}
+
+QString WizardPicture::Text() const
+{
+    return file_ ? Filled(file_(), Ink(palette())).texts.join(u' ') : QString();
 }
 
 QSize WizardPicture::sizeHint() const
@@ -117,47 +187,6 @@ void DrawCaptionRight(QPainter &painter, QPointF left, const QString &text, qrea
     SetTextHeight(painter, height, false);
     painter.drawText(QRectF(left.x(), left.y() - height, 400, 2 * height), Qt::AlignLeft | Qt::AlignVCenter,
                      text);
-}
-
-void DrawDrive(QPainter &painter, const Ink &ink, QPointF corner, qreal width)
-{
-    const qreal height = width * 1.35;
-    const QRectF body(corner, QSizeF(width, height));
-    UseShape(painter, ink.line, ink.body);
-    painter.drawRoundedRect(body, 6, 6);
-
-    const QRectF display(body.left() + width * 0.15, body.top() + height * 0.1, width * 0.7, height * 0.2);
-    UseShape(painter, ink.line, ink.accent, 1.2);
-    painter.drawRoundedRect(display, 3, 3);
-    UsePen(painter, ink.onAccent, 1.6);
-    painter.drawPolyline(QPolygonF{{display.left() + 8, display.bottom() - 7},
-                                   {display.left() + display.width() * 0.35, display.top() + 7},
-                                   {display.left() + display.width() * 0.65, display.top() + 7},
-                                   {display.right() - 8, display.bottom() - 7}});
-
-    UsePen(painter, ink.faint, 1.6);
-    for (int i = 0; i < 5; ++i) {
-        const qreal y = body.top() + height * (0.4 + i * 0.07);
-        painter.drawLine(QPointF(body.left() + width * 0.2, y), QPointF(body.right() - width * 0.2, y));
-    }
-
-    constexpr int terminals = 7;
-    const qreal pitch = width * 0.8 / terminals;
-    for (int i = 0; i < terminals; ++i) {
-        const QRectF terminal(body.left() + width * 0.1 + i * pitch, body.bottom() - height * 0.17,
-                              pitch * 0.8, height * 0.1);
-        UseShape(painter, ink.line, ink.ground, 1);
-        painter.drawRect(terminal);
-    }
-}
-
-void DrawMachine(QPainter &painter, const Ink &ink, QPointF centre, qreal radius, const QString &letter,
-                 bool highlighted)
-{
-    UseShape(painter, ink.line, highlighted ? ink.accent : ink.body, highlighted ? 2.2 : 1.6);
-    painter.drawEllipse(centre, radius, radius);
-    painter.setPen(highlighted ? ink.onAccent : ink.line);
-    DrawCaption(painter, centre, letter, radius, true);
 }
 
 } // namespace quorvik

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QMap>
 #include <QWidget>
 #include <functional>
 
@@ -21,19 +22,35 @@ struct Ink {
     QColor onAccent;
 };
 
+/**
+ * A file of the folder "pictures". What is drawn there in the colours of a picture comes out in those of the
+ * palette, and what has a class is left out unless one of its words is a state.
+ */
+struct PictureFile {
+    const char *name;
+    QByteArray states = {};               ///< in words
+    QMap<QByteArray, QString> texts = {}; ///< what stands for {name}; otherwise nothing does
+};
+
 /** The picture on a page's left, drawn on a canvas of fixed units that scales with the font. */
 class WizardPicture : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(QString text READ Text)
 
 public:
     static constexpr int CanvasWidth = 220;
     static constexpr int CanvasHeight = 360;
 
     using DrawFunction = std::function<void(QPainter &, const Ink &)>;
+    using FileFunction = std::function<PictureFile()>;
 
     /** @param description what a person would say the picture shows. */
     WizardPicture(QWidget *parent, const QString &description, DrawFunction draw);
+    WizardPicture(QWidget *parent, const QString &description, FileFunction file);
+
+    /** What a file has written in it in its present states, word by word. */
+    QString Text() const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -47,6 +64,7 @@ protected:
 
 private:
     DrawFunction draw_;
+    FileFunction file_;
 };
 
 /** The picture of a page that shows the answers in setup, which outlives it. */
@@ -57,6 +75,12 @@ WizardPicture *MakePicture(const QString &description, const Setup &setup,
     return new WizardPicture(nullptr, description, [&setup, draw](QPainter &painter, const Ink &ink) {
         draw(painter, ink, setup);
     });
+}
+
+template<class Setup>
+WizardPicture *MakePicture(const QString &description, const Setup &setup, PictureFile (*file)(const Setup &))
+{
+    return new WizardPicture(nullptr, description, [&setup, file] { return file(setup); });
 }
 
 /** Sets up the pen for an outline of that width in canvas units, without a brush. */
@@ -70,10 +94,5 @@ void DrawCaption(QPainter &painter, QPointF centre, const QString &text, qreal h
                  bool bold = false);
 /** The same, beginning at a point's right. */
 void DrawCaptionRight(QPainter &painter, QPointF left, const QString &text, qreal height = 11);
-/** The front of a drive with its terminal rail, its top left corner at a point. */
-void DrawDrive(QPainter &painter, const Ink &ink, QPointF corner, qreal width);
-/** A circle with a letter in it: motor, tachometer, encoder. */
-void DrawMachine(QPainter &painter, const Ink &ink, QPointF centre, qreal radius, const QString &letter,
-                 bool highlighted);
 
 } // namespace quorvik

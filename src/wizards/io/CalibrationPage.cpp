@@ -26,10 +26,8 @@ constexpr int TextLength = 5;
 } // namespace
 
 CalibrationPage::CalibrationPage(QWidget *parent, IOSetup &setup)
-    : WizardPage(parent,
-                 new WizardPicture(
-                     nullptr, QStringLiteral("The scaling line with its 0 and 100 % marks"),
-                     [&setup](QPainter &painter, const Ink &ink) { DrawCalibration(painter, ink, setup); }))
+    : WizardPage(parent, MakePicture(QStringLiteral("The scaling line with its 0 and 100 % marks"), setup,
+                                     CalibrationPicture))
     , setup_(setup)
     , model_(setup.Table())
     , timerUpdateScreen_(new QTimer(this))

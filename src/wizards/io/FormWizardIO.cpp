@@ -60,7 +60,7 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
     , typePage_(new AnalogTypePage(this, setup_))
     , calibrationPage_(new CalibrationPage(this, setup_))
     , inputValuesPage_(new ValuesPage(
-          this, MakePicture(QStringLiteral("What the input comes to"), setup_, DrawInputValues),
+          this, MakePicture(QStringLiteral("What the input comes to"), setup_, InputValuesPicture),
           QStringLiteral("BiasGain"), 3, setup_.inputValues))
     , outputPage_(new OutputPage(this, setup_))
     , sourcePage_(new ParameterPage(
@@ -69,13 +69,13 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
           QStringLiteral("The source parameter is the parameter that will control this output."),
           QStringLiteral("ComboSource")))
     , outputValuesPage_(new ValuesPage(
-          this, MakePicture(QStringLiteral("What the source comes to"), setup_, DrawOutputValues),
+          this, MakePicture(QStringLiteral("What the source comes to"), setup_, OutputValuesPicture),
           QStringLiteral("OutputBiasGain"), 2, setup_.outputValues))
 {
     auto *introPage =
         new IntroPage(this,
                       new WizardPicture(nullptr, QStringLiteral("A drive with its inputs and outputs"),
-                                        DrawInputsAndOutputs),
+                                        [] { return PictureFile{"io-intro"}; }),
                       {QStringLiteral("Introduction!"),
                        QStringLiteral("This Mentor (Wizard) will help you setup the Sarvex I/O."),
                        QStringLiteral("You can press Back at any time to change your selections."), QString(),

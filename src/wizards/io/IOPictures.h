@@ -6,17 +6,15 @@
 namespace quorvik
 {
 
-// The pictures of the I/O Mentor, each on a WizardPicture's canvas; they show the answers so far.
-void DrawBranch(QPainter &painter, const Ink &ink, const IOSetup &setup);
+// The pictures of the I/O Mentor; they show the answers so far.
+PictureFile BranchPicture(const IOSetup &setup);
 void DrawInputTerminals(QPainter &painter, const Ink &ink, const IOSetup &setup);
 void DrawOutputTerminals(QPainter &painter, const Ink &ink, const IOSetup &setup);
 void DrawDestination(QPainter &painter, const Ink &ink, const IOSetup &setup);
 void DrawSource(QPainter &painter, const Ink &ink, const IOSetup &setup);
-void DrawAnalogType(QPainter &painter, const Ink &ink, const IOSetup &setup);
-void DrawCalibration(QPainter &painter, const Ink &ink, const IOSetup &setup);
-void DrawInputValues(QPainter &painter, const Ink &ink, const IOSetup &setup);
-void DrawOutputValues(QPainter &painter, const Ink &ink, const IOSetup &setup);
-/** The intro's: both branches alike. */
-void DrawInputsAndOutputs(QPainter &painter, const Ink &ink);
+PictureFile AnalogTypePicture(const IOSetup &setup);
+PictureFile CalibrationPicture(const IOSetup &setup);
+PictureFile InputValuesPicture(const IOSetup &setup);
+PictureFile OutputValuesPicture(const IOSetup &setup);
 
 } // namespace quorvik

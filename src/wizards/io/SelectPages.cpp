@@ -50,7 +50,7 @@ void EnableMembers(OptionGroup *group, int members)
 
 BranchPage::BranchPage(QWidget *parent, const IOSetup &setup)
     : WizardPage(parent,
-                 MakePicture(QStringLiteral("A drive with its inputs and outputs"), setup, DrawBranch))
+                 MakePicture(QStringLiteral("A drive with its inputs and outputs"), setup, BranchPicture))
 {
     AddHeading(QStringLiteral("Select I/O Type."));
     QGroupBox *frame = AddFrame(QStringLiteral("I/O"));
@@ -124,7 +124,8 @@ void ParameterPage::Combo_Click()
 }
 
 AnalogTypePage::AnalogTypePage(QWidget *parent, const IOSetup &setup)
-    : WizardPage(parent, MakePicture(QStringLiteral("The signal of the analog input"), setup, DrawAnalogType))
+    : WizardPage(parent,
+                 MakePicture(QStringLiteral("The signal of the analog input"), setup, AnalogTypePicture))
     , setup_(setup)
 {
     AddHeading(QStringLiteral("Select analog input type and polarity."),
