@@ -1,5 +1,6 @@
 #include "wizards/basic/BasicChecks.h"
 
+#include "desktop/Form.h"
 #include "model/Conversions.h"
 #include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
@@ -20,7 +21,8 @@ constexpr double MaxTachVolts = 200.0;
 
 PageCheck Refused(Entry focus)
 {
-    return {false, focus};
+    const EntryInfo &info = BasicSetup::Info(focus);
+    return {false, ControlName(info.control, info.index)};
 }
 
 // Limits are compared as 16-bit whole numbers; what does not fit is out of every range.

@@ -1,20 +1,13 @@
 #pragma once
 
 #include "wizards/basic/BasicSetup.h"
-
-#include <optional>
+#include "wizards/frame/PageCheck.h"
 
 namespace quorvik
 {
 
 class Asker;
 class EntryRules;
-
-/** Whether a page may be left, and where the focus belongs if not. */
-struct PageCheck {
-    bool passed = true;
-    std::optional<Entry> focus;
-};
 
 /** What the pages of the Basic Setup Mentor demand before Next; tells the user what is wrong. */
 class BasicChecks

@@ -225,12 +225,9 @@ void FormWizardBasic::ApplyDriveType()
     maxSpeedPage_->EnableMaxSpeeds(maxSpeedPage_->OptionMaxSpeed->Chosen() != 0);
 }
 
-bool FormWizardBasic::ValidateStep(int step)
+PageCheck FormWizardBasic::CheckStep(int step)
 {
-    const PageCheck check = checks_.ValidateStep(step);
-    if (check.focus)
-        rows_.At(*check.focus).box->setFocus(Qt::OtherFocusReason);
-    return check.passed;
+    return checks_.ValidateStep(step);
 }
 
 int FormWizardBasic::NextStep(int step)

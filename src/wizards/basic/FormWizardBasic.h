@@ -30,7 +30,7 @@ public:
     std::function<void()> ChangeModel;
 
 protected:
-    bool ValidateStep(int step) override;
+    PageCheck CheckStep(int step) override;
     int NextStep(int step) override;
     int PreviousStep(int step) const override;
     WritePlan MakePlan(bool saveInDrive) override;

@@ -212,6 +212,14 @@ void WizardForm::GoNext()
         SetStep(NextStep(currentStep_));
 }
 
+bool WizardForm::ValidateStep(int step)
+{
+    const PageCheck check = CheckStep(step);
+    if (!check.focus.isEmpty())
+        findChild<QWidget *>(check.focus)->setFocus(Qt::OtherFocusReason);
+    return check.passed;
+}
+
 void WizardForm::ShowPlan()
 {
     try {

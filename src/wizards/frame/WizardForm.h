@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/Form.h"
+#include "wizards/frame/PageCheck.h"
 #include "wizards/frame/WritePlan.h"
 
 #include <QPointer>
@@ -45,8 +46,8 @@ protected:
      * and a text box that loses the focus on its way out still reaches for them. */
     void DropPages();
 
-    /** Whether the page may be left by Next; tells the user why not and puts the focus there. */
-    virtual bool ValidateStep(int step) = 0;
+    /** Whether the page may be left by Next; tells the user why not. */
+    virtual PageCheck CheckStep(int step) = 0;
     virtual int NextStep(int step) = 0;
     virtual int PreviousStep(int step) const = 0;
     virtual void LeaveStep(int) {}
@@ -73,6 +74,7 @@ private:
     void WatchWrites(const WritePlan &written, const RecordArray &before);
     void CmdNav_Click(int index);
     void GoNext();
+    bool ValidateStep(int step);
     void FinishSetup();
     void ShowPlan();
     void FitPage(int step);

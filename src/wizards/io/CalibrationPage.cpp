@@ -160,11 +160,6 @@ void CalibrationPage::RefreshActuals()
     TextCal_Change(1);
 }
 
-void CalibrationPage::FocusCal(int index)
-{
-    sides_[std::size_t(index)].textCal->setFocus(Qt::OtherFocusReason);
-}
-
 void CalibrationPage::TextCal_Change(int index)
 {
     const Side &side = sides_[std::size_t(index)];

@@ -30,7 +30,6 @@ public:
     void FollowLink(bool gone);
     /** Works the engineering values out anew, after the range changed. */
     void RefreshActuals();
-    void FocusCal(int index);
 
 private:
     void MakeFrame(int index);

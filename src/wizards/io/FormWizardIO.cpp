@@ -252,24 +252,9 @@ void FormWizardIO::UpdateOutputBiasGainPage()
     outputValuesPage_->Show(setup_.OutputValuesView());
 }
 
-bool FormWizardIO::ValidateStep(int step)
+PageCheck FormWizardIO::CheckStep(int step)
 {
-    const IOPageCheck check = checks_.ValidateStep(step);
-    if (check.focus) {
-        ValuesPage *page = setup_.IsInputBranch() ? inputValuesPage_ : outputValuesPage_;
-        switch (check.focus->control) {
-        case IOFocus::Cal:
-            calibrationPage_->FocusCal(check.focus->index);
-            break;
-        case IOFocus::Text:
-            page->FocusText(check.focus->index);
-            break;
-        case IOFocus::List:
-            page->FocusList(check.focus->index);
-            break;
-        }
-    }
-    return check.passed;
+    return checks_.ValidateStep(step);
 }
 
 int FormWizardIO::NextStep(int step)

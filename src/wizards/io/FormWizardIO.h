@@ -25,7 +25,7 @@ public:
     ~FormWizardIO() override;
 
 protected:
-    bool ValidateStep(int step) override;
+    PageCheck CheckStep(int step) override;
     int NextStep(int step) override;
     int PreviousStep(int step) const override;
     void LeaveStep(int step) override;

@@ -1,5 +1,6 @@
 #include "wizards/io/IOChecks.h"
 
+#include "desktop/Form.h"
 #include "operations/EntryRules.h"
 #include "platform/Asker.h"
 #include "platform/Numbers.h"
@@ -8,16 +9,6 @@
 namespace quorvik
 {
 
-namespace
-{
-
-IOPageCheck Refused(IOFocus::Control control, int index)
-{
-    return {false, IOFocus{control, index}};
-}
-
-} // namespace
-
 IOChecks::IOChecks(IOSetup &setup, EntryRules &rules, Asker &asker)
     : setup_(setup)
     , rules_(rules)
@@ -25,7 +16,7 @@ IOChecks::IOChecks(IOSetup &setup, EntryRules &rules, Asker &asker)
 {
 }
 
-IOPageCheck IOChecks::ValidateStep(int step) const
+PageCheck IOChecks::ValidateStep(int step) const
 {
     switch (step) {
     case 3:
@@ -52,17 +43,17 @@ bool IOChecks::ValidateDestination() const
     return true;
 }
 
-IOPageCheck IOChecks::ValidateCalibrations() const
+PageCheck IOChecks::ValidateCalibrations() const
 {
     if (!CheckCalibrations(setup_.calTexts[0], QStringLiteral("0% Calibration")))
-        return Refused(IOFocus::Cal, 0);
+        return {false, ControlName("TextCal", 0)};
     if (!CheckCalibrations(setup_.calTexts[1], QStringLiteral("100% Calibration")))
-        return Refused(IOFocus::Cal, 1);
+        return {false, ControlName("TextCal", 1)};
     if (CLng(setup_.calTexts[1]) > CLng(setup_.calTexts[0]))
         return {};
     asker_.MsgBox(QStringLiteral("The 100% ADC value must be greater than the 0% ADC value."), MsgButtons::Ok,
                   MsgIcon::Exclamation, MentorTitle());
-    return Refused(IOFocus::Cal, 1);
+    return {false, ControlName("TextCal", 1)};
 }
 
 bool IOChecks::CheckCalibrations(const QString &text, const QString &name) const
@@ -78,14 +69,14 @@ bool IOChecks::CheckCalibrations(const QString &text, const QString &name) const
     return false;
 }
 
-IOPageCheck IOChecks::ValidateInputValues() const
+PageCheck IOChecks::ValidateInputValues() const
 {
     const ValuesView view = setup_.InputValuesView();
     return view.IsListed() ? ValidatePicks(view, setup_.inputValues, QStringLiteral("Open and Closed"))
                            : ValidateTexts(view, setup_.inputValues, setup_.Destination);
 }
 
-IOPageCheck IOChecks::ValidateOutputValues() const
+PageCheck IOChecks::ValidateOutputValues() const
 {
     const ValuesView view = setup_.OutputValuesView();
     if (view.IsListed())
@@ -101,16 +92,22 @@ IOPageCheck IOChecks::ValidateOutputValues() const
     }
 }
 
-IOPageCheck IOChecks::ValidateTexts(const ValuesView &view, const ValuePair &values, int p) const
+PageCheck IOChecks::RefusedValue(const char *kind, std::size_t index) const
+{
+    const QByteArray name = QByteArray(kind) + (setup_.IsInputBranch() ? "BiasGain" : "OutputBiasGain");
+    return {false, ControlName(name, int(index))};
+}
+
+PageCheck IOChecks::ValidateTexts(const ValuesView &view, const ValuePair &values, int p) const
 {
     for (std::size_t i = view.hasFirst ? 0 : 1; i < 2; ++i)
         if (!rules_.ValidateEntry(values.texts[i], view.captions[i], p))
-            return Refused(IOFocus::Text, int(i));
+            return RefusedValue("Text", i);
     return {};
 }
 
-IOPageCheck IOChecks::ValidatePicks(const ValuesView &view, const ValuePair &values,
-                                    const QString &pairName) const
+PageCheck IOChecks::ValidatePicks(const ValuesView &view, const ValuePair &values,
+                                  const QString &pairName) const
 {
     for (std::size_t i = view.hasFirst ? 0 : 1; i < 2; ++i) {
         if (values.picks[i] != NoChoice)
@@ -118,7 +115,7 @@ IOPageCheck IOChecks::ValidatePicks(const ValuesView &view, const ValuePair &val
         asker_.MsgBox(QStringLiteral("Please select a valid item from the ") + view.captions[i] +
                           QStringLiteral(" list."),
                       MsgButtons::Ok, MsgIcon::Exclamation, MentorTitle());
-        return Refused(IOFocus::List, int(i));
+        return RefusedValue("Combo", i);
     }
     if (!view.hasFirst || values.picks[0] != values.picks[1])
         return {};
@@ -129,32 +126,32 @@ IOPageCheck IOChecks::ValidatePicks(const ValuesView &view, const ValuePair &val
     return {answer == MsgAnswer::Yes, {}};
 }
 
-IOPageCheck IOChecks::CheckOutputRange(double low, double high, std::int32_t rawLow, std::int32_t rawHigh,
-                                       std::int32_t attributes) const
+PageCheck IOChecks::CheckOutputRange(double low, double high, std::int32_t rawLow, std::int32_t rawHigh,
+                                     std::int32_t attributes) const
 {
     const QString names[] = {QStringLiteral("Bias"), QStringLiteral("Gain")};
     for (std::size_t i = 0; i < 2; ++i) {
         const QString &text = setup_.outputValues.texts[i];
         if (!IsNumeric(text)) {
             rules_.ShowNumberMessage(names[i]);
-            return Refused(IOFocus::Text, int(i));
+            return RefusedValue("Text", i);
         }
         const double value = CDbl(text);
         if (value < low || value > high) {
             rules_.ShowRangeMessage(names[i], rawLow, rawHigh, attributes, true);
-            return Refused(IOFocus::Text, int(i));
+            return RefusedValue("Text", i);
         }
     }
     return {};
 }
 
-IOPageCheck IOChecks::CheckAnalogOutputValues() const
+PageCheck IOChecks::CheckAnalogOutputValues() const
 {
     constexpr std::int32_t voltsWithTwoDecimals = 514;
     return CheckOutputRange(-10.0, 10.0, -1000, 1000, voltsWithTwoDecimals);
 }
 
-IOPageCheck IOChecks::CheckFreqOutputValues() const
+PageCheck IOChecks::CheckFreqOutputValues() const
 {
     constexpr std::int32_t wholeHertz = 352;
     return CheckOutputRange(0.0, 2000.0, 0, 2000, wholeHertz);

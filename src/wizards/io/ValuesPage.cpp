@@ -98,16 +98,6 @@ void ValuesPage::Show(const ValuesView &view)
     Picture()->update();
 }
 
-void ValuesPage::FocusText(int index)
-{
-    rows_[std::size_t(index)].text->setFocus(Qt::OtherFocusReason);
-}
-
-void ValuesPage::FocusList(int index)
-{
-    rows_[std::size_t(index)].combo->setFocus(Qt::OtherFocusReason);
-}
-
 void ValuesPage::TextBiasGain_LostFocus(int index)
 {
     EntryBox *box = rows_[std::size_t(index)].text;

@@ -28,8 +28,6 @@ public:
 
     /** Shows what the view says; lists are filled anew and nothing is picked. */
     void Show(const ValuesView &view);
-    void FocusText(int index);
-    void FocusList(int index);
 
     /** Puts a typed value into form when its box is left; none as long as this is empty. */
     std::function<QString(const QString &text)> Reformat;
