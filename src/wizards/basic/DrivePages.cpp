@@ -6,6 +6,7 @@
 #include "wizards/basic/BasicPictures.h"
 #include "wizards/frame/EntryBox.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -19,14 +20,6 @@ namespace quorvik
 
 namespace
 {
-
-QStringList EnumTexts(int typeCode)
-{
-    QStringList texts;
-    for (int value = 0; value < EnumCount(typeCode); ++value)
-        texts.append(EnumText(value, typeCode));
-    return texts;
-}
 
 QGridLayout *MakeRowGrid(QWidget *frame)
 {
@@ -71,8 +64,8 @@ OperatingModePage::OperatingModePage(QWidget *parent, const BasicSetup &setup)
                                            QStringLiteral("&Torque (Current)")}))
 {
     AddHeading(QStringLiteral("Select the basic operating mode."));
-    for (int i = 0; i < OptionOperatingMode->Count(); ++i)
-        Content()->addWidget(OptionOperatingMode->Option(i));
+    for (QAbstractButton *option : OptionOperatingMode->buttons())
+        Content()->addWidget(option);
     CloseContent();
 }
 
@@ -97,8 +90,8 @@ MotorDataPage::MotorDataPage(QWidget *parent, const BasicSetup &setup, BasicRows
     OptionFieldType = new OptionGroup(field, "OptionFieldType",
                                       {QStringLiteral("&Shunt"), QStringLiteral("&Permanent Magnet")});
     auto *kinds = new QHBoxLayout;
-    kinds->addWidget(OptionFieldType->Option(0));
-    kinds->addWidget(OptionFieldType->Option(1));
+    for (QAbstractButton *option : OptionFieldType->buttons())
+        kinds->addWidget(option);
     kinds->addStretch(1);
     grid->addLayout(kinds, 0, 0, 1, 3);
     rows.Make(field, grid, 1, Entry::BaseFieldCurrent);
@@ -117,66 +110,56 @@ FeedbackPage::FeedbackPage(QWidget *parent, BasicSetup &setup, BasicRows &rows)
     OptionFeedback = new OptionGroup(
         this, "OptionFeedback",
         {QStringLiteral("&Armature"), QStringLiteral("&Tachometer"), QStringLiteral("&Encoder")});
-    for (int i = 0; i < OptionFeedback->Count(); ++i)
-        Content()->addWidget(OptionFeedback->Option(i));
+    for (QAbstractButton *option : OptionFeedback->buttons())
+        Content()->addWidget(option);
 
-    QGroupBox *tachFrame = AddFrame(QStringLiteral("Tachometer"), QStringLiteral("FrameTach"));
-    QGridLayout *grid = MakeRowGrid(tachFrame);
-    QLabel *typeLabel = MakeLabel(tachFrame, QStringLiteral("Tach Type"), QStringLiteral("LabelTachType"));
-    auto *comboTachType = new QComboBox(tachFrame);
-    comboTachType->setObjectName(QStringLiteral("ComboTachType"));
-    comboTachType->setAccessibleName(typeLabel->text());
-    comboTachType->addItems(EnumTexts(22));
-    grid->addWidget(typeLabel, 0, 0);
-    grid->addWidget(comboTachType, 0, 1);
-    rows.Make(tachFrame, grid, 1, Entry::TachRating);
+    tachFrame_ = AddFrame(QStringLiteral("Tachometer"), QStringLiteral("FrameTach"));
+    QGridLayout *grid = MakeRowGrid(tachFrame_);
+    AddList(grid, "TachType", QStringLiteral("Tach Type"), 22, setup.tachType);
+    rows.Make(tachFrame_, grid, 1, Entry::TachRating);
     labelTachJumper_[3] = MakeLabel(
-        tachFrame,
+        tachFrame_,
         QStringLiteral("Tachometer Feedback jumpers on the Control Board need to be set as follows:"),
         ControlName("LabelTachJumper", 3));
     labelTachJumper_[3]->setWordWrap(true);
     grid->addWidget(labelTachJumper_[3], 2, 0, 1, 3);
     auto *jumperRow = new QHBoxLayout;
     for (int i = 0; i < 3; ++i) {
-        labelTachJumper_[std::size_t(i)] = MakeLabel(tachFrame, {}, ControlName("LabelTachJumper", i));
+        labelTachJumper_[std::size_t(i)] = MakeLabel(tachFrame_, {}, ControlName("LabelTachJumper", i));
         jumperRow->addWidget(labelTachJumper_[std::size_t(i)], 1);
     }
     grid->addLayout(jumperRow, 3, 0, 1, 3);
-    const EntryRow &rating = rows.At(Entry::TachRating);
-    tachControls_ = {tachFrame, typeLabel, comboTachType, rating.label, rating.unit, rating.box};
-    for (QLabel *label : labelTachJumper_)
-        tachControls_.append(label);
 
-    QGroupBox *encoderFrame = AddFrame(QStringLiteral("Encoder"), QStringLiteral("FrameEncoder"));
-    grid = MakeRowGrid(encoderFrame);
-    QLabel *linesLabel =
-        MakeLabel(encoderFrame, QStringLiteral("Encoder Lines"), QStringLiteral("LabelEncoderLines"));
-    auto *comboEncoderLines = new QComboBox(encoderFrame);
-    comboEncoderLines->setObjectName(QStringLiteral("ComboEncoderLines"));
-    comboEncoderLines->setAccessibleName(linesLabel->text());
-    comboEncoderLines->addItems(EnumTexts(24));
-    grid->addWidget(linesLabel, 0, 0);
-    grid->addWidget(comboEncoderLines, 0, 1);
-    encoderControls_ = {encoderFrame, linesLabel, comboEncoderLines};
+    encoderFrame_ = AddFrame(QStringLiteral("Encoder"), QStringLiteral("FrameEncoder"));
+    AddList(MakeRowGrid(encoderFrame_), "EncoderLines", QStringLiteral("Encoder Lines"), 24,
+            setup.encoderLines);
     CloseContent();
+}
 
-    comboTachType->setCurrentIndex(setup.tachType);
-    comboEncoderLines->setCurrentIndex(setup.encoderLines);
-    On(comboTachType, &QComboBox::currentIndexChanged, this, [&setup](int index) { setup.tachType = index; });
-    On(comboEncoderLines, &QComboBox::currentIndexChanged, this,
-       [&setup](int index) { setup.encoderLines = index; });
+void FeedbackPage::AddList(QGridLayout *grid, const char *name, const QString &caption, int typeCode,
+                           int &answer)
+{
+    QWidget *frame = grid->parentWidget();
+    QLabel *label = MakeLabel(frame, caption, QStringLiteral("Label") + QLatin1String(name));
+    auto *list = new QComboBox(frame);
+    list->setObjectName(QStringLiteral("Combo") + QLatin1String(name));
+    list->setAccessibleName(caption);
+    for (int value = 0; value < EnumCount(typeCode); ++value)
+        list->addItem(EnumText(value, typeCode));
+    list->setCurrentIndex(answer);
+    grid->addWidget(label, 0, 0);
+    grid->addWidget(list, 0, 1);
+    On(list, &QComboBox::currentIndexChanged, this, [&answer](int index) { answer = index; });
 }
 
 void FeedbackPage::EnableEncoder(bool enable)
 {
-    for (QWidget *control : std::as_const(encoderControls_))
-        control->setEnabled(enable);
+    EnableFrame(encoderFrame_, enable);
 }
 
 void FeedbackPage::EnableTach(bool enable)
 {
-    for (QWidget *control : std::as_const(tachControls_))
-        control->setEnabled(enable);
+    EnableFrame(tachFrame_, enable);
 }
 
 void FeedbackPage::UpdateTachJumpers()

@@ -68,10 +68,13 @@ public:
     QStringList JumperTexts() const;
 
 private:
+    /** A list of the texts of an enumerated type in the first row of a frame, kept in step with an answer. */
+    void AddList(QGridLayout *grid, const char *name, const QString &caption, int typeCode, int &answer);
+
     const BasicSetup &setup_;
     TachJumpers jumpers_;
-    QList<QWidget *> encoderControls_;
-    QList<QWidget *> tachControls_;
+    QGroupBox *encoderFrame_ = nullptr;
+    QGroupBox *tachFrame_ = nullptr;
     std::array<QLabel *, 4> labelTachJumper_{};
 };
 

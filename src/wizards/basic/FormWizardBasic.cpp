@@ -90,14 +90,11 @@ FormWizardBasic::~FormWizardBasic()
 
 void FormWizardBasic::ConnectChoices()
 {
-    const auto on = [this](OptionGroup *group, void (FormWizardBasic::*handler)(int)) {
-        On(group, &OptionGroup::Click, this, [this, handler](int index) { (this->*handler)(index); });
-    };
-    on(modePage_->OptionOperatingMode, &FormWizardBasic::OptionOperatingMode_Click);
-    on(motorPage_->OptionFieldType, &FormWizardBasic::OptionFieldType_Click);
-    on(feedbackPage_->OptionFeedback, &FormWizardBasic::OptionFeedback_Click);
-    on(maxSpeedPage_->OptionMaxSpeed, &FormWizardBasic::OptionMaxSpeed_Click);
-    on(startStopPage_->OptionStartStopLogic, &FormWizardBasic::OptionStartStopLogic_Click);
+    modePage_->OptionOperatingMode->OnClick(this, &FormWizardBasic::OptionOperatingMode_Click);
+    motorPage_->OptionFieldType->OnClick(this, &FormWizardBasic::OptionFieldType_Click);
+    feedbackPage_->OptionFeedback->OnClick(this, &FormWizardBasic::OptionFeedback_Click);
+    maxSpeedPage_->OptionMaxSpeed->OnClick(this, &FormWizardBasic::OptionMaxSpeed_Click);
+    startStopPage_->OptionStartStopLogic->OnClick(this, &FormWizardBasic::OptionStartStopLogic_Click);
     On(startStopPage_->OptionStopMode, &OptionGroup::Click, this,
        [this](int index) { setup_.stopMode = index; });
     On(modelPage_, &ModelPage::ChangeModel, this, [this] { CommandChangeModel_Click(); });

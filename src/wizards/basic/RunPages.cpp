@@ -8,6 +8,7 @@
 #include "wizards/basic/SpeedProfile.h"
 #include "wizards/frame/EntryBox.h"
 
+#include <QAbstractButton>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -25,8 +26,8 @@ MaxSpeedPage::MaxSpeedPage(QWidget *parent, const BasicSetup &setup, BasicRows &
     , rows_(rows)
 {
     AddHeading(QStringLiteral("What is the maximum desired motor speed?"));
-    Content()->addWidget(OptionMaxSpeed->Option(0));
-    Content()->addWidget(OptionMaxSpeed->Option(1));
+    for (QAbstractButton *option : OptionMaxSpeed->buttons())
+        Content()->addWidget(option);
     auto *grid = new QGridLayout;
     grid->setColumnStretch(3, 1);
     grid->setColumnMinimumWidth(0, fontMetrics().height() * 10);
@@ -53,7 +54,7 @@ void MaxSpeedPage::ShowRatedSpeed()
 {
     QString shown = setup_.Text(Entry::RatedSpeed);
     shown.replace(u'&', QStringLiteral("&&"));
-    OptionMaxSpeed->Option(0)->setText(QStringLiteral("Max Rated Motor Speed of ") + shown +
+    OptionMaxSpeed->button(0)->setText(QStringLiteral("Max Rated Motor Speed of ") + shown +
                                        QStringLiteral(" RPM"));
 }
 
@@ -139,8 +140,7 @@ AccelDecelPage::AccelDecelPage(QWidget *parent, BasicRows &rows)
 
 void AccelDecelPage::EnableJog(bool enable)
 {
-    jogFrame_->setEnabled(enable);
-    rows_.Enable(Entry::JogForwardAccel, 4, enable);
+    EnableFrame(jogFrame_, enable);
 }
 
 void AccelDecelPage::ShowReverse(bool show)
@@ -155,25 +155,12 @@ StartStopPage::StartStopPage(QWidget *parent, const BasicSetup &setup)
                                      StartStopPicture))
 {
     AddHeading(QStringLiteral("Select Start/Stop options."));
-    auto *choices = new QHBoxLayout;
-    Content()->addLayout(choices);
-    auto *logicFrame = new QGroupBox(QStringLiteral("Start/Stop Logic"), this);
+    QBoxLayout *columns = AddColumns();
     OptionStartStopLogic =
-        new OptionGroup(logicFrame, "OptionStartStopLogic",
-                        {QStringLiteral("&2 Wire (Maintained)"), QStringLiteral("&3 Wire (Momentary)")});
-    auto *modeFrame = new QGroupBox(QStringLiteral("Stop Mode"), this);
-    OptionStopMode =
-        new OptionGroup(modeFrame, "OptionStopMode",
-                        {QStringLiteral("Ramp"), QStringLiteral("Quick"), QStringLiteral("Coast")});
-    const std::pair<QGroupBox *, OptionGroup *> groups[] = {{logicFrame, OptionStartStopLogic},
-                                                            {modeFrame, OptionStopMode}};
-    for (const auto &[frame, group] : groups) {
-        auto *column = new QVBoxLayout(frame);
-        for (int i = 0; i < group->Count(); ++i)
-            column->addWidget(group->Option(i));
-        column->addStretch(1);
-        choices->addWidget(frame, 1);
-    }
+        AddOptions(columns, QStringLiteral("Start/Stop Logic"), "OptionStartStopLogic",
+                   {QStringLiteral("&2 Wire (Maintained)"), QStringLiteral("&3 Wire (Momentary)")});
+    OptionStopMode = AddOptions(columns, QStringLiteral("Stop Mode"), "OptionStopMode",
+                                {QStringLiteral("Ramp"), QStringLiteral("Quick"), QStringLiteral("Coast")});
 
     QGroupBox *inputs = AddFrame(QStringLiteral("Digital Inputs"));
     auto *grid = new QGridLayout(inputs);

@@ -2,29 +2,29 @@
 
 #include "desktop/Form.h"
 
+#include <QRadioButton>
+
 namespace quorvik
 {
 
 OptionGroup::OptionGroup(QWidget *parent, const char *name, const QStringList &captions)
-    : QObject(parent)
-    , group_(new QButtonGroup(this))
+    : QButtonGroup(parent)
 {
     for (int i = 0; i < captions.size(); ++i) {
         auto *option = new QRadioButton(captions.at(i), parent);
         option->setObjectName(ControlName(name, i));
-        group_->addButton(option, i);
-        options_.append(option);
-        connect(option, &QRadioButton::toggled, this, [this, i](bool chosen) {
-            if (chosen)
-                Q_EMIT Click(i);
-        });
+        addButton(option, i);
     }
+    connect(this, &QButtonGroup::idToggled, this, [this](int index, bool chosen) {
+        if (chosen)
+            Q_EMIT Click(index);
+    });
 }
 
 void OptionGroup::Choose(int index)
 {
-    if (index >= 0 && index < Count())
-        options_.at(index)->setChecked(true);
+    if (QAbstractButton *option = button(index))
+        option->setChecked(true);
 }
 
 void OptionGroup::ChooseFirst()
@@ -35,16 +35,16 @@ void OptionGroup::ChooseFirst()
 
 void OptionGroup::ClearChoice()
 {
-    group_->setExclusive(false);
-    for (QRadioButton *option : std::as_const(options_))
+    setExclusive(false);
+    for (QAbstractButton *option : buttons())
         option->setChecked(false);
-    group_->setExclusive(true);
+    setExclusive(true);
 }
 
 void OptionGroup::Enable(int first, int last, bool enable)
 {
     for (int i = first; i <= last; ++i)
-        options_.at(i)->setEnabled(enable);
+        button(i)->setEnabled(enable);
 }
 
 } // namespace quorvik

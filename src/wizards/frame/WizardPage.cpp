@@ -1,5 +1,8 @@
 #include "wizards/frame/WizardPage.h"
 
+#include "wizards/frame/OptionGroup.h"
+
+#include <QAbstractButton>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,6 +16,13 @@ QLabel *MakeLabel(QWidget *parent, const QString &text, const QString &name)
     label->setTextFormat(Qt::PlainText);
     label->setObjectName(name);
     return label;
+}
+
+void EnableFrame(QWidget *frame, bool enable)
+{
+    frame->setEnabled(enable);
+    for (QWidget *control : frame->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        control->setEnabled(enable);
 }
 
 WizardPage::WizardPage(QWidget *parent, WizardPicture *picture)
@@ -55,6 +65,26 @@ QGroupBox *WizardPage::AddFrame(const QString &title, const QString &name)
     frame->setObjectName(name);
     content_->addWidget(frame);
     return frame;
+}
+
+OptionGroup *WizardPage::AddOptions(QBoxLayout *place, const QString &title, const char *name,
+                                    const QStringList &captions)
+{
+    auto *frame = new QGroupBox(title, this);
+    place->addWidget(frame, place == content_ ? 0 : 1);
+    auto *group = new OptionGroup(frame, name, captions);
+    auto *column = new QVBoxLayout(frame);
+    for (QAbstractButton *option : group->buttons())
+        column->addWidget(option);
+    column->addStretch(1);
+    return group;
+}
+
+QBoxLayout *WizardPage::AddColumns()
+{
+    auto *columns = new QHBoxLayout;
+    content_->addLayout(columns);
+    return columns;
 }
 
 void WizardPage::CloseContent()

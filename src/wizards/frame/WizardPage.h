@@ -4,12 +4,15 @@
 
 #include <QWidget>
 
+class QBoxLayout;
 class QGroupBox;
 class QLabel;
 class QVBoxLayout;
 
 namespace quorvik
 {
+
+class OptionGroup;
 
 /** One page: its picture on the left, heading, text and controls on the right. */
 class WizardPage : public QWidget
@@ -29,6 +32,11 @@ protected:
     /** A paragraph that wraps; shown as plain text. */
     QLabel *AddText(const QString &text, const QString &name = {});
     QGroupBox *AddFrame(const QString &title, const QString &name = {});
+    /** Option buttons below each other, in a frame of their own in that place of the page. */
+    OptionGroup *AddOptions(QBoxLayout *place, const QString &title, const char *name,
+                            const QStringList &captions);
+    /** A row that shares the width between frames. */
+    QBoxLayout *AddColumns();
     /** Pushes what was added to the top. */
     void CloseContent();
 
@@ -36,6 +44,9 @@ private:
     WizardPicture *picture_;
     QVBoxLayout *content_;
 };
+
+/** Enables a frame and each control in it. */
+void EnableFrame(QWidget *frame, bool enable);
 
 /** A label of plain text with an object name, which may be empty. */
 QLabel *MakeLabel(QWidget *parent, const QString &text, const QString &name = {});

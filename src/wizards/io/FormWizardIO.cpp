@@ -100,15 +100,11 @@ FormWizardIO::~FormWizardIO()
 
 void FormWizardIO::ConnectInputChoices()
 {
-    On(branchPage_->OptionInputsOutputs, &OptionGroup::Click, this,
-       [this](int index) { OptionInputsOutputs_Click(index); });
-    On(inputPage_->OptionInputType, &OptionGroup::Click, this,
-       [this](int index) { OptionInputType_Click(index); });
-    On(inputPage_->OptionInput, &OptionGroup::Click, this, [this](int index) { OptionInput_Click(index); });
-    On(typePage_->OptionAnalogType, &OptionGroup::Click, this,
-       [this](int index) { OptionAnalogType_Click(index); });
-    On(typePage_->OptionPolarity, &OptionGroup::Click, this,
-       [this](int index) { OptionPolarity_Click(index); });
+    branchPage_->OptionInputsOutputs->OnClick(this, &FormWizardIO::OptionInputsOutputs_Click);
+    inputPage_->OptionInputType->OnClick(this, &FormWizardIO::OptionInputType_Click);
+    inputPage_->OptionInput->OnClick(this, &FormWizardIO::OptionInput_Click);
+    typePage_->OptionAnalogType->OnClick(this, &FormWizardIO::OptionAnalogType_Click);
+    typePage_->OptionPolarity->OnClick(this, &FormWizardIO::OptionPolarity_Click);
     On(destinationPage_, &ParameterPage::Chosen, this, [this](int p) {
         setup_.Destination = ToInt16(p);
         UpdateBiasGainPage();
@@ -117,8 +113,7 @@ void FormWizardIO::ConnectInputChoices()
 
 void FormWizardIO::ConnectOutputChoices()
 {
-    On(outputPage_->OptionOutputType, &OptionGroup::Click, this,
-       [this](int index) { OptionOutputType_Click(index); });
+    outputPage_->OptionOutputType->OnClick(this, &FormWizardIO::OptionOutputType_Click);
     On(outputPage_->OptionOutput, &OptionGroup::Click, this, [this](int index) {
         setup_.output = index;
         UpdateOutputBiasGainTags();

@@ -19,21 +19,6 @@ namespace quorvik
 namespace
 {
 
-QGroupBox *AddGroup(QWidget *parent, QBoxLayout *place, const QString &title)
-{
-    auto *frame = new QGroupBox(title, parent);
-    place->addWidget(frame, 1);
-    return frame;
-}
-
-void StackOptions(QGroupBox *frame, const OptionGroup *group)
-{
-    auto *column = new QVBoxLayout(frame);
-    for (int i = 0; i < group->Count(); ++i)
-        column->addWidget(group->Option(i));
-    column->addStretch(1);
-}
-
 /** How many inputs or outputs a kind has. */
 constexpr int InputCounts[] = {5, 7, 1};
 constexpr int OutputCounts[] = {2, 1, 3};
@@ -43,7 +28,7 @@ void EnableMembers(OptionGroup *group, int members)
     if (group->Chosen() >= members || members == 1)
         group->Choose(0);
     group->Enable(0, members - 1, true);
-    group->Enable(members, group->Count() - 1, false);
+    group->Enable(members, int(group->buttons().size()) - 1, false);
 }
 
 } // namespace
@@ -53,10 +38,8 @@ BranchPage::BranchPage(QWidget *parent, const IOSetup &setup)
                  MakePicture(QStringLiteral("A drive with its inputs and outputs"), setup, BranchPicture))
 {
     AddHeading(QStringLiteral("Select I/O Type."));
-    QGroupBox *frame = AddFrame(QStringLiteral("I/O"));
-    OptionInputsOutputs = new OptionGroup(frame, "OptionInputsOutputs",
-                                          {QStringLiteral("&Inputs"), QStringLiteral("&Outputs")});
-    StackOptions(frame, OptionInputsOutputs);
+    OptionInputsOutputs = AddOptions(Content(), QStringLiteral("I/O"), "OptionInputsOutputs",
+                                     {QStringLiteral("&Inputs"), QStringLiteral("&Outputs")});
     CloseContent();
 }
 
@@ -64,19 +47,14 @@ InputPage::InputPage(QWidget *parent, const IOSetup &setup)
     : WizardPage(parent, MakePicture(QStringLiteral("The input terminals"), setup, DrawInputTerminals))
 {
     AddHeading(QStringLiteral("Select input."));
-    auto *columns = new QHBoxLayout;
-    Content()->addLayout(columns);
-    QGroupBox *typeFrame = AddGroup(this, columns, QStringLiteral("Input Type"));
-    OptionInputType = new OptionGroup(
-        typeFrame, "OptionInputType",
-        {QStringLiteral("&Analog"), QStringLiteral("&Digital"), QStringLiteral("F&requency")});
-    StackOptions(typeFrame, OptionInputType);
-    QGroupBox *inputFrame = AddGroup(this, columns, QStringLiteral("Input"));
+    QBoxLayout *columns = AddColumns();
+    OptionInputType =
+        AddOptions(columns, QStringLiteral("Input Type"), "OptionInputType",
+                   {QStringLiteral("&Analog"), QStringLiteral("&Digital"), QStringLiteral("F&requency")});
     QStringList inputs;
     for (int i = 1; i <= 7; ++i)
         inputs.append(QStringLiteral("Input &%1").arg(i));
-    OptionInput = new OptionGroup(inputFrame, "OptionInput", inputs);
-    StackOptions(inputFrame, OptionInput);
+    OptionInput = AddOptions(columns, QStringLiteral("Input"), "OptionInput", inputs);
     CloseContent();
 }
 
@@ -130,25 +108,20 @@ AnalogTypePage::AnalogTypePage(QWidget *parent, const IOSetup &setup)
 {
     AddHeading(QStringLiteral("Select analog input type and polarity."),
                ControlName("LabelTypeAndPolarity", 0));
-    auto *columns = new QHBoxLayout;
-    Content()->addLayout(columns);
-    frameInputType_ = AddGroup(this, columns, QStringLiteral("Type"));
+    QBoxLayout *columns = AddColumns();
+    OptionAnalogType = AddOptions(columns, QStringLiteral("Type"), "OptionAnalogType",
+                                  {QStringLiteral("&Current"), QStringLiteral("&Voltage")});
+    frameInputType_ = OptionAnalogType->button(0)->parentWidget();
     frameInputType_->setObjectName(QStringLiteral("FrameInputType"));
-    OptionAnalogType = new OptionGroup(frameInputType_, "OptionAnalogType",
-                                       {QStringLiteral("&Current"), QStringLiteral("&Voltage")});
-    StackOptions(frameInputType_, OptionAnalogType);
-    QGroupBox *polarityFrame = AddGroup(this, columns, QStringLiteral("Polarity"));
-    OptionPolarity = new OptionGroup(polarityFrame, "OptionPolarity",
-                                     {QStringLiteral("&Unipolar"), QStringLiteral("B&ipolar")});
-    StackOptions(polarityFrame, OptionPolarity);
+    OptionPolarity = AddOptions(columns, QStringLiteral("Polarity"), "OptionPolarity",
+                                {QStringLiteral("&Unipolar"), QStringLiteral("B&ipolar")});
     range_ = AddText({}, ControlName("LabelTypeAndPolarity", 1));
     CloseContent();
 }
 
 void AnalogTypePage::EnableType(bool enable)
 {
-    frameInputType_->setEnabled(enable);
-    OptionAnalogType->Enable(CurrentSignal, VoltageSignal, enable);
+    EnableFrame(frameInputType_, enable);
 }
 
 void AnalogTypePage::ShowRange()
@@ -161,31 +134,24 @@ OutputPage::OutputPage(QWidget *parent, const IOSetup &setup)
     : WizardPage(parent, MakePicture(QStringLiteral("The output terminals"), setup, DrawOutputTerminals))
 {
     AddHeading(QStringLiteral("Select output."));
-    auto *columns = new QHBoxLayout;
-    Content()->addLayout(columns);
-    QGroupBox *typeFrame = AddGroup(this, columns, QStringLiteral("Output Type"));
-    OptionOutputType = new OptionGroup(
-        typeFrame, "OptionOutputType",
-        {QStringLiteral("&Analog"), QStringLiteral("Fr&eq/Digital"), QStringLiteral("&Relay")});
-    StackOptions(typeFrame, OptionOutputType);
-    QGroupBox *outputFrame = AddGroup(this, columns, QStringLiteral("Output"));
-    OptionOutput = new OptionGroup(
-        outputFrame, "OptionOutput",
-        {QStringLiteral("Output &1"), QStringLiteral("Output &2"), QStringLiteral("Output &3")});
-    StackOptions(outputFrame, OptionOutput);
-    frameFreqDigMode_ = AddFrame(QStringLiteral("Freq/Digital Mode"), QStringLiteral("FrameFreqDigMode"));
-    OptionFreqDigMode = new OptionGroup(frameFreqDigMode_, "OptionFreqDigMode",
-                                        {QStringLiteral("Fre&quency"), QStringLiteral("&Digital")});
-    StackOptions(frameFreqDigMode_, OptionFreqDigMode);
+    QBoxLayout *columns = AddColumns();
+    OptionOutputType =
+        AddOptions(columns, QStringLiteral("Output Type"), "OptionOutputType",
+                   {QStringLiteral("&Analog"), QStringLiteral("Fr&eq/Digital"), QStringLiteral("&Relay")});
+    OptionOutput =
+        AddOptions(columns, QStringLiteral("Output"), "OptionOutput",
+                   {QStringLiteral("Output &1"), QStringLiteral("Output &2"), QStringLiteral("Output &3")});
+    OptionFreqDigMode = AddOptions(Content(), QStringLiteral("Freq/Digital Mode"), "OptionFreqDigMode",
+                                   {QStringLiteral("Fre&quency"), QStringLiteral("&Digital")});
+    frameFreqDigMode_ = OptionFreqDigMode->button(0)->parentWidget();
+    frameFreqDigMode_->setObjectName(QStringLiteral("FrameFreqDigMode"));
     CloseContent();
 }
 
 void OutputPage::FollowType(int outputType)
 {
     EnableMembers(OptionOutput, OutputCounts[outputType]);
-    const bool hasMode = outputType == FreqDigOutput;
-    frameFreqDigMode_->setEnabled(hasMode);
-    OptionFreqDigMode->Enable(FrequencyMode, DigitalMode, hasMode);
+    EnableFrame(frameFreqDigMode_, outputType == FreqDigOutput);
 }
 
 } // namespace quorvik

@@ -5,7 +5,6 @@
 #include "wizards/io/IOSetup.h"
 
 class QComboBox;
-class QGroupBox;
 
 namespace quorvik
 {
@@ -75,7 +74,7 @@ public:
 
 private:
     const IOSetup &setup_;
-    QGroupBox *frameInputType_ = nullptr;
+    QWidget *frameInputType_ = nullptr;
     QLabel *range_ = nullptr;
 };
 
@@ -95,7 +94,7 @@ public:
     void FollowType(int outputType);
 
 private:
-    QGroupBox *frameFreqDigMode_ = nullptr;
+    QWidget *frameFreqDigMode_ = nullptr;
 };
 
 } // namespace quorvik
