@@ -1,6 +1,5 @@
 #include "wizards/basic/BasicChecks.h"
 
-#include "desktop/Form.h"
 #include "model/Conversions.h"
 #include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
@@ -21,8 +20,7 @@ constexpr double MaxTachVolts = 200.0;
 
 PageCheck Refused(Entry focus)
 {
-    const EntryInfo &info = BasicSetup::Info(focus);
-    return {false, ControlName(info.control, info.index)};
+    return {false, BasicSetup::Info(focus).NameOf("Text")};
 }
 
 // Limits are compared as 16-bit whole numbers; what does not fit is out of every range.

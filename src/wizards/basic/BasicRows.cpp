@@ -30,11 +30,13 @@ void BasicRows::Make(QWidget *parent, QGridLayout *grid, int row, Entry entry, i
     const EntryInfo &info = BasicSetup::Info(entry);
     EntryRow &made = rows_[std::size_t(entry)];
     const QString caption = QString::fromLatin1(info.caption);
-    made.label = MakeLabel(parent, caption, ControlName(info.label, info.index));
-    made.box = new EntryBox(parent, ControlName(info.control, info.index), info.maxLength);
+    made.label = MakeLabel(parent, caption, info.NameOf("Label"));
+    made.box = new EntryBox(parent, info.NameOf("Text"), info.maxLength);
     made.box->setText(setup_.Text(entry));
     made.box->setAccessibleName(caption);
-    made.unit = MakeLabel(parent, QString::fromLatin1(info.unit), ControlName(info.unitLabel, info.index));
+    made.unit = MakeLabel(parent, QString::fromLatin1(info.unit),
+                          info.unitLabel == nullptr ? info.NameOf("Label", "Units")
+                                                    : ControlName(info.unitLabel, info.index));
     grid->addWidget(made.label, row, column);
     grid->addWidget(made.box, row, column + 1);
     grid->addWidget(made.unit, row, column + 2);
@@ -62,7 +64,7 @@ void BasicRows::Reformat(Entry entry)
 {
     const EntryInfo &info = BasicSetup::Info(entry);
     const QString &text = setup_.Text(entry);
-    if (info.reformats && IsNumeric(text))
+    if (*info.preset != 0 && IsNumeric(text))
         SetText(entry, FormatEntry(text, setup_.Table().ParamTable[info.param].Attributes));
 }
 

@@ -1,9 +1,12 @@
 #include "wizards/basic/BasicSetup.h"
 
+#include "desktop/Form.h"
 #include "model/Conversions.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
 #include "platform/RuntimeFailure.h"
+
+#include <algorithm>
 
 namespace quorvik
 {
@@ -12,47 +15,28 @@ namespace
 {
 
 constexpr std::array<EntryInfo, EntryCount> Entries = {{
-    {"TextMotorData", 0, "LabelMotorData", "LabelUnits", "Current", "Armature Current", "Amps", "", 3, 123,
-     false},
-    {"TextMotorData", 1, "LabelMotorData", "LabelUnits", "Voltage", "Armature Voltage", "Volts", "", 5, 128,
-     false},
-    {"TextMotorData", 2, "LabelMotorData", "LabelUnits", "Base Speed", "Base Speed", "RPM", "", 4, 199,
-     false},
-    {"TextMotorData", 3, "LabelMotorData", "LabelUnits", "Base Speed Current", "Base Speed Field Current",
-     "Amps", "", 4, 339, false},
-    {"TextMotorData", 4, "LabelMotorData", "LabelUnits", "Top Speed Current", "Top Speed Field Current",
-     "Amps", "", 4, 339, false},
-    {"TextTachRating", -1, "LabelTachRating", "LabelTachUnits", "Tach Rating", "Tach Rating", "Volts/1000RPM",
-     "", 3, 0, false},
-    {"TextMaxSpeed", 0, "LabelMaxSpeed", "LabelMaxSpeedUnits", "Forward Max Speed", "Forward Max Speed",
-     "RPM", "", 4, 0, false},
-    {"TextMaxSpeed", 1, "LabelMaxSpeed", "LabelMaxSpeedUnits", "Reverse Max Speed", "Reverse Max Speed",
-     "RPM", "", 5, 0, false},
-    {"TextRef", 1, "LabelRef", "LabelRefUnits", "Reference 1", "Reference 1", "%", "0.00", 6, 218, true},
-    {"TextRef", 2, "LabelRef", "LabelRefUnits", "Reference 2", "Reference 2", "%", "0.00", 6, 219, true},
-    {"TextRef", 3, "LabelRef", "LabelRefUnits", "Reference 3", "Reference 3", "%", "0.00", 6, 220, true},
-    {"TextJogRef", -1, "LabelJogRef", "LabelJogRefUnits", "Jog Reference", "Jog Reference", "%", "5.00", 6,
-     221, true},
-    {"TextRunAccelDecel", 0, "LabelRunAccelDecel", "LabelRunAccelDecelUnits", "Forward Accel Time A", nullptr,
-     "Secs", "5.0", 5, 226, true},
-    {"TextRunAccelDecel", 1, "LabelRunAccelDecel", "LabelRunAccelDecelUnits", "Forward Decel Time A", nullptr,
-     "Secs", "5.0", 5, 227, true},
-    {"TextRunAccelDecel", 2, "LabelRunAccelDecel", "LabelRunAccelDecelUnits", "Reverse Accel Time A", nullptr,
-     "Secs", "5.0", 5, 228, true},
-    {"TextRunAccelDecel", 3, "LabelRunAccelDecel", "LabelRunAccelDecelUnits", "Reverse Decel Time A", nullptr,
-     "Secs", "5.0", 5, 229, true},
-    {"TextJogAccelDecel", 0, "LabelJogAccelDecel", "LabelJogAccelDecelUnits", "Forward Accel Time B", nullptr,
-     "Secs", "10.0", 5, 307, true},
-    {"TextJogAccelDecel", 1, "LabelJogAccelDecel", "LabelJogAccelDecelUnits", "Forward Decel Time B", nullptr,
-     "Secs", "10.0", 5, 308, true},
-    {"TextJogAccelDecel", 2, "LabelJogAccelDecel", "LabelJogAccelDecelUnits", "Reverse Accel Time B", nullptr,
-     "Secs", "10.0", 5, 309, true},
-    {"TextJogAccelDecel", 3, "LabelJogAccelDecel", "LabelJogAccelDecelUnits", "Reverse Decel Time B", nullptr,
-     "Secs", "10.0", 5, 310, true},
-    {"TextCurrentLimit", 0, "LabelCurrentLimit", "LabelCurrentLimitUnits", "Positive Current Limit", nullptr,
-     "%", "150.00", 6, 99, true},
-    {"TextCurrentLimit", 1, "LabelCurrentLimit", "LabelCurrentLimitUnits", "Negative Current Limit", nullptr,
-     "%", "-150.00", 7, 100, true},
+    {"MotorData", 0, "Current", "Armature Current", "Amps", "", 3, 123, "LabelUnits"},
+    {"MotorData", 1, "Voltage", "Armature Voltage", "Volts", "", 5, 128, "LabelUnits"},
+    {"MotorData", 2, "Base Speed", "Base Speed", "RPM", "", 4, 199, "LabelUnits"},
+    {"MotorData", 3, "Base Speed Current", "Base Speed Field Current", "Amps", "", 4, 339, "LabelUnits"},
+    {"MotorData", 4, "Top Speed Current", "Top Speed Field Current", "Amps", "", 4, 339, "LabelUnits"},
+    {"TachRating", -1, "Tach Rating", "Tach Rating", "Volts/1000RPM", "", 3, 0, "LabelTachUnits"},
+    {"MaxSpeed", 0, "Forward Max Speed", "Forward Max Speed", "RPM", "", 4, 0},
+    {"MaxSpeed", 1, "Reverse Max Speed", "Reverse Max Speed", "RPM", "", 5, 0},
+    {"Ref", 1, "Reference 1", "Reference 1", "%", "0.00", 6, 218},
+    {"Ref", 2, "Reference 2", "Reference 2", "%", "0.00", 6, 219},
+    {"Ref", 3, "Reference 3", "Reference 3", "%", "0.00", 6, 220},
+    {"JogRef", -1, "Jog Reference", "Jog Reference", "%", "5.00", 6, 221},
+    {"RunAccelDecel", 0, "Forward Accel Time A", nullptr, "Secs", "5.0", 5, 226},
+    {"RunAccelDecel", 1, "Forward Decel Time A", nullptr, "Secs", "5.0", 5, 227},
+    {"RunAccelDecel", 2, "Reverse Accel Time A", nullptr, "Secs", "5.0", 5, 228},
+    {"RunAccelDecel", 3, "Reverse Decel Time A", nullptr, "Secs", "5.0", 5, 229},
+    {"JogAccelDecel", 0, "Forward Accel Time B", nullptr, "Secs", "10.0", 5, 307},
+    {"JogAccelDecel", 1, "Forward Decel Time B", nullptr, "Secs", "10.0", 5, 308},
+    {"JogAccelDecel", 2, "Reverse Accel Time B", nullptr, "Secs", "10.0", 5, 309},
+    {"JogAccelDecel", 3, "Reverse Decel Time B", nullptr, "Secs", "10.0", 5, 310},
+    {"CurrentLimit", 0, "Positive Current Limit", nullptr, "%", "150.00", 6, 99},
+    {"CurrentLimit", 1, "Negative Current Limit", nullptr, "%", "-150.00", 7, 100},
 }};
 
 enum class When : std::uint8_t { Always, CrossoverOnly, VelocityModes };
@@ -73,21 +57,21 @@ enum class Value : std::uint8_t {
 };
 
 struct CommitRow {
-    int param;
+    int param; ///< 0 for the one of each entry
     Value value;
     Entry entry = Entry::Count;
     When when = When::Always;
+    Entry last = {}; ///< where several entries follow each other
 };
 
 constexpr CommitRow CommitRows[] = {
-    {123, Value::Text, Entry::ArmatureCurrent},
-    {128, Value::Text, Entry::ArmatureVoltage},
-    {339, Value::FieldPercent, Entry::BaseFieldCurrent},
+    {0, Value::Text, Entry::ArmatureCurrent, When::Always, Entry::ArmatureVoltage},
+    {0, Value::FieldPercent, Entry::BaseFieldCurrent},
     {104, Value::Zero},
     {329, Value::Zero},
     {331, Value::ShuntField},
     {125, Value::Text, Entry::RatedSpeed},
-    {199, Value::Text, Entry::RatedSpeed},
+    {0, Value::Text, Entry::RatedSpeed},
     {109, Value::Zero},
     {110, Value::TorqueMode},
     // No mode clears an earlier field crossover: that stays the block windows' business.
@@ -99,22 +83,10 @@ constexpr CommitRow CommitRows[] = {
     {124, Value::EncoderLines, Entry::Count, When::VelocityModes},
     {190, Value::SpeedPercent, Entry::ForwardMaxSpeed, When::VelocityModes},
     {191, Value::SpeedPercent, Entry::ReverseMaxSpeed, When::VelocityModes},
-    {218, Value::Text, Entry::Ref1},
-    {219, Value::Text, Entry::Ref2},
-    {220, Value::Text, Entry::Ref3},
-    {221, Value::Text, Entry::JogRef},
-    {226, Value::Text, Entry::RunForwardAccel},
-    {227, Value::Text, Entry::RunForwardDecel},
-    {228, Value::Text, Entry::RunReverseAccel},
-    {229, Value::Text, Entry::RunReverseDecel},
-    {307, Value::Text, Entry::JogForwardAccel},
-    {308, Value::Text, Entry::JogForwardDecel},
-    {309, Value::Text, Entry::JogReverseAccel},
-    {310, Value::Text, Entry::JogReverseDecel},
+    {0, Value::Text, Entry::Ref1, When::Always, Entry::JogReverseDecel},
     {245, Value::TwoWire},
     {232, Value::StopMode},
-    {99, Value::Text, Entry::PositiveLimit},
-    {100, Value::Text, Entry::NegativeLimit},
+    {0, Value::Text, Entry::PositiveLimit, When::Always, Entry::NegativeLimit},
 };
 
 bool Applies(When when, int operatingMode)
@@ -137,6 +109,11 @@ BasicSetup::BasicSetup(Model &model)
 {
     for (std::size_t i = 0; i < texts_.size(); ++i)
         texts_[i] = QString::fromLatin1(Entries[i].preset);
+}
+
+QString EntryInfo::NameOf(const char *before, const char *after) const
+{
+    return ControlName(QByteArray(before) + control + after, index);
 }
 
 const EntryInfo &BasicSetup::Info(Entry entry)
@@ -238,19 +215,19 @@ std::int32_t BasicSetup::FieldPercentRaw(const Model &table, Entry entry, int p)
 WritePlan BasicSetup::Plan() const
 {
     WriteRehearsal rehearsal(model_);
-    const auto valueOf = [&](const CommitRow &row) -> std::int32_t {
+    const auto valueOf = [&](Value value, Entry entry, int p) -> std::int32_t {
         const Model &table = rehearsal.Table();
-        switch (row.value) {
+        switch (value) {
         case Value::Zero:
             return 0;
         case Value::One:
             return 1;
         case Value::Text:
-            return EntryRaw(table, row.entry, row.param);
+            return EntryRaw(table, entry, p);
         case Value::FieldPercent:
-            return FieldPercentRaw(table, row.entry, row.param);
+            return FieldPercentRaw(table, entry, p);
         case Value::SpeedPercent:
-            return PercentRaw(table, row.entry, CDbl(Text(Entry::RatedSpeed)), row.param);
+            return PercentRaw(table, entry, CDbl(Text(Entry::RatedSpeed)), p);
         case Value::ShuntField:
             return fieldType == Shunt ? 1 : 0;
         case Value::TorqueMode:
@@ -273,11 +250,14 @@ WritePlan BasicSetup::Plan() const
     for (const CommitRow &row : CommitRows) {
         if (!Applies(row.when, operatingMode))
             continue;
-        // Nobody could correct it any more, so the parameter keeps what it has.
-        if (!IsAsked(row.entry) && !IsAcceptable(rehearsal.Table(), row.entry, row.param))
-            continue;
-        const QString name = row.entry == Entry::Count ? model_.ParamTable[row.param].Name : Name(row.entry);
-        rehearsal.Write(row.param, ConvertEntry(name, [&] { return valueOf(row); }));
+        for (Entry entry = row.entry; entry <= std::max(row.entry, row.last); entry = EntryAt(entry, 1)) {
+            const int p = row.param != 0 ? row.param : Info(entry).param;
+            // Nobody could correct it any more, so the parameter keeps what it has.
+            if (!IsAsked(entry) && !IsAcceptable(rehearsal.Table(), entry, p))
+                continue;
+            const QString name = entry == Entry::Count ? model_.ParamTable[p].Name : Name(entry);
+            rehearsal.Write(p, ConvertEntry(name, [&] { return valueOf(row.value, entry, p); }));
+        }
     }
     if (saveInDrive && IsOnline())
         rehearsal.SaveInDrive();

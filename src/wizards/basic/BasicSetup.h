@@ -45,17 +45,18 @@ constexpr Entry EntryAt(Entry first, int offset)
 
 /** A row of the table of typed answers. */
 struct EntryInfo {
-    const char *control;   ///< name of the text box
-    int index;             ///< its index, -1 for none
-    const char *label;     ///< name of the caption beside it
-    const char *unitLabel; ///< name of the unit after it
+    const char *control; ///< of the names of its text box and of the labels before and after it
+    int index;           ///< theirs, -1 for none
     const char *caption;
     const char *name; ///< what messages call it; null for the parameter's own name
     const char *unit;
-    const char *preset;
+    const char *preset; ///< one that has it gets the parameter's decimals when it is left
     int maxLength;
-    int param;      ///< what it is checked and converted as, 0 for none
-    bool reformats; ///< gets the parameter's decimals when it is left
+    int param;                       ///< what it is checked and converted as, 0 for none
+    const char *unitLabel = nullptr; ///< where the unit's label is not named after the text box
+
+    /** The name of one of its controls, as in "Text" + control + "(index)". */
+    QString NameOf(const char *before, const char *after = "") const;
 };
 
 enum OperatingMode { StandardVelocity = 0, FieldCrossover = 1, Torque = 2 };
