@@ -5,7 +5,6 @@
 #include "wizards/basic/DrivePages.h"
 #include "wizards/basic/RunPages.h"
 #include "wizards/frame/EntryBox.h"
-#include "wizards/frame/FinishPage.h"
 #include "wizards/frame/IntroPage.h"
 #include "wizards/frame/PageRow.h"
 
@@ -74,13 +73,11 @@ FormWizardBasic::FormWizardBasic(Desk &desk, QWidget *owner)
                                     new WizardPicture(nullptr, QStringLiteral("A drive and its motor"),
                                                       [] { return PictureFile{"basic-intro"}; }),
                                     IntroTexts());
-    auto *finishPage =
-        new FinishPage(this, desk.model.PortOpen(), QStringLiteral("Save Parameters in Drive"));
     ConnectChoices();
     ChooseDefaults();
     StackPages({introPage, modelPage_, modePage_, motorPage_, feedbackPage_, maxSpeedPage_, referencesPage_,
-                accelDecelPage_, startStopPage_, limitsPage_, finishPage},
-               finishPage);
+                accelDecelPage_, startStopPage_, limitsPage_},
+               QStringLiteral("Save Parameters in Drive"));
 }
 
 FormWizardBasic::~FormWizardBasic()

@@ -52,8 +52,9 @@ void LineAccelDecel::paintEvent(QPaintEvent *)
 }
 
 SpeedProfile::SpeedProfile(QWidget *parent)
-    : WizardPicture(parent, QStringLiteral("Speed over time with its accel and decel ramps"),
-                    [this](QPainter &painter, const Ink &ink) { DrawGround(painter, ink); })
+    : WizardPicture(parent, QStringLiteral("Speed over time with its accel and decel ramps"), [this] {
+        return PictureFile{"speed-profile", showsReverse_ ? "reverse" : ""};
+    })
 {
     for (int i = 0; i < LineCount; ++i)
         lines_[std::size_t(i)] = new LineAccelDecel(this, i);
@@ -88,25 +89,6 @@ void SpeedProfile::resizeEvent(QResizeEvent *)
         const QRectF box = QRectF(line.p1(), line.p2()).normalized();
         const QRectF placed(Origin() + box.topLeft() * Unit(), box.size() * Unit());
         lines_[std::size_t(i)]->setGeometry(placed.adjusted(0, -pad, 0, pad).toRect());
-    }
-}
-
-void SpeedProfile::DrawGround(QPainter &painter, const Ink &ink) const
-{
-    UsePen(painter, ink.faint, 1.2);
-    DrawArrow(painter, {20, Standstill}, {212, Standstill});
-    painter.drawLine(QPointF(20, showsReverse_ ? 300 : Standstill), QPointF(20, 68));
-    DrawArrow(painter, {20, 80}, {20, 60});
-    painter.setPen(ink.line);
-    DrawCaptionRight(painter, {28, 64}, QStringLiteral("Speed"));
-    DrawCaption(painter, {198, Standstill - 12}, QStringLiteral("Time"));
-    DrawCaption(painter, {67, Forward - 12}, QStringLiteral("Forward"));
-    DrawCaption(painter, {52, 150}, QStringLiteral("Accel"));
-    DrawCaption(painter, {116, 130}, QStringLiteral("Decel"));
-    if (showsReverse_) {
-        DrawCaption(painter, {160, Reverse + 14}, QStringLiteral("Reverse"));
-        DrawCaption(painter, {108, 240}, QStringLiteral("Accel"));
-        DrawCaption(painter, {164, 220}, QStringLiteral("Decel"));
     }
 }
 

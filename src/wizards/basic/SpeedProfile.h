@@ -54,8 +54,6 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void DrawGround(QPainter &painter, const Ink &ink) const;
-
     std::array<LineAccelDecel *, LineCount> lines_{};
     bool showsReverse_ = true;
 };

@@ -110,18 +110,19 @@ void WizardForm::OrderTabs()
     }
 }
 
-void WizardForm::StackPages(const std::array<WizardPage *, LastStep + 1> &pages, FinishPage *finishPage)
+void WizardForm::StackPages(QList<WizardPage *> pages, const QString &saveCaption)
 {
-    finishPage_ = finishPage;
+    finishPage_ = new FinishPage(this, openedOnline_, saveCaption);
+    pages.append(finishPage_);
     for (int step = 0; step <= LastStep; ++step) {
-        WizardPage *page = pages[std::size_t(step)];
+        WizardPage *page = pages.at(step);
         page->setObjectName(ControlName("FrameStep", step));
         page->setEnabled(false);
         stack_->addWidget(page);
         FitPage(step);
     }
     OrderTabs();
-    On(finishPage, &FinishPage::SaveToggled, this, [this] { ShowPlan(); });
+    On(finishPage_, &FinishPage::SaveToggled, this, [this] { ShowPlan(); });
     SetStep(0);
 }
 

@@ -38,9 +38,11 @@ protected:
 
     WizardForm(Desk &desk, QWidget *owner, const QString &name, const QString &caption, const Topics &topics);
 
-    /** Stacks the pages FrameStep(0) to FrameStep(10), the last of which is the Finish page, and shows the
-     * first one. */
-    void StackPages(const std::array<WizardPage *, LastStep + 1> &pages, FinishPage *finishPage);
+    /**
+     * Stacks the pages FrameStep(0) to FrameStep(9) and the Finish page, and shows the first one.
+     * @param saveCaption of CheckSaveDriveParameters.
+     */
+    void StackPages(QList<WizardPage *> pages, const QString &saveCaption);
     void SetStep(int step);
     /** Destroys the pages. A Mentor's destructor calls it, for its answers go before a window's children do,
      * and a text box that loses the focus on its way out still reaches for them. */

@@ -4,7 +4,6 @@
 #include "platform/Arithmetic.h"
 #include "platform/Guard.h"
 #include "platform/Numbers.h"
-#include "wizards/frame/FinishPage.h"
 #include "wizards/frame/IntroPage.h"
 #include "wizards/frame/PageRow.h"
 #include "wizards/io/CalibrationPage.h"
@@ -80,8 +79,6 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
                        QStringLiteral("This Mentor (Wizard) will help you setup the Sarvex I/O."),
                        QStringLiteral("You can press Back at any time to change your selections."), QString(),
                        QStringLiteral("Please click Next to begin.")});
-    auto *finishPage =
-        new FinishPage(this, desk.model.PortOpen(), QStringLiteral("&Save Parameters in Drive"));
     outputValuesPage_->Reformat = [this](const QString &text) {
         return FormatFixed(CDbl(text), setup_.outputType == AnalogOutput ? 2 : 0);
     };
@@ -89,8 +86,8 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
     ConnectOutputChoices();
     ChooseDefaults();
     StackPages({introPage, branchPage_, inputPage_, destinationPage_, typePage_, calibrationPage_,
-                inputValuesPage_, outputPage_, sourcePage_, outputValuesPage_, finishPage},
-               finishPage);
+                inputValuesPage_, outputPage_, sourcePage_, outputValuesPage_},
+               QStringLiteral("&Save Parameters in Drive"));
 }
 
 FormWizardIO::~FormWizardIO()
