@@ -7,6 +7,7 @@
 #include "wizards/io/FormWizardIO.h"
 
 #include <QGuiApplication>
+#include <QScopeGuard>
 #include <memory>
 
 namespace quorvik
@@ -15,18 +16,10 @@ namespace quorvik
 namespace
 {
 
-class Hourglass
-{
-public:
-    Hourglass() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~Hourglass() { QGuiApplication::restoreOverrideCursor(); }
-    Hourglass(const Hourglass &) = delete;
-    Hourglass &operator=(const Hourglass &) = delete;
-};
-
 template<typename Window> std::unique_ptr<Window> Build(Desk &desk, DriveLink &link, QWidget *owner)
 {
-    const Hourglass hourglass;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto restore = qScopeGuard(QGuiApplication::restoreOverrideCursor);
     auto form = std::make_unique<Window>(desk, owner);
     form->Follow(link);
     return form;

@@ -6,7 +6,6 @@
 #include "wizards/basic/RunPages.h"
 #include "wizards/frame/EntryBox.h"
 #include "wizards/frame/IntroPage.h"
-#include "wizards/frame/PageRow.h"
 
 #include <QLabel>
 
@@ -49,15 +48,14 @@ QStringList IntroTexts()
 } // namespace
 
 FormWizardBasic::FormWizardBasic(Desk &desk, QWidget *owner)
-    : WizardForm(desk, owner, QStringLiteral("FormWizardBasic"), QStringLiteral("Quorvik Basic Setup Mentor"),
+    : MentorForm(desk, owner, QStringLiteral("FormWizardBasic"), QStringLiteral("Quorvik Basic Setup Mentor"),
                  {"Basic Setup Mentor Introduction.htm", "Basic Setup Mentor Verify Drive Model.htm",
                   "Basic Setup Mentor Operating Mode.htm", "Basic Setup Mentor Motor Data.htm",
                   "Basic Setup Mentor Velocity Feedback.htm", "Basic Setup Mentor Max Speeds.htm",
                   "Basic Setup Mentor Internal References.htm", "Basic Setup Mentor Accel Decel.htm",
                   "Basic Setup Mentor Start Stop Options.htm", "Basic Setup Mentor Current Limits.htm",
-                  "Basic Setup Mentor Finished.htm"})
-    , setup_(desk.model)
-    , checks_(setup_, desk.rules, desk.asker)
+                  "Basic Setup Mentor Finished.htm"},
+                 NextRows, BackRows)
     , rows_(setup_)
     , modelPage_(new ModelPage(this, setup_))
     , modePage_(new OperatingModePage(this, setup_))
@@ -78,11 +76,6 @@ FormWizardBasic::FormWizardBasic(Desk &desk, QWidget *owner)
     StackPages({introPage, modelPage_, modePage_, motorPage_, feedbackPage_, maxSpeedPage_, referencesPage_,
                 accelDecelPage_, startStopPage_, limitsPage_},
                QStringLiteral("Save Parameters in Drive"));
-}
-
-FormWizardBasic::~FormWizardBasic()
-{
-    DropPages();
 }
 
 void FormWizardBasic::ConnectChoices()
@@ -219,33 +212,12 @@ void FormWizardBasic::ApplyDriveType()
     maxSpeedPage_->EnableMaxSpeeds(maxSpeedPage_->OptionMaxSpeed->Chosen() != 0);
 }
 
-PageCheck FormWizardBasic::CheckStep(int step)
-{
-    return checks_.ValidateStep(step);
-}
-
 int FormWizardBasic::NextStep(int step)
 {
     constexpr int motorData = 3;
     if (step == motorData)
         ApplyDriveType();
-    return FollowRows(NextRows, setup_, step, step + 1);
-}
-
-int FormWizardBasic::PreviousStep(int step) const
-{
-    return FollowRows(BackRows, setup_, step, step - 1);
-}
-
-WritePlan FormWizardBasic::MakePlan(bool saveInDrive)
-{
-    setup_.saveInDrive = saveInDrive;
-    return setup_.Plan();
-}
-
-WritePlan FormWizardBasic::WriteSetup()
-{
-    return setup_.WriteBasicSetup();
+    return MentorForm::NextStep(step);
 }
 
 void FormWizardBasic::ShowReminder()

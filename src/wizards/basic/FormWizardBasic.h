@@ -2,7 +2,7 @@
 
 #include "wizards/basic/BasicChecks.h"
 #include "wizards/basic/BasicRows.h"
-#include "wizards/frame/WizardForm.h"
+#include "wizards/frame/MentorForm.h"
 
 namespace quorvik
 {
@@ -18,23 +18,19 @@ class ReferencesPage;
 class StartStopPage;
 
 /** The Basic Setup Mentor: leads through a first set-up of drive and motor. */
-class FormWizardBasic : public WizardForm
+class FormWizardBasic : public MentorForm<BasicSetup, BasicChecks>
 {
     Q_OBJECT
 
 public:
     FormWizardBasic(Desk &desk, QWidget *owner);
-    ~FormWizardBasic() override;
 
     /** CommandChangeModel: shows the modal choice of a drive model. Filled in by whoever opens the window. */
     std::function<void()> ChangeModel;
 
 protected:
-    PageCheck CheckStep(int step) override;
     int NextStep(int step) override;
-    int PreviousStep(int step) const override;
-    WritePlan MakePlan(bool saveInDrive) override;
-    WritePlan WriteSetup() override;
+    WritePlan WriteSetup() override { return setup_.WriteBasicSetup(); }
     void ShowReminder() override;
 
 private:
@@ -51,8 +47,6 @@ private:
     void EnableJog(bool enable);
     void ApplyDriveType();
 
-    BasicSetup setup_;
-    BasicChecks checks_;
     BasicRows rows_;
     ModelPage *modelPage_;
     OperatingModePage *modePage_;

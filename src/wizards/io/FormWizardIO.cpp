@@ -5,7 +5,6 @@
 #include "platform/Guard.h"
 #include "platform/Numbers.h"
 #include "wizards/frame/IntroPage.h"
-#include "wizards/frame/PageRow.h"
 #include "wizards/io/CalibrationPage.h"
 #include "wizards/io/IOPictures.h"
 #include "wizards/io/SelectPages.h"
@@ -41,14 +40,13 @@ constexpr int CalibrationStep = 5;
 } // namespace
 
 FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
-    : WizardForm(desk, owner, QStringLiteral("FormWizardIO"), QStringLiteral("Quorvik I/O Mentor"),
+    : MentorForm(desk, owner, QStringLiteral("FormWizardIO"), QStringLiteral("Quorvik I/O Mentor"),
                  {"IO Mentor Introduction.htm", "IO Mentor Select IO.htm", "IO Mentor Select Input.htm",
                   "IO Mentor Select Destination.htm", "IO Mentor Select Type and Polarity.htm",
                   "IO Mentor Calibrate Input.htm", "IO Mentor Set Input Bias and Gain.htm",
                   "IO Mentor Select Output.htm", "IO Mentor Select Source.htm",
-                  "IO Mentor Set Output Bias and Gain.htm", "IO Mentor Finished.htm"})
-    , setup_(desk.model)
-    , checks_(setup_, desk.rules, desk.asker)
+                  "IO Mentor Set Output Bias and Gain.htm", "IO Mentor Finished.htm"},
+                 NextRows, BackRows)
     , branchPage_(new BranchPage(this, setup_))
     , inputPage_(new InputPage(this, setup_))
     , destinationPage_(new ParameterPage(
@@ -88,11 +86,6 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
     StackPages({introPage, branchPage_, inputPage_, destinationPage_, typePage_, calibrationPage_,
                 inputValuesPage_, outputPage_, sourcePage_, outputValuesPage_},
                QStringLiteral("&Save Parameters in Drive"));
-}
-
-FormWizardIO::~FormWizardIO()
-{
-    DropPages();
 }
 
 void FormWizardIO::ConnectInputChoices()
@@ -244,21 +237,6 @@ void FormWizardIO::UpdateOutputBiasGainPage()
     outputValuesPage_->Show(setup_.OutputValuesView());
 }
 
-PageCheck FormWizardIO::CheckStep(int step)
-{
-    return checks_.ValidateStep(step);
-}
-
-int FormWizardIO::NextStep(int step)
-{
-    return FollowRows(NextRows, setup_, step, step + 1);
-}
-
-int FormWizardIO::PreviousStep(int step) const
-{
-    return FollowRows(BackRows, setup_, step, step - 1);
-}
-
 void FormWizardIO::LeaveStep(int step)
 {
     if (step == CalibrationStep)
@@ -274,17 +252,6 @@ void FormWizardIO::EnterStep(int step)
 void FormWizardIO::FollowLink(bool gone)
 {
     calibrationPage_->FollowLink(gone);
-}
-
-WritePlan FormWizardIO::MakePlan(bool saveInDrive)
-{
-    setup_.saveInDrive = saveInDrive;
-    return setup_.Plan();
-}
-
-WritePlan FormWizardIO::WriteSetup()
-{
-    return setup_.WriteIOSetup();
 }
 
 } // namespace quorvik

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "wizards/frame/WizardForm.h"
+#include "wizards/frame/MentorForm.h"
 #include "wizards/io/IOChecks.h"
 #include "wizards/io/IOSetup.h"
 
@@ -16,23 +16,18 @@ class ParameterPage;
 class ValuesPage;
 
 /** The I/O Mentor: sets up one input or one output, opening on the one that Model::WizardIOStart names. */
-class FormWizardIO : public WizardForm
+class FormWizardIO : public MentorForm<IOSetup, IOChecks>
 {
     Q_OBJECT
 
 public:
     FormWizardIO(Desk &desk, QWidget *owner);
-    ~FormWizardIO() override;
 
 protected:
-    PageCheck CheckStep(int step) override;
-    int NextStep(int step) override;
-    int PreviousStep(int step) const override;
     void LeaveStep(int step) override;
     void EnterStep(int step) override;
     void FollowLink(bool gone) override;
-    WritePlan MakePlan(bool saveInDrive) override;
-    WritePlan WriteSetup() override;
+    WritePlan WriteSetup() override { return setup_.WriteIOSetup(); }
 
 private:
     void ConnectInputChoices();
@@ -52,8 +47,6 @@ private:
     void UpdateOutputBiasGainTags();
     void UpdateOutputBiasGainPage();
 
-    IOSetup setup_;
-    IOChecks checks_;
     BranchPage *branchPage_;
     InputPage *inputPage_;
     ParameterPage *destinationPage_;

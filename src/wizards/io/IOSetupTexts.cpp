@@ -12,58 +12,47 @@ namespace
 
 struct ValuesText {
     const char *intro;
-    const char *before; ///< of the parameter's name
-    const char *after0;
-    const char *after1;
-    const char *caption0;
-    const char *caption1;
+    const char *instructions[2]; ///< of the parameter %1
+    const char *captions[2];
 };
 
 constexpr ValuesText DigitalInputText = {"Set Open and Closed Values.",
-                                         "What value do you wish ",
-                                         " to have when the input is open?",
-                                         " to have when the input is closed?",
-                                         "Open Value",
-                                         "Closed Value"};
+                                         {"What value do you wish %1 to have when the input is open?",
+                                          "What value do you wish %1 to have when the input is closed?"},
+                                         {"Open Value", "Closed Value"}};
 constexpr ValuesText ScaledInputText = {"Set Bias and Gain.",
-                                        "What value do you wish ",
-                                        " to have when the input is at 0%?",
-                                        " to have when the input is at 100%?",
-                                        "Bias",
-                                        "Gain"};
-constexpr ValuesText AnalogOutputText = {"Set Bias and Gain.",
-                                         "Enter the desired output voltage level when the ",
-                                         " parameter is at zero.",
-                                         " parameter is at 100%.",
-                                         "Bias",
-                                         "Gain"};
-constexpr ValuesText FrequencyOutputText = {"Set Bias and Gain.",
-                                            "Enter the desired output frequency level when the ",
-                                            " parameter is at zero.",
-                                            " parameter is at 100%.",
-                                            "Bias",
-                                            "Gain"};
-constexpr ValuesText DigitalOutputText = {"Set On and Off Values.",
-                                          "Enter the value that the ",
-                                          " parameter must reach to turn on the digital output.",
-                                          " parameter must reach to turn off the digital output.",
-                                          "On Value",
-                                          "Off Value"};
-constexpr ValuesText RelayText = {"Set On and Off Values.",
-                                  "Enter the value that the ",
-                                  " parameter must reach to turn on the relay output.",
-                                  " parameter must reach to turn off the relay output.",
-                                  "On Value",
-                                  "Off Value"};
+                                        {"What value do you wish %1 to have when the input is at 0%?",
+                                         "What value do you wish %1 to have when the input is at 100%?"},
+                                        {"Bias", "Gain"}};
+constexpr ValuesText AnalogOutputText = {
+    "Set Bias and Gain.",
+    {"Enter the desired output voltage level when the %1 parameter is at zero.",
+     "Enter the desired output voltage level when the %1 parameter is at 100%."},
+    {"Bias", "Gain"}};
+constexpr ValuesText FrequencyOutputText = {
+    "Set Bias and Gain.",
+    {"Enter the desired output frequency level when the %1 parameter is at zero.",
+     "Enter the desired output frequency level when the %1 parameter is at 100%."},
+    {"Bias", "Gain"}};
+constexpr ValuesText DigitalOutputText = {
+    "Set On and Off Values.",
+    {"Enter the value that the %1 parameter must reach to turn on the digital output.",
+     "Enter the value that the %1 parameter must reach to turn off the digital output."},
+    {"On Value", "Off Value"}};
+constexpr ValuesText RelayText = {
+    "Set On and Off Values.",
+    {"Enter the value that the %1 parameter must reach to turn on the relay output.",
+     "Enter the value that the %1 parameter must reach to turn off the relay output."},
+    {"On Value", "Off Value"}};
 
 ValuesView ViewOf(const ValuesText &texts, const QString &name)
 {
-    const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
     ValuesView view;
-    view.intro = text(texts.intro);
-    view.instructions = {text(texts.before) + name + text(texts.after0),
-                         text(texts.before) + name + text(texts.after1)};
-    view.captions = {text(texts.caption0), text(texts.caption1)};
+    view.intro = QString::fromLatin1(texts.intro);
+    for (std::size_t i = 0; i < 2; ++i) {
+        view.instructions[i] = QString::fromLatin1(texts.instructions[i]).arg(name);
+        view.captions[i] = QString::fromLatin1(texts.captions[i]);
+    }
     return view;
 }
 
