@@ -3,8 +3,6 @@
 #include "model/TextTables.h"
 #include "platform/Numbers.h"
 
-#include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
 
@@ -17,6 +15,11 @@ namespace
 QString OrDash(const QString &text)
 {
     return text.isEmpty() ? QStringLiteral("--") : text;
+}
+
+QString Number(double value)
+{
+    return QString::number(value, 'f', 2);
 }
 
 } // namespace
@@ -61,45 +64,27 @@ PictureFile FeedbackPicture(const BasicSetup &setup, const TachJumpers &jumpers)
     return picture;
 }
 
-void DrawMaxSpeed(QPainter &painter, const Ink &ink, const BasicSetup &setup)
+PictureFile MaxSpeedPicture(const BasicSetup &setup)
 {
-    // A dial from full reverse, or standstill where the drive has no reverse, to full forward on the right.
+    // The needle stands upright in the middle of an arc of 220 degrees, which begins at full reverse, or at
+    // standstill where the drive has no reverse.
     const bool regenerative = setup.Table().IsRegenerative();
-    const auto angleOf = [&](double share) { return regenerative ? 90 - share * 110 : 200 - share * 220; };
-    const QPointF centre(110, 190);
-    constexpr qreal radius = 82;
-    const QRectF circle(centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius);
-    UsePen(painter, ink.faint, 10);
-    painter.drawArc(circle, 200 * 16, -220 * 16);
-
     const double rated = ParseNumber(setup.Text(Entry::RatedSpeed)).value_or(0);
-    const auto share = [&](Entry entry) {
+    const auto turnFor = [&](Entry entry) {
         const double speed = ParseNumber(setup.Text(entry)).value_or(0);
-        return rated > 0 ? std::clamp(speed / rated, -1.0, 1.0) : 0.0;
+        const double share = rated > 0 ? std::clamp(speed / rated, regenerative ? -1.0 : 0.0, 1.0) : 0.0;
+        return regenerative ? share * 110 : share * 220 - 110;
     };
-    const double forward = share(Entry::ForwardMaxSpeed);
-    const double reverse = regenerative ? share(Entry::ReverseMaxSpeed) : 0.0;
-    UsePen(painter, ink.accent, 10);
-    painter.drawArc(circle, int(angleOf(reverse) * 16), int((angleOf(forward) - angleOf(reverse)) * 16));
-
-    UsePen(painter, ink.line, 1.4);
-    for (int mark = -4; mark <= 4; ++mark) {
-        const double angle = (90 - mark * 27.5) * M_PI / 180;
-        const QPointF along(std::cos(angle), -std::sin(angle));
-        painter.drawLine(centre + along * (radius - 12), centre + along * (radius - 20));
-    }
-    const double angle = angleOf(forward) * M_PI / 180;
-    UsePen(painter, ink.line, 3);
-    painter.drawLine(centre, centre + QPointF(std::cos(angle), -std::sin(angle)) * (radius - 24));
-    painter.setBrush(ink.line);
-    painter.drawEllipse(centre, 5, 5);
-    if (regenerative) {
-        DrawCaption(painter, {50, 248}, QStringLiteral("Reverse"), 11);
-        DrawCaption(painter, {50, 266}, OrDash(setup.Text(Entry::ReverseMaxSpeed)), 13, true);
-    }
-    DrawCaption(painter, {170, 248}, QStringLiteral("Forward"), 11);
-    DrawCaption(painter, {170, 266}, OrDash(setup.Text(Entry::ForwardMaxSpeed)), 13, true);
-    DrawCaption(painter, {110, 286}, QStringLiteral("RPM"), 11);
+    const double forward = turnFor(Entry::ForwardMaxSpeed);
+    const double reverse = regenerative ? turnFor(Entry::ReverseMaxSpeed) : -110;
+    constexpr double unitsPerDegree = 82 * M_PI / 180;
+    return {"max-speed",
+            regenerative ? "regenerative" : "",
+            {{"start", Number((std::min(forward, reverse) + 110) * unitsPerDegree)},
+             {"length", Number(std::abs(forward - reverse) * unitsPerDegree)},
+             {"turn", Number(forward)},
+             {"forward", OrDash(setup.Text(Entry::ForwardMaxSpeed))},
+             {"reverse", OrDash(setup.Text(Entry::ReverseMaxSpeed))}}};
 }
 
 PictureFile ReferencesPicture(const BasicSetup &setup)
@@ -116,41 +101,28 @@ PictureFile StartStopPicture(const BasicSetup &setup)
     return {"start-stop", setup.startStopLogic == TwoWire ? "two-wire" : "three-wire"};
 }
 
-void DrawCurrentLimits(QPainter &painter, const Ink &ink, const BasicSetup &setup)
+PictureFile CurrentLimitsPicture(const BasicSetup &setup)
 {
     const bool regenerative = setup.Table().IsRegenerative();
-    constexpr qreal zero = 180;
-    UsePen(painter, ink.line, 1.4);
-    DrawArrow(painter, {20, zero}, {208, zero});
-    DrawArrow(painter, {20, zero}, {20, 60});
-    if (regenerative)
-        painter.drawLine(QPointF(20, zero), QPointF(20, 295));
-    painter.setPen(ink.line);
-    DrawCaption(painter, {120, 66}, QStringLiteral("Armature Current"), 11);
-
+    constexpr double zero = 180;
     const auto level = [&](Entry entry) {
         return zero - std::clamp(ParseNumber(setup.Text(entry)).value_or(0), -200.0, 200.0) * 0.45;
     };
-    const qreal top = level(Entry::PositiveLimit);
-    const qreal bottom = regenerative ? level(Entry::NegativeLimit) : zero;
-    UseShape(painter, Qt::transparent, QColor(ink.accent.red(), ink.accent.green(), ink.accent.blue(), 50));
-    painter.drawRect(QRectF(QPointF(20, top), QPointF(200, bottom)));
-    UsePen(painter, ink.accent, 3);
-    painter.drawLine(QPointF(20, top), QPointF(200, top));
-    if (regenerative)
-        painter.drawLine(QPointF(20, bottom), QPointF(200, bottom));
-
-    QPainterPath current(QPointF(24, zero));
+    const double top = level(Entry::PositiveLimit);
+    const double bottom = regenerative ? level(Entry::NegativeLimit) : zero;
+    QString current;
     for (int x = 24; x <= 198; x += 2) {
-        const qreal wanted = zero - 118 * std::sin((x - 24) / 174.0 * 2 * M_PI);
-        current.lineTo(x, std::clamp(wanted, std::min(top, bottom), std::max(top, bottom)));
+        const double wanted = zero - 118 * std::sin((x - 24) / 174.0 * 2 * M_PI);
+        current += QStringLiteral("%1,%2 ").arg(x).arg(
+            std::clamp(wanted, std::min(top, bottom), std::max(top, bottom)));
     }
-    UsePen(painter, ink.line, 2);
-    painter.drawPath(current);
-    DrawCaption(painter, {160, top - 12}, setup.Text(Entry::PositiveLimit) + QStringLiteral(" %"), 12, true);
-    if (regenerative)
-        DrawCaption(painter, {70, bottom + 12}, setup.Text(Entry::NegativeLimit) + QStringLiteral(" %"), 12,
-                    true);
+    return {"current-limits",
+            regenerative ? "regenerative" : "",
+            {{"top", Number(top)},
+             {"bottom", Number(bottom)},
+             {"current", current},
+             {"positive", setup.Text(Entry::PositiveLimit)},
+             {"negative", setup.Text(Entry::NegativeLimit)}}};
 }
 
 } // namespace quorvik

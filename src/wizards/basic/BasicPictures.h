@@ -12,9 +12,9 @@ PictureFile OperatingModePicture(const BasicSetup &setup);
 PictureFile NameplatePicture(const BasicSetup &setup);
 /** The jumpers stand as they sit on the board with their present values. */
 PictureFile FeedbackPicture(const BasicSetup &setup, const TachJumpers &jumpers);
-void DrawMaxSpeed(QPainter &painter, const Ink &ink, const BasicSetup &setup);
+PictureFile MaxSpeedPicture(const BasicSetup &setup);
 PictureFile ReferencesPicture(const BasicSetup &setup);
 PictureFile StartStopPicture(const BasicSetup &setup);
-void DrawCurrentLimits(QPainter &painter, const Ink &ink, const BasicSetup &setup);
+PictureFile CurrentLimitsPicture(const BasicSetup &setup);
 
 } // namespace quorvik

@@ -19,7 +19,7 @@ namespace quorvik
 {
 
 MaxSpeedPage::MaxSpeedPage(QWidget *parent, const BasicSetup &setup, BasicRows &rows)
-    : WizardPage(parent, MakePicture(QStringLiteral("A speed dial"), setup, DrawMaxSpeed))
+    : WizardPage(parent, MakePicture(QStringLiteral("A speed dial"), setup, MaxSpeedPicture))
     , OptionMaxSpeed(new OptionGroup(
           this, "OptionMaxSpeed", {QStringLiteral("&Max Rated Motor Speed of "), QStringLiteral("&Other")}))
     , setup_(setup)
@@ -190,7 +190,7 @@ void StartStopPage::ShowLogic(int logic)
 
 CurrentLimitsPage::CurrentLimitsPage(QWidget *parent, const BasicSetup &setup, BasicRows &rows)
     : WizardPage(parent, MakePicture(QStringLiteral("The armature current between its limits"), setup,
-                                     DrawCurrentLimits))
+                                     CurrentLimitsPicture))
     , setup_(setup)
     , rows_(rows)
 {

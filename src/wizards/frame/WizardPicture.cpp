@@ -3,15 +3,12 @@
 #include "desktop/BoxColors.h"
 #include "platform/RuntimeFailure.h"
 
-#include <QLineF>
 #include <QPainter>
-#include <QPainterPath>
 #include <QRegularExpression>
 #include <QResource>
 #include <QSvgRenderer>
 #include <QXmlStreamReader>
 #include <algorithm>
-#include <cmath>
 
 static void LoadPictures()
 {
@@ -24,22 +21,8 @@ namespace quorvik
 namespace
 {
 
-void SetTextHeight(QPainter &painter, qreal height, bool bold)
-{
-    QFont font = painter.font();
-    // The canvas is scaled, so pixels are canvas units here.
-    font.setPixelSize(int(std::lround(height)));
-    font.setBold(bold);
-    painter.setFont(font);
-}
-
-struct FilledFile {
-    QByteArray svg;
-    QStringList texts;
-};
-
-/** A file as it is to be shown. */
-FilledFile Filled(const PictureFile &picture, const Ink &ink)
+/** A file with its colours and texts in place, as text. */
+QString Filled(const PictureFile &picture, const Ink &ink)
 {
     LoadPictures();
     QByteArray drawn =
@@ -51,34 +34,41 @@ FilledFile Filled(const PictureFile &picture, const Ink &ink)
     for (const auto &[inFile, color] : colors)
         drawn.replace(inFile, color.name().toLatin1());
 
-    const QStringList states = QString::fromLatin1(picture.states).split(u' ');
-    const auto isLeftOut = [&](const QString &classes) {
-        const QStringList words = classes.split(u' ', Qt::SkipEmptyParts);
-        return !words.isEmpty() &&
-               std::ranges::none_of(words, [&](const QString &word) { return states.contains(word); });
-    };
     static const QRegularExpression place(QStringLiteral("\\{(\\w+)\\}"));
-    FilledFile filled;
-    QXmlStreamReader in(drawn);
-    QXmlStreamWriter out(&filled.svg);
+    const QString svg = QString::fromUtf8(drawn);
+    QString filled;
+    qsizetype done = 0;
+    for (const auto &match : place.globalMatch(svg)) {
+        filled += svg.mid(done, match.capturedStart() - done);
+        filled += picture.texts.value(match.captured(1).toLatin1()).toHtmlEscaped();
+        done = match.capturedEnd();
+    }
+    return filled + svg.mid(done);
+}
+
+/** What is left of a file in its states: the drawing, and the texts in it. */
+std::pair<QByteArray, QStringList> Shown(const PictureFile &picture, const Ink &ink)
+{
+    const QStringList states = QString::fromLatin1(picture.states).split(u' ');
+    const auto isState = [&](const QString &word) { return states.contains(word); };
+    QByteArray drawing;
+    QStringList texts;
+    QXmlStreamReader in(Filled(picture, ink));
+    QXmlStreamWriter out(&drawing);
     in.setNamespaceProcessing(false);
     while (!in.atEnd()) {
         in.readNext();
-        if (in.isStartElement() && isLeftOut(in.attributes().value(QLatin1String("class")).toString())) {
+        const QStringList classes =
+            in.attributes().value(QLatin1String("class")).toString().split(u' ', Qt::SkipEmptyParts);
+        if (in.isStartElement() && !classes.isEmpty() && std::ranges::none_of(classes, isState)) {
             in.skipCurrentElement();
-        } else if (in.isCharacters() && !in.isWhitespace()) {
-            QString text = in.text().toString();
-            if (const auto match = place.match(text); match.hasMatch())
-                text.replace(match.capturedStart(), match.capturedLength(),
-                             picture.texts.value(match.captured(1).toLatin1()));
-            out.writeCharacters(text);
-            if (!text.isEmpty())
-                filled.texts += text;
-        } else {
-            out.writeCurrentToken(in);
+            continue;
         }
+        if (in.isCharacters() && !in.isWhitespace())
+            texts += in.text().toString();
+        out.writeCurrentToken(in);
     }
-    return filled;
+    return {drawing, texts};
 }
 
 } // namespace
@@ -93,26 +83,18 @@ Ink::Ink(const QPalette &palette)
 {
 }
 
-WizardPicture::WizardPicture(QWidget *parent, const QString &description, DrawFunction draw)
+WizardPicture::WizardPicture(QWidget *parent, const QString &description, FileFunction file)
     : QWidget(parent)
-    , draw_(std::move(draw))
+    , file_(std::move(file))
 {
     setObjectName(QStringLiteral("Image1"));
     setAccessibleName(description);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
 }
 
-WizardPicture::WizardPicture(QWidget *parent, const QString &description, FileFunction file)
-    : WizardPicture(parent, description, [this](QPainter &painter, const Ink &ink) {
-        QSvgRenderer(Filled(file_(), ink).svg).render(&painter, QRectF(0, 0, CanvasWidth, CanvasHeight));
-    })
-{
-    file_ = std::move(file);
-}
-
 QString WizardPicture::Text() const
 {
-    return file_ ? Filled(file_(), Ink(palette())).texts.join(u' ') : QString();
+    return Shown(file_(), Ink(palette())).second.join(u' ');
 }
 
 QSize WizardPicture::sizeHint() const
@@ -137,56 +119,13 @@ void WizardPicture::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     const Ink ink(palette());
     painter.fillRect(rect(), ink.ground);
-    painter.translate(Origin());
-    painter.scale(Unit(), Unit());
     try {
-        draw_(painter, ink);
+        QSvgRenderer(Shown(file_(), ink).first)
+            .render(&painter, QRectF(Origin(), QSizeF(CanvasWidth, CanvasHeight) * Unit()));
     } catch (const RuntimeFailure &) {
         // A picture is decoration: what cannot be worked out is told where it is asked for, not at each
         // paint.
     }
-}
-
-void UsePen(QPainter &painter, const QColor &color, qreal width)
-{
-    painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(Qt::NoBrush);
-}
-
-void UseShape(QPainter &painter, const QColor &color, const QColor &fill, qreal width)
-{
-    painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(fill);
-}
-
-void DrawArrow(QPainter &painter, QPointF from, QPointF to)
-{
-    constexpr qreal headLength = 9;
-    constexpr qreal headWidth = 7;
-    const QLineF line(from, to);
-    const QPointF along = (to - from) / line.length();
-    const QPointF across(-along.y(), along.x());
-    const QPointF neck = to - along * headLength;
-    painter.drawLine(from, neck);
-    QPainterPath head(to);
-    head.lineTo(neck + across * headWidth / 2);
-    head.lineTo(neck - across * headWidth / 2);
-    head.closeSubpath();
-    painter.fillPath(head, painter.pen().color());
-}
-
-void DrawCaption(QPainter &painter, QPointF centre, const QString &text, qreal height, bool bold)
-{
-    SetTextHeight(painter, height, bold);
-    const QRectF box(centre.x() - 200, centre.y() - height, 400, 2 * height);
-    painter.drawText(box, Qt::AlignCenter, text);
-}
-
-void DrawCaptionRight(QPainter &painter, QPointF left, const QString &text, qreal height)
-{
-    SetTextHeight(painter, height, false);
-    painter.drawText(QRectF(left.x(), left.y() - height, 400, 2 * height), Qt::AlignLeft | Qt::AlignVCenter,
-                     text);
 }
 
 } // namespace quorvik

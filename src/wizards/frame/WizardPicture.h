@@ -5,8 +5,6 @@
 #include <QWidget>
 #include <functional>
 
-class QPainter;
-
 namespace quorvik
 {
 
@@ -42,14 +40,15 @@ public:
     static constexpr int CanvasWidth = 220;
     static constexpr int CanvasHeight = 360;
 
-    using DrawFunction = std::function<void(QPainter &, const Ink &)>;
     using FileFunction = std::function<PictureFile()>;
 
-    /** @param description what a person would say the picture shows. */
-    WizardPicture(QWidget *parent, const QString &description, DrawFunction draw);
+    /**
+     * @param description what a person would say the picture shows.
+     * @param file tells at each paint what the picture is now.
+     */
     WizardPicture(QWidget *parent, const QString &description, FileFunction file);
 
-    /** What a file has written in it in its present states, word by word. */
+    /** What the picture has written in it in its present states, word by word. */
     QString Text() const;
 
     QSize sizeHint() const override;
@@ -63,36 +62,14 @@ protected:
     QPointF Origin() const;
 
 private:
-    DrawFunction draw_;
     FileFunction file_;
 };
 
 /** The picture of a page that shows the answers in setup, which outlives it. */
 template<class Setup>
-WizardPicture *MakePicture(const QString &description, const Setup &setup,
-                           void (*draw)(QPainter &, const Ink &, const Setup &))
-{
-    return new WizardPicture(nullptr, description, [&setup, draw](QPainter &painter, const Ink &ink) {
-        draw(painter, ink, setup);
-    });
-}
-
-template<class Setup>
 WizardPicture *MakePicture(const QString &description, const Setup &setup, PictureFile (*file)(const Setup &))
 {
     return new WizardPicture(nullptr, description, [&setup, file] { return file(setup); });
 }
-
-/** Sets up the pen for an outline of that width in canvas units, without a brush. */
-void UsePen(QPainter &painter, const QColor &color, qreal width = 1.6);
-/** An outline with an inside. */
-void UseShape(QPainter &painter, const QColor &color, const QColor &fill, qreal width = 1.6);
-/** A line with an arrow head at its end. */
-void DrawArrow(QPainter &painter, QPointF from, QPointF to);
-/** Plain text around a point, of that height in canvas units. */
-void DrawCaption(QPainter &painter, QPointF centre, const QString &text, qreal height = 11,
-                 bool bold = false);
-/** The same, beginning at a point's right. */
-void DrawCaptionRight(QPainter &painter, QPointF left, const QString &text, qreal height = 11);
 
 } // namespace quorvik

@@ -50,7 +50,7 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
     , branchPage_(new BranchPage(this, setup_))
     , inputPage_(new InputPage(this, setup_))
     , destinationPage_(new ParameterPage(
-          this, MakePicture(QStringLiteral("An input and its destination"), setup_, DrawDestination),
+          this, MakePicture(QStringLiteral("An input and its destination"), setup_, DestinationPicture),
           QStringLiteral("Select the destination parameter."),
           QStringLiteral("The destination parameter is the parameter that this input will control."),
           QStringLiteral("ComboDestination")))
@@ -61,7 +61,7 @@ FormWizardIO::FormWizardIO(Desk &desk, QWidget *owner)
           QStringLiteral("BiasGain"), 3, setup_.inputValues))
     , outputPage_(new OutputPage(this, setup_))
     , sourcePage_(new ParameterPage(
-          this, MakePicture(QStringLiteral("A source and its output"), setup_, DrawSource),
+          this, MakePicture(QStringLiteral("A source and its output"), setup_, SourcePicture),
           QStringLiteral("Select the source parameter."),
           QStringLiteral("The source parameter is the parameter that will control this output."),
           QStringLiteral("ComboSource")))

@@ -2,60 +2,40 @@
 
 #include "platform/Numbers.h"
 
-#include <QPainter>
-
 namespace quorvik
 {
 
 namespace
 {
 
-void DrawTerminal(QPainter &painter, const Ink &ink, const QRectF &box, bool chosen)
-{
-    UseShape(painter, ink.line, chosen ? ink.accent : ink.body, chosen ? 2.2 : 1.4);
-    painter.drawRect(box);
-    const QPointF centre = box.center();
-    const qreal radius = box.height() * 0.28;
-    UseShape(painter, chosen ? ink.onAccent : ink.line, Qt::transparent, 1.3);
-    painter.drawEllipse(centre, radius, radius);
-    const QPointF slot(radius * 0.7, radius * 0.7);
-    painter.drawLine(centre - slot, centre + slot);
-}
-
 /** A rail of terminals, with the wire of the chosen one. */
-void DrawRail(QPainter &painter, const Ink &ink, const QString &prefix, int count, int chosen, bool outgoing)
+PictureFile RailPicture(const QString &prefix, int count, int chosen, bool outgoing)
 {
-    constexpr qreal pitch = 32;
-    const qreal top = 180 - count * pitch / 2;
+    constexpr int pitch = 32;
+    const int top = 180 - count * pitch / 2;
+    PictureFile picture{"rail", outgoing ? "out" : "in"};
     for (int i = 0; i < count; ++i) {
-        const QRectF box(110, top + i * pitch, 44, pitch - 3);
-        DrawTerminal(painter, ink, box, i == chosen);
-        painter.setPen(ink.line);
-        const QString text = count > 1 ? prefix + u' ' + QString::number(i + 1) : prefix;
-        DrawCaptionRight(painter, {160, box.center().y()}, text, 12);
-        if (i != chosen)
-            continue;
-        UsePen(painter, ink.accent, 3);
-        const QPointF far(24, box.center().y());
-        const QPointF near(box.left() - 3, box.center().y());
-        if (outgoing)
-            DrawArrow(painter, near, far);
-        else
-            DrawArrow(painter, far, near);
+        const QByteArray number = QByteArray::number(i);
+        picture.states += " terminal" + number;
+        picture.texts["name" + number] = count > 1 ? prefix + u' ' + QString::number(i + 1) : prefix;
     }
+    if (chosen >= 0 && chosen < count)
+        picture.states += " chosen";
+    picture.texts["top"] = QString::number(top);
+    picture.texts["chosen"] = QString::number(top + chosen * pitch);
+    return picture;
 }
 
-void DrawParameterBox(QPainter &painter, const Ink &ink, const QRectF &box, int number, const QString &name)
+/** A terminal and a parameter at these heights, and the arrow between them. */
+PictureFile LinkPicture(const Model &model, int p, int terminal, int arrow, int parameter)
 {
-    UseShape(painter, ink.line, ink.accent, 1.8);
-    painter.drawRoundedRect(box, 6, 6);
-    painter.setPen(ink.onAccent);
-    DrawCaption(painter, {box.center().x(), box.top() + 19}, QString::number(number), 18, true);
-    QFont font = painter.font();
-    font.setPixelSize(12);
-    font.setBold(false);
-    painter.setFont(font);
-    painter.drawText(box.adjusted(6, 34, -6, -4), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, name);
+    return {"link",
+            {},
+            {{"terminal", QString::number(terminal)},
+             {"arrow", QString::number(arrow)},
+             {"parameter", QString::number(parameter)},
+             {"number", QString::number(p)},
+             {"name", model.ParamTable[p].Name}}};
 }
 
 QString ShownValue(const ValuesView &view, const ValuePair &values, std::size_t index)
@@ -89,55 +69,40 @@ PictureFile BranchPicture(const IOSetup &setup)
     return {"branch", setup.IsInputBranch() ? "inputs" : "outputs"};
 }
 
-void DrawInputTerminals(QPainter &painter, const Ink &ink, const IOSetup &setup)
+PictureFile InputTerminalsPicture(const IOSetup &setup)
 {
     switch (setup.inputType) {
     case DigitalInput:
-        DrawRail(painter, ink, QStringLiteral("DI"), 7, setup.input, false);
-        break;
+        return RailPicture(QStringLiteral("DI"), 7, setup.input, false);
     case FrequencyInput:
-        DrawRail(painter, ink, QStringLiteral("FI"), 1, setup.input, false);
-        break;
+        return RailPicture(QStringLiteral("FI"), 1, setup.input, false);
     default:
-        DrawRail(painter, ink, QStringLiteral("AI"), 5, setup.IsAnalogInput() ? setup.input : NoChoice,
-                 false);
-        break;
+        return RailPicture(QStringLiteral("AI"), 5, setup.IsAnalogInput() ? setup.input : NoChoice, false);
     }
 }
 
-void DrawOutputTerminals(QPainter &painter, const Ink &ink, const IOSetup &setup)
+PictureFile OutputTerminalsPicture(const IOSetup &setup)
 {
     switch (setup.outputType) {
     case RelayOutput:
-        DrawRail(painter, ink, QStringLiteral("RO"), 3, setup.output, true);
-        break;
+        return RailPicture(QStringLiteral("RO"), 3, setup.output, true);
     case FreqDigOutput:
-        DrawRail(painter, ink, setup.IsDigitalMode() ? QStringLiteral("DO") : QStringLiteral("FO"), 1,
-                 setup.output, true);
-        break;
+        return RailPicture(setup.IsDigitalMode() ? QStringLiteral("DO") : QStringLiteral("FO"), 1,
+                           setup.output, true);
     default:
-        DrawRail(painter, ink, QStringLiteral("AO"), 2,
-                 setup.outputType == AnalogOutput ? setup.output : NoChoice, true);
-        break;
+        return RailPicture(QStringLiteral("AO"), 2,
+                           setup.outputType == AnalogOutput ? setup.output : NoChoice, true);
     }
 }
 
-void DrawDestination(QPainter &painter, const Ink &ink, const IOSetup &setup)
+PictureFile DestinationPicture(const IOSetup &setup)
 {
-    DrawTerminal(painter, ink, {85, 70, 50, 40}, false);
-    UsePen(painter, ink.line, 2);
-    DrawArrow(painter, {110, 112}, {110, 176});
-    DrawParameterBox(painter, ink, {25, 180, 170, 76}, setup.Destination,
-                     setup.Table().ParamTable[setup.Destination].Name);
+    return LinkPicture(setup.Table(), setup.Destination, 70, 112, 180);
 }
 
-void DrawSource(QPainter &painter, const Ink &ink, const IOSetup &setup)
+PictureFile SourcePicture(const IOSetup &setup)
 {
-    DrawParameterBox(painter, ink, {25, 86, 170, 76}, setup.Source,
-                     setup.Table().ParamTable[setup.Source].Name);
-    UsePen(painter, ink.line, 2);
-    DrawArrow(painter, {110, 162}, {110, 226});
-    DrawTerminal(painter, ink, {85, 230, 50, 40}, false);
+    return LinkPicture(setup.Table(), setup.Source, 230, 162, 86);
 }
 
 PictureFile AnalogTypePicture(const IOSetup &setup)

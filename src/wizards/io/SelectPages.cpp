@@ -44,7 +44,7 @@ BranchPage::BranchPage(QWidget *parent, const IOSetup &setup)
 }
 
 InputPage::InputPage(QWidget *parent, const IOSetup &setup)
-    : WizardPage(parent, MakePicture(QStringLiteral("The input terminals"), setup, DrawInputTerminals))
+    : WizardPage(parent, MakePicture(QStringLiteral("The input terminals"), setup, InputTerminalsPicture))
 {
     AddHeading(QStringLiteral("Select input."));
     QBoxLayout *columns = AddColumns();
@@ -131,7 +131,7 @@ void AnalogTypePage::ShowRange()
 }
 
 OutputPage::OutputPage(QWidget *parent, const IOSetup &setup)
-    : WizardPage(parent, MakePicture(QStringLiteral("The output terminals"), setup, DrawOutputTerminals))
+    : WizardPage(parent, MakePicture(QStringLiteral("The output terminals"), setup, OutputTerminalsPicture))
 {
     AddHeading(QStringLiteral("Select output."));
     QBoxLayout *columns = AddColumns();
