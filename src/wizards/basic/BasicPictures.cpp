@@ -96,6 +96,11 @@ PictureFile ReferencesPicture(const BasicSetup &setup)
              {"ref3", setup.Text(Entry::Ref3)}}};
 }
 
+PictureFile SpeedProfilePicture(bool withReverse)
+{
+    return {"speed-profile", withReverse ? "reverse" : ""};
+}
+
 PictureFile StartStopPicture(const BasicSetup &setup)
 {
     return {"start-stop", setup.startStopLogic == TwoWire ? "two-wire" : "three-wire"};

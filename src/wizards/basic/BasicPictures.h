@@ -14,6 +14,8 @@ PictureFile NameplatePicture(const BasicSetup &setup);
 PictureFile FeedbackPicture(const BasicSetup &setup, const TachJumpers &jumpers);
 PictureFile MaxSpeedPicture(const BasicSetup &setup);
 PictureFile ReferencesPicture(const BasicSetup &setup);
+/** What lies behind the lines of the profile. */
+PictureFile SpeedProfilePicture(bool withReverse);
 PictureFile StartStopPicture(const BasicSetup &setup);
 PictureFile CurrentLimitsPicture(const BasicSetup &setup);
 

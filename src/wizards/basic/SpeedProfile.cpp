@@ -1,6 +1,7 @@
 #include "wizards/basic/SpeedProfile.h"
 
 #include "desktop/Form.h"
+#include "wizards/basic/BasicPictures.h"
 
 #include <QPainter>
 
@@ -52,9 +53,8 @@ void LineAccelDecel::paintEvent(QPaintEvent *)
 }
 
 SpeedProfile::SpeedProfile(QWidget *parent)
-    : WizardPicture(parent, QStringLiteral("Speed over time with its accel and decel ramps"), [this] {
-        return PictureFile{"speed-profile", showsReverse_ ? "reverse" : ""};
-    })
+    : WizardPicture(parent, QStringLiteral("Speed over time with its accel and decel ramps"),
+                    [this] { return SpeedProfilePicture(showsReverse_); })
 {
     for (int i = 0; i < LineCount; ++i)
         lines_[std::size_t(i)] = new LineAccelDecel(this, i);
