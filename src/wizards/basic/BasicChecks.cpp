@@ -91,9 +91,9 @@ PageCheck BasicChecks::ValidateEntries(Entry first, int count) const
 
 PageCheck BasicChecks::ValidateMotorData() const
 {
-    if (const PageCheck armature = ValidateEntries(Entry::ArmatureCurrent, 2); !armature.passed)
+    if (PageCheck armature = ValidateEntries(Entry::ArmatureCurrent, 2); !armature.passed)
         return armature;
-    if (const PageCheck field = ValidateFieldCurrents(); !field.passed)
+    if (PageCheck field = ValidateFieldCurrents(); !field.passed)
         return field;
     return ValidateEntries(Entry::RatedSpeed, 1);
 }
