@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/ParameterNumbers.h"
+
 #include <QString>
 #include <cstdint>
 #include <vector>
@@ -45,25 +47,15 @@ struct ParamRecord {
     bool WriteFirst = false;    ///< the queued write goes before all others
 };
 
-/** Parameters with a fixed role in the program's logic. */
+/** What some parameters are to the program beside their own names. */
 namespace Param
 {
-inline constexpr int FirstSelector = 1; ///< its highest value is the drive's last parameter
-inline constexpr int DriveCurrent = 122;
-inline constexpr int MotorCurrent = 123;
-inline constexpr int Run = 239;
-inline constexpr int Stop = 240;
-inline constexpr int Jog = 241;
-inline constexpr int RunStatus = 242;
-inline constexpr int LogicSelect = 245;
-inline constexpr int ClockFirst = 256;
-inline constexpr int ClockLast = 262;
-inline constexpr int SaveParameters = 406;
-inline constexpr int LoadParameters = 407;
-inline constexpr int OneShotCommand = 408;
-inline constexpr int DriveModel = 411;
-inline constexpr int ClearFault = 420;
-inline constexpr int DriveState = 422;
+inline constexpr int FirstSelector =
+    DigitalIn1Destination; ///< its highest value is the drive's last parameter
+inline constexpr int DriveCurrent = NameplateDriveI;
+inline constexpr int MotorCurrent = NameplateMotorI;
+inline constexpr int ClockFirst = ClockSeconds;
+inline constexpr int ClockLast = ClockYear;
 
 /** Whether p gives the drive a command, and is no setting. */
 constexpr bool IsCommand(int p)
