@@ -74,32 +74,42 @@ std::vector<Drawn> DrawnSums(const DriveTable &t)
 {
     const auto turned = [&t](int p, int invert) { return t.IsOn(invert) ? -t.Get(p) : t.Get(p); };
     const bool isReferenced = t.DriveState() == State::Run || t.DriveState() == State::Jog;
-    const int trims = turned(P::SetpointB, P::InvertB) + turned(P::SetpointC, P::InvertC);
-    const int torque = isReferenced ? t.Get(P::TorqueReference) : 0;
-    const double parts = t.Get(P::AuxPropStatus) + t.Get(P::AuxIntegralStatus);
-    const double limited = t.IsOn(P::AuxPolarity) ? parts : std::max(parts, 0.0);
+    const int trims = turned(Param::SetpointB, Param::SetpointSumInvertB) +
+                      turned(Param::SetpointC, Param::SetpointSumInvertC);
+    const int torque = isReferenced ? t.Get(Param::TorqueReference) : 0;
+    const double parts = t.Get(Param::AuxPIPropStatus) + t.Get(Param::AuxPIIntegralStatus);
+    const double limited = t.IsOn(Param::AuxPIPolarity) ? parts : std::max(parts, 0.0);
     return {
-        {"Velocity Demand", t.Get(P::VelocityDemand),
-         double(turned(P::RampOutput, P::InvertA) + (isReferenced ? trims : 0))},
-        {"Vel Error", t.Get(P::VelocityError),
-         double(t.Get(P::FinalVelocityDemand) - t.Get(P::VelocityFeedback))},
-        {"Current Demand", t.Get(P::CurrentDemand),
-         double(t.IsOn(P::DriveModeLow) ? torque : t.Get(P::VelocityLoopOutput))},
-        {"Final I Demand", t.Get(P::FinalCurrentDemand),
-         double(std::clamp(t.Get(P::CurrentDemand) + t.Get(P::AuxCurrentDemand),
-                           t.Get(P::NegativeCurrentLimit), t.Get(P::PositiveCurrentLimit)))},
-        {"Final Field I Demand", t.Get(P::FinalFieldDemand),
-         double(t.Get(P::FieldCurrentDemand) - t.Get(P::CrossoverOutput))},
-        {"Output", t.Get(P::AuxOutput), limited * t.Get(P::AuxScale) / FullScale + t.Get(P::AuxTrim)},
+        {"Velocity Demand", t.Get(Param::VelocityDemand),
+         double(turned(Param::RampOutput, Param::SetpointSumInvertA) + (isReferenced ? trims : 0))},
+        {"Vel Error", t.Get(Param::VelError),
+         double(t.Get(Param::FinalVelDemand) - t.Get(Param::VelFeedback))},
+        {"Current Demand", t.Get(Param::CurrentDemand),
+         double(t.IsOn(Param::DriveModeLSB) ? torque : t.Get(Param::VelLoopOutput))},
+        {"Final I Demand", t.Get(Param::FinalIDemand),
+         double(std::clamp(t.Get(Param::CurrentDemand) + t.Get(Param::AuxIDemand),
+                           t.Get(Param::NegativeILimit), t.Get(Param::PositiveILimit)))},
+        {"Final Field I Demand", t.Get(Param::FinalFieldIDemand),
+         double(t.Get(Param::FieldIDemand) - t.Get(Param::FieldCrossoverOutput))},
+        {"Output", t.Get(Param::AuxPIOutput),
+         limited * t.Get(Param::AuxPIScale) / FullScale + t.Get(Param::AuxPITrim)},
     };
 }
 
 TEST_F(Machine, BoxesShowWhatTheirDrawingsCompute)
 {
-    const std::initializer_list<std::pair<int, int>> setups[] = {
-        {{P::SetpointB, 700}, {P::SetpointC, -300}, {P::InvertC, 1}, {P::AuxCurrentDemand, 200}},
-        {{P::DriveModeLow, 1}, {P::TorqueReference, 2000}, {P::AuxFeedback, 900}, {P::AuxPolarity, 0}},
-        {{P::CrossoverEnable, 1}, {P::AuxSetpoint, 900}, {P::AuxIntegralClamp, 50}, {P::AuxTrim, 100}}};
+    const std::initializer_list<std::pair<int, int>> setups[] = {{{Param::SetpointB, 700},
+                                                                  {Param::SetpointC, -300},
+                                                                  {Param::SetpointSumInvertC, 1},
+                                                                  {Param::AuxIDemand, 200}},
+                                                                 {{Param::DriveModeLSB, 1},
+                                                                  {Param::TorqueReference, 2000},
+                                                                  {Param::AuxPIFeedback, 900},
+                                                                  {Param::AuxPIPolarity, 0}},
+                                                                 {{Param::FieldCrossoverEnable, 1},
+                                                                  {Param::AuxPISetpoint, 900},
+                                                                  {Param::AuxPIIntegralClamp, 50},
+                                                                  {Param::AuxPITrim, 100}}};
     for (const auto &setup : setups) {
         for (const auto &[p, rawValue] : setup)
             table.Put(p, rawValue);
@@ -122,30 +132,30 @@ TEST_F(Machine, BoxesShowWhatTheirDrawingsCompute)
 TEST_F(Machine, StopModesTakeTheirStates)
 {
     for (const State state : {State::RampStop, State::QuickStop, State::CoastStop}) {
-        table.Put(P::StopMode, state == State::RampStop ? 0 : state == State::QuickStop ? 1 : 2);
+        table.Put(Param::StopMode, state == State::RampStop ? 0 : state == State::QuickStop ? 1 : 2);
         Start(6000);
         Run(6);
         Stop();
         Run(MotorModel::TickSeconds);
         EXPECT_EQ(table.DriveState(), state);
-        EXPECT_EQ(table.Get(P::RampOutput) > 5000, state == State::RampStop);
-        EXPECT_EQ(table.Get(P::LoopEnable), state != State::CoastStop);
+        EXPECT_EQ(table.Get(Param::RampOutput) > 5000, state == State::RampStop);
+        EXPECT_EQ(table.Get(Param::LoopEnable), state != State::CoastStop);
         EXPECT_TRUE(RunUntil(State::Stop, 60));
-        EXPECT_EQ(table.Get(P::ArmPilotStatus), 0) << int(state);
+        EXPECT_EQ(table.Get(Param::ArmPilotStatus), 0) << int(state);
     }
     Start(5000);
     Run(4);
-    table.Put(P::RunEnable, 0);
+    table.Put(Param::RunEnable, 0);
     Run(0.1);
     EXPECT_EQ(table.DriveState(), State::CoastStop);
-    EXPECT_EQ(table.Get(P::FinalCurrentDemand), 0);
-    EXPECT_EQ(table.Get(P::DriveReady), 0);
+    EXPECT_EQ(table.Get(Param::FinalIDemand), 0);
+    EXPECT_EQ(table.Get(Param::DriveReady), 0);
 }
 
 TEST_F(Machine, ThreeWiresLatchTheRunInputAndTwoDoNot)
 {
     for (const bool isMaintained : {false, true}) {
-        table.Put(P::LogicSelect, isMaintained);
+        table.Put(Param::LogicSelect, isMaintained);
         Start(3000);
         Close(1, false);
         Run(1);
@@ -169,31 +179,31 @@ TEST_F(Machine, ThreeWiresLatchTheRunInputAndTwoDoNot)
 
 TEST_F(Machine, JogHoldsTheContactorForItsDelay)
 {
-    table.Put(P::JogDelay, 10);
+    table.Put(Param::JogDelay, 10);
     Run(0.2);
     Close(3, true);
     Run(2);
     EXPECT_EQ(table.DriveState(), State::Jog);
-    EXPECT_NEAR(table.Get(P::VelocityFeedback), 500, 60);
+    EXPECT_NEAR(table.Get(Param::VelFeedback), 500, 60);
     Close(3, false);
     EXPECT_TRUE(RunUntil(State::JogStop, 0.2));
     EXPECT_TRUE(RunUntil(State::JogDelay, 3));
     Run(0.8);
     EXPECT_EQ(table.DriveState(), State::JogDelay);
-    EXPECT_EQ(table.Get(P::ArmPilotStatus), 1);
+    EXPECT_EQ(table.Get(Param::ArmPilotStatus), 1);
     EXPECT_TRUE(RunUntil(State::Stop, 0.4));
 }
 
 TEST_F(Machine, FaultStopsLatchesAndIsLogged)
 {
-    Put(P::Seconds, {58, 59, 13, 4, 21, 11, 26});
+    Put(Param::ClockSeconds, {58, 59, 13, 4, 21, 11, 26});
     Start(3000);
     machine.Trip(64);
     Run(0.1);
     EXPECT_EQ(table.DriveState(), State::EStop);
-    EXPECT_EQ(table.Get(P::LatchedFault), 64);
-    EXPECT_EQ(table.Get(P::PresentFault), 0);
-    Expect(P::FaultLog, {64, 58, 59, 13, 4, 21, 11, 26});
+    EXPECT_EQ(table.Get(Param::LatchedFault), 64);
+    EXPECT_EQ(table.Get(Param::PresentFault), 0);
+    Expect(Param::FaultLog1Faults, {64, 58, 59, 13, 4, 21, 11, 26});
     for (const int bits : {1, 2, 4, 8, 16}) {
         machine.ClearFault();
         Run(0.1);
@@ -202,7 +212,7 @@ TEST_F(Machine, FaultStopsLatchesAndIsLogged)
         Run(0.1);
     }
     for (int record = 0; record < 5; ++record)
-        EXPECT_EQ(table.Get(P::FaultLog + 8 * record), 16 >> record) << "the sixth has fallen out";
+        EXPECT_EQ(table.Get(Param::FaultLog1Faults + 8 * record), 16 >> record) << "the sixth has fallen out";
 }
 
 TEST_F(Machine, InputsScaleIntoTheirDestinations)
@@ -215,20 +225,20 @@ TEST_F(Machine, InputsScaleIntoTheirDestinations)
                 {true, -1024, 500, 9000, 0, -4502},
                 {false, 2047, 0, 20000, 0, 10000}};
     for (const auto &row : rows) {
-        table.Put(P::AnalogInPolarity, row.bipolar);
-        table.Put(P::AnalogInBias, row.bias);
-        table.Put(P::AnalogInGain, row.gain);
-        table.Put(P::AnalogInInvert, row.invert);
+        table.Put(Param::AnalogIn1Polarity, row.bipolar);
+        table.Put(Param::AnalogIn1Bias, row.bias);
+        table.Put(Param::AnalogIn1Gain, row.gain);
+        table.Put(Param::AnalogIn1Invert, row.invert);
         machine.Inputs().analog[0] = row.level;
         Run(0.5);
-        EXPECT_NEAR(table.Get(P::Reference0), row.expected, 20) << "from " << row.level;
+        EXPECT_NEAR(table.Get(Param::Reference0), row.expected, 20) << "from " << row.level;
     }
 }
 
 TEST_F(Machine, ShownValuesStayWithinTheirLimits)
 {
-    table.Put(P::InvertFeedback, 1);
-    table.Put(P::FeedbackSelect, 1);
+    table.Put(Param::InvertFeedback, 1);
+    table.Put(Param::FeedbackSelect, 1);
     Start(9000);
     machine.Inputs().analog[2] = 4095;
     Run(20);
