@@ -47,45 +47,46 @@ double ControlLoops::ArmatureVoltage(double flux) const
 
 double ControlLoops::SelectedFeedback() const
 {
-    switch (table_.Get(P::FeedbackSelect)) {
+    switch (table_.Get(Param::FeedbackSelect)) {
     case ArmatureSelected:
-        return Fraction(table_.Get(P::ArmatureFeedback));
+        return Fraction(table_.Get(Param::AFB));
     case TachSelected:
-        return Fraction(table_.Get(P::TachFeedback));
+        return Fraction(table_.Get(Param::TFB));
     default:
-        return Fraction(table_.Get(P::EncoderFeedback));
+        return Fraction(table_.Get(Param::EFB));
     }
 }
 
 void ControlLoops::MeasureSpeed(double flux)
 {
-    const double sign = table_.IsOn(P::InvertFeedback) ? -1 : 1;
+    const double sign = table_.IsOn(Param::InvertFeedback) ? -1 : 1;
     const bool isTurning = std::abs(speed_) > 1e-4;
     const double tremble = isTurning ? 2 : 0;
     // The compensation is what the armature drops at nominal current.
-    const double drop = Fraction(table_.Get(P::IrCompensation)) * current_;
-    table_.PutScaledWithin(P::ArmatureVolts, ArmatureVoltage(flux) * table_.Scaled(P::MotorVolts));
-    table_.PutWithin(P::ArmatureFeedback, (ArmatureVoltage(flux) - drop) * FullScale + noise_(tremble));
-    table_.PutWithin(P::TachFeedback, sign * speed_ * FullScale + noise_(tremble));
-    const double encoderRpm = table_.Get(P::EncoderRpm);
-    const double scale = encoderRpm > 0 ? table_.Get(P::FullSpeedRpm) / encoderRpm : 0;
-    table_.PutWithin(P::EncoderFeedback, sign * speed_ * scale * FullScale);
-    table_.PutWithin(P::VelocityFeedback, SelectedFeedback() * FullScale - table_.Get(P::FeedbackOffset));
-    table_.PutWithin(P::VelocityError, table_.Get(P::FinalVelocityDemand) - table_.Get(P::VelocityFeedback));
+    const double drop = Fraction(table_.Get(Param::IRComp)) * current_;
+    table_.PutScaledWithin(Param::ArmatureVolts,
+                           ArmatureVoltage(flux) * table_.Scaled(Param::NameplateMotorVoltage));
+    table_.PutWithin(Param::AFB, (ArmatureVoltage(flux) - drop) * FullScale + noise_(tremble));
+    table_.PutWithin(Param::TFB, sign * speed_ * FullScale + noise_(tremble));
+    const double encoderRpm = table_.Get(Param::FullEncoderRPM);
+    const double scale = encoderRpm > 0 ? table_.Get(Param::FullRPMLevel) / encoderRpm : 0;
+    table_.PutWithin(Param::EFB, sign * speed_ * scale * FullScale);
+    table_.PutWithin(Param::VelFeedback, SelectedFeedback() * FullScale - table_.Get(Param::VFBOffset));
+    table_.PutWithin(Param::VelError, table_.Get(Param::FinalVelDemand) - table_.Get(Param::VelFeedback));
 }
 
 void ControlLoops::ZeroSpeedLogic()
 {
-    const int demand = DriveMode() == VelocityMode ? P::FinalVelocityDemand : P::FinalCurrentDemand;
-    const bool isZeroAsked = std::abs(table_.Get(demand)) <= table_.Get(P::ZeroSpeedSet);
-    const bool atZeroSpeed = std::abs(table_.Get(P::VelocityFeedback)) <= table_.Get(P::ZeroSpeedSet);
-    table_.Put(P::AtZeroSet, isZeroAsked);
-    table_.Put(P::AtZeroSpeed, atZeroSpeed);
-    table_.Put(P::AtStandstill, isZeroAsked && atZeroSpeed);
+    const int demand = DriveMode() == VelocityMode ? Param::FinalVelDemand : Param::FinalIDemand;
+    const bool isZeroAsked = std::abs(table_.Get(demand)) <= table_.Get(Param::ZeroSpeedSet);
+    const bool atZeroSpeed = std::abs(table_.Get(Param::VelFeedback)) <= table_.Get(Param::ZeroSpeedSet);
+    table_.Put(Param::AtZeroSet, isZeroAsked);
+    table_.Put(Param::AtZeroSpeed, atZeroSpeed);
+    table_.Put(Param::AtStandstill, isZeroAsked && atZeroSpeed);
     const State state = table_.DriveState();
     const bool isFed = IsRampEnabled(state) || state == State::QuickStop;
-    isEnabled_ = isFed && !(table_.IsOn(P::StandstillLogic) && isZeroAsked && atZeroSpeed);
-    table_.Put(P::LoopEnable, isEnabled_);
+    isEnabled_ = isFed && !(table_.IsOn(Param::StandstillLogic) && isZeroAsked && atZeroSpeed);
+    table_.Put(Param::LoopEnable, isEnabled_);
 }
 
 void ControlLoops::VelocityStep(double seconds)
@@ -95,13 +96,13 @@ void ControlLoops::VelocityStep(double seconds)
         velocityOutput_ = 0;
         return;
     }
-    const bool isSetB = table_.IsOn(P::GainSelect);
+    const bool isSetB = table_.IsOn(Param::GainSelect);
     const double gain =
-        std::clamp(table_.Scaled(isSetB ? P::PropGainB : P::PropGainA), SmallestGain, LargestGain);
-    const double askedTime = table_.Scaled(isSetB ? P::IntegralTimeB : P::IntegralTimeA);
-    const double error = Fraction(table_.Get(P::FinalVelocityDemand)) - SelectedFeedback() +
-                         Fraction(table_.Get(P::FeedbackOffset));
-    const double clamp = std::abs(Fraction(table_.Get(P::IntegralClamp)));
+        std::clamp(table_.Scaled(isSetB ? Param::PropGainB : Param::PropGainA), SmallestGain, LargestGain);
+    const double askedTime = table_.Scaled(isSetB ? Param::IntegralTimeB : Param::IntegralTimeA);
+    const double error = Fraction(table_.Get(Param::FinalVelDemand)) - SelectedFeedback() +
+                         Fraction(table_.Get(Param::VFBOffset));
+    const double clamp = std::abs(Fraction(table_.Get(Param::IntegralClamp)));
     // What the ceiling cuts off must not be gathered, or the motor would swing past its demand.
     const bool isCut = std::abs(gain * error + integral_) > CurrentCeiling && gain * error * integral_ >= 0;
     if (askedTime > 0 && !isCut) {
@@ -114,16 +115,16 @@ void ControlLoops::VelocityStep(double seconds)
 
 int ControlLoops::DriveMode() const
 {
-    return 2 * table_.IsOn(P::DriveModeHigh) + table_.IsOn(P::DriveModeLow);
+    return 2 * table_.IsOn(Param::DriveModeMSB) + table_.IsOn(Param::DriveModeLSB);
 }
 
 double ControlLoops::CurrentDemand() const
 {
     switch (DriveMode()) {
     case VelocityMode:
-        return table_.Get(P::VelocityLoopOutput);
+        return table_.Get(Param::VelLoopOutput);
     case TorqueMode:
-        return IsReferenceEnabled(table_.DriveState()) ? table_.Get(P::TorqueReference) : 0;
+        return IsReferenceEnabled(table_.DriveState()) ? table_.Get(Param::TorqueReference) : 0;
     default:
         return 0;
     }
@@ -131,10 +132,10 @@ double ControlLoops::CurrentDemand() const
 
 double ControlLoops::LimitedDemand() const
 {
-    double sum = Fraction(table_.Get(P::AuxCurrentDemand)) + Fraction(table_.Get(P::CurrentDemand));
-    double high = Fraction(table_.Get(P::PositiveCurrentLimit));
-    double low = Fraction(table_.Get(P::NegativeCurrentLimit));
-    if (table_.IsOn(P::FoldbackStatus)) {
+    double sum = Fraction(table_.Get(Param::AuxIDemand)) + Fraction(table_.Get(Param::CurrentDemand));
+    double high = Fraction(table_.Get(Param::PositiveILimit));
+    double low = Fraction(table_.Get(Param::NegativeILimit));
+    if (table_.IsOn(Param::ArmIFoldbackStatus)) {
         high = std::min(high, 1.0);
         low = std::max(low, -1.0);
     }
@@ -149,11 +150,11 @@ double ControlLoops::PossibleCurrent(double demand) const
 {
     if (!isEnabled_)
         return 0;
-    if (table_.IsOn(P::OpenLoopArmSelect))
-        return table_.Share(P::OpenLoopArmSetpoint);
+    if (table_.IsOn(Param::OpenLoopArmSelect))
+        return table_.Share(Param::OpenLoopArmSetpoint);
     // With one bridge there is no current the other way.
     const bool isOneBridge =
-        (table_.Get(Param::DriveModel) & NonRegenerative) != 0 || !table_.IsOn(P::RegenMode);
+        (table_.Get(Param::DriveModel) & NonRegenerative) != 0 || !table_.IsOn(Param::RegenMode);
     return isOneBridge ? std::max(demand, 0.0) : demand;
 }
 
@@ -178,10 +179,10 @@ void ControlLoops::Tick(double seconds, double flux)
         MeasureSpeed(flux);
         ZeroSpeedLogic();
         VelocityStep(step);
-        table_.PutWithin(P::VelocityLoopOutput, velocityOutput_ * FullScale);
-        table_.PutWithin(P::CurrentDemand, CurrentDemand());
+        table_.PutWithin(Param::VelLoopOutput, velocityOutput_ * FullScale);
+        table_.PutWithin(Param::CurrentDemand, CurrentDemand());
         const double demand = LimitedDemand();
-        table_.PutWithin(P::FinalCurrentDemand, demand * FullScale);
+        table_.PutWithin(Param::FinalIDemand, demand * FullScale);
         MotorStep(step, demand, flux);
     }
     Show(flux, seconds);
@@ -190,23 +191,24 @@ void ControlLoops::Tick(double seconds, double flux)
 void ControlLoops::Show(double flux, double seconds)
 {
     const double tremble = isEnabled_ ? 12 : 0;
-    table_.PutWithin(P::CurrentFeedback, current_ * FullScale + noise_(tremble));
-    table_.PutWithin(P::CurrentError, table_.Get(P::FinalCurrentDemand) - table_.Get(P::CurrentFeedback));
+    table_.PutWithin(Param::CurrentFeedback, current_ * FullScale + noise_(tremble));
+    table_.PutWithin(Param::CurrentError,
+                     table_.Get(Param::FinalIDemand) - table_.Get(Param::CurrentFeedback));
     Follow(currentFiltered_, current_, seconds, FilterTime);
-    Follow(demandFiltered_, Fraction(table_.Get(P::FinalCurrentDemand)), seconds, FilterTime);
-    Follow(feedbackFiltered_, Fraction(table_.Get(P::VelocityFeedback)), seconds, FilterTime);
-    table_.PutWithin(P::CurrentFeedbackFiltered, currentFiltered_ * FullScale);
-    table_.PutWithin(P::FinalCurrentDemandFiltered, demandFiltered_ * FullScale);
-    table_.PutWithin(P::VelocityFeedbackFiltered, feedbackFiltered_ * FullScale);
-    table_.PutScaledWithin(P::ArmatureAmps,
-                           Fraction(table_.Get(P::CurrentFeedback)) * table_.Get(P::MotorAmps));
+    Follow(demandFiltered_, Fraction(table_.Get(Param::FinalIDemand)), seconds, FilterTime);
+    Follow(feedbackFiltered_, Fraction(table_.Get(Param::VelFeedback)), seconds, FilterTime);
+    table_.PutWithin(Param::CurrentFeedbackFiltered, currentFiltered_ * FullScale);
+    table_.PutWithin(Param::FinalIDemandFiltered, demandFiltered_ * FullScale);
+    table_.PutWithin(Param::VelFeedbackFiltered, feedbackFiltered_ * FullScale);
+    table_.PutScaledWithin(Param::ArmatureAmps,
+                           Fraction(table_.Get(Param::CurrentFeedback)) * table_.Get(Param::NameplateMotorI));
     const double volts = ArmatureVoltage(flux);
     const double closedLoop = std::min(0.1 + 0.7 * std::abs(volts) + 0.2 * std::abs(current_), 1.0);
     const double angle =
-        table_.IsOn(P::OpenLoopArmSelect) ? table_.Share(P::OpenLoopArmSetpoint) : closedLoop;
-    table_.PutShare(P::ConductionAngle, isEnabled_ ? angle : 0);
-    table_.PutWithin(P::MotorRpm,
-                     Fraction(table_.Get(P::VelocityFeedbackFiltered)) * table_.Get(P::FullSpeedRpm));
+        table_.IsOn(Param::OpenLoopArmSelect) ? table_.Share(Param::OpenLoopArmSetpoint) : closedLoop;
+    table_.PutShare(Param::ConductionAngle, isEnabled_ ? angle : 0);
+    table_.PutWithin(Param::MotorRPM,
+                     Fraction(table_.Get(Param::VelFeedbackFiltered)) * table_.Get(Param::FullRPMLevel));
 }
 
 } // namespace quorvik::drive

@@ -21,23 +21,24 @@ constexpr double SwingWidth = 0.3;
 void DemoScript::Ask(int p, bool on)
 {
     for (int member = 0; member < int(terminals_.digital.size()); ++member)
-        if (table_.Selected(P::DigitalInDestination + member) == p)
-            terminals_.digital[std::size_t(member)] = table_.IsOn(P::DigitalInClosedValue + member) == on;
+        if (table_.Selected(Param::DigitalIn1Destination + member) == p)
+            terminals_.digital[std::size_t(member)] =
+                table_.IsOn(Param::DigitalIn1ClosedValue + member) == on;
 }
 
 void DemoScript::Tick(double seconds)
 {
     time_ += seconds;
-    table_.Put(P::RunEnable, 1);
-    table_.Put(P::FieldEnable, 1);
+    table_.Put(Param::RunEnable, 1);
+    table_.Put(Param::FieldEnable, 1);
     const double inCycle = std::fmod(time_, Cycle);
     const bool isRunning = inCycle >= FirstStart && inCycle < FirstStart + RunFor;
-    Ask(P::Run, isRunning);
-    Ask(P::Stop, !isRunning);
-    Ask(P::Jog, false);
+    Ask(Param::Run, isRunning);
+    Ask(Param::Stop, !isRunning);
+    Ask(Param::Jog, false);
     for (int member = 0; member < int(terminals_.analog.size()); ++member) {
         const double phase = 2 * std::numbers::pi * time_ / (SwingTime * (member + 1));
-        const double high = table_.Get(P::AnalogInHighCalibration + member);
+        const double high = table_.Get(Param::AnalogIn1FullCalibration + member);
         terminals_.analog[std::size_t(member)] =
             std::int32_t((SwingMiddle + SwingWidth * std::sin(phase)) * high);
     }

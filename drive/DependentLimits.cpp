@@ -26,14 +26,14 @@ struct Dependants {
 };
 
 constexpr Dependants All[] = {
-    {P::DigitalInOpenValue, P::DigitalInDestination, 7},
-    {P::DigitalInClosedValue, P::DigitalInDestination, 7},
-    {P::AnalogInBias, P::AnalogInDestination, 5},
-    {P::AnalogInGain, P::AnalogInDestination, 5},
-    {P::FreqInBias, P::FreqInDestination, 1},
-    {P::FreqInGain, P::FreqInDestination, 1},
-    {P::FreqDigOnValue, P::FreqDigSource, 1},
-    {P::FreqDigOffValue, P::FreqDigSource, 1, false},
+    {Param::DigitalIn1OpenValue, Param::DigitalIn1Destination, 7},
+    {Param::DigitalIn1ClosedValue, Param::DigitalIn1Destination, 7},
+    {Param::AnalogIn1Bias, Param::AnalogIn1Destination, 5},
+    {Param::AnalogIn1Gain, Param::AnalogIn1Destination, 5},
+    {Param::FrequencyInBias, Param::FrequencyInDestination, 1},
+    {Param::FrequencyInGain, Param::FrequencyInDestination, 1},
+    {Param::FreqDigitalOutOnValue, Param::FreqDigitalOutSource, 1},
+    {Param::FreqDigitalOutOffValue, Param::FreqDigitalOutSource, 1, false},
 };
 
 void HoldInRange(ParamRecord &record)
@@ -55,19 +55,20 @@ void TakeLimits(Model &table, int dependant, int selector, bool takesRange)
 
 void TakeRelayLimits(Model &table, int relay)
 {
-    for (const int first : {P::RelayOnValue, P::RelayOffValue}) {
-        TakeLimits(table, first + relay, P::RelaySource + relay, true);
+    for (const int first : {Param::RelayOut1OnValue, Param::RelayOut1OffValue}) {
+        TakeLimits(table, first + relay, Param::RelayOut1Source + relay, true);
         // Only the size counts then.
-        if (table.Value(P::RelaySource + relay) != 0 && table.Value(P::RelayAbsolute + relay) != 0)
+        if (table.Value(Param::RelayOut1Source + relay) != 0 &&
+            table.Value(Param::RelayOut1AbsoluteValue + relay) != 0)
             table.ParamTable[first + relay].Min = 0;
     }
 }
 
 void BoundCalibration(Model &table, int input)
 {
-    const bool isBipolar = table.Value(P::AnalogInPolarity + input) != 0;
-    ParamRecord &low = table.ParamTable[P::AnalogInLowCalibration + input];
-    ParamRecord &high = table.ParamTable[P::AnalogInHighCalibration + input];
+    const bool isBipolar = table.Value(Param::AnalogIn1Polarity + input) != 0;
+    ParamRecord &low = table.ParamTable[Param::AnalogIn1ZeroCalibration + input];
+    ParamRecord &high = table.ParamTable[Param::AnalogIn1FullCalibration + input];
     low.Min = isBipolar ? -FullCounts - 1 : 0;
     high.Min = 0;
     low.Max = high.Max = FullCounts;
@@ -80,7 +81,7 @@ void BoundMotorCurrent(Model &table)
     const auto rating = std::size_t(table.Value(Param::DriveModel) & 15);
     const std::int32_t amps = rating < RatedAmps.size() ? RatedAmps[rating] : 0;
     table.ParamTable[Param::DriveCurrent].Value = amps;
-    ParamRecord &motor = table.ParamTable[P::MotorAmps];
+    ParamRecord &motor = table.ParamTable[Param::NameplateMotorI];
     motor.Min = std::int32_t(std::nearbyint(amps * 0.2));
     motor.Max = motor.Preset = motor.Value = amps;
 }
@@ -103,12 +104,12 @@ void FollowWithLimits(Model &table, int p)
             HoldInRange(table.ParamTable[dependant]);
     }
     // The third relay follows its source only when its Absolute Value is written.
-    if (IsOneOf(p, P::RelaySource, 2))
-        TakeRelayLimits(table, p - P::RelaySource);
-    else if (IsOneOf(p, P::RelayAbsolute, 3))
-        TakeRelayLimits(table, p - P::RelayAbsolute);
-    else if (IsOneOf(p, P::AnalogInPolarity, 5))
-        BoundCalibration(table, p - P::AnalogInPolarity);
+    if (IsOneOf(p, Param::RelayOut1Source, 2))
+        TakeRelayLimits(table, p - Param::RelayOut1Source);
+    else if (IsOneOf(p, Param::RelayOut1AbsoluteValue, 3))
+        TakeRelayLimits(table, p - Param::RelayOut1AbsoluteValue);
+    else if (IsOneOf(p, Param::AnalogIn1Polarity, 5))
+        BoundCalibration(table, p - Param::AnalogIn1Polarity);
     else if (p == Param::DriveModel)
         BoundMotorCurrent(table);
 }

@@ -18,27 +18,28 @@ enum ThresholdRow { Input, Level, Hysteresis, Low, High, Output };
 
 void FunctionBlocks::InternalLinks()
 {
-    for (int source = P::LinkSource; source < P::LinkLast; source += 2)
+    for (int source = Param::InternalLink1Source; source < Param::InternalLink20Destination; source += 2)
         if (const int destination = table_.Selected(source + 1); destination != 0)
             table_.PutWithin(destination, table_.Get(table_.Selected(source)));
 }
 
 void FunctionBlocks::MinMax()
 {
-    if (table_.IsOn(P::MinMaxReset)) {
-        table_.Put(P::MinMaxMax, 0);
-        table_.Put(P::MinMaxMin, 0);
+    if (table_.IsOn(Param::MinMaxReset)) {
+        table_.Put(Param::MinMaxMax, 0);
+        table_.Put(Param::MinMaxMin, 0);
     } else {
-        const std::int32_t x = table_.Get(table_.Selected(P::MinMaxSource));
-        table_.PutWithin(P::MinMaxMax, std::max(x, table_.Get(P::MinMaxMax)));
-        table_.PutWithin(P::MinMaxMin, std::min(x, table_.Get(P::MinMaxMin)));
+        const std::int32_t x = table_.Get(table_.Selected(Param::MinMaxSource));
+        table_.PutWithin(Param::MinMaxMax, std::max(x, table_.Get(Param::MinMaxMax)));
+        table_.PutWithin(Param::MinMaxMin, std::min(x, table_.Get(Param::MinMaxMin)));
     }
-    table_.PutWithin(P::MinMaxDifference, double(table_.Get(P::MinMaxMax)) - table_.Get(P::MinMaxMin));
+    table_.PutWithin(Param::MinMaxDifference,
+                     double(table_.Get(Param::MinMaxMax)) - table_.Get(Param::MinMaxMin));
 }
 
 void FunctionBlocks::Threshold(int member)
 {
-    const int base = member == 0 ? P::ThresholdA : P::ThresholdB;
+    const int base = member == 0 ? Param::ThresholdAInput : Param::ThresholdBInput;
     bool &isOn = thresholdOn_[std::size_t(member)];
     const std::int32_t x = std::abs(table_.Get(base + Input));
     const std::int32_t level = table_.Get(base + Level);
@@ -52,65 +53,67 @@ void FunctionBlocks::Threshold(int member)
 
 void FunctionBlocks::Timer(double seconds)
 {
-    const bool isHeld = table_.IsOn(P::TimerReset) != table_.IsOn(P::TimerResetInvert);
+    const bool isHeld = table_.IsOn(Param::TimerReset) != table_.IsOn(Param::TimerResetInvert);
     timer_ = isHeld ? 0 : std::min(timer_ + seconds * 10, TimerEnd);
-    table_.PutWithin(P::TimerCount, std::floor(timer_));
-    const bool isOver = table_.Get(P::TimerCount) > table_.Get(P::TimerThreshold);
-    table_.PutWithin(P::TimerOutput, table_.Get(isOver ? P::TimerHigh : P::TimerLow));
+    table_.PutWithin(Param::Timer, std::floor(timer_));
+    const bool isOver = table_.Get(Param::Timer) > table_.Get(Param::TimerThreshold);
+    table_.PutWithin(Param::TimerOutput,
+                     table_.Get(isOver ? Param::TimerGreaterThan : Param::TimerLessThanOrEqual));
 }
 
 void FunctionBlocks::MotorPot(double seconds)
 {
-    const double low = table_.Get(P::MopMin);
-    const double high = std::max<double>(table_.Get(P::MopMax), low);
+    const double low = table_.Get(Param::MOPMinValue);
+    const double high = std::max<double>(table_.Get(Param::MOPMaxValue), low);
     const auto step = [&](int time) {
         const double fullScaleTime = table_.Scaled(time);
         return fullScaleTime > 0 ? FullScale / fullScaleTime * seconds : FullScale;
     };
-    if (table_.IsOn(P::MopReset)) {
-        motorPot_ = table_.Get(P::MopResetValue);
+    if (table_.IsOn(Param::MOPReset)) {
+        motorPot_ = table_.Get(Param::MOPResetValue);
     } else {
-        if (table_.IsOn(P::MopIncrease))
-            motorPot_ += step(P::MopIncreaseTime);
-        if (table_.IsOn(P::MopDecrease))
-            motorPot_ -= step(P::MopDecreaseTime);
+        if (table_.IsOn(Param::MOPIncrease))
+            motorPot_ += step(Param::MOPIncreaseTime);
+        if (table_.IsOn(Param::MOPDecrease))
+            motorPot_ -= step(Param::MOPDecreaseTime);
         motorPot_ = std::clamp(motorPot_, low, high);
     }
-    table_.PutWithin(P::MopOutput, motorPot_);
+    table_.PutWithin(Param::MOPOutput, motorPot_);
 }
 
 void FunctionBlocks::AuxPi(double seconds)
 {
-    table_.PutWithin(P::AuxError, double(table_.Get(P::AuxSetpoint)) - table_.Get(P::AuxFeedback));
-    double error = table_.Get(P::AuxError);
-    if (std::abs(error) <= table_.Get(P::AuxDeadband))
+    table_.PutWithin(Param::AuxPIError,
+                     double(table_.Get(Param::AuxPISetpoint)) - table_.Get(Param::AuxPIFeedback));
+    double error = table_.Get(Param::AuxPIError);
+    if (std::abs(error) <= table_.Get(Param::AuxPIDeadband))
         error = 0;
-    const double proportional = table_.Get(P::AuxPropGain) / FullScale * error;
-    const double time = table_.Scaled(P::AuxIntegralTime);
-    const double clamp = std::abs(table_.Get(P::AuxIntegralClamp));
-    const bool isUnipolar = !table_.IsOn(P::AuxPolarity);
-    const bool isReset = table_.IsOn(P::AuxReset);
+    const double proportional = table_.Get(Param::AuxPIPropGain) / FullScale * error;
+    const double time = table_.Scaled(Param::AuxPIIntegralTime);
+    const double clamp = std::abs(table_.Get(Param::AuxPIIntegralClamp));
+    const bool isUnipolar = !table_.IsOn(Param::AuxPIPolarity);
+    const bool isReset = table_.IsOn(Param::AuxPIReset);
     // Below zero a unipolar loop would only gather what it has to give back.
     const bool isHeld = isUnipolar && proportional < 0 && proportional + auxIntegral_ < 0;
     if (time > 0 && !isHeld)
         auxIntegral_ += proportional / time * seconds;
     auxIntegral_ = isReset ? 0 : std::clamp(auxIntegral_, -clamp, clamp);
-    table_.PutWithin(P::AuxPropStatus, isReset ? 0 : proportional);
-    table_.PutWithin(P::AuxIntegralStatus, auxIntegral_);
-    table_.Put(P::AuxAtLimit, std::abs(table_.Get(P::AuxIntegralStatus)) >= clamp);
-    const double sum = table_.Get(P::AuxPropStatus) + table_.Get(P::AuxIntegralStatus);
-    table_.PutWithin(P::AuxOutput,
-                     (isUnipolar ? std::max(sum, 0.0) : sum) * table_.Get(P::AuxScale) / FullScale +
-                         table_.Get(P::AuxTrim));
+    table_.PutWithin(Param::AuxPIPropStatus, isReset ? 0 : proportional);
+    table_.PutWithin(Param::AuxPIIntegralStatus, auxIntegral_);
+    table_.Put(Param::AuxPIAtLimit, std::abs(table_.Get(Param::AuxPIIntegralStatus)) >= clamp);
+    const double sum = table_.Get(Param::AuxPIPropStatus) + table_.Get(Param::AuxPIIntegralStatus);
+    table_.PutWithin(Param::AuxPIOutput,
+                     (isUnipolar ? std::max(sum, 0.0) : sum) * table_.Get(Param::AuxPIScale) / FullScale +
+                         table_.Get(Param::AuxPITrim));
 }
 
 void FunctionBlocks::Winder()
 {
     // No roll is thinner than its core.
-    const double core = std::max(table_.Get(P::WinderCore), 1);
-    const double ratio = core / std::max<double>(table_.Get(P::WinderDiameter), core);
-    table_.PutWithin(P::WinderRatio, ratio * FullScale);
-    table_.PutWithin(P::WinderSpeed, table_.Get(P::WinderLineSpeed) * ratio);
+    const double core = std::max(table_.Get(Param::WinderCore), 1);
+    const double ratio = core / std::max<double>(table_.Get(Param::WinderDiameter), core);
+    table_.PutWithin(Param::WinderDiameterRatio, ratio * FullScale);
+    table_.PutWithin(Param::WinderSpeed, table_.Get(Param::WinderLineSpeed) * ratio);
 }
 
 void FunctionBlocks::Tick(double seconds)

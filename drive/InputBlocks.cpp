@@ -24,27 +24,27 @@ void InputBlocks::AnalogInput(int member, double seconds)
 {
     const double level = terminals_.analog[std::size_t(member)];
     double &filtered = filtered_[std::size_t(member)];
-    const double time = table_.Scaled(P::AnalogInFiltering + member);
+    const double time = table_.Scaled(Param::AnalogIn1Filtering + member);
     filtered += (level - filtered) * (time > 0 ? 1 - std::exp(-seconds / time) : 1);
-    table_.PutWithin(P::AnalogInStatus + member, filtered + noise_(level == 0 ? 0.4 : 1.5));
-    const int destination = table_.Selected(P::AnalogInDestination + member);
+    table_.PutWithin(Param::AnalogIn1Status + member, filtered + noise_(level == 0 ? 0.4 : 1.5));
+    const int destination = table_.Selected(Param::AnalogIn1Destination + member);
     if (destination == 0)
         return;
-    const double x = table_.Get(P::AnalogInStatus + member);
-    const double low = table_.Get(P::AnalogInLowCalibration + member);
-    const double high = table_.Get(P::AnalogInHighCalibration + member);
-    const double gain = table_.Get(P::AnalogInGain + member);
-    const bool isBipolar = table_.IsOn(P::AnalogInPolarity + member);
+    const double x = table_.Get(Param::AnalogIn1Status + member);
+    const double low = table_.Get(Param::AnalogIn1ZeroCalibration + member);
+    const double high = table_.Get(Param::AnalogIn1FullCalibration + member);
+    const double gain = table_.Get(Param::AnalogIn1Gain + member);
+    const bool isBipolar = table_.IsOn(Param::AnalogIn1Polarity + member);
     double y = 0;
     if (!isBipolar)
-        y = Line(x, low, high, table_.Get(P::AnalogInBias + member), gain);
+        y = Line(x, low, high, table_.Get(Param::AnalogIn1Bias + member), gain);
     else if (x >= high)
         y = gain;
     else if (x <= -high)
         y = -gain;
     else
         y = (x - low) / (high - low) * gain;
-    if (table_.IsOn(P::AnalogInInvert + member))
+    if (table_.IsOn(Param::AnalogIn1Invert + member))
         y = -y;
     table_.PutWithin(destination, std::trunc(y));
 }
@@ -52,24 +52,25 @@ void InputBlocks::AnalogInput(int member, double seconds)
 void InputBlocks::DigitalInput(int member)
 {
     const bool isClosed = terminals_.digital[std::size_t(member)];
-    table_.Put(P::DigitalInStatus + member, isClosed);
-    const int destination = table_.Selected(P::DigitalInDestination + member);
+    table_.Put(Param::DigitalIn1Status + member, isClosed);
+    const int destination = table_.Selected(Param::DigitalIn1Destination + member);
     // The value goes on as it stands, whatever the destination's limits.
     if (destination != 0)
-        table_.Put(destination,
-                   table_.Get((isClosed ? P::DigitalInClosedValue : P::DigitalInOpenValue) + member));
+        table_.Put(
+            destination,
+            table_.Get((isClosed ? Param::DigitalIn1ClosedValue : Param::DigitalIn1OpenValue) + member));
 }
 
 void InputBlocks::FrequencyInput()
 {
-    table_.PutWithin(P::FreqInStatus, terminals_.frequency);
-    const int destination = table_.Selected(P::FreqInDestination);
+    table_.PutWithin(Param::FrequencyInStatus, terminals_.frequency);
+    const int destination = table_.Selected(Param::FrequencyInDestination);
     if (destination == 0)
         return;
-    const double y =
-        Line(table_.Get(P::FreqInStatus), table_.Get(P::FreqInLowCalibration),
-             table_.Get(P::FreqInHighCalibration), table_.Get(P::FreqInBias), table_.Get(P::FreqInGain));
-    table_.PutWithin(destination, table_.IsOn(P::FreqInSign) ? -y : y);
+    const double y = Line(table_.Get(Param::FrequencyInStatus), table_.Get(Param::FrequencyInZeroCalibration),
+                          table_.Get(Param::FrequencyInFullCalibration), table_.Get(Param::FrequencyInBias),
+                          table_.Get(Param::FrequencyInGain));
+    table_.PutWithin(destination, table_.IsOn(Param::FrequencyInSign) ? -y : y);
 }
 
 void InputBlocks::Tick(double seconds)

@@ -21,8 +21,10 @@ struct Supply {
     int param;
     double volts;
 };
-constexpr Supply Supplies[] = {
-    {P::Supply12, 12.0}, {P::Supply15, 15.0}, {P::Supply24, 24.0}, {P::BatterySupply, 3.2}};
+constexpr Supply Supplies[] = {{Param::Plus12VSupply, 12.0},
+                               {Param::Plus15VSupply, 15.0},
+                               {Param::Plus24VSupply, 24.0},
+                               {Param::BatterySupply, 3.2}};
 
 /** A raw converter reading: what is left of the middle of its range, and how much of another value. */
 struct Reading {
@@ -32,25 +34,25 @@ struct Reading {
     double share;
 };
 constexpr Reading Readings[] = {
-    {144, ConverterMid, P::TachFeedback, 0.1},
-    {145, 0, P::TachFeedback, 0.1},
-    {146, ConverterMid, P::ArmatureFeedback, 0.1},
-    {147, 0, P::CurrentFeedback, 0.08},
-    {148, 0, P::FieldCurrentFeedback, 0.2},
+    {144, ConverterMid, Param::TFB, 0.1},
+    {145, 0, Param::TFB, 0.1},
+    {146, ConverterMid, Param::AFB, 0.1},
+    {147, 0, Param::CurrentFeedback, 0.08},
+    {148, 0, Param::FieldIFeedback, 0.2},
     {149, 2760, 0, 0},
-    {150, 0, P::FieldVoltageFeedback, 0.2},
-    {151, 0, P::CurrentFeedback, 0.08},
-    {152, 0, P::FieldCurrentFeedback, 0.2},
-    {153, 1510, P::HeatsinkTemp, 1},
+    {150, 0, Param::FieldVoltageFeedback, 0.2},
+    {151, 0, Param::CurrentFeedback, 0.08},
+    {152, 0, Param::FieldIFeedback, 0.2},
+    {153, 1510, Param::HeatsinkTemp, 1},
     {154, 2620, 0, 0},
-    {155, 0, P::CurrentFeedback, 0.08},
-    {156, 0, P::FieldCurrentFeedback, 0.2},
+    {155, 0, Param::CurrentFeedback, 0.08},
+    {156, 0, Param::FieldIFeedback, 0.2},
     {157, 2457, 0, 0},
     {158, 3071, 0, 0},
-    {159, 0, P::CurrentFeedback, 0.08},
-    {160, 0, P::FieldCurrentFeedback, 0.2},
+    {159, 0, Param::CurrentFeedback, 0.08},
+    {160, 0, Param::FieldIFeedback, 0.2},
     {162, 2949, 0, 0},
-    {163, 0, P::EncoderFeedback, 0.4},
+    {163, 0, Param::EFB, 0.4},
 };
 
 namespace SystemBit
@@ -69,13 +71,13 @@ void Instruments::SetClock()
 {
     const QDateTime now = QDateTime::currentDateTime();
     const QDate date = now.date();
-    table_.PutWithin(P::Seconds, now.time().second());
-    table_.PutWithin(P::Minutes, now.time().minute());
-    table_.PutWithin(P::Hours, now.time().hour());
-    table_.PutWithin(P::Day, date.dayOfWeek() % DaysOfWeek + 1); // Sunday is 1
-    table_.PutWithin(P::Date, date.day());
-    table_.PutWithin(P::Month, date.month());
-    table_.PutWithin(P::Year, date.year() % 100);
+    table_.PutWithin(Param::ClockSeconds, now.time().second());
+    table_.PutWithin(Param::ClockMinutes, now.time().minute());
+    table_.PutWithin(Param::ClockHours, now.time().hour());
+    table_.PutWithin(Param::ClockDay, date.dayOfWeek() % DaysOfWeek + 1); // Sunday is 1
+    table_.PutWithin(Param::ClockDate, date.day());
+    table_.PutWithin(Param::ClockMonth, date.month());
+    table_.PutWithin(Param::ClockYear, date.year() % 100);
 }
 
 void Instruments::RunClock(double seconds)
@@ -91,12 +93,14 @@ void Instruments::RunClock(double seconds)
         table_.Put(part, isOver ? first : table_.Get(part) + 1);
         return isOver;
     };
-    if (!carries(P::Seconds, 0, 59) || !carries(P::Minutes, 0, 59) || !carries(P::Hours, 0, 23))
+    if (!carries(Param::ClockSeconds, 0, 59) || !carries(Param::ClockMinutes, 0, 59) ||
+        !carries(Param::ClockHours, 0, 23))
         return;
-    carries(P::Day, 1, DaysOfWeek);
-    const QDate month(2000 + table_.Get(P::Year), std::clamp(table_.Get(P::Month), 1, 12), 1);
-    if (carries(P::Date, 1, month.daysInMonth()) && carries(P::Month, 1, 12))
-        carries(P::Year, 0, 99);
+    carries(Param::ClockDay, 1, DaysOfWeek);
+    const QDate month(2000 + table_.Get(Param::ClockYear), std::clamp(table_.Get(Param::ClockMonth), 1, 12),
+                      1);
+    if (carries(Param::ClockDate, 1, month.daysInMonth()) && carries(Param::ClockMonth, 1, 12))
+        carries(Param::ClockYear, 0, 99);
 }
 
 void Instruments::Tick(double seconds, double current)
@@ -104,25 +108,27 @@ void Instruments::Tick(double seconds, double current)
     RunClock(seconds);
     for (const Supply &supply : Supplies)
         table_.PutScaledWithin(supply.param, supply.volts + noise_(supply.volts * 0.002));
-    table_.PutScaledWithin(P::LineVoltage, LineVolts - 4 * std::abs(current) + noise_(1.5));
+    table_.PutScaledWithin(Param::LineVoltage, LineVolts - 4 * std::abs(current) + noise_(1.5));
     const double goal = Ambient + HeatsinkRise * current * current;
     heatsink_ += (goal - heatsink_) * (1 - std::exp(-seconds / HeatsinkLag));
-    table_.PutScaledWithin(P::HeatsinkTemp, heatsink_ + noise_(0.2));
+    table_.PutScaledWithin(Param::HeatsinkTemp, heatsink_ + noise_(0.2));
     for (const Reading &reading : Readings)
         table_.PutWithin(reading.param,
                          reading.offset + reading.share * table_.Get(reading.follows) + noise_(2));
 
     int status = 0;
-    status |= table_.IsOn(P::DriveReady) ? SystemBit::Ready : 0;
-    status |= table_.IsOn(P::RunStatus) ? SystemBit::Running : 0;
-    status |= table_.IsOn(P::LatchedFault) ? SystemBit::Faulted : 0;
-    status |= table_.IsOn(P::AtZeroSpeed) ? SystemBit::AtZero : 0;
-    status |= table_.IsOn(P::FoldbackStatus) ? SystemBit::Foldback : 0;
-    status |= table_.IsOn(P::LoopEnable) ? SystemBit::LoopOn : 0;
-    table_.PutWithin(P::SystemStatus, status);
-    const std::int32_t watchdog = table_.Get(P::Watchdog) + 1;
-    table_.PutWithin(P::Watchdog,
-                     table_.Has(P::Watchdog) && watchdog > table_.Record(P::Watchdog).Max ? 0 : watchdog);
+    status |= table_.IsOn(Param::DriveReady) ? SystemBit::Ready : 0;
+    status |= table_.IsOn(Param::RunStatus) ? SystemBit::Running : 0;
+    status |= table_.IsOn(Param::LatchedFault) ? SystemBit::Faulted : 0;
+    status |= table_.IsOn(Param::AtZeroSpeed) ? SystemBit::AtZero : 0;
+    status |= table_.IsOn(Param::ArmIFoldbackStatus) ? SystemBit::Foldback : 0;
+    status |= table_.IsOn(Param::LoopEnable) ? SystemBit::LoopOn : 0;
+    table_.PutWithin(Param::SystemStatus, status);
+    const std::int32_t watchdog = table_.Get(Param::WatchdogStatus) + 1;
+    table_.PutWithin(Param::WatchdogStatus,
+                     table_.Has(Param::WatchdogStatus) && watchdog > table_.Record(Param::WatchdogStatus).Max
+                         ? 0
+                         : watchdog);
 }
 
 } // namespace quorvik::drive

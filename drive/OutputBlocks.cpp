@@ -33,34 +33,39 @@ double OutputBlocks::Source(int selector, int absolute) const
 
 void OutputBlocks::Relay(int member)
 {
-    const int status = P::RelayStatus + member;
+    const int status = Param::RelayOut1Status + member;
     table_.Put(status,
-               Switched(table_.IsOn(status), Source(P::RelaySource + member, P::RelayAbsolute + member),
-                        table_.Get(P::RelayOnValue + member), table_.Get(P::RelayOffValue + member)));
+               Switched(table_.IsOn(status),
+                        Source(Param::RelayOut1Source + member, Param::RelayOut1AbsoluteValue + member),
+                        table_.Get(Param::RelayOut1OnValue + member),
+                        table_.Get(Param::RelayOut1OffValue + member)));
 }
 
 void OutputBlocks::AnalogOutput(int member)
 {
-    const double x = table_.Get(table_.Selected(P::AnalogOutSource + member));
-    double y = (table_.Get(P::AnalogOutGain + member) / FullScale * x / FullScale +
-                table_.Get(P::AnalogOutBias + member) / FullScale) *
+    const double x = table_.Get(table_.Selected(Param::AnalogOut1Source + member));
+    double y = (table_.Get(Param::AnalogOut1Gain + member) / FullScale * x / FullScale +
+                table_.Get(Param::AnalogOut1Bias + member) / FullScale) *
                ConverterFullScale;
-    if (table_.IsOn(P::AnalogOutAbsolute + member))
+    if (table_.IsOn(Param::AnalogOut1AbsoluteValue + member))
         y = std::abs(y);
-    table_.PutWithin(P::AnalogOutStatus + member, std::clamp(y, -ConverterFullScale, ConverterFullScale));
+    table_.PutWithin(Param::AnalogOut1Status + member,
+                     std::clamp(y, -ConverterFullScale, ConverterFullScale));
 }
 
 void OutputBlocks::FreqDigOutput()
 {
-    const double x = Source(P::FreqDigSource, P::FreqDigAbsolute);
-    if (table_.Get(P::FreqDigMode) != DigitalMode) {
-        const double y = (table_.Get(P::FreqDigGain) / FullScale * std::abs(x) + table_.Get(P::FreqDigBias)) /
+    const double x = Source(Param::FreqDigitalOutSource, Param::FreqDigitalOutAbsoluteValue);
+    if (table_.Get(Param::FreqDigitalOutMode) != DigitalMode) {
+        const double y = (table_.Get(Param::FreqDigitalOutGain) / FullScale * std::abs(x) +
+                          table_.Get(Param::FreqDigitalOutBias)) /
                          FullScale * FrequencyFullScale;
-        table_.PutWithin(P::FreqDigStatus, y);
+        table_.PutWithin(Param::FreqDigitalOutStatus, y);
         return;
     }
-    isDigitalOn_ = Switched(isDigitalOn_, x, table_.Get(P::FreqDigOnValue), table_.Get(P::FreqDigOffValue));
-    table_.PutWithin(P::FreqDigStatus, isDigitalOn_ != table_.IsOn(P::FreqDigInvert));
+    isDigitalOn_ = Switched(isDigitalOn_, x, table_.Get(Param::FreqDigitalOutOnValue),
+                            table_.Get(Param::FreqDigitalOutOffValue));
+    table_.PutWithin(Param::FreqDigitalOutStatus, isDigitalOn_ != table_.IsOn(Param::FreqDigitalOutInvert));
 }
 
 void OutputBlocks::Tick()

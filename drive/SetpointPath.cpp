@@ -20,11 +20,11 @@ double SetpointPath::Reference() const
 {
     if (!IsReferenceEnabled(table_.DriveState()))
         return 0;
-    if (table_.IsOn(P::JogStatus))
-        return table_.Get(P::JogReference);
-    const int selected = 2 * table_.IsOn(P::RefSelectHigh) + table_.IsOn(P::RefSelectLow);
-    const double reference = table_.Get(P::Reference0 + selected);
-    return table_.IsOn(P::ReferenceInvert) ? -reference : reference;
+    if (table_.IsOn(Param::JogStatus))
+        return table_.Get(Param::JogReference);
+    const int selected = 2 * table_.IsOn(Param::RefSelectMSB) + table_.IsOn(Param::RefSelectLSB);
+    const double reference = table_.Get(Param::Reference0 + selected);
+    return table_.IsOn(Param::ReferenceInvert) ? -reference : reference;
 }
 
 double SetpointPath::Ramp(double input, double seconds) const
@@ -34,7 +34,7 @@ double SetpointPath::Ramp(double input, double seconds) const
     const bool isAccel = std::abs(goal) > std::abs(ramp_);
     const int time =
         isForward ? (isAccel ? ForwardAccel : ForwardDecel) : (isAccel ? ReverseAccel : ReverseDecel);
-    const int set = table_.IsOn(P::RampSelect) ? P::RampTimesB : P::RampTimesA;
+    const int set = table_.IsOn(Param::RampSelect) ? Param::FwdAccelB : Param::FwdAccelA;
     const double fullScaleTime = table_.Scaled(set + time);
     if (fullScaleTime <= 0)
         return goal;
@@ -45,29 +45,30 @@ double SetpointPath::Ramp(double input, double seconds) const
 void SetpointPath::Tick(double seconds)
 {
     const State state = table_.DriveState();
-    table_.PutWithin(P::RampInput, Reference());
-    const double input = table_.Get(P::RampInput);
+    table_.PutWithin(Param::RampInput, Reference());
+    const double input = table_.Get(Param::RampInput);
     if (!IsRampEnabled(state))
         ramp_ = 0;
-    else if (table_.IsOn(P::RampBypass))
+    else if (table_.IsOn(Param::RampBypass))
         ramp_ = input;
     else
         ramp_ = Ramp(input, seconds);
-    table_.PutWithin(P::RampOutput, ramp_);
-    table_.Put(P::RampingStatus,
-               std::abs(input - ramp_) > table_.Get(P::RampThreshold) && IsRampEnabled(state));
+    table_.PutWithin(Param::RampOutput, ramp_);
+    table_.Put(Param::RampingStatus,
+               std::abs(input - ramp_) > table_.Get(Param::RampThreshold) && IsRampEnabled(state));
 
     const auto signedValue = [this](int value, int invert) {
         return table_.IsOn(invert) ? -table_.Get(value) : table_.Get(value);
     };
-    double sum = signedValue(P::RampOutput, P::InvertA);
+    double sum = signedValue(Param::RampOutput, Param::SetpointSumInvertA);
     if (IsReferenceEnabled(state))
-        sum += signedValue(P::SetpointB, P::InvertB) + signedValue(P::SetpointC, P::InvertC);
-    table_.PutWithin(P::VelocityDemand, sum);
-    const double forward = std::abs(table_.Get(P::ForwardMaxSpeed));
-    const double reverse = std::abs(table_.Get(P::ReverseMaxSpeed));
-    table_.PutWithin(P::FinalVelocityDemand,
-                     std::clamp<double>(table_.Get(P::VelocityDemand), -reverse, forward));
+        sum += signedValue(Param::SetpointB, Param::SetpointSumInvertB) +
+               signedValue(Param::SetpointC, Param::SetpointSumInvertC);
+    table_.PutWithin(Param::VelocityDemand, sum);
+    const double forward = std::abs(table_.Get(Param::ForwardMaxSpeed));
+    const double reverse = std::abs(table_.Get(Param::ReverseMaxSpeed));
+    table_.PutWithin(Param::FinalVelDemand,
+                     std::clamp<double>(table_.Get(Param::VelocityDemand), -reverse, forward));
 }
 
 } // namespace quorvik::drive

@@ -42,13 +42,14 @@ void StartStopLogic::PowerOn()
 
 bool StartStopLogic::IsAtZero() const
 {
-    const std::int32_t zero = std::max(table_.Get(P::ZeroSpeedSet), SmallestZeroSpeed);
-    return std::abs(table_.Get(P::VelocityFeedback)) <= zero && std::abs(table_.Get(P::RampOutput)) <= zero;
+    const std::int32_t zero = std::max(table_.Get(Param::ZeroSpeedSet), SmallestZeroSpeed);
+    return std::abs(table_.Get(Param::VelFeedback)) <= zero &&
+           std::abs(table_.Get(Param::RampOutput)) <= zero;
 }
 
 State StartStopLogic::StopBy() const
 {
-    switch (table_.Get(P::StopMode)) {
+    switch (table_.Get(Param::StopMode)) {
     case QuickStopMode:
         return State::QuickStop;
     case CoastStopMode:
@@ -60,18 +61,18 @@ State StartStopLogic::StopBy() const
 
 State StartStopLogic::Next(State state, double seconds)
 {
-    const bool run = table_.IsOn(P::Run);
-    const bool jog = table_.IsOn(P::Jog);
-    const bool enabled = table_.IsOn(P::RunEnable);
-    const bool isMaintained = table_.Get(P::LogicSelect) != ThreeWire;
+    const bool run = table_.IsOn(Param::Run);
+    const bool jog = table_.IsOn(Param::Jog);
+    const bool enabled = table_.IsOn(Param::RunEnable);
+    const bool isMaintained = table_.Get(Param::LogicSelect) != ThreeWire;
     // With two wires there is no stop input to open: the run contact starts and stops alone.
-    const bool stop = table_.IsOn(P::Stop) && !isMaintained;
+    const bool stop = table_.IsOn(Param::Stop) && !isMaintained;
     const bool runAsked = run && !runBefore_ && !stop && enabled;
     const bool jogAsked = jog && !jogBefore_ && !stop && enabled;
     runBefore_ = run;
     jogBefore_ = jog;
 
-    if (table_.IsOn(P::LatchedFault))
+    if (table_.IsOn(Param::LatchedFault))
         return State::EStop;
     if (IsContactorClosed(state) && !enabled)
         return State::CoastStop;
@@ -93,7 +94,7 @@ State StartStopLogic::Next(State state, double seconds)
         jogDelay_ += seconds;
         if (runAsked || jogAsked)
             return runAsked ? State::Run : State::Jog;
-        return jogDelay_ >= table_.Scaled(P::JogDelay) ? State::Stop : State::JogDelay;
+        return jogDelay_ >= table_.Scaled(Param::JogDelay) ? State::Stop : State::JogDelay;
     case State::QuickStop:
     case State::CoastStop:
         return IsAtZero() ? State::Stop : state;
@@ -105,10 +106,10 @@ void StartStopLogic::Tick(double seconds)
 {
     state_ = Next(state_, seconds);
     table_.Put(Param::DriveState, std::int32_t(state_));
-    table_.Put(P::RunStatus, state_ == State::Run);
-    table_.Put(P::JogStatus, state_ == State::Jog);
-    table_.Put(P::ArmPilotStatus, IsContactorClosed(state_));
-    table_.Put(P::DriveReady, !table_.IsOn(P::LatchedFault) && table_.IsOn(P::RunEnable));
+    table_.Put(Param::RunStatus, state_ == State::Run);
+    table_.Put(Param::JogStatus, state_ == State::Jog);
+    table_.Put(Param::ArmPilotStatus, IsContactorClosed(state_));
+    table_.Put(Param::DriveReady, !table_.IsOn(Param::LatchedFault) && table_.IsOn(Param::RunEnable));
 }
 
 } // namespace quorvik::drive
