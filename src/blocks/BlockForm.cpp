@@ -8,6 +8,7 @@
 #include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
+#include "platform/RuntimeFailure.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -70,6 +71,12 @@ private:
     DiagramView *view_;
 };
 
+QString CaptionOf(const BlockRow &row, QLatin1String prefix)
+{
+    const QString name = QString::fromLatin1(row.caption ? row.caption : FactoryNames[row.number]);
+    return !row.caption && name.startsWith(prefix) ? name.mid(prefix.size()) : name;
+}
+
 QString NumberAndName(const QString &numberText, const QString &name)
 {
     return u'(' + numberText + QStringLiteral(") ") + name;
@@ -77,22 +84,30 @@ QString NumberAndName(const QString &numberText, const QString &name)
 
 } // namespace
 
-BlockForm::BlockForm(Desk &desk, const BlockSpec &spec, int member)
-    : Form(desk, QString::fromLatin1(spec.name), spec.caption, QString::fromLatin1(spec.helpTopic))
+BlockForm::BlockForm(Desk &desk, const BlockDescriptor &descriptor, int member)
+    : Form(desk, QString::fromLatin1(descriptor.form), descriptor.WindowCaption(member),
+           QString::fromLatin1(descriptor.helpTopic))
+    , descriptor_(descriptor)
+    , member_(member)
     , view_(new DiagramView(this))
     , timerUpdateScreen_(new QTimer(this))
 {
-    if (member >= 0)
+    if (descriptor.IsFamily())
         SetTag(this, QString::number(member));
     timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
-    timerUpdateScreen_->setInterval(spec.timerInterval);
-    for (const BlockRow &row : spec.rows) {
-        linked_ = row.number == LinkedRow;
-        const bool free = row.number == FreeRow;
-        rows_.append({.caption = QString::fromLatin1(row.caption),
-                      .param = linked_ || free ? 0 : spec.base + row.number,
-                      .free = free});
+    timerUpdateScreen_->setInterval(descriptor.timerInterval);
+    const int offset =
+        descriptor.IsFamily() ? (member - descriptor.firstMember) * descriptor.memberDistance : 0;
+    for (const BlockRow &row : descriptor.rows) {
+        if (row.number == LinkedRow)
+            rows_.append({.number = LinkedRow, .caption = rows_.first().caption});
+        else
+            rows_.append({.number = row.number,
+                          .caption = CaptionOf(row, QLatin1String(descriptor.prefix)),
+                          .param = row.number + offset});
     }
+    for (int row = 0; row < descriptor.freeRows; ++row)
+        rows_.append({.number = row, .free = true});
 }
 
 void BlockForm::Load()
@@ -105,7 +120,7 @@ void BlockForm::Load()
     for (QWidget *control : buttonRow_)
         buttons->addWidget(control);
     buttons->addStretch();
-    if (IOMentorStart()) {
+    if (descriptor_.mentorStart) {
         auto *mentor = new QPushButton(QStringLiteral("I/O Mentor..."), this);
         mentor->setObjectName(QStringLiteral("CommandIOMentor"));
         mentor->setToolTip(QStringLiteral("Start I/O Mentor"));
@@ -119,10 +134,8 @@ void BlockForm::Load()
     layout->addLayout(buttons);
     resize(sizeHint());
 
-    const qsizetype fixedRows = rows_.size() - (linked_ ? 1 : 0);
-    for (qsizetype i = 0; i < fixedRows; ++i) {
-        const Row &row = rows_.at(i);
-        if (row.free)
+    for (const Row &row : rows_) {
+        if (!row.IsFixed())
             continue;
         const QString number = QString::number(row.param);
         SetPlainToolTip(row.label, NumberAndName(number, desk().model.ParamTable[row.param].Name));
@@ -138,10 +151,9 @@ void BlockForm::Load()
 void BlockForm::Unload()
 {
     timerUpdateScreen_->stop();
-    const qsizetype fixedRows = rows_.size() - (linked_ ? 1 : 0);
-    for (qsizetype i = 0; i < fixedRows; ++i)
-        if (!rows_.at(i).free)
-            desk().model.RemoveReadInterest(rows_.at(i).param);
+    for (const Row &row : rows_)
+        if (row.IsFixed())
+            desk().model.RemoveReadInterest(row.param);
     if (trackedParam_ >= 0)
         desk().model.RemoveReadInterest(trackedParam_);
     for (const int p : extraInterest_)
@@ -164,69 +176,59 @@ void BlockForm::MeasureRows()
     const auto cellsFor = [&](const QString &text) {
         return std::ceil(ruler.WidthFor(text) / view_->Unit());
     };
-    const auto showsAny = [this](const Row &row) { return row.free || (linked_ && &row == &rows_.last()); };
-    const QString longestOfAll = std::any_of(rows_.cbegin(), rows_.cend(), showsAny)
-                                     ? LongestValueTextOfAll(desk().model, view_->fontMetrics())
-                                     : QString();
+    const QString longestOfAll = std::ranges::all_of(rows_, &Row::IsFixed)
+                                     ? QString()
+                                     : LongestValueTextOfAll(desk().model, view_->fontMetrics());
     for (Row &row : rows_) {
-        const QString longest = showsAny(row) ? longestOfAll : LongestValueText(desk().model, row.param);
+        const QString longest = row.IsFixed() ? LongestValueText(desk().model, row.param) : longestOfAll;
         row.width = std::max(UsualBoxWidth, cellsFor(longest));
     }
 }
 
 void BlockForm::SetMinimumBoxWidth(int row, double cells)
 {
-    rows_[row].width = std::max(rows_.at(row).width, cells);
+    RowOf(row).width = std::max(RowOf(row).width, cells);
 }
 
 QSizeF BlockForm::BoxSize(int row) const
 {
-    return {rows_.at(row).width, BoxHeight};
+    return {RowOf(row).width, BoxHeight};
 }
 
-Shape BlockForm::Box(int rowIndex, const QPointF &left, CaptionAt captionAt)
+Shape BlockForm::Box(int number, const QPointF &left, CaptionAt captionAt)
 {
-    Row &row = rows_[rowIndex];
-    const bool isLinked = linked_ && rowIndex == RowCount() - 1;
-    const QString caption =
-        isLinked || row.free ? row.caption : NumberAndName(QString::number(row.param), row.caption);
-    row.label = view_->MakeLabel(ControlName("Label1", rowIndex), caption, false);
+    const int index = IndexOf(number);
+    Row &row = rows_[index];
+    row.label = view_->MakeLabel(ControlName("Label1", index), row.LabelText(), false);
     SetTag(row.label, QString::number(row.param));
-    row.box = new ValueBox(ControlName("Text1", rowIndex), view_);
+    row.box = new ValueBox(ControlName("Text1", index), view_);
     row.box->setAccessibleName(row.caption);
-    On(row.box, &ValueBox::clicked, this, [this, rowIndex] { Text1_Click(rowIndex); });
+    On(row.box, &ValueBox::clicked, this, [this, number] { Text1_Click(number); });
 
-    const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(rowIndex));
+    const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(number));
     view_->Place(row.box, rect);
     // The caption of a linked row changes with its selector; ten broad characters stand for it.
-    const QString longest = isLinked ? QStringLiteral("(5) WWWWWW...") : row.longestCaption;
+    const QString longest = row.IsLinked() ? QStringLiteral("(5) WWWWWW...") : row.longestCaption;
     const double y = rect.center().y();
+    const auto place = [&](double x, double at, Qt::Alignment alignment) {
+        view_->PlaceText(row.label, {x, at}, alignment, longest);
+        return Shape(rect);
+    };
     switch (captionAt) {
     case CaptionAt::Above:
-        view_->PlaceText(row.label, {rect.left(), y - CaptionDistance}, Qt::AlignLeft, longest);
-        break;
+        return place(rect.left(), y - CaptionDistance, Qt::AlignLeft);
     case CaptionAt::AboveRight:
-        view_->PlaceText(row.label, {rect.right(), y - CaptionDistance}, Qt::AlignRight, longest);
-        break;
+        return place(rect.right(), y - CaptionDistance, Qt::AlignRight);
     case CaptionAt::Below:
-        view_->PlaceText(row.label, {rect.left(), y + CaptionDistance}, Qt::AlignLeft, longest);
-        break;
+        return place(rect.left(), y + CaptionDistance, Qt::AlignLeft);
     case CaptionAt::BelowRight:
-        view_->PlaceText(row.label, {rect.right(), y + CaptionDistance}, Qt::AlignRight, longest);
-        break;
+        return place(rect.right(), y + CaptionDistance, Qt::AlignRight);
     case CaptionAt::Left:
-        view_->PlaceText(row.label, {rect.left() - 0.8, y}, Qt::AlignRight, longest);
-        break;
+        return place(rect.left() - 0.8, y, Qt::AlignRight);
     case CaptionAt::Right:
-        view_->PlaceText(row.label, {rect.right() + 0.8, y}, Qt::AlignLeft, longest);
         break;
     }
-    return Shape(rect);
-}
-
-QRectF BlockForm::Table(const QPointF &topLeft, const QString &title, std::initializer_list<int> rows)
-{
-    return Tables(topLeft, {{title, rows}});
+    return place(rect.right() + 0.8, y, Qt::AlignLeft);
 }
 
 QRectF BlockForm::Tables(const QPointF &topLeft, const QList<Group> &groups)
@@ -235,9 +237,8 @@ QRectF BlockForm::Tables(const QPointF &topLeft, const QList<Group> &groups)
     double boxes = 0;
     for (const Group &group : groups)
         for (const int row : group.rows) {
-            captions = std::max(captions, view_->TextWidth(NumberAndName(QString::number(RowParam(row)),
-                                                                         rows_.at(row).caption)));
-            boxes = std::max(boxes, rows_.at(row).width);
+            captions = std::max(captions, view_->TextWidth(RowOf(row).LabelText()));
+            boxes = std::max(boxes, RowOf(row).width);
         }
     captions = std::ceil(captions) + 1.5;
     QRectF all(topLeft, QSizeF(2 * TableInset + captions + boxes, 0));
@@ -300,24 +301,27 @@ bool BlockForm::MayWrite(const QList<int> &rows) const
                        [this](int row) { return desk().model.CanWriteParam(RowParam(row)); });
 }
 
-int BlockForm::RowParam(int row) const
+QString BlockForm::Row::LabelText() const
 {
-    return rows_.at(row).param;
+    return IsFixed() ? NumberAndName(QString::number(param), caption) : caption;
+}
+
+int BlockForm::IndexOf(int row) const
+{
+    const auto at = std::ranges::find(rows_, row, &Row::number);
+    if (at == rows_.end())
+        throw RuntimeFailure(QStringLiteral("The window has no row %1.").arg(row));
+    return int(at - rows_.begin());
 }
 
 QString BlockForm::RowText(int row) const
 {
-    return rows_.at(row).box->text();
+    return RowOf(row).box->text();
 }
 
 double BlockForm::RowNumber(int row) const
 {
     return CDbl(RowText(row));
-}
-
-std::int32_t BlockForm::RowValue(int row) const
-{
-    return desk().model.Value(RowParam(row));
 }
 
 QLabel *BlockForm::StaticLabel(const QString &name) const
@@ -339,35 +343,35 @@ void BlockForm::AddExtraInterest(int p)
 
 void BlockForm::SetRowParam(int row, int p)
 {
-    rows_[row].param = p;
-    SetTag(rows_.at(row).label, QString::number(p));
+    RowOf(row).param = p;
+    SetTag(RowOf(row).label, QString::number(p));
 }
 
-bool BlockForm::HasParameter(int row) const
+bool BlockForm::HasParameter(const Row &row) const
 {
-    const int p = RowParam(row);
-    return p >= 0 && p <= desk().model.ParamTable.UpperBound();
+    return row.param >= 0 && row.param <= desk().model.ParamTable.UpperBound();
 }
 
 void BlockForm::SetRowCaption(int row, const QString &caption, const QString &toolTip)
 {
-    rows_.at(row).label->setText(caption);
-    SetPlainToolTip(rows_.at(row).label, toolTip);
-    rows_.at(row).box->setAccessibleName(toolTip);
+    RowOf(row).label->setText(caption);
+    SetPlainToolTip(RowOf(row).label, toolTip);
+    RowOf(row).box->setAccessibleName(toolTip);
 }
 
 void BlockForm::TimerUpdateScreen_Timer()
 {
-    if (linked_)
-        SetRowParam(RowCount() - 1, RowValue(0));
-    for (int i = 0; i < RowCount(); ++i) {
-        const Row &row = rows_.at(i);
-        if (row.free && !HasParameter(i))
+    const Row &selector = rows_.first();
+    const bool isLinked = rows_.last().IsLinked();
+    if (isLinked)
+        SetRowParam(LinkedRow, desk().model.Value(selector.param));
+    for (const Row &row : rows_) {
+        if (row.free && !HasParameter(row))
             PaintEmptyRow(row);
-        else if (PaintRow(row) && linked_ && i == 0)
+        else if (PaintRow(row) && isLinked && &row == &selector)
             Text1_Change();
     }
-    if (linked_)
+    if (isLinked)
         PaintLinkedCaption();
     for (const GuardedArea &guarded : areas_)
         guarded.area->SetRefused(!MayWrite(guarded.rows));
@@ -403,7 +407,7 @@ void BlockForm::PaintEmptyRow(const Row &row)
 void BlockForm::PaintLinkedCaption()
 {
     const Row &row = rows_.last();
-    const QString full = NumberAndName(RowText(0), desk().model.ParamTable[row.param].Name);
+    const QString full = NumberAndName(rows_.first().box->text(), desk().model.ParamTable[row.param].Name);
     SetPlainToolTip(row.label, full);
     const QString caption =
         full.size() <= LinkedCaptionLength ? full : full.left(LinkedCaptionLength) + QStringLiteral("...");
@@ -412,12 +416,12 @@ void BlockForm::PaintLinkedCaption()
 
 void BlockForm::Text1_Click(int row)
 {
-    desk().rules.EditParameter(rows_.at(row).box->property("Tag").toInt(), RowParam(row));
+    desk().rules.EditParameter(RowOf(row).box->property("Tag").toInt(), RowParam(row));
 }
 
 void BlockForm::Text1_Change()
 {
-    const int selected = RowValue(0);
+    const int selected = desk().model.Value(rows_.first().param);
     // A number outside the table fails here, before any count has moved.
     static_cast<void>(desk().model.ParamTable[selected]);
     if (trackedParam_ >= 0)
@@ -432,7 +436,10 @@ void BlockForm::CommandIOMentor_Click()
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     // Runs once the Mentor's window handles events.
     QTimer::singleShot(0, qApp, [] { QGuiApplication::restoreOverrideCursor(); });
-    desk().model.WizardIOStart = *IOMentorStart();
+    WizardIOStartRecord start = *descriptor_.mentorStart;
+    start.member = std::uint8_t(descriptor_.IsFamily() ? member_ - descriptor_.firstMember : 0);
+    start.freqDigMode = MentorFreqDigMode();
+    desk().model.WizardIOStart = start;
     if (desk().OpenIOMentor)
         desk().OpenIOMentor();
 }

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "blocks/BlockDescriptor.h"
 #include "blocks/diagram/DiagramView.h"
 #include "desktop/Form.h"
-#include "model/Model.h"
 #include "platform/Guard.h"
 
 #include <QList>
 #include <initializer_list>
-#include <optional>
-#include <span>
 
 class QLabel;
 class QPushButton;
@@ -18,27 +16,6 @@ namespace quorvik
 {
 
 class ValueBox;
-
-/** One row of a block: its caption, and its parameter's number counted from the block's base. */
-struct BlockRow {
-    const char *caption;
-    int number;
-};
-
-/** The number of a last row that shows the parameter which row 0 selects. */
-inline constexpr int LinkedRow = -1;
-/** The number of a row whose parameter, caption and read interest are the window's own business. */
-inline constexpr int FreeRow = -2;
-
-/** What a block window is, apart from its drawing. */
-struct BlockSpec {
-    const char *name;      ///< FormVelocityLoop
-    QString caption;       ///< "Velocity Loop"
-    const char *helpTopic; ///< "Velocity Loop.htm"
-    std::span<const BlockRow> rows;
-    int base = 0;            ///< added to each row's number
-    int timerInterval = 500; ///< milliseconds between two ticks
-};
 
 /**
  * The window of one function block: rows of caption and value box on a drawing, repainted from the table
@@ -50,8 +27,8 @@ class BlockForm : public Form
     Q_OBJECT
 
 public:
-    /** @param member the member of a family, which becomes the form's Tag; -1 for a block without. */
-    BlockForm(Desk &desk, const BlockSpec &spec, int member = -1);
+    /** @param member the member of a family, which becomes the form's Tag; any number for a block without. */
+    BlockForm(Desk &desk, const BlockDescriptor &descriptor, int member);
 
     /** Draws the block, takes its read interest and starts its timer. Called once, before it is shown. */
     void Load();
@@ -69,23 +46,28 @@ protected:
     virtual void Draw(Drawing &d) = 0;
     /** What the block adds to a tick, after its rows. */
     virtual void Tick() {}
-    /** What the I/O Mentor opens on; a block that has none has no button for it. */
-    virtual std::optional<WizardIOStartRecord> IOMentorStart() const { return std::nullopt; }
+    /** The mode on which the I/O Mentor opens; a block that has none leaves it at the last one. */
+    virtual std::uint8_t MentorFreqDigMode() const { return desk().model.WizardIOStart.freqDigMode; }
 
+    // A row is named by the number of its parameter as the block's table has it.
+
+    int Member() const { return member_; }
     /** Width and height of a row's value box in cells. */
     QSizeF BoxSize(int row) const;
     /** Places a row's value box by its left end and the height of its wire, and its caption. */
     Shape Box(int row, const QPointF &left, CaptionAt captionAt = CaptionAt::Above);
-    /** Places rows one under another with their captions at the left, in a frame with a title.
-     *  @return the frame, in cells. */
-    QRectF Table(const QPointF &topLeft, const QString &title, std::initializer_list<int> rows);
     /** Rows under a title. */
     struct Group {
         QString title;
         QList<int> rows;
     };
-    /** Places tables one under another, all of one width. @return what they take, in cells. */
+    /** Places tables one under another, all of one width: rows one under another with their captions at the
+     *  left, in a frame with a title. @return what they take, in cells. */
     QRectF Tables(const QPointF &topLeft, const QList<Group> &groups);
+    QRectF Table(const QPointF &topLeft, const QString &title, const QList<int> &rows)
+    {
+        return Tables(topLeft, {{title, rows}});
+    }
     /** Adds a button at the left of the button row; it follows the boxes in the tab order. Called in Draw().
      */
     QPushButton *AddButton(const QString &name, const QString &caption, const QString &toolTip = {});
@@ -97,20 +79,23 @@ protected:
     /** The same for a two-valued selector: a double click flips it. */
     ClickArea *ClickToFlip(const QString &name, const QRectF &cells, const QString &toolTip, int row);
 
-    int RowParam(int row) const;          ///< the number in Label1(row).Tag
-    QString RowText(int row) const;       ///< Text1(row)
-    double RowNumber(int row) const;      ///< Text1(row) as a number; raises RuntimeFailure where it is none
-    std::int32_t RowValue(int row) const; ///< raw value of the row's parameter
+    int RowParam(int row) const { return RowOf(row).param; } ///< the number in Label1(row).Tag
+    QString RowText(int row) const;                          ///< Text1(row)
+    double RowNumber(int row) const; ///< Text1(row) as a number; raises RuntimeFailure where it is none
+    /** Raw value of the row's parameter. */
+    std::int32_t RowValue(int row) const { return desk().model.Value(RowParam(row)); }
     QLabel *StaticLabel(const QString &name) const; ///< a label of the drawing, or null
     /** Points a row at another parameter; read interest is the caller's. A free row may point outside the
      * table, and is empty then. */
     void SetRowParam(int row, int p);
     /** Whether the row's number lies within the table. */
-    bool HasParameter(int row) const;
+    bool HasParameter(int row) const { return HasParameter(RowOf(row)); }
     /** Caption, tool tip and spoken name of a free row. */
     void SetRowCaption(int row, const QString &caption, const QString &toolTip);
-    /** What room a free row's caption is given; called before the row is placed. */
-    void SetLongestCaption(int row, const QString &caption) { rows_[row].longestCaption = caption; }
+    /** Another caption than the table's; called before the row is placed. */
+    void SetCaption(int row, const QString &caption) { RowOf(row).caption = caption; }
+    /** The space for a free row's caption; called before the row is placed. */
+    void SetLongestCaption(int row, const QString &caption) { RowOf(row).longestCaption = caption; }
     void Write(int p, std::int32_t rawValue);
     /** Keeps a parameter polled that no row shows, until the window closes. */
     void AddExtraInterest(int p);
@@ -122,6 +107,7 @@ protected:
 
 private:
     struct Row {
+        int number = 0;
         QString caption = {};
         int param = 0;
         bool free = false;
@@ -129,12 +115,22 @@ private:
         QString longestCaption = {};
         QLabel *label = nullptr;
         ValueBox *box = nullptr;
+
+        bool IsLinked() const { return number == LinkedRow; }
+        /** Always the same parameter. */
+        bool IsFixed() const { return !free && !IsLinked(); }
+        /** "(190) Forward Max Speed". */
+        QString LabelText() const;
     };
     struct GuardedArea {
         ClickArea *area;
         QList<int> rows;
     };
 
+    int IndexOf(int row) const; ///< raises RuntimeFailure where the block has no such row
+    Row &RowOf(int row) { return rows_[IndexOf(row)]; }
+    const Row &RowOf(int row) const { return rows_.at(IndexOf(row)); }
+    bool HasParameter(const Row &row) const;
     void Text1_Click(int row);
     void Text1_Change();
     void CommandIOMentor_Click();
@@ -146,8 +142,9 @@ private:
     bool MayWrite(const QList<int> &rows) const;
     void MeasureRows();
 
+    const BlockDescriptor &descriptor_;
+    int member_;
     QList<Row> rows_;
-    bool linked_ = false;
     int trackedParam_ = -1; ///< TrackedParam: what the linked row keeps polled, -1 none
     QList<int> extraInterest_;
     QList<GuardedArea> areas_;
@@ -157,9 +154,10 @@ private:
     TickGuard tickGuard_;
 };
 
-/** The tail of every factory: a window ready to be shown. */
-template<typename Block> BlockForm *Loaded(Block *block)
+/** Makes a block's window, loaded and ready to be shown. */
+template<typename Block, const BlockDescriptor &Descriptor> BlockForm *MakeBlock(Desk &desk, int member)
 {
+    auto *block = new Block(desk, Descriptor, member);
     block->Load();
     return block;
 }

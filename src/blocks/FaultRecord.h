@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/ParameterNumbers.h"
+
 #include <QString>
 #include <cstdint>
 
@@ -8,11 +10,11 @@ namespace quorvik
 
 class Model;
 
-/** The drive's fault log: records of eight parameters, the most recent first. */
+/** The drive's fault log: five records, the most recent first. */
 namespace FaultLog
 {
-inline constexpr int First = 263; ///< the fault bits of the most recent record
-inline constexpr int Step = 8;
+inline constexpr int First = Param::FaultLog1Faults; ///< the fault bits of the most recent record
+inline constexpr int Step = Param::FaultLog2Faults - First;
 inline constexpr int Records = 5;
 } // namespace FaultLog
 

@@ -6,29 +6,11 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    RampBypass,
-    RampSelect,
-    FwdAccelA,
-    FwdDecelA,
-    RevAccelA,
-    RevDecelA,
-    FwdAccelB,
-    FwdDecelB,
-    RevAccelB,
-    RevDecelB,
-    RampInput,
-    RampThreshold,
-    RampOutput,
-    RampingStatus,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Ramp Bypass", 305}, {"Ramp Select", 306},    {"Fwd Accel A", 226}, {"Fwd Decel A", 227},
-    {"Rev Accel A", 228}, {"Rev Decel A", 229},    {"Fwd Accel B", 307}, {"Fwd Decel B", 308},
-    {"Rev Accel B", 309}, {"Rev Decel B", 310},    {"Ramp Input", 224},  {"Ramp Threshold", 230},
-    {"Ramp Output", 225}, {"Ramping Status", 231},
-};
+constexpr BlockRow Rows[] = {RampBypass, RampSelect,    FwdAccelA,  FwdDecelA,    RevAccelA,
+                             RevDecelA,  FwdAccelB,     FwdDecelB,  RevAccelB,    RevDecelB,
+                             RampInput,  RampThreshold, RampOutput, RampingStatus};
 
 enum SetContact { SetA, SetB };
 enum BypassContact { ThroughRamp, Bypassed };
@@ -37,13 +19,7 @@ enum EnableContact { Enabled, Disabled };
 class FormAccelDecel final : public BlockForm
 {
 public:
-    explicit FormAccelDecel(Desk &desk)
-        : BlockForm(desk, {.name = "FormAccelDecel",
-                           .caption = QStringLiteral("Accel/Decel"),
-                           .helpTopic = "AccelDecel.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -151,11 +127,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormAccelDecel(Desk &desk, int);
-
-BlockForm *MakeFormAccelDecel(Desk &desk, int)
-{
-    return Loaded(new FormAccelDecel(desk));
-}
+constexpr BlockDescriptor BlockAccelDecel = {.form = "FormAccelDecel",
+                                             .window = "Accel/Decel",
+                                             .helpTopic = "AccelDecel.htm",
+                                             .rows = Rows,
+                                             .make = MakeBlock<FormAccelDecel, BlockAccelDecel>};
 
 } // namespace quorvik

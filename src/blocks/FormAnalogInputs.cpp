@@ -6,48 +6,25 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    Destination,
-    Polarity,
-    Status,
-    Filtering,
-    Type,
-    LowCalibration,
-    HighCalibration,
-    Bias,
-    Gain,
-    Invert,
-    Linked,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Destination", 0},         {"Polarity", 5},          {"Status", 116}, {"Filtering", 35}, {"Type", 10},
-    {"0% Calibration", 15},     {"100% Calibration", 20}, {"Bias", 25},    {"Gain", 30},      {"Invert", 321},
-    {"Destination", LinkedRow},
-};
+constexpr BlockRow Rows[] = {AnalogIn1Destination,     AnalogIn1Polarity, AnalogIn1Status,
+                             AnalogIn1Filtering,       AnalogIn1Type,     AnalogIn1ZeroCalibration,
+                             AnalogIn1FullCalibration, AnalogIn1Bias,     AnalogIn1Gain,
+                             AnalogIn1Invert,          LinkedRow};
 
 enum TypeContact { Voltage, Current };
 
 class FormAnalogInputs final : public InputOutputForm
 {
 public:
-    FormAnalogInputs(Desk &desk, int member)
-        : InputOutputForm(desk,
-                          {.name = "FormAnalogInputs",
-                           .caption = QStringLiteral("Analog Input ") + QString::number(member),
-                           .helpTopic = "Analog Inputs.htm",
-                           .rows = Rows,
-                           .base = member + 22},
-                          {.outputs = 0, .kind = 0, .member = std::uint8_t(member - 1)}, member)
-        , member_(member)
-    {
-    }
+    using InputOutputForm::InputOutputForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         const double y = 20;
-        const Shape input = d.Function({-3, y}, {15, 6}, QStringLiteral("Analog In %1").arg(member_));
+        const Shape input = d.Function({-3, y}, {15, 6}, QStringLiteral("Analog In %1").arg(Member()));
         typeSwitch_ = d.Switch(QStringLiteral("LineType"), {27, y}, {{21, y - 3}, {21, y + 3}});
         const Port fork = d.Dot({15, y});
         d.Line(input.Right(), fork);
@@ -55,37 +32,36 @@ protected:
         d.Path({{fork.at, {15, y + 3}, typeSwitch_.Contact(Current).at}}, false);
         d.Label(QStringLiteral("LabelVoltage"), QStringLiteral("Voltage"), {18, y - 4.6});
         d.Label(QStringLiteral("LabelCurrent"), QStringLiteral("Current"), {18, y + 4.6});
-        d.Link(Box(Type, {18, y + RowBelow}, CaptionAt::Below).Top(), typeSwitch_);
+        d.Link(Box(AnalogIn1Type, {18, y + RowBelow}, CaptionAt::Below).Top(), typeSwitch_);
 
         const Shape filter = d.Filter({34, y}, QStringLiteral("LabelFiltering"));
-        const Shape filtering = Box(Filtering, {32.5, y + RowBelow}, CaptionAt::Below);
-        const Shape status = Box(Status, {48, y});
+        const Shape filtering = Box(AnalogIn1Filtering, {32.5, y + RowBelow}, CaptionAt::Below);
+        const Shape status = Box(AnalogIn1Status, {48, y});
         d.Wire(typeSwitch_.Pivot(), filter.Left());
         d.Wire(filtering.Top(), filter.Bottom());
         d.Wire(filter.Right(), status.Left());
 
-        const Shape polarity = Box(Polarity, {45, y + RowAbove});
+        const Shape polarity = Box(AnalogIn1Polarity, {45, y + RowAbove});
         const QString curveName = QStringLiteral("CurvePolarity");
-        const Shape curve =
-            CalibrationStage(d, {66, y}, LowCalibration, HighCalibration, Bias, Gain, curveName);
+        const Shape curve = CalibrationStage(d, {66, y}, AnalogIn1ZeroCalibration, AnalogIn1FullCalibration,
+                                             AnalogIn1Bias, AnalogIn1Gain, curveName);
         curve_ = d.Part(curveName);
         d.Wire(status.Right(), curve.Left());
         d.Wire(polarity.Right(), curve.LeftAt(y - 4), 61.5);
 
-        signSwitch_ =
-            OptionalStage(d, curve.Right(), {91, y}, Stage::Negate, Invert, QStringLiteral("LineInvert"));
-        DestinationEnd(d, signSwitch_.Pivot(), Destination, 117);
+        signSwitch_ = OptionalStage(d, curve.Right(), {91, y}, Stage::Negate, AnalogIn1Invert,
+                                    QStringLiteral("LineInvert"));
+        DestinationEnd(d, signSwitch_.Pivot(), AnalogIn1Destination, 117);
     }
 
     void Tick() override
     {
-        typeSwitch_.Set(RowText(Type) == QStringLiteral("Voltage") ? Voltage : Current);
-        curve_.Set(RowValue(Polarity) != 0);
-        signSwitch_.Set(RowValue(Invert) == 1 ? SwitchedIn : PassedBy);
+        typeSwitch_.Set(RowText(AnalogIn1Type) == QStringLiteral("Voltage") ? Voltage : Current);
+        curve_.Set(RowValue(AnalogIn1Polarity) != 0);
+        signSwitch_.Set(RowValue(AnalogIn1Invert) == 1 ? SwitchedIn : PassedBy);
     }
 
 private:
-    int member_;
     LivePart typeSwitch_;
     LivePart curve_;
     LivePart signSwitch_;
@@ -93,11 +69,14 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormAnalogInputs(Desk &desk, int member);
-
-BlockForm *MakeFormAnalogInputs(Desk &desk, int member)
-{
-    return Loaded(new FormAnalogInputs(desk, member));
-}
+constexpr BlockDescriptor BlockAnalogInputs = {.form = "FormAnalogInputs",
+                                               .window = "Analog Input ",
+                                               .helpTopic = "Analog Inputs.htm",
+                                               .rows = Rows,
+                                               .prefix = "Analog In 1 ",
+                                               .make = MakeBlock<FormAnalogInputs, BlockAnalogInputs>,
+                                               .firstMember = 1,
+                                               .lastMember = 5,
+                                               .mentorStart = WizardIOStartRecord{.outputs = 0, .kind = 0}};
 
 } // namespace quorvik

@@ -6,41 +6,30 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    PropGain,
-    IntegralTime,
-    IntegralClamp,
-    Polarity,
-    Deadband,
-    Setpoint,
-    Feedback,
-    Error,
-    Reset,
-    PiTrim,
-    PiScale,
-    PropStatus,
-    IntegralStatus,
-    Output,
-    AtLimit,
-};
+using namespace Param;
 
 constexpr BlockRow Rows[] = {
-    {"Prop Gain", 355},       {"Integral Time", 356}, {"Integral Clamp", 353}, {"Polarity", 358},
-    {"Deadband", 354},        {"Setpoint", 350},      {"Feedback", 351},       {"Error", 352},
-    {"Reset", 357},           {"PI Trim", 359},       {"PI Scale", 360},       {"Prop Status", 362},
-    {"Integral Status", 363}, {"Output", 364},        {"At Limit", 361},
+    AuxPIPropGain,
+    AuxPIIntegralTime,
+    AuxPIIntegralClamp,
+    AuxPIPolarity,
+    AuxPIDeadband,
+    AuxPISetpoint,
+    AuxPIFeedback,
+    AuxPIError,
+    AuxPIReset,
+    {AuxPITrim, "PI Trim"},
+    {AuxPIScale, "PI Scale"},
+    AuxPIPropStatus,
+    AuxPIIntegralStatus,
+    AuxPIOutput,
+    AuxPIAtLimit,
 };
 
 class FormAuxPI final : public BlockForm
 {
 public:
-    explicit FormAuxPI(Desk &desk)
-        : BlockForm(desk, {.name = "FormAuxPI",
-                           .caption = QStringLiteral("Aux PI"),
-                           .helpTopic = "Aux PI.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -51,7 +40,7 @@ protected:
         DrawLimit(d);
     }
 
-    void Tick() override { polarity_.Set(RowValue(Polarity) != 0); }
+    void Tick() override { polarity_.Set(RowValue(AuxPIPolarity) != 0); }
 
 private:
     static constexpr double PathY = 24;
@@ -59,10 +48,10 @@ private:
     void DrawError(Drawing &d)
     {
         const double y = PathY;
-        const Shape setpoint = Box(Setpoint, {0, y});
-        const Shape feedback = Box(Feedback, {0, y + 11}, CaptionAt::Below);
+        const Shape setpoint = Box(AuxPISetpoint, {0, y});
+        const Shape feedback = Box(AuxPIFeedback, {0, y + 11}, CaptionAt::Below);
         const Shape sum = d.Sum({18, y}, QStringLiteral("+  -"));
-        const Shape error = Box(Error, {24, y});
+        const Shape error = Box(AuxPIError, {24, y});
         d.Wire(setpoint.Right(), sum.Left());
         d.Wire(feedback.Right(), sum.Bottom());
         d.Wire(sum.Right(), error.Left());
@@ -71,7 +60,7 @@ private:
         const Port split = d.Dot({39, y});
         const Shape magnitude = d.Absolute({41, y + 11}, QStringLiteral("Label2"));
         const Shape band = d.DeadBand({46, y});
-        const Shape deadband = Box(Deadband, {46.5, y + 20}, CaptionAt::Below);
+        const Shape deadband = Box(AuxPIDeadband, {46.5, y + 20}, CaptionAt::Below);
         d.Line(error.Right(), split);
         d.Wire(split, band.Left());
         d.Wire({split.at, Side::Bottom}, magnitude.Left());
@@ -84,10 +73,10 @@ private:
     {
         const double y = PathY;
         const Shape pi = d.Pi({62, y}, {16, 12});
-        const Shape reset = Box(Reset, {42, y - 18});
-        const Shape gain = Box(PropGain, {59, y - 18});
-        const Shape time = Box(IntegralTime, {76, y - 18});
-        clamp_ = Box(IntegralClamp, {62, y + 20}, CaptionAt::Below);
+        const Shape reset = Box(AuxPIReset, {42, y - 18});
+        const Shape gain = Box(AuxPIPropGain, {59, y - 18});
+        const Shape time = Box(AuxPIIntegralTime, {76, y - 18});
+        clamp_ = Box(AuxPIIntegralClamp, {62, y + 20}, CaptionAt::Below);
         d.Wire(band_.Right(), pi.Left());
         d.Wire(reset.Right(), pi.LeftAt(y - 4), 57.5);
         d.Wire(gain.Bottom(), pi.TopAt(65));
@@ -99,8 +88,8 @@ private:
     void DrawOutput(Drawing &d)
     {
         const double y = PathY;
-        const Shape proportional = Box(PropStatus, {86, y - 4});
-        const Shape integral = Box(IntegralStatus, {86, y + 4}, CaptionAt::AboveRight);
+        const Shape proportional = Box(AuxPIPropStatus, {86, y - 4});
+        const Shape integral = Box(AuxPIIntegralStatus, {86, y + 4}, CaptionAt::AboveRight);
         integral_ = d.Dot({100.5, y + 4});
         const Shape sum = d.Sum({103, y}, QStringLiteral(" + +"));
         d.Wire(pi_.RightAt(y - 4), proportional.Left());
@@ -111,12 +100,12 @@ private:
 
         const Shape limiter = d.Limiter({109, y}, QStringLiteral("LimiterPolarity"));
         polarity_ = d.Part(QStringLiteral("LimiterPolarity"));
-        const Shape polarity = Box(Polarity, {106, y - 18});
+        const Shape polarity = Box(AuxPIPolarity, {106, y - 18});
         const Shape scale = d.Multiplier({126, y});
-        const Shape factor = Box(PiScale, {120, y - 18});
+        const Shape factor = Box(AuxPIScale, {120, y - 18});
         const Shape trimSum = d.Sum({140, y}, QStringLiteral("++"));
-        const Shape trim = Box(PiTrim, {134, y - 18});
-        const Shape output = Box(Output, {OutputX, y});
+        const Shape trim = Box(AuxPITrim, {134, y - 18});
+        const Shape output = Box(AuxPIOutput, {OutputX, y});
         d.Wire(sum.Right(), limiter.Left());
         d.Wire(polarity.Bottom(), limiter.Top());
         d.Wire(limiter.Right(), scale.Left());
@@ -133,7 +122,7 @@ private:
         const double y = PathY + 12;
         const Shape magnitude = d.Absolute({105, y});
         const Shape comparator = d.Comparator({118, y}, QStringLiteral("\u2265"));
-        const Shape limit = Box(AtLimit, {OutputX, y}, CaptionAt::Below);
+        const Shape limit = Box(AuxPIAtLimit, {OutputX, y}, CaptionAt::Below);
         d.Wire({integral_.at, Side::Bottom}, magnitude.Left());
         d.Wire(magnitude.Right(), comparator.Left());
         d.Wire(clamp_.Right(), comparator.Bottom());
@@ -151,11 +140,11 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormAuxPI(Desk &desk, int);
-
-BlockForm *MakeFormAuxPI(Desk &desk, int)
-{
-    return Loaded(new FormAuxPI(desk));
-}
+constexpr BlockDescriptor BlockAuxPI = {.form = "FormAuxPI",
+                                        .window = "Aux PI",
+                                        .helpTopic = "Aux PI.htm",
+                                        .rows = Rows,
+                                        .prefix = "Aux PI ",
+                                        .make = MakeBlock<FormAuxPI, BlockAuxPI>};
 
 } // namespace quorvik

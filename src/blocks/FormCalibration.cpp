@@ -6,49 +6,32 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    DriveCurrent,
-    MotorCurrent,
-    EncoderRpm,
-    EncoderLines,
-    InvertFeedback,
-    TachometerType,
-    MotorVoltage,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Nameplate Drive I", 122},       {"Nameplate Motor I", 123}, {"100% Encoder RPM", 125},
-    {"Encoder Lines", 124},           {"Invert Feedback", 126},   {"Tachometer Type", 127},
-    {"Nameplate Motor Voltage", 128},
-};
+constexpr BlockRow Rows[] = {NameplateDriveI, NameplateMotorI, FullEncoderRPM,       EncoderLines,
+                             InvertFeedback,  TachometerType,  NameplateMotorVoltage};
 
 class FormCalibration final : public BlockForm
 {
 public:
-    explicit FormCalibration(Desk &desk)
-        : BlockForm(desk, {.name = "FormCalibration",
-                           .caption = QStringLiteral("Calibration"),
-                           .helpTopic = "Calibration.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &) override
     {
-        Tables({0, 0}, {{QStringLiteral("Nameplates"), {DriveCurrent, MotorCurrent, MotorVoltage}},
-                        {QStringLiteral("Speed Feedback"),
-                         {EncoderRpm, EncoderLines, InvertFeedback, TachometerType}}});
+        Tables({0, 0},
+               {{QStringLiteral("Nameplates"), {NameplateDriveI, NameplateMotorI, NameplateMotorVoltage}},
+                {QStringLiteral("Speed Feedback"),
+                 {FullEncoderRPM, EncoderLines, InvertFeedback, TachometerType}}});
     }
 };
 
 } // namespace
 
-BlockForm *MakeFormCalibration(Desk &desk, int);
-
-BlockForm *MakeFormCalibration(Desk &desk, int)
-{
-    return Loaded(new FormCalibration(desk));
-}
+constexpr BlockDescriptor BlockCalibration = {.form = "FormCalibration",
+                                              .window = "Calibration",
+                                              .helpTopic = "Calibration.htm",
+                                              .rows = Rows,
+                                              .make = MakeBlock<FormCalibration, BlockCalibration>};
 
 } // namespace quorvik

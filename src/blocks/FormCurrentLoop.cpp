@@ -10,43 +10,16 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    DriveModeMsb,
-    DriveModeLsb,
-    TorqueReference,
-    PositiveLimit,
-    CurrentDemand,
-    AuxDemand,
-    NegativeLimit,
-    FeedbackFiltered,
-    CurrentFeedback,
-    FinalDemandFiltered,
-    FinalDemand,
-    PropGain,
-    IntegralTime,
-    CurrentError,
-    RegenMode,
-    OpenLoopSetpoint,
-    OpenLoopSelect,
-    ArmatureAmps,
-    ConductionAngle,
-    LoopEnable,
-};
+using namespace Param;
 
 constexpr BlockRow Rows[] = {
-    {"Drive Mode (MSB)", 109},     {"Drive Mode (LSB)", 110},
-    {"Torque Reference", 97},      {"Positive I Limit", 99},
-    {"Current Demand", 111},       {"Aux I Demand", 98},
-    {"Negative I Limit", 100},     {"Current Feedback (Filtered)", 112},
-    {"Current Feedback", 102},     {"Final I Demand (Filtered)", 113},
-    {"Final I Demand", 101},       {"I Proportional Gain", 107},
-    {"I Integral Time", 108},      {"Current Error", 103},
-    {"Regen Mode", 206},           {"Open Loop Arm Setpoint", 105},
-    {"Open Loop Arm Select", 104}, {"Armature Amps", 114},
-    {"Conduction Angle", 106},     {"Loop Enable", 212},
+    DriveModeMSB,      DriveModeLSB,         TorqueReference, PositiveILimit,
+    CurrentDemand,     AuxIDemand,           NegativeILimit,  CurrentFeedbackFiltered,
+    CurrentFeedback,   FinalIDemandFiltered, FinalIDemand,    IProportionalGain,
+    IIntegralTime,     CurrentError,         RegenMode,       OpenLoopArmSetpoint,
+    OpenLoopArmSelect, ArmatureAmps,         ConductionAngle, LoopEnable,
 };
 
-constexpr int FoldbackStatus = 252;
 constexpr int ActiveWidth = 5;
 constexpr int IdleWidth = 1;
 
@@ -57,13 +30,7 @@ enum LoopContact { ClosedLoop, OpenLoop };
 class FormCurrentLoop final : public BlockForm
 {
 public:
-    explicit FormCurrentLoop(Desk &desk)
-        : BlockForm(desk, {.name = "FormCurrentLoop",
-                           .caption = QStringLiteral("Current Loop"),
-                           .helpTopic = "Current Loop.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -72,18 +39,18 @@ protected:
         DrawLimits(d);
         DrawLoop(d);
         DrawFeedback(d);
-        AddExtraInterest(FoldbackStatus);
+        AddExtraInterest(ArmIFoldbackStatus);
     }
 
     void Tick() override
     {
-        loopSwitch_.Set(RowText(OpenLoopSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
+        loopSwitch_.Set(RowText(OpenLoopArmSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
         const Model &model = desk().model;
         const std::int32_t rawState = model.Value(Param::DriveState);
         enableSwitch_.Set(rawState == 1 || rawState == 3 ? Closed : Open);
         firing_.Set(RowText(LoopEnable) == QStringLiteral("True") ? Closed : Open);
         ShowDriveMode();
-        positiveFoldback_.Set(model.Value(FoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
+        positiveFoldback_.Set(model.Value(ArmIFoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
         ShowActiveLimit();
     }
 
@@ -94,7 +61,7 @@ private:
     void ShowDriveMode()
     {
         const std::int32_t mode =
-            CheckedAdd(CheckedMultiply(2, RowValue(DriveModeMsb)), RowValue(DriveModeLsb));
+            CheckedAdd(CheckedMultiply(2, RowValue(DriveModeMSB)), RowValue(DriveModeLSB));
         modeSwitch_.Set(mode == 0 ? Velocity : mode == 1 ? Torque : -1);
         StaticLabel(QStringLiteral("LabelDriveMode"))
             ->setText(mode == 0   ? QStringLiteral("Velocity")
@@ -104,12 +71,12 @@ private:
 
     void ShowActiveLimit()
     {
-        const std::int32_t rawSum = ToInt16(CheckedAdd(RowValue(AuxDemand), RowValue(CurrentDemand)));
+        const std::int32_t rawSum = ToInt16(CheckedAdd(RowValue(AuxIDemand), RowValue(CurrentDemand)));
         if (rawSum < 0) {
-            negativeLimit_.Set(rawSum > RowValue(NegativeLimit) ? IdleWidth : ActiveWidth);
+            negativeLimit_.Set(rawSum > RowValue(NegativeILimit) ? IdleWidth : ActiveWidth);
             positiveLimit_.Set(IdleWidth);
         } else {
-            positiveLimit_.Set(rawSum < RowValue(PositiveLimit) ? IdleWidth : ActiveWidth);
+            positiveLimit_.Set(rawSum < RowValue(PositiveILimit) ? IdleWidth : ActiveWidth);
             negativeLimit_.Set(IdleWidth);
         }
     }
@@ -117,8 +84,8 @@ private:
     void DrawDemand(Drawing &d)
     {
         const double y = PathY;
-        const Shape high = Box(DriveModeMsb, {8, y - 22});
-        const Shape low = Box(DriveModeLsb, {31, y - 22});
+        const Shape high = Box(DriveModeMSB, {8, y - 22});
+        const Shape low = Box(DriveModeLSB, {31, y - 22});
         const Shape torque = Box(TorqueReference, {0, y + 4}, CaptionAt::Below);
         const Port velocity = d.From({20, y - 4}, QStringLiteral("(205) Vel Loop Output"));
         // A stop takes the torque reference away; the velocity loop brings the motor to rest.
@@ -135,7 +102,7 @@ private:
 
         const Shape demand = Box(CurrentDemand, {37.5, y}, CaptionAt::Below);
         const Shape sum = d.Sum({54, y}, QStringLiteral("++"));
-        const Shape aux = Box(AuxDemand, {38, y - 11});
+        const Shape aux = Box(AuxIDemand, {38, y - 11});
         d.Wire(modeSwitch_.Pivot(), demand.Left());
         d.Wire(demand.Right(), sum.Left());
         d.Wire(aux.Right(), sum.Top());
@@ -159,16 +126,16 @@ private:
             d.Limit(QStringLiteral("LineNegILimit"), {QPointF(left + 1, y + 6), QPointF(middle - 3, y + 6)});
         d.Limit({}, {QPointF(middle - 3, y + 6), QPointF(middle + 3, y - 6)});
         d.Label(QStringLiteral("LabelFoldback"), QStringLiteral("Foldback"), {middle + 4.8, y - 0.8});
-        const Shape positive = Box(PositiveLimit, {61.5, y - 14});
-        const Shape negative = Box(NegativeLimit, {61.5, y + 16}, CaptionAt::Below);
+        const Shape positive = Box(PositiveILimit, {61.5, y - 14});
+        const Shape negative = Box(NegativeILimit, {61.5, y + 16}, CaptionAt::Below);
         d.Wire(sum_.Right(), limiter.Left());
         d.Wire(positive.Bottom(), limiter.Top());
         d.Wire(negative.Top(), limiter.Bottom());
 
-        const Shape final = Box(FinalDemand, {81.5, y}, CaptionAt::Below);
+        const Shape final = Box(FinalIDemand, {81.5, y}, CaptionAt::Below);
         const Port branch = d.Dot({96.5, y});
         const Shape filter = d.Filter({100.5, y - 24});
-        const Shape filtered = Box(FinalDemandFiltered, {114.5, y - 24});
+        const Shape filtered = Box(FinalIDemandFiltered, {114.5, y - 24});
         error_ = d.Sum({100.5, y}, QStringLiteral("+  -"));
         d.Wire(limiter.Right(), final.Left());
         d.Line(final.Right(), branch);
@@ -182,8 +149,8 @@ private:
         const double y = PathY;
         const Shape error = Box(CurrentError, {104.5, y}, CaptionAt::Below);
         const Shape pi = d.Pi({123.5, y}, {11, 10});
-        const Shape gain = Box(PropGain, {101.5, y - 16});
-        const Shape time = Box(IntegralTime, {101.5, y - 9});
+        const Shape gain = Box(IProportionalGain, {101.5, y - 16});
+        const Shape time = Box(IIntegralTime, {101.5, y - 9});
         const Shape regen = Box(RegenMode, {104.5, y + 10}, CaptionAt::Below);
         d.Wire(error_.Right(), error.Left());
         d.Wire(error.Right(), pi.Left());
@@ -193,12 +160,12 @@ private:
 
         loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitch2"), {146.5, y + 3}, {{138.5, y}, {138.5, y + 6}});
         d.Line(pi.Right(), loopSwitch_.Contact(ClosedLoop));
-        const Shape setpoint = Box(OpenLoopSetpoint, {117.5, y + 17}, CaptionAt::Below);
+        const Shape setpoint = Box(OpenLoopArmSetpoint, {117.5, y + 17}, CaptionAt::Below);
         d.Line(setpoint.Right(), loopSwitch_.Contact(OpenLoop), 134);
         ClickToFlip(QStringLiteral("Image1"), loopSwitch_.Area(),
                     QStringLiteral("Double-click to change over between closed and open loop"),
-                    OpenLoopSelect);
-        const Shape select = Box(OpenLoopSelect, {136.5, y - 9});
+                    OpenLoopArmSelect);
+        const Shape select = Box(OpenLoopArmSelect, {136.5, y - 9});
         d.Link(select.Bottom(), loopSwitch_);
         // Nothing fires the bridges while the loops are blocked, in open loop neither.
         firing_ = d.Contact(QStringLiteral("LineLoopEnable"), {157.5, y + 3}, {150.5, y + 3});
@@ -216,7 +183,7 @@ private:
         const Shape feedback = Box(CurrentFeedback, {76.5, y});
         const Port branch = d.Dot({100.5, y});
         const Shape filter = d.Filter({108.5, y});
-        const Shape filtered = Box(FeedbackFiltered, {122.5, y});
+        const Shape filtered = Box(CurrentFeedbackFiltered, {122.5, y});
         const Shape scale = d.Scale({108.5, y + 9}, QStringLiteral("x (123)"));
         const Shape amps = Box(ArmatureAmps, {122.5, y + 9}, CaptionAt::Below);
         d.Line(feedback.Right(), branch);
@@ -241,11 +208,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormCurrentLoop(Desk &desk, int);
-
-BlockForm *MakeFormCurrentLoop(Desk &desk, int)
-{
-    return Loaded(new FormCurrentLoop(desk));
-}
+constexpr BlockDescriptor BlockCurrentLoop = {.form = "FormCurrentLoop",
+                                              .window = "Current Loop",
+                                              .helpTopic = "Current Loop.htm",
+                                              .rows = Rows,
+                                              .make = MakeBlock<FormCurrentLoop, BlockCurrentLoop>};
 
 } // namespace quorvik

@@ -21,18 +21,34 @@ namespace quorvik
 namespace
 {
 
+using namespace Param;
+
 constexpr int Slots = 20;
 constexpr int ColumnLength = Slots / 2;
 constexpr int WholeCaption = 20;
 
-constexpr std::array<int, Slots> CustomDefaults = {411, 200, 417, 114, 335, 338, 205, 106, 217, 218,
-                                                   219, 220, 221, 190, 191, 99,  100, 123, 128, 197};
-
-constexpr std::array<BlockRow, Slots> Rows = [] {
-    std::array<BlockRow, Slots> rows{};
-    rows.fill({"", FreeRow});
-    return rows;
-}();
+constexpr std::array<int, Slots> CustomDefaults = {
+    DriveModel,
+    MotorRPM,
+    ArmatureVolts,
+    ArmatureAmps,
+    FieldVolts,
+    FieldAmps,
+    VelLoopOutput,
+    ConductionAngle,
+    Reference0,
+    Reference1,
+    Reference2,
+    Reference3,
+    JogReference,
+    ForwardMaxSpeed,
+    ReverseMaxSpeed,
+    PositiveILimit,
+    NegativeILimit,
+    NameplateMotorI,
+    NameplateMotorVoltage,
+    FeedbackSelect,
+};
 
 QString ShortCaption(const QString &full)
 {
@@ -42,14 +58,7 @@ QString ShortCaption(const QString &full)
 class FormCustom final : public BlockForm
 {
 public:
-    explicit FormCustom(Desk &desk)
-        : BlockForm(desk, {.name = "FormCustom",
-                           .caption = QStringLiteral("Custom"),
-                           .helpTopic = "Custom.htm",
-                           .rows = Rows,
-                           .timerInterval = 400})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -275,16 +284,21 @@ private:
     int customParam_ = 0; ///< CustomParam: its present number
 };
 
-} // namespace
-
-BlockForm *MakeFormCustom(Desk &desk, int);
-
-BlockForm *MakeFormCustom(Desk &desk, int)
+BlockForm *MakeCustom(Desk &desk, int member)
 {
-    BlockForm *form = Loaded(new FormCustom(desk));
+    BlockForm *form = MakeBlock<FormCustom, BlockCustom>(desk, member);
     // The hidden list is the first control here, and takes no focus.
     form->findChild<ValueBox *>(ControlName("Text1", 0))->setFocus();
     return form;
 }
+
+} // namespace
+
+constexpr BlockDescriptor BlockCustom = {.form = "FormCustom",
+                                         .window = "Custom",
+                                         .helpTopic = "Custom.htm",
+                                         .make = MakeCustom,
+                                         .freeRows = Slots,
+                                         .timerInterval = 400};
 
 } // namespace quorvik

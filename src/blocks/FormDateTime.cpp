@@ -13,11 +13,10 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { Seconds, Minutes, Hours, Day, Date, Month, Year };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Seconds", 0}, {"Minutes", 1}, {"Hours", 2}, {"Day", 3}, {"Date", 4}, {"Month", 5}, {"Year", 6},
-};
+constexpr BlockRow Rows[] = {ClockSeconds, ClockMinutes, ClockHours, ClockDay,
+                             ClockDate,    ClockMonth,   ClockYear};
 
 /** What the drive's clock counts, taken from one reading of the computer's, in the order of the rows. */
 constexpr int (*ClockWords[])(const QDateTime &) = {
@@ -34,20 +33,14 @@ constexpr int (*ClockWords[])(const QDateTime &) = {
 class FormDateTime final : public BlockForm
 {
 public:
-    explicit FormDateTime(Desk &desk)
-        : BlockForm(desk, {.name = "FormDateTime",
-                           .caption = QStringLiteral("Date/Time"),
-                           .helpTopic = "Date Time.htm",
-                           .rows = Rows,
-                           .base = Param::ClockFirst})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
     {
-        const QRectF table = Table({0, 0}, QStringLiteral("Clock of the Drive"),
-                                   {Seconds, Minutes, Hours, Day, Date, Month, Year});
+        const QRectF table =
+            Table({0, 0}, QStringLiteral("Clock of the Drive"),
+                  {ClockSeconds, ClockMinutes, ClockHours, ClockDay, ClockDate, ClockMonth, ClockYear});
         const double gap = 2;
         const double height = (table.height() - gap) / 2;
         const double x = table.right() + gap;
@@ -63,10 +56,11 @@ protected:
         const QLocale english = QLocale::c();
         system_.date->setText(english.toString(desk().Now().date(), QStringLiteral("dddd, M/d/yy")));
         system_.time->setText(english.toString(desk().Now().time(), QStringLiteral("h:mm:ss AP")));
-        drive_.time->setText(DriveTimeText(RowValue(Hours), RowValue(Minutes), RowValue(Seconds)));
+        drive_.time->setText(
+            DriveTimeText(RowValue(ClockHours), RowValue(ClockMinutes), RowValue(ClockSeconds)));
         // A day outside the table ends the tick here, with the rest shown.
-        drive_.date->setText(DayText(RowValue(Day)) + QStringLiteral(", ") +
-                             DriveDateText(RowValue(Year), RowValue(Month), RowValue(Date)));
+        drive_.date->setText(DayText(RowValue(ClockDay)) + QStringLiteral(", ") +
+                             DriveDateText(RowValue(ClockYear), RowValue(ClockMonth), RowValue(ClockDate)));
     }
 
 private:
@@ -95,8 +89,8 @@ private:
     void CommandSet_Click()
     {
         // Each word comes from its own reading of the clock.
-        for (int row = 0; row < RowCount(); ++row)
-            Write(RowParam(row), ClockWords[row](desk().Now()));
+        for (int p = ClockSeconds; const auto word : ClockWords)
+            Write(p++, word(desk().Now()));
     }
 
     Clock drive_;
@@ -105,11 +99,11 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormDateTime(Desk &desk, int);
-
-BlockForm *MakeFormDateTime(Desk &desk, int)
-{
-    return Loaded(new FormDateTime(desk));
-}
+constexpr BlockDescriptor BlockDateTime = {.form = "FormDateTime",
+                                           .window = "Date/Time",
+                                           .helpTopic = "Date Time.htm",
+                                           .rows = Rows,
+                                           .prefix = "Clock ",
+                                           .make = MakeBlock<FormDateTime, BlockDateTime>};
 
 } // namespace quorvik

@@ -6,28 +6,17 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { Destination, OpenValue, ClosedValue, Status, Linked };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Destination", 0}, {"Open Value", 7}, {"Closed Value", 14}, {"Status", 131}, {"Destination", LinkedRow},
-};
+constexpr BlockRow Rows[] = {DigitalIn1Destination, DigitalIn1OpenValue, DigitalIn1ClosedValue,
+                             DigitalIn1Status, LinkedRow};
 
 enum ValueContact { Open, Closed };
 
 class FormDigitalInputs final : public InputOutputForm
 {
 public:
-    FormDigitalInputs(Desk &desk, int member)
-        : InputOutputForm(desk,
-                          {.name = "FormDigitalInputs",
-                           .caption = QStringLiteral("Digital Input ") + QString::number(member),
-                           .helpTopic = "Digital Inputs.htm",
-                           .rows = Rows,
-                           .base = member},
-                          {.outputs = 0, .kind = 1, .member = std::uint8_t(member - 1)}, member)
-        , member_(member)
-    {
-    }
+    using InputOutputForm::InputOutputForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -35,40 +24,42 @@ protected:
         const double inputY = 4;
         const double openY = 14;
         const double closedY = 21;
-        const Shape input = d.Function({-3, inputY}, {15, 6}, QStringLiteral("Digital In %1").arg(member_));
+        const Shape input = d.Function({-3, inputY}, {15, 6}, QStringLiteral("Digital In %1").arg(Member()));
         contact_ = d.Contact(QStringLiteral("Line6"), {17, inputY}, {24, inputY});
-        const Shape status = Box(Status, {31, inputY});
+        const Shape status = Box(DigitalIn1Status, {31, inputY});
         d.Line(input.Right(), contact_.Pivot());
         d.Wire(contact_.Contact(0), status.Left());
 
         valueSwitch_ =
             d.Switch(QStringLiteral("LineValue"), {57, (openY + closedY) / 2}, {{50, openY}, {50, closedY}});
-        d.Line(Box(OpenValue, {31, openY}).Right(), valueSwitch_.Contact(Open));
-        d.Line(Box(ClosedValue, {31, closedY}).Right(), valueSwitch_.Contact(Closed));
+        d.Line(Box(DigitalIn1OpenValue, {31, openY}).Right(), valueSwitch_.Contact(Open));
+        d.Line(Box(DigitalIn1ClosedValue, {31, closedY}).Right(), valueSwitch_.Contact(Closed));
         d.Link(status.Right(), valueSwitch_);
-        DestinationEnd(d, valueSwitch_.Pivot(), Destination, 64);
+        DestinationEnd(d, valueSwitch_.Pivot(), DigitalIn1Destination, 64);
     }
 
     void Tick() override
     {
-        const bool open = RowText(Status) == QStringLiteral("Open");
+        const bool open = RowText(DigitalIn1Status) == QStringLiteral("Open");
         contact_.Set(open ? 0 : 1);
         valueSwitch_.Set(open ? Open : Closed);
     }
 
 private:
-    int member_;
     LivePart contact_;
     LivePart valueSwitch_;
 };
 
 } // namespace
 
-BlockForm *MakeFormDigitalInputs(Desk &desk, int member);
-
-BlockForm *MakeFormDigitalInputs(Desk &desk, int member)
-{
-    return Loaded(new FormDigitalInputs(desk, member));
-}
+constexpr BlockDescriptor BlockDigitalInputs = {.form = "FormDigitalInputs",
+                                                .window = "Digital Input ",
+                                                .helpTopic = "Digital Inputs.htm",
+                                                .rows = Rows,
+                                                .prefix = "Digital In 1 ",
+                                                .make = MakeBlock<FormDigitalInputs, BlockDigitalInputs>,
+                                                .firstMember = 1,
+                                                .lastMember = 7,
+                                                .mentorStart = WizardIOStartRecord{.outputs = 0, .kind = 1}};
 
 } // namespace quorvik

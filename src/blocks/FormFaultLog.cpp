@@ -17,25 +17,14 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { FaultReset, PowerOnReset, LatchedFault, PresentFault };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Fault Reset", 254},
-    {"Power On Reset", 327},
-    {"Latched Fault", 304},
-    {"Present Fault", 255},
-};
+constexpr BlockRow Rows[] = {FaultReset, PowerOnReset, LatchedFault, PresentFault};
 
 class FormFaultLog final : public BlockForm
 {
 public:
-    explicit FormFaultLog(Desk &desk)
-        : BlockForm(desk, {.name = "FormFaultLog",
-                           .caption = QStringLiteral("Fault Log"),
-                           .helpTopic = "Fault Log.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -130,11 +119,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormFaultLog(Desk &desk, int);
-
-BlockForm *MakeFormFaultLog(Desk &desk, int)
-{
-    return Loaded(new FormFaultLog(desk));
-}
+constexpr BlockDescriptor BlockFaultLog = {.form = "FormFaultLog",
+                                           .window = "Fault Log",
+                                           .helpTopic = "Fault Log.htm",
+                                           .rows = Rows,
+                                           .make = MakeBlock<FormFaultLog, BlockFaultLog>};
 
 } // namespace quorvik

@@ -6,50 +6,35 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    FieldLossInhibit,
-    VfbLossInhibit,
-    FieldLossLevel,
-    VfbLossLevel,
-    OverspeedLevel,
-    OverCurrentTime,
-    FoldbackStatus,
-    FoldbackTime,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Field Loss Inhibit", 250},    {"VFB Loss Inhibit", 248},    {"Field Loss Level", 249},
-    {"VFB Loss Level", 247},        {"Overspeed Level", 223},     {"Arm  OverCurrent Time", 253},
-    {"Arm I Foldback Status", 252}, {"Arm I Foldback Time", 251},
-};
+constexpr BlockRow Rows[] = {FieldLossInhibit,   VFBLossInhibit,
+                             FieldLossLevel,     VFBLossLevel,
+                             OverspeedLevel,     {ArmOverCurrentTime, "Arm  OverCurrent Time"},
+                             ArmIFoldbackStatus, ArmIFoldbackTime};
 
 class FormFaultLogic final : public BlockForm
 {
 public:
-    explicit FormFaultLogic(Desk &desk)
-        : BlockForm(desk, {.name = "FormFaultLogic",
-                           .caption = QStringLiteral("Fault Logic"),
-                           .helpTopic = "Fault Logic.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         const Shape weak = DrawTest(d, 0, From(d, 0, QStringLiteral("Field Current")), FieldLossLevel);
         DrawInhibit(d, weak, FieldLossInhibit, QStringLiteral("Field Loss"));
-        const Shape apart = DrawTest(d, 23, DrawDifference(d, 23), VfbLossLevel, QStringLiteral(">"));
-        DrawInhibit(d, apart, VfbLossInhibit, QStringLiteral("VFB Loss"));
+        const Shape apart = DrawTest(d, 23, DrawDifference(d, 23), VFBLossLevel, QStringLiteral(">"));
+        DrawInhibit(d, apart, VFBLossInhibit, QStringLiteral("VFB Loss"));
         const Shape overspeed = DrawTest(d, 41, Size(d, 41, QStringLiteral("Velocity Feedback")),
                                          OverspeedLevel, QStringLiteral(">"));
         DrawResult(d, overspeed.Right(), QStringLiteral("OverSpeed"));
         const QString current = QStringLiteral("Armature Current");
         const Shape overCurrent =
-            DrawTest(d, 53, Size(d, 53, current), OverCurrentTime, QStringLiteral("Delay"));
+            DrawTest(d, 53, Size(d, 53, current), ArmOverCurrentTime, QStringLiteral("Delay"));
         DrawResult(d, overCurrent.Right(), QStringLiteral("OverCurrent"));
-        const Shape foldback = DrawTest(d, 65, Size(d, 65, current), FoldbackTime, QStringLiteral("Delay"));
-        const Shape status = Box(FoldbackStatus, {63, 65}, CaptionAt::Below);
+        const Shape foldback =
+            DrawTest(d, 65, Size(d, 65, current), ArmIFoldbackTime, QStringLiteral("Delay"));
+        const Shape status = Box(ArmIFoldbackStatus, {63, 65}, CaptionAt::Below);
         d.Wire(foldback.Right(), status.Left());
         DrawResult(d, status.Right(), QStringLiteral("Current Limit Foldback"));
     }
@@ -86,7 +71,7 @@ private:
     }
 
     /** A signal held against the level or the time below it. */
-    Shape DrawTest(Drawing &d, double y, const Port &signal, RowIndex limit,
+    Shape DrawTest(Drawing &d, double y, const Port &signal, int limit,
                    const QString &test = QStringLiteral("<"))
     {
         const bool isDelay = test.size() > 1;
@@ -103,7 +88,7 @@ private:
     }
 
     /** The fault comes unless it is inhibited. */
-    void DrawInhibit(Drawing &d, const Shape &test, RowIndex inhibit, const QString &fault)
+    void DrawInhibit(Drawing &d, const Shape &test, int inhibit, const QString &fault)
     {
         const double y = test.Right().at.y();
         const Shape gate = d.And({65, y + Reach}, {}, 8);
@@ -118,11 +103,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormFaultLogic(Desk &desk, int);
-
-BlockForm *MakeFormFaultLogic(Desk &desk, int)
-{
-    return Loaded(new FormFaultLogic(desk));
-}
+constexpr BlockDescriptor BlockFaultLogic = {.form = "FormFaultLogic",
+                                             .window = "Fault Logic",
+                                             .helpTopic = "Fault Logic.htm",
+                                             .rows = Rows,
+                                             .make = MakeBlock<FormFaultLogic, BlockFaultLogic>};
 
 } // namespace quorvik

@@ -6,11 +6,11 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { Enable, MinFieldCurrent, Setpoint, Output, ArmatureFeedback };
+using namespace Param;
 
 constexpr BlockRow Rows[] = {
-    {"Field Crossover Enable", 423}, {"Min Field Current Demand", 424}, {"Field Crossover Setpoint", 425},
-    {"Field Crossover Output", 426}, {"Armature Feedback", 194},
+    FieldCrossoverEnable, MinFieldCurrentDemand,      FieldCrossoverSetpoint,
+    FieldCrossoverOutput, {AFB, "Armature Feedback"},
 };
 
 enum EnableContact { Off, On };
@@ -18,26 +18,20 @@ enum EnableContact { Off, On };
 class FormFieldCrossover final : public BlockForm
 {
 public:
-    explicit FormFieldCrossover(Desk &desk)
-        : BlockForm(desk, {.name = "FormFieldCrossover",
-                           .caption = QStringLiteral("Field Crossover"),
-                           .helpTopic = "Field Crossover.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         const double y = 14;
-        const Shape setpoint = Box(Setpoint, {0, y});
-        const Shape feedback = Box(ArmatureFeedback, {0, y + 11}, CaptionAt::Below);
+        const Shape setpoint = Box(FieldCrossoverSetpoint, {0, y});
+        const Shape feedback = Box(AFB, {0, y + 11}, CaptionAt::Below);
         const Shape magnitude = d.Absolute({22, y + 11});
         const Shape sum = d.Sum({33, y}, QStringLiteral("+  -"));
         const Shape generator = d.Function({38, y}, {27, 8}, QStringLiteral("Field Referece Generator"),
                                            QStringLiteral("Label2"));
         const Port demand = d.From({49, y - 8}, QStringLiteral("(339) Field I Demand"));
-        const Shape minimum = Box(MinFieldCurrent, {45.5, y + 14}, CaptionAt::Below);
+        const Shape minimum = Box(MinFieldCurrentDemand, {45.5, y + 14}, CaptionAt::Below);
         d.Wire(setpoint.Right(), sum.Left());
         d.Wire(feedback.Right(), magnitude.Left());
         d.Wire(magnitude.Right(), sum.Bottom());
@@ -49,16 +43,17 @@ protected:
         d.Line(generator.Right(), switch_.Contact(On));
         d.Constant(QStringLiteral("Label3"), QStringLiteral("0.00%"), switch_.Contact(Off));
         ClickToFlip(QStringLiteral("Image1"), switch_.Area(),
-                    QStringLiteral("Double-click to turn the field crossover on or off"), Enable);
-        const Shape enable = Box(Enable, {75.5, y + 14}, CaptionAt::Below);
+                    QStringLiteral("Double-click to turn the field crossover on or off"),
+                    FieldCrossoverEnable);
+        const Shape enable = Box(FieldCrossoverEnable, {75.5, y + 14}, CaptionAt::Below);
         d.Link(enable.Top(), switch_);
-        const Shape output = Box(Output, {93, y + 3});
+        const Shape output = Box(FieldCrossoverOutput, {93, y + 3});
         d.Wire(switch_.Pivot(), output.Left());
         d.Wire(output.Right(), {{110, y + 3}, Side::Left});
         d.Label({}, QStringLiteral("Field Loop"), {111, y + 3}, Qt::AlignLeft, true);
     }
 
-    void Tick() override { switch_.Set(RowText(Enable) == QStringLiteral("False") ? Off : On); }
+    void Tick() override { switch_.Set(RowText(FieldCrossoverEnable) == QStringLiteral("False") ? Off : On); }
 
 private:
     LivePart switch_;
@@ -66,11 +61,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormFieldCrossover(Desk &desk, int);
-
-BlockForm *MakeFormFieldCrossover(Desk &desk, int)
-{
-    return Loaded(new FormFieldCrossover(desk));
-}
+constexpr BlockDescriptor BlockFieldCrossover = {.form = "FormFieldCrossover",
+                                                 .window = "Field Crossover",
+                                                 .helpTopic = "Field Crossover.htm",
+                                                 .rows = Rows,
+                                                 .make = MakeBlock<FormFieldCrossover, BlockFieldCrossover>};
 
 } // namespace quorvik

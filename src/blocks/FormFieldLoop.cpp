@@ -6,44 +6,14 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    FieldEnable,
-    PropGain,
-    IntegralTime,
-    FieldDemand,
-    CurrentFeedback,
-    CurrentFeedbackFiltered,
-    CurrentOffset,
-    VoltageOffset,
-    VoltageFeedback,
-    VoltageFeedbackFiltered,
-    ConductionAngle,
-    OpenLoopSelect,
-    OpenLoopSetpoint,
-    EconomyEnable,
-    FieldAmps,
-    FieldVolts,
-    FinalDemand,
-};
+using namespace Param;
 
 constexpr BlockRow Rows[] = {
-    {"Field Enable", 331},
-    {"Field Prop Gain", 340},
-    {"Field Integral Time", 341},
-    {"Field I Demand", 339},
-    {"Field I Feedback", 336},
-    {"Field I Feedback (Filtered)", 337},
-    {"Field IFB Offset", 342},
-    {"Field VFB Offset", 343},
-    {"Field Voltage Feedback", 333},
-    {"Field VFB (Filtered)", 334},
-    {"Field Cond Angle", 328},
-    {"Open Loop Field Select", 329},
-    {"Open Loop Field Setpoint", 330},
-    {"Field Economy Enable", 332},
-    {"Field Amps", 338},
-    {"Field Volts", 335},
-    {"Final Field I Demand", 427},
+    FieldEnable,           FieldPropGain,          FieldIntegralTime, FieldIDemand,
+    FieldIFeedback,        FieldIFeedbackFiltered, FieldIFBOffset,    FieldVFBOffset,
+    FieldVoltageFeedback,  FieldVFBFiltered,       FieldCondAngle,    OpenLoopFieldSelect,
+    OpenLoopFieldSetpoint, FieldEconomyEnable,     FieldAmps,         FieldVolts,
+    FinalFieldIDemand,
 };
 
 enum LoopContact { ClosedLoop, OpenLoop };
@@ -52,13 +22,7 @@ enum FieldContact { On, Off };
 class FormFieldLoop final : public BlockForm
 {
 public:
-    explicit FormFieldLoop(Desk &desk)
-        : BlockForm(desk, {.name = "FormFieldLoop",
-                           .caption = QStringLiteral("Field Loop"),
-                           .helpTopic = "Field Loop.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -72,7 +36,7 @@ protected:
     void Tick() override
     {
         fieldSwitch_.Set(RowText(FieldEnable) == QStringLiteral("False") ? Off : On);
-        loopSwitch_.Set(RowText(OpenLoopSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
+        loopSwitch_.Set(RowText(OpenLoopFieldSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
     }
 
 private:
@@ -82,14 +46,14 @@ private:
     void DrawDemand(Drawing &d)
     {
         const double y = PathY;
-        const Shape demand = Box(FieldDemand, {0, y});
+        const Shape demand = Box(FieldIDemand, {0, y});
         const Shape sum = d.Sum({25, y}, QStringLiteral("+  -"));
         d.Label(QStringLiteral("LabelFieldCrossoverOutput"), QStringLiteral("Field Crossover Output"),
                 {0, y + 9}, Qt::AlignLeft, true);
         d.Path({{{23, y + 9}, {25, y + 9}, sum.Bottom().at}}, true);
         const Shape economy = d.Function({31, y}, {12, 5}, QStringLiteral("Economy"));
-        const Shape enable = Box(EconomyEnable, {31, y + 12}, CaptionAt::Below);
-        const Shape final = Box(FinalDemand, {49, y});
+        const Shape enable = Box(FieldEconomyEnable, {31, y + 12}, CaptionAt::Below);
+        const Shape final = Box(FinalFieldIDemand, {49, y});
         error_ = d.Sum({ErrorX, y}, QStringLiteral("+  +"));
         d.Wire(demand.Right(), sum.Left());
         d.Wire(sum.Right(), economy.Left());
@@ -102,20 +66,20 @@ private:
     {
         const double y = PathY;
         const Shape pi = d.Pi({92, y}, {12, 9});
-        const Shape gain = Box(PropGain, {80, y - 16});
-        const Shape time = Box(IntegralTime, {104, y - 16});
+        const Shape gain = Box(FieldPropGain, {80, y - 16});
+        const Shape time = Box(FieldIntegralTime, {104, y - 16});
         d.Wire(error_.Right(), pi.Left());
         d.Wire(gain.Right(), pi.TopAt(95));
         d.Wire(time.Left(), pi.TopAt(101));
 
         loopSwitch_ = d.Switch(QStringLiteral("ShapeSwitchOpenLoop"), {120, y + 3}, {{111, y}, {111, y + 6}});
         d.Line(pi.Right(), loopSwitch_.Contact(ClosedLoop));
-        const Shape setpoint = Box(OpenLoopSetpoint, {92, y + 15}, CaptionAt::Below);
+        const Shape setpoint = Box(OpenLoopFieldSetpoint, {92, y + 15}, CaptionAt::Below);
         d.Line(setpoint.Right(), loopSwitch_.Contact(OpenLoop), 108);
         ClickToFlip(QStringLiteral("Image2"), loopSwitch_.Area(),
                     QStringLiteral("Double-click to change over between closed and open loop"),
-                    OpenLoopSelect);
-        const Shape select = Box(OpenLoopSelect, {109.5, y - 8});
+                    OpenLoopFieldSelect);
+        const Shape select = Box(OpenLoopFieldSelect, {109.5, y - 8});
         d.Link(select.Bottom(), loopSwitch_);
 
         fieldSwitch_ =
@@ -126,7 +90,7 @@ private:
                     QStringLiteral("Double-click to turn the field on or off"), FieldEnable);
         const Shape enable = Box(FieldEnable, {126.5, y + 18}, CaptionAt::Below);
         d.Link(enable.Top(), fieldSwitch_);
-        const Shape angle = Box(ConductionAngle, {141, y + 6});
+        const Shape angle = Box(FieldCondAngle, {141, y + 6});
         d.Wire(fieldSwitch_.Pivot(), angle.Left());
         d.Wire(angle.Right(), {{158, y + 6}, Side::Left});
     }
@@ -148,11 +112,11 @@ private:
     void DrawCurrent(Drawing &d, double y)
     {
         const Shape feedback =
-            DrawMeasured(d, y, QStringLiteral("Field current"), CurrentOffset, CurrentFeedback);
+            DrawMeasured(d, y, QStringLiteral("Field current"), FieldIFBOffset, FieldIFeedback);
         const Port branch = d.Dot({45.5, y});
         const Shape negated = d.Gain({49, y}, QStringLiteral("-1"));
         const Shape filter = d.Filter({58, y});
-        const Shape filtered = Box(CurrentFeedbackFiltered, {70.5, y}, CaptionAt::Below);
+        const Shape filtered = Box(FieldIFeedbackFiltered, {70.5, y}, CaptionAt::Below);
         const Shape scale = d.Scale({57.5, y + 9}, QStringLiteral("Scale"));
         const Shape amps = Box(FieldAmps, {113, y + 9}, CaptionAt::Below);
         d.Line(feedback.Right(), branch);
@@ -167,9 +131,9 @@ private:
     void DrawVoltage(Drawing &d, double y)
     {
         const Shape feedback =
-            DrawMeasured(d, y, QStringLiteral("Field voltage"), VoltageOffset, VoltageFeedback);
+            DrawMeasured(d, y, QStringLiteral("Field voltage"), FieldVFBOffset, FieldVoltageFeedback);
         const Shape filter = d.Filter({58, y});
-        const Shape filtered = Box(VoltageFeedbackFiltered, {70.5, y}, CaptionAt::Below);
+        const Shape filtered = Box(FieldVFBFiltered, {70.5, y}, CaptionAt::Below);
         const Shape scale = d.Scale({98, y}, QStringLiteral("Scale"));
         const Shape volts = Box(FieldVolts, {113, y}, CaptionAt::Below);
         d.Wire(feedback.Right(), filter.Left());
@@ -185,11 +149,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormFieldLoop(Desk &desk, int);
-
-BlockForm *MakeFormFieldLoop(Desk &desk, int)
-{
-    return Loaded(new FormFieldLoop(desk));
-}
+constexpr BlockDescriptor BlockFieldLoop = {.form = "FormFieldLoop",
+                                            .window = "Field Loop",
+                                            .helpTopic = "Field Loop.htm",
+                                            .rows = Rows,
+                                            .make = MakeBlock<FormFieldLoop, BlockFieldLoop>};
 
 } // namespace quorvik

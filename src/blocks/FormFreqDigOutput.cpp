@@ -6,44 +6,32 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { Source, AbsoluteValue, OnValue, OffValue, Invert, Status, Mode, Bias, Gain, Linked };
+using namespace Param;
 
 constexpr BlockRow Rows[] = {
-    {"Source", 89},  {"Absolute Value", 91}, {"On Value", 92}, {"Off Value", 93}, {"Invert", 94},
-    {"Status", 170}, {"Mode", 90},           {"Bias", 96},     {"Gain", 95},      {"Source", LinkedRow},
+    FreqDigitalOutSource,  FreqDigitalOutAbsoluteValue,
+    FreqDigitalOutOnValue, FreqDigitalOutOffValue,
+    FreqDigitalOutInvert,  FreqDigitalOutStatus,
+    FreqDigitalOutMode,    FreqDigitalOutBias,
+    FreqDigitalOutGain,    LinkedRow,
 };
 
 enum ModeContact { Frequency, Digital };
 
-constexpr int ModeParam = 90;
-
 class FormFreqDigOutput final : public InputOutputForm
 {
 public:
-    explicit FormFreqDigOutput(Desk &desk)
-        : InputOutputForm(desk,
-                          {.name = "FormFreqDigOutput",
-                           .caption = QStringLiteral("Frequency/Digital Output"),
-                           .helpTopic = "Frequency Digital Output.htm",
-                           .rows = Rows},
-                          {.outputs = 1, .kind = 1, .member = 0})
-    {
-    }
+    using InputOutputForm::InputOutputForm;
 
 protected:
-    std::optional<WizardIOStartRecord> IOMentorStart() const override
-    {
-        std::optional<WizardIOStartRecord> start = InputOutputForm::IOMentorStart();
-        start->freqDigMode = std::uint8_t(desk().model.Value(ModeParam));
-        return start;
-    }
+    std::uint8_t MentorFreqDigMode() const override { return std::uint8_t(RowValue(FreqDigitalOutMode)); }
 
     void Draw(Drawing &d) override
     {
         const double frequencyY = 12;
         const double middleY = 24;
         const double digitalY = 36;
-        const Shape source = SourceEnd(d, Source, middleY);
+        const Shape source = SourceEnd(d, FreqDigitalOutSource, middleY);
         const double x = source.Rect().right() + 5;
         const Port branch = d.Dot({x, middleY});
         d.Line(source.Right(), branch);
@@ -53,21 +41,23 @@ protected:
         const Shape sum = d.Sum({x + 37, frequencyY}, QStringLiteral("++"));
         d.Path({{branch.at, {x, frequencyY}, magnitude.Left().at}}, true);
         d.Wire(magnitude.Right(), product.Left());
-        d.Wire(Box(Gain, {x + 16, frequencyY - 9}).Bottom(), product.Top());
+        d.Wire(Box(FreqDigitalOutGain, {x + 16, frequencyY - 9}).Bottom(), product.Top());
         d.Wire(product.Right(), sum.Left());
-        d.Wire(Box(Bias, {x + 31, frequencyY - 9}).Bottom(), sum.Top());
+        d.Wire(Box(FreqDigitalOutBias, {x + 31, frequencyY - 9}).Bottom(), sum.Top());
 
-        absSwitch_ = OptionalStage(d, {{x, middleY}, Side::Bottom}, {x, digitalY}, Stage::Absolute,
-                                   AbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight);
+        absSwitch_ =
+            OptionalStage(d, {{x, middleY}, Side::Bottom}, {x, digitalY}, Stage::Absolute,
+                          FreqDigitalOutAbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight);
         const double comparatorX = x + StageWidth + 7.5;
         const Shape comparator = d.Hysteresis({comparatorX, digitalY});
-        const Shape on = Box(OnValue, {comparatorX - 2, digitalY - 10});
-        const Shape off = Box(OffValue, {comparatorX - 2, digitalY + RowBelow}, CaptionAt::Below);
+        const Shape on = Box(FreqDigitalOutOnValue, {comparatorX - 2, digitalY - 10});
+        const Shape off =
+            Box(FreqDigitalOutOffValue, {comparatorX - 2, digitalY + RowBelow}, CaptionAt::Below);
         d.Wire(absSwitch_.Pivot(), comparator.Left());
         d.Wire(on.Bottom(), comparator.Top());
         d.Wire(off.Top(), comparator.Bottom());
-        invertSwitch_ = OptionalStage(d, comparator.Right(), {comparatorX + 13, digitalY}, Stage::Not, Invert,
-                                      QStringLiteral("LineInvert"));
+        invertSwitch_ = OptionalStage(d, comparator.Right(), {comparatorX + 13, digitalY}, Stage::Not,
+                                      FreqDigitalOutInvert, QStringLiteral("LineInvert"));
 
         const double modeX = invertSwitch_.Pivot().at.x() + 8;
         modeSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {modeX + 8, middleY},
@@ -76,12 +66,15 @@ protected:
         d.Wire(sum.Right(), hertz.Left());
         d.Line(hertz.Right(), modeSwitch_.Contact(Frequency), modeX - 5);
         d.Line(invertSwitch_.Pivot(), modeSwitch_.Contact(Digital), modeX - 5);
-        d.Link(Box(Mode, {modeX - 2, frequencyY - 9}).Bottom(), modeSwitch_);
+        d.Link(Box(FreqDigitalOutMode, {modeX - 2, frequencyY - 9}).Bottom(), modeSwitch_);
         Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, modeSwitch_.Area(),
-              QStringLiteral("Double-click to change over between frequency and digital output"), {Mode},
-              [this] { Write(RowParam(Mode), RowText(Mode) != QStringLiteral("Digital") ? 1 : 0); });
+              QStringLiteral("Double-click to change over between frequency and digital output"),
+              {FreqDigitalOutMode}, [this] {
+                  Write(RowParam(FreqDigitalOutMode),
+                        RowText(FreqDigitalOutMode) != QStringLiteral("Digital") ? 1 : 0);
+              });
 
-        const Shape status = Box(Status, {modeX + 13, middleY});
+        const Shape status = Box(FreqDigitalOutStatus, {modeX + 13, middleY});
         const Shape driver = d.Function({modeX + 30, middleY}, {10, 15}, QStringLiteral("Driver"));
         d.Wire(modeSwitch_.Pivot(), status.Left());
         d.Wire(status.Right(), driver.Left());
@@ -98,9 +91,9 @@ protected:
 
     void Tick() override
     {
-        modeSwitch_.Set(RowText(Mode) == QStringLiteral("Digital") ? Digital : Frequency);
-        absSwitch_.Set(RowValue(AbsoluteValue) != 0 ? SwitchedIn : PassedBy);
-        invertSwitch_.Set(RowValue(Invert) == 1 ? SwitchedIn : PassedBy);
+        modeSwitch_.Set(RowText(FreqDigitalOutMode) == QStringLiteral("Digital") ? Digital : Frequency);
+        absSwitch_.Set(RowValue(FreqDigitalOutAbsoluteValue) != 0 ? SwitchedIn : PassedBy);
+        invertSwitch_.Set(RowValue(FreqDigitalOutInvert) == 1 ? SwitchedIn : PassedBy);
     }
 
 private:
@@ -111,11 +104,12 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormFreqDigOutput(Desk &desk, int);
-
-BlockForm *MakeFormFreqDigOutput(Desk &desk, int)
-{
-    return Loaded(new FormFreqDigOutput(desk));
-}
+constexpr BlockDescriptor BlockFreqDigOutput = {.form = "FormFreqDigOutput",
+                                                .window = "Frequency/Digital Output",
+                                                .helpTopic = "Frequency Digital Output.htm",
+                                                .rows = Rows,
+                                                .prefix = "Freq/Digital Out ",
+                                                .make = MakeBlock<FormFreqDigOutput, BlockFreqDigOutput>,
+                                                .mentorStart = WizardIOStartRecord{.outputs = 1, .kind = 1}};
 
 } // namespace quorvik

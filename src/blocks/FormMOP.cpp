@@ -6,48 +6,29 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    Increase,
-    Decrease,
-    IncreaseTime,
-    DecreaseTime,
-    MaxValue,
-    MinValue,
-    Reset,
-    ResetValue,
-    Output,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Increase", 0},  {"Decrease", 1}, {"Increase Time", 2}, {"Decrease Time", 3}, {"Max Value", 4},
-    {"Min Value", 5}, {"Reset", 6},    {"Reset Value", 7},   {"Output", 8},
-};
+constexpr BlockRow Rows[] = {MOPIncrease, MOPDecrease, MOPIncreaseTime, MOPDecreaseTime, MOPMaxValue,
+                             MOPMinValue, MOPReset,    MOPResetValue,   MOPOutput};
 
 class FormMOP final : public BlockForm
 {
 public:
-    explicit FormMOP(Desk &desk)
-        : BlockForm(desk, {.name = "FormMOP",
-                           .caption = QStringLiteral("MOP (Motor Operated Pot)"),
-                           .helpTopic = "mop.htm",
-                           .rows = Rows,
-                           .base = 316})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         const double y = 18;
-        const Shape increase = Box(Increase, {0, y - 4});
-        const Shape decrease = Box(Decrease, {0, y + 4}, CaptionAt::Below);
+        const Shape increase = Box(MOPIncrease, {0, y - 4});
+        const Shape decrease = Box(MOPDecrease, {0, y + 4}, CaptionAt::Below);
         const Shape ramp = d.Ramp({40, y}, {14, 14});
-        const Shape increaseTime = Box(IncreaseTime, {26, y - 15});
-        const Shape decreaseTime = Box(DecreaseTime, {26, y + 15}, CaptionAt::Below);
-        const Shape maxValue = Box(MaxValue, {50, y - 15});
-        const Shape minValue = Box(MinValue, {50, y + 15}, CaptionAt::Below);
-        const Shape resetValue = Box(ResetValue, {74, y + 15}, CaptionAt::Below);
-        const Shape reset = Box(Reset, {74, y - 15});
+        const Shape increaseTime = Box(MOPIncreaseTime, {26, y - 15});
+        const Shape decreaseTime = Box(MOPDecreaseTime, {26, y + 15}, CaptionAt::Below);
+        const Shape maxValue = Box(MOPMaxValue, {50, y - 15});
+        const Shape minValue = Box(MOPMinValue, {50, y + 15}, CaptionAt::Below);
+        const Shape resetValue = Box(MOPResetValue, {74, y + 15}, CaptionAt::Below);
+        const Shape reset = Box(MOPReset, {74, y - 15});
         d.Label(QStringLiteral("Label2"), QStringLiteral("Ramp"), {55.5, y - 1.8}, Qt::AlignLeft, true);
         d.Wire(increase.Right(), ramp.LeftAt(y - 4));
         d.Wire(decrease.Right(), ramp.LeftAt(y + 4));
@@ -60,12 +41,15 @@ protected:
         d.Line(ramp.Right(), reset_.Contact(FromRamp));
         d.Line(resetValue.Left(), reset_.Contact(FromResetValue), 67);
         d.Link(reset.Bottom(), reset_);
-        const Shape output = Box(Output, {88, y + 3});
+        const Shape output = Box(MOPOutput, {88, y + 3});
         d.Wire(reset_.Pivot(), output.Left());
         d.Wire(output.Right(), {{106, y + 3}, Side::Left});
     }
 
-    void Tick() override { reset_.Set(RowText(Reset) == QStringLiteral("True") ? FromResetValue : FromRamp); }
+    void Tick() override
+    {
+        reset_.Set(RowText(MOPReset) == QStringLiteral("True") ? FromResetValue : FromRamp);
+    }
 
 private:
     enum ResetContact { FromRamp, FromResetValue };
@@ -75,11 +59,11 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormMOP(Desk &desk, int);
-
-BlockForm *MakeFormMOP(Desk &desk, int)
-{
-    return Loaded(new FormMOP(desk));
-}
+constexpr BlockDescriptor BlockMOP = {.form = "FormMOP",
+                                      .window = "MOP (Motor Operated Pot)",
+                                      .helpTopic = "mop.htm",
+                                      .rows = Rows,
+                                      .prefix = "MOP ",
+                                      .make = MakeBlock<FormMOP, BlockMOP>};
 
 } // namespace quorvik

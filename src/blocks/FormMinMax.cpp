@@ -6,43 +6,34 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { Source, Reset, Max, Min, Difference, Linked };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Source", 0}, {"Reset", 1}, {"Max", 2}, {"Min", 3}, {"Difference", 4}, {"Source", LinkedRow},
-};
+constexpr BlockRow Rows[] = {MinMaxSource, MinMaxReset, MinMaxMax, MinMaxMin, MinMaxDifference, LinkedRow};
 
 class FormMinMax final : public BlockForm
 {
 public:
-    explicit FormMinMax(Desk &desk)
-        : BlockForm(desk, {.name = "FormMinMax",
-                           .caption = QStringLiteral("Min/Max"),
-                           .helpTopic = "MinMax.htm",
-                           .rows = Rows,
-                           .base = 412})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         const double y = 18;
-        const Shape source = Box(Source, {0, y - 12});
-        const Shape linked = Box(Linked, {0, y});
+        const Shape source = Box(MinMaxSource, {0, y - 12});
+        const Shape linked = Box(LinkedRow, {0, y});
         d.Guide(source.Bottom(), {{6, y - 4}, Side::Top});
         const double detectorX = linked.Rect().right() + 8;
         const Shape detector =
             d.Function({detectorX, y}, {18, 14}, QStringLiteral("Peak Detector"), QStringLiteral("Label2"));
-        const Shape reset = Box(Reset, {detectorX + 3, y + 14}, CaptionAt::Below);
+        const Shape reset = Box(MinMaxReset, {detectorX + 3, y + 14}, CaptionAt::Below);
         d.Wire(linked.Right(), detector.Left());
         d.Wire(reset.Top(), detector.Bottom());
 
         const double outX = detectorX + 26;
-        const Shape highest = Box(Max, {outX, y - 5});
-        const Shape lowest = Box(Min, {outX, y + 5}, CaptionAt::Below);
+        const Shape highest = Box(MinMaxMax, {outX, y - 5});
+        const Shape lowest = Box(MinMaxMin, {outX, y + 5}, CaptionAt::Below);
         const Shape sum = d.Sum({outX + 22, y}, QStringLiteral(" + -"));
-        const Shape difference = Box(Difference, {outX + 29, y});
+        const Shape difference = Box(MinMaxDifference, {outX + 29, y});
         d.Wire(detector.RightAt(y - 5), highest.Left());
         d.Wire(detector.RightAt(y + 5), lowest.Left());
         d.Wire(highest.Right(), sum.Top());
@@ -53,11 +44,11 @@ protected:
 
 } // namespace
 
-BlockForm *MakeFormMinMax(Desk &desk, int);
-
-BlockForm *MakeFormMinMax(Desk &desk, int)
-{
-    return Loaded(new FormMinMax(desk));
-}
+constexpr BlockDescriptor BlockMinMax = {.form = "FormMinMax",
+                                         .window = "Min/Max",
+                                         .helpTopic = "MinMax.htm",
+                                         .rows = Rows,
+                                         .prefix = "Min/Max ",
+                                         .make = MakeBlock<FormMinMax, BlockMinMax>};
 
 } // namespace quorvik

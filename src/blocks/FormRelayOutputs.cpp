@@ -8,12 +8,10 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { Source, AbsoluteValue, OnValue, OffValue, Status, Linked };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Source", 0},    {"Absolute Value", 3}, {"On Value", 6},
-    {"Off Value", 9}, {"Status", 96},        {"Source", LinkedRow},
-};
+constexpr BlockRow Rows[] = {RelayOut1Source,   RelayOut1AbsoluteValue, RelayOut1OnValue,
+                             RelayOut1OffValue, RelayOut1Status,        LinkedRow};
 
 struct RelayTerminals {
     int normallyOpen;
@@ -28,32 +26,22 @@ enum RelayContact { Made, AtRest };
 class FormRelayOutputs final : public InputOutputForm
 {
 public:
-    FormRelayOutputs(Desk &desk, int member)
-        : InputOutputForm(desk,
-                          {.name = "FormRelayOutputs",
-                           .caption = QStringLiteral("Relay Output ") + QString::number(member),
-                           .helpTopic = "Relay Outputs.htm",
-                           .rows = Rows,
-                           .base = member + 68},
-                          {.outputs = 1, .kind = 2, .member = std::uint8_t(member - 1)}, member)
-        , terminals_(Terminals.at(std::size_t(member - 1)))
-    {
-    }
+    using InputOutputForm::InputOutputForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         const double y = 20;
-        const Shape source = SourceEnd(d, Source, y);
-        absSwitch_ =
-            OptionalStage(d, source.Right(), {source.Rect().right() + 5, y}, Stage::Absolute, AbsoluteValue,
-                          QStringLiteral("LineAbs"), CaptionAt::BelowRight, QStringLiteral("LabelAbs"));
+        const Shape source = SourceEnd(d, RelayOut1Source, y);
+        absSwitch_ = OptionalStage(d, source.Right(), {source.Rect().right() + 5, y}, Stage::Absolute,
+                                   RelayOut1AbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight,
+                                   QStringLiteral("LabelAbs"));
         const double x = absSwitch_.Pivot().at.x() + 6.5;
 
         const Shape comparator = d.Hysteresis({x, y});
-        const Shape on = Box(OnValue, {x - 2, y + RowAbove});
-        const Shape off = Box(OffValue, {x - 2, y + RowBelow}, CaptionAt::Below);
-        const Shape status = Box(Status, {x + 14, y});
+        const Shape on = Box(RelayOut1OnValue, {x - 2, y + RowAbove});
+        const Shape off = Box(RelayOut1OffValue, {x - 2, y + RowBelow}, CaptionAt::Below);
+        const Shape status = Box(RelayOut1Status, {x + 14, y});
         const Shape coil = d.Coil({x + 32, y});
         d.Wire(absSwitch_.Pivot(), comparator.Left());
         d.Wire(on.Bottom(), comparator.Top());
@@ -72,9 +60,10 @@ protected:
             d.Label({}, QLatin1String(role), {terminalX + 5, at}, Qt::AlignLeft);
             return screw.Left().at;
         };
-        const QPointF open = terminal(terminals_.normallyOpen, "LabelNO", "NO", y - 8);
-        const QPointF wiper = terminal(terminals_.wiper, "LabelWiper", "Wiper", y);
-        const QPointF closed = terminal(terminals_.normallyClosed, "LabelNC", "NC", y + 8);
+        const RelayTerminals &terminals = Terminals.at(std::size_t(Member() - 1));
+        const QPointF open = terminal(terminals.normallyOpen, "LabelNO", "NO", y - 8);
+        const QPointF wiper = terminal(terminals.wiper, "LabelWiper", "Wiper", y);
+        const QPointF closed = terminal(terminals.normallyClosed, "LabelNC", "NC", y + 8);
         const double aside = contactX - 2.5;
         d.Path({{relay_.Contact(Made).at, {aside, y - 4}, {aside, y - 8}, open}}, false);
         d.Path({{relay_.Contact(AtRest).at, {aside, y + 4}, {aside, y + 8}, closed}}, false);
@@ -83,23 +72,25 @@ protected:
 
     void Tick() override
     {
-        absSwitch_.Set(RowValue(AbsoluteValue) != 0 ? SwitchedIn : PassedBy);
-        relay_.Set(RowText(Status) == QStringLiteral("1") ? Made : AtRest);
+        absSwitch_.Set(RowValue(RelayOut1AbsoluteValue) != 0 ? SwitchedIn : PassedBy);
+        relay_.Set(RowText(RelayOut1Status) == QStringLiteral("1") ? Made : AtRest);
     }
 
 private:
-    RelayTerminals terminals_;
     LivePart absSwitch_;
     LivePart relay_;
 };
 
 } // namespace
 
-BlockForm *MakeFormRelayOutputs(Desk &desk, int member);
-
-BlockForm *MakeFormRelayOutputs(Desk &desk, int member)
-{
-    return Loaded(new FormRelayOutputs(desk, member));
-}
+constexpr BlockDescriptor BlockRelayOutputs = {.form = "FormRelayOutputs",
+                                               .window = "Relay Output ",
+                                               .helpTopic = "Relay Outputs.htm",
+                                               .rows = Rows,
+                                               .prefix = "Relay Out 1 ",
+                                               .make = MakeBlock<FormRelayOutputs, BlockRelayOutputs>,
+                                               .firstMember = 1,
+                                               .lastMember = 3,
+                                               .mentorStart = WizardIOStartRecord{.outputs = 1, .kind = 2}};
 
 } // namespace quorvik

@@ -8,12 +8,10 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { RampOutput, InvertA, SetpointB, InvertB, SetpointC, InvertC, VelocityDemand };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Ramp Output", 225}, {"Invert A", 233}, {"Setpoint B", 234},      {"Invert B", 235},
-    {"Setpoint C", 236},  {"Invert C", 237}, {"Velocity Demand", 189},
-};
+constexpr BlockRow Rows[] = {RampOutput, SetpointSumInvertA, SetpointB,     SetpointSumInvertB,
+                             SetpointC,  SetpointSumInvertC, VelocityDemand};
 
 enum SignContact { AsIs, Inverted };
 enum EnableContact { Enabled, Disabled };
@@ -21,13 +19,7 @@ enum EnableContact { Enabled, Disabled };
 class FormSetpointSum final : public BlockForm
 {
 public:
-    explicit FormSetpointSum(Desk &desk)
-        : BlockForm(desk, {.name = "FormSetpointSum",
-                           .caption = QStringLiteral("Setpoint Sum"),
-                           .helpTopic = "Setpoint Sum.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -35,9 +27,9 @@ protected:
         const double trimY = (BranchY(1) + BranchY(2)) / 2;
         const Shape trims = d.Sum({76, trimY}, QStringLiteral(" + +"));
         const Shape sum = d.Sum({107, BranchY(0)}, QStringLiteral("+  +"));
-        d.Wire(DrawBranch(d, 0, RampOutput, InvertA).Pivot(), sum.Left());
-        d.Wire(DrawBranch(d, 1, SetpointB, InvertB).Pivot(), trims.Top());
-        d.Wire(DrawBranch(d, 2, SetpointC, InvertC).Pivot(), trims.Bottom());
+        d.Wire(DrawBranch(d, 0, RampOutput, SetpointSumInvertA).Pivot(), sum.Left());
+        d.Wire(DrawBranch(d, 1, SetpointB, SetpointSumInvertB).Pivot(), trims.Top());
+        d.Wire(DrawBranch(d, 2, SetpointC, SetpointSumInvertC).Pivot(), trims.Bottom());
 
         // A ramp stop leads the ramp's output to zero; what is added to it is left out at once.
         enableSwitch_ =
@@ -57,7 +49,7 @@ protected:
     {
         const std::int32_t rawState = desk().model.Value(Param::DriveState);
         enableSwitch_.Set(rawState == 1 || rawState == 3 ? Enabled : Disabled);
-        const std::array<RowIndex, 3> selectors = {InvertA, InvertB, InvertC};
+        constexpr std::array<int, 3> selectors = {SetpointSumInvertA, SetpointSumInvertB, SetpointSumInvertC};
         for (std::size_t i = 0; i < selectors.size(); ++i)
             signSwitches_[i].Set(RowText(selectors[i]) == QStringLiteral("True") ? Inverted : AsIs);
     }
@@ -66,7 +58,7 @@ private:
     static double BranchY(int branch) { return 6 + branch * 20.0; }
 
     /** One setpoint with the switch that turns its sign. */
-    const LivePart &DrawBranch(Drawing &d, int branch, RowIndex setpoint, RowIndex invert)
+    const LivePart &DrawBranch(Drawing &d, int branch, int setpoint, int invert)
     {
         const double y = BranchY(branch);
         LivePart &sign = signSwitches_[std::size_t(branch)];
@@ -90,11 +82,11 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormSetpointSum(Desk &desk, int);
-
-BlockForm *MakeFormSetpointSum(Desk &desk, int)
-{
-    return Loaded(new FormSetpointSum(desk));
-}
+constexpr BlockDescriptor BlockSetpointSum = {.form = "FormSetpointSum",
+                                              .window = "Setpoint Sum",
+                                              .helpTopic = "Setpoint Sum.htm",
+                                              .rows = Rows,
+                                              .prefix = "Setpoint Sum ",
+                                              .make = MakeBlock<FormSetpointSum, BlockSetpointSum>};
 
 } // namespace quorvik

@@ -8,24 +8,10 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    ReferenceInvert,
-    RefSelectMsb,
-    RefSelectLsb,
-    Reference0,
-    Reference1,
-    Reference2,
-    Reference3,
-    JogReference,
-    JogStatus,
-    RampInput,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Reference Invert", 222}, {"Ref Select (MSB)", 215}, {"Ref Select (LSB)", 216}, {"Reference 0", 217},
-    {"Reference 1", 218},      {"Reference 2", 219},      {"Reference 3", 220},      {"Jog Reference", 221},
-    {"Jog Status", 243},       {"Ramp Input", 224},
-};
+constexpr BlockRow Rows[] = {ReferenceInvert, RefSelectMSB, RefSelectLSB, Reference0, Reference1,
+                             Reference2,      Reference3,   JogReference, JogStatus,  RampInput};
 
 constexpr int References = 4;
 
@@ -36,13 +22,7 @@ enum EnableContact { Enabled, Disabled };
 class FormSetpoints final : public BlockForm
 {
 public:
-    explicit FormSetpoints(Desk &desk)
-        : BlockForm(desk, {.name = "FormSetpoints",
-                           .caption = QStringLiteral("Setpoints"),
-                           .helpTopic = "Setpoints.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -68,7 +48,7 @@ private:
     static constexpr double JogY = 38;
     static constexpr double SourceY = 27;
 
-    int SelectedReference() const { return int(CLng(2 * RowNumber(RefSelectMsb) + RowNumber(RefSelectLsb))); }
+    int SelectedReference() const { return int(CLng(2 * RowNumber(RefSelectMSB) + RowNumber(RefSelectLSB))); }
 
     void DrawReferences(Drawing &d)
     {
@@ -84,14 +64,14 @@ private:
         for (int i = 0; i < References; ++i)
             d.Line(boxes.at(i).Right(), referenceSwitch_.Contact(i));
         Click(QStringLiteral("Image1(1)"), ClickArea::Gesture::Click, referenceSwitch_.Area(),
-              QStringLiteral("Click to step to the next reference"), {RefSelectMsb, RefSelectLsb}, [this] {
+              QStringLiteral("Click to step to the next reference"), {RefSelectMSB, RefSelectLSB}, [this] {
                   const int next = SelectedReference() + 1;
                   const int wrapped = next > 3 ? 0 : next;
-                  Write(RowParam(RefSelectMsb), wrapped / 2);
-                  Write(RowParam(RefSelectLsb), wrapped % 2);
+                  Write(RowParam(RefSelectMSB), wrapped / 2);
+                  Write(RowParam(RefSelectLSB), wrapped % 2);
               });
-        const Shape high = Box(RefSelectMsb, {9, JogY}, CaptionAt::BelowRight);
-        const Shape low = Box(RefSelectLsb, {25, JogY}, CaptionAt::Below);
+        const Shape high = Box(RefSelectMSB, {9, JogY}, CaptionAt::BelowRight);
+        const Shape low = Box(RefSelectLSB, {25, JogY}, CaptionAt::Below);
         d.Link(high.Top(), referenceSwitch_);
         d.Link(low.Top(), referenceSwitch_);
     }
@@ -142,11 +122,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormSetpoints(Desk &desk, int);
-
-BlockForm *MakeFormSetpoints(Desk &desk, int)
-{
-    return Loaded(new FormSetpoints(desk));
-}
+constexpr BlockDescriptor BlockSetpoints = {.form = "FormSetpoints",
+                                            .window = "Setpoints",
+                                            .helpTopic = "Setpoints.htm",
+                                            .rows = Rows,
+                                            .make = MakeBlock<FormSetpoints, BlockSetpoints>};
 
 } // namespace quorvik

@@ -6,28 +6,10 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    DriveReady,
-    LogicSelect,
-    JogDelay,
-    StopMode,
-    Run,
-    Stop,
-    Jog,
-    RunStatus,
-    JogStatus,
-    ArmPilotStatus,
-    RunEnable,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Drive Ready", 303}, {"Logic Select", 245},
-    {"Jog Delay", 246},   {"Stop Mode", 232},
-    {"Run", 239},         {"Stop", 240},
-    {"Jog", 241},         {"Run Status", 242},
-    {"Jog Status", 243},  {"Arm Pilot Status", 244},
-    {"Run Enable", 22},
-};
+constexpr BlockRow Rows[] = {DriveReady, LogicSelect, JogDelay,  StopMode,       Run,      Stop,
+                             Jog,        RunStatus,   JogStatus, ArmPilotStatus, RunEnable};
 
 /** Contacts of the logic switch, which are also the values of Logic Select. */
 enum LogicContact { ThreeWire, TwoWire };
@@ -35,13 +17,7 @@ enum LogicContact { ThreeWire, TwoWire };
 class FormStartStopLogic final : public BlockForm
 {
 public:
-    explicit FormStartStopLogic(Desk &desk)
-        : BlockForm(desk, {.name = "FormStartStopLogic",
-                           .caption = QStringLiteral("Start/Stop Logic"),
-                           .helpTopic = "Start Stop Logic.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -154,7 +130,7 @@ private:
         jogLatch_ = d.Part(QStringLiteral("LatchJog"));
     }
 
-    Shape DrawLatch(Drawing &d, const QString &name, const Port &set, const Shape &reset, RowIndex status)
+    Shape DrawLatch(Drawing &d, const QString &name, const Port &set, const Shape &reset, int status)
     {
         const double y = set.at.y() + Drawing::LatchReach;
         const Shape latch = d.Latch(name, {LatchX, y});
@@ -220,11 +196,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormStartStopLogic(Desk &desk, int);
-
-BlockForm *MakeFormStartStopLogic(Desk &desk, int)
-{
-    return Loaded(new FormStartStopLogic(desk));
-}
+constexpr BlockDescriptor BlockStartStopLogic = {.form = "FormStartStopLogic",
+                                                 .window = "Start/Stop Logic",
+                                                 .helpTopic = "Start Stop Logic.htm",
+                                                 .rows = Rows,
+                                                 .make = MakeBlock<FormStartStopLogic, BlockStartStopLogic>};
 
 } // namespace quorvik

@@ -6,39 +6,31 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { SaveParameters, LoadParameters, ControlFirmware, TriggerFirmware, DriveModel };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Save Parameters", 406},          {"Load Parameters", 407}, {"Control Firmware Version", 409},
-    {"Trigger Firmware Version", 419}, {"Drive Model", 411},
-};
+constexpr BlockRow Rows[] = {SaveParameters, LoadParameters, ControlFirmwareVersion, TriggerFirmwareVersion,
+                             DriveModel};
 
 class FormSystem final : public BlockForm
 {
 public:
-    explicit FormSystem(Desk &desk)
-        : BlockForm(desk, {.name = "FormSystem",
-                           .caption = QStringLiteral("System"),
-                           .helpTopic = "System.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &) override
     {
-        Tables({0, 0}, {{QStringLiteral("Parameters in the Drive"), {SaveParameters, LoadParameters}},
-                        {QStringLiteral("Drive"), {DriveModel, ControlFirmware, TriggerFirmware}}});
+        Tables({0, 0},
+               {{QStringLiteral("Parameters in the Drive"), {SaveParameters, LoadParameters}},
+                {QStringLiteral("Drive"), {DriveModel, ControlFirmwareVersion, TriggerFirmwareVersion}}});
     }
 };
 
 } // namespace
 
-BlockForm *MakeFormSystem(Desk &desk, int);
-
-BlockForm *MakeFormSystem(Desk &desk, int)
-{
-    return Loaded(new FormSystem(desk));
-}
+constexpr BlockDescriptor BlockSystem = {.form = "FormSystem",
+                                         .window = "System",
+                                         .helpTopic = "System.htm",
+                                         .rows = Rows,
+                                         .make = MakeBlock<FormSystem, BlockSystem>};
 
 } // namespace quorvik

@@ -8,34 +8,24 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { GreaterThan, LessThanOrEqual, Threshold, Reset, ResetInvert, Output, Timer };
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Greater Than", 314}, {"Less Than or Equal", 313}, {"Threshold", 312},
-    {"Reset", 311},        {"Reset Invert", 365},       {"Output", 315},
-    {"Timer", 428},
-};
+constexpr BlockRow Rows[] = {TimerGreaterThan, TimerLessThanOrEqual, TimerThreshold, TimerReset,
+                             TimerResetInvert, TimerOutput,          Timer};
 
 enum OutputContact { Top, Bottom };
 
 class FormTimer final : public BlockForm
 {
 public:
-    explicit FormTimer(Desk &desk)
-        : BlockForm(desk, {.name = "FormTimer",
-                           .caption = QStringLiteral("Timer"),
-                           .helpTopic = "Timer.htm",
-                           .rows = Rows})
-        , timer_(desk.model, this)
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         const double y = 14;
-        const Shape reset = Box(Reset, {0, y});
-        const Shape invert = Box(ResetInvert, {14.5, y + 11}, CaptionAt::Below);
+        const Shape reset = Box(TimerReset, {0, y});
+        const Shape invert = Box(TimerResetInvert, {14.5, y + 11}, CaptionAt::Below);
         const Shape counter =
             d.Function({30, y}, {12, 8}, QStringLiteral("Timer"), QStringLiteral("LabelTimer"));
         d.Label({}, QStringLiteral("R"), {31.5, y}, Qt::AlignHCenter);
@@ -48,26 +38,26 @@ protected:
         d.Wire(counter.Right(), count.Left());
 
         const Shape comparator = d.Comparator({68, y}, QStringLiteral(">"), QStringLiteral("LabelCompare"));
-        const Shape threshold = Box(Threshold, {72 - BoxSize(Threshold).width() / 2, y - 11});
+        const Shape threshold = Box(TimerThreshold, {72 - BoxSize(TimerThreshold).width() / 2, y - 11});
         d.Wire(count.Right(), comparator.Left());
         d.Wire(threshold.Bottom(), comparator.Top());
 
-        const Shape greater = Box(GreaterThan, {62, y + 10});
-        const Shape less = Box(LessThanOrEqual, {62, y + 18}, CaptionAt::Below);
+        const Shape greater = Box(TimerGreaterThan, {62, y + 10});
+        const Shape less = Box(TimerLessThanOrEqual, {62, y + 18}, CaptionAt::Below);
         switch_ = d.Switch(QStringLiteral("LineSwitch"), {92, y + 14}, {{83, y + 10}, {83, y + 18}});
         d.Line(greater.Right(), switch_.Contact(Top));
         d.Line(less.Right(), switch_.Contact(Bottom));
         d.Link(comparator.Right(), switch_);
-        const Shape output = Box(Output, {98, y + 14});
+        const Shape output = Box(TimerOutput, {98, y + 14});
         d.Wire(switch_.Pivot(), output.Left());
         d.Wire(output.Right(), {{output.Rect().right() + 5, y + 14}, Side::Left});
     }
 
     void Tick() override
     {
-        inverter_.Show(RowText(ResetInvert) == QStringLiteral("True"));
+        inverter_.Show(RowText(TimerResetInvert) == QStringLiteral("True"));
         timer_.UpdateTimerEmulator();
-        switch_.Set(RowValue(Timer) <= RowValue(Threshold) ? Bottom : Top);
+        switch_.Set(RowValue(Timer) <= RowValue(TimerThreshold) ? Bottom : Top);
     }
 
     void Unload() override
@@ -77,18 +67,18 @@ protected:
     }
 
 private:
-    TimerBlock timer_;
+    TimerBlock timer_{desk().model, this};
     LivePart inverter_;
     LivePart switch_;
 };
 
 } // namespace
 
-BlockForm *MakeFormTimer(Desk &desk, int);
-
-BlockForm *MakeFormTimer(Desk &desk, int)
-{
-    return Loaded(new FormTimer(desk));
-}
+constexpr BlockDescriptor BlockTimer = {.form = "FormTimer",
+                                        .window = "Timer",
+                                        .helpTopic = "Timer.htm",
+                                        .rows = Rows,
+                                        .prefix = "Timer ",
+                                        .make = MakeBlock<FormTimer, BlockTimer>};
 
 } // namespace quorvik

@@ -6,7 +6,9 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
+using namespace Param;
+
+constexpr BlockRow Rows[] = {
     GainSelect,
     OvershootGainA,
     PropGainA,
@@ -14,8 +16,8 @@ enum RowIndex {
     ForwardMaxSpeed,
     VelocityDemand,
     ReverseMaxSpeed,
-    RpmLevel,
-    MotorRpm,
+    FullRPMLevel,
+    MotorRPM,
     OvershootGainB,
     PropGainB,
     IntegralTimeB,
@@ -24,44 +26,15 @@ enum RowIndex {
     VelError,
     VelFeedback,
     VelFeedbackFiltered,
-    VfbOffset,
+    VFBOffset,
     ArmatureVolts,
-    IrComp,
+    IRComp,
     VelLoopOutput,
-    Afb,
-    Tfb,
-    Efb,
+    AFB,
+    TFB,
+    EFB,
     FeedbackSelect,
     LoopEnable,
-};
-
-constexpr BlockRow Rows[] = {
-    {"Gain Select", 203},
-    {"Overshoot Gain A", 204},
-    {"Prop Gain A", 201},
-    {"Integral Time A", 202},
-    {"Forward Max Speed", 190},
-    {"Velocity Demand", 189},
-    {"Reverse Max Speed", 191},
-    {"100% RPM Level", 199},
-    {"Motor RPM", 200},
-    {"Overshoot Gain B", 213},
-    {"Prop Gain B", 325},
-    {"Integral Time B", 326},
-    {"Final Vel Demand", 129},
-    {"Integral Clamp", 214},
-    {"Vel Error", 192},
-    {"Vel Feedback", 193},
-    {"Vel Feedback (Filtered)", 198},
-    {"VFB Offset", 130},
-    {"Armature Volts", 417},
-    {"IR Comp", 131},
-    {"Vel Loop Output", 205},
-    {"AFB", 194},
-    {"TFB", 195},
-    {"EFB", 196},
-    {"Feedback Select", 197},
-    {"Loop Enable", 212},
 };
 
 /** Contacts of the gain switch: ShapeSpotTop and ShapeSpotBottom. */
@@ -70,13 +43,7 @@ enum GainContact { SpotTop, SpotBottom };
 class FormVelocityLoop final : public BlockForm
 {
 public:
-    explicit FormVelocityLoop(Desk &desk)
-        : BlockForm(desk, {.name = "FormVelocityLoop",
-                           .caption = QStringLiteral("Velocity Loop"),
-                           .helpTopic = "Velocity Loop.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -156,8 +123,8 @@ private:
     {
         const double pitch = 6.5;
         const Shape afb = DrawArmatureFeedback(d, FeedbackY - pitch);
-        const Shape tfb = Box(Tfb, {41, FeedbackY});
-        const Shape efb = Box(Efb, {41, FeedbackY + pitch});
+        const Shape tfb = Box(TFB, {41, FeedbackY});
+        const Shape efb = Box(EFB, {41, FeedbackY + pitch});
         feedbackSwitch_ = d.Switch(QStringLiteral("ShapeTriSwitch"), {65, FeedbackY},
                                    {{57, FeedbackY - pitch}, {57, FeedbackY}, {57, FeedbackY + pitch}});
         d.Line(afb.Right(), feedbackSwitch_.Contact(0));
@@ -172,7 +139,7 @@ private:
         d.Link(select.Top(), feedbackSwitch_);
 
         const Shape offsetSum = d.Sum({74, FeedbackY}, QStringLiteral("+  -"));
-        const Shape offset = Box(VfbOffset, {68, FeedbackY + 10.5}, CaptionAt::Right);
+        const Shape offset = Box(VFBOffset, {68, FeedbackY + 10.5}, CaptionAt::Right);
         const Shape feedback = Box(VelFeedback, {80, FeedbackY});
         d.Wire(feedbackSwitch_.Pivot(), offsetSum.Left());
         d.Wire(offset.Top(), offsetSum.Bottom());
@@ -182,8 +149,8 @@ private:
         const Shape filter = d.Filter({102, FeedbackY});
         const Shape filtered = Box(VelFeedbackFiltered, {115, FeedbackY});
         const Shape scale = d.Multiplier({140, FeedbackY});
-        const Shape level = Box(RpmLevel, {134, FeedbackY + 9}, CaptionAt::Below);
-        const Shape rpm = Box(MotorRpm, {145, FeedbackY});
+        const Shape level = Box(FullRPMLevel, {134, FeedbackY + 9}, CaptionAt::Below);
+        const Shape rpm = Box(MotorRPM, {145, FeedbackY});
         d.Line(feedback.Right(), branch);
         d.Wire(branch, filter.Left());
         d.Wire({branch.at, Side::Top}, sum_.Bottom(), FeedbackY - 5);
@@ -198,11 +165,11 @@ private:
     {
         const Shape volts = Box(ArmatureVolts, {0, y});
         const Shape share = d.Scale({19, y}, QStringLiteral("\u00F7 (128)"));
-        const Shape irComp = Box(IrComp, {0, y + 8}, CaptionAt::Below);
+        const Shape irComp = Box(IRComp, {0, y + 8}, CaptionAt::Below);
         const Shape drop = d.Multiplier({26, y + 8});
         const Port current = d.From({21, y + 15}, QStringLiteral("(102) Current Feedback"));
         const Shape sum = d.Sum({34, y}, QStringLiteral("+  -"));
-        const Shape afb = Box(Afb, {41, y});
+        const Shape afb = Box(AFB, {41, y});
         d.Wire(volts.Right(), share.Left());
         d.Wire(share.Right(), sum.Left());
         d.Wire(irComp.Right(), drop.Left());
@@ -219,11 +186,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormVelocityLoop(Desk &desk, int);
-
-BlockForm *MakeFormVelocityLoop(Desk &desk, int)
-{
-    return Loaded(new FormVelocityLoop(desk));
-}
+constexpr BlockDescriptor BlockVelocityLoop = {.form = "FormVelocityLoop",
+                                               .window = "Velocity Loop",
+                                               .helpTopic = "Velocity Loop.htm",
+                                               .rows = Rows,
+                                               .make = MakeBlock<FormVelocityLoop, BlockVelocityLoop>};
 
 } // namespace quorvik

@@ -6,23 +6,15 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex { Core, LineSpeed, DiameterRatio, Diameter, WinderSpeed };
+using namespace Param;
 
 constexpr BlockRow Rows[] = {
-    {"Core", 0}, {"Line Speed", 1}, {"Diameter Ratio", 2}, {"Diameter", 3}, {"Winder Speed", 4},
-};
+    WinderCore, WinderLineSpeed, WinderDiameterRatio, WinderDiameter, {WinderSpeed, "Winder Speed"}};
 
 class FormWinderSpeedCalculator final : public BlockForm
 {
 public:
-    explicit FormWinderSpeedCalculator(Desk &desk)
-        : BlockForm(desk, {.name = "FormWinderSpeedCalculator",
-                           .caption = QStringLiteral("Winder Speed Calculator"),
-                           .helpTopic = "Winder Speed Calculator.htm",
-                           .rows = Rows,
-                           .base = 429})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
@@ -35,9 +27,9 @@ protected:
         const double boxX = 52;
         const double webY = centre.y() - radius;
         const double rimY = centre.y() + radius * 0.7;
-        const Shape speed = Box(LineSpeed, {boxX, webY});
-        const Shape coreBox = Box(Core, {boxX, centre.y()});
-        const Shape diameter = Box(Diameter, {boxX, rimY}, CaptionAt::Below);
+        const Shape speed = Box(WinderLineSpeed, {boxX, webY});
+        const Shape coreBox = Box(WinderCore, {boxX, centre.y()});
+        const Shape diameter = Box(WinderDiameter, {boxX, rimY}, CaptionAt::Below);
         d.Guide({{centre.x() + 1, webY}, Side::Right}, speed.Left());
         d.Guide({{centre.x() + core, centre.y()}, Side::Right}, coreBox.Left());
         d.Guide({{centre.x() + radius * 0.714, rimY}, Side::Right}, diameter.Left());
@@ -45,7 +37,7 @@ protected:
         const double y = (centre.y() + rimY) / 2;
         const Shape ratio =
             d.Function({boxX + 19, y}, {11, 16}, QStringLiteral("Ratio"), QStringLiteral("LabelRatio"));
-        const Shape ratioBox = Box(DiameterRatio, {boxX + 35, y});
+        const Shape ratioBox = Box(WinderDiameterRatio, {boxX + 35, y});
         const Shape product = d.Multiplier({boxX + 56, y});
         const Shape winder = Box(WinderSpeed, {boxX + 63, y});
         d.Wire(coreBox.Right(), ratio.LeftAt(centre.y()));
@@ -72,11 +64,12 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormWinderSpeedCalculator(Desk &desk, int);
-
-BlockForm *MakeFormWinderSpeedCalculator(Desk &desk, int)
-{
-    return Loaded(new FormWinderSpeedCalculator(desk));
-}
+constexpr BlockDescriptor BlockWinderSpeedCalculator = {
+    .form = "FormWinderSpeedCalculator",
+    .window = "Winder Speed Calculator",
+    .helpTopic = "Winder Speed Calculator.htm",
+    .rows = Rows,
+    .prefix = "Winder ",
+    .make = MakeBlock<FormWinderSpeedCalculator, BlockWinderSpeedCalculator>};
 
 } // namespace quorvik

@@ -8,52 +8,30 @@ namespace quorvik
 namespace
 {
 
-enum RowIndex {
-    FinalVelDemand,
-    FinalIDemand,
-    VelFeedback,
-    ZeroSpeedSet,
-    StandstillLogic,
-    AtZeroSet,
-    AtZeroSpeed,
-    AtStandstill,
-    LoopEnable,
-};
+using namespace Param;
 
-constexpr BlockRow Rows[] = {
-    {"Final Vel Demand", 129}, {"Final I Demand", 101},   {"Vel Feedback", 193},
-    {"Zero Speed Set", 207},   {"Standstill Logic", 208}, {"At Zero Set", 209},
-    {"At Zero Speed", 210},    {"At Standstill", 211},    {"Loop Enable", 212},
-};
-
-constexpr int DriveModeMsb = 109;
-constexpr int DriveModeLsb = 110;
+constexpr BlockRow Rows[] = {FinalVelDemand, FinalIDemand, VelFeedback,  ZeroSpeedSet, StandstillLogic,
+                             AtZeroSet,      AtZeroSpeed,  AtStandstill, LoopEnable};
 
 class FormZeroSpeedLogic final : public BlockForm
 {
 public:
-    explicit FormZeroSpeedLogic(Desk &desk)
-        : BlockForm(desk, {.name = "FormZeroSpeedLogic",
-                           .caption = QStringLiteral("Zero Speed Logic"),
-                           .helpTopic = "Zero Speed.htm",
-                           .rows = Rows})
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     void Draw(Drawing &d) override
     {
         DrawComparators(d);
         DrawLogic(d);
-        AddExtraInterest(DriveModeMsb);
-        AddExtraInterest(DriveModeLsb);
+        AddExtraInterest(DriveModeMSB);
+        AddExtraInterest(DriveModeLSB);
     }
 
     void Tick() override
     {
         const Model &model = desk().model;
         const std::int32_t mode =
-            CheckedAdd(CheckedMultiply(2, model.Value(DriveModeMsb)), model.Value(DriveModeLsb));
+            CheckedAdd(CheckedMultiply(2, model.Value(DriveModeMSB)), model.Value(DriveModeLSB));
         modeSwitch_.Set(mode == 0 ? Velocity : Current);
     }
 
@@ -126,11 +104,10 @@ private:
 
 } // namespace
 
-BlockForm *MakeFormZeroSpeedLogic(Desk &desk, int);
-
-BlockForm *MakeFormZeroSpeedLogic(Desk &desk, int)
-{
-    return Loaded(new FormZeroSpeedLogic(desk));
-}
+constexpr BlockDescriptor BlockZeroSpeedLogic = {.form = "FormZeroSpeedLogic",
+                                                 .window = "Zero Speed Logic",
+                                                 .helpTopic = "Zero Speed.htm",
+                                                 .rows = Rows,
+                                                 .make = MakeBlock<FormZeroSpeedLogic, BlockZeroSpeedLogic>};
 
 } // namespace quorvik

@@ -7,7 +7,7 @@ void InputOutputForm::DestinationEnd(Drawing &d, const Port &from, int selectorR
 {
     const double y = from.at.y();
     const Shape selector = Box(selectorRow, {left, y + RowAbove});
-    const Shape linked = Box(RowCount() - 1, {left, y});
+    const Shape linked = Box(LinkedRow, {left, y});
     d.Wire(from, linked.Left());
     d.Guide(selector.Bottom(), {selector.Bottom().at + QPointF(0, 7), Side::Top});
     d.Wire(linked.Right(), {linked.Right().at + QPointF(5, 0), Side::Left});
@@ -16,7 +16,7 @@ void InputOutputForm::DestinationEnd(Drawing &d, const Port &from, int selectorR
 Shape InputOutputForm::SourceEnd(Drawing &d, int selectorRow, double y)
 {
     const Shape selector = Box(selectorRow, {0, y + RowAbove});
-    const Shape linked = Box(RowCount() - 1, {0, y});
+    const Shape linked = Box(LinkedRow, {0, y});
     d.Guide(selector.Bottom(), {selector.Bottom().at + QPointF(0, 7), Side::Top});
     return linked;
 }

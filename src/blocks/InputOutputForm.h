@@ -6,31 +6,18 @@ namespace quorvik
 {
 
 /**
- * What the windows of the drive's inputs and outputs share: the I/O Mentor's button, the end of the path
- * where another parameter is selected, and the stages that several of them have.
+ * What the windows of the drive's inputs and outputs share: the end of the path where another parameter is
+ * selected, and the stages that several of them have.
  */
 class InputOutputForm : public BlockForm
 {
 public:
-    InputOutputForm(Desk &desk, const BlockSpec &spec, const WizardIOStartRecord &mentorStart,
-                    int member = -1)
-        : BlockForm(desk, spec, member)
-        , mentorStart_(mentorStart)
-    {
-    }
+    using BlockForm::BlockForm;
 
 protected:
     /** Height of a row that acts on the path, above or below it. */
     static constexpr double RowAbove = -13;
     static constexpr double RowBelow = 13;
-
-    /** Where the block has no frequency/digital mode, the record keeps the one that it has. */
-    std::optional<WizardIOStartRecord> IOMentorStart() const override
-    {
-        WizardIOStartRecord start = mentorStart_;
-        start.freqDigMode = desk().model.WizardIOStart.freqDigMode;
-        return start;
-    }
 
     /** The right end of an input: the parameter driven, and above it the row that selects it. */
     void DestinationEnd(Drawing &d, const Port &from, int selectorRow, double left);
@@ -49,9 +36,6 @@ protected:
     static constexpr double StageWidth = 20;
     /** Contacts of such an arm. */
     enum StageContact { PassedBy, SwitchedIn };
-
-private:
-    WizardIOStartRecord mentorStart_;
 };
 
 } // namespace quorvik
