@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QSvgGenerator>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace quorvik::testing
@@ -126,9 +127,9 @@ TEST(Album, TheWindowsShowWhatIsWrittenDown)
     VisitOtherWindows(desk, describe);
     VisitMentors(desk, describe);
     shown += QStringLiteral("== Words that values stand for");
-    const std::pair<const QString &(*)(std::int32_t), int> tables[] = {{ModelText, 33}, {DriveStateText, 9},
-                                                                       {FaultText, 10}, {DayText, 8},
-                                                                       {AccessText, 6}, {DriveTypeText, 2}};
+    const std::pair<std::function<QString(std::int32_t)>, int> tables[] = {
+        {ModelText, 33}, {DriveStateText, 9}, {FaultText, 10},
+        {DayText, 8},    {AccessText, 6},     {DriveTypeText, 2}};
     for (const auto &[text, count] : tables)
         for (int value = 0; value < count; ++value)
             shown += QStringLiteral("  %1 %2").arg(value).arg(text(value));
