@@ -24,9 +24,7 @@ QString RangeOf(const ParamRecord &record)
 {
     const int typeCode = TypeCode(record.Attributes);
     if (IsEnumerated(typeCode)) {
-        QStringList texts;
-        for (std::int32_t value = record.Min; value <= record.Max; ++value)
-            texts.append(EnumText(value, typeCode));
+        const QStringList texts = TextsOf(typeCode).mid(record.Min, record.Max - record.Min + 1);
         return texts.join(QStringLiteral(", "));
     }
     return ValueText(record.Min, record.Attributes) + QStringLiteral(" to ") +

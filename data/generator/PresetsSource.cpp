@@ -35,26 +35,6 @@ enum Column {
     Count
 };
 
-struct KindRow {
-    const char *word;
-    int typeCode;
-    bool hasDecimals;
-};
-
-constexpr KindRow Kinds[] = {
-    {"parameter", 0, false},   {"percent", 1, true},         {"polarity", 2, false},
-    {"analog type", 3, false}, {"boolean", 4, false},        {"output mode", 5, false},
-    {"feedback", 6, false},    {"contact", 7, false},        {"wiring", 8, false},
-    {"sign", 9, false},        {"number", 10, true},         {"frequency", 11, true},
-    {"seconds", 12, true},     {"amperes", 14, true},        {"rpm", 15, true},
-    {"volts", 16, true},       {"hexadecimal", 17, false},   {"temperature", 18, true},
-    {"fan mode", 19, false},   {"drive model", 20, false},   {"stop mode", 21, false},
-    {"tachometer", 22, false}, {"encoder lines", 24, false},
-};
-
-constexpr int ParameterType = 0;
-constexpr int HexadecimalType = 17;
-
 struct WordRow {
     Column column;
     const char *word;
@@ -76,12 +56,15 @@ constexpr WordRow Words[] = {
     {Width, "unsigned", Attr::Long},
 };
 
-const KindRow *FindKind(const QString &word)
+using Form = ValueType::Form;
+
+std::optional<int> FindKind(const QString &word)
 {
-    for (const KindRow &kind : Kinds)
-        if (word == QLatin1String(kind.word))
-            return &kind;
-    return nullptr;
+    const std::span<const ValueType> types = ValueTypes();
+    for (std::size_t typeCode = 0; typeCode < types.size(); ++typeCode)
+        if (*types[typeCode].kind && word == QLatin1String(types[typeCode].kind))
+            return int(typeCode);
+    return std::nullopt;
 }
 
 std::optional<std::int32_t> BitsOf(Column column, const QString &word)
@@ -93,15 +76,14 @@ std::optional<std::int32_t> BitsOf(Column column, const QString &word)
 }
 
 /** A value in words or shown units as raw value, or nothing where it cannot be expressed. */
-std::optional<std::int32_t> RawValue(const QString &text, const KindRow &kind, std::int32_t attributes)
+std::optional<std::int32_t> RawValue(const QString &text, std::int32_t attributes)
 {
-    if (IsEnumerated(kind.typeCode)) {
-        for (int value = 0; value < EnumCount(kind.typeCode); ++value)
-            if (text == EnumText(value, kind.typeCode))
-                return value;
-        return std::nullopt;
+    const int typeCode = TypeCode(attributes);
+    if (IsEnumerated(typeCode)) {
+        const auto value = TextsOf(typeCode).indexOf(text);
+        return value < 0 ? std::nullopt : std::optional(std::int32_t(value));
     }
-    if (kind.typeCode == HexadecimalType) {
+    if (TypeOf(typeCode).form == Form::Hexadecimal) {
         bool ok = false;
         const std::uint32_t value = text.startsWith(QStringLiteral("0x")) ? text.mid(2).toUInt(&ok, 16) : 0;
         return ok && value <= 0xFFFF ? std::optional(std::int32_t(value)) : std::nullopt;
@@ -112,7 +94,7 @@ std::optional<std::int32_t> RawValue(const QString &text, const KindRow &kind, s
     return EntryToRaw(text, attributes);
 }
 
-QString ReadValues(const QStringList &fields, const KindRow &kind, ParamRecord &record)
+QString ReadValues(const QStringList &fields, ParamRecord &record)
 {
     struct Target {
         Column column;
@@ -122,7 +104,7 @@ QString ReadValues(const QStringList &fields, const KindRow &kind, ParamRecord &
         {{Lowest, &record.Min}, {Highest, &record.Max}, {Factory, &record.Value}}};
     const bool isLong = (record.Attributes & Attr::Long) != 0;
     for (const Target &target : targets) {
-        const std::optional<std::int32_t> raw = RawValue(fields[target.column], kind, record.Attributes);
+        const std::optional<std::int32_t> raw = RawValue(fields[target.column], record.Attributes);
         if (!raw)
             return QStringLiteral("\"%1\" is no value of its kind").arg(fields[target.column]);
         if (*raw < (isLong ? 0 : -32768) || *raw > (isLong ? 65535 : 32767))
@@ -137,10 +119,9 @@ QString ReadValues(const QStringList &fields, const KindRow &kind, ParamRecord &
 
 /** Whether the attributes show the kind asked for, in the parameter itself and in what takes it over from it.
  */
-bool ShowsKind(std::int32_t attributes, const KindRow &kind)
+bool ShowsKind(std::int32_t attributes, int typeCode)
 {
-    return TypeCode(attributes) == kind.typeCode &&
-           TypeCode(attributes & ~Attr::NotInherited) == kind.typeCode;
+    return TypeCode(attributes) == typeCode && TypeCode(attributes & ~Attr::NotInherited) == typeCode;
 }
 
 QString ReadLine(const QStringList &fields, int number, ParamRecord &record)
@@ -154,14 +135,16 @@ QString ReadLine(const QStringList &fields, int number, ParamRecord &record)
         record.Name != ShowableText(record.Name, false).trimmed())
         return QStringLiteral("the name is empty, longer than %1 characters or cannot be shown")
             .arg(NameSize);
-    const KindRow *kind = FindKind(fields[Kind]);
-    if (kind == nullptr)
+    const std::optional<int> typeCode = FindKind(fields[Kind]);
+    if (!typeCode)
         return QStringLiteral("there is no kind \"%1\"").arg(fields[Kind]);
     bool isNumber = false;
     const int decimals = fields[Decimals].toInt(&isNumber);
-    if (!isNumber || decimals < 0 || decimals > (kind->hasDecimals ? 3 : 0))
+    const Form form = TypeOf(*typeCode).form;
+    const bool hasDecimals = form == Form::Number || form == Form::Unit;
+    if (!isNumber || decimals < 0 || decimals > (hasDecimals ? 3 : 0))
         return QStringLiteral("the kind cannot have %1 decimals").arg(fields[Decimals]);
-    record.Attributes = kind->typeCode * 32 + decimals;
+    record.Attributes = *typeCode * 32 + decimals;
     for (const Column column : {Access, StopOnly, Selector, Width}) {
         const std::optional<std::int32_t> bits = BitsOf(column, fields[column]);
         if (!bits)
@@ -174,11 +157,11 @@ QString ReadLine(const QStringList &fields, int number, ParamRecord &record)
     const QString &selector = fields[Selector];
     const bool isSelector =
         selector.startsWith(QStringLiteral("source")) || selector == QStringLiteral("destination");
-    if (isSelector != (kind->typeCode == ParameterType))
+    if (isSelector != (form == Form::Parameter))
         return QStringLiteral("a selector holds a parameter, and only a selector does");
-    if (!ShowsKind(record.Attributes, *kind))
+    if (!ShowsKind(record.Attributes, *typeCode))
         return QStringLiteral("its attributes would show another kind than \"%1\"").arg(fields[Kind]);
-    return ReadValues(fields, *kind, record);
+    return ReadValues(fields, record);
 }
 
 QString LineFailure(int number, const QString &reason)
@@ -196,7 +179,7 @@ QString CheckTogether(const RecordArray &records)
         if (names.contains(record.Name))
             return LineFailure(i, QStringLiteral("its name stands twice"));
         names.insert(record.Name);
-        if (TypeCode(record.Attributes) != ParameterType)
+        if (TypeOf(TypeCode(record.Attributes)).form != Form::Parameter)
             continue;
         if (record.Min != 0 || record.Max != records.UpperBound())
             return LineFailure(i, QStringLiteral("a selector reaches from 0 to the last parameter"));

@@ -5,7 +5,6 @@
 #include "model/TextTables.h"
 
 #include <QFontMetrics>
-#include <algorithm>
 
 namespace quorvik
 {
@@ -13,29 +12,14 @@ namespace quorvik
 namespace
 {
 
-/** Model codes run 0 to 32. */
-constexpr std::int32_t LastModelCode = 32;
-constexpr int ModelTypeCode = 20;
-
-void KeepLonger(QString &longest, const QString &text)
-{
-    if (text.size() > longest.size())
-        longest = text;
-}
-
 void ConsiderRecord(QString &longest, const ParamRecord &record)
 {
-    const int typeCode = TypeCode(record.Attributes);
-    if (IsEnumerated(typeCode)) {
-        for (int value = 0; value < EnumCount(typeCode); ++value)
-            KeepLonger(longest, EnumText(value, typeCode));
-    } else if (typeCode == ModelTypeCode) {
-        for (std::int32_t code = 0; code <= LastModelCode; ++code)
-            KeepLonger(longest, ModelText(code));
-    } else {
-        KeepLonger(longest, ValueText(record.Min, record.Attributes));
-        KeepLonger(longest, ValueText(record.Max, record.Attributes));
-    }
+    QStringList texts = TextsOf(TypeCode(record.Attributes));
+    if (texts.isEmpty())
+        texts = {ValueText(record.Min, record.Attributes), ValueText(record.Max, record.Attributes)};
+    for (const QString &text : texts)
+        if (text.size() > longest.size())
+            longest = text;
 }
 
 } // namespace

@@ -2,8 +2,7 @@
 
 #include "platform/RuntimeFailure.h"
 
-#include <array>
-#include <vector>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -11,134 +10,139 @@ namespace quorvik
 namespace
 {
 
-using Texts = std::vector<QString>;
+using Form = ValueType::Form;
+
+constexpr std::array<ValueType, 25> Types = {{
+    {"parameter", Form::Parameter},
+    {"percent", Form::Unit, "%", {"%"}},
+    {"polarity", Form::List, "", {"Unipolar", "Bipolar"}},
+    {"analog type", Form::List, "", {"Current", "Voltage"}},
+    {"boolean", Form::List, "", {"False", "True"}},
+    {"output mode", Form::List, "", {"Freq", "Digital"}},
+    {"feedback", Form::List, "", {"AFB", "TFB", "EFB"}},
+    {"contact", Form::List, "", {"Open", "Closed"}},
+    {"wiring", Form::List, "", {"3 Wire", "2 Wire"}},
+    {"sign", Form::List, "", {"Positive", "Negative"}},
+    {"number", Form::Number},
+    {"frequency", Form::Unit, "Hz", {"Hertz"}},
+    {"seconds", Form::Unit, "Sec", {"Seconds"}},
+    {}, // 13
+    {"amperes", Form::Unit, "Amps", {"Amps"}},
+    {"rpm", Form::Unit, "RPM", {"RPM"}},
+    {"volts", Form::Unit, "Volts", {"Volts"}},
+    {"hexadecimal", Form::Hexadecimal},
+    {"temperature", Form::Unit, "C", {"C"}},
+    {"fan mode", Form::List, "", {"Auto", "On"}},
+    {"drive model", Form::Model},
+    {"stop mode", Form::List, "", {"Ramp", "Quick", "Coast"}},
+    {"tachometer", Form::List, "", {"DC", "AC"}},
+    {}, // 23
+    {"encoder lines", Form::List, "", {"256", "512", "1024", "2048"}},
+}};
+
+constexpr const char *Models[] = {
+    // Code 27 repeats the number of code 23: the drives answer with either.
+    "Undefined",  "SVR020-000", "SVR040-000", "SVR060-000", "SVR075-000", "SVR100-000", "SVR125-000",
+    "SVR150-000", "SVR200-000", "SVR250-000", "SVR300-000", "Undefined",  "Undefined",  "Undefined",
+    "Undefined",  "Undefined",  "Undefined",  "SVN020-000", "SVN040-000", "SVN060-000", "SVN075-000",
+    "SVN100-000", "SVN125-000", "SVN150-000", "SVN200-000", "SVN250-000", "SVN300-000", "SVN150-000",
+    "Undefined",  "Undefined",  "Undefined",  "Undefined",  "Undefined"};
+constexpr const char *DriveStates[] = {"Stop",      "Run",        "RampStop",   "Jog",  "Jog Stop",
+                                       "Jog Delay", "Quick Stop", "Coast Stop", "EStop"};
+constexpr const char *Faults[] = {"Field Loss", "VFB Loss",   "OverVoltage", "OverSpeed",  "OverCurrent",
+                                  "OverTemp",   "Phase Loss", "CTID Error",  "Phase Lock", "Thermistor Open"};
+constexpr const char *Days[] = {"Null",      "Sunday",   "Monday", "Tuesday",
+                                "Wednesday", "Thursday", "Friday", "Saturday"};
+constexpr const char *AccessClasses[] = {"Read/Write", "ICR-Read/Write",        "ICR-Read Only",
+                                         "Read Only",  "Destination-Read Only", "EMPTY"};
+constexpr const char *DriveTypes[] = {"Regenerative", "Non-regenerative"};
+constexpr std::int16_t Amps[] = {0, 36, 71, 107, 140, 174, 206, 256, 340, 425, 510};
 
 template<typename Table> const auto &At(const Table &table, std::int32_t index, const char *what)
 {
-    if (index < 0 || std::size_t(index) >= table.size())
+    if (index < 0 || std::size_t(index) >= std::size(table))
         throw RuntimeFailure(QStringLiteral("There is no %1 %2; the last one is %3.")
                                  .arg(QLatin1String(what))
                                  .arg(index)
-                                 .arg(table.size() - 1));
+                                 .arg(std::size(table) - 1));
     return table[std::size_t(index)];
 }
 
-Texts MakeTexts(std::initializer_list<const char *> texts)
+template<typename Table> QString TextAt(const Table &table, std::int32_t index, const char *what)
 {
-    Texts result;
-    for (const char *text : texts)
-        result.push_back(QString::fromLatin1(text));
-    return result;
-}
-
-struct EnumColumn {
-    int typeCode;
-    std::array<const char *, 4> texts;
-};
-
-constexpr EnumColumn EnumColumns[] = {
-    {1, {"%"}},
-    {2, {"Unipolar", "Bipolar"}},
-    {3, {"Current", "Voltage"}},
-    {4, {"False", "True"}},
-    {5, {"Freq", "Digital"}},
-    {6, {"AFB", "TFB", "EFB"}},
-    {7, {"Open", "Closed"}},
-    {8, {"3 Wire", "2 Wire"}},
-    {9, {"Positive", "Negative"}},
-    {11, {"Hertz"}},
-    {12, {"Seconds"}},
-    {14, {"Amps"}},
-    {15, {"RPM"}},
-    {16, {"Volts"}},
-    {18, {"C"}},
-    {19, {"Auto", "On"}},
-    {21, {"Ramp", "Quick", "Coast"}},
-    {22, {"DC", "AC"}},
-    {24, {"256", "512", "1024", "2048"}},
-};
-
-constexpr int EnumTypes = 25;
-constexpr int EnumValues = 4;
-
-std::array<Texts, EnumTypes> BuildEnumTable()
-{
-    std::array<Texts, EnumTypes> table;
-    for (Texts &column : table)
-        column.resize(EnumValues);
-    for (const EnumColumn &column : EnumColumns)
-        for (std::size_t value = 0; value < column.texts.size(); ++value)
-            table[std::size_t(column.typeCode)][value] = QString::fromLatin1(column.texts[value]);
-    return table;
+    return QString::fromLatin1(At(table, index, what));
 }
 
 } // namespace
 
-const QString &ModelText(std::int32_t code)
+QString ModelText(std::int32_t code)
 {
-    // Code 27 repeats the number of code 23: the drives answer with either.
-    static const Texts texts = MakeTexts(
-        {"Undefined",  "SVR020-000", "SVR040-000", "SVR060-000", "SVR075-000", "SVR100-000", "SVR125-000",
-         "SVR150-000", "SVR200-000", "SVR250-000", "SVR300-000", "Undefined",  "Undefined",  "Undefined",
-         "Undefined",  "Undefined",  "Undefined",  "SVN020-000", "SVN040-000", "SVN060-000", "SVN075-000",
-         "SVN100-000", "SVN125-000", "SVN150-000", "SVN200-000", "SVN250-000", "SVN300-000", "SVN150-000",
-         "Undefined",  "Undefined",  "Undefined",  "Undefined",  "Undefined"});
-    return At(texts, code, "drive model");
+    return TextAt(Models, code, "drive model");
 }
 
-const QString &DriveStateText(std::int32_t state)
+QString DriveStateText(std::int32_t state)
 {
-    static const Texts texts = MakeTexts(
-        {"Stop", "Run", "RampStop", "Jog", "Jog Stop", "Jog Delay", "Quick Stop", "Coast Stop", "EStop"});
-    return At(texts, state, "drive state");
+    return TextAt(DriveStates, state, "drive state");
 }
 
-const QString &FaultText(std::int32_t fault)
+QString FaultText(std::int32_t fault)
 {
-    static const Texts texts =
-        MakeTexts({"Field Loss", "VFB Loss", "OverVoltage", "OverSpeed", "OverCurrent", "OverTemp",
-                   "Phase Loss", "CTID Error", "Phase Lock", "Thermistor Open"});
-    return At(texts, fault, "fault");
+    return TextAt(Faults, fault, "fault");
 }
 
-const QString &DayText(std::int32_t day)
+QString DayText(std::int32_t day)
 {
-    static const Texts texts =
-        MakeTexts({"Null", "Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"});
-    return At(texts, day, "day of the week");
+    return TextAt(Days, day, "day of the week");
 }
 
-const QString &AccessText(std::int32_t access)
+QString AccessText(std::int32_t access)
 {
-    static const Texts texts = MakeTexts(
-        {"Read/Write", "ICR-Read/Write", "ICR-Read Only", "Read Only", "Destination-Read Only", "EMPTY"});
-    return At(texts, access, "access class");
+    return TextAt(AccessClasses, access, "access class");
 }
 
-const QString &DriveTypeText(std::int32_t type)
+QString DriveTypeText(std::int32_t type)
 {
-    static const Texts texts = MakeTexts({"Regenerative", "Non-regenerative"});
-    return At(texts, type, "drive type");
+    return TextAt(DriveTypes, type, "drive type");
 }
 
 std::int16_t RatedAmps(std::int32_t ratingCode)
 {
-    static constexpr std::array<std::int16_t, 11> amps = {0, 36, 71, 107, 140, 174, 206, 256, 340, 425, 510};
-    return At(amps, ratingCode, "rating code");
+    return At(Amps, ratingCode, "rating code");
 }
 
-const QString &EnumText(std::int32_t value, std::int32_t typeCode)
+std::span<const ValueType> ValueTypes()
 {
-    static const std::array<Texts, EnumTypes> table = BuildEnumTable();
-    return At(At(table, typeCode, "kind of value"), value, "choice");
+    return Types;
+}
+
+const ValueType &TypeOf(int typeCode)
+{
+    static constexpr ValueType number;
+    return std::size_t(typeCode) < Types.size() ? Types[std::size_t(typeCode)] : number;
+}
+
+QString EnumText(std::int32_t value, std::int32_t typeCode)
+{
+    return TextAt(At(Types, typeCode, "kind of value").texts, value, "choice");
 }
 
 int EnumCount(std::int32_t typeCode)
 {
-    int count = 0;
-    while (count < EnumValues && !EnumText(count, typeCode).isEmpty())
-        ++count;
-    return count;
+    const auto &texts = At(Types, typeCode, "kind of value").texts;
+    return int(std::ranges::find(texts, nullptr) - texts.begin());
+}
+
+QStringList TextsOf(int typeCode)
+{
+    QStringList texts;
+    const Form form = TypeOf(typeCode).form;
+    if (form == Form::Model)
+        for (const char *text : Models)
+            texts.append(QString::fromLatin1(text));
+    if (form == Form::List)
+        for (int value = 0; value < EnumCount(typeCode); ++value)
+            texts.append(EnumText(value, typeCode));
+    return texts;
 }
 
 } // namespace quorvik
