@@ -77,11 +77,6 @@ QString CaptionOf(const BlockRow &row, QLatin1String prefix)
     return !row.caption && name.startsWith(prefix) ? name.mid(prefix.size()) : name;
 }
 
-QString NumberAndName(const QString &numberText, const QString &name)
-{
-    return u'(' + numberText + QStringLiteral(") ") + name;
-}
-
 } // namespace
 
 BlockForm::BlockForm(Desk &desk, const BlockDescriptor &descriptor, int member)
@@ -301,9 +296,10 @@ bool BlockForm::MayWrite(const QList<int> &rows) const
                        [this](int row) { return desk().model.CanWriteParam(RowParam(row)); });
 }
 
-QString BlockForm::Row::LabelText() const
+bool BlockForm::IsReferenceEnabled() const
 {
-    return IsFixed() ? NumberAndName(QString::number(param), caption) : caption;
+    const std::int32_t rawState = desk().model.Value(Param::DriveState);
+    return rawState == 1 || rawState == 3;
 }
 
 int BlockForm::IndexOf(int row) const
@@ -347,11 +343,6 @@ void BlockForm::SetRowParam(int row, int p)
     SetTag(RowOf(row).label, QString::number(p));
 }
 
-bool BlockForm::HasParameter(const Row &row) const
-{
-    return row.param >= 0 && row.param <= desk().model.ParamTable.UpperBound();
-}
-
 void BlockForm::SetRowCaption(int row, const QString &caption, const QString &toolTip)
 {
     RowOf(row).label->setText(caption);
@@ -366,7 +357,7 @@ void BlockForm::TimerUpdateScreen_Timer()
     if (isLinked)
         SetRowParam(LinkedRow, desk().model.Value(selector.param));
     for (const Row &row : rows_) {
-        if (row.free && !HasParameter(row))
+        if (row.free && !InTable(row.param))
             PaintEmptyRow(row);
         else if (PaintRow(row) && isLinked && &row == &selector)
             Text1_Change();

@@ -82,14 +82,20 @@ protected:
     int RowParam(int row) const { return RowOf(row).param; } ///< the number in Label1(row).Tag
     QString RowText(int row) const;                          ///< Text1(row)
     double RowNumber(int row) const; ///< Text1(row) as a number; raises RuntimeFailure where it is none
+    /** Whether the drive follows its references: it runs or jogs. */
+    bool IsReferenceEnabled() const;
     /** Raw value of the row's parameter. */
     std::int32_t RowValue(int row) const { return desk().model.Value(RowParam(row)); }
     QLabel *StaticLabel(const QString &name) const; ///< a label of the drawing, or null
     /** Points a row at another parameter; read interest is the caller's. A free row may point outside the
      * table, and is empty then. */
     void SetRowParam(int row, int p);
-    /** Whether the row's number lies within the table. */
-    bool HasParameter(int row) const { return HasParameter(RowOf(row)); }
+    bool InTable(int p) const { return p >= 0 && p <= desk().model.ParamTable.UpperBound(); }
+    /** "(190) Forward Max Speed". */
+    static QString NumberAndName(const QString &number, const QString &name)
+    {
+        return u'(' + number + QStringLiteral(") ") + name;
+    }
     /** Caption, tool tip and spoken name of a free row. */
     void SetRowCaption(int row, const QString &caption, const QString &toolTip);
     /** Another caption than the table's; called before the row is placed. */
@@ -119,8 +125,10 @@ private:
         bool IsLinked() const { return number == LinkedRow; }
         /** Always the same parameter. */
         bool IsFixed() const { return !free && !IsLinked(); }
-        /** "(190) Forward Max Speed". */
-        QString LabelText() const;
+        QString LabelText() const
+        {
+            return IsFixed() ? NumberAndName(QString::number(param), caption) : caption;
+        }
     };
     struct GuardedArea {
         ClickArea *area;
@@ -130,7 +138,6 @@ private:
     int IndexOf(int row) const; ///< raises RuntimeFailure where the block has no such row
     Row &RowOf(int row) { return rows_[IndexOf(row)]; }
     const Row &RowOf(int row) const { return rows_.at(IndexOf(row)); }
-    bool HasParameter(const Row &row) const;
     void Text1_Click(int row);
     void Text1_Change();
     void CommandIOMentor_Click();

@@ -10,18 +10,10 @@ namespace quorvik
 namespace
 {
 
-struct FaultBit {
-    std::int32_t mask;
-    const char *text;
-};
-
-constexpr FaultBit FaultBits[] = {
-    {1, "Field Loss, "},         {2, "VFB Loss, "},
-    {4, "OverVoltage, "},        {8, "OverSpeed, "},
-    {16, "OverCurrent, "},       {32, "OverTemp, "},
-    {64, "PhaseLoss, "},         {128, "CT ID Board Error, "},
-    {256, "Phase Lock Error, "}, {512, "Thermistor Open, "},
-};
+/** By bit, from the lowest. */
+constexpr const char *FaultNames[] = {
+    "Field Loss, ", "VFB Loss, ",  "OverVoltage, ",       "OverSpeed, ",        "OverCurrent, ",
+    "OverTemp, ",   "PhaseLoss, ", "CT ID Board Error, ", "Phase Lock Error, ", "Thermistor Open, "};
 
 /** Offsets of a record's words. */
 enum Word { Faults, Seconds, Minutes, Hours, WeekDay, MonthDay, Month, Year };
@@ -31,9 +23,11 @@ enum Word { Faults, Seconds, Minutes, Hours, WeekDay, MonthDay, Month, Year };
 QString GetFault(std::int32_t rawFaults)
 {
     QString result;
-    for (const FaultBit &bit : FaultBits)
-        if (rawFaults & bit.mask)
-            result += QString::fromLatin1(bit.text);
+    for (int mask = 1; const char *name : FaultNames) {
+        if (rawFaults & mask)
+            result += QString::fromLatin1(name);
+        mask *= 2;
+    }
     return result.isEmpty() ? QStringLiteral("None, ") : result;
 }
 

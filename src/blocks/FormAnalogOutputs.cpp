@@ -45,9 +45,7 @@ protected:
 
         const double terminalX = right + 37;
         const auto terminal = [&](int number, const QString &labelName, const QString &role, double at) {
-            const Shape screw = d.Terminal({terminalX, at}, QString::number(number), labelName);
-            d.Label({}, role, {terminalX + 5, at}, Qt::AlignLeft);
-            d.Line(converter.RightAt(at), screw.Left());
+            d.Line(converter.RightAt(at), d.Terminal({terminalX, at}, number, labelName, role).Left());
         };
         terminal(Member() + 20, QStringLiteral("LabelOutput"), QStringLiteral("Output"), y - 3);
         terminal(Member() + 22, QStringLiteral("LabelCom"), QStringLiteral("Com"), y + 3);

@@ -45,12 +45,10 @@ protected:
     void Tick() override
     {
         loopSwitch_.Set(RowText(OpenLoopArmSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
-        const Model &model = desk().model;
-        const std::int32_t rawState = model.Value(Param::DriveState);
-        enableSwitch_.Set(rawState == 1 || rawState == 3 ? Closed : Open);
+        enableSwitch_.Set(IsReferenceEnabled() ? Closed : Open);
         firing_.Set(RowText(LoopEnable) == QStringLiteral("True") ? Closed : Open);
         ShowDriveMode();
-        positiveFoldback_.Set(model.Value(ArmIFoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
+        positiveFoldback_.Set(desk().model.Value(ArmIFoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
         ShowActiveLimit();
     }
 

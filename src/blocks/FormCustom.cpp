@@ -95,14 +95,12 @@ protected:
     }
 
 private:
-    static QString NumberAndName(const Model &model, int p)
+    QString NumberAndName(int p) const
     {
-        return u'(' + QString::number(p) + QStringLiteral(") ") + model.ParamTable[p].Name;
+        return BlockForm::NumberAndName(QString::number(p), desk().model.ParamTable[p].Name);
     }
 
     QLabel *Caption(int row) const { return StaticLabel(ControlName("Label1", row)); }
-
-    bool InTable(int p) const { return p >= 0 && p <= desk().model.ParamTable.UpperBound(); }
 
     void AddInterest(int p)
     {
@@ -129,14 +127,9 @@ private:
     {
         QString longest;
         QString longestEntry;
-        const auto keepWider = [this](QString &text, const QString &other) {
-            if (view().TextWidth(other) > view().TextWidth(text))
-                text = other;
-        };
-        const RecordArray &table = desk().model.ParamTable;
-        for (int p = 0; p <= table.UpperBound(); ++p) {
-            keepWider(longest, ShortCaption(NumberAndName(desk().model, p)));
-            keepWider(longestEntry, EntryText(p));
+        for (int p = 0; InTable(p); ++p) {
+            longest = view().Wider(longest, ShortCaption(NumberAndName(p)));
+            longestEntry = view().Wider(longestEntry, EntryText(p));
         }
         comboSelectParameter_ = new QComboBox(&view());
         comboSelectParameter_->setObjectName(QStringLiteral("ComboSelectParameter"));
@@ -178,11 +171,11 @@ private:
     void ShowParameter(int row, int p)
     {
         SetRowParam(row, p);
-        if (!HasParameter(row)) {
+        if (!InTable(p)) {
             SetRowCaption(row, {}, {});
             return;
         }
-        const QString full = NumberAndName(desk().model, p);
+        const QString full = NumberAndName(p);
         SetRowCaption(row, ShortCaption(full), full);
     }
 

@@ -91,7 +91,7 @@ private:
     void DrawInhibit(Drawing &d, const Shape &test, int inhibit, const QString &fault)
     {
         const double y = test.Right().at.y();
-        const Shape gate = d.And({65, y + Reach}, {}, 8);
+        const Shape gate = d.And({65, y + Reach});
         d.Wire(test.Right(), gate.LeftAt(y));
         const double inhibitY = y + Reach + 5;
         const Shape inverter = d.Inverter({TestX + 2, inhibitY});

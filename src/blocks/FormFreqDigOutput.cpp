@@ -80,9 +80,7 @@ protected:
         d.Wire(status.Right(), driver.Left());
         const double terminalX = modeX + 46;
         const auto terminal = [&](int number, const QString &labelName, const QString &role, double y) {
-            const Shape screw = d.Terminal({terminalX, y}, QString::number(number), labelName);
-            d.Label({}, role, {terminalX + 5, y}, Qt::AlignLeft);
-            d.Line(driver.RightAt(y), screw.Left());
+            d.Line(driver.RightAt(y), d.Terminal({terminalX, y}, number, labelName, role).Left());
         };
         terminal(51, QStringLiteral("LabelPos"), QStringLiteral("Pos"), middleY - 5);
         terminal(52, QStringLiteral("LabelOutput"), QStringLiteral("Output"), middleY);

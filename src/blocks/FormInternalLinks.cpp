@@ -32,7 +32,10 @@ public:
 protected:
     void Draw(Drawing &d) override
     {
-        const QString longestName = LongestName();
+        const RecordArray &table = desk().model.ParamTable;
+        QString longestName;
+        for (int p = 0; p <= table.UpperBound(); ++p)
+            longestName = view().Wider(longestName, table[p].Name);
         const double nameWidth = std::ceil(view().TextWidth(longestName));
         const double captionWidth = std::ceil(view().TextWidth(QStringLiteral("(405) Destination 20"))) + 1;
         const double sourceX = captionWidth;
@@ -59,23 +62,12 @@ protected:
         for (int row = 0; row < RowsInAll; ++row) {
             const std::int32_t p = RowValue(InternalLink1Source + row);
             // A drive may answer with any number; one that no parameter has points at nothing.
-            const bool exists = p >= 0 && p <= table.UpperBound();
-            names_[std::size_t(row)]->setText(exists ? table[p].Name : QString());
+            names_[std::size_t(row)]->setText(InTable(p) ? table[p].Name : QString());
         }
     }
 
 private:
     static constexpr double Pitch = 3.4;
-
-    QString LongestName() const
-    {
-        const RecordArray &table = desk().model.ParamTable;
-        QString longest;
-        for (int p = 0; p <= table.UpperBound(); ++p)
-            if (View().TextWidth(table[p].Name) > View().TextWidth(longest))
-                longest = table[p].Name;
-        return longest;
-    }
 
     void PlaceRow(int row, const QString &caption, const QPointF &at)
     {

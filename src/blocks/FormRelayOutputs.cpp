@@ -54,16 +54,16 @@ protected:
         relay_ =
             d.Switch(QStringLiteral("LineRelay"), {contactX + 8, y}, {{contactX, y - 4}, {contactX, y + 4}});
         d.Link(coil.Right(), relay_);
-        const auto terminal = [&](int number, const char *labelName, const char *role, double at) {
-            const Shape screw =
-                d.Terminal({terminalX, at}, QString::number(number), QLatin1String(labelName));
-            d.Label({}, QLatin1String(role), {terminalX + 5, at}, Qt::AlignLeft);
-            return screw.Left().at;
-        };
         const RelayTerminals &terminals = Terminals.at(std::size_t(Member() - 1));
-        const QPointF open = terminal(terminals.normallyOpen, "LabelNO", "NO", y - 8);
-        const QPointF wiper = terminal(terminals.wiper, "LabelWiper", "Wiper", y);
-        const QPointF closed = terminal(terminals.normallyClosed, "LabelNC", "NC", y + 8);
+        const auto terminal = [&](int number, const QString &labelName, const QString &role, double at) {
+            return d.Terminal({terminalX, at}, number, labelName, role).Left().at;
+        };
+        const QPointF open =
+            terminal(terminals.normallyOpen, QStringLiteral("LabelNO"), QStringLiteral("NO"), y - 8);
+        const QPointF wiper =
+            terminal(terminals.wiper, QStringLiteral("LabelWiper"), QStringLiteral("Wiper"), y);
+        const QPointF closed =
+            terminal(terminals.normallyClosed, QStringLiteral("LabelNC"), QStringLiteral("NC"), y + 8);
         const double aside = contactX - 2.5;
         d.Path({{relay_.Contact(Made).at, {aside, y - 4}, {aside, y - 8}, open}}, false);
         d.Path({{relay_.Contact(AtRest).at, {aside, y + 4}, {aside, y + 8}, closed}}, false);

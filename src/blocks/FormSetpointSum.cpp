@@ -47,8 +47,7 @@ protected:
 
     void Tick() override
     {
-        const std::int32_t rawState = desk().model.Value(Param::DriveState);
-        enableSwitch_.Set(rawState == 1 || rawState == 3 ? Enabled : Disabled);
+        enableSwitch_.Set(IsReferenceEnabled() ? Enabled : Disabled);
         constexpr std::array<int, 3> selectors = {SetpointSumInvertA, SetpointSumInvertB, SetpointSumInvertC};
         for (std::size_t i = 0; i < selectors.size(); ++i)
             signSwitches_[i].Set(RowText(selectors[i]) == QStringLiteral("True") ? Inverted : AsIs);

@@ -36,8 +36,7 @@ protected:
     void Tick() override
     {
         sourceSwitch_.Set(RowText(JogStatus) == QStringLiteral("False") ? FromReference : FromJog);
-        const std::int32_t rawState = desk().model.Value(Param::DriveState);
-        enableSwitch_.Set(rawState == 1 || rawState == 3 ? Enabled : Disabled);
+        enableSwitch_.Set(IsReferenceEnabled() ? Enabled : Disabled);
         const int selected = SelectedReference();
         referenceSwitch_.Set(selected < References ? selected : -1);
         signSwitch_.Set(RowText(ReferenceInvert) == QStringLiteral("True") ? Inverted : AsIs);

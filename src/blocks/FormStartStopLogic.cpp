@@ -60,7 +60,7 @@ private:
         const Shape enable = Box(RunEnable, {0, ReadyY - Beside});
         const Port fault = d.From({14, ReadyY + Beside}, QStringLiteral("(304) Latched Fault"));
         const Shape noFault = d.Inverter({16, ReadyY + Beside});
-        const Shape both = d.And({23.2, ReadyY}, {}, 8);
+        const Shape both = d.And({23.2, ReadyY});
         const Shape ready = Box(DriveReady, {32.5, ReadyY});
         d.Wire(enable.Right(), both.LeftAt(ReadyY - Beside));
         d.Wire(fault, noFault.Left());
@@ -84,7 +84,7 @@ private:
 
         const double y = StopY + 2.5 + Beside;
         const Shape notReady = d.Inverter({49.5, ReadyY});
-        const Shape either = d.Or({57, y}, {}, 8);
+        const Shape either = d.Or({57, y});
         d.Wire(ready_, notReady.Left());
         d.Wire(logicSwitch_.Pivot(), either.LeftAt(y - Beside));
         d.Wire(notReady.Right(), either.LeftAt(y + Beside), 55.5);
@@ -109,7 +109,7 @@ private:
         d.Link({{ContactX + 3.5, 1.5}, Side::Bottom}, holdSwitch_);
 
         const double y = holdY + 2.5 + Beside;
-        const Shape ended = d.Or({OrX, y}, {}, 8);
+        const Shape ended = d.Or({OrX, y});
         d.Wire(holdSwitch_.Pivot(), ended.LeftAt(y - Beside));
         d.Path({{ended_.at, {ended_.at.x(), y + Beside}, ended.LeftAt(y + Beside).at}}, true);
         runStatus_ = DrawLatch(d, QStringLiteral("LatchRun"), branch, ended, RunStatus);
@@ -121,7 +121,7 @@ private:
         const Port branch = d.Dot({BranchX, JogY});
         const Shape noJog = d.Inverter({17, JogY + 5});
         const double y = JogY + 2 * Drawing::LatchReach;
-        const Shape ended = d.Or({OrX, y}, {}, 8);
+        const Shape ended = d.Or({OrX, y});
         d.Line(jog_.Right(), branch);
         d.Wire({branch.at, Side::Bottom}, noJog.Left());
         d.Wire(noJog.Right(), ended.LeftAt(y + Beside), 63);
@@ -164,8 +164,8 @@ private:
 
         const double x = delayX + 16;
         const double middle = (runY + jogY) / 2 - 4;
-        const Shape either = d.Or({x, middle}, QStringLiteral("LabelOr"), 8);
-        const Shape released = d.And({x + 9.5, middle + Beside}, QStringLiteral("LabelRelease"), 8);
+        const Shape either = d.Or({x, middle}, QStringLiteral("LabelOr"));
+        const Shape released = d.And({x + 9.5, middle + Beside}, QStringLiteral("LabelRelease"));
         const Shape pilot = Box(ArmPilotStatus, {x + 19, middle + Beside});
         d.Wire(stop.Right(), either.LeftAt(middle - Beside), x - 2);
         d.Wire(delay.Right(), either.LeftAt(middle + Beside), x - 2);

@@ -75,20 +75,20 @@ private:
         const Shape atZeroSpeed = Box(AtZeroSpeed, {62, FeedbackY}, CaptionAt::Below);
         d.Wire(demandAtZero_.Right(), atZeroSet.Left());
         d.Wire(feedbackAtZero_.Right(), atZeroSpeed.Left());
-        const Shape both = d.And({80, middle}, QStringLiteral("Label3"), 8);
+        const Shape both = d.And({80, middle}, QStringLiteral("Label3"));
         d.Wire(atZeroSet.Right(), both.LeftAt(middle - 2.5), 77);
         d.Wire(atZeroSpeed.Right(), both.LeftAt(middle + 2.5), 77);
         const Shape standstill = Box(AtStandstill, {92, middle});
         d.Wire(both.Right(), standstill.Left());
 
         const Shape logic = Box(StandstillLogic, {92, middle + 11}, CaptionAt::Below);
-        const Shape blocked = d.Nand({112, middle + 2.5}, QStringLiteral("Label4"), 8);
+        const Shape blocked = d.Nand({112, middle + 2.5}, QStringLiteral("Label4"));
         d.Wire(standstill.Right(), blocked.LeftAt(middle));
         d.Wire(logic.Right(), blocked.LeftAt(middle + 5), 109);
-        const Shape enabled = d.And({126, middle - 2}, QStringLiteral("Label5"), 8);
+        const Shape enabled = d.And({126, middle - 2}, QStringLiteral("Label5"));
         d.Wire(blocked.Right(), enabled.LeftAt(middle), 123.5);
         // A quick stop brakes with the ramp at zero.
-        const Shape fed = d.Or({114, middle - 10}, {}, 8);
+        const Shape fed = d.Or({114, middle - 10});
         d.Wire(d.From({108, middle - 12.5}, QStringLiteral("Ramp Enable"), QStringLiteral("LabelRampEnable")),
                fed.LeftAt(middle - 12.5));
         d.Wire(d.From({108, middle - 7.5}, QStringLiteral("Quick Stop")), fed.LeftAt(middle - 7.5));

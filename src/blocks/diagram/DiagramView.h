@@ -35,6 +35,11 @@ public:
 
     /** Width of a text in cells, as a plain label shows it. */
     double TextWidth(const QString &text) const;
+    /** The wider of two texts. */
+    QString Wider(const QString &one, const QString &other) const
+    {
+        return TextWidth(other) > TextWidth(one) ? other : one;
+    }
 
     /** Makes labels of the drawing's texts and gives the sheet its size. Called once all is placed. */
     void Finish();

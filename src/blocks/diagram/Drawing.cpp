@@ -86,25 +86,12 @@ Shape Drawing::Box(Symbol symbol, const QPointF &left, const QSizeF &size, const
     return Shape(rect);
 }
 
-Shape Drawing::Terminal(const QPointF &centre, const QString &number, const QString &labelName,
-                        Side labelSide)
+Shape Drawing::Terminal(const QPointF &centre, int number, const QString &labelName, const QString &role)
 {
     const QRectF rect = Around(centre, 0.9);
     Add({.symbol = Symbol::Terminal, .rect = rect});
-    const double reach = 1.7;
-    switch (labelSide) {
-    case Side::Left:
-        Label(labelName, number, centre - QPointF(reach, 0), Qt::AlignRight, true);
-        break;
-    case Side::Top:
-        Label(labelName, number, centre - QPointF(0, reach + 0.4), Qt::AlignHCenter, true);
-        break;
-    case Side::Bottom:
-        Label(labelName, number, centre + QPointF(0, reach + 0.4), Qt::AlignHCenter, true);
-        break;
-    default:
-        Label(labelName, number, centre + QPointF(reach, 0), Qt::AlignLeft, true);
-    }
+    Label(labelName, QString::number(number), centre + QPointF(1.7, 0), Qt::AlignLeft, true);
+    Label({}, role, centre + QPointF(5, 0), Qt::AlignLeft);
     return Shape(rect);
 }
 
@@ -144,23 +131,6 @@ Shape Drawing::Captioned(Symbol symbol, const QPointF &left, const QSizeF &size,
     return shape;
 }
 
-Shape Drawing::And(const QPointF &left, const QString &labelName, double height)
-{
-    return Captioned(Symbol::And, left, {7, height},
-                     {QStringLiteral("AND"), labelName, QStringLiteral("And Function"), {-0.2, 0}});
-}
-
-Shape Drawing::Nand(const QPointF &left, const QString &labelName, double height)
-{
-    return Captioned(Symbol::Nand, left, {8, height}, {QStringLiteral("NAND"), labelName, {}, {-0.7, 0}});
-}
-
-Shape Drawing::Or(const QPointF &left, const QString &labelName, double height)
-{
-    return Captioned(Symbol::Or, left, {7, height},
-                     {QStringLiteral("OR"), labelName, QStringLiteral("Or Function"), {-0.2, 0}});
-}
-
 Shape Drawing::Latch(const QString &name, const QPointF &left)
 {
     const Shape shape = Box(Symbol::Latch, left, {11, 2 * LatchReach + 5}, name);
@@ -181,59 +151,11 @@ Shape Drawing::Roll(const QPointF &centre, double radius, double coreRadius)
     return Shape(rect);
 }
 
-Shape Drawing::Coil(const QPointF &left, const QString &name)
-{
-    return Box(Symbol::Coil, left, {5, 4}, name);
-}
-
-Shape Drawing::Function(const QPointF &left, const QSizeF &size, const QString &caption,
-                        const QString &labelName)
-{
-    return Captioned(Symbol::Function, left, size, {caption, labelName});
-}
-
-Shape Drawing::Filter(const QPointF &left, const QString &labelName)
-{
-    return Captioned(Symbol::Filter, left, {9, 5}, {QStringLiteral("Filter"), labelName});
-}
-
-Shape Drawing::Scale(const QPointF &left, const QString &factor)
-{
-    return Captioned(Symbol::Scale, left, {10, 5}, {factor, {}});
-}
-
-Shape Drawing::Pi(const QPointF &left, const QSizeF &size)
-{
-    return Captioned(Symbol::Pi, left, size, {QStringLiteral("PI"), QStringLiteral("LabelPI")});
-}
-
-Shape Drawing::Delay(const QPointF &left, const QString &caption, const QString &labelName)
-{
-    return Captioned(Symbol::Delay, left, {12, 6}, {caption, labelName});
-}
-
-Shape Drawing::Comparator(const QPointF &left, const QString &relation, const QString &labelName,
-                          double height)
-{
-    return Captioned(Symbol::Comparator, left, {8, height}, {relation, labelName});
-}
-
 Shape Drawing::Limiter(const QPointF &left, const QString &name)
 {
     const Shape shape = Box(Symbol::Limiter, left, {6, 6}, name);
     elements_.last().state = 1;
     return shape;
-}
-
-Shape Drawing::Curve(const QPointF &left, const QSizeF &size, const QString &name)
-{
-    return Box(Symbol::Curve, left, size, name);
-}
-
-Shape Drawing::Absolute(const QPointF &left, const QString &labelName)
-{
-    return Captioned(Symbol::Absolute, left, {7, 6},
-                     {QStringLiteral("ABS"), labelName, QStringLiteral("Absolute Value Function"), {0, 1.7}});
 }
 
 void Drawing::Frame(const QRectF &rect, const QString &title)

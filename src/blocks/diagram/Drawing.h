@@ -120,9 +120,8 @@ public:
     void Path(const QPolygonF &corners, bool arrow);
     Port Dot(const QPointF &at);
 
-    /** A screw at the end of a wire, with its number beside it. */
-    Shape Terminal(const QPointF &centre, const QString &number, const QString &labelName,
-                   Side labelSide = Side::Right);
+    /** A screw at the end of a wire, with its number and what it is for beside it. */
+    Shape Terminal(const QPointF &centre, int number, const QString &labelName, const QString &role);
 
     /** @param signs text with one sign for the left, top, right and bottom input each, blank for none. */
     Shape Sum(const QPointF &centre, const QString &signs);
@@ -134,26 +133,63 @@ public:
     static constexpr double LatchReach = 4.5;
     static Port SetInput(const Shape &latch) { return latch.LeftAt(latch.Left().at.y() - LatchReach); }
     static Port ResetInput(const Shape &latch) { return latch.LeftAt(latch.Left().at.y() + LatchReach); }
-    Shape And(const QPointF &left, const QString &labelName = {}, double height = 6);
-    Shape Nand(const QPointF &left, const QString &labelName = {}, double height = 6);
+    Shape And(const QPointF &left, const QString &labelName = {})
+    {
+        return Captioned(Symbol::And, left, {7, 8},
+                         {QStringLiteral("AND"), labelName, QStringLiteral("And Function"), {-0.2, 0}});
+    }
+    Shape Nand(const QPointF &left, const QString &labelName = {})
+    {
+        return Captioned(Symbol::Nand, left, {8, 8}, {QStringLiteral("NAND"), labelName, {}, {-0.7, 0}});
+    }
+    Shape Or(const QPointF &left, const QString &labelName = {})
+    {
+        return Captioned(Symbol::Or, left, {7, 8},
+                         {QStringLiteral("OR"), labelName, QStringLiteral("Or Function"), {-0.2, 0}});
+    }
     Shape Limiter(const QPointF &left, const QString &name = {});
     Shape Ramp(const QPointF &left, const QSizeF &size = {8, 8}) { return Box(Symbol::Ramp, left, size); }
-    Shape Or(const QPointF &left, const QString &labelName = {}, double height = 6);
     Shape Hysteresis(const QPointF &left) { return Box(Symbol::Hysteresis, left, {8, 6}); }
     Shape DeadBand(const QPointF &left) { return Box(Symbol::DeadBand, left, {8, 6}); }
-    Shape Curve(const QPointF &left, const QSizeF &size, const QString &name = {});
-    Shape Absolute(const QPointF &left, const QString &labelName = {});
-    Shape Coil(const QPointF &left, const QString &name = {});
+    Shape Curve(const QPointF &left, const QSizeF &size, const QString &name = {})
+    {
+        return Box(Symbol::Curve, left, size, name);
+    }
+    Shape Absolute(const QPointF &left, const QString &labelName = {})
+    {
+        return Captioned(
+            Symbol::Absolute, left, {7, 6},
+            {QStringLiteral("ABS"), labelName, QStringLiteral("Absolute Value Function"), {0, 1.7}});
+    }
+    Shape Coil(const QPointF &left) { return Box(Symbol::Coil, left, {5, 4}); }
     /** A box with its caption in the middle. */
     Shape Function(const QPointF &left, const QSizeF &size, const QString &caption,
-                   const QString &labelName = {});
-    Shape Filter(const QPointF &left, const QString &labelName = {});
-    Shape Scale(const QPointF &left, const QString &factor);
-    Shape Pi(const QPointF &left, const QSizeF &size);
-    Shape Delay(const QPointF &left, const QString &caption, const QString &labelName = {});
+                   const QString &labelName = {})
+    {
+        return Captioned(Symbol::Function, left, size, {caption, labelName});
+    }
+    Shape Filter(const QPointF &left, const QString &labelName = {})
+    {
+        return Captioned(Symbol::Filter, left, {9, 5}, {QStringLiteral("Filter"), labelName});
+    }
+    Shape Scale(const QPointF &left, const QString &factor)
+    {
+        return Captioned(Symbol::Scale, left, {10, 5}, {factor, {}});
+    }
+    Shape Pi(const QPointF &left, const QSizeF &size)
+    {
+        return Captioned(Symbol::Pi, left, size, {QStringLiteral("PI"), QStringLiteral("LabelPI")});
+    }
+    Shape Delay(const QPointF &left, const QString &caption, const QString &labelName = {})
+    {
+        return Captioned(Symbol::Delay, left, {12, 6}, {caption, labelName});
+    }
     /** @param relation of the left input to the level, such as ">". */
     Shape Comparator(const QPointF &left, const QString &relation, const QString &labelName = {},
-                     double height = 6);
+                     double height = 6)
+    {
+        return Captioned(Symbol::Comparator, left, {8, height}, {relation, labelName});
+    }
     /** A roll of material; a core as large as the roll makes a bare roller of it. */
     Shape Roll(const QPointF &centre, double radius, double coreRadius);
     void Frame(const QRectF &rect, const QString &title = {});

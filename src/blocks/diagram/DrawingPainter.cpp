@@ -156,7 +156,7 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
         break;
     case Symbol::Coil:
         PaintBox(element.rect);
-        SetPen(ink_.line, LineWidth);
+        SetInk(ink_.line, LineWidth);
         painter_.drawLine(Px(element.rect.bottomLeft()), Px(element.rect.topRight()));
         break;
     case Symbol::Switch:
@@ -164,38 +164,35 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
         PaintArm(element);
         break;
     case Symbol::Limit:
-        SetPen(element.state > 1 ? ink_.arm : ink_.line, element.state > 1 ? 0.6 : LineWidth);
-        painter_.setBrush(Qt::NoBrush);
+        SetInk(element.state > 1 ? ink_.arm : ink_.line, element.state > 1 ? 0.6 : LineWidth);
         painter_.drawPolyline(Px(element.points));
         break;
     case Symbol::Link:
     case Symbol::Guide:
-        SetPen(ink_.faint, 0.15, Qt::DashLine);
-        painter_.setBrush(Qt::NoBrush);
+        SetInk(ink_.faint, 0.15, Qt::NoBrush, Qt::DashLine);
         painter_.drawPolyline(
             Px(element.symbol == Symbol::Link ? drawing.LinkLine(element) : element.points));
         break;
     case Symbol::Frame:
-        SetPen(ink_.faint, 0.12);
-        painter_.setBrush(Qt::NoBrush);
+        SetInk(ink_.faint, 0.12);
         painter_.drawRoundedRect(Px(element.rect), 0.6 * unit_, 0.6 * unit_);
         break;
     }
 }
 
-void DrawingPainter::SetPen(const QColor &color, double cells, Qt::PenStyle style)
+void DrawingPainter::SetInk(const QColor &color, double cells, const QBrush &fill, Qt::PenStyle style)
 {
     // Whole pixels keep orthogonal lines crisp.
     QPen pen(color, std::max(1.0, std::round(cells * unit_)), style, Qt::RoundCap, Qt::MiterJoin);
     if (style == Qt::DashLine)
         pen.setCapStyle(Qt::FlatCap);
     painter_.setPen(pen);
+    painter_.setBrush(fill);
 }
 
 void DrawingPainter::PaintWire(const QPolygonF &line, bool arrow)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(Qt::NoBrush);
+    SetInk(ink_.line, LineWidth);
     const QPolygonF head = arrow ? ArrowHead(line) : QPolygonF();
     QPolygonF shaft = line;
     // The shaft ends inside its head, or its square end would show beside the tip.
@@ -211,15 +208,13 @@ void DrawingPainter::PaintWire(const QPolygonF &line, bool arrow)
 
 void DrawingPainter::PaintBox(const QRectF &rect)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.fill);
+    SetInk(ink_.line, LineWidth, ink_.fill);
     painter_.drawRoundedRect(Px(rect), 0.4 * unit_, 0.4 * unit_);
 }
 
 void DrawingPainter::PaintRound(const Element &element)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.fill);
+    SetInk(ink_.line, LineWidth, ink_.fill);
     painter_.drawEllipse(Px(element.rect));
     const QPointF centre = element.rect.center();
     if (element.symbol == Symbol::Multiplier) {
@@ -244,8 +239,7 @@ void DrawingPainter::PaintRound(const Element &element)
 
 void DrawingPainter::PaintTriangle(const Element &element)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.fill);
+    SetInk(ink_.line, LineWidth, ink_.fill);
     QRectF body = element.rect;
     const double bubble = 0.55;
     if (element.symbol == Symbol::Inverter)
@@ -260,8 +254,7 @@ void DrawingPainter::PaintTriangle(const Element &element)
 
 void DrawingPainter::PaintGate(const Element &element)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.fill);
+    SetInk(ink_.line, LineWidth, ink_.fill);
     QRectF body = element.rect;
     const double bubble = 0.5;
     if (element.symbol == Symbol::Nand)
@@ -281,8 +274,7 @@ void DrawingPainter::PaintGate(const Element &element)
 
 void DrawingPainter::PaintOr(const QRectF &rect)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.fill);
+    SetInk(ink_.line, LineWidth, ink_.fill);
     // The corners reach out at the left, so that the hollow back meets the tips of its inputs.
     const double reach = 0.6 * unit_;
     const QRectF px = Px(rect);
@@ -303,18 +295,15 @@ void DrawingPainter::PaintRoll(const Element &element)
     const QPointF centre = Px(element.rect.center());
     const double rim = element.rect.width() / 2 * unit_;
     const double core = (element.points.at(1).x() - element.points.first().x()) * unit_;
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.fill);
+    SetInk(ink_.line, LineWidth, ink_.fill);
     painter_.drawEllipse(centre, rim, rim);
-    painter_.setBrush(Qt::NoBrush);
     constexpr int Layers = 6;
-    SetPen(ink_.faint, 0.1);
+    SetInk(ink_.faint, 0.1);
     for (int layer = 1; layer < Layers && core < rim; ++layer) {
         const double radius = core + (rim - core) * layer / Layers;
         painter_.drawEllipse(centre, radius, radius);
     }
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.paper);
+    SetInk(ink_.line, LineWidth, ink_.paper);
     painter_.drawEllipse(centre, core, core);
     const double hub = 0.5 * unit_;
     painter_.drawLine(centre - QPointF(hub, 0), centre + QPointF(hub, 0));
@@ -336,10 +325,9 @@ void DrawingPainter::PaintCharacteristic(const Element &element)
             painter_.drawPolyline(line);
         }
     };
-    SetPen(ink_.faint, 0.12);
-    painter_.setBrush(Qt::NoBrush);
+    SetInk(ink_.faint, 0.12);
     strokes(Axes(element));
-    SetPen(ink_.curve, 0.25);
+    SetInk(ink_.curve, 0.25);
     strokes(Characteristic(element));
 }
 
@@ -349,47 +337,30 @@ void DrawingPainter::PaintLatch(const Element &element)
     // The step at S says that the change counts, the lamp at the output that the latch is set.
     const Shape shape(element.rect);
     const QPointF set = Drawing::SetInput(shape).at;
-    SetPen(ink_.curve, 0.2);
-    painter_.setBrush(Qt::NoBrush);
+    SetInk(ink_.curve, 0.2);
     painter_.drawPolyline(Px(QPolygonF{
         {set + QPointF(0.4, 0.7), set + QPointF(1, 0.7), set + QPointF(1, -0.7), set + QPointF(1.6, -0.7)}}));
     const bool isSet = element.state != 0;
-    SetPen(isSet ? ink_.arm : ink_.line, LineWidth);
-    painter_.setBrush(isSet ? ink_.arm : ink_.paper);
+    SetInk(isSet ? ink_.arm : ink_.line, LineWidth, isSet ? ink_.arm : ink_.paper);
     const double lamp = 0.8 * unit_;
     painter_.drawEllipse(Px(QPointF(element.rect.right() - 1.8, element.rect.top() + 1.8)), lamp, lamp);
 }
 
 void DrawingPainter::PaintArm(const Element &element)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.paper);
+    SetInk(ink_.line, LineWidth, ink_.paper);
     for (const QPointF &point : element.points)
         painter_.drawEllipse(Px(point), ContactRadius * unit_, ContactRadius * unit_);
-    SetPen(ink_.arm, 0.45);
+    SetInk(ink_.arm, 0.45);
     painter_.drawLine(Px(element.points.first()), Px(Drawing::ArmEnd(element)));
 }
 
 void DrawingPainter::PaintTerminal(const Element &element)
 {
-    SetPen(ink_.line, LineWidth);
-    painter_.setBrush(ink_.fill);
+    SetInk(ink_.line, LineWidth, ink_.fill);
     painter_.drawEllipse(Px(element.rect));
     const QPointF slot(0.45, -0.45);
     painter_.drawLine(Px(element.rect.center() - slot), Px(element.rect.center() + slot));
-}
-
-QRectF DrawingPainter::Px(const QRectF &cells) const
-{
-    return {cells.topLeft() * unit_, cells.size() * unit_};
-}
-
-QPolygonF DrawingPainter::Px(const QPolygonF &cells) const
-{
-    QPolygonF result;
-    for (const QPointF &point : cells)
-        result.append(point * unit_);
-    return result;
 }
 
 } // namespace quorvik

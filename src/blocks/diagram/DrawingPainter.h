@@ -2,7 +2,9 @@
 
 #include "blocks/diagram/Drawing.h"
 
+#include <QBrush>
 #include <QPalette>
+#include <QTransform>
 
 class QPainter;
 
@@ -43,10 +45,12 @@ private:
     void PaintLatch(const Element &element);
     void PaintArm(const Element &element);
     void PaintTerminal(const Element &element);
-    void SetPen(const QColor &color, double cells, Qt::PenStyle style = Qt::SolidLine);
+    /** @param cells the width of the line. */
+    void SetInk(const QColor &color, double cells, const QBrush &fill = Qt::NoBrush,
+                Qt::PenStyle style = Qt::SolidLine);
     QPointF Px(const QPointF &cells) const { return cells * unit_; }
-    QRectF Px(const QRectF &cells) const;
-    QPolygonF Px(const QPolygonF &cells) const;
+    QRectF Px(const QRectF &cells) const { return {cells.topLeft() * unit_, cells.size() * unit_}; }
+    QPolygonF Px(const QPolygonF &cells) const { return QTransform::fromScale(unit_, unit_).map(cells); }
 
     QPainter &painter_;
     const DrawingInk &ink_;
