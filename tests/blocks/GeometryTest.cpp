@@ -37,14 +37,6 @@ TEST(Geometry, AnArrowHeadLiesBehindItsTip)
     EXPECT_TRUE(ArrowHead({{{1, 1}}}).isEmpty());
 }
 
-TEST(Geometry, ASlantedShapeHasItsPortsOnItsEdges)
-{
-    const Shape triangle(QRectF(0, 0, 6, 8), Shape::Outline::Slanted);
-    EXPECT_EQ(triangle.TopAt(3).at, QPointF(3, 2));
-    EXPECT_EQ(triangle.BottomAt(3).at, QPointF(3, 6));
-    EXPECT_EQ(triangle.Right().at, QPointF(6, 4));
-}
-
 TEST(Drawing, ArmsTouchTheirContactsOrHangAndALinkFollows)
 {
     Drawing d;

@@ -151,17 +151,4 @@ TEST_F(SignalPathTest, ARefusedClickChangesNothingAndThePointerSaysSo)
     EXPECT_FALSE(desk.model.FileModified);
 }
 
-TEST_F(SignalPathTest, TerminalsAreThoseOfTheMember)
-{
-    const std::tuple<const char *, int, const char *, const char *> terminals[] = {
-        {"FormRelayOutputs", 1, "LabelNO", "25"},      {"FormRelayOutputs", 3, "LabelNO", "54"},
-        {"FormRelayOutputs", 2, "LabelNC", "29"},      {"FormRelayOutputs", 3, "LabelWiper", "56"},
-        {"FormAnalogOutputs", 1, "LabelOutput", "21"}, {"FormAnalogOutputs", 2, "LabelCom", "24"}};
-    for (const auto &[name, member, label, terminal] : terminals) {
-        Open(name, member);
-        EXPECT_EQ(Text(label), terminal) << name << member;
-        Close();
-    }
-}
-
 } // namespace quorvik::testing

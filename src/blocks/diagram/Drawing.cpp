@@ -8,7 +8,6 @@ namespace quorvik
 namespace
 {
 
-constexpr double SumRadius = 1.6;
 constexpr double DotRadius = 0.45;
 constexpr double ContactRadius = 0.5;
 constexpr double HandRoom = 1.5;
@@ -17,11 +16,6 @@ constexpr double LinkStub = 1.5;
 QRectF Around(const QPointF &centre, double radius)
 {
     return {centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius};
-}
-
-QRectF FromLeft(const QPointF &left, const QSizeF &size)
-{
-    return {left.x(), left.y() - size.height() / 2, size.width(), size.height()};
 }
 
 } // namespace
@@ -79,10 +73,11 @@ Port Drawing::Dot(const QPointF &at)
     return {at, Side::Any};
 }
 
-Shape Drawing::Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name)
+Shape Drawing::Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name,
+                   const QString &text)
 {
-    const QRectF rect = FromLeft(left, size);
-    Add({.symbol = symbol, .name = name, .rect = rect});
+    const QRectF rect(left - QPointF(0, size.height() / 2), size);
+    Add({.symbol = symbol, .name = name, .rect = rect, .text = text});
     return Shape(rect);
 }
 
@@ -93,34 +88,6 @@ Shape Drawing::Terminal(const QPointF &centre, int number, const QString &labelN
     Label(labelName, QString::number(number), centre + QPointF(1.7, 0), Qt::AlignLeft, true);
     Label({}, role, centre + QPointF(5, 0), Qt::AlignLeft);
     return Shape(rect);
-}
-
-Shape Drawing::Sum(const QPointF &centre, const QString &signs)
-{
-    const QRectF rect = Around(centre, SumRadius);
-    Add({.symbol = Symbol::Sum, .rect = rect, .text = signs});
-    return Shape(rect);
-}
-
-Shape Drawing::Multiplier(const QPointF &centre)
-{
-    const QRectF rect = Around(centre, SumRadius);
-    Add({.symbol = Symbol::Multiplier, .rect = rect});
-    return Shape(rect);
-}
-
-Shape Drawing::Gain(const QPointF &left, const QString &factor)
-{
-    const QRectF rect = FromLeft(left, {6, 7});
-    Add({.symbol = Symbol::Gain, .rect = rect, .text = factor});
-    return Shape(rect, Shape::Outline::Slanted);
-}
-
-Shape Drawing::Inverter(const QPointF &left, const QString &name)
-{
-    const QRectF rect = FromLeft(left, {5, 5});
-    Add({.symbol = Symbol::Inverter, .name = name, .rect = rect});
-    return Shape(rect, Shape::Outline::Slanted);
 }
 
 Shape Drawing::Captioned(Symbol symbol, const QPointF &left, const QSizeF &size, const Caption &caption)

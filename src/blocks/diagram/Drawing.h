@@ -124,10 +124,16 @@ public:
     Shape Terminal(const QPointF &centre, int number, const QString &labelName, const QString &role);
 
     /** @param signs text with one sign for the left, top, right and bottom input each, blank for none. */
-    Shape Sum(const QPointF &centre, const QString &signs);
-    Shape Multiplier(const QPointF &centre);
-    Shape Gain(const QPointF &left, const QString &factor);
-    Shape Inverter(const QPointF &left, const QString &name = {});
+    Shape Sum(const QPointF &centre, const QString &signs) { return Round(Symbol::Sum, centre, signs); }
+    Shape Multiplier(const QPointF &centre) { return Round(Symbol::Multiplier, centre, {}); }
+    Shape Gain(const QPointF &left, const QString &factor)
+    {
+        return Box(Symbol::Gain, left, {6, 7}, {}, factor);
+    }
+    Shape Inverter(const QPointF &left, const QString &name = {})
+    {
+        return Box(Symbol::Inverter, left, {5, 5}, name);
+    }
     /** Its inputs are SetInput() and ResetInput(), LatchReach above and below its middle. */
     Shape Latch(const QString &name, const QPointF &left);
     static constexpr double LatchReach = 4.5;
@@ -232,7 +238,13 @@ public:
 private:
     int Add(Element element);
     void AddWire(const Port &from, const Port &to, double bend, bool arrow);
-    Shape Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name = {});
+    Shape Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name = {},
+              const QString &text = {});
+    Shape Round(Symbol symbol, const QPointF &centre, const QString &text)
+    {
+        constexpr double radius = 1.6;
+        return Box(symbol, centre - QPointF(radius, 0), {2 * radius, 2 * radius}, {}, text);
+    }
     struct Caption {
         QString text;
         QString labelName;

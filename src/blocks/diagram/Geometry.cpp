@@ -23,11 +23,6 @@ bool IsVertical(Side side)
 
 } // namespace
 
-double Shape::Slope(double x) const
-{
-    return outline_ == Outline::Box ? 0.0 : (x - rect_.left()) / rect_.width() * rect_.height() / 2;
-}
-
 QPolygonF RouteWire(const Port &from, const Port &to, double bend)
 {
     const QPointF a = from.at;

@@ -23,13 +23,9 @@ struct Port {
 class Shape
 {
 public:
-    /** Slanted: the upper and lower edges meet at the right, as those of a gain triangle do. */
-    enum class Outline { Box, Slanted };
-
     Shape() = default;
-    explicit Shape(const QRectF &rect, Outline outline = Outline::Box)
+    explicit Shape(const QRectF &rect)
         : rect_(rect)
-        , outline_(outline)
     {
     }
 
@@ -40,14 +36,11 @@ public:
     Port Bottom() const { return BottomAt(rect_.center().x()); }
     Port LeftAt(double y) const { return {{rect_.left(), y}, Side::Left}; }
     Port RightAt(double y) const { return {{rect_.right(), y}, Side::Right}; }
-    Port TopAt(double x) const { return {{x, rect_.top() + Slope(x)}, Side::Top}; }
-    Port BottomAt(double x) const { return {{x, rect_.bottom() - Slope(x)}, Side::Bottom}; }
+    Port TopAt(double x) const { return {{x, rect_.top()}, Side::Top}; }
+    Port BottomAt(double x) const { return {{x, rect_.bottom()}, Side::Bottom}; }
 
 private:
-    double Slope(double x) const;
-
     QRectF rect_;
-    Outline outline_ = Outline::Box;
 };
 
 /**
