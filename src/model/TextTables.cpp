@@ -117,8 +117,10 @@ std::span<const ValueType> ValueTypes()
 
 const ValueType &TypeOf(int typeCode)
 {
-    static constexpr ValueType number;
-    return std::size_t(typeCode) < Types.size() ? Types[std::size_t(typeCode)] : number;
+    static constexpr ValueType Beyond;
+    if (std::size_t(typeCode) >= Types.size())
+        return Beyond;
+    return Types[std::size_t(typeCode)];
 }
 
 QString EnumText(std::int32_t value, std::int32_t typeCode)
