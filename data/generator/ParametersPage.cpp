@@ -1,7 +1,6 @@
 #include "PresetsSource.h"
 
 #include "model/Conversions.h"
-#include "model/TextTables.h"
 
 #include <QStringList>
 
@@ -18,17 +17,6 @@ QString AccessOf(std::int32_t attributes)
     if ((attributes & Attr::Icr) != 0)
         return QStringLiteral("at stop");
     return QStringLiteral("read and write");
-}
-
-QString RangeOf(const ParamRecord &record)
-{
-    const int typeCode = TypeCode(record.Attributes);
-    if (IsEnumerated(typeCode)) {
-        const QStringList texts = TextsOf(typeCode).mid(record.Min, record.Max - record.Min + 1);
-        return texts.join(QStringLiteral(", "));
-    }
-    return ValueText(record.Min, record.Attributes) + QStringLiteral(" to ") +
-           ValueText(record.Max, record.Attributes);
 }
 
 QString FactoryOf(const RecordArray &records, const ParamRecord &record)
@@ -50,7 +38,7 @@ QString ParametersPage(const RecordArray &records)
                        "|---:|---|---|---|---|\n");
     for (int i = 0; i <= records.UpperBound(); ++i) {
         const ParamRecord &record = records[i];
-        const QStringList cells = {QString::number(i), record.Name, RangeOf(record),
+        const QStringList cells = {QString::number(i), record.Name, LimitsText(record),
                                    FactoryOf(records, record), AccessOf(record.Attributes)};
         page += QStringLiteral("| ") + cells.join(QStringLiteral(" | ")) + QStringLiteral(" |\n");
     }

@@ -56,6 +56,15 @@ QString ValueText(std::int32_t rawValue, std::int32_t attributes)
     return NumberText(rawValue, attributes);
 }
 
+QString LimitsText(const ParamRecord &record)
+{
+    const QStringList texts = TextsOf(TypeCode(record.Attributes));
+    if (IsEnumerated(TypeCode(record.Attributes)))
+        return texts.mid(record.Min, record.Max - record.Min + 1).join(QStringLiteral(", "));
+    return ValueText(record.Min, record.Attributes) + QStringLiteral(" to ") +
+           ValueText(record.Max, record.Attributes);
+}
+
 QString FormatEntry(const QString &text, std::int32_t attributes)
 {
     return FormatFixed(CDbl(text), DecimalsOf(attributes));

@@ -6,6 +6,8 @@
 namespace quorvik
 {
 
+struct ParamRecord;
+
 /**
  * The type code of an attribute word, 0 to 31. It is Attributes / 32 rounded to the nearest integer, ties to
  * even, low five bits kept; not a shift. So the stop-only bit turns an odd code into the next one, and that
@@ -22,6 +24,9 @@ int DecimalsOf(std::int32_t attributes);
 /** The display text of a raw value, with its unit. A list type shows nothing for a value above 3 and raises
  *  RuntimeFailure for a negative one; a model code must lie in 0 to 32. */
 QString ValueText(std::int32_t rawValue, std::int32_t attributes);
+
+/** All texts of a list between the limits; "-100.00 % to 100.00 %" of another type. */
+QString LimitsText(const ParamRecord &record);
 
 /** The raw value as a plain number with the parameter's decimals. */
 QString NumberText(std::int32_t rawValue, std::int32_t attributes);
