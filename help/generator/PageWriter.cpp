@@ -52,18 +52,6 @@ QString AccessWords(std::int32_t attributes)
     return attributes & Attr::Icr ? QStringLiteral("at stop only") : QStringLiteral("read/write");
 }
 
-QString RangeWords(const ParamRecord &record)
-{
-    if (IsEnumerated(TypeCode(record.Attributes))) {
-        QStringList texts;
-        for (std::int32_t value = record.Min; value <= record.Max; ++value)
-            texts.append(ValueText(value, record.Attributes));
-        return texts.join(QStringLiteral(", "));
-    }
-    return ValueText(record.Min, record.Attributes) + QStringLiteral(" to ") +
-           ValueText(record.Max, record.Attributes);
-}
-
 } // namespace
 
 PageWriter::PageWriter(const Model &model, const Topics &topics, QString pictureFolder, QString outFolder)
@@ -128,7 +116,7 @@ QString PageWriter::ParameterRow(const QString &line, const QString &topic, QStr
     const QString numbers =
         last == first ? QStringLiteral("(%1)").arg(first) : QStringLiteral("(%1 to %2)").arg(first).arg(last);
     return QStringLiteral("| %1 %2 | %3 | %4 | %5 | %6 |")
-        .arg(numbers, record.Name, RangeWords(record), ValueText(record.Preset, record.Attributes),
+        .arg(numbers, record.Name, LimitsText(record), ValueText(record.Preset, record.Attributes),
              AccessWords(record.Attributes), match.captured(3));
 }
 
@@ -139,7 +127,7 @@ QString PageWriter::ParameterTable() const
     for (int p = 0; p <= model_.FileLastParam; ++p) {
         const ParamRecord &record = model_.ParamTable[p];
         rows.append(QStringLiteral("| %1 | %2 | %3 | %4 | %5 |")
-                        .arg(QString::number(p), record.Name, RangeWords(record),
+                        .arg(QString::number(p), record.Name, LimitsText(record),
                              ValueText(record.Preset, record.Attributes), AccessWords(record.Attributes)));
     }
     return rows.join(u'\n');
