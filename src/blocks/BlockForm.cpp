@@ -400,9 +400,7 @@ void BlockForm::PaintLinkedCaption()
     const Row &row = rows_.last();
     const QString full = NumberAndName(rows_.first().box->text(), desk().model.ParamTable[row.param].Name);
     SetPlainToolTip(row.label, full);
-    const QString caption =
-        full.size() <= LinkedCaptionLength ? full : full.left(LinkedCaptionLength) + QStringLiteral("...");
-    row.label->setText(caption);
+    row.label->setText(Shortened(full, LinkedCaptionLength));
 }
 
 void BlockForm::Text1_Click(int row)

@@ -92,6 +92,11 @@ protected:
     void SetRowParam(int row, int p);
     bool InTable(int p) const { return p >= 0 && p <= desk().model.ParamTable.UpperBound(); }
     /** "(190) Forward Max Speed". */
+    /** The text, or as much of it with three dots behind it. */
+    static QString Shortened(const QString &text, int length)
+    {
+        return text.size() <= length ? text : text.left(length) + QStringLiteral("...");
+    }
     static QString NumberAndName(const QString &number, const QString &name)
     {
         return u'(' + number + QStringLiteral(") ") + name;

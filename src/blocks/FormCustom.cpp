@@ -50,11 +50,6 @@ constexpr std::array<int, Slots> CustomDefaults = {
     FeedbackSelect,
 };
 
-QString ShortCaption(const QString &full)
-{
-    return full.size() <= WholeCaption ? full : full.left(WholeCaption) + QStringLiteral("...");
-}
-
 class FormCustom final : public BlockForm
 {
 public:
@@ -128,7 +123,7 @@ private:
         QString longest;
         QString longestEntry;
         for (int p = 0; InTable(p); ++p) {
-            longest = view().Wider(longest, ShortCaption(NumberAndName(p)));
+            longest = view().Wider(longest, Shortened(NumberAndName(p), WholeCaption));
             longestEntry = view().Wider(longestEntry, EntryText(p));
         }
         comboSelectParameter_ = new QComboBox(&view());
@@ -176,7 +171,7 @@ private:
             return;
         }
         const QString full = NumberAndName(p);
-        SetRowCaption(row, ShortCaption(full), full);
+        SetRowCaption(row, Shortened(full, WholeCaption), full);
     }
 
     void HandleCaptionEvent(QObject *watched, QEvent *event)

@@ -70,8 +70,7 @@ protected:
         Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, modeSwitch_.Area(),
               QStringLiteral("Double-click to change over between frequency and digital output"),
               {FreqDigitalOutMode}, [this] {
-                  Write(RowParam(FreqDigitalOutMode),
-                        RowText(FreqDigitalOutMode) != QStringLiteral("Digital") ? 1 : 0);
+                  Write(FreqDigitalOutMode, RowText(FreqDigitalOutMode) != QStringLiteral("Digital") ? 1 : 0);
               });
 
         const Shape status = Box(FreqDigitalOutStatus, {modeX + 13, middleY});

@@ -66,8 +66,8 @@ private:
               QStringLiteral("Click to step to the next reference"), {RefSelectMSB, RefSelectLSB}, [this] {
                   const int next = SelectedReference() + 1;
                   const int wrapped = next > 3 ? 0 : next;
-                  Write(RowParam(RefSelectMSB), wrapped / 2);
-                  Write(RowParam(RefSelectLSB), wrapped % 2);
+                  Write(RefSelectMSB, wrapped / 2);
+                  Write(RefSelectLSB, wrapped % 2);
               });
         const Shape high = Box(RefSelectMSB, {9, JogY}, CaptionAt::BelowRight);
         const Shape low = Box(RefSelectLSB, {25, JogY}, CaptionAt::Below);

@@ -97,7 +97,7 @@ private:
         d.Line({{80, yA}, Side::Right}, gainSwitch_.Contact(SpotBottom));
         Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, gainSwitch_.Area(),
               QStringLiteral("Double-click to change over between gain sets A and B"), {GainSelect},
-              [this] { Write(RowParam(GainSelect), RowNumber(GainSelect) != 1 ? 1 : 0); });
+              [this] { Write(GainSelect, RowNumber(GainSelect) != 1 ? 1 : 0); });
         d.Link(Box(GainSelect, {98, 3}).Left(), gainSwitch_);
     }
 
@@ -133,7 +133,7 @@ private:
         Click(QStringLiteral("Image2"), ClickArea::Gesture::DoubleClick, feedbackSwitch_.Area(),
               QStringLiteral("Double-click to step the feedback: AFB, TFB, EFB"), {FeedbackSelect}, [this] {
                   const std::int32_t rawNext = RowValue(FeedbackSelect) + 1;
-                  Write(RowParam(FeedbackSelect), rawNext > 2 ? 0 : rawNext);
+                  Write(FeedbackSelect, rawNext > 2 ? 0 : rawNext);
               });
         const Shape select = Box(FeedbackSelect, {55, FeedbackY + 13.5}, CaptionAt::Below);
         d.Link(select.Top(), feedbackSwitch_);
