@@ -226,6 +226,13 @@ Shape BlockForm::Box(int number, const QPointF &left, CaptionAt captionAt)
     return place(rect.right() + 0.8, y, Qt::AlignLeft);
 }
 
+void BlockForm::LastBox(Drawing &d, const Port &from, int row, const QPointF &left)
+{
+    const Shape box = Box(row, left);
+    d.Wire(from, box.Left());
+    d.Wire(box.Right(), {box.Right().at + QPointF(5, 0), Side::Left});
+}
+
 QRectF BlockForm::Tables(const QPointF &topLeft, const QList<Group> &groups)
 {
     double captions = 0;

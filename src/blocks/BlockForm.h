@@ -56,6 +56,8 @@ protected:
     QSizeF BoxSize(int row) const;
     /** Places a row's value box by its left end and the height of its wire, and its caption. */
     Shape Box(int row, const QPointF &left, CaptionAt captionAt = CaptionAt::Above);
+    /** Places a row at the end of a path; its wire leads on out of the sheet. */
+    void LastBox(Drawing &d, const Port &from, int row, const QPointF &left);
     /** Rows under a title. */
     struct Group {
         QString title;

@@ -54,8 +54,7 @@ private:
         d.Line({{tableB.right(), yB}, Side::Right}, set_.Contact(SetB));
         ClickToFlip(QStringLiteral("Image1(1)"), set_.Area(),
                     QStringLiteral("Double-click to change over between the sets A and B"), RampSelect);
-        const Shape select = Box(RampSelect, {x + 4 - BoxSize(RampSelect).width() / 2, 2.5});
-        d.Link(select.Bottom(), set_);
+        d.Link(Box(RampSelect, {x + 4 - BoxSize(RampSelect).width() / 2, 2.5}).Bottom(), set_);
         rampX_ = x + 16;
     }
 
@@ -78,8 +77,7 @@ private:
         d.Path({{split.at, {18, y + 8}, bypass_.Contact(Bypassed).at}}, false);
         ClickToFlip(QStringLiteral("Image1(0)"), bypass_.Area(),
                     QStringLiteral("Double-click to pass the ramp by, or to take it again"), RampBypass);
-        const Shape bypass = Box(RampBypass, {switchX - 2, y + 15}, CaptionAt::Below);
-        d.Link(bypass.Top(), bypass_);
+        d.Link(Box(RampBypass, {switchX - 2, y + 15}, CaptionAt::Below).Top(), bypass_);
 
         const double enableX = switchX + 20;
         enable_ = d.Switch(QStringLiteral("LineRampEnable"), {enableX + 9, y + 7},
@@ -94,10 +92,8 @@ private:
 
         const double pathY = y + 7;
         const Port given = d.Dot({enableX + 12, pathY});
-        const Shape output = Box(RampOutput, {enableX + 16, pathY});
         d.Line(enable_.Pivot(), given);
-        d.Wire(given, output.Left());
-        d.Wire(output.Right(), {{output.Rect().right() + 5, pathY}, Side::Left});
+        LastBox(d, given, RampOutput, {enableX + 16, pathY});
         DrawStatus(d, taken, given);
     }
 

@@ -163,16 +163,12 @@ private:
         ClickToFlip(QStringLiteral("Image1"), loopSwitch_.Area(),
                     QStringLiteral("Double-click to change over between closed and open loop"),
                     OpenLoopArmSelect);
-        const Shape select = Box(OpenLoopArmSelect, {136.5, y - 9});
-        d.Link(select.Bottom(), loopSwitch_);
+        d.Link(Box(OpenLoopArmSelect, {136.5, y - 9}).Bottom(), loopSwitch_);
         // Nothing fires the bridges while the loops are blocked, in open loop neither.
         firing_ = d.Contact(QStringLiteral("LineLoopEnable"), {157.5, y + 3}, {150.5, y + 3});
         d.Line(loopSwitch_.Pivot(), firing_.Contact(0));
-        const Shape enable = Box(LoopEnable, {148, y + 12}, CaptionAt::Below);
-        d.Link(enable.Top(), firing_);
-        const Shape angle = Box(ConductionAngle, {161.5, y + 3});
-        d.Wire(firing_.Pivot(), angle.Left());
-        d.Wire(angle.Right(), {{178.5, y + 3}, Side::Left});
+        d.Link(Box(LoopEnable, {148, y + 12}, CaptionAt::Below).Top(), firing_);
+        LastBox(d, firing_.Pivot(), ConductionAngle, {161.5, y + 3});
     }
 
     void DrawFeedback(Drawing &d)

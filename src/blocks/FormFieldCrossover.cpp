@@ -45,11 +45,8 @@ protected:
         ClickToFlip(QStringLiteral("Image1"), switch_.Area(),
                     QStringLiteral("Double-click to turn the field crossover on or off"),
                     FieldCrossoverEnable);
-        const Shape enable = Box(FieldCrossoverEnable, {75.5, y + 14}, CaptionAt::Below);
-        d.Link(enable.Top(), switch_);
-        const Shape output = Box(FieldCrossoverOutput, {93, y + 3});
-        d.Wire(switch_.Pivot(), output.Left());
-        d.Wire(output.Right(), {{110, y + 3}, Side::Left});
+        d.Link(Box(FieldCrossoverEnable, {75.5, y + 14}, CaptionAt::Below).Top(), switch_);
+        LastBox(d, switch_.Pivot(), FieldCrossoverOutput, {93, y + 3});
         d.Label({}, QStringLiteral("Field Loop"), {111, y + 3}, Qt::AlignLeft, true);
     }
 

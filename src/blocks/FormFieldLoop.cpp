@@ -79,8 +79,7 @@ private:
         ClickToFlip(QStringLiteral("Image2"), loopSwitch_.Area(),
                     QStringLiteral("Double-click to change over between closed and open loop"),
                     OpenLoopFieldSelect);
-        const Shape select = Box(OpenLoopFieldSelect, {109.5, y - 8});
-        d.Link(select.Bottom(), loopSwitch_);
+        d.Link(Box(OpenLoopFieldSelect, {109.5, y - 8}).Bottom(), loopSwitch_);
 
         fieldSwitch_ =
             d.Switch(QStringLiteral("ShapeSwitchField"), {137, y + 6}, {{128, y + 3}, {128, y + 9}});
@@ -88,11 +87,8 @@ private:
         d.Constant({}, QStringLiteral("0.0"), fieldSwitch_.Contact(Off));
         ClickToFlip(QStringLiteral("Image1"), fieldSwitch_.Area(),
                     QStringLiteral("Double-click to turn the field on or off"), FieldEnable);
-        const Shape enable = Box(FieldEnable, {126.5, y + 18}, CaptionAt::Below);
-        d.Link(enable.Top(), fieldSwitch_);
-        const Shape angle = Box(FieldCondAngle, {141, y + 6});
-        d.Wire(fieldSwitch_.Pivot(), angle.Left());
-        d.Wire(angle.Right(), {{158, y + 6}, Side::Left});
+        d.Link(Box(FieldEnable, {126.5, y + 18}, CaptionAt::Below).Top(), fieldSwitch_);
+        LastBox(d, fieldSwitch_.Pivot(), FieldCondAngle, {141, y + 6});
     }
 
     /** A measured quantity less its offset. */

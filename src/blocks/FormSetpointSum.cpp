@@ -39,9 +39,7 @@ protected:
         d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {94.5, trimY - 3.5});
         d.Wire(enableSwitch_.Pivot(), sum.Bottom());
         const double y = BranchY(0);
-        const Shape demand = Box(VelocityDemand, {113, y});
-        d.Wire(sum.Right(), demand.Left());
-        d.Wire(demand.Right(), {{130, y}, Side::Left});
+        LastBox(d, sum.Right(), VelocityDemand, {113, y});
         d.Label({}, QStringLiteral("Velocity Loop"), {131, y}, Qt::AlignLeft, true);
     }
 
@@ -70,8 +68,7 @@ private:
         d.Path({{split.at, {20, y - 4}, sign.Contact(AsIs).at}}, false);
         d.Path({{split.at, {20, y + 4}, inverter.Left().at}}, true);
         d.Line(inverter.Right(), sign.Contact(Inverted));
-        const Shape select = Box(invert, {45, y + 8}, CaptionAt::Right);
-        d.Link(select.Left(), sign);
+        d.Link(Box(invert, {45, y + 8}, CaptionAt::Right).Left(), sign);
         return sign;
     }
 

@@ -85,8 +85,7 @@ private:
         d.Path({{split.at, {35, ReferenceY - 4}, signSwitch_.Contact(AsIs).at}}, false);
         d.Path({{split.at, {35, ReferenceY + 4}, inverter.Left().at}}, true);
         d.Line(inverter.Right(), signSwitch_.Contact(Inverted));
-        const Shape invert = Box(ReferenceInvert, {46.5, ReferenceY - 11});
-        d.Link(invert.Bottom(), signSwitch_);
+        d.Link(Box(ReferenceInvert, {46.5, ReferenceY - 11}).Bottom(), signSwitch_);
     }
 
     void DrawSource(Drawing &d)
@@ -94,10 +93,8 @@ private:
         sourceSwitch_ =
             d.Switch(QStringLiteral("LineSwitch"), {75, SourceY}, {{66, SourceY - 4}, {66, SourceY + 4}});
         d.Line(signSwitch_.Pivot(), sourceSwitch_.Contact(FromReference), 61);
-        const Shape jog = Box(JogReference, {46, JogY}, CaptionAt::Below);
-        d.Line(jog.Right(), sourceSwitch_.Contact(FromJog), 61);
-        const Shape status = Box(JogStatus, {64.5, JogY + 5}, CaptionAt::Below);
-        d.Link(status.Top(), sourceSwitch_);
+        d.Line(Box(JogReference, {46, JogY}, CaptionAt::Below).Right(), sourceSwitch_.Contact(FromJog), 61);
+        d.Link(Box(JogStatus, {64.5, JogY + 5}, CaptionAt::Below).Top(), sourceSwitch_);
     }
 
     void DrawEnable(Drawing &d)
@@ -107,9 +104,7 @@ private:
         d.Line(sourceSwitch_.Pivot(), enableSwitch_.Contact(Enabled));
         d.Constant(QStringLiteral("Label2"), QStringLiteral("0.00%"), enableSwitch_.Contact(Disabled));
         d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {90.5, y - 3.5});
-        const Shape rampInput = Box(RampInput, {101, y + 3});
-        d.Wire(enableSwitch_.Pivot(), rampInput.Left());
-        d.Wire(rampInput.Right(), {{118, y + 3}, Side::Left});
+        LastBox(d, enableSwitch_.Pivot(), RampInput, {101, y + 3});
         d.Label({}, QStringLiteral("Ramp"), {119, y + 3}, Qt::AlignLeft, true);
     }
 

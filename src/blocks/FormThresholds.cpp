@@ -38,9 +38,7 @@ protected:
         d.Line(greater.Right(), switch_.Contact(Top));
         d.Line(less.Right(), switch_.Contact(Bottom));
         d.Link(comparator.Right(), switch_);
-        const Shape output = Box(ThresholdAOutput, {95, y + 12});
-        d.Wire(switch_.Pivot(), output.Left());
-        d.Wire(output.Right(), {{112, y + 12}, Side::Left});
+        LastBox(d, switch_.Pivot(), ThresholdAOutput, {95, y + 12});
     }
 
     void Tick() override

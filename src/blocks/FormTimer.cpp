@@ -48,9 +48,7 @@ protected:
         d.Line(greater.Right(), switch_.Contact(Top));
         d.Line(less.Right(), switch_.Contact(Bottom));
         d.Link(comparator.Right(), switch_);
-        const Shape output = Box(TimerOutput, {98, y + 14});
-        d.Wire(switch_.Pivot(), output.Left());
-        d.Wire(output.Right(), {{output.Rect().right() + 5, y + 14}, Side::Left});
+        LastBox(d, switch_.Pivot(), TimerOutput, {98, y + 14});
     }
 
     void Tick() override

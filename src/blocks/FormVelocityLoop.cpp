@@ -135,8 +135,7 @@ private:
                   const std::int32_t rawNext = RowValue(FeedbackSelect) + 1;
                   Write(FeedbackSelect, rawNext > 2 ? 0 : rawNext);
               });
-        const Shape select = Box(FeedbackSelect, {55, FeedbackY + 13.5}, CaptionAt::Below);
-        d.Link(select.Top(), feedbackSwitch_);
+        d.Link(Box(FeedbackSelect, {55, FeedbackY + 13.5}, CaptionAt::Below).Top(), feedbackSwitch_);
 
         const Shape offsetSum = d.Sum({74, FeedbackY}, QStringLiteral("+  -"));
         const Shape offset = Box(VFBOffset, {68, FeedbackY + 10.5}, CaptionAt::Right);

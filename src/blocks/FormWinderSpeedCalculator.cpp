@@ -39,14 +39,12 @@ protected:
             d.Function({boxX + 19, y}, {11, 16}, QStringLiteral("Ratio"), QStringLiteral("LabelRatio"));
         const Shape ratioBox = Box(WinderDiameterRatio, {boxX + 35, y});
         const Shape product = d.Multiplier({boxX + 56, y});
-        const Shape winder = Box(WinderSpeed, {boxX + 63, y});
         d.Wire(coreBox.Right(), ratio.LeftAt(centre.y()));
         d.Wire(diameter.Right(), ratio.LeftAt(rimY));
         d.Wire(ratio.Right(), ratioBox.Left());
         d.Wire(ratioBox.Right(), product.Left());
         d.Wire(speed.Right(), product.Top());
-        d.Wire(product.Right(), winder.Left());
-        d.Wire(winder.Right(), {{winder.Rect().right() + 5, y}, Side::Left});
+        LastBox(d, product.Right(), WinderSpeed, {boxX + 63, y});
     }
 
 private:
