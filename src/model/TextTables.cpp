@@ -13,16 +13,16 @@ namespace
 using Form = ValueType::Form;
 
 constexpr std::array<ValueType, 25> Types = {{
-    {"parameter", Form::Parameter},
+    {"parameter", Form::Parameter, "", {}, "Select Parameter"},
     {"percent", Form::Unit, "%", {"%"}},
-    {"polarity", Form::List, "", {"Unipolar", "Bipolar"}},
-    {"analog type", Form::List, "", {"Current", "Voltage"}},
-    {"boolean", Form::List, "", {"False", "True"}},
-    {"output mode", Form::List, "", {"Freq", "Digital"}},
-    {"feedback", Form::List, "", {"AFB", "TFB", "EFB"}},
-    {"contact", Form::List, "", {"Open", "Closed"}},
-    {"wiring", Form::List, "", {"3 Wire", "2 Wire"}},
-    {"sign", Form::List, "", {"Positive", "Negative"}},
+    {"polarity", Form::List, "", {"Unipolar", "Bipolar"}, "Select Polarity"},
+    {"analog type", Form::List, "", {"Current", "Voltage"}, "Select Analog Type"},
+    {"boolean", Form::List, "", {"False", "True"}, "Select Value"},
+    {"output mode", Form::List, "", {"Freq", "Digital"}, "Select Mode"},
+    {"feedback", Form::List, "", {"AFB", "TFB", "EFB"}, "Select Feedback"},
+    {"contact", Form::List, "", {"Open", "Closed"}, "Select Value"},
+    {"wiring", Form::List, "", {"3 Wire", "2 Wire"}, "Select Mode"},
+    {"sign", Form::List, "", {"Positive", "Negative"}, "Select Sign"},
     {"number", Form::Number},
     {"frequency", Form::Unit, "Hz", {"Hertz"}},
     {"seconds", Form::Unit, "Sec", {"Seconds"}},
@@ -32,12 +32,12 @@ constexpr std::array<ValueType, 25> Types = {{
     {"volts", Form::Unit, "Volts", {"Volts"}},
     {"hexadecimal", Form::Hexadecimal},
     {"temperature", Form::Unit, "C", {"C"}},
-    {"fan mode", Form::List, "", {"Auto", "On"}},
+    {"fan mode", Form::List, "", {"Auto", "On"}, "Select Mode"},
     {"drive model", Form::Model},
-    {"stop mode", Form::List, "", {"Ramp", "Quick", "Coast"}},
-    {"tachometer", Form::List, "", {"DC", "AC"}},
+    {"stop mode", Form::List, "", {"Ramp", "Quick", "Coast"}, "Select Mode"},
+    {"tachometer", Form::List, "", {"DC", "AC"}, "Select Type"},
     {}, // 23
-    {"encoder lines", Form::List, "", {"256", "512", "1024", "2048"}},
+    {"encoder lines", Form::List, "", {"256", "512", "1024", "2048"}, "Select Value"},
 }};
 
 constexpr const char *Models[] = {

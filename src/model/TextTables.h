@@ -17,6 +17,7 @@ struct ValueType {
     Form form = Form::Number;
     const char *unit = "";
     std::array<const char *, 4> texts = {}; ///< of a list its values; of a unit its full name
+    const char *prompt = "Enter New Value"; ///< the title of the dialog that asks for one
 };
 
 /** The types by type code, 0 to 24. */
