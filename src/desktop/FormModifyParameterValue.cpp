@@ -28,20 +28,6 @@ namespace
 
 enum TextRow { MaxRow, MinRow, NewRow };
 
-struct Kind {
-    int typeCode;
-    const char *caption;
-    int options; ///< 0 for the list of parameters
-};
-
-constexpr Kind Kinds[] = {
-    {0, "Select Parameter", 0}, {2, "Select Polarity", 2}, {3, "Select Analog Type", 2},
-    {4, "Select Value", 2},     {5, "Select Mode", 2},     {6, "Select Feedback", 3},
-    {7, "Select Value", 2},     {8, "Select Mode", 2},     {9, "Select Sign", 2},
-    {19, "Select Mode", 2},     {21, "Select Mode", 3},    {22, "Select Type", 2},
-    {24, "Select Value", 4},
-};
-
 constexpr int StopModeType = 21;
 constexpr int QuickStop = 1;
 /** From this code on the models cannot regenerate and have no quick stop. */
@@ -127,18 +113,14 @@ void FormModifyParameterValue::Load()
 {
     const Model &model = desk().model;
     const int typeCode = TypeCode(model.ParamTable[param_].Attributes);
-    const auto *kind = std::find_if(std::begin(Kinds), std::end(Kinds),
-                                    [typeCode](const Kind &row) { return row.typeCode == typeCode; });
-    if (kind == std::end(Kinds)) {
-        setWindowTitle(QStringLiteral("Enter New Value"));
-        LayOutNumber();
-        return;
-    }
-    setWindowTitle(QString::fromLatin1(kind->caption));
-    if (kind->options == 0)
+    const ValueType &type = TypeOf(typeCode);
+    setWindowTitle(QString::fromLatin1(type.prompt));
+    if (type.form == ValueType::Form::Parameter)
         LayOutCombo();
+    else if (type.form == ValueType::Form::List)
+        LayOutOptions(EnumCount(typeCode));
     else
-        LayOutOptions(kind->options);
+        LayOutNumber();
 }
 
 void FormModifyParameterValue::LayOutCombo()
