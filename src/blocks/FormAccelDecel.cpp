@@ -109,8 +109,7 @@ private:
         const Shape status = Box(RampingStatus, {x + 25, y}, CaptionAt::Below);
         d.Wire({input.at, Side::Bottom}, rest.Left());
         d.Wire({output.at, Side::Bottom}, rest.Top());
-        d.Wire(rest.Right(), magnitude.Left());
-        d.Wire(magnitude.Right(), comparator.Left());
+        d.Chain({rest, magnitude, comparator});
         d.Wire(threshold.Right(), comparator.Bottom());
         d.Wire(comparator.Right(), status.Left());
     }

@@ -39,9 +39,7 @@ protected:
         const Shape status = Box(AnalogOut1Status, {right + 5, y});
         const Shape converter = d.Function({right + 22, y}, {9, 10}, QStringLiteral("D/A"));
         d.Wire(absSwitch_.Pivot(), counts.Left());
-        d.Wire(counts.Right(), range.Left());
-        d.Wire(range.Right(), status.Left());
-        d.Wire(status.Right(), converter.Left());
+        d.Chain({counts, range, status, converter});
 
         const double terminalX = right + 37;
         const auto terminal = [&](int number, const QString &labelName, const QString &role, double at) {

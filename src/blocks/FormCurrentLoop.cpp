@@ -150,8 +150,7 @@ private:
         const Shape gain = Box(IProportionalGain, {101.5, y - 16});
         const Shape time = Box(IIntegralTime, {101.5, y - 9});
         const Shape regen = Box(RegenMode, {104.5, y + 10}, CaptionAt::Below);
-        d.Wire(error_.Right(), error.Left());
-        d.Wire(error.Right(), pi.Left());
+        d.Chain({error_, error, pi});
         d.Wire(gain.Right(), pi.TopAt(131.5));
         d.Wire(time.Right(), pi.TopAt(126.5));
         d.Wire(regen.Right(), pi.BottomAt(129));

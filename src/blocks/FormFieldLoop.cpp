@@ -55,11 +55,9 @@ private:
         const Shape enable = Box(FieldEconomyEnable, {31, y + 12}, CaptionAt::Below);
         const Shape final = Box(FinalFieldIDemand, {49, y});
         error_ = d.Sum({ErrorX, y}, QStringLiteral("+  +"));
-        d.Wire(demand.Right(), sum.Left());
-        d.Wire(sum.Right(), economy.Left());
+        d.Chain({demand, sum, economy});
         d.Wire(enable.Top(), economy.Bottom());
-        d.Wire(economy.Right(), final.Left());
-        d.Wire(final.Right(), error_.Left());
+        d.Chain({economy, final, error_});
     }
 
     void DrawLoop(Drawing &d)
@@ -117,8 +115,7 @@ private:
         const Shape amps = Box(FieldAmps, {113, y + 9}, CaptionAt::Below);
         d.Line(feedback.Right(), branch);
         d.Wire(branch, negated.Left());
-        d.Wire(negated.Right(), filter.Left());
-        d.Wire(filter.Right(), filtered.Left());
+        d.Chain({negated, filter, filtered});
         d.Wire(filtered.Right(), error_.Bottom());
         d.Path({{branch.at, {branch.at.x(), y + 9}, scale.Left().at}}, true);
         d.Wire(scale.Right(), amps.Left());
@@ -132,10 +129,7 @@ private:
         const Shape filtered = Box(FieldVFBFiltered, {70.5, y}, CaptionAt::Below);
         const Shape scale = d.Scale({98, y}, QStringLiteral("Scale"));
         const Shape volts = Box(FieldVolts, {113, y}, CaptionAt::Below);
-        d.Wire(feedback.Right(), filter.Left());
-        d.Wire(filter.Right(), filtered.Left());
-        d.Wire(filtered.Right(), scale.Left());
-        d.Wire(scale.Right(), volts.Left());
+        d.Chain({feedback, filter, filtered, scale, volts});
     }
 
     Shape error_;

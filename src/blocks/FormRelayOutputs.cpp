@@ -46,8 +46,7 @@ protected:
         d.Wire(absSwitch_.Pivot(), comparator.Left());
         d.Wire(on.Bottom(), comparator.Top());
         d.Wire(off.Top(), comparator.Bottom());
-        d.Wire(comparator.Right(), status.Left());
-        d.Wire(status.Right(), coil.Left());
+        d.Chain({comparator, status, coil});
 
         const double contactX = x + 46;
         const double terminalX = contactX + 15;

@@ -158,8 +158,7 @@ private:
             Box(JogDelay, {delayX + 6 - BoxSize(JogDelay).width() / 2, jogY - 10}, CaptionAt::AboveRight);
         d.Wire(runStatus_.Right(), stop.Left());
         d.Wire(mode.Bottom(), stop.Top());
-        d.Wire(jogStatus_.Right(), ramp.Left());
-        d.Wire(ramp.Right(), delay.Left());
+        d.Chain({jogStatus_, ramp, delay});
         d.Wire(time.Bottom(), delay.Top());
 
         const double x = delayX + 16;

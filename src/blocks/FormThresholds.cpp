@@ -27,8 +27,7 @@ protected:
         const Shape comparator = d.Hysteresis({34, y});
         const Shape threshold = Box(ThresholdAThreshold, {16, y - 13});
         const Shape hysteresis = Box(ThresholdAHysteresis, {40, y - 13});
-        d.Wire(input.Right(), absolute.Left());
-        d.Wire(absolute.Right(), comparator.Left());
+        d.Chain({input, absolute, comparator});
         d.Wire(threshold.Bottom(), comparator.TopAt(36), y - 7);
         d.Wire(hysteresis.Bottom(), comparator.TopAt(40), y - 7);
 

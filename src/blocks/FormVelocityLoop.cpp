@@ -76,8 +76,7 @@ private:
         d.Wire(demand.Right(), limiter.Left());
         d.Wire(forward.Bottom(), limiter.Top());
         d.Wire(reverse.Top(), limiter.Bottom());
-        d.Wire(limiter.Right(), final.Left());
-        d.Wire(final.Right(), sum_.Left());
+        d.Chain({limiter, final, sum_});
     }
 
     void DrawGains(Drawing &d)
@@ -108,8 +107,7 @@ private:
         const Shape clamp = Box(IntegralClamp, {89, DemandY + 9}, CaptionAt::Below);
         const Shape enable = Box(LoopEnable, {89, DemandY + 16}, CaptionAt::Below);
         const Shape output = Box(VelLoopOutput, {119, DemandY});
-        d.Wire(sum_.Right(), error.Left());
-        d.Wire(error.Right(), pi.Left());
+        d.Chain({sum_, error, pi});
         d.Wire(gainSwitch_.Pivot(), pi.Top());
         d.Wire(clamp.Right(), pi.BottomAt(104));
         d.Wire(enable.Right(), pi.BottomAt(108));
@@ -153,8 +151,7 @@ private:
         d.Line(feedback.Right(), branch);
         d.Wire(branch, filter.Left());
         d.Wire({branch.at, Side::Top}, sum_.Bottom(), FeedbackY - 5);
-        d.Wire(filter.Right(), filtered.Left());
-        d.Wire(filtered.Right(), scale.Left());
+        d.Chain({filter, filtered, scale});
         d.Wire(level.Top(), scale.Bottom());
         d.Wire(scale.Right(), rpm.Left());
     }
@@ -169,8 +166,7 @@ private:
         const Port current = d.From({21, y + 15}, QStringLiteral("(102) Current Feedback"));
         const Shape sum = d.Sum({34, y}, QStringLiteral("+  -"));
         const Shape afb = Box(AFB, {41, y});
-        d.Wire(volts.Right(), share.Left());
-        d.Wire(share.Right(), sum.Left());
+        d.Chain({volts, share, sum});
         d.Wire(irComp.Right(), drop.Left());
         d.Wire(current, drop.Bottom());
         d.Wire(drop.Right(), sum.Bottom());

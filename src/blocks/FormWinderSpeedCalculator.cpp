@@ -41,8 +41,7 @@ protected:
         const Shape product = d.Multiplier({boxX + 56, y});
         d.Wire(coreBox.Right(), ratio.LeftAt(centre.y()));
         d.Wire(diameter.Right(), ratio.LeftAt(rimY));
-        d.Wire(ratio.Right(), ratioBox.Left());
-        d.Wire(ratioBox.Right(), product.Left());
+        d.Chain({ratio, ratioBox, product});
         d.Wire(speed.Right(), product.Top());
         LastBox(d, product.Right(), WinderSpeed, {boxX + 63, y});
     }

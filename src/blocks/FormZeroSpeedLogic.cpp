@@ -61,8 +61,7 @@ private:
         const Port split = d.Dot({52, level});
         d.Line(modeSwitch_.Pivot(), demandSize.Left());
         d.Wire(demandSize.Right(), demandAtZero_.Left());
-        d.Wire(feedback.Right(), feedbackSize.Left());
-        d.Wire(feedbackSize.Right(), feedbackAtZero_.Left());
+        d.Chain({feedback, feedbackSize, feedbackAtZero_});
         d.Line(zero.Right(), split);
         d.Wire({split.at, Side::Top}, demandAtZero_.Bottom());
         d.Wire({split.at, Side::Bottom}, feedbackAtZero_.Top());

@@ -62,6 +62,12 @@ void Drawing::AddWire(const Port &from, const Port &to, double bend, bool arrow)
     Path(RouteWire(from, to, bend), arrow);
 }
 
+void Drawing::Chain(std::initializer_list<Shape> shapes)
+{
+    for (const Shape *shape = shapes.begin(); shape + 1 != shapes.end(); ++shape)
+        Wire(shape->Right(), (shape + 1)->Left());
+}
+
 void Drawing::Path(const QPolygonF &corners, bool arrow)
 {
     Add({.symbol = Symbol::Wire, .points = corners, .arrow = arrow});

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 #include <functional>
+#include <initializer_list>
 #include <limits>
 
 namespace quorvik
@@ -116,6 +117,8 @@ public:
     void Wire(const Port &from, const Port &to, double bend = HalfWay) { AddWire(from, to, bend, true); }
     /** A wire without an arrow head: to a dot, a contact or a pivot. */
     void Line(const Port &from, const Port &to, double bend = HalfWay) { AddWire(from, to, bend, false); }
+    /** Wires from each shape's right to the next one's left. */
+    void Chain(std::initializer_list<Shape> shapes);
     /** A wire along given corners. */
     void Path(const QPolygonF &corners, bool arrow);
     Port Dot(const QPointF &at);
