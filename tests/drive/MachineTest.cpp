@@ -9,6 +9,8 @@ namespace quorvik::drive
 namespace
 {
 
+using namespace Param;
+
 constexpr int AnalogFull = 2047;
 
 /** The machine without a line, its stop input closed as a healthy plant wires it. */
@@ -74,42 +76,31 @@ std::vector<Drawn> DrawnSums(const DriveTable &t)
 {
     const auto turned = [&t](int p, int invert) { return t.IsOn(invert) ? -t.Get(p) : t.Get(p); };
     const bool isReferenced = t.DriveState() == State::Run || t.DriveState() == State::Jog;
-    const int trims = turned(Param::SetpointB, Param::SetpointSumInvertB) +
-                      turned(Param::SetpointC, Param::SetpointSumInvertC);
-    const int torque = isReferenced ? t.Get(Param::TorqueReference) : 0;
-    const double parts = t.Get(Param::AuxPIPropStatus) + t.Get(Param::AuxPIIntegralStatus);
-    const double limited = t.IsOn(Param::AuxPIPolarity) ? parts : std::max(parts, 0.0);
+    const int trims = turned(SetpointB, SetpointSumInvertB) + turned(SetpointC, SetpointSumInvertC);
+    const int torque = isReferenced ? t.Get(TorqueReference) : 0;
+    const double parts = t.Get(AuxPIPropStatus) + t.Get(AuxPIIntegralStatus);
+    const double limited = t.IsOn(AuxPIPolarity) ? parts : std::max(parts, 0.0);
     return {
-        {"Velocity Demand", t.Get(Param::VelocityDemand),
-         double(turned(Param::RampOutput, Param::SetpointSumInvertA) + (isReferenced ? trims : 0))},
-        {"Vel Error", t.Get(Param::VelError),
-         double(t.Get(Param::FinalVelDemand) - t.Get(Param::VelFeedback))},
-        {"Current Demand", t.Get(Param::CurrentDemand),
-         double(t.IsOn(Param::DriveModeLSB) ? torque : t.Get(Param::VelLoopOutput))},
-        {"Final I Demand", t.Get(Param::FinalIDemand),
-         double(std::clamp(t.Get(Param::CurrentDemand) + t.Get(Param::AuxIDemand),
-                           t.Get(Param::NegativeILimit), t.Get(Param::PositiveILimit)))},
-        {"Final Field I Demand", t.Get(Param::FinalFieldIDemand),
-         double(t.Get(Param::FieldIDemand) - t.Get(Param::FieldCrossoverOutput))},
-        {"Output", t.Get(Param::AuxPIOutput),
-         limited * t.Get(Param::AuxPIScale) / FullScale + t.Get(Param::AuxPITrim)},
+        {"Velocity Demand", t.Get(VelocityDemand),
+         double(turned(RampOutput, SetpointSumInvertA) + (isReferenced ? trims : 0))},
+        {"Vel Error", t.Get(VelError), double(t.Get(FinalVelDemand) - t.Get(VelFeedback))},
+        {"Current Demand", t.Get(CurrentDemand),
+         double(t.IsOn(DriveModeLSB) ? torque : t.Get(VelLoopOutput))},
+        {"Final I Demand", t.Get(FinalIDemand),
+         double(std::clamp(t.Get(CurrentDemand) + t.Get(AuxIDemand), t.Get(NegativeILimit),
+                           t.Get(PositiveILimit)))},
+        {"Final Field I Demand", t.Get(FinalFieldIDemand),
+         double(t.Get(FieldIDemand) - t.Get(FieldCrossoverOutput))},
+        {"Output", t.Get(AuxPIOutput), limited * t.Get(AuxPIScale) / FullScale + t.Get(AuxPITrim)},
     };
 }
 
 TEST_F(Machine, BoxesShowWhatTheirDrawingsCompute)
 {
-    const std::initializer_list<std::pair<int, int>> setups[] = {{{Param::SetpointB, 700},
-                                                                  {Param::SetpointC, -300},
-                                                                  {Param::SetpointSumInvertC, 1},
-                                                                  {Param::AuxIDemand, 200}},
-                                                                 {{Param::DriveModeLSB, 1},
-                                                                  {Param::TorqueReference, 2000},
-                                                                  {Param::AuxPIFeedback, 900},
-                                                                  {Param::AuxPIPolarity, 0}},
-                                                                 {{Param::FieldCrossoverEnable, 1},
-                                                                  {Param::AuxPISetpoint, 900},
-                                                                  {Param::AuxPIIntegralClamp, 50},
-                                                                  {Param::AuxPITrim, 100}}};
+    const std::initializer_list<std::pair<int, int>> setups[] = {
+        {{SetpointB, 700}, {SetpointC, -300}, {SetpointSumInvertC, 1}, {AuxIDemand, 200}},
+        {{DriveModeLSB, 1}, {TorqueReference, 2000}, {AuxPIFeedback, 900}, {AuxPIPolarity, 0}},
+        {{FieldCrossoverEnable, 1}, {AuxPISetpoint, 900}, {AuxPIIntegralClamp, 50}, {AuxPITrim, 100}}};
     for (const auto &setup : setups) {
         for (const auto &[p, rawValue] : setup)
             table.Put(p, rawValue);
@@ -132,30 +123,30 @@ TEST_F(Machine, BoxesShowWhatTheirDrawingsCompute)
 TEST_F(Machine, StopModesTakeTheirStates)
 {
     for (const State state : {State::RampStop, State::QuickStop, State::CoastStop}) {
-        table.Put(Param::StopMode, state == State::RampStop ? 0 : state == State::QuickStop ? 1 : 2);
+        table.Put(StopMode, state == State::RampStop ? 0 : state == State::QuickStop ? 1 : 2);
         Start(6000);
         Run(6);
         Stop();
         Run(MotorModel::TickSeconds);
         EXPECT_EQ(table.DriveState(), state);
-        EXPECT_EQ(table.Get(Param::RampOutput) > 5000, state == State::RampStop);
-        EXPECT_EQ(table.Get(Param::LoopEnable), state != State::CoastStop);
+        EXPECT_EQ(table.Get(RampOutput) > 5000, state == State::RampStop);
+        EXPECT_EQ(table.Get(LoopEnable), state != State::CoastStop);
         EXPECT_TRUE(RunUntil(State::Stop, 60));
-        EXPECT_EQ(table.Get(Param::ArmPilotStatus), 0) << int(state);
+        EXPECT_EQ(table.Get(ArmPilotStatus), 0) << int(state);
     }
     Start(5000);
     Run(4);
-    table.Put(Param::RunEnable, 0);
+    table.Put(RunEnable, 0);
     Run(0.1);
     EXPECT_EQ(table.DriveState(), State::CoastStop);
-    EXPECT_EQ(table.Get(Param::FinalIDemand), 0);
-    EXPECT_EQ(table.Get(Param::DriveReady), 0);
+    EXPECT_EQ(table.Get(FinalIDemand), 0);
+    EXPECT_EQ(table.Get(DriveReady), 0);
 }
 
 TEST_F(Machine, ThreeWiresLatchTheRunInputAndTwoDoNot)
 {
     for (const bool isMaintained : {false, true}) {
-        table.Put(Param::LogicSelect, isMaintained);
+        table.Put(LogicSelect, isMaintained);
         Start(3000);
         Close(1, false);
         Run(1);
@@ -179,31 +170,31 @@ TEST_F(Machine, ThreeWiresLatchTheRunInputAndTwoDoNot)
 
 TEST_F(Machine, JogHoldsTheContactorForItsDelay)
 {
-    table.Put(Param::JogDelay, 10);
+    table.Put(JogDelay, 10);
     Run(0.2);
     Close(3, true);
     Run(2);
     EXPECT_EQ(table.DriveState(), State::Jog);
-    EXPECT_NEAR(table.Get(Param::VelFeedback), 500, 60);
+    EXPECT_NEAR(table.Get(VelFeedback), 500, 60);
     Close(3, false);
     EXPECT_TRUE(RunUntil(State::JogStop, 0.2));
     EXPECT_TRUE(RunUntil(State::JogDelay, 3));
     Run(0.8);
     EXPECT_EQ(table.DriveState(), State::JogDelay);
-    EXPECT_EQ(table.Get(Param::ArmPilotStatus), 1);
+    EXPECT_EQ(table.Get(ArmPilotStatus), 1);
     EXPECT_TRUE(RunUntil(State::Stop, 0.4));
 }
 
 TEST_F(Machine, FaultStopsLatchesAndIsLogged)
 {
-    Put(Param::ClockSeconds, {58, 59, 13, 4, 21, 11, 26});
+    Put(ClockSeconds, {58, 59, 13, 4, 21, 11, 26});
     Start(3000);
     machine.Trip(64);
     Run(0.1);
     EXPECT_EQ(table.DriveState(), State::EStop);
-    EXPECT_EQ(table.Get(Param::LatchedFault), 64);
-    EXPECT_EQ(table.Get(Param::PresentFault), 0);
-    Expect(Param::FaultLog1Faults, {64, 58, 59, 13, 4, 21, 11, 26});
+    EXPECT_EQ(table.Get(LatchedFault), 64);
+    EXPECT_EQ(table.Get(PresentFault), 0);
+    Expect(FaultLog1Faults, {64, 58, 59, 13, 4, 21, 11, 26});
     for (const int bits : {1, 2, 4, 8, 16}) {
         machine.ClearFault();
         Run(0.1);
@@ -212,7 +203,7 @@ TEST_F(Machine, FaultStopsLatchesAndIsLogged)
         Run(0.1);
     }
     for (int record = 0; record < 5; ++record)
-        EXPECT_EQ(table.Get(Param::FaultLog1Faults + 8 * record), 16 >> record) << "the sixth has fallen out";
+        EXPECT_EQ(table.Get(FaultLog1Faults + 8 * record), 16 >> record) << "the sixth has fallen out";
 }
 
 TEST_F(Machine, InputsScaleIntoTheirDestinations)
@@ -225,20 +216,20 @@ TEST_F(Machine, InputsScaleIntoTheirDestinations)
                 {true, -1024, 500, 9000, 0, -4502},
                 {false, 2047, 0, 20000, 0, 10000}};
     for (const auto &row : rows) {
-        table.Put(Param::AnalogIn1Polarity, row.bipolar);
-        table.Put(Param::AnalogIn1Bias, row.bias);
-        table.Put(Param::AnalogIn1Gain, row.gain);
-        table.Put(Param::AnalogIn1Invert, row.invert);
+        table.Put(AnalogIn1Polarity, row.bipolar);
+        table.Put(AnalogIn1Bias, row.bias);
+        table.Put(AnalogIn1Gain, row.gain);
+        table.Put(AnalogIn1Invert, row.invert);
         machine.Inputs().analog[0] = row.level;
         Run(0.5);
-        EXPECT_NEAR(table.Get(Param::Reference0), row.expected, 20) << "from " << row.level;
+        EXPECT_NEAR(table.Get(Reference0), row.expected, 20) << "from " << row.level;
     }
 }
 
 TEST_F(Machine, ShownValuesStayWithinTheirLimits)
 {
-    table.Put(Param::InvertFeedback, 1);
-    table.Put(Param::FeedbackSelect, 1);
+    table.Put(InvertFeedback, 1);
+    table.Put(FeedbackSelect, 1);
     Start(9000);
     machine.Inputs().analog[2] = 4095;
     Run(20);
