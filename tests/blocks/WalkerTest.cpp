@@ -126,26 +126,6 @@ TEST_P(WalkerTest, NoWireRunsThroughTextOrABox)
     }
 }
 
-TEST_P(WalkerTest, ArmsEndAtContactsAndContactsAreWired)
-{
-    const QList<Element> &elements = form->drawing().Elements();
-    const auto isWired = [&](const QPointF &place) {
-        return std::any_of(elements.begin(), elements.end(), [&](const Element &wire) {
-            return (wire.symbol == Symbol::Wire || wire.symbol == Symbol::Limit) &&
-                   (QLineF(wire.points.first(), place).length() < 0.6 ||
-                    QLineF(wire.points.last(), place).length() < 0.6);
-        });
-    };
-    for (const Element &arm : elements) {
-        if (arm.symbol != Symbol::Switch && arm.symbol != Symbol::Contact)
-            continue;
-        for (const QPointF &place : arm.points)
-            EXPECT_TRUE(isWired(place)) << arm.name.toStdString() << " at " << place.x() << ", " << place.y();
-        const bool open = arm.symbol == Symbol::Contact ? arm.state == 0 : arm.state < 0;
-        EXPECT_NE(open, arm.points.contains(Drawing::ArmEnd(arm))) << arm.name.toStdString();
-    }
-}
-
 TEST_P(WalkerTest, EveryElementLeavesInk)
 {
     if (GetParam().fontScale != 1.0)
@@ -162,31 +142,6 @@ TEST_P(WalkerTest, EveryElementLeavesInk)
             ink[visible] = view.grab().toImage();
         }
         EXPECT_NE(ink[0], ink[1]) << i << " " << element.name.toStdString() << " " << int(element.symbol);
-    }
-}
-
-TEST_P(WalkerTest, ArrowsEnterWhatTheyPointAt)
-{
-    QList<QRectF> targets;
-    for (const Element &element : form->drawing().Elements())
-        if (!element.rect.isEmpty() && element.symbol != Symbol::Frame && element.symbol != Symbol::Roll)
-            targets.append(form->View().ToPixels(element.rect));
-    for (const QWidget *control : OnSheet())
-        if (qobject_cast<const ValueBox *>(control))
-            targets.append(control->geometry());
-    const double near = 1.5 * form->View().Unit();
-    for (const Element &wire : form->drawing().Elements()) {
-        const QPolygonF points = form->View().ToPixels(wire.points);
-        if (!wire.arrow)
-            continue;
-        const QPointF end = points.last();
-        const QPointF ahead =
-            QLineF(points.at(points.size() - 2), end).unitVector().p2() - points.at(points.size() - 2);
-        // One that leads out of the sheet has nothing near.
-        for (const QRectF &target : targets)
-            EXPECT_TRUE(!target.adjusted(-near, -near, near, near).contains(end) ||
-                        (target.contains(end + 3 * ahead) && !target.contains(end - 3 * ahead)))
-                << "at " << end.x() << ", " << end.y();
     }
 }
 
