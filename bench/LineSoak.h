@@ -3,7 +3,7 @@
 #include "drive/DriveCommands.h"
 #include "drive/DriveServer.h"
 #include "link/PatientAsker.h"
-#include "model/Model.h"
+#include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
@@ -50,25 +50,25 @@ public:
     LineSoak(const QString &presets, std::uint32_t seed)
         : dice_(seed)
     {
-        for (Model *model : {&driveModel_, &model_})
-            Note(SettingsFile(*model).LoadPresets(presets));
+        for (ParameterTable *table : {&driveParameters_, &table_})
+            Note(LoadFactoryTable(presets, *table));
         SetFailureReporter([this](const RuntimeFailure &failure) { Note(failure.Sentence()); });
-        table_ = std::make_unique<drive::DriveTable>(driveModel_);
-        commands_ = std::make_unique<drive::DriveCommands>(*table_, drive::CommandTimings{2, 5});
+        inDrive_ = std::make_unique<drive::DriveTable>(driveParameters_);
+        commands_ = std::make_unique<drive::DriveCommands>(*inDrive_, drive::CommandTimings{2, 5});
         Note(terminal_.Open());
-        server_ = std::make_unique<drive::DriveServer>(*table_, *commands_, faults_, terminal_, 0);
+        server_ = std::make_unique<drive::DriveServer>(*inDrive_, *commands_, faults_, terminal_, 0);
 
-        model_.ResetToDefaults();
-        rows_.resize(std::size_t(model_.LastParam + 1));
-        for (int p = 0; p <= model_.LastParam; ++p) {
+        table_.ResetToDefaults();
+        rows_.resize(std::size_t(table_.LastParam + 1));
+        for (int p = 0; p <= table_.LastParam; ++p) {
             // Where nothing else depends on the value, it tells whose it is.
             if (IsPlain(p))
-                table_->Put(p, MarkedValue(p, 0));
+                inDrive_->Put(p, MarkedValue(p, 0));
             Row &row = rows_[std::size_t(p)];
-            row.Know(row.inDrive = table_->Get(p));
-            row.Know(row.here = model_.Value(p));
-            const ParamRecord &record = model_.ParamTable[p];
-            if (IsPlain(p) && !model_.AttrBit(Attr::ReadOnly, p) && record.Max > record.Min)
+            row.Know(row.inDrive = inDrive_->Get(p));
+            row.Know(row.here = table_.Value(p));
+            const ParamRecord &record = table_.Row(p);
+            if (IsPlain(p) && !table_.AttrBit(Attr::ReadOnly, p) && record.Max > record.Min)
                 editable_.push_back(p);
         }
         link_.MSComm1.DeviceOf = [this](int) { return terminal_.DevicePath(); };
@@ -159,7 +159,7 @@ private:
                                p == Param::DriveCurrent || p == Param::MotorCurrent ||
                                (p >= Param::SaveParameters && p <= Param::DriveModel) ||
                                p == Param::ClearFault || p == Param::DriveState;
-        return !isSpecial && (driveModel_.PresetTable[p].Attributes & Attr::RefreshAfterLoad) == 0;
+        return !isSpecial && (driveParameters_.PresetTable[p].Attributes & Attr::RefreshAfterLoad) == 0;
     }
 
     void LetFail(double rate, const std::vector<int> &lateMs)
@@ -195,29 +195,29 @@ private:
     {
         if (!window.empty()) {
             for (const int p : std::exchange(window, {}))
-                model_.RemoveReadInterest(p);
+                table_.RemoveReadInterest(p);
             return;
         }
         const bool isWhole = Pick(2) == 0;
-        const int count = isWhole ? model_.LastParam + 1 : BoxesOfAWindow;
+        const int count = isWhole ? table_.LastParam + 1 : BoxesOfAWindow;
         for (int i = 0; i < count; ++i) {
-            window.push_back(isWhole ? i : Pick(model_.LastParam + 1));
-            model_.AddReadInterest(window.back());
+            window.push_back(isWhole ? i : Pick(table_.LastParam + 1));
+            table_.AddReadInterest(window.back());
         }
     }
 
     /** What the drive and the user do between two transactions. */
     void LiveOn()
     {
-        if (const int p = Pick(model_.LastParam + 1); Pick(10) == 0 && IsPlain(p))
-            table_->Put(p, MarkedValue(p, Pick(20)));
+        if (const int p = Pick(table_.LastParam + 1); Pick(10) == 0 && IsPlain(p))
+            inDrive_->Put(p, MarkedValue(p, Pick(20)));
         if (Pick(50) == 0) {
             const int p = editable_[std::size_t(Pick(int(editable_.size())))];
-            const ParamRecord &record = model_.ParamTable[p];
+            const ParamRecord &record = table_.Row(p);
             const std::int32_t value = record.Min + Pick(record.Max - record.Min + 1);
             rows_[std::size_t(p)].Know(value);
             ++figures_.entries;
-            model_.SetParamValue(p, value, true, false);
+            table_.SetParamValue(p, value, true, false);
         }
         if (Pick(200) == 0)
             Toggle(windows_[std::size_t(Pick(int(windows_.size())))]);
@@ -225,11 +225,11 @@ private:
 
     void CheckTables()
     {
-        for (int p = 0; p <= table_->LastParam(); ++p) {
+        for (int p = 0; p <= inDrive_->LastParam(); ++p) {
             Row &row = rows_[std::size_t(p)];
-            if (const std::int32_t value = table_->Get(p); value != row.inDrive)
+            if (const std::int32_t value = inDrive_->Get(p); value != row.inDrive)
                 row.Know(row.inDrive = value);
-            const std::int32_t value = model_.Value(p);
+            const std::int32_t value = table_.Value(p);
             if (value == row.here)
                 continue;
             row.here = value;
@@ -263,7 +263,7 @@ private:
             QObject here;
             QObject::connect(&link_, &DriveLink::ScanFinished, &here, [&isFinished] { isFinished = true; });
             link_.StartScan(WholeScan::Reading);
-            while (link_.PortOpen() && (model_.WritePending || !isFinished)) {
+            while (link_.PortOpen() && (table_.WritePending || !isFinished)) {
                 Turn();
                 if (limit.hasExpired())
                     return false;
@@ -275,14 +275,14 @@ private:
 
     void Compare()
     {
-        for (int p = 0; p <= model_.LastParam; ++p) {
-            const ParamRecord &record = model_.ParamTable[p];
-            if (record.Value != table_->Get(p) || record.ReadFlag != 0 ||
+        for (int p = 0; p <= table_.LastParam; ++p) {
+            const ParamRecord &record = table_.Row(p);
+            if (record.Value != inDrive_->Get(p) || record.ReadFlag != 0 ||
                 record.WriteFlag != WriteState::None)
                 Note(QStringLiteral("parameter %1: %2 here, %3 in the drive, read flag %4, write flag %5")
                          .arg(p)
                          .arg(record.Value)
-                         .arg(table_->Get(p))
+                         .arg(inDrive_->Get(p))
                          .arg(record.ReadFlag)
                          .arg(record.WriteFlag));
         }
@@ -294,20 +294,21 @@ private:
 
     int Pick(int count) { return int(dice_() % std::uint32_t(count)); }
 
-    Model driveModel_;
-    std::unique_ptr<drive::DriveTable> table_;
+    ParameterTable driveParameters_;
+    std::unique_ptr<drive::DriveTable> inDrive_;
     std::unique_ptr<drive::DriveCommands> commands_;
     drive::FaultInjector faults_;
     drive::PseudoTerminal terminal_;
     std::unique_ptr<drive::DriveServer> server_;
 
-    Model model_;
+    ParameterTable table_;
+    Document document_{table_};
     PatientAsker asker_;
-    EntryRules rules_{model_, asker_};
-    DriveLink link_{model_, Hastened()};
-    SettingsFile file_{model_};
-    SaveCommands saving_{model_, asker_, file_, QString()};
-    DriveOperations operations_{model_, link_, rules_, saving_, asker_};
+    EntryRules rules_{table_, asker_};
+    DriveLink link_{table_, Hastened()};
+    SettingsFile file_{table_, document_};
+    SaveCommands saving_{document_, asker_, file_, QString()};
+    DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_};
     QTimer impatience_;
 
     std::mt19937 dice_;

@@ -3,7 +3,7 @@
 
 #include "Figures.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
@@ -122,10 +122,11 @@ public:
     explicit Bench(int baud)
         : drive_(baud)
     {
-        if (const QString failure = SettingsFile(model_).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE));
+        if (const QString failure =
+                SettingsFile(table_, document_).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE));
             !failure.isEmpty())
             Fail(failure);
-        model_.ResetToDefaults();
+        table_.ResetToDefaults();
         link_.MSComm1.DeviceOf = [this](int) { return drive_.Link(); };
         operations_.GoOnLine();
         if (!link_.PortOpen())
@@ -134,14 +135,14 @@ public:
 
     ScanCost Read()
     {
-        model_.SetAllReadFlags(1);
+        table_.SetAllReadFlags(1);
         const ScanCost cost = Scan();
-        model_.SetAllReadFlags(-1);
+        table_.SetAllReadFlags(-1);
         return cost;
     }
     ScanCost Write()
     {
-        model_.SetAllWriteFlags(WriteState::Queued);
+        table_.SetAllWriteFlags(WriteState::Queued);
         return Scan();
     }
 
@@ -151,14 +152,14 @@ private:
         Settle();
         const double bytesBefore = drive_.BytesOnTheWire();
         ScanCost cost;
-        cost.parameters = model_.WritePending ? CountWrites() : model_.LastParam + 1;
+        cost.parameters = table_.WritePending ? CountWrites() : table_.LastParam + 1;
         link_.CurrentParam = 0;
         link_.SerialCommTimer.start();
         // The clock starts at the tick that sends the first request.
         PumpWhile([this] { return !link_.SerialCommTimeout.isActive(); });
         QElapsedTimer clock;
         clock.start();
-        PumpWhile([this] { return link_.CurrentParam <= model_.LastParam; });
+        PumpWhile([this] { return link_.CurrentParam <= table_.LastParam; });
         cost.ns = double(clock.nsecsElapsed());
         Settle();
         cost.wireNs = (drive_.BytesOnTheWire() - bytesBefore) * BitsPerByte * NsPerSecond / Baud;
@@ -176,19 +177,20 @@ private:
     int CountWrites() const
     {
         int writes = 0;
-        for (int p = 0; p <= model_.LastParam; ++p)
-            writes += model_.ParamTable[p].WriteFlag == WriteState::Queued ? 1 : 0;
+        for (int p = 0; p <= table_.LastParam; ++p)
+            writes += table_[p].WriteFlag == WriteState::Queued ? 1 : 0;
         return writes;
     }
 
     Drive drive_;
-    Model model_;
+    ParameterTable table_;
+    Document document_{table_};
     FailingAsker asker_;
-    EntryRules rules_{model_, asker_};
-    DriveLink link_{model_};
-    SettingsFile file_{model_};
-    SaveCommands saving_{model_, asker_, file_, QString()};
-    DriveOperations operations_{model_, link_, rules_, saving_, asker_};
+    EntryRules rules_{table_, asker_};
+    DriveLink link_{table_};
+    SettingsFile file_{table_, document_};
+    SaveCommands saving_{document_, asker_, file_, QString()};
+    DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_};
 };
 
 /**

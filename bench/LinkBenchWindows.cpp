@@ -58,15 +58,15 @@ int main(int argc, char **argv)
     bool kept = Print("deaf-moment-polling", WorstGap(poll), "ms", LimitMs);
     kept &= Print("deaf-moment-reading", WorstGap([&] { engines.drive.ReadAll(); }), "ms", LimitMs);
     kept &= Print("deaf-moment-writing", WorstGap([&] {
-                      engines.model.SetAllWriteFlags(WriteState::Queued);
+                      engines.table.SetAllWriteFlags(WriteState::Queued);
                       // What a running drive would refuse.
-                      for (int p = 0; p <= engines.model.LastParam; ++p)
-                          if (engines.model.AttrBit(Attr::Icr, p))
-                              engines.model.ParamTable[p].WriteFlag = WriteState::None;
+                      for (int p = 0; p <= engines.table.LastParam; ++p)
+                          if (engines.table.AttrBit(Attr::Icr, p))
+                              engines.table.Row(p).WriteFlag = WriteState::None;
                       engines.drive.SendAll();
                   }),
                   "ms", LimitMs);
-    engines.model.DriveModified = false;
+    engines.document.DriveModified = false;
     engines.drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;
 }

@@ -68,7 +68,7 @@ int main(int argc, char **argv)
     for (int minute = 0; minute < minutes; ++minute) {
         if (minute == warmUp)
             begin = ReadGauge();
-        engines.model.SetParamValue(Edited, 100 + minute % 50, true, false);
+        engines.table.SetParamValue(Edited, 100 + minute % 50, true, false);
         scans = 0;
         PumpWhile([] { return true; }, QDeadlineTimer(MinuteMs, Qt::PreciseTimer));
         scansByMinute.push_back(scans);
@@ -91,7 +91,7 @@ int main(int argc, char **argv)
     kept &= Print("long-handles-growth", end.handles - begin.handles, "handles", 0);
     kept &= Print("long-timers-growth", end.timers - begin.timers, "timers", 0);
     kept &= Print("long-scan-rate-drift", std::abs(late - early) / early * 100, "%", 5);
-    engines.model.DriveModified = false;
+    engines.document.DriveModified = false;
     engines.drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;
 }

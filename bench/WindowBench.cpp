@@ -64,22 +64,22 @@ void RunEventsFor(int milliseconds)
 
 bool MeasureFiles(const QString &folder)
 {
-    Model model;
-    model.InitColors();
-    SettingsFile file(model);
+    ParameterTable table;
+    Document document{table};
+    SettingsFile file(table, document);
     if (!file.LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)).isEmpty())
         return false;
-    model.ResetToDefaults();
+    table.ResetToDefaults();
     const QString path = folder + QStringLiteral("/bench.Svx");
     const double save = MedianOfFive([&] { file.Save(path); });
     const double load = MedianOfFive([&] { file.LoadSettings(path); });
 
-    const int rows = model.FileLastParam + 1;
-    model.ParamTable.Resize(rows * TableFactor - 1);
-    model.PresetTable.Resize(rows * TableFactor - 1);
+    const int rows = table.FileLastParam + 1;
+    table.Resize(rows * TableFactor - 1);
+    table.PresetTable.Resize(rows * TableFactor - 1);
     for (int i = rows; i < rows * TableFactor; ++i)
-        model.ParamTable[i] = model.ParamTable[i % rows];
-    model.FileLastParam = model.LastParam = std::int16_t(rows * TableFactor - 1);
+        table.Row(i) = table.Row(i % rows);
+    table.FileLastParam = table.LastParam = std::int16_t(rows * TableFactor - 1);
     const double saveMany = MedianOfFive([&] { file.Save(path); });
     const double loadMany = MedianOfFive([&] { file.LoadSettings(path); });
     bool kept = Print("settings-save", save, "ms", 20);

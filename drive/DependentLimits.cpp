@@ -1,7 +1,7 @@
 #include "drive/DependentLimits.h"
 
 #include "drive/Parameters.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 
 #include <algorithm>
 #include <array>
@@ -41,11 +41,11 @@ void HoldInRange(ParamRecord &record)
     record.Value = std::min(std::max(record.Value, record.Min), record.Max);
 }
 
-void TakeLimits(Model &table, int dependant, int selector, bool takesRange)
+void TakeLimits(ParameterTable &table, int dependant, int selector, bool takesRange)
 {
     const std::int32_t selected = table.Value(selector);
-    const ParamRecord &source = selected == 0 ? table.PresetTable[dependant] : table.ParamTable[selected];
-    ParamRecord &record = table.ParamTable[dependant];
+    const ParamRecord &source = selected == 0 ? table.PresetTable[dependant] : table[selected];
+    ParamRecord &record = table.Row(dependant);
     record.Attributes = selected == 0 ? source.Attributes : source.Attributes & ~Attr::NotInherited;
     if (selected == 0 || takesRange) {
         record.Min = source.Min;
@@ -53,22 +53,22 @@ void TakeLimits(Model &table, int dependant, int selector, bool takesRange)
     }
 }
 
-void TakeRelayLimits(Model &table, int relay)
+void TakeRelayLimits(ParameterTable &table, int relay)
 {
     for (const int first : {Param::RelayOut1OnValue, Param::RelayOut1OffValue}) {
         TakeLimits(table, first + relay, Param::RelayOut1Source + relay, true);
         // Only the size counts then.
         if (table.Value(Param::RelayOut1Source + relay) != 0 &&
             table.Value(Param::RelayOut1AbsoluteValue + relay) != 0)
-            table.ParamTable[first + relay].Min = 0;
+            table.Row(first + relay).Min = 0;
     }
 }
 
-void BoundCalibration(Model &table, int input)
+void BoundCalibration(ParameterTable &table, int input)
 {
     const bool isBipolar = table.Value(Param::AnalogIn1Polarity + input) != 0;
-    ParamRecord &low = table.ParamTable[Param::AnalogIn1ZeroCalibration + input];
-    ParamRecord &high = table.ParamTable[Param::AnalogIn1FullCalibration + input];
+    ParamRecord &low = table.Row(Param::AnalogIn1ZeroCalibration + input);
+    ParamRecord &high = table.Row(Param::AnalogIn1FullCalibration + input);
     low.Min = isBipolar ? -FullCounts - 1 : 0;
     high.Min = 0;
     low.Max = high.Max = FullCounts;
@@ -76,12 +76,12 @@ void BoundCalibration(Model &table, int input)
     HoldInRange(high);
 }
 
-void BoundMotorCurrent(Model &table)
+void BoundMotorCurrent(ParameterTable &table)
 {
     const auto rating = std::size_t(table.Value(Param::DriveModel) & 15);
     const std::int32_t amps = rating < RatedAmps.size() ? RatedAmps[rating] : 0;
-    table.ParamTable[Param::DriveCurrent].Value = amps;
-    ParamRecord &motor = table.ParamTable[Param::NameplateMotorI];
+    table.Row(Param::DriveCurrent).Value = amps;
+    ParamRecord &motor = table.Row(Param::NameplateMotorI);
     motor.Min = std::int32_t(std::nearbyint(amps * 0.2));
     motor.Max = motor.Preset = motor.Value = amps;
 }
@@ -93,7 +93,7 @@ bool IsOneOf(int p, int first, int count)
 
 } // namespace
 
-void FollowWithLimits(Model &table, int p)
+void FollowWithLimits(ParameterTable &table, int p)
 {
     for (const Dependants &row : All) {
         if (!IsOneOf(p, row.selector, row.count))
@@ -101,7 +101,7 @@ void FollowWithLimits(Model &table, int p)
         const int dependant = row.first + (p - row.selector);
         TakeLimits(table, dependant, p, row.takesRange);
         if (table.Value(p) != 0)
-            HoldInRange(table.ParamTable[dependant]);
+            HoldInRange(table.Row(dependant));
     }
     // The third relay follows its source only when its Absolute Value is written.
     if (IsOneOf(p, Param::RelayOut1Source, 2))

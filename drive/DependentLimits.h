@@ -2,7 +2,7 @@
 
 namespace quorvik
 {
-class Model;
+class ParameterTable;
 }
 
 namespace quorvik::drive
@@ -16,6 +16,6 @@ namespace quorvik::drive
  * Written for the drive alone and by dependant, so that a mistake in the tool's rules meets a drive that does
  * not share it.
  */
-void FollowWithLimits(Model &table, int p);
+void FollowWithLimits(ParameterTable &table, int p);
 
 } // namespace quorvik::drive

@@ -20,27 +20,27 @@ double Scale(std::int32_t attributes)
 
 } // namespace
 
-DriveTable::DriveTable(Model &model)
-    : model_(model)
+DriveTable::DriveTable(ParameterTable &table)
+    : table_(table)
 {
-    model_.ResetToDefaults();
-    last_ = model_.LastParam;
+    table_.ResetToDefaults();
+    last_ = table_.LastParam;
     SaveToMemory();
 }
 
 void DriveTable::Put(int p, std::int32_t rawValue)
 {
     if (Has(p))
-        model_.ParamTable[p].Value = rawValue;
+        table_.SetValue(p, rawValue, ChangeCause::Emulated);
 }
 
 void DriveTable::PutWithin(int p, double rawValue)
 {
     if (!Has(p) || std::isnan(rawValue))
         return;
-    ParamRecord &record = model_.ParamTable[p];
+    const ParamRecord &record = table_[p];
     const double low = std::min(record.Min, record.Max);
-    record.Value = std::int32_t(std::clamp(std::nearbyint(rawValue), low, double(record.Max)));
+    Put(p, std::int32_t(std::clamp(std::nearbyint(rawValue), low, double(record.Max))));
 }
 
 double DriveTable::Scaled(int p) const
@@ -73,19 +73,19 @@ int DriveTable::Selected(int p) const
 
 std::int32_t DriveTable::FromWire(int p, std::uint16_t bits) const
 {
-    return model_.AttrBit(Attr::Long, p) ? std::int32_t(bits) : std::int32_t(std::int16_t(bits));
+    return table_.AttrBit(Attr::Long, p) ? std::int32_t(bits) : std::int32_t(std::int16_t(bits));
 }
 
 bool DriveTable::Write(int p, std::uint16_t bits)
 {
-    if (!Has(p) || model_.AttrBit(Attr::ReadOnly, p) || (model_.AttrBit(Attr::Icr, p) && !IsStopped()))
+    if (!Has(p) || table_.AttrBit(Attr::ReadOnly, p) || (table_.AttrBit(Attr::Icr, p) && !IsStopped()))
         return false;
-    ParamRecord &record = model_.ParamTable[p];
+    const ParamRecord &record = table_[p];
     const std::int32_t rawValue = FromWire(p, bits);
     if (rawValue < record.Min || rawValue > record.Max)
         return false;
-    record.Value = rawValue;
-    FollowWithLimits(model_, p);
+    Put(p, rawValue);
+    FollowWithLimits(table_, p);
     return true;
 }
 
@@ -93,21 +93,21 @@ void DriveTable::SetDriveModel(std::int32_t code)
 {
     Put(Param::DriveModel, code);
     if (Has(Param::DriveModel))
-        FollowWithLimits(model_, Param::DriveModel);
+        FollowWithLimits(table_, Param::DriveModel);
     SaveToMemory();
 }
 
 bool DriveTable::IsKept(int p) const
 {
     const bool isClock = p >= Param::ClockFirst && p <= Param::ClockLast;
-    return !isClock && !model_.AttrBit(Attr::ReadOnly, p);
+    return !isClock && !table_.AttrBit(Attr::ReadOnly, p);
 }
 
 void DriveTable::SaveToMemory()
 {
     memory_.resize(std::size_t(last_) + 1);
     for (int p = 0; p <= last_; ++p)
-        memory_[std::size_t(p)] = model_.Value(p);
+        memory_[std::size_t(p)] = table_.Value(p);
     // A command is no setting: a reload must not start the next one.
     for (const int command :
          {Param::SaveParameters, Param::LoadParameters, Param::OneShotCommand, Param::ClearFault})
@@ -119,11 +119,11 @@ void DriveTable::LoadFromMemory()
 {
     for (int p = 0; p <= last_; ++p)
         if (IsKept(p))
-            model_.ParamTable[p].Value = memory_[std::size_t(p)];
+            Put(p, memory_[std::size_t(p)]);
     for (int p = 0; p <= last_; ++p)
         // The model's rule would set the motor current back to the rating.
         if (p != Param::DriveModel)
-            FollowWithLimits(model_, p);
+            FollowWithLimits(table_, p);
 }
 
 } // namespace quorvik::drive

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "drive/Parameters.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 
 #include <optional>
 #include <vector>
@@ -16,14 +16,14 @@ namespace quorvik::drive
 class DriveTable
 {
 public:
-    /** @param model with its factory table read; becomes the drive's own and is set to that state. */
-    explicit DriveTable(Model &model);
+    /** @param table with its factory table read; becomes the drive's own and is set to that state. */
+    explicit DriveTable(ParameterTable &table);
 
     int LastParam() const { return last_; }
     bool Has(int p) const { return p >= 0 && p <= last_; }
-    const ParamRecord &Record(int p) const { return model_.ParamTable[p]; }
+    const ParamRecord &Record(int p) const { return table_[p]; }
 
-    std::int32_t Get(int p) const { return Has(p) ? model_.Value(p) : 0; }
+    std::int32_t Get(int p) const { return Has(p) ? table_.Value(p) : 0; }
     bool IsOn(int p) const { return Get(p) != 0; }
     /** The drive's own change of a value: neither access nor limits stand in its way. */
     void Put(int p, std::int32_t rawValue);
@@ -39,7 +39,7 @@ public:
     int Selected(int p) const;
 
     State DriveState() const { return State(Get(Param::DriveState)); }
-    bool IsStopped() const { return model_.DriveIsStopped(); }
+    bool IsStopped() const { return table_.DriveIsStopped(); }
 
     /** What a value's two bytes on the wire mean for parameter p. */
     std::int32_t FromWire(int p, std::uint16_t bits) const;
@@ -54,7 +54,7 @@ public:
 private:
     bool IsKept(int p) const;
 
-    Model &model_;
+    ParameterTable &table_;
     int last_;
     std::vector<std::int32_t> memory_;
 };

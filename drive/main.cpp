@@ -128,10 +128,10 @@ int main(int argc, char **argv)
     Options options;
     if (const QString problem = ReadOptions(application, options); !problem.isEmpty())
         return Complain(problem);
-    Model model;
-    if (const QString problem = SettingsFile(model).LoadPresets(options.presets); !problem.isEmpty())
+    ParameterTable parameters;
+    if (const QString problem = LoadFactoryTable(options.presets, parameters); !problem.isEmpty())
         return Complain(options.presets + QStringLiteral(": ") + problem);
-    DriveTable table(model);
+    DriveTable table(parameters);
     if (options.model)
         table.SetDriveModel(*options.model);
 

@@ -1,7 +1,8 @@
 #include "generator/PageWriter.h"
 
 #include "model/Conversions.h"
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,8 +55,9 @@ QString AccessWords(std::int32_t attributes)
 
 } // namespace
 
-PageWriter::PageWriter(const Model &model, const Topics &topics, QString pictureFolder, QString outFolder)
-    : model_(model)
+PageWriter::PageWriter(const ParameterTable &table, const Topics &topics, QString pictureFolder,
+                       QString outFolder)
+    : table_(table)
     , topics_(topics)
     , pictureFolder_(std::move(pictureFolder))
     , outFolder_(std::move(outFolder))
@@ -95,7 +97,7 @@ QString PageWriter::Expand(const Topic &topic, QStringList &problems)
         else if (match.hasMatch())
             result.append(Picture(match.captured(2), match.captured(1), topic.name, problems));
         else if (line.trimmed() == QStringLiteral("{{parameters}}"))
-            result.append(ParameterTable());
+            result.append(TableOfParameters());
         else
             result.append(line);
     }
@@ -108,11 +110,11 @@ QString PageWriter::ParameterRow(const QString &line, const QString &topic, QStr
     const QRegularExpressionMatch match = form.match(line);
     const int first = match.captured(1).toInt();
     const int last = match.captured(2).isEmpty() ? first : match.captured(2).toInt();
-    if (!match.hasMatch() || last < first || last > model_.ParamTable.UpperBound()) {
+    if (!match.hasMatch() || last < first || last > table_.UpperBound()) {
         problems.append(topic + QStringLiteral(": no row of a parameter: ") + line);
         return {};
     }
-    const ParamRecord &record = model_.ParamTable[first];
+    const ParamRecord &record = table_[first];
     const QString numbers =
         last == first ? QStringLiteral("(%1)").arg(first) : QStringLiteral("(%1 to %2)").arg(first).arg(last);
     return QStringLiteral("| %1 %2 | %3 | %4 | %5 | %6 |")
@@ -120,12 +122,12 @@ QString PageWriter::ParameterRow(const QString &line, const QString &topic, QStr
              AccessWords(record.Attributes), match.captured(3));
 }
 
-QString PageWriter::ParameterTable() const
+QString PageWriter::TableOfParameters() const
 {
     QStringList rows = {QString(), QStringLiteral("| Number | Name | Range | Factory | Access |"),
                         QStringLiteral("|---|---|---|---|---|")};
-    for (int p = 0; p <= model_.FileLastParam; ++p) {
-        const ParamRecord &record = model_.ParamTable[p];
+    for (int p = 0; p <= table_.FileLastParam; ++p) {
+        const ParamRecord &record = table_[p];
         rows.append(QStringLiteral("| %1 | %2 | %3 | %4 | %5 |")
                         .arg(QString::number(p), record.Name, LimitsText(record),
                              ValueText(record.Preset, record.Attributes), AccessWords(record.Attributes)));

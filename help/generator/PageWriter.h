@@ -6,7 +6,7 @@
 
 namespace quorvik
 {
-class Model;
+class ParameterTable;
 }
 
 namespace quorvik::help
@@ -23,8 +23,8 @@ namespace quorvik::help
 class PageWriter
 {
 public:
-    /** @param model holds the factory table. */
-    PageWriter(const Model &model, const Topics &topics, QString pictureFolder, QString outFolder);
+    /** @param table holds the factory table. */
+    PageWriter(const ParameterTable &table, const Topics &topics, QString pictureFolder, QString outFolder);
 
     /** Writes all pages and copies the pictures they show; dead links and missing pictures go into problems.
      */
@@ -36,11 +36,11 @@ public:
 private:
     QString Expand(const Topic &topic, QStringList &problems);
     QString ParameterRow(const QString &line, const QString &topic, QStringList &problems) const;
-    QString ParameterTable() const;
+    QString TableOfParameters() const;
     QString Picture(const QString &name, const QString &caption, const QString &topic, QStringList &problems);
     void CheckLinks(const QString &html, const QString &topic, QStringList &problems) const;
 
-    const Model &model_;
+    const ParameterTable &table_;
     const Topics &topics_;
     QString pictureFolder_;
     QString outFolder_;

@@ -5,7 +5,7 @@
 #include "generator/ProjectWriter.h"
 #include "generator/Topics.h"
 
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "settings/SettingsFile.h"
 
 #include <QCommandLineParser>
@@ -30,16 +30,16 @@ int main(int argc, char **argv)
         parser.showHelp(2);
 
     QStringList problems;
-    Model model;
-    const QString failure = SettingsFile(model).LoadPresets(arguments[1]);
+    ParameterTable table;
+    const QString failure = LoadFactoryTable(arguments[1], table);
     if (!failure.isEmpty())
         problems.append(failure);
-    model.ResetToDefaults();
+    table.ResetToDefaults();
 
     help::Topics topics;
     topics.Read(arguments[0], problems);
     topics.Check(help::ReadText(arguments[3], problems).split(u'\n', Qt::SkipEmptyParts), problems);
-    help::PageWriter pages(model, topics, arguments[2], arguments[4]);
+    help::PageWriter pages(table, topics, arguments[2], arguments[4]);
     pages.WriteAll(problems);
     help::WriteProject(topics, pages.Files(), arguments[4], problems);
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "model/Model.h"
+#include "desktop/Desk.h"
+#include "model/ParameterTable.h"
 
 #include <optional>
 #include <span>

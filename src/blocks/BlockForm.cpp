@@ -133,8 +133,8 @@ void BlockForm::Load()
         if (!row.IsFixed())
             continue;
         const QString number = QString::number(row.param);
-        SetPlainToolTip(row.label, NumberAndName(number, desk().model.ParamTable[row.param].Name));
-        desk().model.AddReadInterest(row.param);
+        SetPlainToolTip(row.label, NumberAndName(number, desk().table[row.param].Name));
+        desk().table.AddReadInterest(row.param);
     }
     On(timerUpdateScreen_, &QTimer::timeout, this,
        [this] { tickGuard_.Run([this] { TimerUpdateScreen_Timer(); }); });
@@ -148,11 +148,11 @@ void BlockForm::Unload()
     timerUpdateScreen_->stop();
     for (const Row &row : rows_)
         if (row.IsFixed())
-            desk().model.RemoveReadInterest(row.param);
+            desk().table.RemoveReadInterest(row.param);
     if (trackedParam_ >= 0)
-        desk().model.RemoveReadInterest(trackedParam_);
+        desk().table.RemoveReadInterest(trackedParam_);
     for (const int p : extraInterest_)
-        desk().model.RemoveReadInterest(p);
+        desk().table.RemoveReadInterest(p);
 }
 
 QSize BlockForm::sizeHint() const
@@ -173,9 +173,9 @@ void BlockForm::MeasureRows()
     };
     const QString longestOfAll = std::ranges::all_of(rows_, &Row::IsFixed)
                                      ? QString()
-                                     : LongestValueTextOfAll(desk().model, view_->fontMetrics());
+                                     : LongestValueTextOfAll(desk().table, view_->fontMetrics());
     for (Row &row : rows_) {
-        const QString longest = row.IsFixed() ? LongestValueText(desk().model, row.param) : longestOfAll;
+        const QString longest = row.IsFixed() ? LongestValueText(desk().table, row.param) : longestOfAll;
         row.width = std::max(UsualBoxWidth, cellsFor(longest));
     }
 }
@@ -300,12 +300,12 @@ ClickArea *BlockForm::ClickToFlip(const QString &name, const QRectF &cells, cons
 bool BlockForm::MayWrite(const QList<int> &rows) const
 {
     return std::all_of(rows.begin(), rows.end(),
-                       [this](int row) { return desk().model.CanWriteParam(RowParam(row)); });
+                       [this](int row) { return desk().table.CanWriteParam(RowParam(row)); });
 }
 
 bool BlockForm::IsReferenceEnabled() const
 {
-    const std::int32_t rawState = desk().model.Value(Param::DriveState);
+    const std::int32_t rawState = desk().table.Value(Param::DriveState);
     return rawState == 1 || rawState == 3;
 }
 
@@ -335,12 +335,12 @@ QLabel *BlockForm::StaticLabel(const QString &name) const
 void BlockForm::Write(int p, std::int32_t rawValue)
 {
     // On line the acknowledgement of the write refreshes what hangs on the parameter.
-    desk().model.SetParamValue(p, rawValue, true, !desk().model.PortOpen());
+    desk().table.SetParamValue(p, rawValue, true, !desk().table.PortOpen());
 }
 
 void BlockForm::AddExtraInterest(int p)
 {
-    desk().model.AddReadInterest(p);
+    desk().table.AddReadInterest(p);
     extraInterest_.append(p);
 }
 
@@ -362,7 +362,7 @@ void BlockForm::TimerUpdateScreen_Timer()
     const Row &selector = rows_.first();
     const bool isLinked = rows_.last().IsLinked();
     if (isLinked)
-        SetRowParam(LinkedRow, desk().model.Value(selector.param));
+        SetRowParam(LinkedRow, desk().table.Value(selector.param));
     for (const Row &row : rows_) {
         if (row.free && !InTable(row.param))
             PaintEmptyRow(row);
@@ -378,17 +378,17 @@ void BlockForm::TimerUpdateScreen_Timer()
 
 bool BlockForm::PaintRow(const Row &row)
 {
-    const Model &model = desk().model;
-    const ParamRecord &record = model.ParamTable[row.param];
-    const int accessClass = model.AccessClass(row.param);
+    const ParameterTable &table = desk().table;
+    const ParamRecord &record = table[row.param];
+    const int accessClass = table.AccessClass(row.param);
     const bool changed = row.box->SetText(ValueText(record.Value, record.Attributes));
     SetTag(row.box, QString::number(accessClass));
-    const QString access = model.AccessDescription(row.param, accessClass);
+    const QString access = table.AccessDescription(row.param, accessClass);
     SetPlainToolTip(row.box, access);
     // The name that a screen reader says is the caption's; the value would go unsaid.
     SetSpokenText(row.box, row.box->text() + QStringLiteral(", ") + access);
     row.box->SetEditable(accessClass == Access::ReadWrite || accessClass == Access::IcrReadWrite);
-    row.box->SetBackColor(ColorOf(model.Colors.at(std::size_t(accessClass))));
+    row.box->SetBackColor(ColorOf(desk().colors.Colors.at(std::size_t(accessClass))));
     return changed;
 }
 
@@ -399,13 +399,13 @@ void BlockForm::PaintEmptyRow(const Row &row)
     SetPlainToolTip(row.box, {});
     SetSpokenText(row.box, {});
     row.box->SetEditable(false);
-    row.box->SetBackColor(ColorOf(desk().model.Colors.at(std::size_t(Access::Empty))));
+    row.box->SetBackColor(ColorOf(desk().colors.Colors.at(std::size_t(Access::Empty))));
 }
 
 void BlockForm::PaintLinkedCaption()
 {
     const Row &row = rows_.last();
-    const QString full = NumberAndName(rows_.first().box->text(), desk().model.ParamTable[row.param].Name);
+    const QString full = NumberAndName(rows_.first().box->text(), desk().table[row.param].Name);
     SetPlainToolTip(row.label, full);
     row.label->setText(Shortened(full, LinkedCaptionLength));
 }
@@ -417,13 +417,13 @@ void BlockForm::Text1_Click(int row)
 
 void BlockForm::Text1_Change()
 {
-    const int selected = desk().model.Value(rows_.first().param);
+    const int selected = desk().table.Value(rows_.first().param);
     // A number outside the table fails here, before any count has moved.
-    static_cast<void>(desk().model.ParamTable[selected]);
+    static_cast<void>(desk().table[selected]);
     if (trackedParam_ >= 0)
-        desk().model.RemoveReadInterest(trackedParam_);
+        desk().table.RemoveReadInterest(trackedParam_);
     trackedParam_ = -1;
-    desk().model.AddReadInterest(selected);
+    desk().table.AddReadInterest(selected);
     trackedParam_ = selected;
 }
 
@@ -435,7 +435,7 @@ void BlockForm::CommandIOMentor_Click()
     WizardIOStartRecord start = *descriptor_.mentorStart;
     start.member = std::uint8_t(descriptor_.IsFamily() ? member_ - descriptor_.firstMember : 0);
     start.freqDigMode = MentorFreqDigMode();
-    desk().model.WizardIOStart = start;
+    desk().WizardIOStart = start;
     if (desk().OpenIOMentor)
         desk().OpenIOMentor();
 }

@@ -47,7 +47,7 @@ protected:
     /** What the block adds to a tick, after its rows. */
     virtual void Tick() {}
     /** The mode on which the I/O Mentor opens; a block that has none leaves it at the last one. */
-    virtual std::uint8_t MentorFreqDigMode() const { return desk().model.WizardIOStart.freqDigMode; }
+    virtual std::uint8_t MentorFreqDigMode() const { return desk().WizardIOStart.freqDigMode; }
 
     // A row is named by the number of its parameter as the block's table has it.
 
@@ -87,12 +87,12 @@ protected:
     /** Whether the drive follows its references: it runs or jogs. */
     bool IsReferenceEnabled() const;
     /** Raw value of the row's parameter. */
-    std::int32_t RowValue(int row) const { return desk().model.Value(RowParam(row)); }
+    std::int32_t RowValue(int row) const { return desk().table.Value(RowParam(row)); }
     QLabel *StaticLabel(const QString &name) const; ///< a label of the drawing, or null
     /** Points a row at another parameter; read interest is the caller's. A free row may point outside the
      * table, and is empty then. */
     void SetRowParam(int row, int p);
-    bool InTable(int p) const { return p >= 0 && p <= desk().model.ParamTable.UpperBound(); }
+    bool InTable(int p) const { return p >= 0 && p <= desk().table.UpperBound(); }
     /** "(190) Forward Max Speed". */
     /** The text, or as much of it with three dots behind it. */
     static QString Shortened(const QString &text, int length)

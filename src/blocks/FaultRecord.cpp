@@ -1,7 +1,7 @@
 #include "blocks/FaultRecord.h"
 
 #include "blocks/DriveClock.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "model/TextTables.h"
 
 namespace quorvik
@@ -31,14 +31,14 @@ QString GetFault(std::int32_t rawFaults)
     return result.isEmpty() ? QStringLiteral("None, ") : result;
 }
 
-QString GetFaultData(const Model &model, int base)
+QString GetFaultData(const ParameterTable &table, int base)
 {
-    return GetFaultData(model, base, DayText(model.Value(base + WeekDay)));
+    return GetFaultData(table, base, DayText(table.Value(base + WeekDay)));
 }
 
-QString GetFaultData(const Model &model, int base, const QString &dayText)
+QString GetFaultData(const ParameterTable &table, int base, const QString &dayText)
 {
-    const auto word = [&](Word offset) { return model.Value(base + offset); };
+    const auto word = [&](Word offset) { return table.Value(base + offset); };
     const QString separator = QStringLiteral(", ");
     return GetFault(word(Faults)) + dayText + separator +
            DriveDateText(word(Year), word(Month), word(MonthDay)) + separator +

@@ -8,7 +8,7 @@
 namespace quorvik
 {
 
-class Model;
+class ParameterTable;
 
 /** The drive's fault log: five records, the most recent first. */
 namespace FaultLog
@@ -26,10 +26,10 @@ QString GetFault(std::int32_t rawFaults);
  * @param base the parameter that holds the record's fault bits. Raises RuntimeFailure where the record's day
  * of the week lies outside 0 to 7, or the record outside the table.
  */
-QString GetFaultData(const Model &model, int base);
+QString GetFaultData(const ParameterTable &table, int base);
 
 /** The same line with another text for the day of the week; it raises nothing for a record inside the table.
  */
-QString GetFaultData(const Model &model, int base, const QString &dayText);
+QString GetFaultData(const ParameterTable &table, int base, const QString &dayText);
 
 } // namespace quorvik

@@ -32,7 +32,7 @@ protected:
     {
         bypass_.Set(RowText(RampBypass) == QStringLiteral("False") ? ThroughRamp : Bypassed);
         set_.Set(RowText(RampSelect) == QStringLiteral("False") ? SetA : SetB);
-        const std::int32_t rawState = desk().model.Value(Param::DriveState);
+        const std::int32_t rawState = desk().table.Value(Param::DriveState);
         enable_.Set(rawState >= 1 && rawState <= 4 ? Enabled : Disabled);
     }
 

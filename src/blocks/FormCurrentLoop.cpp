@@ -48,7 +48,7 @@ protected:
         enableSwitch_.Set(IsReferenceEnabled() ? Closed : Open);
         firing_.Set(RowText(LoopEnable) == QStringLiteral("True") ? Closed : Open);
         ShowDriveMode();
-        positiveFoldback_.Set(desk().model.Value(ArmIFoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
+        positiveFoldback_.Set(desk().table.Value(ArmIFoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
         ShowActiveLimit();
     }
 

@@ -92,7 +92,7 @@ protected:
 private:
     QString NumberAndName(int p) const
     {
-        return BlockForm::NumberAndName(QString::number(p), desk().model.ParamTable[p].Name);
+        return BlockForm::NumberAndName(QString::number(p), desk().table[p].Name);
     }
 
     QLabel *Caption(int row) const { return StaticLabel(ControlName("Label1", row)); }
@@ -100,13 +100,13 @@ private:
     void AddInterest(int p)
     {
         if (InTable(p))
-            desk().model.AddReadInterest(p);
+            desk().table.AddReadInterest(p);
     }
 
     void RemoveInterest(int p)
     {
         if (InTable(p))
-            desk().model.RemoveReadInterest(p);
+            desk().table.RemoveReadInterest(p);
     }
 
     /** Text that is no whole number counts as missing. */
@@ -161,7 +161,7 @@ private:
         view().Place(comboSelectParameter_, QRectF(corner, comboSize_));
     }
 
-    QString EntryText(int p) const { return QString::number(p) + u' ' + desk().model.ParamTable[p].Name; }
+    QString EntryText(int p) const { return QString::number(p) + u' ' + desk().table[p].Name; }
 
     void ShowParameter(int row, int p)
     {
@@ -236,7 +236,7 @@ private:
         comboSelectParameter_->setFocus();
         Caption(row)->hide();
         comboSelectParameter_->clear();
-        for (int p = 0; p <= desk().model.LastParam; ++p)
+        for (int p = 0; p <= desk().table.LastParam; ++p)
             comboSelectParameter_->addItem(EntryText(p));
         const bool listed = customParam_ >= 0 && customParam_ < comboSelectParameter_->count();
         comboSelectParameter_->setCurrentIndex(listed ? customParam_ : 0);

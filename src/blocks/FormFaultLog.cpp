@@ -56,10 +56,10 @@ protected:
             const int base = FaultLog::First + record * FaultLog::Step;
             // A bad day in one record is told, and hides neither its faults nor the other records.
             try {
-                log += GetFaultData(desk().model, base);
+                log += GetFaultData(desk().table, base);
             } catch (const RuntimeFailure &badDay) {
                 failure = badDay;
-                log += GetFaultData(desk().model, base, QStringLiteral("no day"));
+                log += GetFaultData(desk().table, base, QStringLiteral("no day"));
             }
             log += QStringLiteral("\r\n");
         }

@@ -1,6 +1,6 @@
 #include "blocks/BlockForm.h"
 
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 
 #include <QLabel>
 #include <array>
@@ -32,7 +32,7 @@ public:
 protected:
     void Draw(Drawing &d) override
     {
-        const RecordArray &table = desk().model.ParamTable;
+        const ParameterTable &table = desk().table;
         QString longestName;
         for (int p = 0; p <= table.UpperBound(); ++p)
             longestName = view().Wider(longestName, table[p].Name);
@@ -58,7 +58,7 @@ protected:
 
     void Tick() override
     {
-        const RecordArray &table = desk().model.ParamTable;
+        const ParameterTable &table = desk().table;
         for (int row = 0; row < RowsInAll; ++row) {
             const std::int32_t p = RowValue(InternalLink1Source + row);
             // A drive may answer with any number; one that no parameter has points at nothing.

@@ -65,7 +65,7 @@ protected:
     }
 
 private:
-    TimerBlock timer_{desk().model, this};
+    TimerBlock timer_{desk().table, this};
     LivePart inverter_;
     LivePart switch_;
 };

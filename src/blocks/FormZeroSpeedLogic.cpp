@@ -29,9 +29,9 @@ protected:
 
     void Tick() override
     {
-        const Model &model = desk().model;
+        const ParameterTable &table = desk().table;
         const std::int32_t mode =
-            CheckedAdd(CheckedMultiply(2, model.Value(DriveModeMSB)), model.Value(DriveModeLSB));
+            CheckedAdd(CheckedMultiply(2, table.Value(DriveModeMSB)), table.Value(DriveModeLSB));
         modeSwitch_.Set(mode == 0 ? Velocity : Current);
     }
 

@@ -1,10 +1,18 @@
 #pragma once
 
 #include <QColor>
+#include <array>
 #include <cstdint>
 
 namespace quorvik
 {
+
+/** The value boxes' colours by access class, each as 0xBBGGRR. */
+struct AccessColors {
+    std::array<std::int32_t, 6> DefaultColors{0, 65280, 255, 8355711, 16711680, 8355711};
+    /** The sixth entry stays 0 until the colour settings' Default command. */
+    std::array<std::int32_t, 6> Colors{};
+};
 
 /** The colour of a stored number 0xBBGGRR. */
 QColor ColorOf(std::int32_t blueGreenRed);

@@ -3,20 +3,34 @@
 #include "desktop/FormsCollection.h"
 
 #include <QDateTime>
+#include <cstdint>
 #include <functional>
 
 namespace quorvik
 {
 
+struct AccessColors;
 class Asker;
+class Document;
 class EntryRules;
 class HTMLHelp;
-class Model;
+class ParameterTable;
 class SettingsStore;
 
-/** What every window needs, handed to each of them: the table, its rules, and the roads out of the window. */
+/** What the I/O Mentor opens on. */
+struct WizardIOStartRecord {
+    std::uint8_t outputs = 0;     ///< 0 inputs, 1 outputs
+    std::uint8_t kind = 0;        ///< index of the kind
+    std::uint8_t member = 0;      ///< zero-based input or output
+    std::uint8_t freqDigMode = 0; ///< 0 frequency, 1 digital
+};
+
+/** What every window needs, handed to each of them: the open set, the rules, and the ways out of the window.
+ */
 struct Desk {
-    Model &model;
+    ParameterTable &table;
+    Document &document;
+    AccessColors &colors;
     EntryRules &rules;
     Asker &asker;
     SettingsStore &settings;
@@ -26,10 +40,12 @@ struct Desk {
     /** Shows a window as child of the frame and gives it the focus unless told not to. Filled in by the
      * shell. */
     std::function<void(QWidget *form, bool activate)> ShowChild;
-    /** Opens the I/O Mentor on Model::WizardIOStart. Filled in by the shell. */
+    /** Opens the I/O Mentor on WizardIOStart. Filled in by the shell. */
     std::function<void()> OpenIOMentor;
     /** The computer's clock, in local time. */
     std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
+    /** Set before OpenIOMentor. */
+    WizardIOStartRecord WizardIOStart = {};
 };
 
 } // namespace quorvik

@@ -4,7 +4,7 @@
 #include "desktop/TitleRoom.h"
 #include "desktop/TypeToChoose.h"
 #include "model/Conversions.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "model/TextTables.h"
 #include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
@@ -111,8 +111,8 @@ void FormModifyParameterValue::MakeControls()
 
 void FormModifyParameterValue::Load()
 {
-    const Model &model = desk().model;
-    const int typeCode = TypeCode(model.ParamTable[param_].Attributes);
+    const ParameterTable &table = desk().table;
+    const int typeCode = TypeCode(table[param_].Attributes);
     const ValueType &type = TypeOf(typeCode);
     setWindowTitle(QString::fromLatin1(type.prompt));
     if (type.form == ValueType::Form::Parameter)
@@ -147,8 +147,8 @@ void FormModifyParameterValue::LayOutCombo()
 
 void FormModifyParameterValue::LayOutOptions(int count)
 {
-    const Model &model = desk().model;
-    const int typeCode = TypeCode(model.ParamTable[param_].Attributes);
+    const ParameterTable &table = desk().table;
+    const int typeCode = TypeCode(table[param_].Attributes);
     for (int i = 0; i < int(option1_.size()); ++i)
         option1_[i]->setText(EnumText(i, typeCode));
 
@@ -162,7 +162,7 @@ void FormModifyParameterValue::LayOutOptions(int count)
     layout->setHorizontalSpacing(2 * fontMetrics().height());
     layout->setRowStretch(count, 1);
 
-    if (typeCode == StopModeType && model.Value(Param::DriveModel) >= FirstNonRegenerativeModel)
+    if (typeCode == StopModeType && table.Value(Param::DriveModel) >= FirstNonRegenerativeModel)
         option1_[QuickStop]->hide();
     // A value without an option leaves nothing chosen, and OK then asks for a choice.
     if (rawValue_ >= 0 && rawValue_ < int(option1_.size())) {
@@ -174,8 +174,8 @@ void FormModifyParameterValue::LayOutOptions(int count)
 
 void FormModifyParameterValue::LayOutNumber()
 {
-    const Model &model = desk().model;
-    const ParamRecord &record = model.ParamTable[param_];
+    const ParameterTable &table = desk().table;
+    const ParamRecord &record = table[param_];
     const std::int32_t rawValues[] = {record.Max, record.Min, rawValue_};
     auto *layout = new QGridLayout(this);
     for (int i = 0; i < 3; ++i) {
@@ -209,8 +209,8 @@ void FormModifyParameterValue::AskAgain()
 
 bool FormModifyParameterValue::IsAcceptable()
 {
-    const Model &model = desk().model;
-    const ParamRecord &record = model.ParamTable[param_];
+    const ParameterTable &table = desk().table;
+    const ParamRecord &record = table[param_];
     if (!IsNumeric(newValue_)) {
         desk().asker.MsgBox(QStringLiteral("Must be a numeric value. Please Re-enter."), MsgButtons::Ok,
                             MsgIcon::Exclamation, {});
@@ -218,7 +218,7 @@ bool FormModifyParameterValue::IsAcceptable()
         return false;
     }
     rawValue_ = desk().rules.EntryToRawOf(param_, newValue_);
-    if (model.AttrBit(Attr::Destination, param_)) {
+    if (table.AttrBit(Attr::Destination, param_)) {
         if (desk().rules.ResolveDestinationConflict(param_, ToInt16(rawValue_)))
             return true;
         comboParameterSelect_->setFocus();

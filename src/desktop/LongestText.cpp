@@ -1,7 +1,7 @@
 #include "desktop/LongestText.h"
 
 #include "model/Conversions.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "model/TextTables.h"
 
 #include <QFontMetrics>
@@ -24,21 +24,21 @@ void ConsiderRecord(QString &longest, const ParamRecord &record)
 
 } // namespace
 
-QString LongestValueText(const Model &model, int p)
+QString LongestValueText(const ParameterTable &table, int p)
 {
     QString longest;
-    ConsiderRecord(longest, model.ParamTable[p]);
-    if (p <= model.PresetTable.UpperBound())
-        ConsiderRecord(longest, model.PresetTable[p]);
+    ConsiderRecord(longest, table[p]);
+    if (p <= table.PresetTable.UpperBound())
+        ConsiderRecord(longest, table.PresetTable[p]);
     return longest;
 }
 
-QString LongestValueTextOfAll(const Model &model, const QFontMetrics &metrics)
+QString LongestValueTextOfAll(const ParameterTable &table, const QFontMetrics &metrics)
 {
     QString widest;
     int width = 0;
-    for (int p = 0; p <= model.LastParam; ++p) {
-        const QString text = LongestValueText(model, p);
+    for (int p = 0; p <= table.LastParam; ++p) {
+        const QString text = LongestValueText(table, p);
         // Measuring is what costs; a text two characters shorter is never wider.
         if (text.size() + 2 < widest.size())
             continue;

@@ -2,14 +2,14 @@
 
 #include "emulator/EmulatedBlock.h"
 #include "emulator/EmulatorTimings.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "model/TextTables.h"
 
 namespace quorvik
 {
 
-DriveEmulator::DriveEmulator(Model &model)
-    : model_(model)
+DriveEmulator::DriveEmulator(ParameterTable &table)
+    : table_(table)
 {
     TimerEmulateSvx.setObjectName(QStringLiteral("TimerEmulateSvx"));
     TimerEmulateSvx.setInterval(EmulatorTimings::EmulateMs);
@@ -25,9 +25,9 @@ void DriveEmulator::TimerEmulateSvx_Timer()
 void DriveEmulator::Tick()
 {
     // A box at start-up pumps events before the factory table is read.
-    if (model_.ParamTable.UpperBound() < 0)
+    if (table_.UpperBound() < 0)
         return;
-    const bool online = model_.PortOpen();
+    const bool online = table_.PortOpen();
     AnnouncePanels(online);
     if (!online)
         EmulateAll();
@@ -35,16 +35,16 @@ void DriveEmulator::Tick()
 
 void DriveEmulator::AnnouncePanels(bool online)
 {
-    const EmulatedBlock state(model_, "Drive State");
-    const EmulatedBlock driveModel(model_, "Drive Model");
+    const EmulatedBlock state(table_, "Drive State");
+    const EmulatedBlock driveModel(table_, "Drive Model");
     const QString driveStatus =
-        online && !model_.DriveStateUnread
+        online && !table_.DriveStateUnread
             ? state.Naming({Param::DriveState},
-                           [&] { return DriveStateText(model_.Value(Param::DriveState)); })
+                           [&] { return DriveStateText(table_.Value(Param::DriveState)); })
             : QString();
     try {
         driveModelText_ = driveModel.Naming({Param::DriveModel},
-                                            [&] { return ModelText(model_.Value(Param::DriveModel)); });
+                                            [&] { return ModelText(table_.Value(Param::DriveModel)); });
     } catch (const RuntimeFailure &) {
         // The state's panel is already right, and must not keep showing a drive that went off line.
         Q_EMIT StatusPanels(driveStatus, driveModelText_);

@@ -10,7 +10,7 @@
 namespace quorvik
 {
 
-class Model;
+class ParameterTable;
 
 /**
  * The drive's signal routing computed in the table while no drive is attached: a static model of scaling,
@@ -26,7 +26,7 @@ class DriveEmulator : public QObject
 
 public:
     /** Starts TimerEmulateSvx. */
-    explicit DriveEmulator(Model &model);
+    explicit DriveEmulator(ParameterTable &table);
 
     QTimer TimerEmulateSvx; ///< 500 ms, from start to end of the program
 
@@ -69,7 +69,7 @@ private:
     void Tick();
     void AnnouncePanels(bool online);
 
-    Model &model_;
+    ParameterTable &table_;
     TickGuard tickGuard_;
     QString driveModelText_;
 };

@@ -1,6 +1,6 @@
 #include "emulator/EmulatedBlock.h"
 
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 
 #include <QStringList>
@@ -10,49 +10,46 @@ namespace quorvik
 
 std::int32_t EmulatedBlock::Value(int p) const
 {
-    return Naming({p}, [&] { return model_.Value(p); });
+    return Naming({p}, [&] { return table_.Value(p); });
 }
 
 std::int32_t EmulatedBlock::Followed(int selector) const
 {
-    return Naming({selector}, [&] { return model_.Value(model_.Value(selector)); });
+    return Naming({selector}, [&] { return table_.Value(table_.Value(selector)); });
 }
 
 std::int32_t EmulatedBlock::Sum(int left, int right) const
 {
-    return Naming({left, right}, [&] { return CheckedAdd(model_.Value(left), model_.Value(right)); });
+    return Naming({left, right}, [&] { return CheckedAdd(table_.Value(left), table_.Value(right)); });
 }
 
 std::int32_t EmulatedBlock::Difference(int left, int right) const
 {
-    return Naming({left, right}, [&] { return CheckedSubtract(model_.Value(left), model_.Value(right)); });
+    return Naming({left, right}, [&] { return CheckedSubtract(table_.Value(left), table_.Value(right)); });
 }
 
 std::int32_t EmulatedBlock::Negated(int p) const
 {
-    return Naming({p}, [&] { return CheckedNegate(model_.Value(p)); });
+    return Naming({p}, [&] { return CheckedNegate(table_.Value(p)); });
 }
 
 void EmulatedBlock::Store(int p, std::int32_t raw) const
 {
-    Naming({p}, [&] { model_.ParamTable[p].Value = raw; });
+    Naming({p}, [&] { table_.SetValue(p, raw, ChangeCause::Emulated); });
 }
 
 void EmulatedBlock::StoreFollowed(int selector, std::int32_t raw) const
 {
-    Naming({selector}, [&] { model_.ParamTable[model_.Value(selector)].Value = raw; });
+    Naming({selector}, [&] { table_.SetValue(table_.Value(selector), raw, ChangeCause::Emulated); });
 }
 
 void EmulatedBlock::StoreFollowedClamped(int selector, double y, std::int32_t (*convert)(double)) const
 {
     Naming({selector}, [&] {
-        ParamRecord &record = model_.ParamTable[model_.Value(selector)];
-        if (y > record.Max)
-            record.Value = record.Max;
-        else if (y < record.Min)
-            record.Value = record.Min;
-        else
-            record.Value = convert(y);
+        const int p = table_.Value(selector);
+        const ParamRecord &record = table_[p];
+        const std::int32_t raw = y > record.Max ? record.Max : y < record.Min ? record.Min : convert(y);
+        table_.SetValue(p, raw, ChangeCause::Emulated);
     });
 }
 

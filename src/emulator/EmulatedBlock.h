@@ -9,7 +9,7 @@
 namespace quorvik
 {
 
-class Model;
+class ParameterTable;
 
 /**
  * The table as one emulated block sees it: checked steps on parameters that are given by number.
@@ -24,8 +24,8 @@ public:
      * @param name must outlive the block; it is put together only when something fails.
      * @param member shown behind the name unless it is 0.
      */
-    EmulatedBlock(Model &model, const char *name, int member = 0)
-        : model_(model)
+    EmulatedBlock(ParameterTable &table, const char *name, int member = 0)
+        : table_(table)
         , name_(name)
         , member_(member)
     {
@@ -59,7 +59,7 @@ public:
 private:
     [[noreturn]] void Rethrow(std::initializer_list<int> parameters, const RuntimeFailure &failure) const;
 
-    Model &model_;
+    ParameterTable &table_;
     const char *name_;
     int member_;
 };

@@ -1,6 +1,6 @@
 #include "emulator/DriveEmulator.h"
 #include "emulator/EmulatedBlock.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 
 namespace quorvik
@@ -8,15 +8,15 @@ namespace quorvik
 
 void DriveEmulator::EmulateAuxPI()
 {
-    const EmulatedBlock block(model_, "Aux PI");
+    const EmulatedBlock block(table_, "Aux PI");
     block.Store(352, block.Difference(350, 351));
 }
 
 void DriveEmulator::EmulateCurrentLoop()
 {
-    const EmulatedBlock block(model_, "Current Loop");
+    const EmulatedBlock block(table_, "Current Loop");
     const std::uint8_t mode = block.Naming({109, 110}, [&] {
-        return ToByte(CheckedAdd(CheckedMultiply(model_.Value(109), 2), model_.Value(110)));
+        return ToByte(CheckedAdd(CheckedMultiply(table_.Value(109), 2), table_.Value(110)));
     });
     block.Store(111, mode == 0 ? block.Value(205) : mode == 1 ? block.Value(97) : 0);
 
@@ -33,7 +33,7 @@ void DriveEmulator::EmulateCurrentLoop()
 
 void DriveEmulator::EmulateFieldLoop()
 {
-    const EmulatedBlock block(model_, "Field Loop");
+    const EmulatedBlock block(table_, "Field Loop");
     block.Store(336, block.Negated(342));
     // The filtered current is negated a second time, the filtered voltage is not.
     block.Store(337, block.Negated(336));
@@ -44,7 +44,7 @@ void DriveEmulator::EmulateFieldLoop()
 
 void DriveEmulator::EmulateVelocityLoop()
 {
-    const EmulatedBlock block(model_, "Velocity Loop");
+    const EmulatedBlock block(table_, "Velocity Loop");
     const std::int32_t select = block.Value(197);
     const int feedback = select == 0 ? 194 : select == 1 ? 195 : 196;
     block.Store(193, block.Difference(feedback, 130));
@@ -55,19 +55,24 @@ void DriveEmulator::EmulateInternalLinks()
 {
     // Unset links run too, and copy parameter 0 to itself.
     for (int source = 366; source <= 404; source += 2) {
-        const EmulatedBlock block(model_, "Internal Link", (source - 364) / 2);
+        const EmulatedBlock block(table_, "Internal Link", (source - 364) / 2);
         const int destination = source + 1;
         block.Naming({source, destination}, [&] {
-            const std::int32_t x = model_.Value(ToInt16(model_.Value(source)));
-            ParamRecord &record = model_.ParamTable[ToInt16(model_.Value(destination))];
-            record.Value = x > record.Max ? record.Max : x < record.Min ? record.Min : x;
+            const std::int32_t x = table_.Value(ToInt16(table_.Value(source)));
+            const int p = ToInt16(table_.Value(destination));
+            const ParamRecord &record = table_[p];
+            table_.SetValue(p,
+                            x > record.Max   ? record.Max
+                            : x < record.Min ? record.Min
+                                             : x,
+                            ChangeCause::Emulated);
         });
     }
 }
 
 void DriveEmulator::EmulateMinMax()
 {
-    const EmulatedBlock block(model_, "Min/Max");
+    const EmulatedBlock block(table_, "Min/Max");
     if (block.Value(413) == 1) {
         block.Store(414, 0);
         block.Store(415, 0);
@@ -83,7 +88,7 @@ void DriveEmulator::EmulateMinMax()
 
 void DriveEmulator::EmulateMOP()
 {
-    const EmulatedBlock block(model_, "MOP");
+    const EmulatedBlock block(table_, "MOP");
     if (block.Value(322) == 1)
         block.Store(324, block.Value(323));
 }
@@ -92,14 +97,14 @@ void DriveEmulator::EmulateThreshold(std::uint8_t member)
 {
     if (member != 1 && member != 2)
         throw RuntimeFailure(QStringLiteral("There is no threshold %1.").arg(member));
-    const EmulatedBlock block(model_, member == 1 ? "Threshold A" : "Threshold B");
+    const EmulatedBlock block(table_, member == 1 ? "Threshold A" : "Threshold B");
     const int input = member == 1 ? 177 : 183;
     const int threshold = input + 1;
     const int hysteresis = input + 2;
     const int output = input + 5;
     bool &isOn = EmulatedThresholdOn[member - 1U];
 
-    const std::int32_t x = block.Naming({input}, [&] { return CheckedAbs(model_.Value(input)); });
+    const std::int32_t x = block.Naming({input}, [&] { return CheckedAbs(table_.Value(input)); });
     if (isOn) {
         // A hysteresis wider than its threshold switches off at the next tick, whatever the input.
         if (x <= block.Difference(threshold, hysteresis) ||

@@ -1,6 +1,6 @@
 #include "emulator/DriveEmulator.h"
 #include "emulator/EmulatedBlock.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 
 #include <cmath>
@@ -79,7 +79,7 @@ std::int32_t Magnitude(const EmulatedBlock &block, int source, std::int32_t x)
 
 void DriveEmulator::EmulateAnalogInput(std::uint8_t member)
 {
-    const EmulatedBlock block(model_, "Analog Input", member);
+    const EmulatedBlock block(table_, "Analog Input", member);
     const Scaling scaling{member + 138, member + 37, member + 42, member + 47, member + 52};
     double y = block.Value(member + 27) != 0 ? Bipolar(block, scaling) : Unipolar(block, scaling);
     if (block.Value(member + 343) == 1)
@@ -90,7 +90,7 @@ void DriveEmulator::EmulateAnalogInput(std::uint8_t member)
 
 void DriveEmulator::EmulateFreqInput()
 {
-    const EmulatedBlock block(model_, "Frequency Input");
+    const EmulatedBlock block(table_, "Frequency Input");
     double y = Unipolar(block, {164, 64, 65, 66, 67});
     if (block.Value(349) == 1)
         y = -y;
@@ -99,7 +99,7 @@ void DriveEmulator::EmulateFreqInput()
 
 void DriveEmulator::EmulateDigitalInput(std::uint8_t member)
 {
-    const EmulatedBlock block(model_, "Digital Input", member);
+    const EmulatedBlock block(table_, "Digital Input", member);
     const bool closed = block.Value(member + 131) == 1;
     // Stored as it stands, whatever the destination's limits.
     block.StoreFollowed(member, block.Value(closed ? member + 14 : member + 7));
@@ -107,7 +107,7 @@ void DriveEmulator::EmulateDigitalInput(std::uint8_t member)
 
 void DriveEmulator::EmulateAnalogOutput(std::uint8_t member)
 {
-    const EmulatedBlock block(model_, "Analog Output", member);
+    const EmulatedBlock block(table_, "Analog Output", member);
     const int source = member + 80;
     const int gain = member + 82;
     const int bias = member + 84;
@@ -122,7 +122,7 @@ void DriveEmulator::EmulateAnalogOutput(std::uint8_t member)
 
 void DriveEmulator::EmulateFreqDigitalOutput()
 {
-    const EmulatedBlock block(model_, "Frequency/Digital Output");
+    const EmulatedBlock block(table_, "Frequency/Digital Output");
     std::int32_t x = block.Followed(89);
     if (block.Value(90) != 1) {
         // A frequency has no sign: the magnitude is taken whatever Absolute Value says.
@@ -144,7 +144,7 @@ void DriveEmulator::EmulateFreqDigitalOutput()
 
 void DriveEmulator::EmulateRelayOutput(std::uint8_t member)
 {
-    const EmulatedBlock block(model_, "Relay Output", member);
+    const EmulatedBlock block(table_, "Relay Output", member);
     const int source = member + 68;
     std::int32_t x = block.Followed(source);
     if (block.Value(member + 71) != 0)

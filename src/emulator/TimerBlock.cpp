@@ -2,7 +2,7 @@
 
 #include "emulator/EmulatedBlock.h"
 #include "emulator/EmulatorTimings.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 
 namespace quorvik
 {
@@ -20,10 +20,10 @@ constexpr std::int32_t CountStep = 10;
 constexpr std::int32_t CountEnd = 2400;
 } // namespace
 
-TimerBlock::TimerBlock(Model &model, QObject *owner)
+TimerBlock::TimerBlock(ParameterTable &table, QObject *owner)
     : QObject(owner)
     , TimerEmulator(this)
-    , model_(model)
+    , table_(table)
 {
     TimerEmulator.setObjectName(QStringLiteral("TimerEmulator"));
     TimerEmulator.setInterval(EmulatorTimings::TimerBlockMs);
@@ -33,7 +33,7 @@ TimerBlock::TimerBlock(Model &model, QObject *owner)
 void TimerBlock::TimerEmulator_Timer()
 {
     tickGuard_.Run([this] {
-        const EmulatedBlock block(model_, "Timer");
+        const EmulatedBlock block(table_, "Timer");
         const std::int32_t count = block.Value(Count);
         if (count < CountEnd)
             block.Store(Count, count + CountStep);
@@ -42,11 +42,11 @@ void TimerBlock::TimerEmulator_Timer()
 
 void TimerBlock::UpdateTimerEmulator()
 {
-    if (model_.PortOpen()) {
+    if (table_.PortOpen()) {
         TimerEmulator.stop();
         return;
     }
-    const EmulatedBlock block(model_, "Timer");
+    const EmulatedBlock block(table_, "Timer");
     if (block.Value(Reset) != block.Value(ResetInvert)) {
         TimerEmulator.stop();
         block.Store(Count, 0);

@@ -8,7 +8,7 @@
 namespace quorvik
 {
 
-class Model;
+class ParameterTable;
 
 /**
  * The emulated timer block. It belongs to the window of that block: the window calls UpdateTimerEmulator()
@@ -20,7 +20,7 @@ class TimerBlock : public QObject
 
 public:
     /** @param owner the block's window. */
-    TimerBlock(Model &model, QObject *owner);
+    TimerBlock(ParameterTable &table, QObject *owner);
 
     QTimer TimerEmulator; ///< 1000 ms, off at start
 
@@ -32,7 +32,7 @@ public:
     void UpdateTimerEmulator();
 
 private:
-    Model &model_;
+    ParameterTable &table_;
     TickGuard tickGuard_;
 };
 

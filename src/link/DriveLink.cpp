@@ -2,7 +2,7 @@
 
 #include "link/PacketLayer.h"
 #include "link/Trace.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 
 #include <utility>
@@ -12,8 +12,8 @@ namespace quorvik
 
 Q_LOGGING_CATEGORY(linkTrace, "quorvik.link", QtInfoMsg)
 
-DriveLink::DriveLink(Model &model, LinkTimings timings)
-    : model_(model)
+DriveLink::DriveLink(ParameterTable &table, LinkTimings timings)
+    : table_(table)
     , timings_(timings)
 {
     const std::pair<QTimer *, int> intervals[] = {
@@ -31,12 +31,11 @@ DriveLink::DriveLink(Model &model, LinkTimings timings)
        [this] { RunHandler(&DriveLink::SerialCommTimeout_Timer); });
     On(&timerDelay_, &QTimer::timeout, this, [this] { RunHandler(&DriveLink::TimerDelay_Timer); });
     On(&MSComm1, &MSComm::OnComm, this, [this] { RunHandler(&DriveLink::MSComm1_OnComm); });
-    model_.PortOpen = [this] { return PortOpen(); };
 }
 
 DriveLink::~DriveLink()
 {
-    model_.PortOpen = [] { return false; };
+    table_.SetPortOpen(false);
 }
 
 void DriveLink::RunHandler(void (DriveLink::*handler)())
@@ -78,7 +77,7 @@ void DriveLink::SerialCommTimer_Timer()
         return;
     }
     DiscardInput();
-    if (ReadPropsIndex < 1 && !model_.WritePending) {
+    if (ReadPropsIndex < 1 && !table_.WritePending) {
         BeginReadScan();
         return;
     }

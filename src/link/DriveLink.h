@@ -14,7 +14,7 @@
 namespace quorvik
 {
 
-class Model;
+class ParameterTable;
 
 /** A pass over the whole table. */
 enum class WholeScan : std::uint8_t { None, Reading, Writing };
@@ -37,7 +37,7 @@ enum class LinkFault { DamagedReply, WrongLength, NoReply };
 enum class Restart : std::uint8_t { None = 0, ReInitialize = 1, Reset = 2 };
 
 /**
- * The serial engine: keeps Model::ParamTable equal to the drive's table.
+ * The serial engine: keeps ParameterTable::ParamTable equal to the drive's table.
  *
  * There is no thread and no queue: SerialCommTimer, SerialCommTimeout and the port's OnComm form one chain of
  * callbacks, and the work list is the flags of the table. In a healthy link exactly one of the two timers is
@@ -52,8 +52,8 @@ class DriveLink : public QObject
     Q_OBJECT
 
 public:
-    /** Fills in Model::PortOpen for as long as it lives. */
-    explicit DriveLink(Model &model, LinkTimings timings = {});
+    /** The table follows it in whether the port is open. */
+    explicit DriveLink(ParameterTable &table, LinkTimings timings = {});
     ~DriveLink() override;
 
     bool PortOpen() const { return MSComm1.PortOpen(); }
@@ -169,7 +169,7 @@ private:
     void DiscardInput();
     bool IsUnsigned(int paramNumber) const;
 
-    Model &model_;
+    ParameterTable &table_;
     LinkTimings timings_;
     QTimer timerDelay_;
     WholeRead wholeRead_;

@@ -1,5 +1,5 @@
 #include "link/DriveLink.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 
 namespace quorvik
 {
@@ -41,15 +41,15 @@ bool DriveLink::MayBeMoving() const
     if (isSizeUnknown_)
         return false;
     const auto isInForce = [this](int p) {
-        return p <= model_.LastParam && p != Param::Stop && model_.Value(p) != 0;
+        return p <= table_.LastParam && p != Param::Stop && table_.Value(p) != 0;
     };
     const auto isUnsent = [this](int p) {
-        return p <= model_.LastParam && model_.ParamTable[p].WriteFlag != WriteState::None;
+        return p <= table_.LastParam && table_[p].WriteFlag != WriteState::None;
     };
     for (const int p : {Param::Run, Param::Stop, Param::Jog})
         if (isInForce(p) || isUnsent(p))
             return true;
-    return !model_.DriveStateUnread && !model_.DriveIsStopped();
+    return !table_.DriveStateUnread && !table_.DriveIsStopped();
 }
 
 } // namespace quorvik

@@ -1,6 +1,6 @@
 #include "link/DriveLink.h"
 #include "link/PacketLayer.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 
 #include <algorithm>
@@ -21,9 +21,9 @@ QString DriveLink::Open()
     isJogUnsettled_ = true;
     // A button that was pressed before is no command for now.
     for (const int p : {Param::Run, Param::Stop, Param::Jog})
-        if (p <= model_.LastParam)
-            model_.ParamTable[p].WriteFirst = false;
-    model_.DriveStateUnread = true;
+        if (p <= table_.LastParam)
+            table_.Row(p).WriteFirst = false;
+    table_.DriveStateUnread = true;
     isSizeUnknown_ = true;
     OnComStatusChange();
 
@@ -40,7 +40,7 @@ bool DriveLink::TakeSize()
     isSizeUnknown_ = false;
     if (PropMax < Param::FirstSelector)
         return false;
-    model_.LastParam = std::int16_t(std::min<std::int32_t>(PropMax, model_.FileLastParam));
+    table_.LastParam = std::int16_t(std::min<std::int32_t>(PropMax, table_.FileLastParam));
     return true;
 }
 
@@ -61,14 +61,15 @@ void DriveLink::BreakOff()
 
 void DriveLink::OnComStatusChange()
 {
+    table_.SetPortOpen(PortOpen());
     if (PortOpen()) {
         SerialCommTimer.start();
     } else {
         SerialCommTimer.stop();
         SerialCommTimeout.stop();
         timerDelay_.stop();
-        model_.LastParam = model_.FileLastParam;
-        model_.DriveStateUnread = false;
+        table_.LastParam = table_.FileLastParam;
+        table_.DriveStateUnread = false;
         ReadPropsIndex = 0;
         isSizeUnknown_ = false;
     }
@@ -84,8 +85,8 @@ void DriveLink::StartScan(WholeScan kind)
     scanRefused_.clear();
     wholeRead_ = {};
     if (kind == WholeScan::Reading) {
-        scanLast_ = model_.LastParam;
-        model_.SetAllReadFlags(1);
+        scanLast_ = table_.LastParam;
+        table_.SetAllReadFlags(1);
         wholeRead_.Begin();
     }
     BeginScanAnew();
@@ -106,7 +107,7 @@ void DriveLink::BeginScanAnew()
 void DriveLink::CancelScan()
 {
     if (isScanning_ && ScanKind == WholeScan::Writing)
-        Guarded([this] { model_.SetAllWriteFlags(WriteState::None); });
+        Guarded([this] { table_.SetAllWriteFlags(WriteState::None); });
     EndScan(ScanResult::End::Cancelled);
 }
 
@@ -124,7 +125,7 @@ void DriveLink::EndScan(ScanResult::End end)
         // since.
         Guarded([this] {
             for (int i = 0; i <= scanLast_; ++i)
-                model_.RemoveReadInterest(i);
+                table_.RemoveReadInterest(i);
         });
     }
     Q_EMIT ScanFinished(result);

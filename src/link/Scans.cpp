@@ -1,7 +1,7 @@
 #include "link/DriveLink.h"
 #include "link/PacketLayer.h"
 #include "link/Trace.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 
 #include <utility>
@@ -35,7 +35,7 @@ void DriveLink::SendRequest(const QByteArray &request, int replyLength)
 
 bool DriveLink::IsUnsigned(int paramNumber) const
 {
-    return model_.AttrBit(Attr::Long, paramNumber);
+    return table_.AttrBit(Attr::Long, paramNumber);
 }
 
 void DriveLink::BeginReadScan()
@@ -54,7 +54,7 @@ bool DriveLink::IsWanted(int p) const
 {
     // A Jog from before must not go on because nobody looks.
     const bool isJog = p == Param::Jog && isJogUnsettled_ && !wholeRead_.IsUnderWay();
-    return isJog || (model_.ParamTable[p].ReadFlag > 0 && wholeRead_.Wants(p));
+    return isJog || (table_[p].ReadFlag > 0 && wholeRead_.Wants(p));
 }
 
 void DriveLink::ReadNext()
@@ -63,10 +63,9 @@ void DriveLink::ReadNext()
         SendWrite(*first, true);
         return;
     }
-    CurrentParam = Seek(CurrentParam, model_.LastParam, [this](int p) {
-        return model_.ParamTable[p].WriteFlag == WriteState::None && IsWanted(p);
-    });
-    if (CurrentParam > model_.LastParam) {
+    CurrentParam = Seek(CurrentParam, table_.LastParam,
+                        [this](int p) { return table_[p].WriteFlag == WriteState::None && IsWanted(p); });
+    if (CurrentParam > table_.LastParam) {
         QUORVIK_LINK_TRACE() << " ReadScanComplete";
         wholeRead_.EndPass();
         ArmSerialCommTimer();
@@ -87,7 +86,7 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
         HandleBCCErrors();
     } else {
         BCCErrorCount = 0;
-        ParamRecord &record = model_.ParamTable[CurrentParam];
+        const ParamRecord &record = table_[CurrentParam];
         // The program's own value is the newer one while its write is pending.
         if (record.WriteFlag == WriteState::None)
             TakeValue(RetrieveData(packet.at(2), packet.at(3), IsUnsigned(CurrentParam)));
@@ -99,7 +98,7 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
     ++CurrentParam;
     if (isScanning_)
         Q_EMIT ScanProgress(CurrentParam);
-    const bool isEnd = CurrentParam > model_.LastParam;
+    const bool isEnd = CurrentParam > table_.LastParam;
     if (!isEnd && IsWanted(CurrentParam) && !FirstWrite()) {
         QUORVIK_LINK_TRACE() << " ACK Sent";
         SendRequest(QByteArray(1, Wire::Ack), Wire::ReadReplyLength);
@@ -112,20 +111,20 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
 
 void DriveLink::TakeValue(std::int32_t rawValue)
 {
-    model_.ParamTable[CurrentParam].Value = rawValue;
+    table_.SetValue(CurrentParam, rawValue, ChangeCause::Drive);
     if (CurrentParam == Param::DriveState)
-        model_.DriveStateUnread = false;
+        table_.DriveStateUnread = false;
     // A Jog from before the link broke, whose button is long let go of.
     if (CurrentParam == Param::Jog && std::exchange(isJogUnsettled_, false) && rawValue != 0)
-        model_.QueueWrite(Param::Jog, 0);
+        table_.QueueWrite(Param::Jog, 0);
 }
 
 std::optional<int> DriveLink::FirstWrite() const
 {
     for (const int p : {Param::Run, Param::Stop, Param::Jog}) {
-        if (p > model_.LastParam)
+        if (p > table_.LastParam)
             break;
-        const ParamRecord &record = model_.ParamTable[p];
+        const ParamRecord &record = table_[p];
         if (record.WriteFlag == WriteState::Queued && record.WriteFirst)
             return p;
     }
@@ -138,12 +137,12 @@ void DriveLink::WriteNext()
         SendWrite(*first, true);
         return;
     }
-    const auto isQueued = [this](int p) { return model_.ParamTable[p].WriteFlag == WriteState::Queued; };
-    CurrentParam = Seek(CurrentParam, model_.LastParam, isQueued);
-    if (CurrentParam > model_.LastParam) {
+    const auto isQueued = [this](int p) { return table_[p].WriteFlag == WriteState::Queued; };
+    CurrentParam = Seek(CurrentParam, table_.LastParam, isQueued);
+    if (CurrentParam > table_.LastParam) {
         QUORVIK_LINK_TRACE() << " WriteScanComplete";
         // What was changed behind the cursor during this scan is for the next one.
-        model_.WritePending = Seek(0, model_.LastParam, isQueued) <= model_.LastParam;
+        table_.WritePending = Seek(0, table_.LastParam, isQueued) <= table_.LastParam;
         ArmSerialCommTimer();
         EndWriting();
         return;
@@ -159,10 +158,10 @@ void DriveLink::EndWriting()
 
 void DriveLink::SendWrite(int p, bool isFirst)
 {
-    ParamRecord &record = model_.ParamTable[p];
+    ParamRecord &record = table_.Row(p);
     // A whole table brings no Jog along from another day.
     if (p == Param::Jog && isJogUnsettled_ && !isFirst)
-        record.Value = 0;
+        table_.SetValue(p, 0, ChangeCause::Command);
     QUORVIK_LINK_TRACE() << " Write Param[" << p << "]=" << record.Value;
     QByteArray packet;
     try {
@@ -171,7 +170,7 @@ void DriveLink::SendWrite(int p, bool isFirst)
         // No packet can carry this value, now or later. Given up like a refused write, or no other write and
         // no read would ever get through again.
         record.WriteFlag = WriteState::None;
-        throw failure.About(model_.FullName(p));
+        throw failure.About(table_.FullName(p));
     }
     paramSent_ = p;
     rawValueSent_ = record.Value;
@@ -183,7 +182,7 @@ void DriveLink::GoOnScanning()
 {
     if (isReadScan_) {
         ReadNext();
-    } else if (CurrentParam <= model_.LastParam || FirstWrite()) {
+    } else if (CurrentParam <= table_.LastParam || FirstWrite()) {
         QUORVIK_LINK_TRACE() << " Call Write Next";
         WriteNext();
     } else {
@@ -210,7 +209,7 @@ void DriveLink::ParseAckNak(const QByteArray &packet)
     GoOnScanning();
     // Whether or not the write just acknowledged was the edited parameter's.
     try {
-        model_.RefreshDependentParams(model_.EditParamNumber);
+        table_.RefreshDependentParams(table_.EditParamNumber);
     } catch (const RuntimeFailure &failure) {
         // No fault of the line: the scan goes on.
         Report(failure);
@@ -224,21 +223,21 @@ void DriveLink::TakeWrite()
     WriteRetryCount = 0;
     if (p == Param::Jog)
         isJogUnsettled_ = false;
-    ParamRecord &record = model_.ParamTable[p];
+    ParamRecord &record = table_.Row(p);
     // A value that was changed again meanwhile is not the one that the drive has taken.
     if (record.Value != rawValueSent_)
         return;
     record.WriteFlag = WriteState::None;
     // A command is given once. Where somebody polls it, the drive itself tells when it is done.
     if (Param::IsCommand(p) && record.ReadFlag == 0)
-        record.Value = 0;
+        table_.SetValue(p, 0, ChangeCause::Command);
     Q_EMIT WriteTaken(p);
 }
 
 void DriveLink::RefuseWrite()
 {
     const int p = paramSent_;
-    ParamRecord &record = model_.ParamTable[p];
+    ParamRecord &record = table_.Row(p);
     // It counts for the value that was sent only.
     WriteRetryCount = record.Value == rawValueSent_ ? ++refusals_[p] : refusals_[p] = 0;
     if (WriteRetryCount >= RefusalsInARow) {

@@ -1,7 +1,7 @@
 // The one rule table that ties parameters to each other: what a selector, a polarity or the drive model means
 // for the limits, type and decimals of what hangs on it.
 
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "model/TextTables.h"
 #include "platform/Arithmetic.h"
 #include "platform/Guard.h"
@@ -52,34 +52,34 @@ constexpr std::int32_t BipolarMin = -2048;
 
 } // namespace
 
-void Model::RestoreLimits(int p)
+void ParameterTable::RestoreLimits(int p)
 {
     const ParamRecord &preset = PresetTable[p];
-    ParamRecord &record = ParamTable[p];
+    ParamRecord &record = records_[p];
     record.Min = preset.Min;
     record.Max = preset.Max;
     record.Attributes = preset.Attributes;
 }
 
-void Model::ClampValue(int p)
+void ParameterTable::ClampValue(int p)
 {
-    ParamRecord &record = ParamTable[p];
+    const ParamRecord &record = records_[p];
     if (record.Value < record.Min)
-        record.Value = record.Min;
+        SetValue(p, record.Min, ChangeCause::Rule);
     else if (record.Value > record.Max)
-        record.Value = record.Max;
+        SetValue(p, record.Max, ChangeCause::Rule);
 }
 
-void Model::CopyLimits(int from, int to)
+void ParameterTable::CopyLimits(int from, int to)
 {
-    const ParamRecord &source = ParamTable[from];
-    ParamRecord &record = ParamTable[to];
+    const ParamRecord &source = records_[from];
+    ParamRecord &record = records_[to];
     record.Min = source.Min;
     record.Max = source.Max;
     record.Attributes = source.Attributes & ~Attr::NotInherited;
 }
 
-void Model::FollowSource(int p)
+void ParameterTable::FollowSource(int p)
 {
     const int absolute = p + 3;
     const int dependants[] = {p + 6, p + 9};
@@ -91,11 +91,11 @@ void Model::FollowSource(int p)
         }
         CopyLimits(selected, dependant);
         if (Value(absolute) != 0)
-            ParamTable[dependant].Min = 0;
+            records_[dependant].Min = 0;
     }
 }
 
-void Model::RefreshDependentParams(int p)
+void ParameterTable::RefreshDependentParams(int p)
 {
     try {
         ApplyRule(p);
@@ -104,7 +104,7 @@ void Model::RefreshDependentParams(int p)
     }
 }
 
-void Model::RefreshAllDependents(std::int32_t mask)
+void ParameterTable::RefreshAllDependents(std::int32_t mask)
 {
     QStringList failures;
     for (int i = 0; i <= LastParam; ++i) {
@@ -120,7 +120,7 @@ void Model::RefreshAllDependents(std::int32_t mask)
         ReportFailure(RuntimeFailure(failures.join(QStringLiteral("\r\n"))));
 }
 
-void Model::ApplyRule(int p)
+void ParameterTable::ApplyRule(int p)
 {
     const RuleRow *row = std::find_if(std::begin(Rules), std::end(Rules),
                                       [p](const RuleRow &rule) { return p >= rule.first && p <= rule.last; });
@@ -142,10 +142,10 @@ void Model::ApplyRule(int p)
         }
         break;
     case Rule::Polarity:
-        ParamTable[low].Min = selected == 0 ? 0 : BipolarMin;
-        ParamTable[low].Max = CalibrationMax;
-        ParamTable[high].Min = 0;
-        ParamTable[high].Max = CalibrationMax;
+        records_[low].Min = selected == 0 ? 0 : BipolarMin;
+        records_[low].Max = CalibrationMax;
+        records_[high].Min = 0;
+        records_[high].Max = CalibrationMax;
         ClampValue(low);
         ClampValue(high);
         break;
@@ -161,19 +161,19 @@ void Model::ApplyRule(int p)
             RestoreLimits(high);
         } else {
             CopyLimits(selected, low);
-            ParamTable[high].Attributes = ParamTable[selected].Attributes & ~Attr::NotInherited;
+            records_[high].Attributes = records_[selected].Attributes & ~Attr::NotInherited;
             ClampValue(low);
             ClampValue(high);
         }
         break;
     case Rule::DriveModel: {
         const std::int32_t rated = RatedAmps(selected & 15);
-        ParamTable[Param::DriveCurrent].Value = rated;
-        ParamRecord &motor = ParamTable[Param::MotorCurrent];
+        SetValue(Param::DriveCurrent, rated, ChangeCause::Rule);
+        ParamRecord &motor = records_[Param::MotorCurrent];
         motor.Preset = rated;
         motor.Max = rated;
         motor.Min = CLng(rated * 0.2);
-        motor.Value = rated;
+        SetValue(Param::MotorCurrent, rated, ChangeCause::Rule);
         break;
     }
     }

@@ -1,6 +1,7 @@
 #include "operations/DriveOperations.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
 #include "platform/Guard.h"
@@ -12,9 +13,10 @@
 namespace quorvik
 {
 
-DriveOperations::DriveOperations(Model &model, DriveLink &link, EntryRules &rules, SaveCommands &saving,
-                                 Asker &asker)
-    : model_(model)
+DriveOperations::DriveOperations(ParameterTable &table, Document &document, DriveLink &link,
+                                 EntryRules &rules, SaveCommands &saving, Asker &asker)
+    : table_(table)
+    , document_(document)
     , link_(link)
     , rules_(rules)
     , saving_(saving)
@@ -81,22 +83,20 @@ OperationResult DriveOperations::ToggleComStatus()
     switch (asker_.MsgBox(QStringLiteral("Write current parameter settings to drive?"),
                           MsgButtons::YesNoCancel, MsgIcon::Question, QStringLiteral("Write Parameters"))) {
     case MsgAnswer::Yes:
-        if (!model_.DriveIsStopped()) {
+        if (!table_.DriveIsStopped()) {
             rules_.ShowStopModeMessage();
             return {Outcome::Refused};
         }
         if (const OperationResult online = GoOnLine(); !online.IsDone())
             return online;
-        model_.SetAllWriteFlags(WriteState::Queued);
+        table_.SetAllWriteFlags(WriteState::Queued);
         return SendAll();
     case MsgAnswer::No: {
         if (!saving_.PromptSaveChanges())
             return {Outcome::Cancelled};
         OperationResult result = ReadAnew();
-        if (result.IsDone()) {
-            model_.FileName = Model::Unnamed();
-            model_.MarkFile(false);
-        }
+        if (result.IsDone())
+            document_.BecomeUnnamed(false);
         return result;
     }
     default:
@@ -112,7 +112,7 @@ OperationResult DriveOperations::ChooseCommMode()
 OperationResult DriveOperations::ReadAnew()
 {
     // Before the link opens: what was to be sent would be in the way of the reading.
-    model_.DropAllWrites();
+    table_.DropAllWrites();
     const OperationResult online = GoOnLine();
     return online.IsDone() ? ReadAll() : online;
 }
@@ -133,7 +133,7 @@ OperationResult DriveOperations::RunScan(WholeScan kind)
     // A drive that claims to have no parameters at all leaves nothing to show.
     Progress progress(isReading ? QStringLiteral("Reading Parameters from Drive")
                                 : QStringLiteral("Writing Parameters to Drive"),
-                      int(kind), std::max(model_.LastParam + 1, 1));
+                      int(kind), std::max(table_.LastParam + 1, 1));
     ScanResult scan;
     connect(&link_, &DriveLink::ScanProgress, &progress, &Progress::Advance);
     connect(&link_, &DriveLink::ScanFinished, &progress, [&](const ScanResult &result) {
@@ -147,7 +147,7 @@ OperationResult DriveOperations::RunScan(WholeScan kind)
     const bool isComplete = scan.end == ScanResult::End::Complete;
     if (isReading) {
         if (isComplete)
-            Guarded([this] { model_.RefreshAllDependents(); });
+            Guarded([this] { table_.RefreshAllDependents(); });
         SettleReading(scan);
     }
     OperationResult result{.missing = {scan.missing.begin(), scan.missing.end()}};
@@ -160,15 +160,15 @@ OperationResult DriveOperations::RunScan(WholeScan kind)
 
 void DriveOperations::SaveDriveParameters()
 {
-    model_.SetParamValue(Param::SaveParameters, 1, true, false);
-    model_.DriveModified = false;
+    table_.SetParamValue(Param::SaveParameters, 1, true, false);
+    document_.DriveModified = false;
 }
 
 void DriveOperations::LoadDriveParameters()
 {
-    wasModified_ = model_.DriveModified;
-    model_.SetParamValue(Param::LoadParameters, 1, true, false);
-    model_.DriveModified = false;
+    wasModified_ = document_.DriveModified;
+    table_.SetParamValue(Param::LoadParameters, 1, true, false);
+    document_.DriveModified = false;
 }
 
 void DriveOperations::BeforeLeaving(OffLineReason reason)
@@ -176,14 +176,14 @@ void DriveOperations::BeforeLeaving(OffLineReason reason)
     const QScopedValueRollback leaving(leaving_, true);
     // A save that was never answered is none.
     for (const int command : {Param::SaveParameters, Param::LoadParameters})
-        if (model_.ParamTable[command].WriteFlag != WriteState::None)
+        if (table_[command].WriteFlag != WriteState::None)
             MemoryCommandFailed(command);
     PromptSaveToDrive(reason);
 }
 
 void DriveOperations::PromptSaveToDrive(OffLineReason reason)
 {
-    if (!model_.DriveModified)
+    if (!document_.DriveModified)
         return;
     if (reason == OffLineReason::BrokenOff) {
         asker_.Tell(
@@ -198,12 +198,10 @@ void DriveOperations::PromptSaveToDrive(OffLineReason reason)
             MsgButtons::YesNo, MsgIcon::Question, AppTitle()) != MsgAnswer::Yes)
         return;
     if (SaveInDrive()) {
-        model_.DriveModified = false;
+        document_.DriveModified = false;
         return;
     }
-    ParamRecord &command = model_.ParamTable[Param::SaveParameters];
-    command.Value = 0;
-    command.WriteFlag = WriteState::None;
+    table_.DropCommand(Param::SaveParameters);
     ShowNotSavedMessage();
 }
 
@@ -213,27 +211,25 @@ bool DriveOperations::SaveInDrive()
     QObject whileWaiting;
     connect(&link_, &DriveLink::WriteGivenUp, &whileWaiting,
             [&isRefused](int p) { isRefused = isRefused || p == Param::SaveParameters; });
-    const auto mayStillSave = [&] { return model_.PortOpen() && !isRefused; };
-    const auto isAsked = [this] { return model_.Value(Param::SaveParameters) == 1; };
+    const auto mayStillSave = [&] { return table_.PortOpen() && !isRefused; };
+    const auto isAsked = [this] { return table_.Value(Param::SaveParameters) == 1; };
     if (!mayStillSave())
         return false;
-    model_.SetParamValue(Param::SaveParameters, 1, true, false);
+    table_.SetParamValue(Param::SaveParameters, 1, true, false);
     // While it is polled the table holds what the drive says, which is 1 until it has saved.
-    model_.AddReadInterest(Param::SaveParameters);
+    table_.AddReadInterest(Param::SaveParameters);
     PumpWhile([&] { return isAsked() && mayStillSave(); }, QDeadlineTimer(SaveLimitMs));
-    model_.RemoveReadInterest(Param::SaveParameters);
+    table_.RemoveReadInterest(Param::SaveParameters);
     return !isAsked() && mayStillSave();
 }
 
 void DriveOperations::MemoryCommandFailed(int command)
 {
-    ParamRecord &record = model_.ParamTable[command];
-    record.Value = 0;
-    record.WriteFlag = WriteState::None;
+    table_.DropCommand(command);
     if (command == Param::SaveParameters)
-        model_.DriveModified = true;
+        document_.DriveModified = true;
     else if (command == Param::LoadParameters)
-        model_.DriveModified = wasModified_;
+        document_.DriveModified = wasModified_;
 }
 
 } // namespace quorvik

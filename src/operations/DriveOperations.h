@@ -11,7 +11,8 @@ namespace quorvik
 {
 
 class EntryRules;
-class Model;
+class Document;
+class ParameterTable;
 class SaveCommands;
 
 /** Why the link is taken down. */
@@ -31,7 +32,8 @@ class DriveOperations : public QObject
     Q_OBJECT
 
 public:
-    DriveOperations(Model &model, DriveLink &link, EntryRules &rules, SaveCommands &saving, Asker &asker);
+    DriveOperations(ParameterTable &table, Document &document, DriveLink &link, EntryRules &rules,
+                    SaveCommands &saving, Asker &asker);
 
     /**
      * Opens the port and learns the table's size; waits for the drive in the event loop. Refused for a port
@@ -45,8 +47,8 @@ public:
     /** The choice at the program's start: on line with the drive's table, or not. */
     OperationResult ChooseCommMode();
 
-    /** Reads the whole table. A set that is read by half is marked so (Model::HalfRead), and the user is told
-     * what is missing. */
+    /** Reads the whole table. A set that is read by half is marked so (Document::HalfRead), and the user is
+     * told what is missing. */
     OperationResult ReadAll();
     /** Follows what is queued of the whole table until it is sent. */
     OperationResult SendAll();
@@ -76,14 +78,15 @@ private:
     void Later(const std::function<void()> &work);
     void Announce(const QString &sentence, const QString &title);
 
-    Model &model_;
+    ParameterTable &table_;
+    Document &document_;
     DriveLink &link_;
     EntryRules &rules_;
     SaveCommands &saving_;
     Asker &asker_;
     bool waitingForDrive_ = false;
     bool leaving_ = false;
-    bool wasModified_ = false; ///< Model::DriveModified before the drive was told to load
+    bool wasModified_ = false; ///< Document::DriveModified before the drive was told to load
 };
 
 } // namespace quorvik

@@ -7,7 +7,7 @@
 namespace quorvik
 {
 
-class Model;
+class ParameterTable;
 
 /** The items of a "Select Parameter" list: "number name" each, and which one is to be selected (-1 for none).
  */
@@ -26,7 +26,7 @@ int ParamOfChoice(const QString &item);
 class EntryRules
 {
 public:
-    EntryRules(Model &model, Asker &asker);
+    EntryRules(ParameterTable &table, Asker &asker);
 
     /** A click on a value box, or Enter in it. Acts on access classes 0 and 1 only. */
     void EditParameter(int accessClass, int p);
@@ -55,7 +55,7 @@ public:
     ParamChoices FillParamCombo(int p) const;
 
 private:
-    Model &model_;
+    ParameterTable &table_;
     Asker &asker_;
 };
 

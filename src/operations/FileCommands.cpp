@@ -1,6 +1,7 @@
 #include "operations/FileCommands.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
@@ -21,17 +22,17 @@ namespace
 class WriteHold
 {
 public:
-    explicit WriteHold(Model &model)
-        : model_(model)
+    explicit WriteHold(ParameterTable &table)
+        : table_(table)
     {
-        for (int i = 0; i <= model_.LastParam; ++i)
-            flags_.push_back(model_.ParamTable[i].WriteFlag);
-        model_.SetAllWriteFlags(WriteState::Held);
+        for (int i = 0; i <= table_.LastParam; ++i)
+            flags_.push_back(table_[i].WriteFlag);
+        table_.SetAllWriteFlags(WriteState::Held);
     }
     ~WriteHold()
     {
         for (std::size_t i = 0; i < flags_.size(); ++i)
-            model_.ParamTable[int(i)].WriteFlag = flags_[i];
+            table_.Row(int(i)).WriteFlag = flags_[i];
     }
     WriteHold(const WriteHold &) = delete;
     WriteHold &operator=(const WriteHold &) = delete;
@@ -40,19 +41,20 @@ public:
     void Release()
     {
         flags_.clear();
-        model_.SetAllWriteFlags(WriteState::Queued);
+        table_.SetAllWriteFlags(WriteState::Queued);
     }
 
 private:
-    Model &model_;
+    ParameterTable &table_;
     std::vector<std::uint8_t> flags_;
 };
 
 } // namespace
 
-FileCommands::FileCommands(Model &model, EntryRules &rules, Asker &asker, SettingsFile &file,
-                           SaveCommands &saving, DriveOperations &drive)
-    : model_(model)
+FileCommands::FileCommands(ParameterTable &table, Document &document, EntryRules &rules, Asker &asker,
+                           SettingsFile &file, SaveCommands &saving, DriveOperations &drive)
+    : table_(table)
+    , document_(document)
     , rules_(rules)
     , asker_(asker)
     , file_(file)
@@ -65,9 +67,8 @@ OperationResult FileCommands::New()
 {
     if (!saving_.PromptSaveChanges())
         return {Outcome::Cancelled};
-    model_.ResetToDefaults();
-    model_.Notes.clear();
-    BecomeUnnamed(false);
+    table_.ResetToDefaults();
+    document_.BeginAnew();
     asker_.SelectDriveModel();
     return {};
 }
@@ -89,28 +90,28 @@ OperationResult FileCommands::ReadFromDrive()
 {
     if (!saving_.PromptSaveChanges())
         return {Outcome::Cancelled};
-    model_.DropAllWrites();
+    table_.DropAllWrites();
     if (const OperationResult online = drive_.GoOnLine(); !online.IsDone())
         return online;
     OperationResult result = drive_.ReadAll();
     // What came from the drive is a new set that nobody saved. A reading that did not come to its end has
     // said so itself.
-    if (model_.PortOpen() && !model_.HalfRead)
-        BecomeUnnamed(true);
+    if (table_.PortOpen() && !document_.HalfRead)
+        document_.BecomeUnnamed(true);
     drive_.GoOffLine(OffLineReason::CommandEnded);
     return result;
 }
 
 OperationResult FileCommands::WriteToDrive()
 {
-    if (!model_.DriveIsStopped()) {
+    if (!table_.DriveIsStopped()) {
         rules_.ShowStopModeMessage();
         return {Outcome::Refused};
     }
     if (const OperationResult online = drive_.GoOnLine(); !online.IsDone())
         return online;
-    model_.SetAllWriteFlags(WriteState::Queued);
-    model_.DriveModified = true;
+    table_.SetAllWriteFlags(WriteState::Queued);
+    document_.DriveModified = true;
     OperationResult result = drive_.SendAll();
     drive_.GoOffLine(OffLineReason::CommandEnded);
     return result;
@@ -118,29 +119,23 @@ OperationResult FileCommands::WriteToDrive()
 
 OperationResult FileCommands::LoadAndAssignSettingsFromFile(const QString &path)
 {
-    if (!model_.PortOpen())
+    if (!table_.PortOpen())
         return ResultOf(file_.LoadSettings(path));
-    if (!model_.DriveIsStopped()) {
+    if (!table_.DriveIsStopped()) {
         rules_.ShowStopModeMessage();
         return {Outcome::Refused};
     }
     QString failure;
     {
-        WriteHold hold(model_);
+        WriteHold hold(table_);
         failure = file_.LoadSettings(path);
         if (failure.isEmpty()) {
-            model_.RefreshAllDependents(Attr::RefreshAfterLoad);
+            table_.RefreshAllDependents(Attr::RefreshAfterLoad);
             hold.Release();
         }
     }
     // A file that was refused changed nothing, so there is nothing to send.
     return failure.isEmpty() ? drive_.SendAll() : ResultOf(failure);
-}
-
-void FileCommands::BecomeUnnamed(bool modified)
-{
-    model_.FileName = Model::Unnamed();
-    model_.MarkFile(modified);
 }
 
 OperationResult FileCommands::ResultOf(const QString &failure)

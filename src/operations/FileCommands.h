@@ -10,7 +10,8 @@ namespace quorvik
 class Asker;
 class DriveOperations;
 class EntryRules;
-class Model;
+class Document;
+class ParameterTable;
 class SaveCommands;
 class SettingsFile;
 
@@ -18,8 +19,8 @@ class SettingsFile;
 class FileCommands
 {
 public:
-    FileCommands(Model &model, EntryRules &rules, Asker &asker, SettingsFile &file, SaveCommands &saving,
-                 DriveOperations &drive);
+    FileCommands(ParameterTable &table, Document &document, EntryRules &rules, Asker &asker,
+                 SettingsFile &file, SaveCommands &saving, DriveOperations &drive);
 
     OperationResult New();
     OperationResult Open();
@@ -29,10 +30,10 @@ public:
     OperationResult LoadAndAssignSettingsFromFile(const QString &path);
 
 private:
-    void BecomeUnnamed(bool modified);
     OperationResult ResultOf(const QString &failure);
 
-    Model &model_;
+    ParameterTable &table_;
+    Document &document_;
     EntryRules &rules_;
     Asker &asker_;
     SettingsFile &file_;

@@ -1,4 +1,5 @@
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "operations/DriveOperations.h"
 
 namespace quorvik
@@ -58,7 +59,7 @@ void DriveOperations::OnBroken(LinkFault fault, bool mayBeMoving)
 void DriveOperations::OnWriteGivenUp(int p, std::int32_t rawValue, bool isTold)
 {
     if (!isTold)
-        Announce(QStringLiteral("Could not write value of %1 to ").arg(rawValue) + model_.FullName(p),
+        Announce(QStringLiteral("Could not write value of %1 to ").arg(rawValue) + table_.FullName(p),
                  QStringLiteral("Write Error"));
     // While leaving, whoever asked for the save sees to it.
     if (!Param::IsCommand(p) || leaving_)
@@ -77,15 +78,14 @@ void DriveOperations::SettleReading(const ScanResult &scan)
 {
     const bool isComplete = scan.end == ScanResult::End::Complete;
     if (isComplete && scan.missing.empty() && !scan.isInDoubt) {
-        model_.HalfRead = false;
+        document_.HalfRead = false;
         return;
     }
     // Where nothing was read, the set is what it was.
     if (!scan.hasRead)
         return;
-    model_.HalfRead = true;
-    model_.FileName = Model::Unnamed();
-    model_.MarkFile(true);
+    document_.HalfRead = true;
+    document_.BecomeUnnamed(true);
     // A user who pressed Cancel knows.
     if (scan.end == ScanResult::End::Cancelled)
         return;
@@ -105,7 +105,7 @@ void DriveOperations::SettleReading(const ScanResult &scan)
                 sentence += QStringLiteral("\r\nand %1 more").arg(int(scan.missing.size()) - MostNamed);
                 break;
             }
-            sentence += QStringLiteral("\r\n") + model_.FullName(p);
+            sentence += QStringLiteral("\r\n") + table_.FullName(p);
         }
     }
     Announce(sentence + QStringLiteral("\r\n\r\nRead the drive again before you rely on this set."),

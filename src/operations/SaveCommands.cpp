@@ -1,6 +1,6 @@
 #include "operations/SaveCommands.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
 #include "model/PathFunctions.h"
 #include "platform/RuntimeFailure.h"
 #include "settings/SettingsFile.h"
@@ -12,8 +12,8 @@
 namespace quorvik
 {
 
-SaveCommands::SaveCommands(Model &model, Asker &asker, SettingsFile &file, QString programFolder)
-    : model_(model)
+SaveCommands::SaveCommands(Document &document, Asker &asker, SettingsFile &file, QString programFolder)
+    : document_(document)
     , asker_(asker)
     , file_(file)
     , programFolder_(std::move(programFolder))
@@ -23,16 +23,16 @@ SaveCommands::SaveCommands(Model &model, Asker &asker, SettingsFile &file, QStri
 bool SaveCommands::PromptSaveChanges()
 {
     // Edits whose mark was taken away again are not to be lost without a word either.
-    if (!model_.FileModified && !model_.HasUnsavedEdits)
+    if (!document_.FileModified && !document_.HasUnsavedEdits)
         return true;
     const QString text =
-        FileTitle(model_.FileName) + QStringLiteral(" has been modified.\r\n\r\nSave changes?");
+        FileTitle(document_.FileName) + QStringLiteral(" has been modified.\r\n\r\nSave changes?");
     switch (asker_.MsgBox(text, MsgButtons::YesNoCancel, MsgIcon::Question, AppTitle())) {
     case MsgAnswer::Yes:
         Save(0);
-        return !model_.FileModified && !model_.HasUnsavedEdits;
+        return !document_.FileModified && !document_.HasUnsavedEdits;
     case MsgAnswer::No:
-        model_.MarkFile(false);
+        document_.MarkFile(false);
         return true;
     default:
         return false;
@@ -50,7 +50,7 @@ void SaveCommands::Save(int index)
     QString chosen = dialogFileName_;
     // Refusing the factory table leaves the set unnamed, so the next round shows the dialog.
     do {
-        if (index == 1 || model_.FileName == Model::Unnamed()) {
+        if (index == 1 || document_.FileName == Document::Unnamed()) {
             const std::optional<QString> path = asker_.ShowSave(DialogRequest(QStringLiteral("Save As")));
             if (!path)
                 return;
@@ -67,8 +67,8 @@ void SaveCommands::Save(int index)
             : file_.Save(chosen);
     if (failure.isEmpty()) {
         dialogFileName_ = chosen;
-        model_.FileName = chosen;
-        model_.MarkFile(false);
+        document_.FileName = chosen;
+        document_.MarkFile(false);
         return;
     }
     // Once the dialog was shown, a failure is told without a box.
@@ -79,10 +79,10 @@ void SaveCommands::Save(int index)
 
 FileDialogRequest SaveCommands::DialogRequest(const QString &title) const
 {
-    const QString folder = FilePath(model_.FileName);
+    const QString folder = FilePath(document_.FileName);
     if (folder.isEmpty())
         return {title, programFolder_, dialogFileName_};
-    return {title, folder, FileTitle(model_.FileName)};
+    return {title, folder, FileTitle(document_.FileName)};
 }
 
 bool SaveCommands::RefusesPresets(const QString &path)
@@ -98,8 +98,8 @@ bool SaveCommands::RefusesPresets(const QString &path)
         return false;
     asker_.MsgBox(QStringLiteral("Cannot overwrite default file. Choose another name."), MsgButtons::Ok,
                   MsgIcon::Exclamation, AppTitle());
-    model_.FileName = Model::Unnamed();
-    model_.UpdateTitle();
+    document_.FileName = Document::Unnamed();
+    document_.UpdateTitle();
     return true;
 }
 

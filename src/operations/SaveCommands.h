@@ -7,7 +7,7 @@
 namespace quorvik
 {
 
-class Model;
+class Document;
 class SettingsFile;
 
 /** Keeps the open set from being lost: asks where it was changed, and saves it. */
@@ -17,7 +17,7 @@ class SaveCommands : public QObject
 
 public:
     /** @param programFolder where Presets.fil lies; it cannot be saved over. */
-    SaveCommands(Model &model, Asker &asker, SettingsFile &file, QString programFolder);
+    SaveCommands(Document &document, Asker &asker, SettingsFile &file, QString programFolder);
 
     /**
      * Asks to save a set with edits that no file holds; a save that raises, raises here too.
@@ -45,7 +45,7 @@ private:
     FileDialogRequest DialogRequest(const QString &title) const;
     bool RefusesPresets(const QString &path);
 
-    Model &model_;
+    Document &document_;
     Asker &asker_;
     SettingsFile &file_;
     QString programFolder_;

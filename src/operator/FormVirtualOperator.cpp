@@ -2,7 +2,8 @@
 
 #include "desktop/PlainText.h"
 #include "model/Conversions.h"
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "operator/FormVirtualOperatorSetup.h"
 #include "operator/LatchButton.h"
 #include "operator/VirtualSlider.h"
@@ -45,7 +46,7 @@ const QString &FormVirtualOperator::Caption()
 
 void FormVirtualOperator::Form_Load()
 {
-    Model &model = desk().model;
+    ParameterTable &table = desk().table;
     for (const int p :
          {Param::Run, Param::Stop, Param::Jog, Param::RunStatus, Param::LogicSelect, Param::DriveState})
         Watch(p);
@@ -54,21 +55,20 @@ void FormVirtualOperator::Form_Load()
     std::array<bool, Records> isKnown{};
     for (int index = 0; index < Records; ++index)
         Guarded([&] {
-            const int p = model.VirtualSettings.at(std::size_t(index)).Destination;
+            const int p = desk().document.VirtualSettings.at(std::size_t(index)).Destination;
             isKnown.at(std::size_t(index)) =
-                p == 0 ||
-                (model.FindLinkSource(p) == 0 && (!model.PortOpen() || model.ParamTable[p].ReadFlag > 0));
+                p == 0 || (table.FindLinkSource(p) == 0 && (!table.PortOpen() || table[p].ReadFlag > 0));
         });
-    for (int p = 0; p <= model.LastParam; ++p) {
-        if (!model.AttrBit(Attr::Destination, p) || model.Value(p) == 0)
+    for (int p = 0; p <= table.LastParam; ++p) {
+        if (!table.AttrBit(Attr::Destination, p) || table.Value(p) == 0)
             continue;
-        model.SetParamValue(p, 0, true, false);
+        table.SetParamValue(p, 0, true, false);
         // A drive that runs refuses it, and then the table must tell so.
         Watch(p);
     }
     // Run and Stop act as a maintained command.
-    if (model.Value(Param::LogicSelect) != TwoWire)
-        model.SetParamValue(Param::LogicSelect, TwoWire, true, false);
+    if (table.Value(Param::LogicSelect) != TwoWire)
+        table.SetParamValue(Param::LogicSelect, TwoWire, true, false);
     for (int index = 0; index < Records; ++index)
         FillRecord(index, isKnown.at(std::size_t(index)));
     ShowCommands();
@@ -82,8 +82,8 @@ void FormVirtualOperator::FillRecord(int index, bool isKnown)
             AssignCaption(index);
             return;
         }
-        Model &model = desk().model;
-        const VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
+        ParameterTable &table = desk().table;
+        const VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
         const bool isEmpty = setting.Destination == 0 && setting.BiasOpen == 0 && setting.GainClosed == 0;
         if (isEmpty)
             VScrollSignal(index).SetDesignLimits();
@@ -91,8 +91,8 @@ void FormVirtualOperator::FillRecord(int index, bool isKnown)
             ApplyLimits(index);
         AssignCaption(index);
         ShowSignal(index);
-        if (!isKnown || model.Value(setting.Destination) != setting.Status)
-            model.SetParamValue(setting.Destination, setting.Status, true, false);
+        if (!isKnown || table.Value(setting.Destination) != setting.Status)
+            table.SetParamValue(setting.Destination, setting.Status, true, false);
     });
 }
 
@@ -100,17 +100,17 @@ void FormVirtualOperator::Watch(int p)
 {
     if (watched_.contains(p))
         return;
-    desk().model.AddReadInterest(p);
+    desk().table.AddReadInterest(p);
     watched_.append(p);
 }
 
 void FormVirtualOperator::AssignCaption(int index)
 {
-    const Model &model = desk().model;
-    const VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
+    const ParameterTable &table = desk().table;
+    const VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
     const bool isSignal = index < Signals;
     const bool isAssigned = setting.Destination != 0;
-    const ParamRecord &record = model.ParamTable[setting.Destination];
+    const ParamRecord &record = table[setting.Destination];
     const QString name = isAssigned ? record.Name
                          : isSignal ? QStringLiteral("Signal ") + LetterOf(index)
                                     : QStringLiteral("Digital ") + LetterOf(index);
@@ -141,7 +141,7 @@ void FormVirtualOperator::RefreshControls()
 
 void FormVirtualOperator::ApplyLimits(int index)
 {
-    const VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(index));
+    const VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
     const std::int16_t max = ToInt16(setting.BiasOpen);
     const std::int16_t min = ToInt16(setting.GainClosed);
     const int greater = std::max(std::abs(int(min)), std::abs(int(max)));
@@ -150,28 +150,28 @@ void FormVirtualOperator::ApplyLimits(int index)
 
 void FormVirtualOperator::ShowSignal(int index)
 {
-    const Model &model = desk().model;
-    VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(index));
+    const ParameterTable &table = desk().table;
+    VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
     setting.Status = VScrollSignal(index).value();
     labelSignalValue_.at(std::size_t(index))
-        ->setText(ValueText(setting.Status, model.ParamTable[setting.Destination].Attributes));
+        ->setText(ValueText(setting.Status, table[setting.Destination].Attributes));
 }
 
 void FormVirtualOperator::VScrollSignal_Change(int index)
 {
     ShowSignal(index);
-    const VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(index));
+    const VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
     // An unassigned slider writes parameter 0, as an unassigned button does.
-    desk().model.SetParamValue(setting.Destination, setting.Status, true, false);
+    desk().table.SetParamValue(setting.Destination, setting.Status, true, false);
 }
 
 void FormVirtualOperator::CommandDigital_Click(int index)
 {
-    Model &model = desk().model;
-    VirtualSetting &setting = model.VirtualSettings.at(std::size_t(index));
+    ParameterTable &table = desk().table;
+    VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
     setting.Status = ~setting.Status;
     // Unlike a slider's, this write clears the modified marks and refreshes what hangs on the parameter.
-    model.SetParamValue(setting.Destination,
+    table.SetParamValue(setting.Destination,
                         setting.Status == PushedIn ? setting.GainClosed : setting.BiasOpen, false, true);
     AssignCaption(index);
 }

@@ -1,6 +1,6 @@
 // Run, Stop and Jog of the panel, and what it shows of the drive behind them.
 
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/JogButton.h"
 
@@ -26,48 +26,48 @@ enum DriveState { Stopped, Running, Jogging = 3, JogStopping, JogDelaying, Emerg
 void FormVirtualOperator::CommandRun_Click()
 {
     isStopAsked_ = false;
-    desk().model.SetParamValue(Param::Run, 1, true, false);
+    desk().table.SetParamValue(Param::Run, 1, true, false);
 }
 
 void FormVirtualOperator::CommandStop_Click()
 {
-    Model &model = desk().model;
+    ParameterTable &table = desk().table;
     isStopAsked_ = true;
-    model.SetParamValue(Param::Run, 0, true, false);
+    table.SetParamValue(Param::Run, 0, true, false);
     EndJog();
     // What three wires have latched only the stop input lets go.
-    const ParamRecord &logic = model.ParamTable[Param::LogicSelect];
-    const bool isUnsettled = model.PortOpen() && logic.WriteFlag != WriteState::None;
+    const ParamRecord &logic = table[Param::LogicSelect];
+    const bool isUnsettled = table.PortOpen() && logic.WriteFlag != WriteState::None;
     if (logic.Value != TwoWire || isUnsettled)
-        model.SetParamValue(Param::Stop, 1, true, false);
+        table.SetParamValue(Param::Stop, 1, true, false);
 }
 
 void FormVirtualOperator::CommandJog_MouseDown()
 {
     isStopAsked_ = false;
-    desk().model.SetParamValue(Param::Jog, 1, true, false);
+    desk().table.SetParamValue(Param::Jog, 1, true, false);
 }
 
 void FormVirtualOperator::CommandJog_MouseUp()
 {
     isStopAsked_ = true;
-    desk().model.SetParamValue(Param::Jog, 0, true, false);
+    desk().table.SetParamValue(Param::Jog, 0, true, false);
 }
 
 void FormVirtualOperator::EndJog()
 {
     if (commandJog_->IsHeld())
         commandJog_->Release();
-    else if (desk().model.Value(Param::Jog) != 0 || DriveJogs())
+    else if (desk().table.Value(Param::Jog) != 0 || DriveJogs())
         CommandJog_MouseUp();
 }
 
 bool FormVirtualOperator::DriveRuns() const
 {
-    const Model &model = desk().model;
-    if (!model.PortOpen())
-        return model.Value(Param::Run) != 0;
-    switch (model.Value(Param::DriveState)) {
+    const ParameterTable &table = desk().table;
+    if (!table.PortOpen())
+        return table.Value(Param::Run) != 0;
+    switch (table.Value(Param::DriveState)) {
     case Running:
         return true;
     case Stopped:
@@ -77,27 +77,27 @@ bool FormVirtualOperator::DriveRuns() const
     case EmergencyStopped:
         return false;
     default:
-        return model.Value(Param::RunStatus) != 0;
+        return table.Value(Param::RunStatus) != 0;
     }
 }
 
 bool FormVirtualOperator::DriveJogs() const
 {
-    const Model &model = desk().model;
-    return model.PortOpen() ? model.Value(Param::DriveState) == Jogging : model.Value(Param::Jog) != 0;
+    const ParameterTable &table = desk().table;
+    return table.PortOpen() ? table.Value(Param::DriveState) == Jogging : table.Value(Param::Jog) != 0;
 }
 
 void FormVirtualOperator::ShowCommands()
 {
-    const Model &model = desk().model;
+    const ParameterTable &table = desk().table;
     const bool runs = DriveRuns();
     const bool jogs = DriveJogs();
     commandRun_->SetLit(runs);
     commandJog_->SetLit(jogs);
     // A drive that has been told to stop is asked for its state again only at the next poll.
     isStopAsked_ = isStopAsked_ && (runs || jogs);
-    const bool isRunInForce = model.Value(Param::Run) != 0 || (runs && !isStopAsked_);
-    const bool isJogInForce = model.Value(Param::Jog) != 0 || (jogs && !isStopAsked_);
+    const bool isRunInForce = table.Value(Param::Run) != 0 || (runs && !isStopAsked_);
+    const bool isJogInForce = table.Value(Param::Jog) != 0 || (jogs && !isStopAsked_);
     commandRun_->setEnabled(!isRunInForce && !isJogInForce);
     commandJog_->setEnabled(!isRunInForce);
 
@@ -112,23 +112,23 @@ void FormVirtualOperator::ShowCommands()
 
 QStringList FormVirtualOperator::WhyStopMayFail() const
 {
-    const Model &model = desk().model;
+    const ParameterTable &table = desk().table;
     QStringList reasons;
-    const auto isWaiting = [&model](int p) {
-        return model.AttrBit(Attr::Icr, p) && model.ParamTable[p].WriteFlag != WriteState::None;
+    const auto isWaiting = [&table](int p) {
+        return table.AttrBit(Attr::Icr, p) && table[p].WriteFlag != WriteState::None;
     };
-    if (!model.PortOpen() && !model.DriveIsStopped())
+    if (!table.PortOpen() && !table.DriveIsStopped())
         reasons << QStringLiteral("there is no link to it");
-    if (model.PortOpen() && !model.DriveIsStopped() &&
+    if (table.PortOpen() && !table.DriveIsStopped() &&
         std::any_of(watched_.cbegin(), watched_.cend(), isWaiting))
         reasons << QStringLiteral("it does not let go of its inputs while it runs");
-    if (model.Value(Param::LogicSelect) != TwoWire)
+    if (table.Value(Param::LogicSelect) != TwoWire)
         reasons << QStringLiteral("Logic Select is not 2 Wire");
     for (const int command : {Param::Run, Param::Jog})
-        if (const int source = model.FindLinkSource(command); source != 0)
+        if (const int source = table.FindLinkSource(command); source != 0)
             reasons << QStringLiteral("(%1) %2 drives %3")
                            .arg(source)
-                           .arg(model.ParamTable[source].Name, model.ParamTable[command].Name);
+                           .arg(table[source].Name, table[command].Name);
     return reasons;
 }
 
@@ -180,7 +180,7 @@ void FormVirtualOperator::Unload()
     timerUpdateScreen_->stop();
     EndJog();
     for (const int p : watched_)
-        desk().model.RemoveReadInterest(p);
+        desk().table.RemoveReadInterest(p);
     watched_.clear();
 }
 

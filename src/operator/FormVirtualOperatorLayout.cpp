@@ -1,6 +1,7 @@
 // How the panel is put together; what it does stands in FormVirtualOperator.cpp.
 
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/JogButton.h"
 #include "operator/LatchButton.h"
@@ -98,9 +99,9 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
     properties->setObjectName(QStringLiteral("mnuProperties"));
     On(properties, &QAction::triggered, this, [this] { mnuProperties_Click(); });
 
-    On(&desk.model, &Model::VirtualSettingsLoaded, this, [this] { RefreshControls(); });
+    On(&desk.document, &Document::VirtualSettingsLoaded, this, [this] { RefreshControls(); });
     // Every write announces the title, so this follows each of them.
-    On(&desk.model, &Model::TitleChanged, this, [this] { ShowCommands(); });
+    On(&desk.table.Signals(), &TableSignals::Entered, this, [this] { ShowCommands(); });
     timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
     On(timerUpdateScreen_, &QTimer::timeout, this, [this] { tickGuard_.Run([this] { ShowCommands(); }); });
     timerUpdateScreen_->start(UpdateInterval);

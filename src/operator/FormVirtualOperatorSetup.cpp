@@ -2,9 +2,10 @@
 
 #include "desktop/TypeToChoose.h"
 #include "model/Conversions.h"
-#include "operations/EntryRules.h"
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "model/TextTables.h"
+#include "operations/EntryRules.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/Arithmetic.h"
 #include "platform/Guard.h"
@@ -134,20 +135,20 @@ void FormVirtualOperatorSetup::ComboInput_Click()
         textBiasGain_[end]->setAccessibleName(labelBiasGain_[end]->text());
         comboBiasGain_[end]->setAccessibleName(labelBiasGain_[end]->text());
     }
-    FillDestinationList(desk().model.VirtualSettings.at(std::size_t(index)).Destination);
+    FillDestinationList(desk().document.VirtualSettings.at(std::size_t(index)).Destination);
 }
 
 void FormVirtualOperatorSetup::FillDestinationList(int current)
 {
-    const Model &model = desk().model;
+    const ParameterTable &table = desk().table;
     QStringList items;
     int selected = -1;
-    for (int p = 0; p <= model.LastParam; ++p) {
-        if (model.AttrBit(Attr::ReadOnly, p))
+    for (int p = 0; p <= table.LastParam; ++p) {
+        if (table.AttrBit(Attr::ReadOnly, p))
             continue;
         if (p == current)
             selected = int(items.size());
-        items.append(QString::number(p) + u' ' + model.ParamTable[p].Name);
+        items.append(QString::number(p) + u' ' + table[p].Name);
     }
     {
         const QSignalBlocker blocked(comboDestination_);
@@ -165,7 +166,7 @@ int FormVirtualOperatorSetup::Destination() const
 
 std::int32_t FormVirtualOperatorSetup::AttributesOfDestination() const
 {
-    return desk().model.ParamTable[Destination()].Attributes;
+    return desk().table[Destination()].Attributes;
 }
 
 bool FormVirtualOperatorSetup::HasListOfValues() const
@@ -177,7 +178,8 @@ void FormVirtualOperatorSetup::ComboDestination_Click()
 {
     if (!comboDestination_->currentText().contains(u' '))
         return;
-    const VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(comboInput_->currentIndex()));
+    const VirtualSetting &setting =
+        desk().document.VirtualSettings.at(std::size_t(comboInput_->currentIndex()));
     const int destination = Destination();
     const std::int32_t attributes = AttributesOfDestination();
     const bool hasList = HasListOfValues();
@@ -227,7 +229,7 @@ void FormVirtualOperatorSetup::TextBiasGain_LostFocus(int index)
 
 std::int32_t FormVirtualOperatorSetup::ClampToRange(std::int32_t value, int parameter) const
 {
-    const ParamRecord &record = desk().model.ParamTable[parameter];
+    const ParamRecord &record = desk().table[parameter];
     if (value < record.Min)
         return record.Min;
     return std::min(value, record.Max);
@@ -238,7 +240,8 @@ int FormVirtualOperatorSetup::FindVirtualConflict(int index, int destination) co
     if (destination == 0)
         return 0;
     for (int other = 0; other < comboInput_->count(); ++other)
-        if (other != index && desk().model.VirtualSettings.at(std::size_t(other)).Destination == destination)
+        if (other != index &&
+            desk().document.VirtualSettings.at(std::size_t(other)).Destination == destination)
             return other; // A clash with Signal A gives 0 too and goes unnoticed.
     return 0;
 }
@@ -274,7 +277,7 @@ bool FormVirtualOperatorSetup::ApplyVirtualInput()
     const std::optional<EndValues> rawEnds = EnteredEnds(destination);
     if (!rawEnds)
         return false;
-    VirtualSetting &setting = desk().model.VirtualSettings.at(std::size_t(index));
+    VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
     setting.Destination = ToInt16(destination);
     setting.BiasOpen = (*rawEnds)[0];
     setting.GainClosed = (*rawEnds)[1];

@@ -1,6 +1,6 @@
 #include "settings/RecoveryCopy.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
 #include "model/PathFunctions.h"
 #include "platform/AtomicFile.h"
 #include "platform/Guard.h"
@@ -14,15 +14,15 @@
 namespace quorvik
 {
 
-RecoveryCopy::RecoveryCopy(Model &model, SettingsFile &file, const QString &folder, int writeDelayMs)
-    : model_(model)
+RecoveryCopy::RecoveryCopy(Document &document, SettingsFile &file, const QString &folder, int writeDelayMs)
+    : document_(document)
     , file_(file)
     , folder_(folder)
 {
     timer_.setSingleShot(true);
     timer_.setInterval(writeDelayMs);
     On(&timer_, &QTimer::timeout, this, [this] { Write(); });
-    On(&model_, &Model::TitleChanged, this, [this] { OnMarksChanged(); });
+    On(&document_, &Document::Marked, this, [this] { OnMarksChanged(); });
 }
 
 QString RecoveryCopy::Path() const
@@ -37,7 +37,7 @@ QString RecoveryCopy::NamePath() const
 
 void RecoveryCopy::OnMarksChanged()
 {
-    if (!model_.HasUnsavedEdits) {
+    if (!document_.HasUnsavedEdits) {
         // What an earlier run left is not ours to remove before it was offered.
         if (std::exchange(isOurs_, false))
             Remove();
@@ -65,18 +65,18 @@ void RecoveryCopy::Write()
 QString RecoveryCopy::WriteBoth()
 {
     QDir().mkpath(folder_);
-    if (QString failure = AtomicFile::Write(NamePath(), model_.FileName.toUtf8()); !failure.isEmpty())
+    if (QString failure = AtomicFile::Write(NamePath(), document_.FileName.toUtf8()); !failure.isEmpty())
         return failure;
     // Saving turns empty notes into one blank, which is for the user's own save to do.
-    const QString notes = std::exchange(model_.Notes, model_.TypedNotes.value_or(model_.Notes));
+    const QString notes = std::exchange(document_.Notes, document_.TypedNotes.value_or(document_.Notes));
     QString failure = file_.Save(Path());
-    model_.Notes = notes;
+    document_.Notes = notes;
     return failure;
 }
 
 void RecoveryCopy::WriteNow()
 {
-    if (model_.HasUnsavedEdits)
+    if (document_.HasUnsavedEdits)
         Write();
 }
 
@@ -101,7 +101,7 @@ std::optional<QString> RecoveryCopy::LeftoverName() const
     if (!QFile::exists(Path()))
         return std::nullopt;
     QFile nameFile(NamePath());
-    return nameFile.open(QIODevice::ReadOnly) ? QString::fromUtf8(nameFile.readAll()) : Model::Unnamed();
+    return nameFile.open(QIODevice::ReadOnly) ? QString::fromUtf8(nameFile.readAll()) : Document::Unnamed();
 }
 
 QString RecoveryCopy::Recover(const QString &name)
@@ -110,8 +110,8 @@ QString RecoveryCopy::Recover(const QString &name)
     if (!failure.isEmpty())
         return failure;
     // Still unsaved, so the copy stays until the next one takes its place.
-    model_.FileName = name;
-    model_.MarkFile(true);
+    document_.FileName = name;
+    document_.MarkFile(true);
     return {};
 }
 

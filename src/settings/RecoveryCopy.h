@@ -7,7 +7,7 @@
 namespace quorvik
 {
 
-class Model;
+class Document;
 class SettingsFile;
 
 /**
@@ -25,12 +25,13 @@ public:
     static constexpr int WriteDelayMs = 3000;
 
     /** @param folder where the copy lies; made when it is needed. */
-    RecoveryCopy(Model &model, SettingsFile &file, const QString &folder, int writeDelayMs = WriteDelayMs);
+    RecoveryCopy(Document &document, SettingsFile &file, const QString &folder,
+                 int writeDelayMs = WriteDelayMs);
 
     /** The name of the set that an earlier run left behind, or nothing. */
     std::optional<QString> LeftoverName() const;
-    /** Takes that set into the table, marked as modified; the copy goes on with it. @return empty, or what is wrong
-     * with the copy. */
+    /** Takes that set into the table, marked as modified; the copy goes on with it. @return empty, or what is
+     * wrong with the copy. */
     QString Recover(const QString &name);
     /** Keeps that copy as "declined.Svx", where it is not offered again. */
     void KeepDeclined();
@@ -58,7 +59,7 @@ private:
     QString SetAside(const QString &name);
     QString NamePath() const;
 
-    Model &model_;
+    Document &document_;
     SettingsFile &file_;
     QString folder_;
     QTimer timer_;

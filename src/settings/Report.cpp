@@ -1,7 +1,7 @@
 #include "settings/Report.h"
 
 #include "model/Conversions.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 
 #include <QRegularExpression>
 #include <algorithm>
@@ -33,13 +33,13 @@ const QString &ReportField(const ReportRow &row, int column)
     return row.*fields.at(std::size_t(column));
 }
 
-QList<ReportRow> CollectRows(const Model &model, ReportFilter filter)
+QList<ReportRow> CollectRows(const ParameterTable &table, ReportFilter filter)
 {
     QList<ReportRow> rows;
-    rows.reserve(model.LastParam + 1);
-    for (int i = 0; i <= model.LastParam; ++i) {
-        const ParamRecord &record = model.ParamTable[i];
-        const bool isChanged = !model.AttrBit(Attr::ReadOnly, i) && record.Value != record.Preset;
+    rows.reserve(table.LastParam + 1);
+    for (int i = 0; i <= table.LastParam; ++i) {
+        const ParamRecord &record = table[i];
+        const bool isChanged = !table.AttrBit(Attr::ReadOnly, i) && record.Value != record.Preset;
         if (filter == ReportFilter::ChangedFromDefault && !isChanged)
             continue;
         rows.append({QString::number(i).rightJustified(3), record.Name,

@@ -6,7 +6,7 @@
 namespace quorvik
 {
 
-class Model;
+class ParameterTable;
 
 /** Which parameters the list shows; the values are the indices of its menu entries and option buttons. */
 enum class ReportFilter { All = 0, ChangedFromDefault = 1 };
@@ -28,7 +28,7 @@ const QString &ReportField(const ReportRow &row, int column);
  * The rows of the table from 0 to LastParam. The changed ones are those that can be written and whose Value
  * differs from Preset. Raises RuntimeFailure for a value that has no text.
  */
-QList<ReportRow> CollectRows(const Model &model, ReportFilter filter);
+QList<ReportRow> CollectRows(const ParameterTable &table, ReportFilter filter);
 
 /** Sorts as text by a column, 0 to 3; rows with equal texts keep their order. */
 void SortRows(QList<ReportRow> &rows, int column, bool descending);

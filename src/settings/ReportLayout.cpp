@@ -1,6 +1,7 @@
 #include "settings/ReportLayout.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "settings/LineWrap.h"
 
 #include <QDateTime>
@@ -154,12 +155,12 @@ private:
 
 } // namespace
 
-ReportContent DescribeReport(const Model &model, const QList<ReportRow> &rows)
+ReportContent DescribeReport(const Document &document, const QList<ReportRow> &rows)
 {
     const QLocale locale;
     const QDateTime now = QDateTime::currentDateTime();
     return {QStringLiteral(QUORVIK_VERSION), locale.toString(now.date(), QLocale::ShortFormat),
-            locale.toString(now.time(), LongTimeFormat(locale)), model.Notes, rows};
+            locale.toString(now.time(), LongTimeFormat(locale)), document.Notes, rows};
 }
 
 QList<ReportPage> LayOutReport(const ReportContent &content, const ReportMetrics &metrics)

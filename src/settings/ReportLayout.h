@@ -7,6 +7,8 @@
 namespace quorvik
 {
 
+class Document;
+
 /** What the report says, in texts. */
 struct ReportContent {
     QString versionText;
@@ -17,7 +19,7 @@ struct ReportContent {
 };
 
 /** The version of this program, the table's notes, and the present date and time in the user's format. */
-ReportContent DescribeReport(const Model &model, const QList<ReportRow> &rows);
+ReportContent DescribeReport(const Document &document, const QList<ReportRow> &rows);
 
 enum class ReportFont { Body, Underlined, Title };
 

@@ -1,6 +1,7 @@
 #include "settings/SettingsFile.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "settings/SettingsTables.h"
 
 namespace quorvik
@@ -61,10 +62,12 @@ QString ReadWhole(const QString &path, Database &database, Recordset &rows, QStr
 }
 
 /** Takes a row of a file into the table; on line the drive's own parameters stay what the drive says. */
-void TakeRow(const ParamRecord &row, int number, bool online, ParamRecord &record)
+void TakeRow(const ParamRecord &row, int number, ParameterTable &table)
 {
+    const bool online = table.PortOpen();
+    ParamRecord &record = table.Row(number);
     if (online && number == Param::MotorCurrent) {
-        record.Value = row.Value;
+        table.SetValue(number, row.Value, ChangeCause::File);
         return;
     }
     if (online && (number == Param::DriveModel || (record.Attributes & Attr::ReadOnly) > 0))
@@ -74,23 +77,24 @@ void TakeRow(const ParamRecord &row, int number, bool online, ParamRecord &recor
     record.Attributes = row.Attributes;
     record.Preset = row.Preset;
     // A command that was under way when the set was saved must not be given again by it.
-    record.Value = Param::IsCommand(number) ? 0 : row.Value;
+    table.SetValue(number, Param::IsCommand(number) ? 0 : row.Value, ChangeCause::File);
     record.Name = row.Name;
 }
 
 } // namespace
 
-SettingsFile::SettingsFile(Model &model)
-    : model_(model)
+SettingsFile::SettingsFile(ParameterTable &table, Document &document)
+    : table_(table)
+    , document_(document)
 {
 }
 
-QString SettingsFile::LoadPresets(const QString &path)
+QString LoadFactoryTable(const QString &path, ParameterTable &table, QString *notes)
 {
     Database database;
     Recordset rows;
-    QString notes;
-    if (QString failure = ReadWhole(path, database, rows, notes); !failure.isEmpty())
+    QString text;
+    if (QString failure = ReadWhole(path, database, rows, text); !failure.isEmpty())
         return failure;
     // Without the parameters that the logic itself knows nothing could run.
     if (rows.RecordCount() <= LastNeededParam)
@@ -98,15 +102,22 @@ QString SettingsFile::LoadPresets(const QString &path)
             .arg(path)
             .arg(rows.RecordCount())
             .arg(LastNeededParam + 1);
-    model_.PresetTable.Resize(rows.RecordCount() - 1);
+    table.PresetTable.Resize(rows.RecordCount() - 1);
     for (int i = 0; !rows.AtEnd(); rows.MoveNext(), ++i)
-        model_.PresetTable[i] = RecordOf(rows);
-    if (!notes.isNull())
-        model_.Notes = notes;
-    model_.ClearVirtualSettings();
-    model_.FileLastParam = std::int16_t(model_.PresetTable.UpperBound());
-    model_.FileName = QStringLiteral("unnamed");
-    model_.UpdateTitle();
+        table.PresetTable[i] = RecordOf(rows);
+    table.FileLastParam = std::int16_t(table.PresetTable.UpperBound());
+    if (notes && !text.isNull())
+        *notes = text;
+    return {};
+}
+
+QString SettingsFile::LoadPresets(const QString &path)
+{
+    if (QString failure = LoadFactoryTable(path, table_, &document_.Notes); !failure.isEmpty())
+        return failure;
+    document_.ClearVirtualSettings();
+    document_.FileName = Document::Unnamed();
+    document_.UpdateTitle();
     return {};
 }
 
@@ -119,32 +130,32 @@ QString SettingsFile::LoadSettings(const QString &path)
         return failure;
 
     const int last = rows.RecordCount() - 1;
-    if (last > model_.ParamTable.UpperBound())
-        model_.ParamTable.Resize(last);
+    if (last > table_.UpperBound())
+        table_.Resize(last);
     for (int i = 0; !rows.AtEnd(); rows.MoveNext(), ++i)
-        TakeRow(RecordOf(rows), i, model_.PortOpen(), model_.ParamTable[i]);
-    if (last > model_.FileLastParam)
+        TakeRow(RecordOf(rows), i, table_);
+    if (last > table_.FileLastParam)
         GrowPresets();
     if (!notes.isNull())
-        model_.Notes = notes;
+        document_.Notes = notes;
 
     // A file made before the virtual operator existed still opens.
-    if (!ReadVirtualSettings(database, model_.VirtualSettings).isEmpty())
-        model_.ClearVirtualSettings();
-    Q_EMIT model_.VirtualSettingsLoaded();
-    model_.HalfRead = false;
-    model_.FileName = path;
-    model_.MarkFile(false);
+    if (!ReadVirtualSettings(database, document_.VirtualSettings).isEmpty())
+        document_.ClearVirtualSettings();
+    document_.AnnounceVirtualSettings();
+    document_.HalfRead = false;
+    document_.FileName = path;
+    document_.MarkFile(false);
     return {};
 }
 
 void SettingsFile::GrowPresets()
 {
-    const int first = model_.PresetTable.UpperBound() + 1;
-    model_.PresetTable.Resize(model_.ParamTable.UpperBound());
-    for (int i = first; i <= model_.PresetTable.UpperBound(); ++i) {
-        const ParamRecord &record = model_.ParamTable[i];
-        ParamRecord &preset = model_.PresetTable[i];
+    const int first = table_.PresetTable.UpperBound() + 1;
+    table_.PresetTable.Resize(table_.UpperBound());
+    for (int i = first; i <= table_.PresetTable.UpperBound(); ++i) {
+        const ParamRecord &record = table_[i];
+        ParamRecord &preset = table_.PresetTable[i];
         preset.Min = record.Min;
         preset.Max = record.Max;
         preset.Attributes = record.Attributes;
@@ -152,20 +163,20 @@ void SettingsFile::GrowPresets()
         preset.Value = record.Preset;
         preset.Name = record.Name;
     }
-    model_.FileLastParam = std::int16_t(model_.ParamTable.UpperBound());
-    model_.LastParam = model_.FileLastParam;
+    table_.FileLastParam = std::int16_t(table_.UpperBound());
+    table_.LastParam = table_.FileLastParam;
 }
 
 QString SettingsFile::Save(const QString &path)
 {
-    const QString notes = model_.Notes.isEmpty() ? QStringLiteral(" ") : model_.Notes;
+    const QString notes = document_.Notes.isEmpty() ? QStringLiteral(" ") : document_.Notes;
     QString failure =
-        WriteSettingsDatabase(path, model_.ParamTable, model_.LastParam, notes, [this](Database &database) {
-            return WriteVirtualSettings(database, model_.VirtualSettings);
+        WriteSettingsDatabase(path, table_.Records(), table_.LastParam, notes, [this](Database &database) {
+            return WriteVirtualSettings(database, document_.VirtualSettings);
         });
     // The blank that stands for no notes stays in the set that was saved.
     if (failure.isEmpty())
-        model_.Notes = notes;
+        document_.Notes = notes;
     return failure;
 }
 

@@ -5,7 +5,16 @@
 namespace quorvik
 {
 
-class Model;
+class Document;
+class ParameterTable;
+
+/**
+ * Reads the factory table of a file into PresetTable and FileLastParam. A table too short to hold the
+ * parameters that the logic itself knows is refused.
+ * @param notes gets the file's notes, where there are any.
+ * @return empty, or what is wrong with the file.
+ */
+QString LoadFactoryTable(const QString &path, ParameterTable &table, QString *notes = nullptr);
 
 /**
  * Reads and writes parameter sets on disk: every parameter's record, the notes, and the virtual operator's
@@ -15,10 +24,9 @@ class Model;
 class SettingsFile
 {
 public:
-    explicit SettingsFile(Model &model);
+    SettingsFile(ParameterTable &table, Document &document);
 
-    /** Reads the factory table into PresetTable, Notes and FileLastParam. FileName becomes "unnamed". A table
-     * too short to hold the parameters that the logic itself knows is refused. */
+    /** Reads the factory table with its notes; FileName becomes "unnamed". */
     QString LoadPresets(const QString &path);
 
     /**
@@ -40,7 +48,8 @@ public:
 private:
     void GrowPresets();
 
-    Model &model_;
+    ParameterTable &table_;
+    Document &document_;
 };
 
 } // namespace quorvik

@@ -2,7 +2,7 @@
 
 #include "emulator/DriveEmulator.h"
 #include "link/DriveLink.h"
-#include "model/Model.h"
+#include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/FileCommands.h"
@@ -25,7 +25,8 @@ struct Engines {
      */
     QString InitGlobals(const QString &programFolder);
 
-    Model model;
+    ParameterTable table;
+    Document document;
     SettingsFile file;
     RecoveryCopy recoveryCopy;
     DriveLink link;

@@ -2,7 +2,7 @@
 
 #include "desktop/BoxColors.h"
 #include "desktop/EnterKey.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 #include "shell/Icons.h"
 
@@ -73,7 +73,7 @@ FormColorSettings::FormColorSettings(Desk &desk)
     layout->addSpacing(fontMetrics().height());
     layout->addWidget(MakeCommands());
     for (int index = 0; index < SlotCount; ++index)
-        shape1_[std::size_t(index)]->SetColor(ColorOf(desk.model.Colors[std::size_t(index)]));
+        shape1_[std::size_t(index)]->SetColor(ColorOf(desk.colors.Colors[std::size_t(index)]));
     commandApply_->setEnabled(false);
     MakeEnterPressButtons(this);
 }
@@ -154,19 +154,19 @@ void FormColorSettings::Image1_Click(int index)
 
 void FormColorSettings::CommandApply_Click()
 {
-    Model &model = desk().model;
+    AccessColors &colors = desk().colors;
     for (std::size_t index = 0; index < SlotCount; ++index)
-        model.Colors[index] = BlueGreenRed(shape1_[index]->Color());
+        colors.Colors[index] = BlueGreenRed(shape1_[index]->Color());
     // The colour of empty boxes has no swatch; the defaults are the only way to it.
     if (isDefaultChosen_)
-        model.Colors[Access::Empty] = model.DefaultColors[Access::Empty];
+        colors.Colors[Access::Empty] = colors.DefaultColors[Access::Empty];
     commandApply_->setEnabled(false);
 }
 
 void FormColorSettings::CommandDefault_Click()
 {
     for (std::size_t index = 0; index < SlotCount; ++index)
-        shape1_[index]->SetColor(ColorOf(desk().model.DefaultColors[index]));
+        shape1_[index]->SetColor(ColorOf(desk().colors.DefaultColors[index]));
     isDefaultChosen_ = true;
     commandApply_->setEnabled(true);
 }

@@ -60,7 +60,9 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , notices_(MakeNotices(this))
     , statusBar_(new StatusBarMain(this))
     , menus_(this)
-    , desk_{engines_.model,
+    , desk_{engines_.table,
+            engines_.document,
+            colors_,
             engines_.rules,
             asker_,
             surroundings.settings,
@@ -73,7 +75,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     // For every window of the program, boxes included.
     QApplication::setWindowIcon(IconOf(QStringLiteral("quorvik")));
     setStatusBar(statusBar_);
-    SetTitle(engines_.model.Title());
+    SetTitle(engines_.document.Title());
     forms_.Add(this);
 
     ConnectEngines();
@@ -106,9 +108,9 @@ void MDIFormMain::keyPressEvent(QKeyEvent *event)
 
 void MDIFormMain::ConnectEngines()
 {
-    On(&engines_.model, &Model::TitleChanged, this, [this](const QString &title) {
+    On(&engines_.document, &Document::TitleChanged, this, [this](const QString &title) {
         SetTitle(title);
-        if (!engines_.model.HasUnsavedEdits)
+        if (!engines_.document.HasUnsavedEdits)
             notices_->hide();
     });
     On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/BoxColors.h"
 #include "desktop/Desk.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/SingleInstance.h"
@@ -82,6 +83,7 @@ private:
     SingleInstance instance_;
     WindowAsker asker_;
     Engines engines_;
+    AccessColors colors_;
     FormsCollection forms_;
     QMdiArea *area_;
     WindowCommands *windows_;

@@ -42,7 +42,7 @@ bool MDIFormMain::Load(const QString &commandLine)
 
     const SettingsStore &settings = surroundings_.settings;
     ReadWindowPlace(settings, *this);
-    ReadColors(settings, engines_.model);
+    ReadColors(settings, colors_);
     menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(ReadShowTips(settings));
     // On the screen before the first dialog, which needs something to stand on.
     show();
@@ -62,7 +62,7 @@ bool MDIFormMain::Load(const QString &commandLine)
     // What a crash left goes before what was asked for, which can be opened again at any time.
     if (OfferLeftover(engines_.recoveryCopy, asker)) {
         statusBar_->SetComStatus(false);
-        if (!path.isEmpty() && path != engines_.model.FileName)
+        if (!path.isEmpty() && path != engines_.document.FileName)
             notices_->Tell(QStringLiteral("\"%1\" was not opened: the recovered changes stand in its place. "
                                           "Save them, then open it with File, Open.")
                                .arg(FileTitle(path)));
@@ -86,7 +86,7 @@ bool MDIFormMain::Unload(bool asks)
         // While the line is there: a jog ends with the panel that gave it.
         windows_->CloseAll();
         // Nobody is there to say whether the drive is to keep what it was given.
-        engines_.model.DriveModified = false;
+        engines_.document.DriveModified = false;
     }
     if (engines_.link.PortOpen())
         Guarded([&] { engines_.drive.GoOffLine(OffLineReason::User); });
@@ -98,7 +98,7 @@ bool MDIFormMain::Unload(bool asks)
         StoreShowTips(settings, menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->isChecked());
     });
     Guarded([&] { StoreWindowPlace(settings, *this); });
-    Guarded([&] { StoreColors(settings, engines_.model); });
+    Guarded([&] { StoreColors(settings, colors_); });
 
     if (!asks) {
         surroundings_.help.Close();

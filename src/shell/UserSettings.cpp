@@ -1,6 +1,6 @@
 #include "shell/UserSettings.h"
 
-#include "model/Model.h"
+#include "desktop/BoxColors.h"
 #include "platform/Numbers.h"
 #include "platform/SettingsStore.h"
 
@@ -115,20 +115,20 @@ void StoreCommPort(SettingsStore &settings, int number)
     settings.SaveSetting(Options(), QStringLiteral("CommPort"), QString::number(number));
 }
 
-void ReadColors(const SettingsStore &settings, Model &model)
+void ReadColors(const SettingsStore &settings, AccessColors &colors)
 {
     for (std::size_t i = 0; i < std::size(colorKeys); ++i) {
         const double color = ReadNumber(settings, QStringLiteral("Colors"), QString::fromLatin1(colorKeys[i]),
-                                        model.DefaultColors[i]);
-        model.Colors[i] = color >= 0 && color <= 0xFFFFFF ? std::int32_t(color) : model.DefaultColors[i];
+                                        colors.DefaultColors[i]);
+        colors.Colors[i] = color >= 0 && color <= 0xFFFFFF ? std::int32_t(color) : colors.DefaultColors[i];
     }
 }
 
-void StoreColors(SettingsStore &settings, const Model &model)
+void StoreColors(SettingsStore &settings, const AccessColors &colors)
 {
     for (std::size_t i = 0; i < std::size(colorKeys); ++i)
         settings.SaveSetting(QStringLiteral("Colors"), QString::fromLatin1(colorKeys[i]),
-                             QString::number(model.Colors[i]));
+                             QString::number(colors.Colors[i]));
 }
 
 void ReadWindowPlace(const SettingsStore &settings, QWidget &window)

@@ -5,7 +5,7 @@ class QWidget;
 namespace quorvik
 {
 
-class Model;
+struct AccessColors;
 class SettingsStore;
 
 /** Whether the tips are wanted at start; they are where nothing is stored. */
@@ -17,8 +17,8 @@ int ReadCommPort(const SettingsStore &settings);
 void StoreCommPort(SettingsStore &settings, int number);
 
 /** Colours of access classes 0 to 4, the default where none is stored. */
-void ReadColors(const SettingsStore &settings, Model &model);
-void StoreColors(SettingsStore &settings, const Model &model);
+void ReadColors(const SettingsStore &settings, AccessColors &colors);
+void StoreColors(SettingsStore &settings, const AccessColors &colors);
 
 /**
  * Gives a window its stored place and state. Places are kept in twips, 15 to the logical pixel; one that

@@ -1,6 +1,6 @@
 #include "wizards/OpenMentors.h"
 
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Asker.h"
 #include "wizards/basic/FormWizardBasic.h"
 #include "wizards/frame/MentorTitle.h"
@@ -29,8 +29,8 @@ template<typename Window> std::unique_ptr<Window> Build(Desk &desk, DriveLink &l
 
 void OpenBasicSetup(Desk &desk, DriveLink &link, QWidget *owner, const std::function<void()> &changeModel)
 {
-    if (!desk.model.IsModelDefined()) {
-        desk.asker.MsgBox(desk.model.PortOpen()
+    if (!desk.table.IsModelDefined()) {
+        desk.asker.MsgBox(desk.table.PortOpen()
                               ? QStringLiteral("Invalid Drive Model. Verify CT ID board is correctly\r\n"
                                                "installed on Trigger Board and retry.")
                               : QStringLiteral("Invalid Drive Model. Choose a valid drive model under\r\n"

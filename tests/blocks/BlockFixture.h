@@ -45,11 +45,11 @@ protected:
     std::string CaptionText(int row) const { return Text(ControlName("Label1", row)); }
     int Number(int row) const { return Label1(row)->property("Tag").toInt(); }
     int State(const char *part) const { return form->drawing().Find(Name(part))->state; }
-    int ReadFlag(int p) const { return desk.model.ParamTable[p].ReadFlag; }
+    int ReadFlag(int p) const { return desk.table[p].ReadFlag; }
     std::vector<int> ReadFlags() const
     {
         std::vector<int> flags;
-        for (int p = 0; p <= desk.model.LastParam; ++p)
+        for (int p = 0; p <= desk.table.LastParam; ++p)
             flags.push_back(ReadFlag(p));
         return flags;
     }

@@ -18,13 +18,13 @@ TEST_F(BlockFormTest, RowsTellClassAndColour)
     Open("FormVelocityLoop");
     for (const auto &[row, accessClass] : rows) {
         EXPECT_EQ(Text1(row)->property("Tag").toInt(), accessClass) << row;
-        EXPECT_EQ(Text1(row)->BackColor(), ColorOf(desk.model.Colors.at(std::size_t(accessClass)))) << row;
+        EXPECT_EQ(Text1(row)->BackColor(), ColorOf(desk.colors.Colors.at(std::size_t(accessClass)))) << row;
         EXPECT_EQ(Text1(row)->cursor().shape() == Qt::PointingHandCursor, accessClass < Access::IcrReadOnly);
     }
     EXPECT_TRUE(Text1(4)->accessibleDescription().startsWith(Name("12.34 %, ")));
     EXPECT_TRUE(Text1(6)->toolTip().contains(Record(1).Name));
     Set({{Param::DriveState, 1}});
-    desk.model.Colors[Access::IcrReadOnly] = 0x00FF80;
+    desk.colors.Colors[Access::IcrReadOnly] = 0x00FF80;
     Tick();
     EXPECT_EQ(Text1(24)->BackColor(), ColorOf(0x00FF80));
 }
@@ -129,7 +129,7 @@ TEST_F(BlockFormTest, HelpAndMentorOpenOnTheBlock)
     };
     Click("CommandIOMentor");
     EXPECT_TRUE(opened);
-    const WizardIOStartRecord &start = desk.model.WizardIOStart;
+    const WizardIOStartRecord &start = desk.desk.WizardIOStart;
     EXPECT_EQ(std::tuple(start.outputs, start.kind, start.member, start.freqDigMode), std::tuple(1, 1, 0, 1));
     EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }));
     Open("FormRelayOutputs", 2);

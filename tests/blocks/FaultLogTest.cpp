@@ -98,7 +98,7 @@ TEST_F(ClockTest, ClearFaultIsForALatchedFaultOnly)
     Tick();
     ASSERT_TRUE(clear->isEnabled());
     Click("CommandClearFaultLog");
-    EXPECT_FALSE(desk.model.FileModified);
+    EXPECT_FALSE(desk.document.FileModified);
     clear->click();
     EXPECT_EQ(P(420), 1);
     EXPECT_EQ(Record(420).WriteFlag, WriteState::Queued);

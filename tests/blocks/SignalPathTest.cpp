@@ -87,13 +87,13 @@ TEST_F(SignalPathTest, AClickStepsTheReferencesAroundInBothBitsAtOnce)
         Tick();
     }
     for (const int refused : {215, 216}) {
-        desk.model.FileModified = false;
+        desk.document.FileModified = false;
         Record(refused).Attributes ^= Attr::ReadOnly;
         Tick();
         EXPECT_EQ(Find("Image1(1)")->cursor().shape(), Qt::ForbiddenCursor);
         Click("Image1(1)");
         EXPECT_EQ(bits(), steps[4]);
-        EXPECT_FALSE(desk.model.FileModified);
+        EXPECT_FALSE(desk.document.FileModified);
         Record(refused).Attributes ^= Attr::ReadOnly;
     }
 }
@@ -148,7 +148,7 @@ TEST_F(SignalPathTest, ARefusedClickChangesNothingAndThePointerSaysSo)
     QTest::mouseDClick(Find("Image2"), Qt::LeftButton);
     QTest::keyClick(Find("Image2"), Qt::Key_Space);
     EXPECT_EQ(P(197), 0);
-    EXPECT_FALSE(desk.model.FileModified);
+    EXPECT_FALSE(desk.document.FileModified);
 }
 
 } // namespace quorvik::testing

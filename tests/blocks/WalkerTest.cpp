@@ -99,7 +99,7 @@ TEST_P(WalkerTest, NoTextIsCut)
         }
     }
     for (int row = 0; row < form->RowCount(); ++row) {
-        EXPECT_LE(Text1(row)->WidthFor(LongestValueText(desk.model, Number(row))), Text1(row)->width())
+        EXPECT_LE(Text1(row)->WidthFor(LongestValueText(desk.table, Number(row))), Text1(row)->width())
             << row;
         EXPECT_LE(Text1(row)->fontMetrics().height(), Text1(row)->height()) << row;
     }

@@ -4,7 +4,7 @@
 #include "desktop/LongestText.h"
 #include "desktop/PlainText.h"
 #include "desktop/TypeToChoose.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "support/Controls.h"
 #include "support/TestDesk.h"
 
@@ -76,14 +76,14 @@ TEST(PlainText, MarkupInAToolTipStandsAsText)
 TEST(LongestText, LooksAtLimitsListsAndFactoryLimits)
 {
     TestDesk desk;
-    desk.model.ParamTable[191].Min = -15000;
-    desk.model.ParamTable[191].Max = 0;
-    EXPECT_EQ(LongestValueText(desk.model, 191), Name("-150.00 %"));
-    EXPECT_EQ(LongestValueText(desk.model, 28), Name("Unipolar"));
-    EXPECT_EQ(LongestValueText(desk.model, Param::DriveModel).size(), 10);
-    desk.model.ParamTable[189].Max = 7;
-    desk.model.ParamTable[189].Min = 0;
-    EXPECT_GE(LongestValueText(desk.model, 189).size(), Name("100.00 %").size());
+    desk.table.Row(191).Min = -15000;
+    desk.table.Row(191).Max = 0;
+    EXPECT_EQ(LongestValueText(desk.table, 191), Name("-150.00 %"));
+    EXPECT_EQ(LongestValueText(desk.table, 28), Name("Unipolar"));
+    EXPECT_EQ(LongestValueText(desk.table, Param::DriveModel).size(), 10);
+    desk.table.Row(189).Max = 7;
+    desk.table.Row(189).Min = 0;
+    EXPECT_GE(LongestValueText(desk.table, 189).size(), Name("100.00 %").size());
 }
 
 TEST(DesktopAsker, ABoxShowsPlainTextAndGivesItsAnswer)

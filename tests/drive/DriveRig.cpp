@@ -10,11 +10,11 @@
 namespace quorvik::drive
 {
 
-std::unique_ptr<Model> FactoryModel()
+std::unique_ptr<ParameterTable> FactoryParameters()
 {
-    auto model = std::make_unique<Model>();
-    EXPECT_EQ(SettingsFile(*model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
-    return model;
+    auto parameters = std::make_unique<ParameterTable>();
+    EXPECT_EQ(LoadFactoryTable(QStringLiteral(QUORVIK_PRESETS_FILE), *parameters), QString());
+    return parameters;
 }
 
 QByteArray Hex(const char *text)

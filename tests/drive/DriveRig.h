@@ -14,8 +14,8 @@ namespace quorvik::drive
 using testing::ReadRequest;
 using testing::WriteRequest;
 
-/** A model with the factory table read. */
-std::unique_ptr<Model> FactoryModel();
+/** Parameters with the factory table read. */
+std::unique_ptr<ParameterTable> FactoryParameters();
 
 /** The bytes of "02 00 01 A6 A7". */
 QByteArray Hex(const char *text);
@@ -40,8 +40,8 @@ public:
     void Close();
     void Reopen();
 
-    std::unique_ptr<Model> model = FactoryModel();
-    DriveTable table{*model};
+    std::unique_ptr<ParameterTable> parameters = FactoryParameters();
+    DriveTable table{*parameters};
     DriveCommands commands{table, {30, 40}};
     FaultInjector faults;
     PseudoTerminal terminal;

@@ -60,8 +60,8 @@ protected:
         return table.DriveState() == state;
     }
 
-    std::unique_ptr<Model> model = FactoryModel();
-    DriveTable table{*model};
+    std::unique_ptr<ParameterTable> parameters = FactoryParameters();
+    DriveTable table{*parameters};
     MotorModel machine{table, 1};
 };
 

@@ -11,8 +11,7 @@ class DriveEmulatorTest : public ::testing::Test
 protected:
     DriveEmulatorTest()
     {
-        FillPlainTable(model);
-        model.PortOpen = [this] { return online; };
+        FillPlainTable(table);
         SetFailureReporter([this](const RuntimeFailure &failure) { told.append(failure.Sentence()); });
     }
     ~DriveEmulatorTest() override
@@ -20,23 +19,22 @@ protected:
         SetFailureReporter([](const RuntimeFailure &) {});
     }
 
-    Model model;
-    bool online = false;
+    ParameterTable table;
     QStringList told;
-    DriveEmulator emulator{model};
+    DriveEmulator emulator{table};
 };
 
 TEST_F(DriveEmulatorTest, TicksByItselfFromTheStart)
 {
     EXPECT_TRUE(emulator.TimerEmulateSvx.isActive());
-    Model empty;
+    ParameterTable empty;
     DriveEmulator(empty).TimerEmulateSvx_Timer();
     EXPECT_TRUE(told.isEmpty()) << "a tick before the factory table is read is no failure";
 }
 
 TEST_F(DriveEmulatorTest, PanelsShowStateOnLineOnlyAndModelAlways)
 {
-    Put(model, {{422, 0}, {411, 1}, {350, 5}});
+    Put(table, {{422, 0}, {411, 1}, {350, 5}});
     QSignalSpy panels(&emulator, &DriveEmulator::StatusPanels);
     emulator.TimerEmulateSvx_Timer();
     ASSERT_EQ(panels.size(), 1);
@@ -44,22 +42,22 @@ TEST_F(DriveEmulatorTest, PanelsShowStateOnLineOnlyAndModelAlways)
     const QString modelText = panels.at(0).at(1).toString();
     EXPECT_FALSE(modelText.isEmpty());
 
-    online = true;
-    Put(model, {{352, 99}});
+    table.SetPortOpen(true);
+    Put(table, {{352, 99}});
     emulator.TimerEmulateSvx_Timer();
     EXPECT_EQ(panels.at(1).at(0).toString(), QStringLiteral("Stop"));
     EXPECT_EQ(panels.at(1).at(1).toString(), modelText);
-    EXPECT_EQ(model.Value(352), 99) << "on line nothing is computed";
+    EXPECT_EQ(table.Value(352), 99) << "on line nothing is computed";
 
-    online = false;
-    Put(model, {{411, 99}});
+    table.SetPortOpen(false);
+    Put(table, {{411, 99}});
     emulator.TimerEmulateSvx_Timer();
     ASSERT_EQ(panels.size(), 3) << "a bad model must not leave the state of a drive that is gone";
     EXPECT_EQ(panels.at(2).at(0).toString(), QString());
     EXPECT_EQ(panels.at(2).at(1).toString(), modelText);
     ASSERT_EQ(told.size(), 1);
     EXPECT_TRUE(told.at(0).startsWith(QStringLiteral("Drive Model (411): "))) << told.at(0).toStdString();
-    EXPECT_EQ(model.Value(352), 99) << "the failure ends the tick";
+    EXPECT_EQ(table.Value(352), 99) << "the failure ends the tick";
 }
 
 TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
@@ -80,7 +78,7 @@ TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
     };
     for (const auto &[what, given, target, raw, arrival] : roads) {
         SCOPED_TRACE(what);
-        Model own;
+        ParameterTable own;
         FillPlainTable(own);
         Put(own, given);
         DriveEmulator one(own);
@@ -89,24 +87,24 @@ TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
             one.TimerEmulateSvx_Timer();
         }
         EXPECT_EQ(own.Value(target), raw);
-        EXPECT_EQ(own.ParamTable[target].WriteFlag, WriteState::None) << "a tick is no edit";
-        EXPECT_FALSE(own.FileModified || own.DriveModified || own.WritePending);
+        EXPECT_EQ(own.Row(target).WriteFlag, WriteState::None) << "a tick is no edit";
+        EXPECT_FALSE(own.WritePending);
     }
     EXPECT_TRUE(told.isEmpty());
 }
 
 TEST_F(DriveEmulatorTest, AFailureEndsItsTickAndIsToldOnce)
 {
-    Put(model, {{350, 5}, {38, 10}, {43, 10}, {139, 10}});
+    Put(table, {{350, 5}, {38, 10}, {43, 10}, {139, 10}});
     emulator.TimerEmulateSvx_Timer();
     emulator.TimerEmulateSvx_Timer();
     EXPECT_EQ(told, QStringList{QStringLiteral("Analog Input 1 (38, 43): Division by zero.")});
-    EXPECT_EQ(model.Value(352), 0) << "what comes later in the tick did not run";
+    EXPECT_EQ(table.Value(352), 0) << "what comes later in the tick did not run";
 
-    Put(model, {{43, 11}});
+    Put(table, {{43, 11}});
     emulator.TimerEmulateSvx_Timer();
-    EXPECT_EQ(model.Value(352), 5) << "the next tick starts anew";
-    Put(model, {{43, 10}});
+    EXPECT_EQ(table.Value(352), 5) << "the next tick starts anew";
+    Put(table, {{43, 10}});
     emulator.TimerEmulateSvx_Timer();
     EXPECT_EQ(told.size(), 2) << "told again after a tick went through";
 }

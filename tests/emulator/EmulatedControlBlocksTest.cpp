@@ -126,17 +126,17 @@ TEST(EmulatedControlBlocks, Threshold)
         {-111, 10, 22}, {100, 100, 22}, {0, 10, 11},  {202, 101, 22}, {202, 101, 11}};
     for (const std::uint8_t member : {1, 2}) {
         const int base = member == 1 ? 177 : 183;
-        Model model;
-        FillPlainTable(model);
-        Put(model, {{base + 1, 100}, {base + 3, 11}, {base + 4, 22}, {base + 5, 9}});
-        DriveEmulator emulator(model);
+        ParameterTable table;
+        FillPlainTable(table);
+        Put(table, {{base + 1, 100}, {base + 3, 11}, {base + 4, 22}, {base + 5, 9}});
+        DriveEmulator emulator(table);
         for (const auto &[x, hysteresis, output] : steps) {
-            Put(model, {{base, x}, {base + 2, hysteresis}});
+            Put(table, {{base, x}, {base + 2, hysteresis}});
             emulator.EmulateThreshold(member);
-            EXPECT_EQ(model.Value(base + 5), output) << "member " << int(member) << " input " << x;
+            EXPECT_EQ(table.Value(base + 5), output) << "member " << int(member) << " input " << x;
             EXPECT_FALSE(emulator.EmulatedThresholdOn[member == 1 ? 1 : 0]);
         }
-        Put(model, {{base, Lowest}});
+        Put(table, {{base, Lowest}});
         EXPECT_THROW(emulator.EmulateThreshold(member), RuntimeFailure);
     }
     RunCases("Threshold A", [](DriveEmulator &emulator) { emulator.EmulateThreshold(1); },
@@ -145,46 +145,44 @@ TEST(EmulatedControlBlocks, Threshold)
 
 TEST(EmulatedControlBlocks, TimerCountsWhileItIsNotReset)
 {
-    Model model;
-    FillPlainTable(model);
-    Put(model, {{312, 50}, {313, 3}, {314, 4}, {315, 9}});
-    bool online = false;
-    model.PortOpen = [&] { return online; };
+    ParameterTable table;
+    FillPlainTable(table);
+    Put(table, {{312, 50}, {313, 3}, {314, 4}, {315, 9}});
     QObject window;
-    TimerBlock block(model, &window);
+    TimerBlock block(table, &window);
     block.UpdateTimerEmulator();
     ASSERT_TRUE(block.TimerEmulator.isActive());
     const int running = block.TimerEmulator.timerId();
     for (int second = 1; second <= 6; ++second) {
         block.UpdateTimerEmulator();
-        EXPECT_EQ(model.Value(315), 3) << "before second " << second;
+        EXPECT_EQ(table.Value(315), 3) << "before second " << second;
         block.TimerEmulator_Timer();
     }
     block.UpdateTimerEmulator();
-    EXPECT_EQ(model.Value(428), 60);
-    EXPECT_EQ(model.Value(315), 4);
+    EXPECT_EQ(table.Value(428), 60);
+    EXPECT_EQ(table.Value(315), 4);
     EXPECT_EQ(block.TimerEmulator.timerId(), running) << "a second was begun anew";
 
-    Put(model, {{428, 2399}});
+    Put(table, {{428, 2399}});
     block.TimerEmulator_Timer();
     block.TimerEmulator_Timer();
-    EXPECT_EQ(model.Value(428), 2409) << "only a count below 2400 rises";
+    EXPECT_EQ(table.Value(428), 2409) << "only a count below 2400 rises";
 
-    Put(model, {{365, 1}});
+    Put(table, {{365, 1}});
     block.UpdateTimerEmulator();
     EXPECT_FALSE(block.TimerEmulator.isActive());
-    EXPECT_EQ(model.Value(428), 0);
-    EXPECT_EQ(model.Value(315), 3);
+    EXPECT_EQ(table.Value(428), 0);
+    EXPECT_EQ(table.Value(315), 3);
 
-    Put(model, {{311, 1}});
+    Put(table, {{311, 1}});
     block.UpdateTimerEmulator();
     EXPECT_TRUE(block.TimerEmulator.isActive());
 
-    online = true;
-    Put(model, {{315, 77}, {428, 500}});
+    table.SetPortOpen(true);
+    Put(table, {{315, 77}, {428, 500}});
     block.UpdateTimerEmulator();
     EXPECT_FALSE(block.TimerEmulator.isActive());
-    EXPECT_EQ(model.Value(315), 77) << "on line the drive computes the output";
+    EXPECT_EQ(table.Value(315), 77) << "on line the drive computes the output";
 }
 
 } // namespace quorvik::testing

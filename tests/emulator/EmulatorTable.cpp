@@ -7,24 +7,24 @@
 namespace quorvik::testing
 {
 
-void FillPlainTable(Model &model)
+void FillPlainTable(ParameterTable &table)
 {
-    model.ParamTable.Resize(430);
-    model.LastParam = 430;
+    table.Resize(430);
+    table.LastParam = 430;
     for (int p = 0; p <= 430; ++p) {
-        model.ParamTable[p].Min = -1000000;
-        model.ParamTable[p].Max = 1000000;
+        table.Row(p).Min = -1000000;
+        table.Row(p).Max = 1000000;
     }
     // Calibrated, so that a whole tick goes through.
     for (int p = 43; p <= 47; ++p)
-        model.ParamTable[p].Value = 4095;
-    model.ParamTable[65].Value = 60000;
+        table.Row(p).Value = 4095;
+    table.Row(65).Value = 60000;
 }
 
-void Put(Model &model, const Values &values)
+void Put(ParameterTable &table, const Values &values)
 {
     for (const auto &[p, raw] : values)
-        model.ParamTable[p].Value = raw;
+        table.Row(p).Value = raw;
 }
 
 void RunCases(const char *block, const std::function<void(DriveEmulator &)> &routine,
@@ -32,15 +32,15 @@ void RunCases(const char *block, const std::function<void(DriveEmulator &)> &rou
 {
     for (const BlockCase &one : cases) {
         SCOPED_TRACE(one.what);
-        Model model;
-        FillPlainTable(model);
-        Put(model, one.given);
+        ParameterTable table;
+        FillPlainTable(table);
+        Put(table, one.given);
         for (const auto &[p, limit] : one.limits) {
-            model.ParamTable[p].Max = limit;
-            model.ParamTable[p].Min = -limit;
+            table.Row(p).Max = limit;
+            table.Row(p).Min = -limit;
         }
-        const RecordArray before = model.ParamTable;
-        DriveEmulator emulator(model);
+        const RecordArray before = table.Records();
+        DriveEmulator emulator(table);
         QString failure;
         try {
             routine(emulator);
@@ -49,10 +49,10 @@ void RunCases(const char *block, const std::function<void(DriveEmulator &)> &rou
         }
         EXPECT_EQ(failure.toStdString(), one.failure.empty() ? "" : block + (' ' + one.failure));
         Values expected = one.expected;
-        for (int p = 0; p <= model.LastParam; ++p) {
+        for (int p = 0; p <= table.LastParam; ++p) {
             const auto [at, isLeftAlone] = expected.try_emplace(p, before[p].Value);
-            EXPECT_EQ(model.Value(p), at->second) << "parameter " << p << (isLeftAlone ? ", left alone" : "");
-            EXPECT_EQ(model.ParamTable[p].Max, before[p].Max) << "parameter " << p;
+            EXPECT_EQ(table.Value(p), at->second) << "parameter " << p << (isLeftAlone ? ", left alone" : "");
+            EXPECT_EQ(table.Row(p).Max, before[p].Max) << "parameter " << p;
         }
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "emulator/DriveEmulator.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 
 #include <functional>
 #include <limits>
@@ -16,13 +16,13 @@ constexpr std::int32_t Lowest = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
 
 /** A table without routing, in which no limit is in the way. */
-void FillPlainTable(Model &model);
+void FillPlainTable(ParameterTable &table);
 
 /** Values by parameter number. */
 using Values = std::map<int, std::int32_t>;
 
 /** Puts the values into the table. */
-void Put(Model &model, const Values &values);
+void Put(ParameterTable &table, const Values &values);
 
 struct BlockCase {
     const char *what;

@@ -6,7 +6,7 @@
 #include "drive/PseudoTerminal.h"
 #include "link/PacketLayer.h"
 #include "link/PatientAsker.h"
-#include "model/Model.h"
+#include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
@@ -34,13 +34,13 @@ public:
         : bytes_(bytes)
     {
         Require(terminal_.Open().isEmpty(), "there is a pseudo-terminal");
-        model_.FileLastParam = model_.LastParam = LastParam;
-        model_.PresetTable.Resize(LastParam);
+        table_.FileLastParam = table_.LastParam = LastParam;
+        table_.PresetTable.Resize(LastParam);
         for (int i = 0; i <= LastParam; ++i) {
-            model_.PresetTable[i].Max = 1000;
-            model_.PresetTable[i].Attributes = i % 3 == 0 ? Attr::Long : 0;
+            table_.PresetTable[i].Max = 1000;
+            table_.PresetTable[i].Attributes = i % 3 == 0 ? Attr::Long : 0;
         }
-        model_.ResetToDefaults();
+        table_.ResetToDefaults();
         link_.MSComm1.DeviceOf = [this](int) { return terminal_.DevicePath(); };
         QObject::connect(&link_.MSComm1, &MSComm::OnComm, &link_, [this] { ++raised_; });
         QObject::connect(&step_, &QTimer::timeout, &step_, [this] { Step(); });
@@ -83,12 +83,12 @@ private:
             [&] { Arrive(bytes_.Take(std::size_t(p))); },
             [&] { ComeDue(link_.SerialCommTimer); },
             [&] { ComeDue(link_.SerialCommTimeout); },
-            [&] { model_.AddReadInterest(p); },
+            [&] { table_.AddReadInterest(p); },
             [&] {
-                if (model_.ParamTable[p].ReadFlag > 0)
-                    model_.RemoveReadInterest(p);
+                if (table_.Row(p).ReadFlag > 0)
+                    table_.RemoveReadInterest(p);
             },
-            [&] { model_.SetParamValue(p, std::int16_t(bytes_.Next16()), true, false); },
+            [&] { table_.SetParamValue(p, std::int16_t(bytes_.Next16()), true, false); },
             [&] { link_.ReadPropsIndex = std::int16_t(p); },
             [&] { link_.StartScan(WholeScan::Writing); },
             [&] { link_.SetDriveCommand(Restart(p % 3)); },
@@ -139,7 +139,7 @@ private:
 
     void Check()
     {
-        Require(model_.LastParam <= LastParam, "the drive cannot stretch the table");
+        Require(table_.LastParam <= LastParam, "the drive cannot stretch the table");
         Require(link_.CurrentParam >= 0 && link_.CurrentParam <= LastParam + 1,
                 "the cursor stays in the table");
         Require(!(link_.SerialCommTimer.isActive() && link_.SerialCommTimeout.isActive()),
@@ -149,20 +149,21 @@ private:
                     link_.WriteRetryCount < 3,
                 "no counter passes its limit");
         for (int i = 0; i <= LastParam; ++i) {
-            const std::int32_t value = model_.ParamTable[i].Value;
+            const std::int32_t value = table_.Row(i).Value;
             Require(value >= -32768 && value <= 65535, "a row holds what a packet can carry");
         }
     }
 
     drive::PseudoTerminal terminal_;
-    Model model_;
+    ParameterTable table_;
+    Document document_{table_};
     testing::PatientAsker asker_;
-    EntryRules rules_{model_, asker_};
+    EntryRules rules_{table_, asker_};
     DriveLink link_{
-        model_, LinkTimings{.scanPause = 0, .replyTimeout = 100000, .sizeErrorPause = 0, .lastCommand = 0}};
-    SettingsFile file_{model_};
-    SaveCommands saving_{model_, asker_, file_, QString()};
-    DriveOperations operations_{model_, link_, rules_, saving_, asker_};
+        table_, LinkTimings{.scanPause = 0, .replyTimeout = 100000, .sizeErrorPause = 0, .lastCommand = 0}};
+    SettingsFile file_{table_, document_};
+    SaveCommands saving_{document_, asker_, file_, QString()};
+    DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_};
     QTimer step_;
     Bytes bytes_;
     int raised_ = 0;

@@ -3,7 +3,7 @@
 
 #include "Fuzzing.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
 #include "settings/SettingsFile.h"
 
 #include <QCoreApplication>
@@ -24,12 +24,13 @@ constexpr int Rows = 12;
 struct Bench {
     Bench()
     {
-        Model model;
-        model.FileLastParam = model.LastParam = Rows - 1;
-        model.ParamTable.Resize(Rows - 1);
+        ParameterTable table;
+        Document document{table};
+        table.FileLastParam = table.LastParam = Rows - 1;
+        table.Resize(Rows - 1);
         for (int i = 0; i < Rows; ++i)
-            model.ParamTable[i].Name = QStringLiteral("Name %1").arg(i);
-        Require(SettingsFile(model).Save(Path()).isEmpty(), "the good file is written");
+            table.Row(i).Name = QStringLiteral("Name %1").arg(i);
+        Require(SettingsFile(table, document).Save(Path()).isEmpty(), "the good file is written");
         QFile file(Path());
         Require(file.open(QIODevice::ReadOnly), "the good file is there");
         good = file.readAll();
@@ -114,34 +115,35 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (way == 2)
         ChangeValues(path, bytes);
 
-    Model model;
-    model.Notes = QStringLiteral("before");
-    model.FileModified = true;
-    model.ParamTable.Resize(3);
-    model.ParamTable[0].Name = QStringLiteral("before");
-    SettingsFile file(model);
+    ParameterTable table;
+    Document document{table};
+    document.Notes = QStringLiteral("before");
+    document.FileModified = true;
+    table.Resize(3);
+    table.Row(0).Name = QStringLiteral("before");
+    SettingsFile file(table, document);
     const QString failure = file.LoadSettings(path);
     if (!failure.isEmpty()) {
         Require(failure.endsWith(u'.') && failure.size() < 600, "a refusal is a sentence");
-        Require(model.Notes == QStringLiteral("before") && model.FileModified &&
-                    model.ParamTable[0].Name == QStringLiteral("before"),
+        Require(document.Notes == QStringLiteral("before") && document.FileModified &&
+                    table.Row(0).Name == QStringLiteral("before"),
                 "a refused file changes nothing");
         return 0;
     }
-    Require(model.ParamTable.UpperBound() < 32768, "the table has a bound");
-    Require(model.Notes.size() <= 255, "notes have a bound");
-    for (int i = 0; i <= model.ParamTable.UpperBound(); ++i)
-        Require(model.ParamTable[i].Name.size() <= 40, "names have a bound");
+    Require(table.UpperBound() < 32768, "the table has a bound");
+    Require(document.Notes.size() <= 255, "notes have a bound");
+    for (int i = 0; i <= table.UpperBound(); ++i)
+        Require(table.Row(i).Name.size() <= 40, "names have a bound");
 
     // What was taken can be saved, and reads back as the same.
     Require(file.Save(path).isEmpty(), "what was read can be saved");
-    Model again;
-    Require(SettingsFile(again).LoadSettings(path).isEmpty(), "what was saved can be read");
-    Require(again.Notes == model.Notes && again.VirtualSettings == model.VirtualSettings,
+    ParameterTable again;
+    Document saved{again};
+    Require(SettingsFile(again, saved).LoadSettings(path).isEmpty(), "what was saved can be read");
+    Require(saved.Notes == document.Notes && saved.VirtualSettings == document.VirtualSettings,
             "notes and slots come back");
-    for (int i = 0; i <= model.LastParam; ++i)
-        Require(again.ParamTable[i].Value == model.ParamTable[i].Value &&
-                    again.ParamTable[i].Name == model.ParamTable[i].Name,
+    for (int i = 0; i <= table.LastParam; ++i)
+        Require(again.Row(i).Value == table.Row(i).Value && again.Row(i).Name == table.Row(i).Name,
                 "records come back");
     return 0;
 }

@@ -27,7 +27,7 @@ TEST(Generator, WhatIsWrongFailsWithASentence)
     Topics topics;
     topics.Read(folder.path(), problems);
     topics.Check({QStringLiteral("Speed.htm"), QStringLiteral("Torque.htm")}, problems);
-    PageWriter(desk.model, topics, folder.path(), folder.filePath(QStringLiteral("out"))).WriteAll(problems);
+    PageWriter(desk.table, topics, folder.path(), folder.filePath(QStringLiteral("out"))).WriteAll(problems);
     problems.replaceInStrings(folder.path() + u'/', QString()).sort();
     EXPECT_EQ(problems.join(u'\n').toStdString(),
               "\"Lost.htm\" stands nowhere in the contents\n"

@@ -70,7 +70,7 @@ TEST_F(WindowTopics, EveryBlockHasItsOwnThatExplainsEveryRow)
         const auto rowParam = [&form](int row) {
             return FindIn<QLabel>(&form, ControlName("Label1", row))->property("Tag").toInt();
         };
-        const int linked = desk.model.Value(rowParam(0));
+        const int linked = desk.table.Value(rowParam(0));
         for (int row = 0; row < form.RowCount(); ++row)
             EXPECT_TRUE(explained.contains(rowParam(row)) || (row > 0 && rowParam(row) == linked))
                 << qPrintable(picture) << " row " << row << ", parameter " << rowParam(row);

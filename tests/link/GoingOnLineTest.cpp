@@ -79,11 +79,11 @@ TEST_F(GoingOnLineTest, WhatTheDriveSaysOfItsTableDecides)
             ASSERT_TRUE(WaitUntil([&] { return !asker.Shown.isEmpty(); }));
             EXPECT_FALSE(asker.Shown.first().text.contains(QStringLiteral("motor")));
         } else {
-            EXPECT_EQ(model.LastParam, c.lastParam);
+            EXPECT_EQ(table.LastParam, c.lastParam);
         }
         operations.GoOffLine(OffLineReason::User);
-        EXPECT_EQ(model.LastParam, FileLastParam);
-        EXPECT_FALSE(model.DriveStateUnread);
+        EXPECT_EQ(table.LastParam, FileLastParam);
+        EXPECT_FALSE(table.DriveStateUnread);
     }
 }
 
@@ -113,7 +113,7 @@ TEST_F(GoingOnLineTest, AJogFromBeforeIsTakenBack)
         operations.ToggleComStatus();
         ASSERT_TRUE(WaitFor(stop));
         EXPECT_EQ(peer.Count(WriteRequest(Param::Jog, 1)), 0);
-        EXPECT_FALSE(model.FileModified || model.DriveModified);
+        EXPECT_FALSE(document.FileModified || document.DriveModified);
         ASSERT_TRUE(WaitForWrites());
         // From then on the button is the user's.
         Enter(Param::Jog, 1);
@@ -121,7 +121,7 @@ TEST_F(GoingOnLineTest, AJogFromBeforeIsTakenBack)
         // Letting it go leaves before the port closes.
         const int stops = peer.Count(stop);
         Enter(Param::Jog, 0);
-        model.FileModified = model.DriveModified = false;
+        document.FileModified = document.DriveModified = false;
         operations.GoOffLine(OffLineReason::User);
         EXPECT_TRUE(WaitFor(stop, stops + 1));
         peer.Frames.clear();
@@ -146,12 +146,12 @@ TEST_F(GoingOnLineTest, TheSwitchSettlesWhichSideIsRight)
         {MsgAnswer::Cancel, 0, false, false, 0, Outcome::Cancelled},
     };
     for (const auto &c : cases) {
-        model.FileName = QStringLiteral("/x/y.Svx");
-        model.FileModified = true;
+        document.FileName = QStringLiteral("/x/y.Svx");
+        document.FileModified = true;
         P(Param::DriveState).Value = c.driveState;
         for (const int queued : {3, Param::ClockFirst})
             P(queued).WriteFlag = WriteState::Queued;
-        model.WritePending = true;
+        table.WritePending = true;
         peer.Values[10] = 77;
         P(10).ReadFlag = P(10).Value = 0;
         link.ScanKind = WholeScan::None;
@@ -171,10 +171,10 @@ TEST_F(GoingOnLineTest, TheSwitchSettlesWhichSideIsRight)
         EXPECT_EQ(P(10).Value, reads ? 77 : 0) << "the reading is one";
         EXPECT_EQ(peer.Count(WriteRequest(10, 0)), c.scanKind == 2 ? 1 : 0) << "and so is the writing";
         EXPECT_EQ(P(Param::ClockFirst).WriteFlag, reads ? WriteState::None : WriteState::Queued);
-        EXPECT_EQ(model.FileName, reads ? QStringLiteral("unnamed") : QStringLiteral("/x/y.Svx"));
-        EXPECT_EQ(model.FileModified, !reads);
-        model.MarkFile(false);
-        model.DriveModified = false;
+        EXPECT_EQ(document.FileName, reads ? QStringLiteral("unnamed") : QStringLiteral("/x/y.Svx"));
+        EXPECT_EQ(document.FileModified, !reads);
+        document.MarkFile(false);
+        document.DriveModified = false;
         if (c.onLine)
             operations.ToggleComStatus();
         EXPECT_FALSE(link.PortOpen());
@@ -190,7 +190,7 @@ TEST_F(GoingOnLineTest, WhatASessionLeftUndoneHasEndedWithIt)
     link.OffLineRequested = true;
     link.SetDriveCommand(Restart::Reset);
     operations.GoOffLine(OffLineReason::User);
-    model.DriveModified = true;
+    document.DriveModified = true;
     operations.GoOffLine(OffLineReason::CommandEnded); // asks nothing over a closed port
     peer.Frames.clear();
     peer.Answer = [&](const QByteArray &frame) {

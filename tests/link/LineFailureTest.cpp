@@ -33,7 +33,7 @@ protected:
         const QByteArray write = WriteRequest(20, 5);
         const auto answerWrite = [this, write](const QByteArray &reply) {
             Answer(write, reply);
-            model.SetParamValue(20, 5, false, false);
+            table.SetParamValue(20, 5, false, false);
         };
         const auto askForProps = [this](const QByteArray &reply) {
             Answer(PropsRequest(1), reply);
@@ -108,8 +108,8 @@ TEST_F(LineFailureTest, PulledOutInEveryStateItGoesOnLineAgain)
             asker.Expect(QStringLiteral("There is no serial port"));
             operations.GoOnLine();
             EXPECT_FALSE(link.PortOpen());
-            model.SetAllWriteFlags(WriteState::None);
-            model.WritePending = false;
+            table.SetAllWriteFlags(WriteState::None);
+            table.WritePending = false;
             // Plugged in again under the same name it is a new device.
             peer.PlugIn();
             peer.Values[11] = ++pulls;
@@ -147,7 +147,7 @@ TEST_F(LineFailureTest, ThreeOfAKindInARowTakeTheLinkDown)
         ASSERT_NO_FATAL_FAILURE(Connect());
         ASSERT_TRUE(WaitFor(ReadRequest(10), 2));
         ASSERT_TRUE(WaitUntil([&] { return link.SerialCommTimer.isActive(); }));
-        EXPECT_TRUE(std::exchange(model.DriveStateUnread, false)) << "others tell nothing of it";
+        EXPECT_TRUE(std::exchange(table.DriveStateUnread, false)) << "others tell nothing of it";
         P(Param::DriveState).Value = c.state;
         P(Param::Run).Value = c.run;
         const QSignalSpy changes(&link, &DriveLink::ComStatusChanged);

@@ -2,7 +2,7 @@
 
 #include "link/DriveLink.h"
 #include "link/ScriptedPeer.h"
-#include "model/Model.h"
+#include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
@@ -34,13 +34,13 @@ protected:
 
     LinkFixture()
     {
-        model.FileLastParam = model.LastParam = FileLastParam;
-        model.PresetTable.Resize(FileLastParam);
+        table.FileLastParam = table.LastParam = FileLastParam;
+        table.PresetTable.Resize(FileLastParam);
         for (int i = 0; i <= FileLastParam; ++i) {
-            model.PresetTable[i].Max = 1000;
-            model.PresetTable[i].Name = QStringLiteral("Name %1").arg(i);
+            table.PresetTable[i].Max = 1000;
+            table.PresetTable[i].Name = QStringLiteral("Name %1").arg(i);
         }
-        model.ResetToDefaults();
+        table.ResetToDefaults();
         link.MSComm1.DeviceOf = [this](int) { return peer.Device(); };
         SetFailureReporter([this](const RuntimeFailure &failure) { failures.append(failure.Sentence()); });
     }
@@ -67,9 +67,9 @@ protected:
     void Want(std::initializer_list<int> numbers)
     {
         for (const int p : numbers)
-            model.AddReadInterest(p);
+            table.AddReadInterest(p);
     }
-    void Enter(int p, std::int32_t rawValue) { model.SetParamValue(p, rawValue, true, false); }
+    void Enter(int p, std::int32_t rawValue) { table.SetParamValue(p, rawValue, true, false); }
     /** Waits for the frame to have arrived so many times. */
     bool WaitFor(const QByteArray &frame, int times = 1)
     {
@@ -81,7 +81,7 @@ protected:
     }
     bool WaitForWrites()
     {
-        return WaitUntil([this] { return !model.WritePending; });
+        return WaitUntil([this] { return !table.WritePending; });
     }
     /** Whether the link waits for nothing, and nothing of it will come due. */
     bool IsAtRest() const { return !link.SerialCommTimer.isActive() && !link.SerialCommTimeout.isActive(); }
@@ -92,18 +92,19 @@ protected:
         PumpWhile([] { return true; }, QDeadlineTimer(5 * Short.scanPause));
         return peer.Frames.isEmpty();
     }
-    ParamRecord &P(int p) { return model.ParamTable[p]; }
+    ParamRecord &P(int p) { return table.Row(p); }
 
     static constexpr LinkTimings Short{.scanPause = 20, .replyTimeout = 150, .sizeErrorPause = 60};
 
-    Model model;
+    ParameterTable table;
+    Document document{table};
     ScriptedAsker asker;
-    EntryRules rules{model, asker};
+    EntryRules rules{table, asker};
     ScriptedPeer peer;
-    DriveLink link{model, Short};
-    SettingsFile file{model};
-    SaveCommands saving{model, asker, file, QString()};
-    DriveOperations operations{model, link, rules, saving, asker};
+    DriveLink link{table, Short};
+    SettingsFile file{table, document};
+    SaveCommands saving{document, asker, file, QString()};
+    DriveOperations operations{table, document, link, rules, saving, asker};
     QStringList failures;
 };
 

@@ -21,13 +21,13 @@ TEST_F(ReadingTest, ReadsRunsContinuouslyAndEndsEachWithEot)
         EXPECT_TRUE(IsSilent()) << "what nobody wants, or the drive does not have, is not asked for";
         for (const int p : wanted) {
             peer.Values[p] = 100 + p;
-            model.AddReadInterest(p);
+            table.AddReadInterest(p);
         }
         ASSERT_TRUE(WaitFor(bytes.first(), 2));
         EXPECT_EQ(peer.Frames.first(bytes.size()), bytes);
         for (const int p : wanted) {
             EXPECT_EQ(P(p).Value, 100 + p);
-            model.RemoveReadInterest(p);
+            table.RemoveReadInterest(p);
         }
         ASSERT_TRUE(WaitUntil([&] { return peer.Frames.last() == Eot; }));
     }
@@ -45,7 +45,7 @@ TEST_F(ReadingTest, HoldsAndPendingWritesAreLeftAlone)
     EXPECT_EQ(peer.Frames.first(4), (QList<QByteArray>{ReadRequest(4), Ack, Ack, Eot}));
     EXPECT_EQ(P(5).Value, 55);
     EXPECT_EQ(P(6).Value, 9);
-    model.RemoveReadInterest(4);
+    table.RemoveReadInterest(4);
     ASSERT_TRUE(WaitFor(ReadRequest(6))) << "a held parameter opens no run";
     Enter(9, 3);
     ASSERT_TRUE(WaitFor(WriteRequest(9, 3)));
@@ -126,8 +126,8 @@ TEST_F(ReadingTest, AWholeReadIsWholeOrSaysWhatIsMissing)
         EXPECT_EQ(result.outcome, c.box ? Outcome::Partial : Outcome::Done);
         EXPECT_EQ(result.missing, c.missing);
         EXPECT_EQ(peer.Count(ReadRequest(0)), c.reads);
-        EXPECT_EQ(model.HalfRead, c.box != nullptr);
-        EXPECT_EQ(model.Title().contains(QStringLiteral("half read*]")), c.box != nullptr);
+        EXPECT_EQ(document.HalfRead, c.box != nullptr);
+        EXPECT_EQ(document.Title().contains(QStringLiteral("half read*]")), c.box != nullptr);
         operations.GoOffLine(OffLineReason::BrokenOff);
         boxes += c.box ? 1 : 0;
         ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == boxes; }));
@@ -145,13 +145,13 @@ TEST_F(ReadingTest, AScanThatEndsEarlyGivesBackWhatItTook)
     };
     peer.LastParam = 300;
     Connect();
-    ASSERT_EQ(model.LastParam, 300);
+    ASSERT_EQ(table.LastParam, 300);
     Want({400});
     cut([this] { peer.PullOut(); });
     asker.Expect(QStringLiteral("Drive not Responding!"));
     asker.Expect(QStringLiteral("The reading did not come to its end."));
     EXPECT_EQ(operations.ReadAll().outcome, Outcome::LinkLost);
-    EXPECT_EQ(model.LastParam, FileLastParam) << "grown again meanwhile";
+    EXPECT_EQ(table.LastParam, FileLastParam) << "grown again meanwhile";
     EXPECT_EQ(P(300).ReadFlag + P(301).ReadFlag, 0);
     EXPECT_EQ(P(400).ReadFlag, 1);
     ASSERT_TRUE(WaitUntil([this] { return asker.Shown.size() == 2; }));
@@ -160,7 +160,7 @@ TEST_F(ReadingTest, AScanThatEndsEarlyGivesBackWhatItTook)
     for (const WholeScan kind : {WholeScan::Reading, WholeScan::Writing}) {
         Connect();
         if (kind == WholeScan::Writing)
-            model.SetAllWriteFlags(WriteState::Queued);
+            table.SetAllWriteFlags(WriteState::Queued);
         QObject once;
         QObject::connect(&link, &DriveLink::ScanProgress, &once, [this](int p) {
             if (p > 20)
@@ -180,31 +180,31 @@ TEST_F(ReadingTest, AScanThatEndsEarlyGivesBackWhatItTook)
 TEST_F(ReadingTest, AWholeFactoryTableComesFromTheDriveAndGoesBackToIt)
 {
     SimulatedDrive drive;
-    ASSERT_EQ(SettingsFile(model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
-    model.ResetToDefaults();
+    ASSERT_EQ(SettingsFile(table, document).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
+    table.ResetToDefaults();
     const auto isClock = [](int p) { return p >= Param::ClockFirst && p <= Param::ClockLast; };
     const auto expectSameTables = [&] {
-        const auto table = drive.Table();
-        ASSERT_EQ(int(table.size()), model.LastParam + 1);
-        for (const auto &[p, rawValue] : table)
+        const auto driveTable = drive.Table();
+        ASSERT_EQ(int(driveTable.size()), table.LastParam + 1);
+        for (const auto &[p, rawValue] : driveTable)
             EXPECT_TRUE(isClock(p) || P(p).Value == rawValue) << p << ": " << P(p).Value << ", " << rawValue;
     };
     link.MSComm1.DeviceOf = [&](int) { return drive.LinkPath(); };
     operations.GoOnLine();
     ASSERT_TRUE(link.PortOpen());
-    EXPECT_TRUE(model.DriveStateUnread);
+    EXPECT_TRUE(table.DriveStateUnread);
     drive.Set(7, 33);
     drive.Set(64, 60000);
     drive.Set(100, -12345);
     EXPECT_TRUE(operations.ReadAll().IsDone());
-    EXPECT_FALSE(model.DriveStateUnread);
+    EXPECT_FALSE(table.DriveStateUnread);
     expectSameTables();
     EXPECT_EQ(drive.Stat(QStringLiteral("reads")), 1) << "one run, one request";
 
     for (const auto &[p, rawValue] : {std::pair(7, 0), {64, 59999}, {100, -1}, {217, -10000}})
         P(p).Value = rawValue;
     P(Param::LoadParameters).Value = 1; // the drive would take back what it was sent
-    model.SetAllWriteFlags(WriteState::Queued);
+    table.SetAllWriteFlags(WriteState::Queued);
     EXPECT_TRUE(operations.SendAll().IsDone());
     ASSERT_TRUE(WaitForWrites());
     EXPECT_TRUE(asker.Shown.isEmpty());

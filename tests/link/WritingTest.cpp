@@ -63,18 +63,18 @@ TEST_F(WritingTest, KeepsTheOrderAndLosesNoChange)
         for (const auto &[p, rawValue] : c.entries)
             Enter(p, rawValue);
         for (int i = 0; i < c.wanted; ++i)
-            model.AddReadInterest(10 + i);
+            table.AddReadInterest(10 + i);
         ASSERT_TRUE(WaitUntil([&] { return peer.Frames.size() >= c.bytes.size(); }));
         EXPECT_EQ(peer.Frames.first(c.bytes.size()), c.bytes);
         for (int i = 0; i < c.wanted; ++i)
-            model.RemoveReadInterest(10 + i);
+            table.RemoveReadInterest(10 + i);
         ASSERT_TRUE(WaitForWrites());
     }
     EXPECT_EQ(P(11).Value, 99) << "the value of the scan under way is the older one";
 
     // As one of the whole table it has no right of way.
     peer.Frames.clear();
-    model.SetAllWriteFlags(WriteState::Queued);
+    table.SetAllWriteFlags(WriteState::Queued);
     ASSERT_TRUE(WaitFor(run));
     EXPECT_EQ(peer.Count(WriteRequest(20, 1)), 1);
 }
@@ -123,7 +123,7 @@ TEST_F(WritingTest, AnAcknowledgementMovesTheLimitsThatHangOnTheEditedParameter)
 {
     Connect();
     P(26).Max = 77;
-    model.EditParamNumber = 3;
+    table.EditParamNumber = 3;
     Enter(3, 26);
     ASSERT_TRUE(WaitForWrites());
     EXPECT_EQ(P(10).Max, 77);
@@ -143,7 +143,7 @@ TEST_F(WritingTest, AFailureIsToldOnceAndTheLinkGoesOn)
         [&] { link.ReadPropsIndex = 900; },
         // A selector that points nowhere.
         [&] {
-            model.EditParamNumber = 3;
+            table.EditParamNumber = 3;
             Enter(3, 9999);
         },
     };
@@ -165,16 +165,16 @@ TEST_F(WritingTest, MemoryCommandsAreGivenOnceAndLeaveTheFileAlone)
     for (const auto &[saves, isRefused] : {std::pair(true, false), {false, false}, {true, true}}) {
         const int command = saves ? Param::SaveParameters : Param::LoadParameters;
         Answer(isRefused ? WriteRequest(command, 1) : QByteArray(), Nak);
-        model.DriveModified = true;
+        document.DriveModified = true;
         if (isRefused) {
             asker.Expect(QStringLiteral("Could not write value of 1 to (406)"));
             asker.Expect(QStringLiteral("Changes in Drive not saved!"));
         }
         saves ? operations.SaveDriveParameters() : operations.LoadDriveParameters();
-        EXPECT_FALSE(model.DriveModified || model.FileModified);
-        ASSERT_TRUE(WaitUntil([this] { return !model.WritePending && !IsAtRest(); }));
+        EXPECT_FALSE(document.DriveModified || document.FileModified);
+        ASSERT_TRUE(WaitUntil([this] { return !table.WritePending && !IsAtRest(); }));
         EXPECT_EQ(P(command).Value, 0) << "a whole write carries no command";
-        EXPECT_EQ(model.DriveModified, isRefused);
+        EXPECT_EQ(document.DriveModified, isRefused);
     }
     ASSERT_TRUE(WaitUntil([this] { return asker.Shown.size() == 2; }));
 
@@ -224,7 +224,7 @@ TEST_F(WritingTest, GoingOffLineAsksAndWaitsForTheSaveUntilTheDriveTellsThatItIs
                 peer.Values[Param::SaveParameters] = 0;
             return frame == save ? c.reply : frame == asked ? peer.DriveAnswer(frame) : reply;
         };
-        model.DriveModified = true;
+        document.DriveModified = true;
         asker.Expect(QStringLiteral("Save Changes in Drive?\r\n\r\nParameter changes not saved will be lost"),
                      c.answer);
         for (const QString &box : c.boxes)
@@ -235,7 +235,7 @@ TEST_F(WritingTest, GoingOffLineAsksAndWaitsForTheSaveUntilTheDriveTellsThatItIs
             QTimer::singleShot(5, &link, [this] { operations.ToggleComStatus(); });
         operations.GoOffLine(OffLineReason::User);
         EXPECT_FALSE(link.PortOpen());
-        EXPECT_EQ(model.DriveModified, c.clearedAt == 0);
+        EXPECT_EQ(document.DriveModified, c.clearedAt == 0);
         EXPECT_EQ(peer.Count(asked) > 0, c.answer == MsgAnswer::Yes && c.reply == Ack);
         ASSERT_TRUE(WaitUntil([&] { return asker.Shown.size() == 1 + c.boxes.size(); }));
         EXPECT_EQ(P(Param::SaveParameters).Value + P(Param::SaveParameters).ReadFlag, 0);
@@ -250,7 +250,7 @@ TEST_F(WritingTest, ADriveCommandTakesTheLinkDownWithAWarningAtMost)
     asker.WhileShown = [this] { IsSilent(); };
     for (const bool modified : {false, true}) {
         Connect();
-        model.DriveModified = modified;
+        document.DriveModified = modified;
         if (modified)
             asker.Expect(QStringLiteral("Drive parameters have not been saved!"));
         link.SetDriveCommand(Restart::Reset);

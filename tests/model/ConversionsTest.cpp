@@ -12,7 +12,7 @@ namespace quorvik::testing
 
 TEST(ConversionsTest, TypeCodeIsRoundedAndNotShifted)
 {
-    const std::vector<std::pair<std::int32_t, int>> table = {
+    const std::vector<std::pair<std::int32_t, int>> rows = {
         {14 * 32 + 15, 14}, // decimals and read only alone never reach the tie
         {14 * 32 + 16, 14}, // a tie goes to the even neighbour
         {15 * 32 + 16, 16},
@@ -22,7 +22,7 @@ TEST(ConversionsTest, TypeCodeIsRoundedAndNotShifted)
         {15 * 32 + 16 + 0x8000, 16},
         {-32, 31},
     };
-    for (const auto &[attributes, typeCode] : table)
+    for (const auto &[attributes, typeCode] : rows)
         EXPECT_EQ(TypeCode(attributes), typeCode) << attributes;
     EXPECT_EQ(UnitText(15 * 32 + 16), QStringLiteral("Volts"));
 }
@@ -30,7 +30,7 @@ TEST(ConversionsTest, TypeCodeIsRoundedAndNotShifted)
 TEST(ConversionsTest, ValueTextOfEveryKind)
 {
     // Type code, attribute bits below it, raw value.
-    const std::tuple<int, std::int32_t, std::int32_t, const char *> table[] = {
+    const std::tuple<int, std::int32_t, std::int32_t, const char *> rows[] = {
         {0, 0, 433, "433"},
         {1, 2, -15000, "-150.00 %"},
         {4, 0, 1, "True"},
@@ -49,7 +49,7 @@ TEST(ConversionsTest, ValueTextOfEveryKind)
         {1, 2, -4, "-0.04 %"},
         {1, 3, 2147483647, "2147483.647 %"},
     };
-    for (const auto &[typeCode, low, raw, text] : table)
+    for (const auto &[typeCode, low, raw, text] : rows)
         EXPECT_EQ(ValueText(raw, typeCode * 32 + low), QLatin1String(text)) << typeCode << ' ' << raw;
     for (const int list : {2, 3, 4, 5, 6, 7, 8, 9, 19, 21, 22, 24}) {
         EXPECT_TRUE(IsEnumerated(list)) << list;
@@ -60,12 +60,12 @@ TEST(ConversionsTest, ValueTextOfEveryKind)
 
 TEST(ConversionsTest, EntriesBecomeRawValues)
 {
-    const std::tuple<const char *, int, std::int32_t> table[] = {
+    const std::tuple<const char *, int, std::int32_t> rows[] = {
         {"12.345", 1, 123}, {"12.35", 1, 124}, {"2.675", 2, 268},   {"-0.004", 2, 0},
         {"-.5", 1, -5},     {"1e2", 1, 1000},  {" 7 ", 0, 7},       {"0.5", 0, 1},
         {"-0.5", 0, -1},    {"0.05", 2, 5},    {"-12.5", 2, -1250}, {"214748.3647", 3, 214748365},
     };
-    for (const auto &[text, decimals, raw] : table)
+    for (const auto &[text, decimals, raw] : rows)
         EXPECT_EQ(EntryToRaw(QLatin1String(text), 32 + decimals), raw) << text;
     for (const char *text : {"", "x", "1,5", "3000000000", "2147483.648"})
         EXPECT_THROW(EntryToRaw(QLatin1String(text), 32 + 3), RuntimeFailure) << text;
@@ -87,7 +87,7 @@ TEST(ConversionsTest, TablesHaveEnds)
 
 TEST(PathFunctionsTest, EitherSeparatorParts)
 {
-    const std::vector<std::tuple<const char *, const char *, const char *>> table = {
+    const std::vector<std::tuple<const char *, const char *, const char *>> rows = {
         {"C:\\a\\b.Svx", "C:\\a\\", "b.Svx"},
         {"/home/x/b.Svx", "/home/x/", "b.Svx"},
         {"/home/x/a\\b.Svx", "/home/x/", "a\\b.Svx"},
@@ -95,7 +95,7 @@ TEST(PathFunctionsTest, EitherSeparatorParts)
         {"/a/", "/a/", ""},
         {"", "", ""},
     };
-    for (const auto &[path, folder, title] : table) {
+    for (const auto &[path, folder, title] : rows) {
         EXPECT_EQ(FileTitle(QLatin1String(path)), QLatin1String(title)) << path;
         EXPECT_EQ(FilePath(QLatin1String(path)), QLatin1String(folder)) << path;
     }

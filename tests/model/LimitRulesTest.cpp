@@ -40,7 +40,7 @@ TEST_F(LimitRulesTest, InputsTakeOverTheirDestination)
             At(dependants[0]).Value = -51;
             At(dependants[1]).Value = 61;
             Point(selector);
-            model.RefreshDependentParams(selector);
+            table.RefreshDependentParams(selector);
             for (const int dependant : dependants)
                 ExpectLimits(dependant, -50, 60, Masked);
             EXPECT_EQ(At(dependants[0]).Value, -50);
@@ -48,7 +48,7 @@ TEST_F(LimitRulesTest, InputsTakeOverTheirDestination)
 
             At(selector).Value = 0;
             At(dependants[1]).Value = 5000;
-            model.RefreshDependentParams(selector);
+            table.RefreshDependentParams(selector);
             for (const int dependant : dependants)
                 ExpectLimits(dependant, -1000, 1000, 32);
             EXPECT_EQ(At(dependants[1]).Value, 5000) << "going back to factory limits never clamps";
@@ -63,7 +63,7 @@ TEST_F(LimitRulesTest, PolarityLimitsTheCalibration)
         At(selector).Value = 1;
         At(selector + 10).Value = -3000;
         At(selector + 15).Value = 4095;
-        model.RefreshDependentParams(selector);
+        table.RefreshDependentParams(selector);
         ExpectLimits(selector + 10, -2048, 2047, 32);
         ExpectLimits(selector + 15, 0, 2047, 32);
         EXPECT_EQ(At(selector + 10).Value, -2048);
@@ -72,7 +72,7 @@ TEST_F(LimitRulesTest, PolarityLimitsTheCalibration)
         At(selector).Value = 0;
         At(selector + 10).Value = -100;
         At(selector + 15).Value = -1;
-        model.RefreshDependentParams(selector);
+        table.RefreshDependentParams(selector);
         ExpectLimits(selector + 10, 0, 2047, 32);
         EXPECT_EQ(At(selector + 10).Value, 0);
         EXPECT_EQ(At(selector + 15).Value, 0);
@@ -85,11 +85,11 @@ TEST_F(LimitRulesTest, RelaysFollowTheirSourceWithoutClamping)
         for (const bool byAbsolute : {false, true}) {
             for (const bool absolute : {false, true}) {
                 SCOPED_TRACE(source);
-                model.ResetToDefaults();
+                table.ResetToDefaults();
                 Point(source);
                 At(source + 3).Value = absolute ? -1 : 0;
                 At(source + 6).Value = 900;
-                model.RefreshDependentParams(byAbsolute ? source + 3 : source);
+                table.RefreshDependentParams(byAbsolute ? source + 3 : source);
                 // The Source of relay 3 triggers nothing when it changes.
                 const bool runs = byAbsolute || source != 71;
                 for (const int dependant : {source + 6, source + 9})
@@ -99,7 +99,7 @@ TEST_F(LimitRulesTest, RelaysFollowTheirSourceWithoutClamping)
             }
         }
         At(source).Value = 0;
-        model.RefreshDependentParams(source + 3);
+        table.RefreshDependentParams(source + 3);
         ExpectLimits(source + 6, -1000, 1000, 32);
         ExpectLimits(source + 9, -1000, 1000, 32);
     }
@@ -110,26 +110,26 @@ TEST_F(LimitRulesTest, OffValueOfTheDigitalOutputKeepsItsLimits)
     Point(89);
     At(92).Value = 900;
     At(93).Value = 1500;
-    model.RefreshDependentParams(89);
+    table.RefreshDependentParams(89);
     ExpectLimits(92, -50, 60, Masked);
     ExpectLimits(93, -1000, 1000, Masked);
     EXPECT_EQ(At(92).Value, 60);
     EXPECT_EQ(At(93).Value, 1000);
     At(89).Value = 0;
-    model.RefreshDependentParams(89);
+    table.RefreshDependentParams(89);
     ExpectLimits(92, -1000, 1000, 32);
     ExpectLimits(93, -1000, 1000, 32);
 }
 
 TEST_F(LimitRulesTest, ModelFixesTheCurrents)
 {
-    const std::vector<std::array<std::int32_t, 3>> table = {{0, 0, 0},      {1, 36, 7},   {17, 36, 7},
-                                                            {26, 510, 102}, {5, 174, 35}, {7, 256, 51}};
-    for (const auto &[code, rated, least] : table) {
+    const std::vector<std::array<std::int32_t, 3>> rows = {{0, 0, 0},      {1, 36, 7},   {17, 36, 7},
+                                                           {26, 510, 102}, {5, 174, 35}, {7, 256, 51}};
+    for (const auto &[code, rated, least] : rows) {
         SCOPED_TRACE(code);
         At(Param::DriveModel).Value = code;
         At(123).Value = 1;
-        model.RefreshDependentParams(Param::DriveModel);
+        table.RefreshDependentParams(Param::DriveModel);
         EXPECT_EQ(At(122).Value, rated);
         EXPECT_EQ(At(123).Value, rated);
         EXPECT_EQ(At(123).Preset, rated);
@@ -137,7 +137,7 @@ TEST_F(LimitRulesTest, ModelFixesTheCurrents)
     }
     for (const std::int32_t code : {11, 27, 31}) {
         At(Param::DriveModel).Value = code;
-        EXPECT_THROW(model.RefreshDependentParams(Param::DriveModel), RuntimeFailure) << code;
+        EXPECT_THROW(table.RefreshDependentParams(Param::DriveModel), RuntimeFailure) << code;
     }
 }
 
@@ -148,7 +148,7 @@ TEST_F(LimitRulesTest, OneThatPointsBeyondTheTableKeepsNoOtherFromItsTurn)
     At(2).Value = 9999;
     At(3).Value = Target;
     At(Target).Max = 7;
-    model.RefreshAllDependents();
+    table.RefreshAllDependents();
     SetFailureReporter([](const RuntimeFailure &) {});
     EXPECT_EQ(At(10).Max, 7);
     ASSERT_EQ(told.size(), 1);
@@ -164,7 +164,7 @@ TEST_F(LimitRulesTest, NoOtherParameterLeads)
         if (leads)
             continue;
         At(i).Value = Target;
-        model.RefreshDependentParams(i);
+        table.RefreshDependentParams(i);
     }
     for (int i = 0; i <= 433; ++i)
         if (i != Target && i != 123 && !(i >= 38 && i <= 47))

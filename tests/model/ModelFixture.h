@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/Model.h"
+#include "model/Document.h"
 
 #include <gtest/gtest.h>
 
@@ -13,20 +13,20 @@ class ModelTest : public ::testing::Test
 protected:
     ModelTest()
     {
-        model.PresetTable.Resize(433);
+        table.PresetTable.Resize(433);
         for (int i = 0; i <= 433; ++i) {
-            ParamRecord &record = model.PresetTable[i];
+            ParamRecord &record = table.PresetTable[i];
             record.Min = -1000;
             record.Max = 1000;
             record.Attributes = 32;
             record.Name = QStringLiteral("P%1").arg(i);
         }
-        model.PresetTable[Param::DriveModel].Value = 5;
-        model.FileLastParam = 433;
-        model.ResetToDefaults();
+        table.PresetTable[Param::DriveModel].Value = 5;
+        table.FileLastParam = 433;
+        table.ResetToDefaults();
     }
 
-    ParamRecord &At(int number) { return model.ParamTable[number]; }
+    ParamRecord &At(int number) { return table.Row(number); }
     void Shape(int number, std::int32_t rawMin, std::int32_t rawMax, std::int32_t attributes)
     {
         At(number).Min = rawMin;
@@ -34,7 +34,7 @@ protected:
         At(number).Attributes = attributes;
     }
 
-    Model model;
+    ParameterTable table;
 };
 
 } // namespace quorvik::testing

@@ -1,5 +1,6 @@
 #include "model/ModelFixture.h"
 
+#include "model/Document.h"
 #include "operations/EntryRules.h"
 #include "platform/RuntimeFailure.h"
 #include "support/ScriptedAsker.h"
@@ -21,8 +22,9 @@ protected:
         EXPECT_EQ(box.buttons, buttons);
     }
 
+    Document document{table};
     ScriptedAsker asker;
-    EntryRules rules{model, asker};
+    EntryRules rules{table, asker};
 };
 
 TEST_F(EntryRulesTest, EditActsOnWritableClassesOnly)
@@ -41,7 +43,7 @@ TEST_F(EntryRulesTest, EditActsOnWritableClassesOnly)
     Shape(20, -3, 3, 32);
     rules.EditParameter(Access::ReadWrite, 10);
     EXPECT_EQ(At(10).Value, 5);
-    EXPECT_TRUE(model.DriveModified);
+    EXPECT_TRUE(document.DriveModified);
     confirm = false;
     rules.EditParameter(Access::IcrReadWrite, 10);
     EXPECT_EQ(At(10).Value, 5) << "cancelled";
@@ -49,7 +51,7 @@ TEST_F(EntryRulesTest, EditActsOnWritableClassesOnly)
     // On line the acknowledgement refreshes what hangs on the parameter.
     confirm = true;
     for (const bool online : {true, false}) {
-        model.PortOpen = [online] { return online; };
+        table.SetPortOpen(online);
         At(2).Value = 15;
         rules.EditParameter(Access::ReadWrite, 2);
         EXPECT_EQ(At(9).Max, online ? 1000 : 3);
@@ -93,7 +95,7 @@ TEST_F(EntryRulesTest, ATargetHasOneDriver)
     At(0).Value = 100;
     EXPECT_EQ(rules.FindDestinationConflict(5, 100), 0) << "the walk starts at 1";
     Shape(100, -7, 7, 64);
-    model.SetParamValue(3, 100, false, true);
+    table.SetParamValue(3, 100, false, true);
     EXPECT_EQ(At(10).Max, 7);
     EXPECT_TRUE(rules.ResolveDestinationConflict(3, 100)) << "a selector does not conflict with itself";
 
@@ -106,7 +108,7 @@ TEST_F(EntryRulesTest, ATargetHasOneDriver)
     EXPECT_TRUE(rules.ResolveDestinationConflict(5, 100));
     EXPECT_EQ(At(3).Value, 0);
     EXPECT_EQ(At(10).Max, 1000) << "its dependants go back to factory limits";
-    EXPECT_TRUE(model.FileModified);
+    EXPECT_TRUE(document.FileModified);
 }
 
 TEST_F(EntryRulesTest, ChoicesLeaveOutWhatCannotBeDriven)

@@ -27,50 +27,50 @@ protected:
     /** Saves a set whose Reference 1 is 100, and empties Reference 1 again. @return where it lies. */
     QString SavedSet()
     {
-        model.ParamTable[218].Value = 100;
+        table.Row(218).Value = 100;
         EXPECT_EQ(file.Save(Path("saved.Svx")), QString());
-        model.ParamTable[218].Value = 0;
+        table.Row(218).Value = 0;
         return Path("saved.Svx");
     }
 
     ScriptedAsker asker;
     ScriptedPeer peer;
-    DriveLink link{model, LinkTimings{.scanPause = 5, .replyTimeout = 150}};
-    EntryRules rules{model, asker};
-    SaveCommands saving{model, asker, file, Path("program")};
-    DriveOperations drive{model, link, rules, saving, asker};
-    FileCommands commands{model, rules, asker, file, saving, drive};
+    DriveLink link{table, LinkTimings{.scanPause = 5, .replyTimeout = 150}};
+    EntryRules rules{table, asker};
+    SaveCommands saving{document, asker, file, Path("program")};
+    DriveOperations drive{table, document, link, rules, saving, asker};
+    FileCommands commands{table, document, rules, asker, file, saving, drive};
     bool portOpens = true;
     QStringList failedSaves;
 };
 
 TEST_F(FileCommandsTest, SaveAsThenSaveGoToTheSameFile)
 {
-    model.FileModified = true;
+    document.FileModified = true;
     asker.ExpectSave(Path("a.Svx"));
     saving.Save(0);
     EXPECT_EQ(asker.Requests.last().folder, Path("program"));
     EXPECT_EQ(asker.Requests.last().fileName, QString());
-    EXPECT_EQ(model.Title(), QStringLiteral("Quorvik - [a.Svx]"));
+    EXPECT_EQ(document.Title(), QStringLiteral("Quorvik - [a.Svx]"));
 
-    model.SetParamValue(218, 4321, true, false);
+    table.SetParamValue(218, 4321, true, false);
     saving.Save(0);
-    EXPECT_FALSE(model.FileModified);
-    model.ParamTable[218].Value = 0;
+    EXPECT_FALSE(document.FileModified);
+    table.Row(218).Value = 0;
     asker.ExpectSave(std::nullopt);
     saving.Save(1);
     EXPECT_EQ(asker.Requests.last().folder, folder.path() + u'/');
     EXPECT_EQ(asker.Requests.last().fileName, QStringLiteral("a.Svx"));
     EXPECT_EQ(file.LoadSettings(Path("a.Svx")), QString());
-    EXPECT_EQ(model.Value(218), 4321);
+    EXPECT_EQ(table.Value(218), 4321);
 }
 
 TEST_F(FileCommandsTest, OpenedFileIsSavedTo)
 {
     asker.ExpectOpen(SavedSet());
     commands.Open();
-    EXPECT_EQ(model.Value(218), 100);
-    EXPECT_EQ(model.FileName, Path("saved.Svx"));
+    EXPECT_EQ(table.Value(218), 100);
+    EXPECT_EQ(document.FileName, Path("saved.Svx"));
     QFile other(Path("other.Svx"));
     ASSERT_TRUE(other.open(QIODevice::WriteOnly));
     asker.ExpectOpen(other.fileName());
@@ -87,21 +87,21 @@ TEST_F(FileCommandsTest, OpenedFileIsSavedTo)
 TEST_F(FileCommandsTest, SaveWithoutAnyDialogYetFailsAndSaveAsWorks)
 {
     ASSERT_EQ(file.LoadSettings(SavedSet()), QString());
-    model.FileModified = true;
+    document.FileModified = true;
     EXPECT_THROW(saving.Save(0), RuntimeFailure);
-    EXPECT_TRUE(model.FileModified);
-    EXPECT_EQ(model.FileName, Path("saved.Svx"));
+    EXPECT_TRUE(document.FileModified);
+    EXPECT_EQ(document.FileName, Path("saved.Svx"));
 
     asker.ExpectSave(Path("d.Svx"));
     saving.Save(1);
-    EXPECT_FALSE(model.FileModified);
-    EXPECT_EQ(model.FileName, Path("d.Svx"));
+    EXPECT_FALSE(document.FileModified);
+    EXPECT_EQ(document.FileName, Path("d.Svx"));
 }
 
 TEST_F(FileCommandsTest, FactoryTableIsNeverSavedOver)
 {
     ASSERT_TRUE(QFile::link(Path("program/Presets.fil"), Path("link.Svx")));
-    model.FileModified = true;
+    document.FileModified = true;
     for (const char *path :
          {"program/Presets.fil", "program/pReSeTs.FIL", "program/../program/presets.fil", "link.Svx"}) {
         SCOPED_TRACE(path);
@@ -110,16 +110,16 @@ TEST_F(FileCommandsTest, FactoryTableIsNeverSavedOver)
         asker.ExpectSave(std::nullopt);
         saving.Save(1);
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::Exclamation);
-        EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
+        EXPECT_EQ(document.FileName, QStringLiteral("unnamed"));
     }
     // Opened and then saved, without a dialog at first.
-    model.FileModified = false;
+    document.FileModified = false;
     asker.ExpectOpen(Path("program/Presets.fil"));
     commands.Open();
     asker.Expect(QStringLiteral("Cannot overwrite default file."));
     asker.ExpectSave(Path("e.Svx"));
     saving.Save(0);
-    EXPECT_EQ(model.FileName, Path("e.Svx"));
+    EXPECT_EQ(document.FileName, Path("e.Svx"));
     EXPECT_EQ(Content(Path("program/Presets.fil")), Content(QStringLiteral(QUORVIK_PRESETS_FILE)));
 }
 
@@ -134,80 +134,80 @@ TEST_F(FileCommandsTest, PromptSaveChangesCancelsWhatItCouldNotSave)
         {MsgAnswer::Cancel, {}, true},
     };
     for (const auto &[answer, path, stays] : rows) {
-        model.FileName = QStringLiteral("unnamed");
-        model.MarkFile(true);
+        document.FileName = QStringLiteral("unnamed");
+        document.MarkFile(true);
         // A write that is no edit takes the mark away, and not the edits.
-        model.FileModified = answer != MsgAnswer::Cancel;
+        document.FileModified = answer != MsgAnswer::Cancel;
         asker.Expect(QStringLiteral("unnamed has been modified.\r\n\r\nSave changes?"), answer);
         if (answer == MsgAnswer::Yes)
             asker.ExpectSave(path);
         EXPECT_EQ(saving.PromptSaveChanges(), !stays);
-        EXPECT_EQ(model.HasUnsavedEdits, stays);
+        EXPECT_EQ(document.HasUnsavedEdits, stays);
         EXPECT_EQ(asker.Shown.last().buttons, MsgButtons::YesNoCancel);
         EXPECT_EQ(asker.Shown.last().icon, MsgIcon::Question);
     }
     EXPECT_EQ(asker.Shown.size(), qsizetype(rows.size()));
     EXPECT_EQ(failedSaves.size(), 1) << "a failure behind the dialog is told without a box";
-    model.MarkFile(false);
+    document.MarkFile(false);
     EXPECT_TRUE(saving.PromptSaveChanges());
 }
 
 TEST_F(FileCommandsTest, NewGivesTheFactorySet)
 {
-    model.FileName = Path("x.Svx");
-    model.Notes = QStringLiteral("old");
-    model.SetParamValue(218, 4321, true, false);
+    document.FileName = Path("x.Svx");
+    document.Notes = QStringLiteral("old");
+    table.SetParamValue(218, 4321, true, false);
     asker.Expect(QStringLiteral("x.Svx has been modified."), MsgAnswer::Cancel);
     commands.New();
-    EXPECT_EQ(model.Value(218), 4321);
+    EXPECT_EQ(table.Value(218), 4321);
     EXPECT_EQ(asker.ModelsSelected, 0);
 
     asker.Expect(QStringLiteral("x.Svx has been modified."), MsgAnswer::No);
     commands.New();
-    EXPECT_EQ(model.Value(218), 0);
-    EXPECT_EQ(model.Notes, QString());
-    EXPECT_EQ(model.Title(), QStringLiteral("Quorvik - [unnamed]"));
+    EXPECT_EQ(table.Value(218), 0);
+    EXPECT_EQ(document.Notes, QString());
+    EXPECT_EQ(document.Title(), QStringLiteral("Quorvik - [unnamed]"));
     EXPECT_EQ(asker.ModelsSelected, 1);
 }
 
 TEST_F(FileCommandsTest, OpenOnLineSendsTheWholeSet)
 {
-    model.ParamTable[28].Value = 0; // Unipolar in the file
-    model.ParamTable[38].Value = -100;
-    model.ParamTable[123].Value = 99;
+    table.Row(28).Value = 0; // Unipolar in the file
+    table.Row(38).Value = -100;
+    table.Row(123).Value = 99;
     const QString path = SavedSet();
-    model.ParamTable[123].Value = 50;
+    table.Row(123).Value = 50;
     ASSERT_TRUE(drive.GoOnLine().IsDone());
     peer.Values[28] = 1;
     EXPECT_TRUE(commands.LoadAndAssignSettingsFromFile(path).IsDone());
     EXPECT_EQ(peer.Values[218], 100);
     EXPECT_EQ(peer.Values[28], 0);
     EXPECT_EQ(peer.Values[38], 0) << "rules of what leads others are applied";
-    EXPECT_EQ(model.Value(123), 99) << "but the rule of the drive model must not run";
-    EXPECT_FALSE(model.FileModified || model.DriveModified);
+    EXPECT_EQ(table.Value(123), 99) << "but the rule of the drive model must not run";
+    EXPECT_FALSE(document.FileModified || document.DriveModified);
     EXPECT_EQ(asker.Progresses, std::vector({int(WholeScan::Writing)}));
 }
 
 TEST_F(FileCommandsTest, OpenThatFailsOnLineSendsNothingAndHoldsNothing)
 {
-    model.ParamTable[1].Value = 5000;
-    model.ParamTable[Param::LoadParameters].Value = 1;
+    table.Row(1).Value = 5000;
+    table.Row(Param::LoadParameters).Value = 1;
     const QString beyond = SavedSet();
     ASSERT_TRUE(drive.GoOnLine().IsDone());
-    model.SetParamValue(219, 77, true, false);
+    table.SetParamValue(219, 77, true, false);
     asker.Expect(QStringLiteral("Could not find file"));
     EXPECT_EQ(commands.LoadAndAssignSettingsFromFile(Path("none.Svx")).outcome, Outcome::Refused);
     EXPECT_EQ(asker.Shown.last().icon, MsgIcon::None);
 
-    model.ParamTable[Param::DriveState].Value = 1;
+    table.Row(Param::DriveState).Value = 1;
     asker.Expect(QStringLiteral("Drive must be in Stop mode"));
     EXPECT_EQ(commands.LoadAndAssignSettingsFromFile(beyond).outcome, Outcome::Refused);
-    EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
-    EXPECT_TRUE(model.FileModified);
+    EXPECT_EQ(document.FileName, QStringLiteral("unnamed"));
+    EXPECT_TRUE(document.FileModified);
 
-    model.ParamTable[Param::DriveState].Value = 0;
-    EXPECT_EQ(model.ParamTable[219].WriteFlag, WriteState::Queued) << "a pending edit still goes out";
-    EXPECT_EQ(model.ParamTable[220].WriteFlag, WriteState::None);
+    table.Row(Param::DriveState).Value = 0;
+    EXPECT_EQ(table.Row(219).WriteFlag, WriteState::Queued) << "a pending edit still goes out";
+    EXPECT_EQ(table.Row(220).WriteFlag, WriteState::None);
     EXPECT_TRUE(asker.Progresses.empty());
 
     // A selector that points nowhere is told, and keeps no other row from the drive.
@@ -215,37 +215,37 @@ TEST_F(FileCommandsTest, OpenThatFailsOnLineSendsNothingAndHoldsNothing)
     commands.LoadAndAssignSettingsFromFile(beyond);
     EXPECT_EQ(peer.Values[218], 100);
     EXPECT_EQ(peer.Values[Param::LoadParameters], 0) << "a file gives no command";
-    model.DriveModified = false;
+    document.DriveModified = false;
 }
 
 TEST_F(FileCommandsTest, ReadFromDriveMakesAnUnsavedSet)
 {
     for (const bool opens : {false, true}) {
         portOpens = opens;
-        model.FileName = Path("x.Svx");
-        model.SetParamValue(218, 1, false, false);
+        document.FileName = Path("x.Svx");
+        table.SetParamValue(218, 1, false, false);
         peer.Values[218] = 55;
         if (!opens)
             asker.Expect(QStringLiteral("There is no port"));
         EXPECT_EQ(commands.ReadFromDrive().outcome, opens ? Outcome::Done : Outcome::Refused);
-        EXPECT_FALSE(model.WritePending || link.PortOpen());
-        EXPECT_EQ(model.Value(218), opens ? 55 : 1);
-        EXPECT_EQ(model.ParamTable[218].WriteFlag, WriteState::None);
-        EXPECT_EQ(model.Title().toStdString(), opens ? "Quorvik - [unnamed*]" : "Quorvik - [x.Svx]");
+        EXPECT_FALSE(table.WritePending || link.PortOpen());
+        EXPECT_EQ(table.Value(218), opens ? 55 : 1);
+        EXPECT_EQ(table.Row(218).WriteFlag, WriteState::None);
+        EXPECT_EQ(document.Title().toStdString(), opens ? "Quorvik - [unnamed*]" : "Quorvik - [x.Svx]");
     }
 }
 
 TEST_F(FileCommandsTest, WriteToDriveSendsTheWholeSetToAStoppedDrive)
 {
-    model.ParamTable[Param::DriveState].Value = 3;
+    table.Row(Param::DriveState).Value = 3;
     asker.Expect(QStringLiteral("Drive must be in Stop mode"));
     EXPECT_EQ(commands.WriteToDrive().outcome, Outcome::Refused);
 
     const QByteArray refused = WriteRequest(219, 0);
     peer.Answer = [&](const QByteArray &frame) { return frame == refused ? Nak : peer.DriveAnswer(frame); };
     for (const bool isRefusedOne : {true, false}) {
-        model.ParamTable[Param::DriveState].Value = 8;
-        model.ParamTable[218].Value = 44;
+        table.Row(Param::DriveState).Value = 8;
+        table.Row(218).Value = 44;
         if (isRefusedOne)
             asker.Expect(QStringLiteral("Could not write value of 0 to (219)"));
         asker.Expect(QStringLiteral("Save Changes in Drive?"), MsgAnswer::No);
@@ -254,8 +254,8 @@ TEST_F(FileCommandsTest, WriteToDriveSendsTheWholeSetToAStoppedDrive)
         EXPECT_EQ(result.missing, isRefusedOne ? std::vector({219}) : std::vector<int>());
         EXPECT_EQ(peer.Values[218], 44);
         EXPECT_FALSE(peer.Values.contains(256)) << "never the clock";
-        EXPECT_TRUE(model.DriveModified);
-        EXPECT_FALSE(model.FileModified || link.PortOpen());
+        EXPECT_TRUE(document.DriveModified);
+        EXPECT_FALSE(document.FileModified || link.PortOpen());
         peer.Answer = [&](const QByteArray &frame) { return peer.DriveAnswer(frame); };
     }
 }

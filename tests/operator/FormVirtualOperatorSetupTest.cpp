@@ -64,7 +64,7 @@ TEST_F(VirtualOperatorSetup, ApplySetsTheSlidersLimitsAndMovesItInOnce)
         TypeAll("TextBiasGain", {each.bias, each.gain});
         ASSERT_TRUE(Enabled("CommandApply"));
         int writes = 0;
-        QObject::connect(&desk.model, &Model::TitleChanged, window, [&writes] { ++writes; });
+        QObject::connect(&desk.document, &Document::TitleChanged, window, [&writes] { ++writes; });
         Click("CommandApply");
         EXPECT_EQ(slider.Min(), each.min);
         EXPECT_EQ(slider.Max(), each.max);

@@ -19,21 +19,21 @@ namespace
 
 using VirtualOperator = PanelTest;
 
-int AssignedSelectors(const Model &model)
+int AssignedSelectors(const ParameterTable &table)
 {
     int assigned = 0;
-    for (int p = 0; p <= model.LastParam; ++p)
-        assigned += model.AttrBit(Attr::Destination, p) && model.Value(p) != 0 ? 1 : 0;
+    for (int p = 0; p <= table.LastParam; ++p)
+        assigned += table.AttrBit(Attr::Destination, p) && table.Value(p) != 0 ? 1 : 0;
     return assigned;
 }
 
 TEST_F(VirtualOperator, NoLeavesEverythingAsItWas)
 {
-    const int before = AssignedSelectors(desk.model);
+    const int before = AssignedSelectors(desk.table);
     ASSERT_GT(before, 0);
     Open(MsgAnswer::No);
     EXPECT_EQ(panel, nullptr);
-    EXPECT_EQ(AssignedSelectors(desk.model), before);
+    EXPECT_EQ(AssignedSelectors(desk.table), before);
     EXPECT_EQ(desk.asker.Shown.first().title, Name("Unassign inputs?"));
     EXPECT_EQ(desk.asker.Shown.first().icon, MsgIcon::Exclamation);
 }
@@ -43,11 +43,11 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
     Setting(2) = {217, 0, 5000, 4321};
     Setting(3) = {218, 2000, 8000, 0};
     P(217) = 0;
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     const int watched = Record(1).ReadFlag;
     Open();
     ASSERT_NE(panel, nullptr);
-    EXPECT_EQ(AssignedSelectors(desk.model), 0);
+    EXPECT_EQ(AssignedSelectors(desk.table), 0);
     EXPECT_EQ(P(245), 1);
     EXPECT_EQ(Record(1).WriteFlag, WriteState::Queued);
     EXPECT_EQ(Record(1).ReadFlag, watched + 1) << "a drive that runs refuses it";
@@ -56,7 +56,7 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
     for (const int same : {0, 24, 239, 241})
         EXPECT_EQ(Record(same).WriteFlag, WriteState::None) << same;
     EXPECT_EQ(Setting(2).Status, 0);
-    EXPECT_TRUE(desk.model.FileModified);
+    EXPECT_TRUE(desk.document.FileModified);
     EXPECT_EQ(Text("LabelInputName(2)"), "Reference 0");
     EXPECT_EQ(Text("LabelSignalValue(2)"), "0.00 %");
     EXPECT_EQ(panel->VScrollSignal(2).Min(), 5000);
@@ -79,7 +79,7 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
 TEST_F(VirtualOperator, ThePanelShowsWhatTheDriveDoes)
 {
     Open();
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     const struct {
         const char *what;
         int run, jog, runStatus, state;
@@ -134,10 +134,10 @@ TEST_F(VirtualOperator, StopAndAnyClosingEndTheJogToo)
         {"panel closed", 1, 3, 1, [this] { panel->close(); }, true, false},
     };
     Open();
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     for (const auto &each : cases) {
         SCOPED_TRACE(each.what);
-        Record(245) = desk.model.PresetTable[245];
+        Record(245) = desk.table.PresetTable[245];
         P(245) = each.logic;
         P(422) = each.state;
         Record(240).WriteFlag = Record(241).WriteFlag = WriteState::None;
@@ -180,7 +180,7 @@ TEST_F(VirtualOperator, SaysWhatKeepsStopFromStopping)
         {"it does not let go of its inputs while it runs", 422, 1},
     };
     for (const auto &[reason, p, rawValue] : cases) {
-        desk.online = reason[0] == 'i';
+        desk.table.SetPortOpen(reason[0] == 'i');
         const std::int32_t before = std::exchange(P(p), rawValue);
         Tick();
         EXPECT_EQ(Find("LabelNotice")->isVisible(), reason[0] != 0) << reason;
@@ -217,14 +217,14 @@ TEST_F(VirtualOperator, APushButtonWritesItsEndsAndClearsTheModifiedMarks)
 {
     Setting(6) = {221, -500, 700, 0};
     Open();
-    ASSERT_TRUE(desk.model.FileModified);
+    ASSERT_TRUE(desk.document.FileModified);
     EXPECT_EQ(Text("CommandDigital(6)"), "Jog Reference\r\n=5.00 %");
     Click("CommandDigital(6)");
     EXPECT_EQ(Setting(6).Status, -1);
     EXPECT_EQ(P(221), 700);
     EXPECT_EQ(Text("CommandDigital(6)"), "Jog Reference\r\n=7.00 %");
     EXPECT_TRUE(Checked("CommandDigital(6)"));
-    EXPECT_FALSE(desk.model.FileModified || desk.model.DriveModified);
+    EXPECT_FALSE(desk.document.FileModified || desk.document.DriveModified);
 
     Click("CommandDigital(6)");
     EXPECT_EQ(P(221), -500);
@@ -243,14 +243,14 @@ TEST_F(VirtualOperator, ASliderWritesWhatItStandsAt)
 {
     Setting(1) = {217, 0, 10000, 0};
     Open();
-    desk.model.FileModified = false;
+    desk.document.FileModified = false;
     VirtualSlider &slider = panel->VScrollSignal(1);
     slider.setFocus();
     QTest::keyClick(&slider, Qt::Key_PageUp);
     EXPECT_EQ(P(217), 1000);
     EXPECT_EQ(Setting(1).Status, 1000);
     EXPECT_EQ(Text("LabelSignalValue(1)"), "10.00 %");
-    EXPECT_TRUE(desk.model.FileModified);
+    EXPECT_TRUE(desk.document.FileModified);
 
     // A click above the handle is one large step up, one below it a step down.
     QTest::mouseClick(&slider, Qt::LeftButton, {}, QPoint(10, 3));
@@ -265,7 +265,7 @@ TEST_F(VirtualOperator, ALoadedFileRedrawsThePanelAndWritesTheSliders)
     panel->VScrollSignal(4).setValue(2500);
     Setting(4) = {217, 0, 4000, 9999};
     Setting(9) = {305, 0, 1, -1};
-    Q_EMIT desk.model.VirtualSettingsLoaded();
+    Q_EMIT desk.document.VirtualSettingsLoaded();
     EXPECT_EQ(Text("LabelInputName(4)"), "Reference 0");
     EXPECT_EQ(Setting(4).Status, 2500) << "the position wins over the file";
     EXPECT_EQ(panel->VScrollSignal(4).Min(), 4000);

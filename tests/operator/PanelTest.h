@@ -21,7 +21,7 @@ protected:
         window = panel = desk.mainWindow.findChild<FormVirtualOperator *>();
     }
 
-    VirtualSetting &Setting(int index) { return desk.model.VirtualSettings.at(std::size_t(index)); }
+    VirtualSetting &Setting(int index) { return desk.document.VirtualSettings.at(std::size_t(index)); }
 
     VirtualOperatorFields fields;
     FormVirtualOperator *panel = nullptr;

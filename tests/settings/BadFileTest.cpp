@@ -100,23 +100,23 @@ TEST_F(BadFileTest, IsRefusedAsAWhole)
     for (const auto &[sentence, statements, spoil] : cases) {
         SCOPED_TRACE(sentence + (' ' + statements.toStdString()));
         path += u'x';
-        model.ParamTable[0].Name = model.Notes = QStringLiteral("from the file");
+        table.Row(0).Name = document.Notes = QStringLiteral("from the file");
         ASSERT_EQ(file.Save(path), QString());
         spoil();
         if (!statements.isEmpty())
             Alter(path, statements);
 
-        model.ParamTable[0].Name = model.Notes = QStringLiteral("before");
-        model.FileModified = true;
+        table.Row(0).Name = document.Notes = QStringLiteral("before");
+        document.FileModified = true;
         const QString failure = file.LoadSettings(path);
         EXPECT_TRUE(failure.contains(QLatin1String(sentence)) && failure.endsWith(u'.'))
             << failure.toStdString();
-        EXPECT_EQ(model.ParamTable[0].Name, QStringLiteral("before"));
-        EXPECT_EQ(model.Notes, QStringLiteral("before"));
-        EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
-        EXPECT_TRUE(model.FileModified);
+        EXPECT_EQ(table.Row(0).Name, QStringLiteral("before"));
+        EXPECT_EQ(document.Notes, QStringLiteral("before"));
+        EXPECT_EQ(document.FileName, QStringLiteral("unnamed"));
+        EXPECT_TRUE(document.FileModified);
         EXPECT_EQ(file.LoadPresets(path), failure);
-        EXPECT_EQ(model.FileLastParam, 433);
+        EXPECT_EQ(table.FileLastParam, 433);
     }
 }
 
@@ -129,7 +129,7 @@ TEST_F(OddFileTest, WhatIsNeverReadHasNoEffect)
     EXPECT_EQ(file.LoadSettings(Path("odd.Svx")), QString());
     Alter(Path("odd.Svx"), RowCount(32768));
     EXPECT_EQ(file.LoadSettings(Path("odd.Svx")), QString());
-    EXPECT_EQ(model.LastParam, 32767) << "the most rows possible";
+    EXPECT_EQ(table.LastParam, 32767) << "the most rows possible";
 }
 
 TEST_F(OddFileTest, VirtualOperatorThatCannotBeReadIsEmptied)
@@ -139,11 +139,11 @@ TEST_F(OddFileTest, VirtualOperatorThatCannotBeReadIsEmptied)
           "UPDATE VirtualSettings SET Destination = 40000 WHERE rowid = 12",
           "ALTER TABLE VirtualSettings DROP COLUMN Status"}) {
         SCOPED_TRACE(statement);
-        model.VirtualSettings[0] = {217, 1, 2, 3};
+        document.VirtualSettings[0] = {217, 1, 2, 3};
         ASSERT_EQ(file.Save(Path("odd.Svx")), QString());
         Alter(Path("odd.Svx"), QString::fromUtf8(statement));
         EXPECT_EQ(file.LoadSettings(Path("odd.Svx")), QString());
-        EXPECT_EQ(model.VirtualSettings[0], VirtualSetting());
+        EXPECT_EQ(document.VirtualSettings[0], VirtualSetting());
     }
 }
 

@@ -1,7 +1,7 @@
 #include "SetFixture.h"
 
-#include "platform/Waiting.h"
 #include "operations/Recovery.h"
+#include "platform/Waiting.h"
 #include "settings/RecoveryCopy.h"
 #include "support/ScriptedAsker.h"
 
@@ -18,14 +18,15 @@ protected:
 
     std::unique_ptr<RecoveryCopy> MakeCopy(int delayMs = SoonMs)
     {
-        return std::make_unique<RecoveryCopy>(model, file, Path("data/recovery"), delayMs);
+        return std::make_unique<RecoveryCopy>(document, file, Path("data/recovery"), delayMs);
     }
-    void Edit(std::int32_t rawValue) { model.SetParamValue(Edited, rawValue, true, false); }
+    void Edit(std::int32_t rawValue) { table.SetParamValue(Edited, rawValue, true, false); }
     /** The edited value as the copy on disk has it, or -1. */
     std::int32_t CopiedValue(const RecoveryCopy &copy)
     {
-        Model other;
-        SettingsFile reader(other);
+        ParameterTable other;
+        Document opened(other);
+        SettingsFile reader(other, opened);
         if (!QFile::exists(copy.Path()) || !reader.LoadSettings(copy.Path()).isEmpty())
             return -1;
         return other.Value(Edited);
@@ -38,11 +39,11 @@ protected:
     std::unique_ptr<RecoveryCopy> CrashAndStartAnew(const QString &name)
     {
         auto copy = MakeCopy();
-        model.FileName = name;
+        document.FileName = name;
         Edit(321);
         EXPECT_TRUE(BecomesCopied(*copy, 321));
         copy = MakeCopy();
-        model.FileModified = model.HasUnsavedEdits = false;
+        document.FileModified = document.HasUnsavedEdits = false;
         StartAnew();
         return copy;
     }
@@ -73,9 +74,10 @@ TEST_F(RecoveryCopyTest, IsOfferedWithItsNameAndContent)
         asker.Expect(QStringLiteral("changes to winder.Svx had not been saved"),
                      taken ? MsgAnswer::Yes : MsgAnswer::No);
         EXPECT_EQ(OfferLeftover(*copy, asker), taken);
-        EXPECT_EQ(model.FileModified, taken);
-        EXPECT_EQ(model.FileName, taken ? QStringLiteral("/machines/winder.Svx") : QStringLiteral("unnamed"));
-        EXPECT_EQ(model.Value(Edited) == 321, taken);
+        EXPECT_EQ(document.FileModified, taken);
+        EXPECT_EQ(document.FileName,
+                  taken ? QStringLiteral("/machines/winder.Svx") : QStringLiteral("unnamed"));
+        EXPECT_EQ(table.Value(Edited) == 321, taken);
         EXPECT_TRUE(QFile::exists(Path("data/recovery/declined.Svx")));
         EXPECT_EQ(CopiedValue(*copy), taken ? 321 : -1) << "a second crash loses nothing";
     }
@@ -89,12 +91,12 @@ TEST_F(RecoveryCopyTest, GoesAwayWithItsReason)
         Edit(5);
         ASSERT_TRUE(BecomesCopied(*copy, 5));
         Edit(6);
-        model.SetParamValue(Edited + 1, 1, false, false);
+        table.SetParamValue(Edited + 1, 1, false, false);
         EXPECT_TRUE(QFile::exists(copy->Path())) << "a write that is no edit saves nothing";
         if (endsNormally) {
             copy->Remove();
         } else {
-            model.MarkFile(false); // a save or a new set
+            document.MarkFile(false); // a save or a new set
         }
         PumpWhile([] { return true; }, QDeadlineTimer(3 * SoonMs));
         EXPECT_TRUE(QDir(Path("data/recovery")).isEmpty(QDir::Files | QDir::Hidden));
@@ -105,13 +107,13 @@ TEST_F(RecoveryCopyTest, GoesAwayWithItsReason)
 TEST_F(RecoveryCopyTest, TypedNotesAreInIt)
 {
     const auto copy = MakeCopy();
-    model.Notes = QStringLiteral("before");
-    model.TypedNotes = QStringLiteral("half a sen");
-    model.MarkFile(true);
+    document.Notes = QStringLiteral("before");
+    document.TypedNotes = QStringLiteral("half a sen");
+    document.MarkFile(true);
     copy->WriteNow();
-    EXPECT_EQ(model.Notes, QStringLiteral("before"));
+    EXPECT_EQ(document.Notes, QStringLiteral("before"));
     ASSERT_EQ(file.LoadSettings(copy->Path()), QString());
-    EXPECT_EQ(model.Notes, QStringLiteral("half a sen"));
+    EXPECT_EQ(document.Notes, QStringLiteral("half a sen"));
 }
 
 TEST_F(RecoveryCopyTest, ADamagedCopyIsToldAndKeptAndChangesNothing)
@@ -122,8 +124,8 @@ TEST_F(RecoveryCopyTest, ADamagedCopyIsToldAndKeptAndChangesNothing)
     const QByteArray content = Content(copy->Path());
     asker.Expect(QStringLiteral("malformed"));
     EXPECT_FALSE(OfferLeftover(*copy, asker));
-    EXPECT_NE(model.Value(Edited), 321);
-    EXPECT_FALSE(model.FileModified);
+    EXPECT_NE(table.Value(Edited), 321);
+    EXPECT_FALSE(document.FileModified);
     EXPECT_FALSE(QFile::exists(copy->Path())) << "offered once";
     EXPECT_EQ(Content(asker.Shown.last().text.section(u'"', -2, -2)), content);
 }
@@ -135,14 +137,14 @@ TEST_F(RecoveryCopyTest, AFailureIsToldOnceAndTriedAgain)
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     const auto copy = MakeCopy();
     QSignalSpy failed(copy.get(), &RecoveryCopy::WriteFailed);
-    model.Notes.clear();
+    document.Notes.clear();
     Edit(7);
     PumpWhile([&] { return failed.count() < 1; }, QDeadlineTimer(10000));
     PumpWhile([] { return true; }, QDeadlineTimer(5 * SoonMs));
     EXPECT_EQ(failed.count(), 1);
     ASSERT_TRUE(blocker.remove());
     EXPECT_TRUE(BecomesCopied(*copy, 7)) << "without another edit";
-    EXPECT_EQ(model.Notes, QString()) << "the blank that a save leaves is for the user's own save";
+    EXPECT_EQ(document.Notes, QString()) << "the blank that a save leaves is for the user's own save";
 }
 
 } // namespace quorvik::testing

@@ -1,5 +1,5 @@
 #include "settings/Report.h"
-#include "model/Model.h"
+#include "model/Document.h"
 #include "settings/ReportLayout.h"
 
 #include <QLocale>
@@ -67,11 +67,13 @@ TEST(Report, CsvKeepsEveryTextATextInItsField)
 TEST(Report, TellsTheTimeInTheUsersFormatWithoutItsZone)
 {
     const QLocale before;
+    const ParameterTable table;
+    const Document document(table);
     const std::pair<const char *, const char *> cases[] = {{"en_US", "^[0-9]+:[0-9]{2}:[0-9]{2}.[AP]M$"},
                                                            {"de_DE", "^[0-9]{2}:[0-9]{2}:[0-9]{2}$"}};
     for (const auto &[name, time] : cases) {
         QLocale::setDefault(QLocale(QLatin1String(name)));
-        EXPECT_THAT(DescribeReport(Model(), {}).timeText.toStdString(), ::testing::MatchesRegex(time));
+        EXPECT_THAT(DescribeReport(document, {}).timeText.toStdString(), ::testing::MatchesRegex(time));
     }
     QLocale::setDefault(before);
 }

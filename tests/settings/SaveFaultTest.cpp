@@ -33,10 +33,10 @@ protected:
     static int MarkedValue(int p, int mark) { return Param::IsCommand(p) ? 0 : mark + p; }
     void MakeSet(int mark)
     {
-        for (int p = 0; p <= model.LastParam; ++p)
-            model.ParamTable[p].Value = MarkedValue(p, mark);
-        model.Notes = QString::number(mark);
-        for (VirtualSetting &setting : model.VirtualSettings)
+        for (int p = 0; p <= table.LastParam; ++p)
+            table.Row(p).Value = MarkedValue(p, mark);
+        document.Notes = QString::number(mark);
+        for (VirtualSetting &setting : document.VirtualSettings)
             setting.BiasOpen = mark;
     }
 
@@ -50,13 +50,14 @@ protected:
     /** The mark of the set that the target holds as a whole, 0 when it holds none. */
     int MarkOfTarget()
     {
-        Model reader;
-        EXPECT_EQ(SettingsFile(reader).LoadSettings(Target()), QString());
-        const int mark = reader.Notes.toInt();
-        bool isWhole = (mark == OldMark || mark == NewMark) && reader.LastParam == model.LastParam;
-        for (int p = 0; isWhole && p <= model.LastParam; ++p)
+        ParameterTable reader;
+        Document opened(reader);
+        EXPECT_EQ(SettingsFile(reader, opened).LoadSettings(Target()), QString());
+        const int mark = opened.Notes.toInt();
+        bool isWhole = (mark == OldMark || mark == NewMark) && reader.LastParam == table.LastParam;
+        for (int p = 0; isWhole && p <= table.LastParam; ++p)
             isWhole = reader.Value(p) == MarkedValue(p, mark);
-        for (const VirtualSetting &setting : reader.VirtualSettings)
+        for (const VirtualSetting &setting : opened.VirtualSettings)
             isWhole = isWhole && setting.BiasOpen == mark;
         return isWhole ? mark : 0;
     }

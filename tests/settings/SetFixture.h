@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/Model.h"
+#include "model/Document.h"
 #include "settings/SettingsFile.h"
 
 #include <QDir>
@@ -41,17 +41,12 @@ private:
 class SetTest : public ::testing::Test
 {
 protected:
-    SetTest()
-    {
-        model.InitColors();
-        StartAnew();
-        model.PortOpen = [this] { return online; };
-    }
+    SetTest() { StartAnew(); }
 
     void StartAnew()
     {
         EXPECT_EQ(file.LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
-        model.ResetToDefaults();
+        table.ResetToDefaults();
     }
 
     QString Path(const char *name) const { return folder.filePath(QString::fromUtf8(name)); }
@@ -68,9 +63,9 @@ protected:
 
     const OrdinaryUser user;
     QTemporaryDir folder;
-    Model model;
-    SettingsFile file{model};
-    bool online = false;
+    ParameterTable table;
+    Document document{table};
+    SettingsFile file{table, document};
 };
 
 } // namespace quorvik::testing

@@ -26,34 +26,35 @@ using SettingsFileTest = SetTest;
 
 TEST_F(SettingsFileTest, RoundTripKeepsEveryFieldAndNoFlag)
 {
-    model.ParamTable[0].Min = std::numeric_limits<std::int32_t>::min();
-    model.ParamTable[0].Max = std::numeric_limits<std::int32_t>::max();
-    model.ParamTable[226] = {-1,     99,
-                             0x7FFF, -3,
-                             77,     QStringLiteral("Übergang \"x'; DROP TABLE Settings;--"),
-                             3,      WriteState::Queued};
-    model.Notes = QStringLiteral("first\r\nsecond");
-    model.VirtualSettings[11] = {-1, 2147483647, -5, 9};
-    model.FileModified = true;
+    table.Row(0).Min = std::numeric_limits<std::int32_t>::min();
+    table.Row(0).Max = std::numeric_limits<std::int32_t>::max();
+    table.Row(226) = {-1,     99,
+                      0x7FFF, -3,
+                      77,     QStringLiteral("Übergang \"x'; DROP TABLE Settings;--"),
+                      3,      WriteState::Queued};
+    document.Notes = QStringLiteral("first\r\nsecond");
+    document.VirtualSettings[11] = {-1, 2147483647, -5, 9};
+    document.FileModified = true;
     ASSERT_EQ(file.Save(Path("a b#?%.Svx")), QString());
-    EXPECT_TRUE(model.FileModified) << "the file itself changes no mark";
+    EXPECT_TRUE(document.FileModified) << "the file itself changes no mark";
 
-    Model other;
-    other.ParamTable.Resize(model.LastParam);
-    other.ParamTable[226].ReadFlag = 1;
-    other.FileModified = true;
-    ASSERT_EQ(SettingsFile(other).LoadSettings(Path("a b#?%.Svx")), QString());
+    ParameterTable other;
+    Document opened(other);
+    other.Resize(table.LastParam);
+    other.Row(226).ReadFlag = 1;
+    opened.FileModified = true;
+    ASSERT_EQ(SettingsFile(other, opened).LoadSettings(Path("a b#?%.Svx")), QString());
     const auto fields = [](const ParamRecord &record) {
         return std::tie(record.Min, record.Max, record.Attributes, record.Preset, record.Value, record.Name);
     };
-    for (int i = 0; i <= model.LastParam; ++i)
-        ASSERT_EQ(fields(other.ParamTable[i]), fields(model.ParamTable[i])) << i;
-    EXPECT_EQ(other.ParamTable[226].ReadFlag, 1);
-    EXPECT_EQ(other.ParamTable[226].WriteFlag, 0);
-    EXPECT_EQ(other.Notes, model.Notes);
-    EXPECT_EQ(other.VirtualSettings, model.VirtualSettings);
-    EXPECT_EQ(other.FileName, Path("a b#?%.Svx"));
-    EXPECT_FALSE(other.FileModified);
+    for (int i = 0; i <= table.LastParam; ++i)
+        ASSERT_EQ(fields(other.Row(i)), fields(table.Row(i))) << i;
+    EXPECT_EQ(other.Row(226).ReadFlag, 1);
+    EXPECT_EQ(other.Row(226).WriteFlag, 0);
+    EXPECT_EQ(opened.Notes, document.Notes);
+    EXPECT_EQ(opened.VirtualSettings, document.VirtualSettings);
+    EXPECT_EQ(opened.FileName, Path("a b#?%.Svx"));
+    EXPECT_FALSE(opened.FileModified);
 }
 
 TEST_F(SettingsFileTest, NotesAndNamesAreMadeShowable)
@@ -61,62 +62,62 @@ TEST_F(SettingsFileTest, NotesAndNamesAreMadeShowable)
     const std::vector<std::pair<QString, QString>> notes = {
         {QString(), QStringLiteral(" ")}, {QStringLiteral("a\r\nb\a"), QStringLiteral("a\r\nb ")}};
     for (const auto &[saved, loaded] : notes) {
-        model.Notes = saved;
-        model.ParamTable[5].Name = QStringLiteral("a\nb\x1b") + QChar(0x202E) + u'c';
+        document.Notes = saved;
+        table.Row(5).Name = QStringLiteral("a\nb\x1b") + QChar(0x202E) + u'c';
         ASSERT_EQ(file.Save(Path("a.Svx")), QString());
         ASSERT_EQ(file.LoadSettings(Path("a.Svx")), QString());
-        EXPECT_EQ(model.Notes, loaded);
-        EXPECT_EQ(model.ParamTable[5].Name, QStringLiteral("a b  c")) << "a name cannot break its label";
+        EXPECT_EQ(document.Notes, loaded);
+        EXPECT_EQ(table.Row(5).Name, QStringLiteral("a b  c")) << "a name cannot break its label";
     }
 }
 
 TEST_F(SettingsFileTest, ShorterFileLeavesTheRest)
 {
     ASSERT_EQ(WriteSet(Path("short.Svx"), 300), QString());
-    model.ParamTable[300].Value = 4321;
-    model.Notes = QStringLiteral("kept");
-    model.VirtualSettings[0].Destination = 5;
+    table.Row(300).Value = 4321;
+    document.Notes = QStringLiteral("kept");
+    document.VirtualSettings[0].Destination = 5;
     ASSERT_EQ(file.LoadSettings(Path("short.Svx")), QString());
-    EXPECT_EQ(model.ParamTable[299].Value, 301);
-    EXPECT_EQ(model.ParamTable[300].Value, 4321);
-    EXPECT_EQ(model.LastParam, 433);
-    EXPECT_EQ(model.Notes, QStringLiteral("kept")) << "Null is no text";
-    EXPECT_EQ(model.VirtualSettings[0].Destination, 0) << "no table, no slots";
+    EXPECT_EQ(table.Row(299).Value, 301);
+    EXPECT_EQ(table.Row(300).Value, 4321);
+    EXPECT_EQ(table.LastParam, 433);
+    EXPECT_EQ(document.Notes, QStringLiteral("kept")) << "Null is no text";
+    EXPECT_EQ(document.VirtualSettings[0].Destination, 0) << "no table, no slots";
 }
 
 TEST_F(SettingsFileTest, LongerFileMakesBothTablesGrow)
 {
-    model.LastParam = 400;
+    table.LastParam = 400;
     ASSERT_EQ(WriteSet(Path("same.Svx"), 434), QString());
     ASSERT_EQ(file.LoadSettings(Path("same.Svx")), QString());
-    EXPECT_EQ(model.LastParam, 400) << "only a longer one touches it";
+    EXPECT_EQ(table.LastParam, 400) << "only a longer one touches it";
     ASSERT_EQ(WriteSet(Path("long.Svx"), 440), QString());
     ASSERT_EQ(file.LoadSettings(Path("long.Svx")), QString());
-    EXPECT_EQ(model.FileLastParam, 439);
-    EXPECT_EQ(model.LastParam, 439);
-    EXPECT_EQ(model.ParamTable[439].Value, 441);
-    EXPECT_EQ(model.PresetTable[439].Value, 440) << "the factory value becomes the factory table's value";
-    EXPECT_EQ(model.PresetTable[439].Name, QStringLiteral("Row 439"));
-    EXPECT_EQ(model.PresetTable[433].Name, QStringLiteral("Winder Speed"));
+    EXPECT_EQ(table.FileLastParam, 439);
+    EXPECT_EQ(table.LastParam, 439);
+    EXPECT_EQ(table.Row(439).Value, 441);
+    EXPECT_EQ(table.PresetTable[439].Value, 440) << "the factory value becomes the factory table's value";
+    EXPECT_EQ(table.PresetTable[439].Name, QStringLiteral("Row 439"));
+    EXPECT_EQ(table.PresetTable[433].Name, QStringLiteral("Winder Speed"));
 }
 
 TEST_F(SettingsFileTest, OnLineTheDriveKeepsWhatIsItsOwn)
 {
     ASSERT_EQ(WriteSet(Path("online.Svx"), 440), QString());
-    const ParamRecord motor = model.ParamTable[123];
-    model.ParamTable[411].Attributes &= ~Attr::ReadOnly;
-    const ParamRecord drive = model.ParamTable[411];
-    const ParamRecord status = model.ParamTable[200];
-    online = true;
+    const ParamRecord motor = table.Row(123);
+    table.Row(411).Attributes &= ~Attr::ReadOnly;
+    const ParamRecord drive = table.Row(411);
+    const ParamRecord status = table.Row(200);
+    table.SetPortOpen(true);
     ASSERT_EQ(file.LoadSettings(Path("online.Svx")), QString());
-    EXPECT_EQ(model.ParamTable[123].Value, 125);
-    EXPECT_EQ(model.ParamTable[123].Max, motor.Max);
-    EXPECT_EQ(model.ParamTable[411].Value, drive.Value);
-    EXPECT_EQ(model.ParamTable[411].Attributes, drive.Attributes);
-    EXPECT_EQ(model.ParamTable[200].Value, status.Value);
-    EXPECT_EQ(model.ParamTable[200].Min, status.Min);
-    EXPECT_EQ(model.ParamTable[226].Min, -226);
-    EXPECT_EQ(model.ParamTable[439].Value, 441) << "a new parameter has no read-only bit yet";
+    EXPECT_EQ(table.Row(123).Value, 125);
+    EXPECT_EQ(table.Row(123).Max, motor.Max);
+    EXPECT_EQ(table.Row(411).Value, drive.Value);
+    EXPECT_EQ(table.Row(411).Attributes, drive.Attributes);
+    EXPECT_EQ(table.Row(200).Value, status.Value);
+    EXPECT_EQ(table.Row(200).Min, status.Min);
+    EXPECT_EQ(table.Row(226).Min, -226);
+    EXPECT_EQ(table.Row(439).Value, 441) << "a new parameter has no read-only bit yet";
 }
 
 TEST_F(SettingsFileTest, SaveFollowsLinksAndKeepsModes)
@@ -164,16 +165,16 @@ TEST_F(SettingsFileTest, FailedSaveLeavesFileFolderAndMarks)
     ASSERT_TRUE(QDir().mkpath(Path("folder.Svx")));
     const QByteArray before = Content(Path("old.Svx"));
     const QStringList entries = Entries();
-    model.FileModified = true;
+    document.FileModified = true;
     for (const auto &[path, nameLength, notesLength, sentence] : cases) {
-        model.ParamTable[433].Name = QString(nameLength, u'x');
-        model.Notes = QString(notesLength, u'x');
+        table.Row(433).Name = QString(nameLength, u'x');
+        document.Notes = QString(notesLength, u'x');
         const QString failure = file.Save(Path(path));
         EXPECT_TRUE(failure.contains(QLatin1String(sentence))) << failure.toStdString();
         EXPECT_EQ(Content(Path("old.Svx")), before);
         EXPECT_EQ(Entries(), entries) << "nothing left behind";
-        EXPECT_TRUE(model.FileModified);
-        EXPECT_EQ(model.FileName, QStringLiteral("unnamed"));
+        EXPECT_TRUE(document.FileModified);
+        EXPECT_EQ(document.FileName, QStringLiteral("unnamed"));
     }
 }
 
@@ -181,10 +182,10 @@ TEST_F(SettingsFileTest, PresetsTooShortForTheLogicAreRefused)
 {
     ASSERT_EQ(WriteSet(Path("Presets.fil"), 422), QString());
     EXPECT_TRUE(file.LoadPresets(Path("Presets.fil")).contains(QStringLiteral("422 parameters")));
-    EXPECT_EQ(model.FileLastParam, 433);
+    EXPECT_EQ(table.FileLastParam, 433);
     ASSERT_EQ(WriteSet(Path("Presets.fil"), 423), QString());
     EXPECT_EQ(file.LoadPresets(Path("Presets.fil")), QString());
-    EXPECT_EQ(model.FileLastParam, 422);
+    EXPECT_EQ(table.FileLastParam, 422);
 }
 
 } // namespace quorvik::testing

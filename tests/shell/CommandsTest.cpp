@@ -115,11 +115,11 @@ TEST_F(Commands, FileEntriesKeepAndBringSets)
     Trigger("mnuFileSave(1)");
     Edit(77);
     Trigger("mnuFileSave(0)");
-    EXPECT_FALSE(Table().FileModified);
+    EXPECT_FALSE(Set().FileModified);
     Edit(99);
     asker.Expect("Save changes?", MsgAnswer::No);
     EXPECT_EQ(Opened("mnuFileNew"), Name("FormSelectDriveModel"));
-    EXPECT_EQ(Value(), Table().ParamTable[Edited].Preset);
+    EXPECT_EQ(Value(), Table().Row(Edited).Preset);
     asker.ExpectOpen(path);
     Trigger("mnuFileOpen");
     EXPECT_EQ(Value(), 77);
@@ -138,14 +138,14 @@ TEST_F(Commands, DriveEntriesReachTheDrive)
     SimulatedDrive drive;
     GoOnLine(drive);
     DriveLink &link = Link();
-    const Model &model = Table();
+    const ParameterTable &table = Table();
     const auto comesToHold = [&](std::int32_t raw) {
-        return QTest::qWaitFor([&] { return !model.WritePending && drive.Value(Edited) == raw; });
+        return QTest::qWaitFor([&] { return !table.WritePending && drive.Value(Edited) == raw; });
     };
     Edit(123);
     EXPECT_TRUE(comesToHold(123));
     Trigger("mnuToolsSaveDrive");
-    const auto isSaved = [&] { return !model.WritePending && drive.Value(Param::SaveParameters) == 0; };
+    const auto isSaved = [&] { return !table.WritePending && drive.Value(Param::SaveParameters) == 0; };
     EXPECT_TRUE(QTest::qWaitFor(isSaved));
     Edit(50);
     EXPECT_TRUE(comesToHold(50));

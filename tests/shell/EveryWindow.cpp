@@ -79,13 +79,13 @@ void VisitBlocks(TestDesk &desk, const Visit &visit)
 
 void VisitOtherWindows(TestDesk &desk, const Visit &visit)
 {
-    DriveLink link(desk.model);
+    DriveLink link(desk.table);
     Progress reading(QStringLiteral("Reading Parameters from Drive"), int(WholeScan::Reading), 434);
     FilePrint print(desk.desk);
     VirtualOperatorFields fields;
     FormVirtualOperator panel(desk.desk, &desk.mainWindow, fields);
     const auto edit = [&](int p) {
-        return new FormModifyParameterValue(desk.desk, &desk.mainWindow, p, desk.model.Value(p));
+        return new FormModifyParameterValue(desk.desk, &desk.mainWindow, p, desk.table.Value(p));
     };
     const std::function<QWidget *()> windows[] = {
         [&] { return new FormCommunications(desk.desk, &desk.mainWindow, link); },
@@ -120,7 +120,7 @@ void VisitMentors(TestDesk &desk, const Visit &visit)
              {0, 0}, {0, 1}, {0, 2}, {1, 0}, {1, 1, 0, 0}, {1, 1, 0, 1}, {1, 2}}) {
         SCOPED_TRACE(::testing::Message()
                      << "outputs " << int(start.outputs) << ", kind " << int(start.kind));
-        desk.model.WizardIOStart = start;
+        desk.desk.WizardIOStart = start;
         FormWizardIO mentor(desk.desk, nullptr);
         Fill(mentor, "TextCal", {"0", "4095"});
         Fill(mentor, "TextBiasGain", {"0.00", "0.00"});

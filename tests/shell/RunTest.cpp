@@ -21,12 +21,12 @@ TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
     EXPECT_EQ(main->pos(), QPoint(10, 7));    // 150 and 100 twips
     EXPECT_EQ(main->size(), QSize(733, 467)); // 11000 by 7000 twips
     // Read/write black, stop-only green, refused red, read only grey, linked blue; empty boxes have none yet.
-    EXPECT_EQ(Table().Colors, (std::array<std::int32_t, 6>{0, 0x00FF00, 0x0000FF, 0x7F7F7F, 0xFF0000, 0}));
+    EXPECT_EQ(Colors().Colors, (std::array<std::int32_t, 6>{0, 0x00FF00, 0x0000FF, 0x7F7F7F, 0xFF0000, 0}));
     EXPECT_EQ(Link().MSComm1.CommPort(), 16);
 
     main->move(40, 50);
     main->resize(640, 480);
-    Table().Colors[3] = 0x123456;
+    Colors().Colors[3] = 0x123456;
     Link().MSComm1.SetCommPort(5);
     Trigger("mnuOptionsShowTipsonStartup");
     ASSERT_TRUE(main->close());
@@ -38,7 +38,7 @@ TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
     LoadQuietly();
     EXPECT_EQ(main->pos(), QPoint(40, 50));
     EXPECT_EQ(main->size(), QSize(640, 480));
-    EXPECT_EQ(Table().Colors[3], 0x123456);
+    EXPECT_EQ(Colors().Colors[3], 0x123456);
     EXPECT_EQ(Link().MSComm1.CommPort(), 5);
 }
 
@@ -68,7 +68,7 @@ TEST_F(ShellTest, ACancelKeepsTheWindowWithSettingsSavedAndTheLinkDown)
 {
     const SimulatedDrive drive;
     GoOnLine(drive);
-    Table().FileModified = true;
+    Set().FileModified = true;
     QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
     asker.WhileShown = [this] {
         EXPECT_FALSE(Link().PortOpen());
@@ -108,7 +108,7 @@ TEST_F(ShellTest, AFileOnTheCommandLineOpensWithoutADialog)
 
     MakeWindow();
     ASSERT_TRUE(main->Load(u'"' + path + u'"'));
-    EXPECT_EQ(Table().FileName, path);
+    EXPECT_EQ(Set().FileName, path);
     EXPECT_TRUE(main->windowHandle()->title().startsWith(QStringLiteral("Quorvik - [my [*] \\set.Svx]")));
     EXPECT_EQ(Table().Value(226), 123);
     EXPECT_FALSE(Link().PortOpen());
@@ -119,9 +119,9 @@ TEST_F(ShellTest, WhatACrashLeftIsOfferedInsteadOfTheLink)
     LoadQuietly();
     {
         Engines &engines = main->AllEngines();
-        RecoveryCopy soon(engines.model, engines.file,
+        RecoveryCopy soon(engines.document, engines.file,
                           folder.filePath(QStringLiteral("data/quorvik/recovery")), 20);
-        engines.model.SetParamValue(217, 77, true, false);
+        engines.table.SetParamValue(217, 77, true, false);
         ASSERT_TRUE(PumpWhile([&] { return !QFile::exists(soon.Path()); }, QDeadlineTimer(10000)));
     }
     // A window that goes without being closed is a crash.
@@ -146,12 +146,12 @@ TEST_F(ShellTest, AnEndFromOutsideAsksNothingAndLosesNothing)
 {
     SimulatedDrive drive;
     GoOnLine(drive);
-    Model &model = Table();
+    ParameterTable &table = Table();
     asker.Expect("all inputs must be unassigned", MsgAnswer::Yes);
     Trigger("mnuToolsVirtualOperator");
-    model.SetParamValue(226, 123, true, false);
-    model.SetParamValue(Param::Jog, 1, true, false);
-    ASSERT_TRUE(PumpWhile([&] { return model.WritePending; }, QDeadlineTimer(10000)));
+    table.SetParamValue(226, 123, true, false);
+    table.SetParamValue(Param::Jog, 1, true, false);
+    ASSERT_TRUE(PumpWhile([&] { return table.WritePending; }, QDeadlineTimer(10000)));
     ASSERT_EQ(drive.Value(Param::Jog), 1);
     const Termination termination;
     QObject::connect(&termination, &Termination::Requested, main.get(), &MDIFormMain::EndUnasked);

@@ -62,7 +62,7 @@ TEST_F(SetupTest, BasicSetupArrivesInTheDriveAndOutlivesItsPower)
                 GoForward(mentor, 1);
                 FinishWithSave(mentor);
             });
-    EXPECT_FALSE(Table().DriveModified);
+    EXPECT_FALSE(Set().DriveModified);
     const std::map<int, std::int32_t> expected = {{123, 120},  {128, 240},   {199, 1150}, {125, 1150},
                                                   {339, 4000}, {218, 1250},  {226, 75},   {245, 1},
                                                   {99, 11000}, {100, -15000}};

@@ -66,7 +66,9 @@ protected:
     }
     DriveOperations &Drive() const { return main->AllEngines().drive; }
     DriveLink &Link() const { return main->AllEngines().link; }
-    Model &Table() const { return main->AllEngines().model; }
+    ParameterTable &Table() const { return main->AllEngines().table; }
+    Document &Set() const { return main->AllEngines().document; }
+    AccessColors &Colors() const { return main->TheDesk().colors; }
 
     QAction *Entry(const Name &name) const { return main->Menus().Entry(name); }
     void Trigger(const Name &name) const { Entry(name)->trigger(); }

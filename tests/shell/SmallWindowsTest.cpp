@@ -1,4 +1,4 @@
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "shell/FormAbout.h"
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
@@ -42,29 +42,29 @@ TEST_F(ColorSettings, ApplyStoresWhatWasChosenAndOnlyThen)
     EXPECT_EQ(Swatch(2), QColor(Qt::red));
     answer = QColor(0xff, 0x80, 0x00);
     Click("Image1(2)");
-    EXPECT_EQ(desk.model.Colors[2], 255);
+    EXPECT_EQ(desk.colors.Colors[2], 255);
     EXPECT_TRUE(Enabled("CommandApply"));
     Click("CommandApply");
-    EXPECT_EQ(desk.model.Colors[2], Orange);
+    EXPECT_EQ(desk.colors.Colors[2], Orange);
     EXPECT_FALSE(Enabled("CommandApply"));
     EXPECT_TRUE(window->isVisible());
 }
 
 TEST_F(ColorSettings, DefaultIsStoredByOkAndDroppedByCancel)
 {
-    decltype(desk.model.Colors) own = desk.model.Colors;
+    decltype(desk.colors.Colors) own = desk.colors.Colors;
     own.fill(Orange);
     own[Access::Empty] = 0;
     for (const bool ok : {false, true}) {
         Open();
-        desk.model.Colors = own;
+        desk.colors.Colors = own;
         Click("CommandDefault");
         EXPECT_EQ(Swatch(4), QColor(Qt::blue));
         EXPECT_TRUE(Enabled("CommandApply"));
-        EXPECT_EQ(desk.model.Colors, own) << "nothing is stored yet";
+        EXPECT_EQ(desk.colors.Colors, own) << "nothing is stored yet";
         Click(ok ? "CommandOK" : "CommandCancel");
         EXPECT_FALSE(window->isVisible());
-        EXPECT_EQ(desk.model.Colors, ok ? desk.model.DefaultColors : own);
+        EXPECT_EQ(desk.colors.Colors, ok ? desk.colors.DefaultColors : own);
     }
 }
 

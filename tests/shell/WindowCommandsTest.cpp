@@ -64,10 +64,10 @@ protected:
 
 TEST_F(Windows, CommandsReachEveryWindowAndClosingReleasesTheReadInterestOnce)
 {
-    const Model &model = Table();
+    const ParameterTable &table = Table();
     int wanted = 0;
-    for (int p = 0; p <= model.LastParam; ++p)
-        wanted += model.ParamTable[p].ReadFlag;
+    for (int p = 0; p <= table.LastParam; ++p)
+        wanted += table[p].ReadFlag;
     EXPECT_GT(wanted, 1);
     Trigger("mnuWindowMinimizeAll");
     for (const QMdiSubWindow *child : area->subWindowList())
@@ -81,8 +81,8 @@ TEST_F(Windows, CommandsReachEveryWindowAndClosingReleasesTheReadInterestOnce)
     Trigger("mnuWindowCloseAll");
     Trigger("mnuWindowCloseAll");
     EXPECT_TRUE(ComesDownTo(0));
-    for (int p = 0; p <= model.LastParam; ++p)
-        EXPECT_EQ(model.ParamTable[p].ReadFlag, p == Param::DriveState ? 1 : 0) << p;
+    for (int p = 0; p <= table.LastParam; ++p)
+        EXPECT_EQ(table[p].ReadFlag, p == Param::DriveState ? 1 : 0) << p;
     EXPECT_EQ(main->TheDesk().forms.Count(), 1);
     EXPECT_TRUE(main->isVisible());
 }

@@ -157,7 +157,7 @@ protected:
     bool IsAllWritten() const
     {
         for (int p = 0; p <= Table().LastParam; ++p)
-            if (Table().ParamTable[p].WriteFlag == WriteState::Queued)
+            if (Table().Row(p).WriteFlag == WriteState::Queued)
                 return false;
         return true;
     }
@@ -165,7 +165,7 @@ protected:
     {
         Note(name, edit, [this] { return IsAllWritten(); });
     }
-    void Set(int p, std::int32_t raw) { Table().SetParamValue(p, raw, true, !Link().PortOpen()); }
+    void Enter(int p, std::int32_t raw) { Table().SetParamValue(p, raw, true, !Link().PortOpen()); }
 
     SimulatedDrive drive{SimulatedDrive::Unpaced() << QStringLiteral("--memory-ms") << QStringLiteral("300")};
     TappedLine line{drive};
@@ -186,22 +186,22 @@ TEST_F(WireTrace, HoldsWhatTheDriveIsSent)
     asker.Expect(ask, MsgAnswer::No);
     NoteEntry("going on line, No", "mnuToolsOnline");
     NoteEntry("going off line", "mnuToolsOnline");
-    Set(217, 5000);
+    Enter(217, 5000);
     asker.Expect(ask, MsgAnswer::Yes);
     NoteEntry("going on line, Yes", "mnuToolsOnline");
 
-    NoteEdit("an edit", [this] { Set(217, 4000); });
+    NoteEdit("an edit", [this] { Enter(217, 4000); });
     NoteEdit("two edits at once", [this] {
-        Set(226, 75);
-        Set(3, 226);
+        Enter(226, 75);
+        Enter(3, 226);
     });
     NoteEdit("a Stop before an edit", [this] {
-        Set(218, 100);
+        Enter(218, 100);
         Table().QueueWrite(Param::Stop, 1);
     });
     drive.Send(QStringLiteral("fault refuse:217"));
     asker.Expect("Could not write value of 4100 to (217)");
-    NoteEdit("a refused edit", [this] { Set(217, 4100); });
+    NoteEdit("a refused edit", [this] { Enter(217, 4100); });
     drive.Send(QStringLiteral("faults off"));
 
     const QString file = folder.filePath(QStringLiteral("set.Svx"));
@@ -211,7 +211,7 @@ TEST_F(WireTrace, HoldsWhatTheDriveIsSent)
     NoteEntry("opening a file on line", "mnuFileOpen");
     NoteEntry("saving in the drive", "mnuToolsSaveDrive");
     NoteEntry("loading in the drive", "mnuToolsLoadDrive");
-    Set(218, 200);
+    Enter(218, 200);
     asker.Expect(save, MsgAnswer::Yes);
     NoteEntry("going off line and saving", "mnuToolsOnline");
     asker.Expect("Save changes?", MsgAnswer::No);

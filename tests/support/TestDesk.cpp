@@ -10,14 +10,12 @@ namespace quorvik::testing
 
 TestDesk::TestDesk()
     : settings(folder.filePath(QStringLiteral("Quorvik.ini")))
-    , desk{model, rules, asker, settings, help, forms, {}, {}}
+    , desk{table, document, colors, rules, asker, settings, help, forms, {}, {}}
 {
-    model.InitColors();
-    model.Colors = model.DefaultColors;
-    EXPECT_EQ(SettingsFile(model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
-    model.ResetToDefaults();
-    model.ParamTable[Param::DriveState].ReadFlag = 1;
-    model.PortOpen = [this] { return online; };
+    colors.Colors = colors.DefaultColors;
+    EXPECT_EQ(SettingsFile(table, document).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());
+    table.ResetToDefaults();
+    table.Row(Param::DriveState).ReadFlag = 1;
     forms.Add(&mainWindow);
     desk.ShowChild = [](QWidget *form, bool) { form->show(); };
 }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "desktop/BoxColors.h"
 #include "desktop/Desk.h"
 #include "desktop/HTMLHelp.h"
-#include "model/Model.h"
+#include "model/Document.h"
 #include "operations/EntryRules.h"
 #include "platform/SettingsStore.h"
 #include "support/ScriptedAsker.h"
@@ -38,14 +39,15 @@ public:
     ~TestDesk(); ///< with the windows that are still open, and those that wait for their deletion
 
     QTemporaryDir folder;
-    Model model;
+    ParameterTable table;
+    Document document{table};
+    AccessColors colors;
     ScriptedAsker asker;
-    EntryRules rules{model, asker};
+    EntryRules rules{table, asker};
     SettingsStore settings;
     RecordingHelp help;
     FormsCollection forms;
     QWidget mainWindow;
-    bool online = false; ///< what Model::PortOpen answers
     Desk desk;
 };
 

@@ -41,7 +41,7 @@ protected:
     /** Lets the window's timer tick once, without half a second of waiting. */
     void Tick() const { QMetaObject::invokeMethod(Find<QTimer>("TimerUpdateScreen"), "timeout"); }
 
-    ParamRecord &Record(int p) { return desk.model.ParamTable[p]; }
+    ParamRecord &Record(int p) { return desk.table.Row(p); }
     std::int32_t &P(int p) { return Record(p).Value; }
 
     TestDesk desk;

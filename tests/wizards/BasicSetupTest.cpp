@@ -32,14 +32,14 @@ protected:
 
     void ExpectFailure(const std::string &sentenceStart)
     {
-        const auto before = Snapshot(desk.model);
+        const auto before = Snapshot(desk.table);
         EXPECT_THAT([this] { setup.WriteBasicSetup(); },
                     ::testing::ThrowsMessage<RuntimeFailure>(::testing::StartsWith(sentenceStart)));
-        EXPECT_EQ(Snapshot(desk.model), before);
+        EXPECT_EQ(Snapshot(desk.table), before);
     }
 
     TestDesk desk;
-    BasicSetup setup{desk.model};
+    BasicSetup setup{desk.table, desk.document};
 };
 
 TEST_F(BasicSetupTest, WritesTheRowsOfTheModeInTheirOrder)
@@ -98,29 +98,29 @@ TEST_F(BasicSetupTest, NamesTheEntryThatCannotBeConvertedAndWritesNothing)
         setup.SetText(entry, good);
     }
     setup.feedback = NoFeedback;
-    ExpectFailure(desk.model.ParamTable[197].Name.toStdString());
+    ExpectFailure(desk.table.Row(197).Name.toStdString());
 }
 
 TEST_F(BasicSetupTest, CommitQueuesWhatTheListShowsAndSavesInTheDriveLast)
 {
     std::vector<int> queued;
-    QObject::connect(&desk.model, &Model::TitleChanged, [&] {
-        for (int p = 0; p <= desk.model.LastParam; ++p)
-            if (std::exchange(desk.model.ParamTable[p].WriteFlag, WriteState::None) == WriteState::Queued)
+    QObject::connect(&desk.document, &Document::TitleChanged, [&] {
+        for (int p = 0; p <= desk.table.LastParam; ++p)
+            if (std::exchange(desk.table.Row(p).WriteFlag, WriteState::None) == WriteState::Queued)
                 queued.push_back(p);
     });
     for (const auto &[online, wanted] : {std::pair(true, true), {true, false}, {false, true}}) {
-        desk.online = online;
+        desk.table.SetPortOpen(online);
         setup.saveInDrive = wanted;
         std::vector<int> listed;
-        for (const PlannedLine &line : setup.Plan().Lines(desk.model))
+        for (const PlannedLine &line : setup.Plan().Lines(desk.table))
             listed.push_back(line.param);
         queued.clear();
         setup.WriteBasicSetup();
         EXPECT_EQ(queued, listed);
         EXPECT_EQ(queued.back() == Param::SaveParameters, online && wanted);
-        EXPECT_EQ(desk.model.DriveModified, !(online && wanted));
-        EXPECT_TRUE(desk.model.FileModified);
+        EXPECT_EQ(desk.document.DriveModified, !(online && wanted));
+        EXPECT_TRUE(desk.document.FileModified);
     }
 }
 

@@ -15,7 +15,7 @@ protected:
     void SetModel(int code)
     {
         P(Param::DriveModel) = code;
-        desk.model.RefreshDependentParams(Param::DriveModel);
+        desk.table.RefreshDependentParams(Param::DriveModel);
     }
 
     /** Opens the window and answers what has no default, then goes back to the first page. */
@@ -45,7 +45,7 @@ TEST_F(FormWizardBasicTest, WalksThePagesOfTheModeInBothDirections)
         {false, Torque, {0, 1, 2, 3, 6, 7, 8, 9, 10}},
     };
     for (const auto &[online, mode, steps] : rows) {
-        desk.online = online;
+        desk.table.SetPortOpen(online);
         OpenAnswered(mode, EncoderFeedback);
         ExpectWalk(steps);
     }
@@ -278,7 +278,7 @@ TEST_F(FormWizardBasicTest, TorqueModeHasNoJog)
 
 TEST_F(FormWizardBasicTest, FinishesOnceTheDriveStandsStillAndRemindsOfTheJumpers)
 {
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     OpenAnswered(StandardVelocity, TachometerFeedback);
     GoTo(4);
     Type("TextTachRating", "50");
@@ -304,7 +304,7 @@ TEST_F(FormWizardBasicTest, FinishesOnceTheDriveStandsStillAndRemindsOfTheJumper
     EXPECT_FALSE(form->isVisible());
     EXPECT_EQ(P(197), 1);
     EXPECT_EQ(P(Param::SaveParameters), 1);
-    EXPECT_FALSE(desk.model.DriveModified);
+    EXPECT_FALSE(desk.document.DriveModified);
 }
 
 TEST_F(FormWizardBasicTest, AFailedConversionIsToldAndKeepsTheLastPage)
@@ -321,7 +321,7 @@ TEST_F(FormWizardBasicTest, AFailedConversionIsToldAndKeepsTheLastPage)
     EXPECT_TRUE(told[0].startsWith(Name("Forward Max Speed: ")));
     EXPECT_TRUE(form->isVisible());
     EXPECT_EQ(form->CurrentStep(), 10);
-    EXPECT_EQ(Snapshot(desk.model), asOpened);
+    EXPECT_EQ(Snapshot(desk.table), asOpened);
 }
 
 TEST_F(FormWizardBasicTest, DoesNotOpenWithoutADriveModel)
@@ -332,7 +332,7 @@ TEST_F(FormWizardBasicTest, DoesNotOpenWithoutADriveModel)
          "Invalid Drive Model. Verify CT ID board is correctly\r\ninstalled on Trigger Board and retry."},
         {false, "Invalid Drive Model. Choose a valid drive model under\r\nTools|Select Drive Model."}};
     for (const auto &[online, text] : rows) {
-        desk.online = online;
+        desk.table.SetPortOpen(online);
         desk.asker.Expect(Name(text));
         OpenBasicSetup(desk.desk, link, nullptr, {});
         EXPECT_EQ(desk.asker.Shown.last().title, Name("Quorvik Mentor"));

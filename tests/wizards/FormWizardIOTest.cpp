@@ -16,7 +16,7 @@ class FormWizardIOTest : public WizardDriver<FormWizardIO>
 protected:
     void OpenOn(const WizardIOStartRecord &start)
     {
-        desk.model.WizardIOStart = start;
+        desk.desk.WizardIOStart = start;
         Open();
     }
 
@@ -142,7 +142,7 @@ TEST_F(FormWizardIOTest, AnalogInput5TakesVoltageOnlyHoweverItCameAbout)
 
 TEST_F(FormWizardIOTest, EachPageIsWholeWithALongNameAndLeftWithoutATrace)
 {
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     Record(PercentParam).Name = Name("Reference 1 of the unwinding station behind the dryer section");
     for (int step = 0; step <= 10; ++step) {
         OpenAnswered(step >= 7 && step <= 9 ? DigitalOut : AnalogIn, PercentParam, step);
@@ -150,10 +150,10 @@ TEST_F(FormWizardIOTest, EachPageIsWholeWithALongNameAndLeftWithoutATrace)
     }
     OpenAnswered(AnalogIn, PercentParam, 5);
     form->close();
-    EXPECT_EQ(Snapshot(desk.model), asOpened);
+    EXPECT_EQ(Snapshot(desk.table), asOpened);
     OpenAnswered(AnalogIn, PercentParam, 5);
     delete form;
-    EXPECT_EQ(Snapshot(desk.model), asOpened);
+    EXPECT_EQ(Snapshot(desk.table), asOpened);
 }
 
 TEST_F(FormWizardIOTest, RefusesABadEntryWithItsMessageAndGoesThere)
@@ -224,7 +224,7 @@ TEST_F(FormWizardIOTest, AsksBeforeItTakesADestinationFromAnotherInput)
     FillPair("BiasGain");
     GoTo(10);
     EXPECT_EQ(Planned(0), "5 | Digital In 5 Destination | 218 Reference 1 | 0 None");
-    EXPECT_EQ(Snapshot(desk.model), asOpened);
+    EXPECT_EQ(Snapshot(desk.table), asOpened);
     Finish();
     EXPECT_EQ(P(5), 0);
     EXPECT_EQ(P(23), PercentParam);
@@ -259,7 +259,7 @@ TEST_F(FormWizardIOTest, CountsAndEngineeringValuesFollowEachOther)
 
 TEST_F(FormWizardIOTest, RecordsTheLiveReadingOnLineAndIsTypedOffLine)
 {
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     OpenAnswered({0, 0, 2}, PercentParam, 4);
     Click("OptionPolarity(1)");
     const int before = Record(141).ReadFlag;
@@ -282,7 +282,7 @@ TEST_F(FormWizardIOTest, RecordsTheLiveReadingOnLineAndIsTypedOffLine)
     EXPECT_EQ(Text("LabelBiasGainIntro"), "Set Gain.");
     EXPECT_FALSE(Visible("TextBiasGain(0)"));
 
-    desk.online = false;
+    desk.table.SetPortOpen(false);
     OpenAnswered(FreqIn, PercentParam, 5);
     EXPECT_FALSE(Enabled("CommandRecord(0)") || Enabled("CommandRecord(1)"));
     EXPECT_FALSE(Visible("TextActual(0)"));
@@ -292,10 +292,10 @@ TEST_F(FormWizardIOTest, RecordsTheLiveReadingOnLineAndIsTypedOffLine)
 
 TEST_F(FormWizardIOTest, SaysThatTheLinkIsGoneAndThatNothingWasWritten)
 {
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     OpenAnswered({0, 0, 2}, PercentParam, 5);
     EXPECT_FALSE(Visible("LabelLinkGone"));
-    desk.online = false;
+    desk.table.SetPortOpen(false);
     Q_EMIT link.ComStatusChanged();
     EXPECT_TRUE(Visible("LabelLinkGone"));
     EXPECT_FALSE(Enabled("CommandRecord(0)") || Enabled("CommandRecord(1)"));
@@ -309,7 +309,7 @@ TEST_F(FormWizardIOTest, SaysThatTheLinkIsGoneAndThatNothingWasWritten)
 
 TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
 {
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     for (const bool linkBreaks : {false, true}) {
         OpenAnswered(DigitalIn, PercentParam, 10);
         P(8) = 7;
@@ -328,11 +328,11 @@ TEST_F(FormWizardIOTest, TakesBackWhatTheDriveRefusesAndTellsItOnce)
         EXPECT_TRUE(isTold);
         EXPECT_EQ(P(8), 7);
         if (linkBreaks) {
-            desk.online = false;
+            desk.table.SetPortOpen(false);
             Q_EMIT link.ComStatusChanged();
             EXPECT_EQ(Reported(), "8: refused 15: not written 406: not written 1: written ");
             EXPECT_EQ(P(Param::SaveParameters), 0);
-            EXPECT_TRUE(desk.model.DriveModified);
+            EXPECT_TRUE(desk.document.DriveModified);
         } else {
             answered(15);
             Q_EMIT link.WriteTaken(15);

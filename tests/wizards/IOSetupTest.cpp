@@ -40,7 +40,7 @@ protected:
     }
 
     TestDesk desk;
-    IOSetup setup{desk.model};
+    IOSetup setup{desk.table, desk.document};
 };
 
 TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
@@ -111,12 +111,12 @@ TEST_F(IOSetupTest, PlansExactlyWhatWritingStepByStepWouldLeave)
     const std::tuple<int, int, bool> steps[] = {
         {90, 1, false}, {89, 123, true}, {92, 90, false}, {93, 60, false}, {91, 1, false}};
     for (const auto &[p, raw, refresh] : steps)
-        other.model.SetParamValue(p, raw, true, refresh);
-    const auto before = Snapshot(desk.model);
+        other.table.SetParamValue(p, raw, true, refresh);
+    const auto before = Snapshot(desk.table);
     setup.Plan();
-    EXPECT_EQ(Snapshot(desk.model), before);
+    EXPECT_EQ(Snapshot(desk.table), before);
     setup.WriteIOSetup();
-    EXPECT_EQ(Snapshot(desk.model), Snapshot(other.model));
+    EXPECT_EQ(Snapshot(desk.table), Snapshot(other.table));
 }
 
 TEST_F(IOSetupTest, ScalesTheGainToTheRangeOfTheSourceAndClipsIt)
@@ -145,7 +145,7 @@ TEST_F(IOSetupTest, ScalesTheGainToTheRangeOfTheSourceAndClipsIt)
     for (const auto &row : rows) {
         SCOPED_TRACE(row.writes);
         ChooseOutput(row.type, 0);
-        desk.model.ParamTable[PercentParam].Max = row.sourceMax;
+        desk.table.Row(PercentParam).Max = row.sourceMax;
         setup.outputValues.texts = {Name(row.bias), Name(row.gain)};
         const WritePlan plan = setup.Plan();
         EXPECT_EQ(Writes(plan),
@@ -163,8 +163,8 @@ TEST_F(IOSetupTest, RefusesASourceWithoutRangeBeforeAnythingIsWritten)
 {
     setup.outputValues.texts = {Name("0"), Name("10")};
     setup.Source = PercentParam;
-    desk.model.ParamTable[PercentParam].Max = 0;
-    const auto before = Snapshot(desk.model);
+    desk.table.Row(PercentParam).Max = 0;
+    const auto before = Snapshot(desk.table);
     for (const OutputType type : {AnalogOutput, FreqDigOutput}) {
         ChooseOutput(type, 0);
         EXPECT_THROW(setup.WriteIOSetup(), RuntimeFailure);
@@ -172,7 +172,7 @@ TEST_F(IOSetupTest, RefusesASourceWithoutRangeBeforeAnythingIsWritten)
     ChooseInput(AnalogInput, 0);
     setup.calTexts[1] = Name("most");
     EXPECT_THROW(setup.WriteIOSetup(), RuntimeFailure);
-    EXPECT_EQ(Snapshot(desk.model), before);
+    EXPECT_EQ(Snapshot(desk.table), before);
 }
 
 TEST_F(IOSetupTest, TheSignalDecidesRangeAndCalibrationHoweverItCameAbout)
@@ -197,9 +197,9 @@ TEST_F(IOSetupTest, TheSignalDecidesRangeAndCalibrationHoweverItCameAbout)
         setup.polarity = row.polarity;
         setup.analogType = row.signal;
         EXPECT_TRUE(setup.AnalogRangeText().endsWith(u' ' + QLatin1String(row.range)));
-        desk.online = true;
+        desk.table.SetPortOpen(true);
         EXPECT_TRUE(setup.CalibrateText().contains(QLatin1String(row.online)));
-        desk.online = false;
+        desk.table.SetPortOpen(false);
         EXPECT_TRUE(setup.CalibrateText().contains(QLatin1String(row.offline)));
     }
     ChooseInput(FrequencyInput, 0);
@@ -211,18 +211,18 @@ TEST_F(IOSetupTest, ListsAValueInTheScaleItWasConvertedWith)
 {
     ChooseInput(DigitalInput, 0);
     setup.Destination = ListedParam;
-    desk.model.ParamTable[8].Attributes = desk.model.ParamTable[ListedParam].Attributes;
+    desk.table.Row(8).Attributes = desk.table.Row(ListedParam).Attributes;
     // Neither value has a text in the list of stop modes.
     for (const std::int32_t old : {-1, 7}) {
-        desk.model.ParamTable[8].Value = old;
-        const std::vector<PlannedLine> lines = setup.Plan().Lines(desk.model);
+        desk.table.Row(8).Value = old;
+        const std::vector<PlannedLine> lines = setup.Plan().Lines(desk.table);
         ASSERT_EQ(lines.size(), 3U);
-        EXPECT_EQ(lines[0].newText, Name("232 ") + desk.model.ParamTable[ListedParam].Name);
+        EXPECT_EQ(lines[0].newText, Name("232 ") + desk.table.Row(ListedParam).Name);
         EXPECT_EQ(lines[1].oldText, QString::number(old));
         EXPECT_EQ(lines[1].newText, Name("Coast"));
     }
     setup.Destination = PercentParam;
-    EXPECT_EQ(setup.Plan().Lines(desk.model)[2].newText, Name("50.00 %"));
+    EXPECT_EQ(setup.Plan().Lines(desk.table)[2].newText, Name("50.00 %"));
 }
 
 } // namespace quorvik::testing

@@ -25,8 +25,8 @@ TEST(PicturesTest, EveryStateAndTextOfAFileIsGivenAndNoOther)
     };
     for (const int model : {5, 21})
         for (int i = 0; i < 12; ++i) {
-            desk.model.ParamTable[Param::DriveModel].Value = model;
-            BasicSetup setup(desk.model);
+            desk.table.Row(Param::DriveModel).Value = model;
+            BasicSetup setup(desk.table, desk.document);
             setup.operatingMode = i % 3;
             setup.feedback = i % 4 - 1;
             setup.startStopLogic = i % 2;
@@ -37,7 +37,7 @@ TEST(PicturesTest, EveryStateAndTextOfAFileIsGivenAndNoOther)
             add(FeedbackPicture(setup, {1, 1, 1}));
         }
     for (int i = 0; i < 6; ++i) {
-        IOSetup setup(desk.model);
+        IOSetup setup(desk.table, desk.document);
         setup.branch = i % 2;
         setup.inputType = setup.outputType = i % 3;
         setup.input = setup.output = 0;

@@ -19,15 +19,15 @@ inline std::string Writes(const WritePlan &plan)
 }
 
 /** Everything in the table that a wizard might touch, to be compared as a whole. */
-inline std::vector<std::vector<std::int32_t>> Snapshot(const Model &model)
+inline std::vector<std::vector<std::int32_t>> Snapshot(const ParameterTable &table)
 {
     std::vector<std::vector<std::int32_t>> all;
-    for (int p = 0; p <= model.LastParam; ++p) {
-        const ParamRecord &record = model.ParamTable[p];
+    for (int p = 0; p <= table.LastParam; ++p) {
+        const ParamRecord &record = table[p];
         all.push_back({record.Min, record.Max, record.Attributes, record.Preset, record.Value,
                        record.ReadFlag, record.WriteFlag});
     }
-    all.push_back({model.FileModified, model.DriveModified, model.WritePending});
+    all.push_back({table.WritePending});
     return all;
 }
 

@@ -29,14 +29,13 @@ protected:
     WizardDriver()
     {
         // The link has said that it is closed.
-        desk.model.PortOpen = [this] { return desk.online; };
     }
 
     /** Puts up a window afresh; the table stays as the last one left it. */
     void Open()
     {
         delete window.data();
-        asOpened = Snapshot(desk.model);
+        asOpened = Snapshot(desk.table);
         form = Show<Mentor>(nullptr);
         form->Follow(link);
     }
@@ -102,7 +101,7 @@ protected:
         else
             Click("CmdNav(1)");
         EXPECT_FALSE(form->isVisible());
-        EXPECT_EQ(Snapshot(desk.model), asOpened);
+        EXPECT_EQ(Snapshot(desk.table), asOpened);
     }
 
     /** Walks with Next along the steps and back again with Back. */
@@ -120,7 +119,7 @@ protected:
         EXPECT_EQ(walk("CmdNav(2)", 0), std::vector<int>(steps.rbegin(), steps.rend()));
     }
 
-    DriveLink link{desk.model}; ///< never opened: what it announces is emitted here
+    DriveLink link{desk.table}; ///< never opened: what it announces is emitted here
     Mentor *form = nullptr;
     std::vector<std::vector<std::int32_t>> asOpened;
 

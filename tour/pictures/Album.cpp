@@ -8,11 +8,11 @@
 #include "link/DriveLink.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormProgressBar.h"
-#include "platform/Progress.h"
 #include "link/forms/FormSelectCommMode.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/FormVirtualOperatorSetup.h"
+#include "platform/Progress.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
@@ -124,7 +124,7 @@ void Album::TakeMentors()
     TakePages(basic, FormWizardBasic::LastStep, basicName);
 
     const QString ioName = QStringLiteral("FormWizardIO");
-    desk_.model.WizardIOStart = {};
+    desk_.WizardIOStart = {};
     FormWizardIO inputs(desk_, nullptr);
     Enter(inputs, "TextCal", 0, QStringLiteral("0"));
     Enter(inputs, "TextCal", 1, QStringLiteral("4095"));
@@ -132,12 +132,12 @@ void Album::TakeMentors()
     Enter(inputs, "TextBiasGain", 1, QStringLiteral("100.00"));
     TakePages(inputs, FormWizardIO::LastStep, ioName);
 
-    desk_.model.WizardIOStart = {.outputs = 1};
+    desk_.WizardIOStart = {.outputs = 1};
     FormWizardIO outputs(desk_, nullptr);
     Enter(outputs, "TextOutputBiasGain", 0, QStringLiteral("0.00"));
     Enter(outputs, "TextOutputBiasGain", 1, QStringLiteral("10.00"));
     TakePages(outputs, FormWizardIO::LastStep, ioName);
-    desk_.model.WizardIOStart = {};
+    desk_.WizardIOStart = {};
 }
 
 void Album::TakeOthers()
@@ -147,17 +147,17 @@ void Album::TakeOthers()
     simulator->close();
 
     QWidget owner;
-    DriveLink link(desk_.model);
+    DriveLink link(desk_.table);
     FormCommunications communications(desk_, &owner, link);
     Take(communications, communications.objectName(), communications.HelpTopic());
     FormSelectCommMode mode(desk_, &owner);
     Take(mode, mode.objectName(), mode.HelpTopic());
     FormSelectDriveModel models(desk_, &owner);
     Take(models, models.objectName(), models.HelpTopic());
-    FormModifyParameterValue edit(desk_, &owner, Reference0, desk_.model.Value(Reference0));
+    FormModifyParameterValue edit(desk_, &owner, Reference0, desk_.table.Value(Reference0));
     Take(edit, edit.objectName(), edit.HelpTopic());
     Progress reading(QStringLiteral("Reading Parameters from Drive"), int(WholeScan::Reading),
-                     desk_.model.LastParam + 1);
+                     desk_.table.LastParam + 1);
     FormProgressBar progress(desk_, &owner, reading);
     Take(progress, progress.objectName(), progress.HelpTopic());
     FormNotes notes(desk_, &owner);

@@ -3,10 +3,11 @@
 
 #include "Album.h"
 
+#include "desktop/BoxColors.h"
 #include "desktop/Desk.h"
 #include "desktop/MarkStyle.h"
+#include "model/Document.h"
 #include "operations/EntryRules.h"
-#include "model/Model.h"
 #include "platform/Asker.h"
 #include "platform/SettingsStore.h"
 #include "settings/SettingsFile.h"
@@ -50,7 +51,7 @@ QPalette DarkPalette()
 }
 
 /** Measured values as on a running machine, so that a picture shows more than zeros. */
-void LetItRun(Model &model)
+void LetItRun(ParameterTable &table)
 {
     const std::pair<int, std::int32_t> values[] = {
         {139, 2047}, {132, 1},    {189, 4000}, {129, 4000}, {192, 12},   {193, 3988}, {194, 3988},
@@ -58,7 +59,7 @@ void LetItRun(Model &model)
         {165, 1},    {168, 1638}, {422, 1},    {224, 4000}, {225, 4000}, {217, 4000},
     };
     for (const auto &[number, value] : values)
-        model.ParamTable[number].Value = value;
+        table.Row(number).Value = value;
 }
 
 } // namespace
@@ -91,24 +92,25 @@ int main(int argc, char **argv)
     QApplication::setFont(font);
 
     const QTemporaryDir profile;
-    Model model;
-    model.InitColors();
-    model.Colors = model.DefaultColors;
-    if (const QString trouble = SettingsFile(model).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE));
+    ParameterTable table;
+    Document document{table};
+    AccessColors colors;
+    colors.Colors = colors.DefaultColors;
+    if (const QString trouble = LoadFactoryTable(QStringLiteral(QUORVIK_PRESETS_FILE), table);
         !trouble.isEmpty()) {
         std::fprintf(stderr, "%s\n", qPrintable(trouble));
         return 1;
     }
-    model.ResetToDefaults();
-    LetItRun(model);
+    table.ResetToDefaults();
+    LetItRun(table);
     SilentAsker asker;
-    EntryRules rules(model, asker);
+    EntryRules rules(table, asker);
     SettingsStore settings(profile.filePath(QStringLiteral("Quorvik.ini")));
     NoHelp help;
     FormsCollection forms;
     QWidget mainWindow;
     forms.Add(&mainWindow);
-    Desk desk{model, rules, asker, settings, help, forms, {}, {}};
+    Desk desk{table, document, colors, rules, asker, settings, help, forms, {}, {}};
 
     const QDir folder(options.positionalArguments().first());
     folder.mkpath(QStringLiteral("."));

@@ -3,7 +3,7 @@
 #include "emulator/EmulatedBlock.h"
 #include "emulator/EmulatorTimings.h"
 #include "emulator/forms/Gauges.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
 
@@ -56,7 +56,7 @@ void FormIOSimulator::Load()
     Guarded([this] { ComboDigitalInput_Click(); });
     Guarded([this] {
         const int status = FreqInputStatus;
-        const std::int16_t tens = EmulatedBlock(desk().model, "Frequency Input").Naming({status}, [&] {
+        const std::int16_t tens = EmulatedBlock(desk().table, "Frequency Input").Naming({status}, [&] {
             return CInt(Value(status) / 10.0);
         });
         HScrollFreqInputStatus_->setValue(tens);
@@ -69,7 +69,7 @@ void FormIOSimulator::Load()
 void FormIOSimulator::TimerUpdateScreen_Timer()
 {
     ShowOutputs();
-    const bool offline = !desk().model.PortOpen();
+    const bool offline = !desk().table.PortOpen();
     HScrollAnalogInputStatus_->setEnabled(offline);
     for (QRadioButton *option : OptionDigitalInputState_)
         option->setEnabled(offline);
@@ -84,7 +84,7 @@ void FormIOSimulator::ComboDigitalInput_Click()
 {
     const int member = ComboDigitalInput_->currentIndex() + 1;
     const int status = FirstDigitalStatus + member - 1;
-    EmulatedBlock(desk().model, "Digital Input", member).Naming({status}, [&] {
+    EmulatedBlock(desk().table, "Digital Input", member).Naming({status}, [&] {
         const std::int32_t raw = Value(status);
         if (raw != 0 && raw != 1)
             throw RuntimeFailure(QStringLiteral("The status %1 is neither open nor closed.").arg(raw));
@@ -103,7 +103,7 @@ void FormIOSimulator::ComboAnalogInput_Click()
 {
     const int member = ComboAnalogInput_->currentIndex() + 1;
     const int status = FirstAnalogStatus + member - 1;
-    const std::int16_t raw = EmulatedBlock(desk().model, "Analog Input", member).Naming({status}, [&] {
+    const std::int16_t raw = EmulatedBlock(desk().table, "Analog Input", member).Naming({status}, [&] {
         return ToInt16(Value(status));
     });
     {
@@ -120,7 +120,7 @@ void FormIOSimulator::AdjustAnalogScale(int member)
     const int type = member + 32;
     const int polarity = member + 27;
     const std::uint8_t code =
-        EmulatedBlock(desk().model, "Analog Input", member).Naming({type, polarity}, [&] {
+        EmulatedBlock(desk().table, "Analog Input", member).Naming({type, polarity}, [&] {
             return ToByte(CheckedAdd(CheckedMultiply(Value(type), 2), Value(polarity)));
         });
     if (code >= AnalogRanges.size())
@@ -151,14 +151,14 @@ void FormIOSimulator::HScrollFreqInputStatus_Change()
 
 std::int32_t FormIOSimulator::Value(int p) const
 {
-    return desk().model.Value(p);
+    return desk().table.Value(p);
 }
 
 void FormIOSimulator::Store(int p, std::int32_t raw)
 {
     // On line the status is the drive's word, also where it does not fit the terminal.
-    if (!desk().model.PortOpen())
-        desk().model.ParamTable[p].Value = raw;
+    if (!desk().table.PortOpen())
+        desk().table.SetValue(p, raw, ChangeCause::Emulated);
 }
 
 void FormIOSimulator::ShowOutputs()

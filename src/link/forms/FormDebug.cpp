@@ -1,7 +1,7 @@
 #include "link/forms/FormDebug.h"
 
 #include "link/DriveLink.h"
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 #include "platform/Guard.h"
 #include "platform/Numbers.h"
@@ -78,11 +78,11 @@ void FormDebug::TimerUpdateScreen_Timer()
     for (std::size_t i = 0; i < text1_.size(); ++i)
         text1_[i]->setText(QString::number(values[i]));
 
-    const Model &model = desk().model;
+    const ParameterTable &table = desk().table;
     QString flags;
-    for (int i = 0; i <= model.FileLastParam; ++i)
-        if (model.ParamTable[i].ReadFlag != 0)
-            flags += QStringLiteral("%1 %2\n").arg(i).arg(model.ParamTable[i].ReadFlag);
+    for (int i = 0; i <= table.FileLastParam; ++i)
+        if (table[i].ReadFlag != 0)
+            flags += QStringLiteral("%1 %2\n").arg(i).arg(table[i].ReadFlag);
     // Only on a change, or the user's place in the list would be lost every second.
     if (flags != textReadFlags_->toPlainText())
         textReadFlags_->setPlainText(flags);

@@ -1,8 +1,8 @@
 #include "link/forms/FormSelectCommMode.h"
 
 #include "desktop/TitleRoom.h"
-#include "model/Model.h"
 #include "model/ModelList.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 
 #include <QComboBox>
@@ -62,7 +62,7 @@ FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner)
     comboModels_->setObjectName(QStringLiteral("ComboModels"));
     comboModels_->setAccessibleName(QStringLiteral("Drive model"));
     comboModels_->addItems(ModelListItems());
-    comboModels_->setCurrentIndex(ModelListIndex(desk.model.Value(Param::DriveModel)));
+    comboModels_->setCurrentIndex(ModelListIndex(desk.table.Value(Param::DriveModel)));
     auto *row = new QHBoxLayout(modelRow_);
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(comboModels_);
@@ -96,9 +96,9 @@ void FormSelectCommMode::ModeChosen(int index)
 void FormSelectCommMode::CommandOK_Click()
 {
     if (optionSerialCommMode_[Offline]->isChecked()) {
-        Model &model = desk().model;
-        model.ParamTable[Param::DriveModel].Value = ModelOfListItem(comboModels_->currentText());
-        model.RefreshDependentParams(Param::DriveModel);
+        ParameterTable &table = desk().table;
+        table.SetValue(Param::DriveModel, ModelOfListItem(comboModels_->currentText()), ChangeCause::Entered);
+        table.RefreshDependentParams(Param::DriveModel);
     }
     accept();
 }

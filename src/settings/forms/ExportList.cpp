@@ -53,7 +53,7 @@ std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner, A
     return RunSaveDialog(dialog, asker);
 }
 
-QString ExportRows(const QString &path, const Model &model, const QList<ReportRow> &rows)
+QString ExportRows(const QString &path, const Document &document, const QList<ReportRow> &rows)
 {
     if (QFileInfo(path).suffix().compare(PdfKind().suffix, Qt::CaseInsensitive) != 0)
         return AtomicFile::Write(path, RowsAsCsv(rows));
@@ -63,7 +63,7 @@ QString ExportRows(const QString &path, const Model &model, const QList<ReportRo
         QPdfWriter writer(&pdf);
         writer.setPageSize(UsualPaper());
         writer.setTitle(QStringLiteral("Sarvex Parameters"));
-        if (QString failure = PrintData(writer, DescribeReport(model, rows)); !failure.isEmpty())
+        if (QString failure = PrintData(writer, DescribeReport(document, rows)); !failure.isEmpty())
             return failure;
     }
     return AtomicFile::Write(path, pdf.data());

@@ -10,7 +10,7 @@ namespace quorvik
 {
 
 class Asker;
-class Model;
+class Document;
 
 /** Lets the user choose the file to export to, *.csv or *.pdf, and asks before one is replaced; nothing
  * stands for a cancel. */
@@ -21,6 +21,6 @@ std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner, A
  * comma-separated values. The file is written whole or not at all.
  * @return an empty text, or why it was not written.
  */
-QString ExportRows(const QString &path, const Model &model, const QList<ReportRow> &rows);
+QString ExportRows(const QString &path, const Document &document, const QList<ReportRow> &rows);
 
 } // namespace quorvik

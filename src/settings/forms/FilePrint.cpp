@@ -82,7 +82,7 @@ void FilePrint::mnuFilePrint_Click(QWidget *owner)
         QString failure;
         {
             const Hourglass hourglass;
-            failure = PrintData(printer, DescribeReport(desk_.model, RowsToPrint()));
+            failure = PrintData(printer, DescribeReport(desk_.document, RowsToPrint()));
         }
         if (!failure.isEmpty()) {
             desk_.asker.MsgBox(failure, MsgButtons::Ok, MsgIcon::Exclamation, QString());
@@ -97,7 +97,7 @@ QList<ReportRow> FilePrint::RowsToPrint() const
     if (position > 0)
         if (const auto *list = qobject_cast<FormViewParameters *>(desk_.forms.At(position)))
             return list->Rows();
-    return CollectRows(desk_.model, ReportFilter::All);
+    return CollectRows(desk_.table, ReportFilter::All);
 }
 
 } // namespace quorvik

@@ -1,6 +1,7 @@
 #include "settings/forms/FormNotes.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 
 #include <QBoxLayout>
@@ -32,7 +33,7 @@ FormNotes::FormNotes(Desk &desk, QWidget *owner)
     text1_->setObjectName(QStringLiteral("Text1"));
     text1_->setAccessibleName(QStringLiteral("Notes"));
     text1_->setTabChangesFocus(true);
-    text1_->setPlainText(desk.model.Notes);
+    text1_->setPlainText(desk.document.Notes);
     text1_->moveCursor(QTextCursor::End);
     text1_->setMinimumSize(fontMetrics().averageCharWidth() * 64, fontMetrics().lineSpacing() * 9);
     labelLeft_->setObjectName(QStringLiteral("LabelLeft"));
@@ -60,8 +61,8 @@ FormNotes::FormNotes(Desk &desk, QWidget *owner)
     On(text1_, &QPlainTextEdit::textChanged, this, [this] { Text1_Change(); });
     On(commandClose, &QPushButton::clicked, this, [this] { accept(); });
     On(this, &QDialog::finished, this, [this] {
-        Model &model = this->desk().model;
-        model.Notes = std::exchange(model.TypedNotes, std::nullopt).value_or(model.Notes);
+        Document &document = this->desk().document;
+        document.Notes = std::exchange(document.TypedNotes, std::nullopt).value_or(document.Notes);
     });
 }
 
@@ -69,8 +70,8 @@ void FormNotes::Text1_Change()
 {
     TakeBackExcess();
     ShowCharactersLeft();
-    desk().model.TypedNotes = Text();
-    desk().model.MarkFile(true);
+    desk().document.TypedNotes = Text();
+    desk().document.MarkFile(true);
 }
 
 QString FormNotes::Text() const

@@ -1,7 +1,7 @@
 #include "settings/forms/FormSelectDriveModel.h"
 
-#include "model/Model.h"
 #include "model/ModelList.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 
 #include <QBoxLayout>
@@ -22,7 +22,7 @@ FormSelectDriveModel::FormSelectDriveModel(Desk &desk, QWidget *owner)
     comboModels_->setMaxVisibleItems(20);
     comboModels_->setMinimumContentsLength(40);
     comboModels_->addItems(ModelListItems());
-    comboModels_->setCurrentIndex(ModelListIndex(desk.model.Value(Param::DriveModel)));
+    comboModels_->setCurrentIndex(ModelListIndex(desk.table.Value(Param::DriveModel)));
 
     auto *commandOk = new QPushButton(QStringLiteral("OK"), this);
     commandOk->setObjectName(QStringLiteral("CommandOK"));
@@ -49,9 +49,9 @@ FormSelectDriveModel::FormSelectDriveModel(Desk &desk, QWidget *owner)
 void FormSelectDriveModel::CommandOK_Click()
 {
     // Choosing a model is no edit: nothing is sent, and neither file nor drive counts as modified.
-    Model &model = desk().model;
-    model.ParamTable[Param::DriveModel].Value = ModelOfListItem(comboModels_->currentText());
-    model.RefreshDependentParams(Param::DriveModel);
+    ParameterTable &table = desk().table;
+    table.SetValue(Param::DriveModel, ModelOfListItem(comboModels_->currentText()), ChangeCause::Entered);
+    table.RefreshDependentParams(Param::DriveModel);
     accept();
 }
 

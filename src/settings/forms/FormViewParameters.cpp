@@ -1,6 +1,7 @@
 #include "settings/forms/FormViewParameters.h"
 
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
@@ -144,16 +145,17 @@ void FormViewParameters::SelectView(ReportFilter filter)
 
 void FormViewParameters::BuildList()
 {
-    list_->SetRows(CollectRows(desk().model, filter_));
+    list_->SetRows(CollectRows(desk().table, filter_));
     labelTotal_->setText(QStringLiteral("Total: %1").arg(list_->rowCount()));
 }
 
 void FormViewParameters::CommandExport_Click()
 {
-    const std::optional<QString> path = ShowExportDialog(FilePath(desk().model.FileName), this, desk().asker);
+    const std::optional<QString> path =
+        ShowExportDialog(FilePath(desk().document.FileName), this, desk().asker);
     if (!path)
         return;
-    const QString failure = ExportRows(*path, desk().model, Rows());
+    const QString failure = ExportRows(*path, desk().document, Rows());
     if (!failure.isEmpty())
         desk().asker.MsgBox(failure, MsgButtons::Ok, MsgIcon::Exclamation, QString());
 }

@@ -124,9 +124,9 @@ bool BasicChecks::CheckFieldCurrent(Entry entry, int p, int ratedAmps, std::int3
         return false;
     }
     const QString percentText = DoubleText(CDbl(text) / ratedAmps * 100.0);
-    const Model &model = setup_.Table();
-    const std::int32_t raw = EntryToRaw(percentText, model.ParamTable[p].Attributes);
-    if (model.IsInRange(QString::number(raw), p))
+    const ParameterTable &table = setup_.Table();
+    const std::int32_t raw = EntryToRaw(percentText, table[p].Attributes);
+    if (table.IsInRange(QString::number(raw), p))
         return true;
     rules_.ShowRangeMessage(setup_.Name(entry), 0, ratedAmps * 100, attributes, true);
     return false;

@@ -65,7 +65,7 @@ void BasicRows::Reformat(Entry entry)
     const EntryInfo &info = BasicSetup::Info(entry);
     const QString &text = setup_.Text(entry);
     if (*info.preset != 0 && IsNumeric(text))
-        SetText(entry, FormatEntry(text, setup_.Table().ParamTable[info.param].Attributes));
+        SetText(entry, FormatEntry(text, setup_.Table()[info.param].Attributes));
 }
 
 } // namespace quorvik

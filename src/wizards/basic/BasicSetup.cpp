@@ -104,8 +104,9 @@ bool Applies(When when, int operatingMode)
 
 } // namespace
 
-BasicSetup::BasicSetup(Model &model)
-    : model_(model)
+BasicSetup::BasicSetup(ParameterTable &table, Document &document)
+    : table_(table)
+    , document_(document)
 {
     for (std::size_t i = 0; i < texts_.size(); ++i)
         texts_[i] = QString::fromLatin1(Entries[i].preset);
@@ -126,7 +127,7 @@ QString BasicSetup::Name(Entry entry) const
     if (entry == Entry::RatedSpeed)
         return RatedSpeedCaption();
     const EntryInfo &info = Info(entry);
-    return info.name == nullptr ? model_.ParamTable[info.param].Name : QString::fromLatin1(info.name);
+    return info.name == nullptr ? table_[info.param].Name : QString::fromLatin1(info.name);
 }
 
 QString BasicSetup::RatedSpeedCaption() const
@@ -184,7 +185,7 @@ QString BasicSetup::LimitAmpsText(std::int32_t percent) const
     return DoubleText(CheckedMultiply(CInt(CDbl(ampsText)), percent) / 100.0);
 }
 
-bool BasicSetup::IsAcceptable(const Model &table, Entry entry, int p) const
+bool BasicSetup::IsAcceptable(const ParameterTable &table, Entry entry, int p) const
 {
     try {
         return IsNumeric(Text(entry)) && table.IsInRange(QString::number(EntryRaw(table, entry, p)), p);
@@ -193,18 +194,18 @@ bool BasicSetup::IsAcceptable(const Model &table, Entry entry, int p) const
     }
 }
 
-std::int32_t BasicSetup::EntryRaw(const Model &table, Entry entry, int p) const
+std::int32_t BasicSetup::EntryRaw(const ParameterTable &table, Entry entry, int p) const
 {
-    return EntryToRaw(Text(entry), table.ParamTable[p].Attributes);
+    return EntryToRaw(Text(entry), table[p].Attributes);
 }
 
-std::int32_t BasicSetup::PercentRaw(const Model &table, Entry entry, double base, int p) const
+std::int32_t BasicSetup::PercentRaw(const ParameterTable &table, Entry entry, double base, int p) const
 {
     const double percent = CheckedDivide(CDbl(Text(entry)), base) * 100.0;
-    return EntryToRaw(DoubleText(percent), table.ParamTable[p].Attributes);
+    return EntryToRaw(DoubleText(percent), table[p].Attributes);
 }
 
-std::int32_t BasicSetup::FieldPercentRaw(const Model &table, Entry entry, int p) const
+std::int32_t BasicSetup::FieldPercentRaw(const ParameterTable &table, Entry entry, int p) const
 {
     // The box of a motor without field winding is switched off and normally empty.
     if (fieldType == PermanentMagnet && entry == Entry::BaseFieldCurrent && !IsNumeric(Text(entry)))
@@ -214,9 +215,9 @@ std::int32_t BasicSetup::FieldPercentRaw(const Model &table, Entry entry, int p)
 
 WritePlan BasicSetup::Plan() const
 {
-    WriteRehearsal rehearsal(model_);
+    WriteRehearsal rehearsal(table_);
     const auto valueOf = [&](Value value, Entry entry, int p) -> std::int32_t {
-        const Model &table = rehearsal.Table();
+        const ParameterTable &table = rehearsal.Table();
         switch (value) {
         case Value::Zero:
             return 0;
@@ -255,7 +256,7 @@ WritePlan BasicSetup::Plan() const
             // Nobody could correct it any more, so the parameter keeps what it has.
             if (!IsAsked(entry) && !IsAcceptable(rehearsal.Table(), entry, p))
                 continue;
-            const QString name = entry == Entry::Count ? model_.ParamTable[p].Name : Name(entry);
+            const QString name = entry == Entry::Count ? table_[p].Name : Name(entry);
             rehearsal.Write(p, ConvertEntry(name, [&] { return valueOf(row.value, entry, p); }));
         }
     }
@@ -267,7 +268,7 @@ WritePlan BasicSetup::Plan() const
 WritePlan BasicSetup::WriteBasicSetup()
 {
     WritePlan plan = Plan();
-    plan.Commit(model_);
+    plan.Commit(table_, document_);
     return plan;
 }
 

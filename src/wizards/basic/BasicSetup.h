@@ -81,7 +81,7 @@ struct TachJumpers {
 class BasicSetup
 {
 public:
-    explicit BasicSetup(Model &model);
+    BasicSetup(ParameterTable &table, Document &document);
 
     int operatingMode = StandardVelocity;
     int fieldType = Shunt;
@@ -96,8 +96,8 @@ public:
     const QString &Text(Entry entry) const { return texts_[std::size_t(entry)]; }
     void SetText(Entry entry, const QString &text) { texts_[std::size_t(entry)] = text; }
 
-    Model &Table() const { return model_; }
-    bool IsOnline() const { return model_.PortOpen(); }
+    ParameterTable &Table() const { return table_; }
+    bool IsOnline() const { return table_.PortOpen(); }
     bool IsTorque() const { return operatingMode == Torque; }
     /** Torque mode switches the jog off: what stands there is not checked. */
     bool IsAsked(Entry entry) const;
@@ -122,12 +122,13 @@ public:
     WritePlan WriteBasicSetup();
 
 private:
-    bool IsAcceptable(const Model &table, Entry entry, int p) const;
-    std::int32_t EntryRaw(const Model &table, Entry entry, int p) const;
-    std::int32_t PercentRaw(const Model &table, Entry entry, double base, int p) const;
-    std::int32_t FieldPercentRaw(const Model &table, Entry entry, int p) const;
+    bool IsAcceptable(const ParameterTable &table, Entry entry, int p) const;
+    std::int32_t EntryRaw(const ParameterTable &table, Entry entry, int p) const;
+    std::int32_t PercentRaw(const ParameterTable &table, Entry entry, double base, int p) const;
+    std::int32_t FieldPercentRaw(const ParameterTable &table, Entry entry, int p) const;
 
-    Model &model_;
+    ParameterTable &table_;
+    Document &document_;
     std::array<QString, EntryCount> texts_;
 };
 

@@ -47,10 +47,10 @@ ModelPage::ModelPage(QWidget *parent, const BasicSetup &setup)
 
 void ModelPage::SetDriveData()
 {
-    const Model &model = setup_.Table();
-    const std::int32_t code = model.Value(Param::DriveModel);
+    const ParameterTable &table = setup_.Table();
+    const std::int32_t code = table.Value(Param::DriveModel);
     labelDriveData_[0]->setText(QStringLiteral("Model: ") + ModelText(code));
-    labelDriveData_[1]->setText(QStringLiteral("Type: ") + DriveTypeText(model.IsRegenerative() ? 0 : 1));
+    labelDriveData_[1]->setText(QStringLiteral("Type: ") + DriveTypeText(table.IsRegenerative() ? 0 : 1));
     labelDriveData_[2]->setText(QStringLiteral("Armature Amps: ") + QString::number(RatedAmps(code & 15)));
     Picture()->update();
 }

@@ -201,7 +201,7 @@ void FormWizardBasic::EnableJog(bool enable)
 
 void FormWizardBasic::ApplyDriveType()
 {
-    const bool regenerative = desk().model.IsRegenerative();
+    const bool regenerative = desk().table.IsRegenerative();
     limitsPage_->EnableNegative(regenerative);
     OptionGroup *stopMode = startStopPage_->OptionStopMode;
     // Also on a regenerative drive, at each pass.

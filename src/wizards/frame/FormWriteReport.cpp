@@ -1,6 +1,6 @@
 #include "wizards/frame/FormWriteReport.h"
 
-#include "model/Model.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 #include "wizards/frame/MentorTitle.h"
 #include "wizards/frame/WizardPage.h"
@@ -19,10 +19,10 @@ namespace
 
 using Outcome = WriteWatch::Outcome;
 
-QString Sentences(const Model &model, const WriteWatch &watch)
+QString Sentences(const ParameterTable &table, const WriteWatch &watch)
 {
     QStringList sentences;
-    if (!model.PortOpen())
+    if (!table.PortOpen())
         sentences += QStringLiteral("The link to the drive is gone. What was not written to the drive stands "
                                     "in the settings of this program only.");
     else if (watch.Has(Outcome::NotWritten))
@@ -31,7 +31,7 @@ QString Sentences(const Model &model, const WriteWatch &watch)
     if (watch.Has(Outcome::Refused)) {
         sentences += QStringLiteral("The drive refused values of the setup. They were taken back: the "
                                     "parameters have the drive's values again.");
-        if (!model.DriveIsStopped())
+        if (!table.DriveIsStopped())
             sentences += QStringLiteral("Sarvex must be in the Stop mode to take all of them.");
     }
     return sentences.join(QStringLiteral("\r\n\r\n"));
@@ -45,7 +45,7 @@ FormWriteReport::FormWriteReport(Desk &desk, QWidget *owner, const QString &help
 {
     setAttribute(Qt::WA_DeleteOnClose);
     auto *rows = new QVBoxLayout(this);
-    QLabel *sentences = MakeLabel(this, Sentences(desk.model, watch), QStringLiteral("LabelReport"));
+    QLabel *sentences = MakeLabel(this, Sentences(desk.table, watch), QStringLiteral("LabelReport"));
     sentences->setWordWrap(true);
     rows->addWidget(sentences);
 
@@ -54,14 +54,14 @@ FormWriteReport::FormWriteReport(Desk &desk, QWidget *owner, const QString &help
     // What is missing in the drive stands first.
     std::vector<WriteRow> lost;
     std::vector<WriteRow> others;
-    const std::vector<PlannedLine> lines = watch.Plan().Lines(desk.model);
+    const std::vector<PlannedLine> lines = watch.Plan().Lines(desk.table);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const Outcome outcome = watch.OutcomeOf(i);
         QString text = QStringLiteral("written");
         if (outcome == Outcome::HasAlready)
             text = QStringLiteral("has it already");
         else if (outcome == Outcome::Refused)
-            text = desk.model.PortOpen() ? QStringLiteral("refused, has ") + lines[i].oldText
+            text = desk.table.PortOpen() ? QStringLiteral("refused, has ") + lines[i].oldText
                                          : QStringLiteral("refused");
         else if (outcome == Outcome::NotWritten)
             text = QStringLiteral("not written");

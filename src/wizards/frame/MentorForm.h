@@ -24,7 +24,7 @@ protected:
     MentorForm(Desk &desk, QWidget *owner, const QString &name, const QString &caption, const Topics &topics,
                Rows nextRows, Rows backRows)
         : WizardForm(desk, owner, name, caption, topics)
-        , setup_(desk.model)
+        , setup_(desk.table, desk.document)
         , checks_(setup_, desk.rules, desk.asker)
         , nextRows_(nextRows)
         , backRows_(backRows)

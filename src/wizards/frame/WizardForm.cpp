@@ -59,7 +59,7 @@ WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QS
                        const Topics &topics)
     : DialogForm(desk, owner, name, caption, QString::fromLatin1(topics[0]))
     , helpTopics_(topics)
-    , openedOnline_(desk.model.PortOpen())
+    , openedOnline_(desk.table.PortOpen())
     , stack_(new QStackedWidget(this))
 {
     auto *rows = new QVBoxLayout(this);
@@ -224,7 +224,7 @@ bool WizardForm::ValidateStep(int step)
 void WizardForm::ShowPlan()
 {
     try {
-        finishPage_->ShowLines(MakePlan(finishPage_->SaveWanted()).Lines(desk().model));
+        finishPage_->ShowLines(MakePlan(finishPage_->SaveWanted()).Lines(desk().table));
     } catch (const RuntimeFailure &failure) {
         // Finish is where it is told; until then it stands in place of the list.
         finishPage_->ShowFailure(failure.Sentence());
@@ -239,7 +239,7 @@ void WizardForm::Follow(DriveLink &link)
 
 void WizardForm::ComStatusChanged()
 {
-    const bool gone = openedOnline_ && !desk().model.PortOpen();
+    const bool gone = openedOnline_ && !desk().table.PortOpen();
     linkGone_->setVisible(gone);
     FollowLink(gone);
     if (currentStep_ == LastStep)
@@ -251,7 +251,7 @@ void WizardForm::WatchWrites(const WritePlan &written, const RecordArray &before
 {
     if (link_ == nullptr || !openedOnline_)
         return;
-    auto *watch = new WriteWatch(desk().model, *link_, written, before);
+    auto *watch = new WriteWatch(desk().table, desk().document, *link_, written, before);
     const auto report = [watch, &desk = desk(), owner = QPointer(parentWidget()), topic = HelpTopic()] {
         if (watch->Has(WriteWatch::Outcome::Refused) || watch->Has(WriteWatch::Outcome::NotWritten))
             (new FormWriteReport(desk, owner, topic, *watch))->show();
@@ -262,14 +262,14 @@ void WizardForm::WatchWrites(const WritePlan &written, const RecordArray &before
 
 void WizardForm::FinishSetup()
 {
-    if (!desk().model.DriveIsStopped()) {
+    if (!desk().table.DriveIsStopped()) {
         desk().asker.MsgBox(QStringLiteral("Sarvex must be in the Stop mode for the Mentor to continue!"),
                             MsgButtons::Ok, MsgIcon::Critical, MentorTitle());
         return;
     }
     // The link may have come or gone since the list was shown.
     ShowPlan();
-    const RecordArray before = desk().model.ParamTable;
+    const RecordArray before = desk().table.Records();
     const WritePlan written = WriteSetup();
     WatchWrites(written, before);
     for (const QString &notice : written.notices)

@@ -17,11 +17,11 @@ QString ReadableText(std::int32_t rawValue, std::int32_t attributes)
     return ValueText(rawValue, attributes);
 }
 
-QString LinkText(const Model &model, std::int32_t target)
+QString LinkText(const ParameterTable &table, std::int32_t target)
 {
     const QString number = QString::number(target);
-    const bool exists = target >= 0 && target <= model.ParamTable.UpperBound();
-    return exists ? number + u' ' + model.ParamTable[target].Name : number;
+    const bool exists = target >= 0 && target <= table.UpperBound();
+    return exists ? number + u' ' + table[target].Name : number;
 }
 
 bool IsSelector(std::int32_t attributes)
@@ -32,16 +32,16 @@ bool IsSelector(std::int32_t attributes)
 
 } // namespace
 
-std::vector<PlannedLine> WritePlan::Lines(const Model &model) const
+std::vector<PlannedLine> WritePlan::Lines(const ParameterTable &table) const
 {
     std::vector<PlannedLine> lines;
     lines.reserve(writes.size());
     for (const PlannedWrite &write : writes) {
-        const ParamRecord &record = model.ParamTable[write.param];
+        const ParamRecord &record = table[write.param];
         PlannedLine line{write.param, record.Name, {}, {}};
         if (write.param != Param::SaveParameters && IsSelector(record.Attributes)) {
-            line.oldText = LinkText(model, record.Value);
-            line.newText = LinkText(model, write.rawValue);
+            line.oldText = LinkText(table, record.Value);
+            line.newText = LinkText(table, write.rawValue);
         } else {
             line.oldText = ReadableText(record.Value, record.Attributes);
             line.newText = ReadableText(write.rawValue, write.attributes);
@@ -51,25 +51,22 @@ std::vector<PlannedLine> WritePlan::Lines(const Model &model) const
     return lines;
 }
 
-void WritePlan::Commit(Model &model) const
+void WritePlan::Commit(ParameterTable &table, Document &document) const
 {
     for (const PlannedWrite &write : writes)
-        model.SetParamValue(write.param, write.rawValue, write.modified, write.refresh);
+        table.SetParamValue(write.param, write.rawValue, write.modified, write.refresh);
     if (savesInDrive)
-        model.DriveModified = false;
+        document.DriveModified = false;
 }
 
-WriteRehearsal::WriteRehearsal(const Model &model)
+WriteRehearsal::WriteRehearsal(const ParameterTable &table)
+    : scratch_(table)
 {
-    scratch_.ParamTable = model.ParamTable;
-    scratch_.PresetTable = model.PresetTable;
-    scratch_.LastParam = model.LastParam;
-    scratch_.FileLastParam = model.FileLastParam;
 }
 
 void WriteRehearsal::Write(int p, std::int32_t rawValue, bool refresh)
 {
-    Add({p, rawValue, true, refresh, scratch_.ParamTable[p].Attributes});
+    Add({p, rawValue, true, refresh, scratch_[p].Attributes});
 }
 
 void WriteRehearsal::WriteScaled(int p, std::int32_t rawValue, std::int32_t attributes)
@@ -79,7 +76,7 @@ void WriteRehearsal::WriteScaled(int p, std::int32_t rawValue, std::int32_t attr
 
 void WriteRehearsal::SaveInDrive()
 {
-    Add({Param::SaveParameters, 1, false, false, scratch_.ParamTable[Param::SaveParameters].Attributes});
+    Add({Param::SaveParameters, 1, false, false, scratch_[Param::SaveParameters].Attributes});
     plan_.savesInDrive = true;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/Model.h"
+#include "model/Document.h"
 
 #include <QStringList>
 #include <functional>
@@ -34,10 +34,10 @@ struct WritePlan {
     bool savesInDrive = false; ///< ends with the drive's save command, after which nothing is unsaved
 
     /** The writes as the user reads them, against the values that the table holds now. */
-    std::vector<PlannedLine> Lines(const Model &model) const;
+    std::vector<PlannedLine> Lines(const ParameterTable &table) const;
 
-    /** Makes the writes, in order, through Model::SetParamValue(). */
-    void Commit(Model &model) const;
+    /** Makes the writes, in order, through ParameterTable::SetParamValue(). */
+    void Commit(ParameterTable &table, Document &document) const;
 };
 
 /**
@@ -47,10 +47,10 @@ struct WritePlan {
 class WriteRehearsal
 {
 public:
-    explicit WriteRehearsal(const Model &model);
+    explicit WriteRehearsal(const ParameterTable &table);
 
     /** The copy as the writes so far have left it. */
-    const Model &Table() const { return scratch_; }
+    const ParameterTable &Table() const { return scratch_; }
 
     void Write(int p, std::int32_t rawValue, bool refresh = false);
     /** A raw value in the scale of another parameter, whose attributes it is shown with. */
@@ -64,7 +64,7 @@ public:
 private:
     void Add(const PlannedWrite &write);
 
-    Model scratch_;
+    ParameterTable scratch_;
     WritePlan plan_;
 };
 

@@ -1,7 +1,8 @@
 #include "wizards/frame/WriteWatch.h"
 
 #include "link/DriveLink.h"
-#include "model/Model.h"
+#include "model/Document.h"
+#include "model/ParameterTable.h"
 #include "platform/Guard.h"
 
 #include <algorithm>
@@ -9,9 +10,11 @@
 namespace quorvik
 {
 
-WriteWatch::WriteWatch(Model &model, DriveLink &link, WritePlan plan, RecordArray before)
+WriteWatch::WriteWatch(ParameterTable &table, Document &document, DriveLink &link, WritePlan plan,
+                       RecordArray before)
     : QObject(&link)
-    , model_(model)
+    , table_(table)
+    , document_(document)
     , link_(link)
     , plan_(std::move(plan))
     , before_(std::move(before))
@@ -51,11 +54,11 @@ void WriteWatch::TakeBack(int p, std::int32_t rawValue, bool *told)
             continue;
         outcomes_[i] = Outcome::Refused;
         *told = true;
-        model_.ParamTable[p].Value = before_[p].Value;
-        model_.AddReadInterest(p);
+        table_.SetValue(p, before_[p].Value, ChangeCause::TakenBack);
+        table_.AddReadInterest(p);
         unread_.append(p);
         // Whether the drive runs, which explains most refusals, is older than they are.
-        if (model_.LastParam >= Param::DriveState && !unread_.contains(Param::DriveState))
+        if (table_.LastParam >= Param::DriveState && !unread_.contains(Param::DriveState))
             unread_.append(Param::DriveState);
     }
 }
@@ -67,8 +70,7 @@ void WriteWatch::Check()
     if (link_.PortOpen()) {
         // A value that no packet can carry, or a parameter that this drive does not have.
         for (const PlannedWrite &write : plan_.writes)
-            if (model_.ParamTable[write.param].WriteFlag == WriteState::None ||
-                write.param > model_.LastParam)
+            if (table_[write.param].WriteFlag == WriteState::None || write.param > table_.LastParam)
                 Note(write.param, Outcome::NotWritten);
         if (Has(Outcome::Waiting) || !unread_.isEmpty())
             return;
@@ -82,22 +84,22 @@ void WriteWatch::Settle()
 {
     for (std::size_t i = 0; i < outcomes_.size(); ++i) {
         const PlannedWrite &write = plan_.writes[i];
-        ParamRecord &record = model_.ParamTable[write.param];
+        ParamRecord &record = table_.Row(write.param);
         if (outcomes_[i] == Outcome::Waiting)
             outcomes_[i] = Outcome::NotWritten;
         if (outcomes_[i] == Outcome::Refused) {
-            model_.RemoveReadInterest(write.param);
+            table_.RemoveReadInterest(write.param);
             if (write.refresh)
-                model_.RefreshDependentParams(write.param);
+                table_.RefreshDependentParams(write.param);
             if (record.Value == write.rawValue)
                 outcomes_[i] = Outcome::HasAlready;
         }
         if (write.param != Param::SaveParameters || outcomes_[i] == Outcome::Written)
             continue;
         // A command that did not get through must not strike later, and nothing is saved.
-        record.Value = before_[write.param].Value;
+        table_.SetValue(write.param, before_[write.param].Value, ChangeCause::TakenBack);
         record.WriteFlag = WriteState::None;
-        model_.DriveModified = true;
+        document_.DriveModified = true;
     }
     Q_EMIT Settled();
     deleteLater();

@@ -31,7 +31,8 @@ public:
      * @param plan has just been committed.
      * @param before the table as it was before that.
      */
-    WriteWatch(Model &model, DriveLink &link, WritePlan plan, RecordArray before);
+    WriteWatch(ParameterTable &table, Document &document, DriveLink &link, WritePlan plan,
+               RecordArray before);
 
     /** To be called once Settled() is connected: what is settled already is announced then. */
     void Start() { Check(); }
@@ -55,7 +56,8 @@ private:
     void Check();
     void Settle();
 
-    Model &model_;
+    ParameterTable &table_;
+    Document &document_;
     DriveLink &link_;
     WritePlan plan_;
     RecordArray before_;

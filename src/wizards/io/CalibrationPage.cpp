@@ -29,7 +29,7 @@ CalibrationPage::CalibrationPage(QWidget *parent, IOSetup &setup)
     : WizardPage(parent, MakePicture(QStringLiteral("The scaling line with its 0 and 100 % marks"), setup,
                                      CalibrationPicture))
     , setup_(setup)
-    , model_(setup.Table())
+    , table_(setup.Table())
     , timerUpdateScreen_(new QTimer(this))
 {
     AddHeading(QStringLiteral("Calibrate Input."), ControlName("LabelCalibrate", 0));
@@ -107,7 +107,7 @@ void CalibrationPage::FollowLink(bool gone)
 void CalibrationPage::EnableRecord()
 {
     for (const Side &side : sides_)
-        side.commandRecord->setEnabled(model_.PortOpen());
+        side.commandRecord->setEnabled(table_.PortOpen());
 }
 
 void CalibrationPage::Leave()
@@ -119,24 +119,24 @@ void CalibrationPage::Leave()
 void CalibrationPage::SetStatusReading(bool on)
 {
     if (on && !reading_) {
-        model_.AddReadInterest(setup_.StatusParam());
+        table_.AddReadInterest(setup_.StatusParam());
         reading_ = setup_.StatusParam();
     } else if (!on && reading_) {
         const int p = *reading_;
         reading_.reset();
-        model_.RemoveReadInterest(p);
+        table_.RemoveReadInterest(p);
     }
 }
 
 void CalibrationPage::TimerUpdateScreen_Timer()
 {
     labelStatus_->setText(linkGone_ ? QStringLiteral("not known")
-                                    : QString::number(model_.Value(setup_.StatusParam())));
+                                    : QString::number(table_.Value(setup_.StatusParam())));
 }
 
 void CalibrationPage::CommandRecord_Click(int index)
 {
-    const std::int32_t reading = model_.Value(setup_.StatusParam());
+    const std::int32_t reading = table_.Value(setup_.StatusParam());
     // The full-scale reading of a bipolar input is kept positive.
     sides_[std::size_t(index)].textCal->setText(QString::number(index == 0 ? reading : CheckedAbs(reading)));
 }

@@ -51,7 +51,7 @@ private:
     };
 
     IOSetup &setup_;
-    Model &model_;
+    ParameterTable &table_;
     QLabel *instruction_ = nullptr;
     QLabel *labelStatus_ = nullptr;
     std::array<Side, 2> sides_;

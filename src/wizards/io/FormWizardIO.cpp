@@ -120,7 +120,7 @@ void FormWizardIO::ConnectOutputChoices()
 
 void FormWizardIO::ChooseDefaults()
 {
-    const WizardIOStartRecord &start = desk().model.WizardIOStart;
+    const WizardIOStartRecord &start = desk().WizardIOStart;
     branchPage_->OptionInputsOutputs->Choose(start.outputs);
     if (start.outputs == Inputs) {
         outputPage_->OptionOutputType->Choose(AnalogOutput);

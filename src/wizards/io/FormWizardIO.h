@@ -15,7 +15,8 @@ class OutputPage;
 class ParameterPage;
 class ValuesPage;
 
-/** The I/O Mentor: sets up one input or one output, opening on the one that Model::WizardIOStart names. */
+/** The I/O Mentor: sets up one input or one output, opening on the one that ParameterTable::WizardIOStart
+ * names. */
 class FormWizardIO : public MentorForm<IOSetup, IOChecks>
 {
     Q_OBJECT

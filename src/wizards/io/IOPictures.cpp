@@ -27,7 +27,7 @@ PictureFile RailPicture(const QString &prefix, int count, int chosen, bool outgo
 }
 
 /** A terminal and a parameter at these heights, and the arrow between them. */
-PictureFile LinkPicture(const Model &model, int p, int terminal, int arrow, int parameter)
+PictureFile LinkPicture(const ParameterTable &table, int p, int terminal, int arrow, int parameter)
 {
     return {"link",
             {},
@@ -35,7 +35,7 @@ PictureFile LinkPicture(const Model &model, int p, int terminal, int arrow, int 
              {"arrow", QString::number(arrow)},
              {"parameter", QString::number(parameter)},
              {"number", QString::number(p)},
-             {"name", model.ParamTable[p].Name}}};
+             {"name", table[p].Name}}};
 }
 
 QString ShownValue(const ValuesView &view, const ValuePair &values, std::size_t index)

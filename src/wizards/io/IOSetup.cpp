@@ -17,8 +17,9 @@ struct IOSetup::Block {
     int status;
 };
 
-IOSetup::IOSetup(Model &model)
-    : model_(model)
+IOSetup::IOSetup(ParameterTable &table, Document &document)
+    : table_(table)
+    , document_(document)
 {
 }
 
@@ -129,7 +130,7 @@ void IOSetup::PlanCalibration(WriteRehearsal &rehearsal, int lowParam, int highP
 WritePlan IOSetup::WriteIOSetup()
 {
     WritePlan plan = Plan();
-    plan.Commit(model_);
+    plan.Commit(table_, document_);
     return plan;
 }
 

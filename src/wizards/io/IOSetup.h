@@ -46,7 +46,7 @@ struct ValuesView {
 class IOSetup
 {
 public:
-    explicit IOSetup(Model &model);
+    IOSetup(ParameterTable &table, Document &document);
 
     int branch = Inputs;
     int inputType = NoChoice;
@@ -64,7 +64,7 @@ public:
     ValuePair outputValues;
     bool saveInDrive = false;
 
-    Model &Table() const { return model_; }
+    ParameterTable &Table() const { return table_; }
     bool IsInputBranch() const { return branch == Inputs; }
     bool IsAnalogInput() const { return inputType == AnalogInput; }
     bool IsDigitalInput() const { return inputType == DigitalInput; }
@@ -118,7 +118,8 @@ private:
     void PlanScaledOutput(WriteRehearsal &rehearsal, double fullScale, double gainFactor,
                           const QString &unitName) const;
 
-    Model &model_;
+    ParameterTable &table_;
+    Document &document_;
 };
 
 } // namespace quorvik

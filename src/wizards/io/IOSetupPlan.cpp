@@ -20,12 +20,12 @@ constexpr int AnalogAbsoluteValue = 87;
 
 WritePlan IOSetup::Plan() const
 {
-    WriteRehearsal rehearsal(model_);
+    WriteRehearsal rehearsal(table_);
     if (IsInputBranch())
         PlanInput(rehearsal);
     else
         PlanOutput(rehearsal);
-    if (saveInDrive && model_.PortOpen())
+    if (saveInDrive && table_.PortOpen())
         rehearsal.SaveInDrive();
     return rehearsal.Plan();
 }
@@ -36,10 +36,10 @@ void IOSetup::PlanInput(WriteRehearsal &rehearsal) const
         return;
     const int i = IOIndex();
     for (const int other : overwritten)
-        if (other != DestinationParam() && model_.Value(other) == Destination)
+        if (other != DestinationParam() && table_.Value(other) == Destination)
             rehearsal.Write(other, 0, true);
     // On line the drive's acknowledgement refreshes what hangs on the link.
-    rehearsal.Write(DestinationParam(), Destination, !model_.PortOpen());
+    rehearsal.Write(DestinationParam(), Destination, !table_.PortOpen());
     if (IsAnalogInput()) {
         rehearsal.Write(28 + i, polarity == Bipolar ? 1 : 0);
         if (!IsVoltageOnly())
@@ -56,7 +56,7 @@ void IOSetup::PlanInput(WriteRehearsal &rehearsal) const
 void IOSetup::PlanOutput(WriteRehearsal &rehearsal) const
 {
     const int i = IOIndex();
-    const bool refresh = !model_.PortOpen();
+    const bool refresh = !table_.PortOpen();
     switch (outputType) {
     case RelayOutput:
         rehearsal.Write(SourceParam(), Source, refresh);
@@ -88,7 +88,7 @@ void IOSetup::PlanOutput(WriteRehearsal &rehearsal) const
 void IOSetup::PlanValues(WriteRehearsal &rehearsal, const ValuesView &view, const ValuePair &values,
                          int scaleParam) const
 {
-    const std::int32_t attributes = rehearsal.Table().ParamTable[scaleParam].Attributes;
+    const std::int32_t attributes = rehearsal.Table()[scaleParam].Attributes;
     const int params[] = {BiasParam(), GainParam()};
     for (std::size_t i = view.hasFirst ? 0 : 1; i < 2; ++i) {
         const QString text = view.IsListed() ? QString::number(values.picks[i]) : values.texts[i];
@@ -104,23 +104,23 @@ void IOSetup::PlanScaledOutput(WriteRehearsal &rehearsal, double fullScale, doub
 {
     constexpr std::int32_t fullRange = 10000;
     constexpr std::int32_t clippedGain = 20000;
-    const Model &table = rehearsal.Table();
+    const ParameterTable &table = rehearsal.Table();
     const int biasParam = BiasParam();
     const int gainParam = GainParam();
 
     rehearsal.Write(biasParam, ConvertEntry(QStringLiteral("Bias"), [&] {
                         const double percent = CDbl(outputValues.texts[0]) / fullScale * 100.0;
-                        return EntryToRaw(DoubleText(percent), table.ParamTable[biasParam].Attributes);
+                        return EntryToRaw(DoubleText(percent), table[biasParam].Attributes);
                     }));
     std::int32_t gain = ConvertEntry(QStringLiteral("Gain"), [&] {
-        const std::int32_t sourceMax = table.ParamTable[Source].Max;
+        const std::int32_t sourceMax = table[Source].Max;
         const double span = CDbl(outputValues.texts[1]) * gainFactor - table.Value(biasParam);
         return sourceMax >= fullRange ? CLng(span) : CLng(CheckedDivide(span, sourceMax) * fullRange);
     });
-    if (gain > table.ParamTable[gainParam].Max) {
+    if (gain > table[gainParam].Max) {
         gain = clippedGain;
         rehearsal.Notice(QStringLiteral("Due to the limited range of (%1) ").arg(Source) +
-                         model_.ParamTable[Source].Name +
+                         table_[Source].Name +
                          QStringLiteral(",\r\nthe output cannot achieve the desired level of ") +
                          outputValues.texts[1] + u' ' + unitName + u'.');
     }

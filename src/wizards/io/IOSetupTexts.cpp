@@ -84,7 +84,7 @@ void TakeScale(ValuesView &view, const ParamRecord &record)
 
 ValuesView IOSetup::InputValuesView() const
 {
-    const ParamRecord &record = model_.ParamTable[Destination];
+    const ParamRecord &record = table_[Destination];
     ValuesView view = ViewOf(IsDigitalInput() ? DigitalInputText : ScaledInputText, record.Name);
     TakeScale(view, record);
     if (IsBipolarAnalog()) {
@@ -96,7 +96,7 @@ ValuesView IOSetup::InputValuesView() const
 
 ValuesView IOSetup::OutputValuesView() const
 {
-    const ParamRecord &record = model_.ParamTable[Source];
+    const ParamRecord &record = table_[Source];
     if (outputType == RelayOutput || IsDigitalMode()) {
         ValuesView view = ViewOf(outputType == RelayOutput ? RelayText : DigitalOutputText, record.Name);
         TakeScale(view, record);
@@ -125,7 +125,7 @@ QString IOSetup::AnalogRangeText() const
 
 QString IOSetup::CalibrateText() const
 {
-    const bool online = model_.PortOpen();
+    const bool online = table_.PortOpen();
     if (!IsAnalogInput())
         return online
                    ? QStringLiteral("Adjust external frequency signal to 0 Hz (or minimum level) and click "

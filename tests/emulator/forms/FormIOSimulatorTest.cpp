@@ -37,7 +37,7 @@ protected:
         return QTest::qWaitFor([&] { return Text(label) == text; });
     }
 
-    DriveEmulator emulator{desk.model};
+    DriveEmulator emulator{desk.table};
 };
 
 TEST_F(FormIOSimulatorTest, ClosedDigitalInputReachesItsDestinationAndARelay)
@@ -190,7 +190,7 @@ TEST_F(FormIOSimulatorTest, OutputsAreShownInTheirUnits)
 TEST_F(FormIOSimulatorTest, OnLineInputsAreGreyAndWriteNoLimitBack)
 {
     Show();
-    desk.online = true;
+    desk.table.SetPortOpen(true);
     P(139) = 3000;
     P(140) = -3000;
     Tick();
@@ -198,7 +198,7 @@ TEST_F(FormIOSimulatorTest, OnLineInputsAreGreyAndWriteNoLimitBack)
     EXPECT_EQ(P(139), 3000);
     EXPECT_EQ(P(140), -3000);
     for (const bool online : {true, false}) {
-        desk.online = online;
+        desk.table.SetPortOpen(online);
         for (const char *input : {"HScrollAnalogInputStatus", "HScrollFreqInputStatus", Open, Closed})
             EXPECT_TRUE(QTest::qWaitFor([&] { return Enabled(input) == !online; })) << input;
     }

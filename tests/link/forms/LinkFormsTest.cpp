@@ -30,7 +30,7 @@ protected:
     QString StoredDevice(int number) { return Ports(desk.settings).DeviceOf(number); }
 
     ScriptedPeer peer;
-    DriveLink link{desk.model, LinkTimings{.scanPause = 40, .replyTimeout = 150, .sizeErrorPause = 60}};
+    DriveLink link{desk.table, LinkTimings{.scanPause = 40, .replyTimeout = 150, .sizeErrorPause = 60}};
 };
 
 TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
@@ -113,7 +113,7 @@ TEST_F(LinkFormsTest, OfflineAsksForTheModel)
     EXPECT_FALSE(form->OnlineChosen());
     EXPECT_EQ(P(Param::DriveModel), 23) << "the lower of the two codes with this text";
     EXPECT_EQ(P(Param::DriveCurrent), 256);
-    EXPECT_FALSE(desk.model.FileModified);
+    EXPECT_FALSE(desk.document.FileModified);
 }
 
 TEST_F(LinkFormsTest, OnlineLeavesTheModelToTheDrive)

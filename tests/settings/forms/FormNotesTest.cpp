@@ -12,7 +12,7 @@ class Notes : public WindowTest
 protected:
     void Open(const Name &notes)
     {
-        desk.model.Notes = notes;
+        desk.document.Notes = notes;
         Show<FormNotes>(&desk.mainWindow);
         text = Find<QPlainTextEdit>("Text1");
     }
@@ -24,14 +24,15 @@ TEST_F(Notes, FillingIsNoEditAndTypingIsOne)
 {
     Open(QStringLiteral("line <b>one</b>\nno\u00a0break"));
     EXPECT_EQ(Text("Text1"), "line <b>one</b>\nno break");
-    EXPECT_FALSE(desk.model.FileModified);
+    EXPECT_FALSE(desk.document.FileModified);
     QTest::keyClicks(text, QStringLiteral("!"));
-    EXPECT_TRUE(desk.model.FileModified);
-    EXPECT_EQ(desk.model.Notes, QStringLiteral("line <b>one</b>\nno\u00a0break")) << "taken over on closing";
-    EXPECT_EQ(desk.model.TypedNotes, QStringLiteral("line <b>one</b>\nno\u00a0break!"));
+    EXPECT_TRUE(desk.document.FileModified);
+    EXPECT_EQ(desk.document.Notes, QStringLiteral("line <b>one</b>\nno\u00a0break"))
+        << "taken over on closing";
+    EXPECT_EQ(desk.document.TypedNotes, QStringLiteral("line <b>one</b>\nno\u00a0break!"));
     Press(Qt::Key_Escape);
-    EXPECT_EQ(desk.model.Notes, QStringLiteral("line <b>one</b>\nno\u00a0break!"));
-    EXPECT_EQ(desk.model.TypedNotes, std::nullopt);
+    EXPECT_EQ(desk.document.Notes, QStringLiteral("line <b>one</b>\nno\u00a0break!"));
+    EXPECT_EQ(desk.document.TypedNotes, std::nullopt);
 }
 
 TEST_F(Notes, TakesNoMoreThan255CharactersAndLosesNoneThatStoodThere)
@@ -55,7 +56,7 @@ TEST_F(Notes, TakesNoMoreThan255CharactersAndLosesNoneThatStoodThere)
     text->selectAll();
     text->insertPlainText(QString(300, u'\n'));
     Click("CommandClose");
-    EXPECT_EQ(desk.model.Notes, QString(255, u'\n'));
+    EXPECT_EQ(desk.document.Notes, QString(255, u'\n'));
 }
 
 } // namespace quorvik::testing

@@ -27,7 +27,7 @@ TEST_F(SelectDriveModel, OpensOnThePresentModelAndChoosingIsNoEdit)
         EXPECT_EQ(P(Param::DriveModel), code);
         EXPECT_EQ(P(Param::DriveCurrent), amps);
         EXPECT_EQ(Record(Param::MotorCurrent).Min, minMotorAmps);
-        EXPECT_FALSE(desk.model.FileModified);
+        EXPECT_FALSE(desk.document.FileModified);
         EXPECT_EQ(Record(Param::DriveModel).WriteFlag, WriteState::None);
     }
 }

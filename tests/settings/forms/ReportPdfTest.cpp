@@ -83,7 +83,7 @@ protected:
     /** Opens the list of the changed parameters, which is empty at first. */
     void OpenChangedList()
     {
-        for (int p = 0; p <= desk.model.LastParam; ++p)
+        for (int p = 0; p <= desk.table.LastParam; ++p)
             Record(p).Preset = P(p);
         OpenViewParameters(desk.desk, print, ReportFilter::ChangedFromDefault);
         window = desk.forms.At(1);
@@ -98,7 +98,7 @@ protected:
     /** Exports under a name without its suffix, as one kind. */
     void Export(const char *name, int kind)
     {
-        desk.model.FileName = desk.folder.filePath(Name("set.Svx"));
+        desk.document.FileName = desk.folder.filePath(Name("set.Svx"));
         InModal([this] { Click("CommandExport"); },
                 [=](const Controls &dialog) {
                     QTest::keyClick(dialog.Find("fileTypeCombo"), kind == 0 ? Qt::Key_Home : Qt::Key_End);
@@ -116,11 +116,11 @@ protected:
 TEST_F(Report, HoldsEveryParameterOnceInsideThePaper)
 {
     std::string everyNumber;
-    for (int p = 0; p <= desk.model.LastParam; ++p)
-        everyNumber += std::to_string(p) + (p == desk.model.LastParam ? "" : " ");
+    for (int p = 0; p <= desk.table.LastParam; ++p)
+        everyNumber += std::to_string(p) + (p == desk.table.LastParam ? "" : " ");
     for (const bool isLetter : {true, false}) {
         paper = isLetter ? QPageSize::Letter : QPageSize::A4;
-        desk.model.Notes = isLetter ? QString(255, u'@') : QStringLiteral("@\n").repeated(127);
+        desk.document.Notes = isLetter ? QString(255, u'@') : QStringLiteral("@\n").repeated(127);
         const QStringList pages = Print();
         EXPECT_GE(pages.size(), 7);
         EXPECT_EQ(pages.join(QString()).count(u'@'), isLetter ? 255 : 127);
@@ -149,7 +149,7 @@ TEST_F(Report, HoldsEveryParameterOnceInsideThePaper)
 
 TEST_F(Report, TellsTitlesNotesAndHeadsInTheirOrder)
 {
-    desk.model.Notes = QStringLiteral("first line\r\nsecond line");
+    desk.document.Notes = QStringLiteral("first line\r\nsecond line");
     const QString page = Print().first();
     qsizetype position = 0;
     for (const QString &text : QStringLiteral("Page 1|Sarvex Parameters|Quorvik Version: " QUORVIK_VERSION

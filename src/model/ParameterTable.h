@@ -3,32 +3,12 @@
 #include "model/ParamTable.h"
 
 #include <QObject>
-#include <array>
-#include <functional>
-#include <optional>
+#include <memory>
 
 namespace quorvik
 {
 
-/** One slot of the virtual operator: 0 to 5 Signal A to F, 6 to 11 Digital A to F. */
-struct VirtualSetting {
-    std::int16_t Destination = 0; ///< the parameter written, 0 for an empty slot
-    std::int32_t BiasOpen = 0;
-    std::int32_t GainClosed = 0;
-    std::int32_t Status = 0;
-
-    bool operator==(const VirtualSetting &) const = default;
-};
-
-/** What the I/O Mentor opens on. */
-struct WizardIOStartRecord {
-    std::uint8_t outputs = 0;     ///< 0 inputs, 1 outputs
-    std::uint8_t kind = 0;        ///< index of the kind
-    std::uint8_t member = 0;      ///< zero-based input or output
-    std::uint8_t freqDigMode = 0; ///< 0 frequency, 1 digital
-};
-
-/** Access classes; they index AccessText() and Model::Colors. */
+/** Access classes; they index AccessText() and AccessColors. */
 namespace Access
 {
 inline constexpr int ReadWrite = 0;
@@ -39,58 +19,80 @@ inline constexpr int LinkedDestination = 4;
 inline constexpr int Empty = 5;
 } // namespace Access
 
-/**
- * The program's state: the one parameter table, its factory state, the open file's marks, and the rules that
- * tie parameters to each other. Owned by main, shared by all, no window and no second copy of a value
- * anywhere.
- *
- * Every routine with a parameter number raises RuntimeFailure when the number lies outside the table.
- */
-class Model : public QObject
+/** Why a value changed. */
+enum class ChangeCause : std::uint8_t {
+    Entered,   ///< the user's edit, or logic on the user's behalf; it is to reach the drive
+    Drive,     ///< the drive has told it
+    Emulated,  ///< computed, with no drive attached
+    File,      ///< a settings file was opened
+    Factory,   ///< back to the factory state
+    Rule,      ///< another parameter's rule holds it within its limits
+    Command,   ///< a command was carried out, or cannot be any more
+    TakenBack, ///< the drive refused what was entered
+};
+
+struct ParamChange {
+    int param = 0;
+    std::int32_t before = 0; ///< raw
+    std::int32_t after = 0;  ///< raw
+    ChangeCause cause = ChangeCause::Entered;
+};
+
+/** What a table announces. Listeners are called from within the change, so they must not wait. */
+class TableSignals : public QObject
 {
     Q_OBJECT
 
-public:
-    Model();
+Q_SIGNALS:
+    /** A value is another one than before. */
+    void Changed(const quorvik::ParamChange &change);
+    /** A value was entered, whether or not it is another one.
+     * @param modified what becomes of the marks of file and drive, unless p is a memory command. */
+    void Entered(int p, bool modified);
+};
 
-    RecordArray ParamTable;
+/**
+ * The parameters with their factory state, and the rules that tie them to each other. The program's own table
+ * is shared by all, and there is no second copy of a value. A copy has the records and no listeners; it is a
+ * scratch to try writes on.
+ *
+ * Every routine with a parameter number raises RuntimeFailure when the number lies outside the table.
+ */
+class ParameterTable
+{
+public:
+    ParameterTable();
+    ParameterTable(const ParameterTable &other);
+    ParameterTable &operator=(const ParameterTable &) = delete;
+    ~ParameterTable();
+
     RecordArray PresetTable; ///< as read from Presets.fil; never changed by editing
     std::int16_t FileLastParam = -1;
     std::int16_t LastParam = -1; ///< the highest parameter that exists for the program; all loops run 0 to it
-
-    /** The name of a set that is in no file. */
-    static const QString &Unnamed();
-
-    QString FileName = Unnamed(); ///< full path of the open settings file, or "unnamed"
-    QString Notes;
-    bool FileModified = false; ///< the title's asterisk; a write that is no edit takes it away
-    /** Edits that no file holds yet, whether or not the asterisk still shows them. */
-    bool HasUnsavedEdits = false;
-    /** What stands in the window of the notes while it is open and has been typed in. */
-    std::optional<QString> TypedNotes;
-    bool DriveModified = false;
     bool WritePending = false;
-    /** A reading of the drive's table did not come to its end: rows of it are the drive's, the others not. */
-    bool HalfRead = false;
     /** On line, and the drive has not told its state yet: what the table holds is older than the link. */
     bool DriveStateUnread = false;
+    /** The parameter edited last; what hangs on it follows every write that the drive takes. */
+    std::int16_t EditParamNumber = 0;
 
-    std::array<std::int32_t, 6> Colors{};        ///< 0xBBGGRR by access class
-    std::array<std::int32_t, 6> DefaultColors{}; ///< 0xBBGGRR by access class
+    TableSignals &Signals() const { return *signals_; }
 
-    std::array<VirtualSetting, 12> VirtualSettings;
-    WizardIOStartRecord WizardIOStart;
+    /** Whether the port is open: the only on-line state of the program. Set by whoever owns the link. */
+    bool PortOpen() const { return portOpen_; }
+    void SetPortOpen(bool open) { portOpen_ = open; }
 
-    /** Whether the port is open: the only on-line state of the program. Filled in by whoever owns the link.
-     */
-    std::function<bool()> PortOpen = [] { return false; };
-
-    /** Fills DefaultColors and empties Colors; the first step of start-up, before a table is read. */
-    void InitColors();
+    const ParamRecord &operator[](int p) const { return records_[p]; }
+    /** The record for whoever fills the table or keeps its flags. A value changed through it is announced to
+     * nobody. */
+    ParamRecord &Row(int p) { return records_[p]; }
+    const RecordArray &Records() const { return records_; }
+    int UpperBound() const { return records_.UpperBound(); }
+    void Resize(int upperBound) { records_.Resize(upperBound); }
 
     QString FullName(int p) const; ///< "(number) name", as messages call a parameter
-    /** Value of a parameter. */
-    std::int32_t Value(int p) const { return ParamTable[p].Value; }
+    std::int32_t Value(int p) const { return records_[p].Value; }
+    /** Stores a value, and announces it where it is another one; nothing is sent. */
+    void SetValue(int p, std::int32_t rawValue, ChangeCause cause);
 
     bool AttrBit(std::int32_t mask, int p) const; ///< Attributes AND mask is above 0
     bool DriveIsStopped() const;                  ///< parameter 422 is 0 (Stop) or 8 (EStop)
@@ -109,7 +111,7 @@ public:
 
     /**
      * The one way in which logic changes a value that is to reach the drive.
-     * @param modified copied into both marks unless p is 406 or 407; False clears them.
+     * @param modified what becomes of the marks of file and drive; see TableSignals::Entered().
      * @param refresh run RefreshDependentParams(p) at once.
      */
     void SetParamValue(int p, std::int32_t rawValue, bool modified, bool refresh);
@@ -117,6 +119,8 @@ public:
     /** Stores a value and queues its write, with no mark set. Run, Stop and Jog go before all other writes.
      */
     void QueueWrite(int p, std::int32_t rawValue);
+    /** Gives up the write of p, and puts its value back to 0: of a command that will not be carried out. */
+    void DropCommand(int p);
 
     /** Sets WriteFlag of every writable parameter but the clock's; state 2 also sets WritePending. */
     void SetAllWriteFlags(std::uint8_t state);
@@ -141,31 +145,17 @@ public:
     void RefreshAllDependents(std::int32_t mask = 0);
     void RestoreLimits(int p); ///< Min, Max, Attributes from the factory table
     void ClampValue(int p);
-    void ResetToDefaults(); ///< table back to the factory state, with all rules applied
-
-    void ClearVirtualSettings();
-
-    /** The set as a whole holds edits that no file has, or none: sets FileModified and HasUnsavedEdits, and
-     * announces the title. */
-    void MarkFile(bool modified);
-
-    /** Announces the title that FileName and FileModified now make. */
-    void UpdateTitle();
-    QString Title() const; ///< "Quorvik - [name]" or "Quorvik - [name*]", and whether it is read by half
-
-    /** The parameter edited last; what hangs on it follows every write that the drive takes. */
-    std::int16_t EditParamNumber = 0;
-
-Q_SIGNALS:
-    void TitleChanged(const QString &title);
-    /** A settings file has been read into VirtualSettings. */
-    void VirtualSettingsLoaded();
+    void ResetToDefaults(); ///< back to the factory state, with all rules applied
 
 private:
     void ChangeReadFlag(int p, int delta);
     void ApplyRule(int p);
     void CopyLimits(int from, int to);
     void FollowSource(int p);
+
+    RecordArray records_;
+    std::unique_ptr<TableSignals> signals_;
+    bool portOpen_ = false;
 };
 
 } // namespace quorvik
