@@ -178,6 +178,8 @@ TEST_F(WireTrace, HoldsWhatTheDriveIsSent)
 {
     Store("Ports", "Com16", line.Device());
     LoadQuietly();
+    // What it computes between two steps would be sent.
+    main->AllEngines().emulator.TimerEmulateSvx.stop();
     const Name ask("Write current parameter settings");
     const Name save("Save Changes in Drive?");
 
