@@ -54,7 +54,7 @@ function(quorvik_engine name)
     quorvik_library(${name} core "${sources}" Qt6::Core ${ARGN})
 endfunction()
 
-# quorvik_windows(<name> <libraries...>): the same for a room that holds windows, with its subfolders.
+# quorvik_windows(<name> <libraries...>): the same for a folder that holds windows, with its subfolders.
 function(quorvik_windows name)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
     quorvik_library(${name} widgets "${sources}" Qt6::Widgets ${ARGN})

@@ -23,8 +23,8 @@ class StatusBarMain;
 class WindowCommands;
 
 /**
- * The one main window and the life of the run: menus, status bar, child windows, and the road between the
- * engines and the windows. It owns the engines; no other room knows it.
+ * The one main window and the life of the run: menus, status bar, child windows, and what ties the
+ * engines to the windows. It owns the engines; nothing outside the shell knows it.
  */
 class MDIFormMain : public QMainWindow
 {

@@ -62,7 +62,7 @@ TEST_F(DriveEmulatorTest, PanelsShowStateOnLineOnlyAndModelAlways)
 
 TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
 {
-    const std::tuple<const char *, Values, int, std::int32_t, int> roads[] = {
+    const std::tuple<const char *, Values, int, std::int32_t, int> paths[] = {
         {"analog input to current demand", {{23, 97}, {53, 4095}, {139, 70}, {110, 1}}, 111, 70, 1},
         {"digital over analog input", {{23, 217}, {139, 9}, {53, 4095}, {7, 217}, {14, 33}}, 217, 33, 1},
         {"highest digital input", {{1, 217}, {8, 5}, {7, 217}, {14, 33}}, 217, 33, 1},
@@ -76,7 +76,7 @@ TEST_F(DriveEmulatorTest, OrderDecidesWhichTickAValueArrivesIn)
         {"motor-operated potentiometer", {{322, 1}, {323, 5}}, 324, 5, 1},
         {"threshold to relay", {{177, 5}, {181, 9}, {69, 182}, {75, 9}, {78, 1}}, 165, 1, 2},
     };
-    for (const auto &[what, given, target, raw, arrival] : roads) {
+    for (const auto &[what, given, target, raw, arrival] : paths) {
         SCOPED_TRACE(what);
         ParameterTable own;
         FillPlainTable(own);
