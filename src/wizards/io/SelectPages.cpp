@@ -6,6 +6,7 @@
 #include "platform/Guard.h"
 #include "wizards/io/IOPictures.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QGroupBox>
