@@ -1,0 +1,44 @@
+#include "ModelFixture.h"
+
+#include <QObject>
+
+namespace quorvik::testing
+{
+
+TEST_F(ModelTest, EachChangeIsAnnouncedWithItsCauseAndACopyHasNoListeners)
+{
+    std::vector<std::tuple<int, int, int, ChangeCause>> changes;
+    std::vector<std::pair<int, bool>> entries;
+    QObject::connect(&table.Signals(), &TableSignals::Changed, [&](const ParamChange &change) {
+        changes.emplace_back(change.param, change.before, change.after, change.cause);
+    });
+    QObject::connect(&table.Signals(), &TableSignals::Entered,
+                     [&](int p, bool modified) { entries.emplace_back(p, modified); });
+    table.SetValue(100, 7, ChangeCause::Drive);
+    table.SetValue(100, 7, ChangeCause::Drive); // a poll that tells nothing new
+    table.SetParamValue(100, 7, true, false);
+    table.SetParamValue(100, 9, false, false);
+    table.SetParamValue(406, 1, true, false);
+    table.DropCommand(406);
+    At(101).Value = 2000;
+    table.ClampValue(101);
+
+    ParameterTable scratch(table);
+    scratch.SetParamValue(100, 50, true, false);
+    EXPECT_EQ(scratch.Value(100), 50);
+    EXPECT_EQ(table.Value(100), 9);
+    EXPECT_EQ(scratch.LastParam, table.LastParam);
+
+    table.ResetToDefaults();
+    const std::vector<std::tuple<int, int, int, ChangeCause>> expected = {
+        {100, 0, 7, ChangeCause::Drive},      {100, 7, 9, ChangeCause::Entered},
+        {406, 0, 1, ChangeCause::Entered},    {406, 1, 0, ChangeCause::Command},
+        {101, 2000, 1000, ChangeCause::Rule}, {100, 9, 0, ChangeCause::Factory},
+        {101, 1000, 0, ChangeCause::Factory}, {122, 174, 0, ChangeCause::Factory},
+        {123, 174, 0, ChangeCause::Factory},  {122, 0, 174, ChangeCause::Rule},
+        {123, 0, 174, ChangeCause::Rule}};
+    EXPECT_EQ(changes, expected);
+    EXPECT_EQ(entries, (std::vector<std::pair<int, bool>>{{100, true}, {100, false}, {406, true}}));
+}
+
+} // namespace quorvik::testing
