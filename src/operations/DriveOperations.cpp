@@ -65,8 +65,9 @@ void DriveOperations::GoOffLine(OffLineReason reason)
     const QScopedValueRollback leaving(leaving_, true);
     BeforeLeaving(reason);
     // A Stop that was pressed a moment ago leaves before the line does.
-    PumpWhile([this] { return link_.PortOpen() && !link_.OffLineRequested && link_.HasFirstWrite(); },
-              QDeadlineTimer(link_.Timings().lastCommand));
+    if (reason != OffLineReason::BrokenOff)
+        PumpWhile([this] { return link_.PortOpen() && !link_.OffLineRequested && link_.HasFirstWrite(); },
+                  QDeadlineTimer(link_.Timings().lastCommand));
     if (link_.PortOpen())
         link_.Close();
 }

@@ -52,7 +52,9 @@ FormProgressBar::FormProgressBar(Desk &desk, QWidget *owner, Progress &progress)
 void FormProgressBar::reject()
 {
     progress_.Cancel();
-    DialogForm::reject();
+    // An operation that ended at once has closed the window.
+    if (isVisible())
+        DialogForm::reject();
 }
 
 } // namespace quorvik
