@@ -37,7 +37,7 @@ enum class LinkFault { DamagedReply, WrongLength, NoReply };
 enum class Restart : std::uint8_t { None = 0, ReInitialize = 1, Reset = 2 };
 
 /**
- * The serial engine: keeps ParameterTable::ParamTable equal to the drive's table.
+ * The serial engine: keeps the parameter table equal to the drive's.
  *
  * There is no thread and no queue: SerialCommTimer, SerialCommTimeout and the port's OnComm form one chain of
  * callbacks, and the work list is the flags of the table. In a healthy link exactly one of the two timers is

@@ -21,7 +21,7 @@ void ShowVirtualOperator(MDIFormMain &main);
 
 /** Opens where the drive's model is known; else tells what to do about it. */
 void ShowBasicMentor(MDIFormMain &main);
-/** Opens on ParameterTable::WizardIOStart. */
+/** Opens on Desk::WizardIOStart. */
 void ShowIOMentor(MDIFormMain &main);
 
 } // namespace quorvik

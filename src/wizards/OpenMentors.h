@@ -13,7 +13,7 @@ class DriveLink;
  */
 void OpenBasicSetup(Desk &desk, DriveLink &link, QWidget *owner, const std::function<void()> &changeModel);
 
-/** Opens the I/O Mentor on ParameterTable::WizardIOStart. */
+/** Opens the I/O Mentor on Desk::WizardIOStart. */
 void OpenIOSetup(Desk &desk, DriveLink &link, QWidget *owner);
 
 } // namespace quorvik

@@ -15,7 +15,7 @@ class OutputPage;
 class ParameterPage;
 class ValuesPage;
 
-/** The I/O Mentor: sets up one input or one output, opening on the one that ParameterTable::WizardIOStart
+/** The I/O Mentor: sets up one input or one output, opening on the one that Desk::WizardIOStart
  * names. */
 class FormWizardIO : public MentorForm<IOSetup, IOChecks>
 {
