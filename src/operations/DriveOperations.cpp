@@ -88,7 +88,7 @@ OperationResult DriveOperations::ToggleComStatus()
             rules_.ShowStopModeMessage();
             return {Outcome::Refused};
         }
-        if (const OperationResult online = GoOnLine(); !online.IsDone())
+        if (OperationResult online = GoOnLine(); !online.IsDone())
             return online;
         table_.SetAllWriteFlags(WriteState::Queued);
         return SendAll();
@@ -114,7 +114,7 @@ OperationResult DriveOperations::ReadAnew()
 {
     // Before the link opens: what was to be sent would be in the way of the reading.
     table_.DropAllWrites();
-    const OperationResult online = GoOnLine();
+    OperationResult online = GoOnLine();
     return online.IsDone() ? ReadAll() : online;
 }
 

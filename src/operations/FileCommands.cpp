@@ -91,7 +91,7 @@ OperationResult FileCommands::ReadFromDrive()
     if (!saving_.PromptSaveChanges())
         return {Outcome::Cancelled};
     table_.DropAllWrites();
-    if (const OperationResult online = drive_.GoOnLine(); !online.IsDone())
+    if (OperationResult online = drive_.GoOnLine(); !online.IsDone())
         return online;
     OperationResult result = drive_.ReadAll();
     // What came from the drive is a new set that nobody saved. A reading that did not come to its end has
@@ -108,7 +108,7 @@ OperationResult FileCommands::WriteToDrive()
         rules_.ShowStopModeMessage();
         return {Outcome::Refused};
     }
-    if (const OperationResult online = drive_.GoOnLine(); !online.IsDone())
+    if (OperationResult online = drive_.GoOnLine(); !online.IsDone())
         return online;
     table_.SetAllWriteFlags(WriteState::Queued);
     document_.DriveModified = true;
