@@ -11,11 +11,9 @@ namespace quorvik::testing
 
 TEST(EmulatedControlBlocks, AuxPI)
 {
-    const std::vector<BlockCase> cases = {
-        {"error", {{350, 5}, {351, 12}}, {{352, -7}}},
-        {"overflow", {{350, Highest}, {351, -1}, {352, 3}}, {{352, 3}}, OutOfRange("350, 351")},
-    };
-    RunCases("Aux PI", &DriveEmulator::EmulateAuxPI, cases);
+    RunCases("Aux PI", &DriveEmulator::EmulateAuxPI,
+             {{"error", {{350, 5}, {351, 12}}, {{352, -7}}},
+              {"overflow", {{350, Highest}, {351, -1}, {352, 3}}, {{352, 3}}, OutOfRange("350, 351")}});
 }
 
 TEST(EmulatedControlBlocks, CurrentLoop)
@@ -24,39 +22,32 @@ TEST(EmulatedControlBlocks, CurrentLoop)
                           std::int32_t negative) {
         return Values{{98, aux}, {205, demand}, {99, positive}, {100, negative}, {102, 10}};
     };
-    const std::vector<BlockCase> cases = {
-        {"velocity loop", {{205, 7}, {97, 8}, {99, 100}}, {{111, 7}, {101, 7}, {103, 7}}},
-        {"torque reference", {{110, 1}, {205, 7}, {97, 8}, {99, 100}}, {{111, 8}, {101, 8}, {103, 8}}},
-        {"mode 3 takes nothing", {{109, 1}, {110, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
-        {"mode 255 is a mode", {{109, 127}, {110, 1}, {111, 5}}, {{111, 0}}},
-        {"mode 256 is none", {{109, 128}, {111, 5}}, {{111, 5}}, OutOfRange("109, 110")},
-        {"mode of 33 bits", {{109, Highest}, {111, 5}}, {{111, 5}}, OutOfRange("109, 110")},
-        {"limited", given(500, 600, 1000, -1000), {{101, 1000}, {103, 990}, {111, 600}}},
-        {"limited below", given(-500, -600, 1000, -1000), {{101, -1000}, {103, -1010}, {111, -600}}},
-        {"a positive lower limit lifts a negative sum",
-         given(0, -5, 1000, 300),
-         {{101, 300}, {103, 290}, {111, -5}}},
-        {"a sum of 0 is never limited", given(0, 0, -5, 5), {{101, 0}, {103, -10}}},
-        {"a negative upper limit is looked at from below",
-         given(0, 5, -100, -50),
-         {{101, -50}, {103, -60}, {111, 5}}},
-        {"sum", given(Highest, 1, 5, -5), {{111, 1}, {101, 0}}, OutOfRange("98, 111")},
-        {"error", {{205, 5}, {99, 9}, {102, Lowest}}, {{101, 5}, {111, 5}}, OutOfRange("101, 102")},
-    };
-    RunCases("Current Loop", &DriveEmulator::EmulateCurrentLoop, cases);
+    RunCases("Current Loop", &DriveEmulator::EmulateCurrentLoop,
+             {{"velocity loop", {{205, 7}, {97, 8}, {99, 100}}, {{111, 7}, {101, 7}, {103, 7}}},
+              {"torque reference", {{110, 1}, {205, 7}, {97, 8}, {99, 100}}, {{111, 8}, {101, 8}, {103, 8}}},
+              {"mode 3 takes nothing", {{109, 1}, {110, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
+              {"mode 255 is a mode", {{109, 127}, {110, 1}, {111, 5}}, {{111, 0}}},
+              {"mode 256 is none", {{109, 128}, {111, 5}}, {{111, 5}}, OutOfRange("109, 110")},
+              {"limited", given(500, 600, 1000, -1000), {{101, 1000}, {103, 990}, {111, 600}}},
+              {"limited below", given(-500, -600, 1000, -1000), {{101, -1000}, {103, -1010}, {111, -600}}},
+              {"a positive lower limit lifts a negative sum",
+               given(0, -5, 1000, 300),
+               {{101, 300}, {103, 290}, {111, -5}}},
+              {"a sum of 0 is never limited", given(0, 0, -5, 5), {{101, 0}, {103, -10}}},
+              {"a negative upper limit is looked at from below",
+               given(0, 5, -100, -50),
+               {{101, -50}, {103, -60}, {111, 5}}},
+              {"sum", given(Highest, 1, 5, -5), {{111, 1}, {101, 0}}, OutOfRange("98, 111")}});
 }
 
 TEST(EmulatedControlBlocks, FieldLoop)
 {
-    const std::vector<BlockCase> cases = {
-        {"offsets", {{342, 12}, {343, 34}}, {{336, -12}, {337, 12}, {333, -34}, {334, -34}}},
-        {"enabled and open loop", {{331, 1}, {329, 1}, {330, 77}}, {{328, 77}}},
-        {"closed loop", {{331, 1}, {329, 0}, {330, 77}, {328, 5}}, {{328, 0}}},
-        {"disabled", {{331, 0}, {329, 1}, {330, 77}, {328, 5}}, {{328, 0}}},
-        {"lowest offset", {{342, Lowest}, {343, 1}}, {{333, 0}}, OutOfRange("342")},
-        {"lowest voltage offset", {{342, 4}, {343, Lowest}}, {{337, 4}, {336, -4}}, OutOfRange("343")},
-    };
-    RunCases("Field Loop", &DriveEmulator::EmulateFieldLoop, cases);
+    RunCases("Field Loop", &DriveEmulator::EmulateFieldLoop,
+             {{"offsets", {{342, 12}, {343, 34}}, {{336, -12}, {337, 12}, {333, -34}, {334, -34}}},
+              {"enabled and open loop", {{331, 1}, {329, 1}, {330, 77}}, {{328, 77}}},
+              {"closed loop", {{331, 1}, {329, 0}, {330, 77}, {328, 5}}, {{328, 0}}},
+              {"disabled", {{331, 0}, {329, 1}, {330, 77}, {328, 5}}, {{328, 0}}},
+              {"lowest offset", {{342, Lowest}, {343, 1}}, {{333, 0}}, OutOfRange("342")}});
 }
 
 TEST(EmulatedControlBlocks, VelocityLoop)
@@ -64,30 +55,25 @@ TEST(EmulatedControlBlocks, VelocityLoop)
     const auto given = [](std::int32_t select) {
         return Values{{129, 1000}, {130, 3}, {194, 10}, {195, 20}, {196, 30}, {197, select}};
     };
-    const std::vector<BlockCase> cases = {
-        {"armature", given(0), {{193, 7}, {192, 993}}},
-        {"tachometer", given(1), {{193, 17}, {192, 983}}},
-        {"any other is the encoder", given(-1), {{193, 27}, {192, 973}}},
-        {"feedback", {{194, Highest}, {130, -1}, {193, 9}}, {{193, 9}}, OutOfRange("194, 130")},
-        {"error", {{129, Lowest}, {194, 1}}, {{193, 1}}, OutOfRange("129, 193")},
-    };
-    RunCases("Velocity Loop", &DriveEmulator::EmulateVelocityLoop, cases);
+    RunCases("Velocity Loop", &DriveEmulator::EmulateVelocityLoop,
+             {{"armature", given(0), {{193, 7}, {192, 993}}},
+              {"tachometer", given(1), {{193, 17}, {192, 983}}},
+              {"any other is the encoder", given(-1), {{193, 27}, {192, 973}}},
+              {"feedback", {{194, Highest}, {130, -1}, {193, 9}}, {{193, 9}}, OutOfRange("194, 130")}});
 }
 
 TEST(EmulatedControlBlocks, InternalLinks)
 {
-    const std::vector<BlockCase> cases = {
-        {"the last link", {{404, 217}, {405, 218}, {217, 44}}, {{218, 44}}},
-        {"cut above", {{366, 217}, {367, 218}, {217, 500}}, {{218, 100}}, "", {{218, 100}}},
-        {"cut below", {{366, 217}, {367, 218}, {217, -500}}, {{218, -100}}, "", {{218, 100}}},
-        {"unset links cut parameter 0", {{0, 500}}, {{0, 100}}, "", {{0, 100}}},
-        {"a link may set a later link's source",
-         {{366, 217}, {367, 368}, {369, 219}, {217, 218}, {218, 9}},
-         {{219, 9}, {368, 218}}},
-        {"source out of 16 bits", {{370, 32768}}, {}, OutOfRange("370, 371")},
-        {"no such destination", {{371, -1}}, {}, NoParameter("370, 371", -1)},
-    };
-    RunCases("Internal Link 3", &DriveEmulator::EmulateInternalLinks, cases);
+    RunCases("Internal Link 3", &DriveEmulator::EmulateInternalLinks,
+             {{"the last link", {{404, 217}, {405, 218}, {217, 44}}, {{218, 44}}},
+              {"cut above", {{366, 217}, {367, 218}, {217, 500}}, {{218, 100}}, "", {{218, 100}}},
+              {"cut below", {{366, 217}, {367, 218}, {217, -500}}, {{218, -100}}, "", {{218, 100}}},
+              {"unset links cut parameter 0", {{0, 500}}, {{0, 100}}, "", {{0, 100}}},
+              {"a link may set a later link's source",
+               {{366, 217}, {367, 368}, {369, 219}, {217, 218}, {218, 9}},
+               {{219, 9}, {368, 218}}},
+              {"source out of 16 bits", {{370, 32768}}, {}, OutOfRange("370, 371")},
+              {"no such destination", {{371, -1}}, {}, NoParameter("370, 371", -1)}});
 }
 
 TEST(EmulatedControlBlocks, MinMax)
@@ -95,27 +81,22 @@ TEST(EmulatedControlBlocks, MinMax)
     const auto given = [](std::int32_t x, std::int32_t reset = 0) {
         return Values{{412, 217}, {413, reset}, {414, 100}, {415, -50}, {416, 1}, {217, x}};
     };
-    const std::vector<BlockCase> cases = {
-        {"new maximum", given(101), {{414, 101}, {415, -50}, {416, 151}}},
-        {"new minimum", given(-51), {{414, 100}, {415, -51}, {416, 151}}},
-        {"reset", given(500, 1), {{414, 0}, {415, 0}, {416, 0}}},
-        {"reset by 1 only", given(500, 2), {{414, 500}, {415, -50}, {416, 550}}},
-        {"one step: a maximum below the minimum",
-         {{412, 217}, {414, 0}, {415, 50}, {217, 5}},
-         {{414, 5}, {415, 50}, {416, -45}}},
-        {"difference", {{412, 217}, {415, -5}, {217, Highest}}, {{414, Highest}}, OutOfRange("414, 415")},
-        {"no such source", {{412, 431}}, {}, NoParameter("412", 431)},
-    };
-    RunCases("Min/Max", &DriveEmulator::EmulateMinMax, cases);
+    RunCases("Min/Max", &DriveEmulator::EmulateMinMax,
+             {{"new maximum", given(101), {{414, 101}, {415, -50}, {416, 151}}},
+              {"new minimum", given(-51), {{414, 100}, {415, -51}, {416, 151}}},
+              {"reset", given(500, 1), {{414, 0}, {415, 0}, {416, 0}}},
+              {"reset by 1 only", given(500, 2), {{414, 500}, {415, -50}, {416, 550}}},
+              {"one step: a maximum below the minimum",
+               {{412, 217}, {414, 0}, {415, 50}, {217, 5}},
+               {{414, 5}, {415, 50}, {416, -45}}},
+              {"no such source", {{412, 431}}, {}, NoParameter("412", 431)}});
 }
 
 TEST(EmulatedControlBlocks, MOP)
 {
-    const std::vector<BlockCase> cases = {
-        {"reset", {{322, 1}, {323, 5}, {324, 9}}, {{324, 5}}},
-        {"otherwise the output stays", {{322, 2}, {323, 5}, {324, 9}}, {{324, 9}}},
-    };
-    RunCases("MOP", &DriveEmulator::EmulateMOP, cases);
+    RunCases("MOP", &DriveEmulator::EmulateMOP,
+             {{"reset", {{322, 1}, {323, 5}, {324, 9}}, {{324, 5}}},
+              {"otherwise the output stays", {{322, 2}, {323, 5}, {324, 9}}, {{324, 9}}}});
 }
 
 TEST(EmulatedControlBlocks, Threshold)

@@ -31,84 +31,67 @@ Values Frequency(std::int32_t x, const Values &also = {})
 
 TEST(EmulatedTerminals, AnalogInput)
 {
-    const std::vector<BlockCase> cases = {
-        {"below 0% gives the bias", Analog(-1, {{52, 300}}), {{217, 300}}},
-        {"above 100% gives the gain", Analog(10001, {{57, 7000}}), {{217, 7000}}},
-        {"a line from bias to gain", Analog(2500, {{52, 1000}, {57, 5000}}), {{217, 2000}}},
-        {"between calibration points", Analog(300, {{42, 200}, {47, 600}}), {{217, 2500}}},
-        {"cut toward zero", Analog(12349, {{47, 100000}}), {{217, 1234}}},
-        {"cut toward zero below it", Analog(37, {{47, 100}, {57, -10}}), {{217, -3}}},
-        {"bipolar knows no bias", Analog(5000, {{32, 1}, {52, 900}}), {{217, 5000}}},
-        {"inverted", Analog(5000, {{348, 1}}), {{217, -5000}}},
-        {"any other inversion is none", Analog(5000, {{348, 2}}), {{217, 5000}}},
-        {"bipolar above 100%", Analog(20000, {{32, 1}, {57, 7000}}), {{217, 7000}}},
-        {"bipolar at -100%", Analog(-10000, {{32, 1}, {42, 100}}), {{217, -10000}}},
-        {"bipolar just above -100%", Analog(-9999, {{32, 1}, {42, 100}}), {{217, -10201}}},
-        {"polarity is anything but 0, and inverted", Analog(-5000, {{32, 2}, {348, 1}}), {{217, 5000}}},
-        {"cut to the upper limit", Analog(5000), {{217, 4999}}, "", {{217, 4999}}},
-        {"cut to the lower limit", Analog(5000, {{348, 1}}), {{217, -4999}}, "", {{217, 4999}}},
-        {"points alike", Analog(7, {{42, 7}, {47, 7}}), {{217, 0}}, "(42, 47): Division by zero."},
-        {"reading", Analog(Highest, {{42, -1}, {47, Highest}}), {}, OutOfRange("143, 42")},
-        {"span", Analog(-1, {{42, -1}, {47, Highest}}), {}, OutOfRange("47, 42")},
-        {"gain less bias", Analog(1, {{52, Lowest}, {57, 1}}), {}, OutOfRange("57, 52")},
-        {"gain negated", Analog(-10000, {{32, 1}, {57, Lowest}}), {}, OutOfRange("57")},
-        {"no such destination", Analog(5000, {{27, 431}}), {}, NoParameter("27", 431)},
-    };
-    RunCases(
-        "Analog Input 5", [](DriveEmulator &emulator) { emulator.EmulateAnalogInput(5); }, cases);
+    RunCases("Analog Input 5", [](DriveEmulator &emulator) { emulator.EmulateAnalogInput(5); },
+             {{"below 0% gives the bias", Analog(-1, {{52, 300}}), {{217, 300}}},
+              {"above 100% gives the gain", Analog(10001, {{57, 7000}}), {{217, 7000}}},
+              {"a line from bias to gain", Analog(2500, {{52, 1000}, {57, 5000}}), {{217, 2000}}},
+              {"between calibration points", Analog(300, {{42, 200}, {47, 600}}), {{217, 2500}}},
+              {"cut toward zero", Analog(12349, {{47, 100000}}), {{217, 1234}}},
+              {"cut toward zero below it", Analog(37, {{47, 100}, {57, -10}}), {{217, -3}}},
+              {"bipolar knows no bias", Analog(5000, {{32, 1}, {52, 900}}), {{217, 5000}}},
+              {"inverted", Analog(5000, {{348, 1}}), {{217, -5000}}},
+              {"any other inversion is none", Analog(5000, {{348, 2}}), {{217, 5000}}},
+              {"bipolar above 100%", Analog(20000, {{32, 1}, {57, 7000}}), {{217, 7000}}},
+              {"bipolar at -100%", Analog(-10000, {{32, 1}, {42, 100}}), {{217, -10000}}},
+              {"bipolar just above -100%", Analog(-9999, {{32, 1}, {42, 100}}), {{217, -10201}}},
+              {"polarity is anything but 0, and inverted", Analog(-5000, {{32, 2}, {348, 1}}), {{217, 5000}}},
+              {"cut to the upper limit", Analog(5000), {{217, 4999}}, "", {{217, 4999}}},
+              {"cut to the lower limit", Analog(5000, {{348, 1}}), {{217, -4999}}, "", {{217, 4999}}},
+              {"points alike", Analog(7, {{42, 7}, {47, 7}}), {{217, 0}}, "(42, 47): Division by zero."},
+              {"reading", Analog(Highest, {{42, -1}, {47, Highest}}), {}, OutOfRange("143, 42")},
+              {"gain less bias", Analog(1, {{52, Lowest}, {57, 1}}), {}, OutOfRange("57, 52")},
+              {"no such destination", Analog(5000, {{27, 431}}), {}, NoParameter("27", 431)}});
 }
 
 TEST(EmulatedTerminals, FrequencyInput)
 {
-    const std::vector<BlockCase> cases = {
-        {"a line", Frequency(2500, {{66, 1000}, {67, 5000}}), {{217, 2000}}},
-        {"rounded, not cut", Frequency(12349, {{65, 100000}}), {{217, 1235}}},
-        {"2.5 to the even 2", Frequency(25, {{65, 100}, {67, 10}}), {{217, 2}}},
-        {"sign of 1 only", Frequency(5000, {{349, 2}}), {{217, 5000}}},
-        {"points alike", Frequency(7, {{64, 7}, {65, 7}}), {}, "(64, 65): Division by zero."},
-    };
-    RunCases("Frequency Input", &DriveEmulator::EmulateFreqInput, cases);
+    RunCases("Frequency Input", &DriveEmulator::EmulateFreqInput,
+             {{"a line", Frequency(3000, {{64, 500}, {65, 10500}, {66, 1000}, {67, 5000}}), {{217, 2000}}},
+              {"rounded, not cut", Frequency(12349, {{65, 100000}}), {{217, 1235}}},
+              {"2.5 to the even 2", Frequency(25, {{65, 100}, {67, 10}}), {{217, 2}}},
+              {"sign of 1 only", Frequency(5000, {{349, 2}}), {{217, 5000}}}});
 }
 
 TEST(EmulatedTerminals, DigitalInput)
 {
-    const std::vector<BlockCase> cases = {
-        {"closed", {{7, 217}, {14, 11}, {21, 22}, {138, 1}}, {{217, 22}}},
-        {"only 1 is closed", {{7, 217}, {14, 11}, {21, 22}, {138, -1}}, {{217, 11}}},
-        {"limits do not count, destination 0", {{21, 500}, {138, 1}}, {{0, 500}}, "", {{0, 100}}},
-        {"no such destination", {{7, 999}}, {}, NoParameter("7", 999)},
-    };
-    RunCases(
-        "Digital Input 7", [](DriveEmulator &emulator) { emulator.EmulateDigitalInput(7); }, cases);
+    RunCases("Digital Input 7", [](DriveEmulator &emulator) { emulator.EmulateDigitalInput(7); },
+             {{"closed", {{7, 217}, {14, 11}, {21, 22}, {138, 1}}, {{217, 22}}},
+              {"only 1 is closed", {{7, 217}, {14, 11}, {21, 22}, {138, -1}}, {{217, 11}}},
+              {"limits do not count, destination 0", {{21, 500}, {138, 1}}, {{0, 500}}, "", {{0, 100}}},
+              {"no such destination", {{7, 999}}, {}, NoParameter("7", 999)}});
 }
 
 TEST(EmulatedTerminals, AnalogOutput)
 {
-    const std::vector<BlockCase> cases = {
-        {"2047.5 to the even 2048", {{82, 217}, {84, 10000}, {217, 5000}}, {{169, 2048}}},
-        {"cut below", {{82, 217}, {84, 10000}, {217, -20000}}, {{169, -4095}}},
-        {"absolute, with the bias",
-         {{82, 217}, {84, 10000}, {86, 2000}, {88, 1}, {217, -6000}},
-         {{169, 1638}}},
-        {"cut above, the largest before overflow", {{86, 80017}}, {{169, 4095}}},
-        {"16 bits", {{86, 80019}, {169, 7}}, {{169, 7}}, OutOfRange("82, 84, 86")},
-        {"no such source", {{82, 431}}, {}, NoParameter("82", 431)},
-    };
-    RunCases(
-        "Analog Output 2", [](DriveEmulator &emulator) { emulator.EmulateAnalogOutput(2); }, cases);
+    RunCases("Analog Output 2", [](DriveEmulator &emulator) { emulator.EmulateAnalogOutput(2); },
+             {{"2047.5 to the even 2048", {{82, 217}, {84, 10000}, {217, 5000}}, {{169, 2048}}},
+              {"cut below", {{82, 217}, {84, 10000}, {217, -20000}}, {{169, -4095}}},
+              {"absolute, with the bias",
+               {{82, 217}, {84, 10000}, {86, 2000}, {88, 1}, {217, -6000}},
+               {{169, 1638}}},
+              {"cut above, the largest before overflow", {{86, 80017}}, {{169, 4095}}},
+              {"16 bits", {{86, 80019}, {169, 7}}, {{169, 7}}, OutOfRange("82, 84, 86")}});
 }
 
 TEST(EmulatedTerminals, FrequencyOutput)
 {
-    const std::vector<BlockCase> cases = {
-        {"the sign is lost", {{89, 217}, {95, 10000}, {217, -5000}}, {{170, 1000}}},
-        {"a negative bias may win", {{89, 217}, {95, 10000}, {96, -6000}, {217, 5000}}, {{170, -200}}},
-        {"no limit at 2000 Hz", {{89, 217}, {95, 20000}, {217, 20000}}, {{170, 8000}}},
-        {"mode 2 is a frequency", {{90, 2}, {96, 10000}}, {{170, 2000}}},
-        {"lowest source", {{89, 217}, {217, Lowest}}, {}, OutOfRange("89")},
-        {"result", {{89, 217}, {95, 1000000}, {217, Highest}}, {}, OutOfRange("89, 95, 96")},
-    };
-    RunCases("Frequency/Digital Output", &DriveEmulator::EmulateFreqDigitalOutput, cases);
+    RunCases("Frequency/Digital Output", &DriveEmulator::EmulateFreqDigitalOutput,
+             {{"the sign is lost", {{89, 217}, {95, 10000}, {217, -5000}}, {{170, 1000}}},
+              {"a negative bias may win", {{89, 217}, {95, 10000}, {96, -6000}, {217, 5000}}, {{170, -200}}},
+              {"no limit at 2000 Hz", {{89, 217}, {95, 20000}, {217, 20000}}, {{170, 8000}}},
+              {"mode 2 is a frequency", {{90, 2}, {96, 10000}}, {{170, 2000}}},
+              {"lowest source", {{89, 217}, {217, Lowest}}, {}, OutOfRange("89")},
+              {"result", {{89, 217}, {95, 1000000}, {217, Highest}}, {}, OutOfRange("89, 95, 96")}});
 }
 
 TEST(EmulatedTerminals, DigitalOutput)
@@ -116,18 +99,15 @@ TEST(EmulatedTerminals, DigitalOutput)
     const auto given = [](std::int32_t x, std::int32_t was, const Values &also = {}) {
         return With(also, {{89, 217}, {90, 1}, {92, 100}, {93, 50}, {170, was}, {217, x}});
     };
-    const std::vector<BlockCase> cases = {
-        {"between, off", given(99, 0), {{170, 0}}},
-        {"between, any other value is on", given(51, 7), {{170, -1}}},
-        {"signed", given(-100, -1), {{170, 0}}},
-        {"absolute", given(-100, 0, {{91, 1}}), {{170, -1}}},
-        {"inverted", given(100, 0, {{94, 1}}), {{170, 0}}},
-        {"inverted between the points, on at one tick", given(75, 0, {{94, 1}}), {{170, -1}}},
-        {"and off at the next", given(75, -1, {{94, 1}}), {{170, 0}}},
-        {"lowest source needs no magnitude", given(Lowest, -1), {{170, 0}}},
-        {"lowest source, absolute", given(Lowest, -1, {{91, 1}}), {{170, -1}}, OutOfRange("89")},
-    };
-    RunCases("Frequency/Digital Output", &DriveEmulator::EmulateFreqDigitalOutput, cases);
+    RunCases("Frequency/Digital Output", &DriveEmulator::EmulateFreqDigitalOutput,
+             {{"between, off", given(99, 0), {{170, 0}}},
+              {"between, any other value is on", given(51, 7), {{170, -1}}},
+              {"signed", given(-100, -1), {{170, 0}}},
+              {"absolute", given(-100, 0, {{91, 1}}), {{170, -1}}},
+              {"inverted", given(100, 0, {{94, 1}}), {{170, 0}}},
+              {"inverted between the points, on at one tick", given(75, 0, {{94, 1}}), {{170, -1}}},
+              {"and off at the next", given(75, -1, {{94, 1}}), {{170, 0}}},
+              {"lowest source, absolute", given(Lowest, -1, {{91, 1}}), {{170, -1}}, OutOfRange("89")}});
 }
 
 TEST(EmulatedTerminals, RelayOutput)
@@ -136,22 +116,18 @@ TEST(EmulatedTerminals, RelayOutput)
                           std::int32_t abs = 0) {
         return Values{{71, 217}, {74, abs}, {77, on}, {80, off}, {167, was}, {217, x}};
     };
-    const std::vector<BlockCase> cases = {
-        {"rising, at the on point", given(100, 100, 50, 0), {{167, 1}}},
-        {"falling, at the off point", given(50, 100, 50, 1), {{167, 0}}},
-        {"between, another value stays as it is", given(75, 100, 50, 7), {{167, 7}}},
-        {"on below off: at the on point", given(50, 50, 100, 0), {{167, 1}}},
-        {"on below off: above the on point", given(51, 50, 100, 0), {{167, 0}}},
-        {"on below off: below the off point", given(99, 50, 100, 1), {{167, 1}}},
-        {"on below off: at the off point", given(100, 50, 100, 1), {{167, 0}}},
-        {"both alike: off wins", given(50, 50, 50, 1), {{167, 0}}},
-        {"both alike: below", given(49, 50, 50, 0), {{167, 1}}},
-        {"signed", given(-100, 100, 50, 1), {{167, 0}}},
-        {"absolute is anything but 0", given(-100, 100, 50, 0, -1), {{167, 1}}},
-        {"lowest source", given(Lowest, 100, 50, 1, 1), {{167, 1}}, OutOfRange("71")},
-    };
-    RunCases(
-        "Relay Output 3", [](DriveEmulator &emulator) { emulator.EmulateRelayOutput(3); }, cases);
+    RunCases("Relay Output 3", [](DriveEmulator &emulator) { emulator.EmulateRelayOutput(3); },
+             {{"rising, at the on point", given(100, 100, 50, 0), {{167, 1}}},
+              {"falling, at the off point", given(50, 100, 50, 1), {{167, 0}}},
+              {"between, another value stays as it is", given(75, 100, 50, 7), {{167, 7}}},
+              {"on below off: at the on point", given(50, 50, 100, 0), {{167, 1}}},
+              {"on below off: above the on point", given(51, 50, 100, 0), {{167, 0}}},
+              {"on below off: below the off point", given(99, 50, 100, 1), {{167, 1}}},
+              {"on below off: at the off point", given(100, 50, 100, 1), {{167, 0}}},
+              {"both alike: off wins", given(50, 50, 50, 1), {{167, 0}}},
+              {"both alike: below", given(49, 50, 50, 0), {{167, 1}}},
+              {"signed", given(-100, 100, 50, 1), {{167, 0}}},
+              {"absolute is anything but 0", given(-100, 100, 50, 0, -1), {{167, 1}}}});
 }
 
 } // namespace quorvik::testing
