@@ -9,17 +9,14 @@
 namespace quorvik::testing
 {
 
-TEST(EmulatedControlBlocks, AuxPI)
+TEST(EmulatedControlBlocks, Loops)
 {
     RunCases("Aux PI", &DriveEmulator::EmulateAuxPI,
              {{"error", {{350, 5}, {351, 12}}, {{352, -7}}},
               {"overflow", {{350, Highest}, {351, -1}, {352, 3}}, {{352, 3}}, OutOfRange("350, 351")}});
-}
 
-TEST(EmulatedControlBlocks, CurrentLoop)
-{
-    const auto given = [](std::int32_t aux, std::int32_t demand, std::int32_t positive,
-                          std::int32_t negative) {
+    const auto currents = [](std::int32_t aux, std::int32_t demand, std::int32_t positive,
+                             std::int32_t negative) {
         return Values{{98, aux}, {205, demand}, {99, positive}, {100, negative}, {102, 10}};
     };
     RunCases("Current Loop", &DriveEmulator::EmulateCurrentLoop,
@@ -28,41 +25,35 @@ TEST(EmulatedControlBlocks, CurrentLoop)
               {"mode 3 takes nothing", {{109, 1}, {110, 1}, {205, 7}, {97, 8}, {111, 5}}, {{111, 0}}},
               {"mode 255 is a mode", {{109, 127}, {110, 1}, {111, 5}}, {{111, 0}}},
               {"mode 256 is none", {{109, 128}, {111, 5}}, {{111, 5}}, OutOfRange("109, 110")},
-              {"limited", given(500, 600, 1000, -1000), {{101, 1000}, {103, 990}, {111, 600}}},
-              {"limited below", given(-500, -600, 1000, -1000), {{101, -1000}, {103, -1010}, {111, -600}}},
+              {"limited", currents(500, 600, 1000, -1000), {{101, 1000}, {103, 990}, {111, 600}}},
+              {"limited below", currents(-500, -600, 1000, -1000), {{101, -1000}, {103, -1010}, {111, -600}}},
               {"a positive lower limit lifts a negative sum",
-               given(0, -5, 1000, 300),
+               currents(0, -5, 1000, 300),
                {{101, 300}, {103, 290}, {111, -5}}},
-              {"a sum of 0 is never limited", given(0, 0, -5, 5), {{101, 0}, {103, -10}}},
+              {"a sum of 0 is never limited", currents(0, 0, -5, 5), {{101, 0}, {103, -10}}},
               {"a negative upper limit is looked at from below",
-               given(0, 5, -100, -50),
+               currents(0, 5, -100, -50),
                {{101, -50}, {103, -60}, {111, 5}}},
-              {"sum", given(Highest, 1, 5, -5), {{111, 1}, {101, 0}}, OutOfRange("98, 111")}});
-}
+              {"sum", currents(Highest, 1, 5, -5), {{111, 1}, {101, 0}}, OutOfRange("98, 111")}});
 
-TEST(EmulatedControlBlocks, FieldLoop)
-{
     RunCases("Field Loop", &DriveEmulator::EmulateFieldLoop,
              {{"offsets", {{342, 12}, {343, 34}}, {{336, -12}, {337, 12}, {333, -34}, {334, -34}}},
               {"enabled and open loop", {{331, 1}, {329, 1}, {330, 77}}, {{328, 77}}},
               {"closed loop", {{331, 1}, {329, 0}, {330, 77}, {328, 5}}, {{328, 0}}},
               {"disabled", {{331, 0}, {329, 1}, {330, 77}, {328, 5}}, {{328, 0}}},
               {"lowest offset", {{342, Lowest}, {343, 1}}, {{333, 0}}, OutOfRange("342")}});
-}
 
-TEST(EmulatedControlBlocks, VelocityLoop)
-{
-    const auto given = [](std::int32_t select) {
+    const auto feedbacks = [](std::int32_t select) {
         return Values{{129, 1000}, {130, 3}, {194, 10}, {195, 20}, {196, 30}, {197, select}};
     };
     RunCases("Velocity Loop", &DriveEmulator::EmulateVelocityLoop,
-             {{"armature", given(0), {{193, 7}, {192, 993}}},
-              {"tachometer", given(1), {{193, 17}, {192, 983}}},
-              {"any other is the encoder", given(-1), {{193, 27}, {192, 973}}},
+             {{"armature", feedbacks(0), {{193, 7}, {192, 993}}},
+              {"tachometer", feedbacks(1), {{193, 17}, {192, 983}}},
+              {"any other is the encoder", feedbacks(-1), {{193, 27}, {192, 973}}},
               {"feedback", {{194, Highest}, {130, -1}, {193, 9}}, {{193, 9}}, OutOfRange("194, 130")}});
 }
 
-TEST(EmulatedControlBlocks, InternalLinks)
+TEST(EmulatedControlBlocks, LinksMinMaxAndMOP)
 {
     RunCases("Internal Link 3", &DriveEmulator::EmulateInternalLinks,
              {{"the last link", {{404, 217}, {405, 218}, {217, 44}}, {{218, 44}}},
@@ -74,10 +65,7 @@ TEST(EmulatedControlBlocks, InternalLinks)
                {{219, 9}, {368, 218}}},
               {"source out of 16 bits", {{370, 32768}}, {}, OutOfRange("370, 371")},
               {"no such destination", {{371, -1}}, {}, NoParameter("370, 371", -1)}});
-}
 
-TEST(EmulatedControlBlocks, MinMax)
-{
     const auto given = [](std::int32_t x, std::int32_t reset = 0) {
         return Values{{412, 217}, {413, reset}, {414, 100}, {415, -50}, {416, 1}, {217, x}};
     };
@@ -90,10 +78,7 @@ TEST(EmulatedControlBlocks, MinMax)
                {{412, 217}, {414, 0}, {415, 50}, {217, 5}},
                {{414, 5}, {415, 50}, {416, -45}}},
               {"no such source", {{412, 431}}, {}, NoParameter("412", 431)}});
-}
 
-TEST(EmulatedControlBlocks, MOP)
-{
     RunCases("MOP", &DriveEmulator::EmulateMOP,
              {{"reset", {{322, 1}, {323, 5}, {324, 9}}, {{324, 5}}},
               {"otherwise the output stays", {{322, 2}, {323, 5}, {324, 9}}, {{324, 9}}}});
@@ -149,21 +134,17 @@ TEST(EmulatedControlBlocks, TimerCountsWhileItIsNotReset)
     block.TimerEmulator_Timer();
     EXPECT_EQ(table.Value(428), 2409) << "only a count below 2400 rises";
 
-    Put(table, {{365, 1}});
-    block.UpdateTimerEmulator();
-    EXPECT_FALSE(block.TimerEmulator.isActive());
-    EXPECT_EQ(table.Value(428), 0);
-    EXPECT_EQ(table.Value(315), 3);
-
-    Put(table, {{311, 1}});
-    block.UpdateTimerEmulator();
-    EXPECT_TRUE(block.TimerEmulator.isActive());
-
     table.SetPortOpen(true);
-    Put(table, {{315, 77}, {428, 500}});
+    Put(table, {{315, 77}});
     block.UpdateTimerEmulator();
     EXPECT_FALSE(block.TimerEmulator.isActive());
     EXPECT_EQ(table.Value(315), 77) << "on line the drive computes the output";
+
+    table.SetPortOpen(false);
+    Put(table, {{365, 1}});
+    block.UpdateTimerEmulator();
+    EXPECT_EQ(table.Value(428), 0);
+    EXPECT_EQ(table.Value(315), 3);
 }
 
 } // namespace quorvik::testing

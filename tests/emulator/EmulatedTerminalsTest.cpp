@@ -29,7 +29,7 @@ Values Frequency(std::int32_t x, const Values &also = {})
 
 } // namespace
 
-TEST(EmulatedTerminals, AnalogInput)
+TEST(EmulatedTerminals, Inputs)
 {
     RunCases("Analog Input 5", [](DriveEmulator &emulator) { emulator.EmulateAnalogInput(5); },
              {{"below 0% gives the bias", Analog(-1, {{52, 300}}), {{217, 300}}},
@@ -51,19 +51,13 @@ TEST(EmulatedTerminals, AnalogInput)
               {"reading", Analog(Highest, {{42, -1}, {47, Highest}}), {}, OutOfRange("143, 42")},
               {"gain less bias", Analog(1, {{52, Lowest}, {57, 1}}), {}, OutOfRange("57, 52")},
               {"no such destination", Analog(5000, {{27, 431}}), {}, NoParameter("27", 431)}});
-}
 
-TEST(EmulatedTerminals, FrequencyInput)
-{
     RunCases("Frequency Input", &DriveEmulator::EmulateFreqInput,
              {{"a line", Frequency(3000, {{64, 500}, {65, 10500}, {66, 1000}, {67, 5000}}), {{217, 2000}}},
               {"rounded, not cut", Frequency(12349, {{65, 100000}}), {{217, 1235}}},
               {"2.5 to the even 2", Frequency(25, {{65, 100}, {67, 10}}), {{217, 2}}},
               {"sign of 1 only", Frequency(5000, {{349, 2}}), {{217, 5000}}}});
-}
 
-TEST(EmulatedTerminals, DigitalInput)
-{
     RunCases("Digital Input 7", [](DriveEmulator &emulator) { emulator.EmulateDigitalInput(7); },
              {{"closed", {{7, 217}, {14, 11}, {21, 22}, {138, 1}}, {{217, 22}}},
               {"only 1 is closed", {{7, 217}, {14, 11}, {21, 22}, {138, -1}}, {{217, 11}}},
@@ -71,7 +65,7 @@ TEST(EmulatedTerminals, DigitalInput)
               {"no such destination", {{7, 999}}, {}, NoParameter("7", 999)}});
 }
 
-TEST(EmulatedTerminals, AnalogOutput)
+TEST(EmulatedTerminals, Outputs)
 {
     RunCases("Analog Output 2", [](DriveEmulator &emulator) { emulator.EmulateAnalogOutput(2); },
              {{"2047.5 to the even 2048", {{82, 217}, {84, 10000}, {217, 5000}}, {{169, 2048}}},
@@ -81,10 +75,7 @@ TEST(EmulatedTerminals, AnalogOutput)
                {{169, 1638}}},
               {"cut above, the largest before overflow", {{86, 80017}}, {{169, 4095}}},
               {"16 bits", {{86, 80019}, {169, 7}}, {{169, 7}}, OutOfRange("82, 84, 86")}});
-}
 
-TEST(EmulatedTerminals, FrequencyOutput)
-{
     RunCases("Frequency/Digital Output", &DriveEmulator::EmulateFreqDigitalOutput,
              {{"the sign is lost", {{89, 217}, {95, 10000}, {217, -5000}}, {{170, 1000}}},
               {"a negative bias may win", {{89, 217}, {95, 10000}, {96, -6000}, {217, 5000}}, {{170, -200}}},
@@ -92,42 +83,36 @@ TEST(EmulatedTerminals, FrequencyOutput)
               {"mode 2 is a frequency", {{90, 2}, {96, 10000}}, {{170, 2000}}},
               {"lowest source", {{89, 217}, {217, Lowest}}, {}, OutOfRange("89")},
               {"result", {{89, 217}, {95, 1000000}, {217, Highest}}, {}, OutOfRange("89, 95, 96")}});
-}
 
-TEST(EmulatedTerminals, DigitalOutput)
-{
-    const auto given = [](std::int32_t x, std::int32_t was, const Values &also = {}) {
+    const auto digital = [](std::int32_t x, std::int32_t was, const Values &also = {}) {
         return With(also, {{89, 217}, {90, 1}, {92, 100}, {93, 50}, {170, was}, {217, x}});
     };
     RunCases("Frequency/Digital Output", &DriveEmulator::EmulateFreqDigitalOutput,
-             {{"between, off", given(99, 0), {{170, 0}}},
-              {"between, any other value is on", given(51, 7), {{170, -1}}},
-              {"signed", given(-100, -1), {{170, 0}}},
-              {"absolute", given(-100, 0, {{91, 1}}), {{170, -1}}},
-              {"inverted", given(100, 0, {{94, 1}}), {{170, 0}}},
-              {"inverted between the points, on at one tick", given(75, 0, {{94, 1}}), {{170, -1}}},
-              {"and off at the next", given(75, -1, {{94, 1}}), {{170, 0}}},
-              {"lowest source, absolute", given(Lowest, -1, {{91, 1}}), {{170, -1}}, OutOfRange("89")}});
-}
+             {{"between, off", digital(99, 0), {{170, 0}}},
+              {"between, any other value is on", digital(51, 7), {{170, -1}}},
+              {"signed", digital(-100, -1), {{170, 0}}},
+              {"absolute", digital(-100, 0, {{91, 1}}), {{170, -1}}},
+              {"inverted", digital(100, 0, {{94, 1}}), {{170, 0}}},
+              {"inverted between the points, on at one tick", digital(75, 0, {{94, 1}}), {{170, -1}}},
+              {"and off at the next", digital(75, -1, {{94, 1}}), {{170, 0}}},
+              {"lowest source, absolute", digital(Lowest, -1, {{91, 1}}), {{170, -1}}, OutOfRange("89")}});
 
-TEST(EmulatedTerminals, RelayOutput)
-{
-    const auto given = [](std::int32_t x, std::int32_t on, std::int32_t off, std::int32_t was,
+    const auto relay = [](std::int32_t x, std::int32_t on, std::int32_t off, std::int32_t was,
                           std::int32_t abs = 0) {
         return Values{{71, 217}, {74, abs}, {77, on}, {80, off}, {167, was}, {217, x}};
     };
     RunCases("Relay Output 3", [](DriveEmulator &emulator) { emulator.EmulateRelayOutput(3); },
-             {{"rising, at the on point", given(100, 100, 50, 0), {{167, 1}}},
-              {"falling, at the off point", given(50, 100, 50, 1), {{167, 0}}},
-              {"between, another value stays as it is", given(75, 100, 50, 7), {{167, 7}}},
-              {"on below off: at the on point", given(50, 50, 100, 0), {{167, 1}}},
-              {"on below off: above the on point", given(51, 50, 100, 0), {{167, 0}}},
-              {"on below off: below the off point", given(99, 50, 100, 1), {{167, 1}}},
-              {"on below off: at the off point", given(100, 50, 100, 1), {{167, 0}}},
-              {"both alike: off wins", given(50, 50, 50, 1), {{167, 0}}},
-              {"both alike: below", given(49, 50, 50, 0), {{167, 1}}},
-              {"signed", given(-100, 100, 50, 1), {{167, 0}}},
-              {"absolute is anything but 0", given(-100, 100, 50, 0, -1), {{167, 1}}}});
+             {{"rising, at the on point", relay(100, 100, 50, 0), {{167, 1}}},
+              {"falling, at the off point", relay(50, 100, 50, 1), {{167, 0}}},
+              {"between, another value stays as it is", relay(75, 100, 50, 7), {{167, 7}}},
+              {"on below off: at the on point", relay(50, 50, 100, 0), {{167, 1}}},
+              {"on below off: above the on point", relay(51, 50, 100, 0), {{167, 0}}},
+              {"on below off: below the off point", relay(99, 50, 100, 1), {{167, 1}}},
+              {"on below off: at the off point", relay(100, 50, 100, 1), {{167, 0}}},
+              {"both alike: off wins", relay(50, 50, 50, 1), {{167, 0}}},
+              {"both alike: below", relay(49, 50, 50, 0), {{167, 1}}},
+              {"signed", relay(-100, 100, 50, 1), {{167, 0}}},
+              {"absolute is anything but 0", relay(-100, 100, 50, 0, -1), {{167, 1}}}});
 }
 
 } // namespace quorvik::testing

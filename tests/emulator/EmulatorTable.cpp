@@ -31,7 +31,7 @@ void RunCases(const char *block, const std::function<void(DriveEmulator &)> &rou
               const std::vector<BlockCase> &cases)
 {
     for (const BlockCase &one : cases) {
-        SCOPED_TRACE(one.what);
+        SCOPED_TRACE(block + (": " + std::string(one.what)));
         ParameterTable table;
         FillPlainTable(table);
         Put(table, one.given);
