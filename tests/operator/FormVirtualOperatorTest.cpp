@@ -3,6 +3,7 @@
 #include "operator/JogButton.h"
 #include "operator/VirtualSlider.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QMenu>
 #include <QMouseEvent>
@@ -27,17 +28,6 @@ int AssignedSelectors(const ParameterTable &table)
     return assigned;
 }
 
-TEST_F(VirtualOperator, NoLeavesEverythingAsItWas)
-{
-    const int before = AssignedSelectors(desk.table);
-    ASSERT_GT(before, 0);
-    Open(MsgAnswer::No);
-    EXPECT_EQ(panel, nullptr);
-    EXPECT_EQ(AssignedSelectors(desk.table), before);
-    EXPECT_EQ(desk.asker.Shown.first().title, Name("Unassign inputs?"));
-    EXPECT_EQ(desk.asker.Shown.first().icon, MsgIcon::Exclamation);
-}
-
 TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
 {
     Setting(2) = {217, 0, 5000, 4321};
@@ -45,6 +35,12 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
     P(217) = 0;
     desk.table.SetPortOpen(true);
     const int watched = Record(1).ReadFlag;
+    const int assigned = AssignedSelectors(desk.table);
+    ASSERT_GT(assigned, 0);
+    Open(MsgAnswer::No);
+    ASSERT_EQ(panel, nullptr);
+    EXPECT_EQ(AssignedSelectors(desk.table), assigned);
+    EXPECT_EQ(desk.asker.Shown.first().title, Name("Unassign inputs?"));
     Open();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(AssignedSelectors(desk.table), 0);
@@ -80,11 +76,7 @@ TEST_F(VirtualOperator, ThePanelShowsWhatTheDriveDoes)
 {
     Open();
     desk.table.SetPortOpen(true);
-    const struct {
-        const char *what;
-        int run, jog, runStatus, state;
-        bool runLit, jogLit, canRun, canJog;
-    } cases[] = {
+    const std::tuple<const char *, int, int, int, int, bool, bool, bool, bool> cases[] = {
         {"at rest", 0, 0, 0, 0, false, false, true, true},
         {"started at its own terminals", 0, 0, 1, 1, true, false, false, false},
         {"not yet polled", 0, 0, 0, 1, true, false, false, false},
@@ -95,17 +87,17 @@ TEST_F(VirtualOperator, ThePanelShowsWhatTheDriveDoes)
         {"jogs", 0, 1, 0, 3, false, true, false, true},
         {"jog let go elsewhere", 0, 0, 0, 4, false, false, true, true},
     };
-    for (const auto &each : cases) {
-        SCOPED_TRACE(each.what);
-        P(239) = each.run;
-        P(241) = each.jog;
-        P(242) = each.runStatus;
-        P(422) = each.state;
+    for (const auto &[what, run, jog, runStatus, state, runLit, jogLit, canRun, canJog] : cases) {
+        SCOPED_TRACE(what);
+        P(239) = run;
+        P(241) = jog;
+        P(242) = runStatus;
+        P(422) = state;
         Tick();
-        EXPECT_EQ(Find<OperatorButton>("CommandRun")->IsLit(), each.runLit);
-        EXPECT_EQ(Find<OperatorButton>("CommandJog")->IsLit(), each.jogLit);
-        EXPECT_EQ(Enabled("CommandRun"), each.canRun);
-        EXPECT_EQ(Enabled("CommandJog"), each.canJog);
+        EXPECT_EQ(Find<OperatorButton>("CommandRun")->IsLit(), runLit);
+        EXPECT_EQ(Find<OperatorButton>("CommandJog")->IsLit(), jogLit);
+        EXPECT_EQ(Enabled("CommandRun"), canRun);
+        EXPECT_EQ(Enabled("CommandJog"), canJog);
     }
     P(422) = 1;
     Click("CommandStop");
@@ -120,12 +112,7 @@ TEST_F(VirtualOperator, ThePanelShowsWhatTheDriveDoes)
 
 TEST_F(VirtualOperator, StopAndAnyClosingEndTheJogToo)
 {
-    const struct {
-        const char *what;
-        int jog, state, logic;
-        std::function<void()> end;
-        bool writesJog, writesStop;
-    } cases[] = {
+    const std::tuple<const char *, int, int, int, std::function<void()>, bool, bool> cases[] = {
         {"nothing to end", 0, 0, 1, [this] { Click("CommandStop"); }, false, false},
         {"stop", 1, 3, 1, [this] { Click("CommandStop"); }, true, false},
         {"stop before the jog was polled", 0, 3, 1, [this] { Click("CommandStop"); }, true, false},
@@ -135,17 +122,17 @@ TEST_F(VirtualOperator, StopAndAnyClosingEndTheJogToo)
     };
     Open();
     desk.table.SetPortOpen(true);
-    for (const auto &each : cases) {
-        SCOPED_TRACE(each.what);
+    for (const auto &[what, jog, state, logic, end, writesJog, writesStop] : cases) {
+        SCOPED_TRACE(what);
         Record(245) = desk.table.PresetTable[245];
-        P(245) = each.logic;
-        P(422) = each.state;
+        P(245) = logic;
+        P(422) = state;
         Record(240).WriteFlag = Record(241).WriteFlag = WriteState::None;
-        P(241) = each.jog;
-        each.end();
+        P(241) = jog;
+        end();
         EXPECT_EQ(P(241), 0);
-        EXPECT_EQ(Record(241).WriteFlag == WriteState::Queued, each.writesJog);
-        EXPECT_EQ(Record(240).WriteFlag == WriteState::Queued, each.writesStop);
+        EXPECT_EQ(Record(241).WriteFlag == WriteState::Queued, writesJog);
+        EXPECT_EQ(Record(240).WriteFlag == WriteState::Queued, writesStop);
     }
 }
 
@@ -274,7 +261,7 @@ TEST_F(VirtualOperator, ALoadedFileRedrawsThePanelAndWritesTheSliders)
     EXPECT_TRUE(Checked("CommandDigital(9)"));
 }
 
-TEST_F(VirtualOperator, ARightClickFindsItsColumn)
+TEST_F(VirtualOperator, ARightClickFindsItsColumnAndItsProperties)
 {
     Open();
     QWidget *frame = Find("FrameSignal");
@@ -293,6 +280,8 @@ TEST_F(VirtualOperator, ARightClickFindsItsColumn)
     expectSelection(&panel->VScrollSignal(2), {}, 2);
     expectSelection(Find("CommandDigital(10)"), {}, 10);
     EXPECT_EQ(Setting(10).Status, 0) << "a right click does not push";
+    InModal([this] { panel->findChild<QAction *>(Name("mnuProperties"))->trigger(); },
+            [](const Controls &setup) { EXPECT_EQ(setup.Text("ComboInput"), "Digital E"); });
 }
 
 TEST_F(VirtualOperator, ARecordThatCannotBeShownStillLeavesStopToTheUser)
@@ -321,11 +310,7 @@ TEST_F(VirtualOperator, JogEndsForCertainAndStartsOnlyWithANewPress)
                          Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(jog, &move);
     };
-    const struct {
-        const char *what;
-        bool bySpace;
-        std::function<void()> end;
-    } ends[] = {
+    const std::tuple<const char *, bool, std::function<void()>> ends[] = {
         {"mouse up", false, [&] { QTest::mouseRelease(jog, Qt::LeftButton); }},
         {"mouse leaves window", false, [&] { moveTo(jog->mapFrom(panel, QPoint(-5, 20))); }},
         {"space bar up", true, [&] { QTest::keyRelease(jog, Qt::Key_Space); }},
@@ -339,15 +324,15 @@ TEST_F(VirtualOperator, JogEndsForCertainAndStartsOnlyWithANewPress)
          [] { Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive); }},
         {"mouse grab lost", false, [&] { Send(jog, QEvent::UngrabMouse); }},
     };
-    for (const auto &row : ends) {
-        SCOPED_TRACE(row.what);
+    for (const auto &[what, bySpace, end] : ends) {
+        SCOPED_TRACE(what);
         Open();
         ASSERT_TRUE(QTest::qWaitForWindowActive(panel));
         jog = Find<JogButton>("CommandJog");
         jog->setFocus();
         QTest::mouseClick(jog, Qt::RightButton);
         EXPECT_EQ(P(JogParam), 0);
-        if (row.bySpace)
+        if (bySpace)
             QTest::keyPress(jog, Qt::Key_Space);
         else
             QTest::mousePress(jog, Qt::LeftButton);
@@ -359,7 +344,7 @@ TEST_F(VirtualOperator, JogEndsForCertainAndStartsOnlyWithANewPress)
         EXPECT_EQ(P(JogParam), 1) << "off the button in the window, or a repeat of the key";
 
         Record(JogParam).WriteFlag = WriteState::None;
-        row.end();
+        end();
         EXPECT_EQ(P(JogParam), 0);
         EXPECT_EQ(Record(JogParam).WriteFlag, WriteState::Queued);
         EXPECT_TRUE(Enabled("CommandRun"));
