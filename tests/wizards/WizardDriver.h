@@ -26,11 +26,6 @@ inline QString OutOfRange(const char *what, const char *min, const char *max, bo
 template<typename Mentor> class WizardDriver : public WindowTest
 {
 protected:
-    WizardDriver()
-    {
-        // The link has said that it is closed.
-    }
-
     /** Puts up a window afresh; the table stays as the last one left it. */
     void Open()
     {
@@ -79,12 +74,11 @@ protected:
 
     /**
      * No caption of the page is cut, no control is smaller than it needs to be, the window fits the screen of
-     * a laptop at 150 per cent, the buttons lead where they can, and leaving the Mentor here writes nothing.
+     * a laptop at 150 per cent, and leaving the Mentor here writes nothing.
      */
     void ExpectWholePageAndCancel(bool byEscape)
     {
-        const int step = form->CurrentStep();
-        SCOPED_TRACE(step);
+        SCOPED_TRACE(form->CurrentStep());
         // At the smallest size that the user can make it.
         form->resize(1, 1);
         QTest::qWait(0);
@@ -93,9 +87,6 @@ protected:
                 ExpectWhole(widget);
         EXPECT_LE(form->width() * 1.5, 1366);
         EXPECT_LE(form->height() * 1.5, 768 - 40);
-        EXPECT_EQ(Enabled("CmdNav(2)"), step > 0);
-        EXPECT_EQ(Enabled("CmdNav(3)"), step < WizardForm::LastStep);
-        EXPECT_EQ(Enabled("CmdNav(4)"), step == WizardForm::LastStep);
         if (byEscape)
             Press(Qt::Key_Escape);
         else
