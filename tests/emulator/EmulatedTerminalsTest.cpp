@@ -49,7 +49,6 @@ TEST(EmulatedTerminals, Inputs)
               {"cut to the lower limit", Analog(5000, {{348, 1}}), {{217, -4999}}, "", {{217, 4999}}},
               {"points alike", Analog(7, {{42, 7}, {47, 7}}), {{217, 0}}, "(42, 47): Division by zero."},
               {"reading", Analog(Highest, {{42, -1}, {47, Highest}}), {}, OutOfRange("143, 42")},
-              {"gain less bias", Analog(1, {{52, Lowest}, {57, 1}}), {}, OutOfRange("57, 52")},
               {"no such destination", Analog(5000, {{27, 431}}), {}, NoParameter("27", 431)}});
 
     RunCases("Frequency Input", &DriveEmulator::EmulateFreqInput,

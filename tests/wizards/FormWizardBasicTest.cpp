@@ -109,6 +109,7 @@ TEST_F(FormWizardBasicTest, RefusesABadEntryWithItsMessageAndGoesThere)
     // The message is empty where the entry passes.
     const std::tuple<int, const char *, const char *, Name> rows[] = {
         {3, "TextMotorData(0)", "34", OutOfRange("Armature Current", "35 Amps", "174 Amps", true)},
+        {3, "TextMotorData(1)", "x", NoNumber("Armature Voltage")},
         {3, "TextMotorData(3)", "", NoNumber("Base Speed Field Current")},
         {3, "TextMotorData(3)", "8.01", OutOfRange("Base Speed Field Current", "0.00 Amps", "8.00 Amps")},
         {3, "TextMotorData(2)", "0", OutOfRange("Base Speed", "1 RPM", "9999 RPM", true)},
@@ -118,8 +119,10 @@ TEST_F(FormWizardBasicTest, RefusesABadEntryWithItsMessageAndGoesThere)
         {5, "TextMaxSpeed(1)", "0", ""},
         {5, "TextMaxSpeed(0)", "0", ""},
         {6, "TextRef(3)", "100.01", OutOfRange("Reference 3", "-100.00 %", "100.00 %", true)},
+        {6, "TextJogRef", "", NoNumber("Jog Reference")},
         {7, "TextJogAccelDecel(3)", "", NoNumber("Rev Decel B")},
         {9, "TextCurrentLimit(0)", "151", OutOfRange("Positive I Limit", "0.00 %", "150.00 %", true)},
+        {9, "TextCurrentLimit(1)", "1", OutOfRange("Negative I Limit", "-150.00 %", "0.00 %", true)},
     };
     SetModel(RegenerativeModel);
     OpenAnswered();
