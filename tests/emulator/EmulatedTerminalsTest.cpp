@@ -39,7 +39,6 @@ TEST(EmulatedTerminals, Inputs)
               {"cut toward zero", Analog(12349, {{47, 100000}}), {{217, 1234}}},
               {"cut toward zero below it", Analog(37, {{47, 100}, {57, -10}}), {{217, -3}}},
               {"bipolar knows no bias", Analog(5000, {{32, 1}, {52, 900}}), {{217, 5000}}},
-              {"inverted", Analog(5000, {{348, 1}}), {{217, -5000}}},
               {"any other inversion is none", Analog(5000, {{348, 2}}), {{217, 5000}}},
               {"bipolar above 100%", Analog(20000, {{32, 1}, {57, 7000}}), {{217, 7000}}},
               {"bipolar at -100%", Analog(-10000, {{32, 1}, {42, 100}}), {{217, -10000}}},
