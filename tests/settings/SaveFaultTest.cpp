@@ -2,11 +2,6 @@
 
 #include "FaultyCalls.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace quorvik::testing
 {
 
@@ -121,29 +116,6 @@ TEST_F(SaveFaultTest, StruckAtEveryCallThatChangesFiles)
         EXPECT_EQ(keptOld > 0, c.keepsOld);
         std::printf("%s: %d places, old file kept at %d\n", c.title, at - 1, keptOld);
     }
-}
-
-TEST_F(SaveFaultTest, AFolderThatCannotBeWrittenTo)
-{
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "root may write everywhere";
-    ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0555), 0);
-    EXPECT_FALSE(file.Save(Target()).isEmpty());
-    ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0755), 0);
-    EXPECT_EQ(MarkOfTarget(), OldMark);
-    EXPECT_EQ(Leftovers(), QStringList());
-}
-
-TEST_F(SaveFaultTest, AFileThatIsOpenElsewhere)
-{
-    const int reader = ::open(QFile::encodeName(Target()).constData(), O_RDONLY);
-    ASSERT_EQ(::flock(reader, LOCK_EX), 0);
-    EXPECT_EQ(file.Save(Target()), QString());
-    QByteArray seen(oldBytes_.size(), '\0');
-    EXPECT_EQ(::pread(reader, seen.data(), std::size_t(seen.size()), 0), oldBytes_.size());
-    EXPECT_EQ(seen, oldBytes_) << "whoever had it open goes on with the old one";
-    ::close(reader);
-    EXPECT_EQ(MarkOfTarget(), NewMark);
 }
 
 } // namespace quorvik::testing
