@@ -60,10 +60,8 @@ TEST_F(BadFileTest, IsRefusedAsAWhole)
         {"Could not find file", {}, [&] { QFile::remove(path); }},
         {"not a settings file", {}, [&] { QFile::resize(path, 0); }},
         {"not a settings file", {}, [&] { Patch(path, 0, "\x89PNG\r\n\x1a\n"); }},
-        {"malformed", {}, [&] { QFile::resize(path, 100); }},
         {"malformed", {}, [&] { QFile::resize(path, QFileInfo(path).size() / 2); }},
         {"malformed", {}, [&] { Patch(path, 4096, QByteArray(12000, '\xff')); }},
-        {"is not a file", {}, [&] { EXPECT_TRUE(QFile::remove(path) && QDir().mkpath(path)); }},
         {"is not a file",
          {},
          [&] { EXPECT_TRUE(QFile::remove(path) && ::mkfifo(qPrintable(path), 0600) == 0); }},
@@ -73,16 +71,12 @@ TEST_F(BadFileTest, IsRefusedAsAWhole)
         {"is damaged", {}, [&] { Patch(path, 18, QByteArray("\2\2", 2)); }},
         {"is damaged", {}, [&] { QFile::resize(path, 17 * 1024 * 1024); }},
         {"table \"Settings\" is missing", QStringLiteral("DROP TABLE Settings")},
-        {"table \"Properties\" is missing", QStringLiteral("DROP TABLE Properties")},
         {"no properties", QStringLiteral("DELETE FROM Properties")},
         {"column \"Tag\"", QStringLiteral("ALTER TABLE Settings DROP COLUMN Tag")},
         {"row 7 holds", QStringLiteral("UPDATE Settings SET Max = 2147483648 WHERE rowid = 8")},
         {"row 0 holds", QStringLiteral("UPDATE Settings SET Value = 1.5 WHERE rowid = 1")},
-        {"row 433 holds", QStringLiteral("UPDATE Settings SET Min = 'x' WHERE rowid = 434")},
         {"row 0 holds", QStringLiteral("UPDATE Settings SET Attributes = NULL")},
         {"column \"Name\"", QStringLiteral("UPDATE Settings SET Name = printf('%41s', 'x')")},
-        {"column \"Name\"",
-         QStringLiteral("UPDATE Settings SET Name = printf('%9000000s', 'x') WHERE rowid = 1")},
         {"column \"Name\"", QStringLiteral("UPDATE Settings SET Name = x'4142'")},
         {"column \"Notes\"", QStringLiteral("UPDATE Properties SET Notes = printf('%256s', 'x')")},
         {"more than 32768 rows", RowCount(32769)},
@@ -95,7 +89,6 @@ TEST_F(BadFileTest, IsRefusedAsAWhole)
          QStringLiteral(
              "DROP TABLE Properties|CREATE TABLE Properties (x, Notes AS (hex(zeroblob(100000000))))|INSERT "
              "INTO Properties (x) VALUES (1)")},
-        {"more than tables", QStringLiteral("CREATE INDEX i ON Settings (Tag)")},
     };
     for (const auto &[sentence, statements, spoil] : cases) {
         SCOPED_TRACE(sentence + (' ' + statements.toStdString()));

@@ -1,31 +1,9 @@
-#include "SetFixture.h"
-
 #include "PresetsSource.h"
-#include "model/Conversions.h"
-#include "settings/SettingsTables.h"
+
+#include <gtest/gtest.h>
 
 namespace quorvik::testing
 {
-
-using PresetsTest = SetTest;
-
-TEST_F(PresetsTest, FactorySetFitsItsWiring)
-{
-    for (int i = 0; i <= 433; ++i) {
-        const ParamRecord &record = table.Row(i);
-        EXPECT_TRUE(record.Value >= record.Min && record.Value <= record.Max) << i;
-        EXPECT_FALSE(ValueText(record.Value, record.Attributes).isEmpty()) << i;
-    }
-    const std::vector<std::pair<int, int>> wiring = {{1, 239}, {2, 240}, {3, 241}, {4, 222},
-                                                     {5, 215}, {6, 216}, {7, 254}, {23, 217}};
-    for (const auto &[input, target] : wiring) {
-        EXPECT_EQ(table.Value(input), target);
-        EXPECT_EQ(table.AccessClass(target), Access::LinkedDestination) << target;
-    }
-    // What hangs on the factory wiring shows itself in the units of what it drives.
-    for (const auto &[p, text] : {std::pair(15, "True"), {53, "100.00 %"}, {75, "True"}, {122, "174 Amps"}})
-        EXPECT_EQ(ValueText(table.Value(p), table.Row(p).Attributes), QLatin1String(text)) << p;
-}
 
 TEST(PresetsSourceTest, RefusesWhatCannotBeExpressed)
 {

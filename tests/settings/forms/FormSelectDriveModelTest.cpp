@@ -12,7 +12,6 @@ TEST_F(SelectDriveModel, OpensOnThePresentModelAndChoosingIsNoEdit)
     const std::tuple<int, const char *, int, int, int, int> cases[] = {
         {5, "SVR100-000 (174 Amps)", 0, 17, 36, 7},
         {17, "SVN020-000 (36 Amps)", 6, 23, 256, 51},
-        {27, "SVN150-000 (256 Amps)", 19, 10, 510, 102},
         {0, "SVN020-000 (36 Amps)", 10, 1, 36, 7},
     };
     for (const auto &[present, shown, chosen, code, amps, minMotorAmps] : cases) {
