@@ -21,7 +21,6 @@ TEST_F(GoingOnLineTest, APortThatWillNotOpenSaysWhyAndChangesNothing)
     const int other = ::open(QFile::encodeName(peer.Device()).constData(), O_RDWR | O_NOCTTY);
     ASSERT_EQ(::flock(other, LOCK_EX | LOCK_NB), 0);
     const std::pair<QString, const char *> cases[] = {
-        {QStringLiteral("/dev/ttyNone7"), "There is no serial port /dev/ttyNone7 (Com5)"},
         {QString(), "There is no port Com5"},
         {file, "Serial port "},
         {peer.Device(), "is in use by another program"},
@@ -139,7 +138,6 @@ TEST_F(GoingOnLineTest, TheSwitchSettlesWhichSideIsRight)
         Outcome outcome;
     } cases[] = {
         {MsgAnswer::Yes, 0, false, true, 2, Outcome::Done},
-        {MsgAnswer::Yes, 8, false, true, 2, Outcome::Done},
         {MsgAnswer::Yes, 1, false, false, 0, Outcome::Refused},
         {MsgAnswer::No, 1, false, true, 1, Outcome::Done},
         {MsgAnswer::No, 0, true, false, 0, Outcome::Cancelled},

@@ -68,26 +68,6 @@ TEST_F(ReadingTest, AScanBegunAnewGivesUpTheReplyUnderWay)
     EXPECT_TRUE(WaitUntil([&] { return P(21).Value == 6; }));
 }
 
-TEST_F(ReadingTest, PropertiesGoBeforeWritesAndAreDecodedByTheSignOfTheirParameter)
-{
-    Connect();
-    P(9).Attributes = Attr::Long;
-    peer.Answer = [&](const QByteArray &frame) {
-        return frame.at(1) == 4 ? PropsReply(0x7F01, 0xFFFE, 0x8000, 4, 5) : peer.DriveAnswer(frame);
-    };
-    for (const int p : {9, 10}) {
-        peer.Frames.clear();
-        Enter(3, p);
-        link.ReadPropsIndex = std::int16_t(p);
-        ASSERT_TRUE(WaitFor(WriteRequest(3, p)));
-        EXPECT_EQ(peer.Frames.first(), PropsRequest(p));
-        EXPECT_THAT(
-            (std::array{link.PropMin, link.PropMax, link.PropAttrib, link.PropPreset, link.PropValue}),
-            ::testing::ElementsAre(32513, p == 9 ? 65534 : -2, p == 9 ? 32768 : -32768, 4, 5));
-        EXPECT_EQ(link.ReadPropsIndex, 0);
-    }
-}
-
 TEST_F(ReadingTest, AWholeReadIsWholeOrSaysWhatIsMissing)
 {
     const struct {

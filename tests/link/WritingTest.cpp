@@ -119,16 +119,6 @@ TEST_F(WritingTest, OneThatFailsIsTriedThreeTimesAPauseApart)
     EXPECT_EQ(asker.Shown.first().title, QStringLiteral("Write Error"));
 }
 
-TEST_F(WritingTest, AnAcknowledgementMovesTheLimitsThatHangOnTheEditedParameter)
-{
-    Connect();
-    P(26).Max = 77;
-    table.EditParamNumber = 3;
-    Enter(3, 26);
-    ASSERT_TRUE(WaitForWrites());
-    EXPECT_EQ(P(10).Max, 77);
-}
-
 TEST_F(WritingTest, AFailureIsToldOnceAndTheLinkGoesOn)
 {
     Connect();
@@ -241,23 +231,6 @@ TEST_F(WritingTest, GoingOffLineAsksAndWaitsForTheSaveUntilTheDriveTellsThatItIs
         EXPECT_EQ(P(Param::SaveParameters).Value + P(Param::SaveParameters).ReadFlag, 0);
         EXPECT_EQ(P(Param::SaveParameters).WriteFlag, WriteState::None)
             << "nothing is left for the next time";
-    }
-}
-
-TEST_F(WritingTest, ADriveCommandTakesTheLinkDownWithAWarningAtMost)
-{
-    Want({10});
-    asker.WhileShown = [this] { IsSilent(); };
-    for (const bool modified : {false, true}) {
-        Connect();
-        document.DriveModified = modified;
-        if (modified)
-            asker.Expect(QStringLiteral("Drive parameters have not been saved!"));
-        link.SetDriveCommand(Restart::Reset);
-        ASSERT_TRUE(WaitForOffLine());
-        ASSERT_TRUE(WaitFor(WriteRequest(408, 2)));
-        EXPECT_EQ(peer.Frames.last(), WriteRequest(408, 2)) << "the restarting drive is left alone";
-        EXPECT_TRUE(IsSilent() && IsAtRest());
     }
 }
 

@@ -162,11 +162,11 @@ TEST_F(LinkFormsTest, DebugAsksForPropertiesAndListsWhoIsPolled)
     Show<FormDebug>(link);
     ASSERT_EQ(link.Open(), QString());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !link.IsAskingForSize(); }));
-    peer.Values[9] = 5;
-    Find<QLineEdit>("Text2")->setText(Name("9"));
+    peer.Values[64] = 60000;
+    Find<QLineEdit>("Text2")->setText(Name("64"));
     Click("CommandReadProps");
-    EXPECT_EQ(link.ReadPropsIndex, 9);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Text("Text1(1)") == "433" && Text("Text1(4)") == "5"; }));
+    EXPECT_EQ(link.ReadPropsIndex, 64);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Text("Text1(1)") == "433" && Text("Text1(4)") == "60000"; }));
     EXPECT_EQ(Text("TextReadFlags"), "422 1\n");
     Click("CommandClose");
     EXPECT_TRUE(QTest::qWaitFor([&] { return desk.forms.Count() == 1; }));
