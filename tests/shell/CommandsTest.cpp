@@ -17,8 +17,6 @@
 namespace quorvik::testing
 {
 
-constexpr int Edited = 226;
-
 class Commands : public ShellTest
 {
 protected:
@@ -42,8 +40,6 @@ protected:
     {
         return Find<QMdiArea>("MDIArea")->subWindowList(QMdiArea::CreationOrder);
     }
-    std::int32_t Value() const { return Table().Value(Edited); }
-    void Edit(std::int32_t raw) { Table().SetParamValue(Edited, raw, true, false); }
 };
 
 TEST_F(Commands, BlocksOpenTheirWindowsOneByOneAndTogether)
@@ -76,6 +72,7 @@ TEST_F(Commands, EntriesOpenTheirWindows)
     LoadQuietly();
     asker.Expect("all inputs must be unassigned!", MsgAnswer::Yes);
     const std::pair<const char *, const char *> windows[] = {
+        {"mnuFileNew", "FormSelectDriveModel"},
         {"mnuFileNotes", "FormNotes"},
         {"mnuOptionsCommunications", "FormCommunications"},
         {"mnuOptionsColorSettings", "FormColorSettings"},
@@ -89,6 +86,9 @@ TEST_F(Commands, EntriesOpenTheirWindows)
     };
     for (const auto &[entry, name] : windows)
         EXPECT_EQ(Opened(entry), Name(name)) << entry;
+    Trigger("mnuBlockRelayOutput(2)");
+    InModal([this] { Controls(Find("FormRelayOutputs")).Click("CommandIOMentor"); },
+            [](const QWidget *mentor) { EXPECT_EQ(mentor->objectName(), Name("FormWizardIO")); });
     EXPECT_TRUE(Find<QRadioButton>("OptionView(1)")->isChecked());
     const auto *list = Find<QTreeView>("ListView");
     EXPECT_LE(list->header()->length(), list->viewport()->width()) << "no column is out of sight";
@@ -104,67 +104,15 @@ TEST_F(Commands, EntriesOpenTheirWindows)
     Trigger("mnuHalvaneWeb");
     QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
     EXPECT_EQ(browser.source().host(), Name("www.halvane.example"));
-}
-
-TEST_F(Commands, FileEntriesKeepAndBringSets)
-{
-    LoadQuietly();
-    const QString path = folder.filePath(QStringLiteral("mill.Svx"));
-    Edit(123);
-    asker.ExpectSave(path);
-    Trigger("mnuFileSave(1)");
-    Edit(77);
-    Trigger("mnuFileSave(0)");
-    EXPECT_FALSE(Set().FileModified);
-    Edit(99);
-    asker.Expect("Save changes?", MsgAnswer::No);
-    EXPECT_EQ(Opened("mnuFileNew"), Name("FormSelectDriveModel"));
-    EXPECT_EQ(Value(), Table().Row(Edited).Preset);
-    asker.ExpectOpen(path);
-    Trigger("mnuFileOpen");
-    EXPECT_EQ(Value(), 77);
 
     int printed = 0;
     main->Print().ShowPrinter = [&](QPrinter &, QWidget *) { return ++printed, std::nullopt; };
     Trigger("mnuFilePrint");
     EXPECT_EQ(printed, 1);
     const QSignalSpy unloaded(main.get(), &MDIFormMain::Unloaded);
+    asker.Expect("Save changes?", MsgAnswer::No);
     Trigger("mnuFileExit");
     EXPECT_EQ(unloaded.size(), 1);
-}
-
-TEST_F(Commands, DriveEntriesReachTheDrive)
-{
-    SimulatedDrive drive;
-    GoOnLine(drive);
-    DriveLink &link = Link();
-    const ParameterTable &table = Table();
-    const auto comesToHold = [&](std::int32_t raw) {
-        return QTest::qWaitFor([&] { return !table.WritePending && drive.Value(Edited) == raw; });
-    };
-    Edit(123);
-    EXPECT_TRUE(comesToHold(123));
-    Trigger("mnuToolsSaveDrive");
-    const auto isSaved = [&] { return !table.WritePending && drive.Value(Param::SaveParameters) == 0; };
-    EXPECT_TRUE(QTest::qWaitFor(isSaved));
-    Edit(50);
-    EXPECT_TRUE(comesToHold(50));
-    Trigger("mnuToolsLoadDrive");
-    EXPECT_TRUE(comesToHold(123)) << "what was saved";
-    for (const Restart command : {Restart::ReInitialize, Restart::Reset}) {
-        Trigger(ControlName("mnuToolsReInitDrive", int(command)));
-        EXPECT_EQ(link.DriveCommand, command);
-        link.SetDriveCommand(Restart::None);
-    }
-    Drive().GoOffLine(OffLineReason::User);
-    drive.Set(Edited, 44);
-    asker.Expect("Save changes?", MsgAnswer::No);
-    Trigger("mnuFileRead");
-    EXPECT_EQ(Value(), 44);
-    Edit(55);
-    asker.Expect(QString(), MsgAnswer::No);
-    Trigger("mnuFileWrite");
-    EXPECT_EQ(drive.Value(Edited), 55);
 }
 
 TEST_F(Commands, WindowEntriesArrange)

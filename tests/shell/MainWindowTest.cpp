@@ -43,21 +43,13 @@ TEST_F(ShellTest, LinkCommandsFollowTheLink)
     const SimulatedDrive drive;
     GoOnLine(drive);
     expectAll(true);
+    for (const Restart command : {Restart::ReInitialize, Restart::Reset}) {
+        Trigger(ControlName("mnuToolsReInitDrive", int(command)));
+        EXPECT_EQ(Link().DriveCommand, command);
+    }
+    Link().SetDriveCommand(Restart::None);
     Drive().GoOffLine(OffLineReason::User);
     expectAll(false);
-}
-
-TEST_F(ShellTest, ASecondClickEndsTheWaitForASilentDrive)
-{
-    SimulatedDrive drive;
-    UseDrive(drive);
-    LoadQuietly();
-    drive.Send(QStringLiteral("fault silent"));
-    DriveLink &link = Link();
-    QTimer::singleShot(100, main.get(), [this] { Click("ComStatus"); });
-    Drive().GoOnLine();
-    EXPECT_FALSE(link.PortOpen());
-    EXPECT_EQ(Text("ComStatus"), "OffLine");
 }
 
 TEST_F(ShellTest, AFailedSaveIsToldWholeUnderTheMenu)

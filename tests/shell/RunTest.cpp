@@ -101,16 +101,19 @@ TEST_F(ShellTest, AFileOnTheCommandLineOpensWithoutADialog)
 {
     LoadQuietly();
     const QString path = folder.filePath(QStringLiteral("my [*] \\set.Svx"));
-    Table().SetParamValue(226, 123, true, false);
     asker.ExpectSave(path);
-    Trigger("mnuFileSave(1)");
+    for (const char *entry : {"mnuFileSave(1)", "mnuFileSave(0)"}) {
+        Table().SetParamValue(226, Table().Value(226) + 1, true, false);
+        Trigger(entry);
+    }
+    const std::int32_t saved = Table().Value(226);
     ASSERT_TRUE(main->close());
 
     MakeWindow();
     ASSERT_TRUE(main->Load(u'"' + path + u'"'));
     EXPECT_EQ(Set().FileName, path);
     EXPECT_TRUE(main->windowHandle()->title().startsWith(QStringLiteral("Quorvik - [my [*] \\set.Svx]")));
-    EXPECT_EQ(Table().Value(226), 123);
+    EXPECT_EQ(Table().Value(226), saved);
     EXPECT_FALSE(Link().PortOpen());
 }
 

@@ -151,8 +151,7 @@ protected:
     }
     void NoteEntry(const Name &name, const char *entry)
     {
-        Note(
-            name, [this, entry] { Trigger(entry); }, [this] { return IsAllWritten(); });
+        NoteEdit(name, [this, entry] { Trigger(entry); });
     }
     bool IsAllWritten() const
     {
