@@ -23,10 +23,7 @@ protected:
         OpenOn(Edited);
     }
 
-    void OpenOn(int p)
-    {
-        dialog = Show<FormModifyParameterValue>(nullptr, p, P(p));
-    }
+    void OpenOn(int p) { dialog = Show<FormModifyParameterValue>(nullptr, p, P(p)); }
 
     int VisibleOptions() const
     {
