@@ -64,6 +64,7 @@ TEST_F(LogicBlocksTest, TheTimerShowsItsSelectorsInTheSameTickAndCountsWhileItsW
     ASSERT_TRUE(QTest::qWaitFor([&] { return P(428) > 0; }, 2000));
     form->close();
     EXPECT_FALSE(emulator->isActive());
+    EXPECT_EQ(ReadFlags(), before);
 }
 
 } // namespace quorvik::testing

@@ -161,14 +161,6 @@ TEST_P(WalkerTest, TabReachesEveryRowAreaAndButton)
     EXPECT_TRUE(missing.isEmpty()) << missing.values().join(u' ').toStdString();
 }
 
-TEST_P(WalkerTest, ReadInterestIsBackAfterClosing)
-{
-    EXPECT_NE(ReadFlags(), before);
-    Tick();
-    CloseByButton();
-    EXPECT_EQ(ReadFlags(), before);
-}
-
 INSTANTIATE_TEST_SUITE_P(Catalogue, WalkerTest, ::testing::ValuesIn(AllWindows()),
                          ::testing::PrintToStringParamName());
 
