@@ -5,9 +5,6 @@
 namespace quorvik::drive
 {
 
-namespace
-{
-
 constexpr double ByteNs = 10e9 / 38400;
 
 TEST(Pacing, BytesQueueOnTheLineInBothDirections)
@@ -48,7 +45,5 @@ TEST(Pacing, RunOfReadsTakesItsTimeOnTheWire)
     const double wire = (10 + (values - 1) * 6) * 10e9 / baud;
     EXPECT_GE(taken, wire * 0.999);
 }
-
-} // namespace
 
 } // namespace quorvik::drive
