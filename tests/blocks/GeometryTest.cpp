@@ -5,24 +5,6 @@
 namespace quorvik::testing
 {
 
-TEST(Geometry, WiresLeaveAndEnterAtRightAngles)
-{
-    const double half = Drawing::HalfWay;
-    const std::tuple<Port, Port, double, QPolygonF> cases[] = {
-        {{{0, 5}, Side::Right}, {{9, 5}, Side::Left}, half, {{{0, 5}, {9, 5}}}},
-        {{{0, 5}, Side::Right}, {{10, 9}, Side::Left}, half, {{{0, 5}, {5, 5}, {5, 9}, {10, 9}}}},
-        {{{0, 5}, Side::Right}, {{10, 9}, Side::Left}, 8, {{{0, 5}, {8, 5}, {8, 9}, {10, 9}}}},
-        {{{0, 5}, Side::Right}, {{10, 9}, Side::Top}, half, {{{0, 5}, {10, 5}, {10, 9}}}},
-        {{{0, 5}, Side::Bottom}, {{10, 9}, Side::Left}, half, {{{0, 5}, {0, 9}, {10, 9}}}},
-        {{{0, 0}, Side::Bottom}, {{10, 8}, Side::Top}, 6, {{{0, 0}, {0, 6}, {10, 6}, {10, 8}}}},
-        // A dot has no side of its own: the wire enters the other end as that one wants it.
-        {{{0, 0}, Side::Any}, {{10, 8}, Side::Left}, half, {{{0, 0}, {0, 8}, {10, 8}}}},
-        {{{0, 0}, Side::Any}, {{10, 8}, Side::Top}, half, {{{0, 0}, {10, 0}, {10, 8}}}},
-    };
-    for (const auto &[from, to, bend, corners] : cases)
-        EXPECT_EQ(RouteWire(from, to, bend), corners);
-}
-
 TEST(Geometry, AnArrowHeadLiesBehindItsTip)
 {
     for (const QPointF &tip : {QPointF(5, 0), QPointF(-5, 0), QPointF(0, 5), QPointF(0, -5)}) {
