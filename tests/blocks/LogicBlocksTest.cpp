@@ -1,5 +1,7 @@
 #include "blocks/BlockFixture.h"
 
+#include <QCloseEvent>
+
 namespace quorvik::testing
 {
 
@@ -63,8 +65,12 @@ TEST_F(LogicBlocksTest, TheTimerShowsItsSelectorsInTheSameTickAndCountsWhileItsW
     emulator->start(1);
     ASSERT_TRUE(QTest::qWaitFor([&] { return P(428) > 0; }, 2000));
     form->close();
+    QCloseEvent again;
+    QCoreApplication::sendEvent(form, &again);
     EXPECT_FALSE(emulator->isActive());
     EXPECT_EQ(ReadFlags(), before);
+    EXPECT_TRUE(told.isEmpty()) << "it leaves once, however often it is closed";
+    EXPECT_EQ(desk.forms.Count(), 1) << "a window that waits for its deletion is no open one";
 }
 
 } // namespace quorvik::testing
