@@ -6,21 +6,6 @@
 namespace quorvik::drive
 {
 
-namespace
-{
-
-TEST(Faults, SpoilAsManyRepliesAsAskedFor)
-{
-    const std::pair<const char *, const char *> rows[] = {
-        {"bad-bcc,count=2", "020000005a"}, {"short,count=2", "02000000"}, {"long,count=2", "020000000055"}};
-    for (const auto &[words, spoilt] : rows) {
-        DriveRig rig;
-        rig.Fault(words);
-        for (const char *reply : {spoilt, spoilt, "0200000000"})
-            EXPECT_EQ(rig.Exchange(ReadRequest(217), int(std::strlen(reply) / 2)).toHex(), reply) << words;
-    }
-}
-
 TEST(Faults, SilenceLosesTheReplyAndADropLosesTheRequest)
 {
     const std::pair<const char *, int> rows[] = {
@@ -94,7 +79,5 @@ TEST(Faults, WordsThatMeanNothingAreTurnedDown)
         EXPECT_FALSE(faults.DropsRequest(0, 0)) << words;
     }
 }
-
-} // namespace
 
 } // namespace quorvik::drive
