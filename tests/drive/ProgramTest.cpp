@@ -1,3 +1,4 @@
+#include "support/Name.h"
 #include "support/SimulatedDrive.h"
 
 #include <QFileInfo>
@@ -8,27 +9,21 @@
 namespace quorvik
 {
 
-namespace
-{
-
-QString Words(const char *text)
-{
-    return QString::fromLatin1(text);
-}
+using testing::Name;
 
 TEST(Program, PrintsItsTableAndTakesCommands)
 {
-    SimulatedDrive drive(SimulatedDrive::Unpaced() << Words("--model") << Words("1"));
+    SimulatedDrive drive(SimulatedDrive::Unpaced() << Name("--model") << Name("1"));
     drive.Set(217, -345);
     const auto table = drive.Table();
     EXPECT_EQ(table.size(), 434u);
     EXPECT_EQ(table.at(217), -345);
     EXPECT_EQ(table.at(411), 1);
-    EXPECT_TRUE(drive.Ask(Words("print 217")).value(0).contains(Words("Reference 0")));
+    EXPECT_TRUE(drive.Ask(Name("print 217")).value(0).contains(Name("Reference 0")));
     for (const char *line :
          {"get 434", "get x", "set 217", "set 217 70000", "terminal analog 6 0", "terminal digital 1 2",
           "terminal frequency 60001", "fault nonsense", "trip 0", "dance"})
-        EXPECT_EQ(drive.Ask(Words(line)).size(), 1) << line;
+        EXPECT_EQ(drive.Ask(Name(line)).size(), 1) << line;
     drive.Kill();
     drive.Restart();
     EXPECT_TRUE(QFileInfo::exists(drive.LinkPath()));
@@ -39,29 +34,29 @@ TEST(Program, PrintsItsTableAndTakesCommands)
 TEST(Program, MachineStandsStillUntilItIsThawed)
 {
     SimulatedDrive drive;
-    drive.Send(Words("terminal digital 2 1"));
-    drive.Send(Words("terminal analog 1 2047"));
+    drive.Send(Name("terminal digital 2 1"));
+    drive.Send(Name("terminal analog 1 2047"));
     EXPECT_FALSE(QTest::qWaitFor([&] { return drive.Value(217) != 0; }, 200));
-    drive.Send(Words("thaw"));
+    drive.Send(Name("thaw"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return drive.Value(217) > 9900; }, 3000));
-    drive.Send(Words("terminal digital 1 1"));
+    drive.Send(Name("terminal digital 1 1"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return drive.Value(422) == 1 && drive.Value(193) > 200; }, 5000));
-    drive.Send(Words("trip 64"));
+    drive.Send(Name("trip 64"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return drive.Value(304) == 64; }, 3000));
-    drive.Send(Words("power-cycle"));
+    drive.Send(Name("power-cycle"));
     EXPECT_EQ(drive.Value(422), 0);
 }
 
 TEST(Program, DemoRunsByItself)
 {
-    SimulatedDrive drive(SimulatedDrive::Live() << Words("--demo"));
+    SimulatedDrive drive(SimulatedDrive::Live() << Name("--demo"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return drive.Value(422) == 1 && drive.Value(193) > 500; }, 8000));
 }
 
 TEST(Program, SaysWhatIsWrongAndEnds)
 {
     QTemporaryDir folder;
-    const QString inTheWay = folder.filePath(Words("obstacle"));
+    const QString inTheWay = folder.filePath(Name("obstacle"));
     QFile file(inTheWay);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     const std::pair<const char *, const char *> rows[] = {{"--link %1", "in the way"},
@@ -70,10 +65,10 @@ TEST(Program, SaysWhatIsWrongAndEnds)
                                                           {"--model 11", "model"},
                                                           {"--baud -1", "--baud"}};
     for (const auto &[arguments, says] : rows) {
-        QStringList all{Words("--link"), folder.filePath(Words("link")), Words("--presets"),
+        QStringList all{Name("--link"), folder.filePath(Name("link")), Name("--presets"),
                         QStringLiteral(QUORVIK_PRESETS_FILE)};
-        for (const QString &argument : Words(arguments).split(u' '))
-            all << QString(argument).replace(Words("%1"), inTheWay);
+        for (const QString &argument : Name(arguments).split(u' '))
+            all << QString(argument).replace(Name("%1"), inTheWay);
         QProcess process;
         process.start(QStringLiteral(QUORVIK_DRIVE_PROGRAM), all);
         EXPECT_TRUE(process.waitForFinished(10000));
@@ -82,7 +77,5 @@ TEST(Program, SaysWhatIsWrongAndEnds)
     }
     EXPECT_TRUE(QFileInfo(inTheWay).isFile());
 }
-
-} // namespace
 
 } // namespace quorvik
