@@ -123,9 +123,11 @@ TEST_F(LimitRulesTest, OffValueOfTheDigitalOutputKeepsItsLimits)
 
 TEST_F(LimitRulesTest, ModelFixesTheCurrents)
 {
-    const std::vector<std::array<std::int32_t, 3>> rows = {{0, 0, 0},      {1, 36, 7},   {17, 36, 7},
-                                                           {26, 510, 102}, {5, 174, 35}, {7, 256, 51}};
-    for (const auto &[code, rated, least] : rows) {
+    // The rated current, the least motor current, and whether it is a regenerative model.
+    const std::tuple<std::int32_t, std::int32_t, std::int32_t, bool> rows[] = {
+        {0, 0, 0, true},      {1, 36, 7, true},   {5, 174, 35, true},   {7, 256, 51, true},
+        {10, 510, 102, true}, {17, 36, 7, false}, {26, 510, 102, false}};
+    for (const auto &[code, rated, least, isRegenerative] : rows) {
         SCOPED_TRACE(code);
         At(Param::DriveModel).Value = code;
         At(123).Value = 1;
@@ -134,10 +136,13 @@ TEST_F(LimitRulesTest, ModelFixesTheCurrents)
         EXPECT_EQ(At(123).Value, rated);
         EXPECT_EQ(At(123).Preset, rated);
         ExpectLimits(123, least, rated, 32);
+        EXPECT_EQ(table.IsModelDefined(), code != 0);
+        EXPECT_EQ(table.IsRegenerative(), isRegenerative);
     }
     for (const std::int32_t code : {11, 27, 31}) {
         At(Param::DriveModel).Value = code;
         EXPECT_THROW(table.RefreshDependentParams(Param::DriveModel), RuntimeFailure) << code;
+        EXPECT_EQ(table.IsModelDefined(), code == 27) << code;
     }
 }
 

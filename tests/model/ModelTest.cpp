@@ -124,18 +124,6 @@ TEST_F(ModelTest, ReadInterestIsCountedAndChecked)
     EXPECT_EQ(At(5).ReadFlag, 255);
 }
 
-TEST_F(ModelTest, ModelKinds)
-{
-    const std::vector<std::tuple<std::int32_t, bool, bool>> rows = {
-        {0, false, true},   {1, true, true},   {10, true, true}, {11, false, true},
-        {16, false, false}, {17, true, false}, {27, true, false}};
-    for (const auto &[code, isDefined, isRegenerative] : rows) {
-        At(Param::DriveModel).Value = code;
-        EXPECT_EQ(table.IsModelDefined(), isDefined) << code;
-        EXPECT_EQ(table.IsRegenerative(), isRegenerative) << code;
-    }
-}
-
 TEST_F(ModelTest, ResetGivesTheFactoryStateAndKeepsReadInterest)
 {
     table.Resize(440);
