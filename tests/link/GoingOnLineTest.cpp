@@ -15,14 +15,14 @@ using GoingOnLineTest = LinkFixture;
 TEST_F(GoingOnLineTest, APortThatWillNotOpenSaysWhyAndChangesNothing)
 {
     QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("file"));
-    ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly));
+    const QString noPort = folder.filePath(QStringLiteral("file"));
+    ASSERT_TRUE(QFile(noPort).open(QIODevice::WriteOnly));
     // Locked the way terminal programs lock.
     const int other = ::open(QFile::encodeName(peer.Device()).constData(), O_RDWR | O_NOCTTY);
     ASSERT_EQ(::flock(other, LOCK_EX | LOCK_NB), 0);
     const std::pair<QString, const char *> cases[] = {
         {QString(), "There is no port Com5"},
-        {file, "Serial port "},
+        {noPort, "Serial port "},
         {peer.Device(), "is in use by another program"},
     };
     const QSignalSpy changes(&link, &DriveLink::ComStatusChanged);
