@@ -43,8 +43,9 @@ TEST_F(LinkFormsTest, CommunicationsKeepsTheChoiceHoweverItCloses)
     };
     for (const auto &[before, steps, byButton, online, after] : cases) {
         link.MSComm1.SetCommPort(before);
-        if (online)
+        if (online) {
             EXPECT_EQ(link.Open(), QString());
+        }
         Show<FormCommunications>(&desk.mainWindow, link);
         auto *ports = Find<QComboBox>("ComboCommPort");
         EXPECT_EQ(ports->count(), 16);
