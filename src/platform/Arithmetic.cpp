@@ -83,4 +83,9 @@ std::uint8_t ToByte(std::int32_t value)
     return Narrow<std::uint8_t>(value);
 }
 
+std::int32_t Fix(double value)
+{
+    return Narrow<std::int32_t>(std::trunc(value));
+}
+
 } // namespace quorvik

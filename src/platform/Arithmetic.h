@@ -30,6 +30,9 @@ std::int16_t ToInt16(std::int32_t value);
 /** Narrows to an unsigned byte, 0 to 255. */
 std::uint8_t ToByte(std::int32_t value);
 
+/** Cuts toward zero (-3.7 is -3), as a signed 32-bit integer. */
+std::int32_t Fix(double value);
+
 /** Rounds to a whole number, halves to the even neighbour, whatever rounding mode the platform is in. */
 double RoundHalfEven(double value);
 

@@ -33,23 +33,30 @@ TEST(ArithmeticTest, WholeNumbersNeverWrap)
 
 TEST(ArithmeticTest, TiesGoToTheEvenNeighbour)
 {
-    const std::pair<double, std::int32_t> cases[] = {
-        {1.5, 2},
-        {2.5, 2},
-        {-0.5, 0},
-        {0.49999999999999994, 0},
-        {-3.7, -4},
-        {2147483646.5, 2147483646},
-        {-2147483648.5, Lowest},
+    // What is rounded, and what is cut.
+    const std::tuple<double, std::int32_t, std::int32_t> cases[] = {
+        {1.5, 2, 1},
+        {2.5, 2, 2},
+        {2.51, 3, 2},
+        {-0.5, 0, 0},
+        {-1.5, -2, -1},
+        {0.49999999999999994, 0, 0},
+        {-3.7, -4, -3},
+        {2147483646.5, 2147483646, 2147483646},
+        {-2147483648.5, Lowest, Lowest},
     };
-    for (const auto &[value, rounded] : cases)
+    for (const auto &[value, rounded, cut] : cases) {
         EXPECT_EQ(CLng(value), rounded) << value;
+        EXPECT_EQ(Fix(value), cut) << value;
+    }
 }
 
 TEST(ArithmeticTest, WhatDoesNotFitItsTypeFails)
 {
     for (const double value : {2147483647.5, -2147483649.0, NoNumber, Infinite, -Infinite})
         EXPECT_THROW(CLng(value), RuntimeFailure) << value;
+    EXPECT_EQ(Fix(2147483647.9), Highest);
+    EXPECT_THROW(Fix(2147483648.0), RuntimeFailure);
     EXPECT_EQ(CInt(32767.4), 32767);
     EXPECT_EQ(CInt(-32768.5), -32768);
     EXPECT_THROW(CInt(32767.5), RuntimeFailure);
