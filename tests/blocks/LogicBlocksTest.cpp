@@ -1,6 +1,7 @@
 #include "blocks/BlockFixture.h"
 
 #include <QCloseEvent>
+#include <map>
 
 namespace quorvik::testing
 {
@@ -49,14 +50,15 @@ TEST_F(LogicBlocksTest, TheTimerShowsItsSelectorsInTheSameTickAndCountsWhileItsW
     Open("FormTimer");
     auto *emulator = Find<QTimer>("TimerEmulator");
     emulator->setInterval(100'000);
-    const std::tuple<Values, bool, int> ticks[] = {
+    const std::tuple<std::map<int, std::int32_t>, bool, int> ticks[] = {
         {{{312, 50}, {428, 50}}, true, 1},
         {{{428, 60}}, true, 0},
         {{{311, 1}}, false, 1}, // held at zero
         {{{365, 1}}, true, 1},  // reset inverted
     };
     for (const auto &[values, runs, contact] : ticks) {
-        Set(values);
+        for (const auto &[p, rawValue] : values)
+            P(p) = rawValue;
         Tick();
         EXPECT_EQ(emulator->isActive(), runs) << P(428);
         EXPECT_EQ(State("LineSwitch"), contact) << P(428);
