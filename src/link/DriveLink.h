@@ -42,7 +42,7 @@ enum class Restart : std::uint8_t { None = 0, ReInitialize = 1, Reset = 2 };
  * There is no thread and no queue: SerialCommTimer, SerialCommTimeout and the port's OnComm form one chain of
  * callbacks, and the work list is the flags of the table. In a healthy link exactly one of the two timers is
  * armed. It asks and tells nobody: what it has to say are signals, emitted from within the chain, so that a
- * listener must neither wait nor show a message in its slot.
+ * listener must not wait in its slot.
  *
  * A RuntimeFailure in the chain ends the handler that ran into it; the user is told once, and the next scan
  * begins afresh.

@@ -28,8 +28,10 @@ DriveOperations::DriveOperations(ParameterTable &table, Document &document, Driv
     On(&link_, &DriveLink::WriteGivenUp, this,
        [this](int p, std::int32_t rawValue, bool isTold) { OnWriteGivenUp(p, rawValue, isTold); });
     On(&link_, &DriveLink::FatalError, this, [this](const QString &sentence) {
-        asker_.MsgBox(sentence, MsgButtons::Ok, MsgIcon::Critical, AppTitle());
-        Q_EMIT FatalError();
+        Later([this, sentence] {
+            asker_.MsgBox(sentence, MsgButtons::Ok, MsgIcon::Critical, AppTitle());
+            Q_EMIT FatalError();
+        });
     });
 }
 

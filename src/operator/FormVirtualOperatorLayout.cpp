@@ -100,7 +100,6 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
     On(properties, &QAction::triggered, this, [this] { mnuProperties_Click(); });
 
     On(&desk.document, &Document::VirtualSettingsLoaded, this, [this] { RefreshControls(); });
-    // Every write announces the title, so this follows each of them.
     On(&desk.table.Signals(), &TableSignals::Entered, this, [this] { ShowCommands(); });
     timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
     On(timerUpdateScreen_, &QTimer::timeout, this, [this] { tickGuard_.Run([this] { ShowCommands(); }); });
