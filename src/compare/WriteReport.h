@@ -10,6 +10,8 @@
 namespace quorvik
 {
 
+class ParameterTable;
+
 /** What is known of one value that was to reach the drive. */
 enum class Arrival : std::uint8_t {
     NotSent,
@@ -17,6 +19,7 @@ enum class Arrival : std::uint8_t {
     Refused,  ///< by the drive, again and again
     Verified, ///< read back, and the same
     Differs,  ///< taken by the drive, which holds another value
+    Given,    ///< a command that the drive has taken; it clears itself, so there is nothing to compare
 };
 
 struct WrittenRow {
@@ -34,18 +37,22 @@ struct WriteReport {
         LinkLost,   ///< can be resumed
         NoBackup,   ///< the drive's set could not be read or kept; nothing was written
         OtherDrive, ///< what answers is not the drive with which the write was begun; nothing was written
+        Changed,    ///< it may be another drive: settings that were not to be written are other ones now
     };
 
     End end = End::Complete;
     std::vector<WrittenRow> rows; ///< in the order in which they are written
     QString backupPath;           ///< where the drive's set of before lies; empty where none is kept
     QString failure;              ///< why there is no backup, or which is the other drive
+    std::vector<int> changed;     ///< the settings that are other ones than when the write was begun
     DriveIdentity drive;          ///< with which the write was begun
 
     int Count(Arrival arrival) const;
     bool CanResume() const; ///< it ended early, and rows are left
     /** "265 written and verified, 2 refused, 0 differ": what it came to, in one line. */
     QString Summary() const;
+    /** What became of a row, in words. */
+    static QString ArrivalText(const WrittenRow &row, const ParameterTable &table);
 };
 
 } // namespace quorvik

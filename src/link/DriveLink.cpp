@@ -77,7 +77,8 @@ void DriveLink::SerialCommTimer_Timer()
         return;
     }
     DiscardInput();
-    if (ReadPropsIndex < 1 && !table_.WritePending) {
+    isStoring_ = false;
+    if (ReadPropsIndex < 1 && !table_.WritePending && !stores_.IsUnderWay()) {
         BeginReadScan();
         return;
     }
@@ -85,8 +86,10 @@ void DriveLink::SerialCommTimer_Timer()
     isReadScan_ = false;
     if (ReadPropsIndex >= 1)
         ReadProps(ReadPropsIndex);
-    else
+    else if (table_.WritePending)
         WriteNext();
+    else
+        StoreNext();
 }
 
 void DriveLink::SerialCommTimeout_Timer()
@@ -159,8 +162,15 @@ void DriveLink::TimerDelay_Timer()
 
 void DriveLink::ArmSerialCommTimer()
 {
-    if (PortOpen())
-        SerialCommTimer.start();
+    ArmSerialCommTimer(timings_.scanPause);
+}
+
+void DriveLink::ArmSerialCommTimer(int milliseconds)
+{
+    if (!PortOpen())
+        return;
+    SerialCommTimer.setInterval(milliseconds);
+    SerialCommTimer.start();
 }
 
 void DriveLink::DiscardInput()

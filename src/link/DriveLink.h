@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LinkTimings.h"
+#include "link/StoreList.h"
 #include "link/WholeRead.h"
 #include "platform/MSComm.h"
 #include "platform/RuntimeFailure.h"
@@ -16,16 +17,17 @@ namespace quorvik
 
 class ParameterTable;
 
-/** A pass over the whole table. */
-enum class WholeScan : std::uint8_t { None, Reading, Writing };
+/** A pass over the whole table, or a list of values beside it. */
+enum class WholeScan : std::uint8_t { None, Reading, Writing, Fetching, Storing };
 
-/** What a whole-table scan came to. */
+/** What such a scan came to. */
 struct ScanResult {
     enum class End { Complete, Cancelled, LinkLost };
 
     WholeScan kind = WholeScan::None;
     End end = End::Complete;
     std::set<int> missing = {}; ///< parameters that could not be read, or that the drive refused
+    int taken = 0;              ///< writes that the drive has taken
     bool hasRead = false;       ///< at least one value of the drive's has arrived
     bool isInDoubt = false;     ///< the answers were out of step with the questions to the end
 };
@@ -75,7 +77,21 @@ public:
      * is still awaited is given up.
      */
     void StartScan(WholeScan kind);
-    /** Ends it at once; of a writing, nothing more of the table is sent. */
+    /**
+     * Begins to read rows beside the table: Fetched() tells each value, ScanFinished() the end. The table
+     * gets only what it would have been given by polling. Begins at once where the line is idle, and may be
+     * called by a listener of ScanFinished().
+     */
+    void StartFetch(const std::set<int> &params);
+    /**
+     * Begins to send values beside the table, in their order; the same holds for its begin and end. What the
+     * drive refuses is sent again after the others, as long as it takes any, and three times at least.
+     * Stored() tells what became of each.
+     */
+    void StartStore(std::vector<ParamValue> values);
+    bool IsScanning() const { return isScanning_; }
+    /** Ends it at once, values beside the table after the answer that is awaited; of a writing, nothing more
+     * of the table is sent. */
     void CancelScan();
 
     /** The drive is told so at the next tick, without a reply, and the link goes down. */
@@ -84,6 +100,10 @@ public:
     bool HasFirstWrite() const { return FirstWrite().has_value(); }
 
     const LinkTimings &Timings() const { return timings_; }
+
+    /** After how many different refusals of stop-only parameters a writing gives up the rest of them; 0 for
+     * never. */
+    int StopOnlyRefusals = 0;
 
     MSComm MSComm1;
     QTimer SerialCommTimer;
@@ -117,7 +137,16 @@ Q_SIGNALS:
     void WriteRefused(int p, std::int32_t rawValue, bool *isTold);
     /** The same, once every listener of WriteRefused() had its turn. */
     void WriteGivenUp(int p, std::int32_t rawValue, bool isTold);
-    /** A whole-table scan stands at this parameter. It may go back: a time-out or a refusal starts it over.
+    /** The rest of the stop-only parameters is not sent any more; see StopOnlyRefusals. */
+    void StopOnlyGivenUp(const std::vector<int> &params);
+    /** A value read beside the table. */
+    void Fetched(int p, std::int32_t rawValue);
+    /** A value beside the table has left for the drive; may come again for the same one. */
+    void StoreSent(int p);
+    /** The drive has taken it, or refused it for good. */
+    void Stored(int p, bool isTaken);
+    /** A whole-table scan stands at this parameter; beside the table, so many values are through. It may go
+     * back: a time-out or a refusal starts it over.
      */
     void ScanProgress(int p);
     void ScanFinished(const ScanResult &result);
@@ -151,6 +180,12 @@ private:
     void ParseAckNak(const QByteArray &packet);
     void TakeWrite();
     void RefuseWrite();
+    void GiveUpStopOnly();
+    void StoreNext();
+    void TakeStoreAnswer(bool isTaken);
+    bool IsIdle() const;
+    void BeginSoon(bool isIdle);
+    void Scanned(int p);
     void ParseReadPropPacket(const QByteArray &packet);
     void ServeDriveCommand();
 
@@ -165,6 +200,7 @@ private:
     void EndScan(ScanResult::End end);
     void OnComStatusChange();
     void ArmSerialCommTimer();
+    void ArmSerialCommTimer(int milliseconds);
     void SendRequest(const QByteArray &request, int replyLength);
     void DiscardInput();
     bool IsUnsigned(int paramNumber) const;
@@ -183,6 +219,11 @@ private:
     bool isFailureTold_ = false;
     bool isSizeUnknown_ = false; ///< nothing was said of the machine yet
     bool isScanning_ = false;
+    StoreList stores_;
+    bool isStoring_ = false;   ///< of the scan under way
+    bool isStoreSent_ = false; ///< what awaits its answer is a value beside the table
+    int scanTaken_ = 0;
+    int stopOnlyRefused_ = 0;
     int scanLast_ = -1;         ///< up to which a reading raised the read interest
     std::set<int> scanRefused_; ///< by the drive, in this writing
 };

@@ -25,6 +25,7 @@ QString DriveLink::Open()
             table_.Row(p).WriteFirst = false;
     table_.DriveStateUnread = true;
     isSizeUnknown_ = true;
+    SerialCommTimer.setInterval(timings_.scanPause);
     OnComStatusChange();
 
     PropMax = 0;
@@ -83,6 +84,7 @@ void DriveLink::StartScan(WholeScan kind)
     ScanKind = kind;
     isScanning_ = true;
     scanRefused_.clear();
+    scanTaken_ = stopOnlyRefused_ = 0;
     wholeRead_ = {};
     if (kind == WholeScan::Reading) {
         scanLast_ = table_.LastParam;
@@ -106,8 +108,15 @@ void DriveLink::BeginScanAnew()
 
 void DriveLink::CancelScan()
 {
+    if (stores_.IsUnderWay() && SerialCommTimeout.isActive()) {
+        stores_.Stop();
+        return;
+    }
     if (isScanning_ && ScanKind == WholeScan::Writing)
         Guarded([this] { table_.SetAllWriteFlags(WriteState::None); });
+    // The table is not to get what was asked for beside it.
+    if (wholeRead_.IsOfRows())
+        BeginScanAnew();
     EndScan(ScanResult::End::Cancelled);
 }
 
@@ -116,11 +125,14 @@ void DriveLink::EndScan(ScanResult::End end)
     if (!std::exchange(isScanning_, false))
         return;
     wholeRead_.End();
-    ScanResult result{.kind = ScanKind, .end = end, .missing = scanRefused_};
-    if (ScanKind == WholeScan::Reading) {
+    stores_.End();
+    ScanResult result{.kind = ScanKind, .end = end, .missing = scanRefused_, .taken = scanTaken_};
+    if (ScanKind == WholeScan::Reading || ScanKind == WholeScan::Fetching) {
         result.missing = wholeRead_.UnreadRows();
         result.hasRead = wholeRead_.HasRead();
         result.isInDoubt = wholeRead_.IsInDoubt();
+    }
+    if (ScanKind == WholeScan::Reading) {
         // The interest is given back for what it was raised for: a link that broke has changed LastParam
         // since.
         Guarded([this] {

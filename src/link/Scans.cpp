@@ -54,7 +54,7 @@ bool DriveLink::IsWanted(int p) const
 {
     // A Jog from before must not go on because nobody looks.
     const bool isJog = p == Param::Jog && isJogUnsettled_ && !wholeRead_.IsUnderWay();
-    return isJog || (table_[p].ReadFlag > 0 && wholeRead_.Wants(p));
+    return isJog || ((table_[p].ReadFlag > 0 || wholeRead_.IsOfRows()) && wholeRead_.Wants(p));
 }
 
 void DriveLink::ReadNext()
@@ -63,12 +63,14 @@ void DriveLink::ReadNext()
         SendWrite(*first, true);
         return;
     }
-    CurrentParam = Seek(CurrentParam, table_.LastParam,
-                        [this](int p) { return table_[p].WriteFlag == WriteState::None && IsWanted(p); });
+    CurrentParam = Seek(CurrentParam, table_.LastParam, [this](int p) {
+        return (table_[p].WriteFlag == WriteState::None || wholeRead_.IsOfRows()) && IsWanted(p);
+    });
     if (CurrentParam > table_.LastParam) {
         QUORVIK_LINK_TRACE() << " ReadScanComplete";
         wholeRead_.EndPass();
-        ArmSerialCommTimer();
+        ArmSerialCommTimer(wholeRead_.IsOfRows() ? std::min(timings_.quiet, timings_.scanPause)
+                                                 : timings_.scanPause);
         // There was nothing to write.
         EndWriting();
         return;
@@ -80,6 +82,7 @@ void DriveLink::ReadNext()
 void DriveLink::ParseReadPacket(const QByteArray &packet)
 {
     QUORVIK_LINK_TRACE() << "ParseReadPacket";
+    const bool isAlone = wholeRead_.IsSettling();
     if (!IsBccGood(packet)) {
         QUORVIK_LINK_TRACE() << " Invalid BCC for p[" << CurrentParam;
         wholeRead_.RowFailed(CurrentParam);
@@ -87,17 +90,26 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
     } else {
         BCCErrorCount = 0;
         const ParamRecord &record = table_[CurrentParam];
-        // The program's own value is the newer one while its write is pending.
-        if (record.WriteFlag == WriteState::None)
-            TakeValue(RetrieveData(packet.at(2), packet.at(3), IsUnsigned(CurrentParam)));
+        const std::int32_t rawValue = RetrieveData(packet.at(2), packet.at(3), IsUnsigned(CurrentParam));
+        const bool isBeside = wholeRead_.IsOfRows();
         wholeRead_.RowRead(CurrentParam);
+        if (isBeside)
+            Q_EMIT Fetched(CurrentParam, rawValue);
+        // The program's own value is the newer one while its write is pending.
+        if (record.WriteFlag == WriteState::None && (!isBeside || record.ReadFlag > 0))
+            TakeValue(rawValue);
         QUORVIK_LINK_TRACE() << " Param[" << CurrentParam << "] = " << record.Value;
         Q_EMIT ValueRead(CurrentParam);
     }
 
     ++CurrentParam;
-    if (isScanning_)
-        Q_EMIT ScanProgress(CurrentParam);
+    Scanned(CurrentParam);
+    if (isAlone) {
+        QUORVIK_LINK_TRACE() << " Alone (EOT Sent)";
+        MSComm1.Output(QByteArray(1, Wire::Eot));
+        ArmSerialCommTimer();
+        return;
+    }
     const bool isEnd = CurrentParam > table_.LastParam;
     if (!isEnd && IsWanted(CurrentParam) && !FirstWrite()) {
         QUORVIK_LINK_TRACE() << " ACK Sent";
@@ -172,6 +184,7 @@ void DriveLink::SendWrite(int p, bool isFirst)
         record.WriteFlag = WriteState::None;
         throw failure.About(table_.FullName(p));
     }
+    isStoreSent_ = false;
     paramSent_ = p;
     rawValueSent_ = record.Value;
     isFirstSent_ = isFirst;
@@ -182,6 +195,8 @@ void DriveLink::GoOnScanning()
 {
     if (isReadScan_) {
         ReadNext();
+    } else if (isStoring_) {
+        StoreNext();
     } else if (CurrentParam <= table_.LastParam || FirstWrite()) {
         QUORVIK_LINK_TRACE() << " Call Write Next";
         WriteNext();
@@ -195,6 +210,10 @@ void DriveLink::GoOnScanning()
 void DriveLink::ParseAckNak(const QByteArray &packet)
 {
     QUORVIK_LINK_TRACE() << "ParseAckNak";
+    if (isStoreSent_) {
+        TakeStoreAnswer(packet.at(0) == Wire::Ack);
+        return;
+    }
     if (packet.at(0) != Wire::Ack) {
         QUORVIK_LINK_TRACE() << " ACK not received";
         RefuseWrite();
@@ -204,8 +223,7 @@ void DriveLink::ParseAckNak(const QByteArray &packet)
     TakeWrite();
     if (!isFirstSent_)
         ++CurrentParam;
-    if (isScanning_)
-        Q_EMIT ScanProgress(CurrentParam);
+    Scanned(CurrentParam);
     GoOnScanning();
     // Whether or not the write just acknowledged was the edited parameter's.
     try {
@@ -231,6 +249,7 @@ void DriveLink::TakeWrite()
     // A command is given once. Where somebody polls it, the drive itself tells when it is done.
     if (Param::IsCommand(p) && record.ReadFlag == 0)
         table_.SetValue(p, 0, ChangeCause::Command);
+    ++scanTaken_;
     Q_EMIT WriteTaken(p);
 }
 
@@ -252,8 +271,27 @@ void DriveLink::RefuseWrite()
         bool isTold = false;
         Q_EMIT WriteRefused(p, rawValue, &isTold);
         Q_EMIT WriteGivenUp(p, rawValue, isTold);
+        const bool isStopOnly = isScanning_ && ScanKind == WholeScan::Writing && table_.AttrBit(Attr::Icr, p);
+        if (isStopOnly && ++stopOnlyRefused_ == StopOnlyRefusals)
+            GiveUpStopOnly();
     }
     ArmSerialCommTimer();
+}
+
+void DriveLink::GiveUpStopOnly()
+{
+    std::vector<int> params;
+    for (int i = 0; i <= table_.LastParam; ++i) {
+        ParamRecord &record = table_.Row(i);
+        if (record.WriteFlag != WriteState::Queued || !table_.AttrBit(Attr::Icr, i))
+            continue;
+        record.WriteFlag = WriteState::None;
+        refusals_.erase(i);
+        scanRefused_.insert(i);
+        params.push_back(i);
+    }
+    if (!params.empty())
+        Q_EMIT StopOnlyGivenUp(params);
 }
 
 void DriveLink::ReadProps(std::int16_t paramNumber)

@@ -62,6 +62,17 @@ constexpr bool IsCommand(int p)
 {
     return p >= SaveParameters && p <= OneShotCommand;
 }
+
+/** Whether the drive itself puts p back once it has done what it was told by it. */
+constexpr bool ClearsItself(int p)
+{
+    return IsCommand(p) || p == ClearFault || p == MinMaxReset;
+}
+
+constexpr bool IsClock(int p)
+{
+    return p >= ClockFirst && p <= ClockLast;
+}
 } // namespace Param
 
 /** An array of records indexed by parameter number from 0. An index outside it raises RuntimeFailure. */

@@ -141,8 +141,7 @@ void ParameterTable::DropAllWrites()
 void ParameterTable::SetAllWriteFlags(std::uint8_t state)
 {
     for (int i = 0; i <= LastParam; ++i) {
-        const bool isClock = i >= Param::ClockFirst && i <= Param::ClockLast;
-        if (isClock || AttrBit(Attr::ReadOnly, i))
+        if (Param::IsClock(i) || AttrBit(Attr::ReadOnly, i))
             continue;
         ParamRecord &record = records_[i];
         if (record.WriteFlag != WriteState::Queued) {

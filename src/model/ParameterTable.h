@@ -23,6 +23,7 @@ inline constexpr int Empty = 5;
 enum class ChangeCause : std::uint8_t {
     Entered,   ///< the user's edit, or logic on the user's behalf; it is to reach the drive
     Drive,     ///< the drive has told it
+    Transfer,  ///< the drive has taken it from a list of values beside the table
     Emulated,  ///< computed, with no drive attached
     File,      ///< a settings file was opened
     Factory,   ///< back to the factory state

@@ -28,6 +28,8 @@ public:
 
     /** The operation stands at this step; it may go back. */
     void Advance(int step) { Q_EMIT Advanced(step); }
+    /** What it is doing, in words, for a window that shows more than a bar. */
+    void Say(const QString &sentence) { Q_EMIT Said(sentence); }
     void End()
     {
         isOver_ = true;
@@ -38,6 +40,7 @@ public:
 
 Q_SIGNALS:
     void Advanced(int step);
+    void Said(const QString &sentence);
     void Ended();
     void CancelWanted();
 

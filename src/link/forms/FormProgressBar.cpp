@@ -3,6 +3,7 @@
 #include "platform/Guard.h"
 #include "platform/Progress.h"
 
+#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -33,6 +34,13 @@ FormProgressBar::FormProgressBar(Desk &desk, QWidget *owner, Progress &progress)
     On(&progress, &Progress::Advanced, progressBarRead, [progressBarRead](int step) {
         progressBarRead->setValue(std::clamp(step, 0, progressBarRead->maximum()));
     });
+    auto *labelDoing = new QLabel(this);
+    labelDoing->setObjectName(QStringLiteral("LabelDoing"));
+    labelDoing->hide();
+    On(&progress, &Progress::Said, labelDoing, [labelDoing](const QString &sentence) {
+        labelDoing->setText(sentence);
+        labelDoing->show();
+    });
     On(&progress, &Progress::Ended, this, [this] { accept(); });
 
     auto *commandCancel = new QPushButton(QStringLiteral("Cancel"), this);
@@ -44,6 +52,7 @@ FormProgressBar::FormProgressBar(Desk &desk, QWidget *owner, Progress &progress)
     setFocus();
 
     auto *layout = new QVBoxLayout(this);
+    layout->addWidget(labelDoing);
     layout->addWidget(progressBarRead);
     layout->addWidget(commandCancel, 0, Qt::AlignHCenter);
     layout->setSizeConstraint(QLayout::SetFixedSize);

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "compare/ParameterSet.h"
+#include "compare/WriteReport.h"
+
+#include <QObject>
+#include <map>
+#include <set>
+
+namespace quorvik
+{
+
+class Backups;
+class DriveLink;
+struct ScanResult;
+
+/**
+ * Writes a list of values to the drive and can answer for each: first the drive's set is read and kept as a
+ * file, then the values are sent in an order in which none is refused for what is still to come, then all
+ * that was sent is read back and compared. Needs the link up, asks and shows nothing, and ends with
+ * Finished().
+ *
+ * The table follows what the drive has taken, and what was read back.
+ */
+class VerifiedWrite : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Phase : std::uint8_t { Idle, KeepingBackup, Writing, ReadingBack };
+
+    VerifiedWrite(ParameterTable &table, DriveLink &link, const Backups &backups);
+
+    /** Begins a new write; the report of the last one is gone. */
+    void Begin(const std::vector<ParamValue> &values);
+    /**
+     * Goes on with a write that ended early. The drive is read anew, and must be the same one; what it holds
+     * already counts as verified.
+     * @param acceptsChanged goes on also where settings that were not to be written are other ones now.
+     */
+    void Resume(bool acceptsChanged);
+    /** Sends what was refused once more. */
+    void RetryRefused();
+    /** Stops between two parameters; what was sent is still read back. A second call ends that, too. */
+    void Cancel();
+
+    bool IsUnderWay() const { return phase_ != Phase::Idle; }
+    Phase CurrentPhase() const { return phase_; }
+    const WriteReport &Report() const { return report_; }
+
+Q_SIGNALS:
+    /** So many values of all that are to be read, written and read back are through. */
+    void Progressed(int done, int all);
+    void Finished();
+
+private:
+    void BeginReading();
+    void BeginWriting();
+    void BeginReadingBack();
+    void OnFetched(int p, std::int32_t rawValue);
+    void OnStored(int p, bool isTaken);
+    void OnScanProgress(int count);
+    void OnScanFinished(const ScanResult &result);
+    void TakeBackup(const ScanResult &result);
+    bool TakeSet();
+    QString MissingText(const std::set<int> &missing) const;
+    void TakeReadBack(const ScanResult &result);
+    void FollowInTable();
+    void Finish(WriteReport::End end);
+    WrittenRow *RowOf(int p);
+
+    ParameterTable &table_;
+    DriveLink &link_;
+    const Backups &backups_;
+    Phase phase_ = Phase::Idle;
+    WriteReport report_;
+    WriteReport::End endOfWriting_ = WriteReport::End::Complete;
+    ParameterSet before_;                 ///< the drive when the write was begun
+    std::map<int, std::int32_t> fetched_; ///< of the reading under way
+    std::set<int> sent_;                  ///< in this go
+    qint64 begunAt_ = 0;                  ///< seconds since 1970
+    bool isResumed_ = false;
+    bool acceptsChanged_ = false;
+    int doneBefore_ = 0; ///< values that earlier phases had
+};
+
+} // namespace quorvik
