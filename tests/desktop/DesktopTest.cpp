@@ -91,6 +91,20 @@ TEST(DesktopAsker, ABoxBreaksNoLineTwice)
             });
 }
 
+TEST(DesktopAsker, AParagraphUnderAShortLineIsNotCut)
+{
+    InModal(
+        [] {
+            DesktopAsker().MsgBox(Name("Short.\r\n") + Name("word ").repeated(30), MsgButtons::Ok,
+                                  MsgIcon::None, {});
+        },
+        [](const Controls &box) {
+            const auto *label = box.Find<QLabel>("qt_msgbox_label");
+            EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+            EXPECT_TRUE(label->wordWrap());
+        });
+}
+
 TEST(DesktopAsker, AMessageStandsBesideTheWorkAndOnceOnly)
 {
     DesktopAsker asker;
