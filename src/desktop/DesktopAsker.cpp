@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
+#include <map>
 
 namespace quorvik
 {
@@ -41,6 +43,38 @@ QMessageBox::StandardButtons BoxButtons(MsgButtons buttons)
         break;
     }
     return QMessageBox::Ok;
+}
+
+/** Of an answer that desktops have a caption and a place for. */
+QMessageBox::StandardButton StandardButton(MsgAnswer answer)
+{
+    switch (answer) {
+    case MsgAnswer::Ok:
+        return QMessageBox::Ok;
+    case MsgAnswer::Yes:
+        return QMessageBox::Yes;
+    case MsgAnswer::No:
+        return QMessageBox::No;
+    case MsgAnswer::Cancel:
+        return QMessageBox::Cancel;
+    case MsgAnswer::Other:
+        break;
+    }
+    return QMessageBox::NoButton;
+}
+
+QPushButton *AddChoice(QMessageBox &box, const Choice &choice)
+{
+    const QMessageBox::StandardButton standard = StandardButton(choice.answer);
+    if (standard == QMessageBox::NoButton)
+        return box.addButton(choice.verb, QMessageBox::ActionRole);
+    QPushButton *button = box.addButton(standard);
+    if (!choice.verb.isEmpty()) {
+        button->setText(choice.verb);
+        // The desktop's picture says Yes or No, which the verb need not mean.
+        button->setIcon({});
+    }
+    return button;
 }
 
 /** What a box belongs to, so that it has the icon and lies behind nothing: the window in front, or the main
@@ -96,6 +130,27 @@ MsgAnswer DesktopAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon 
     default:
         return MsgAnswer::Cancel;
     }
+}
+
+MsgAnswer DesktopAsker::Ask(const Question &question)
+{
+    QMessageBox box(BoxIcon(question.icon), question.title.isEmpty() ? AppTitle() : question.title,
+                    question.WholeText(), QMessageBox::NoButton, FrontWindow());
+    box.setTextFormat(Qt::PlainText);
+    KeepLinesWhole(box);
+    std::map<const QAbstractButton *, MsgAnswer> answers;
+    for (const Choice &choice : question.choices) {
+        QPushButton *button = AddChoice(box, choice);
+        answers[button] = choice.answer;
+        if (choice.answer == question.safe)
+            box.setDefaultButton(button);
+        if (choice.answer == question.AnswerOfEscape())
+            box.setEscapeButton(button);
+    }
+    box.exec();
+    // None was clicked where the program itself closes the box.
+    const auto clicked = answers.find(box.clickedButton());
+    return clicked == answers.end() ? question.AnswerOfEscape() : clicked->second;
 }
 
 void DesktopAsker::Tell(const QString &text, MsgIcon icon, const QString &title)

@@ -11,6 +11,7 @@ class DesktopAsker : public Asker
 {
 public:
     MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
+    MsgAnswer Ask(const Question &question) override;
     void Tell(const QString &text, MsgIcon icon, const QString &title) override;
     std::optional<QString> ShowOpen(const FileDialogRequest &request) override;
     std::optional<QString> ShowSave(const FileDialogRequest &request) override;

@@ -3,8 +3,20 @@
 #include "platform/Progress.h"
 #include "platform/Waiting.h"
 
+#include <algorithm>
+
 namespace quorvik
 {
+
+bool Question::Has(MsgAnswer answer) const
+{
+    return std::ranges::any_of(choices, [answer](const Choice &choice) { return choice.answer == answer; });
+}
+
+QString Question::WholeText() const
+{
+    return explanation.isEmpty() ? text : text + QStringLiteral("\r\n\r\n") + explanation;
+}
 
 std::optional<std::int32_t> Asker::EditValue(int, std::int32_t)
 {

@@ -3,6 +3,7 @@
 #include <QString>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace quorvik
 {
@@ -11,7 +12,27 @@ class Progress;
 
 enum class MsgIcon { None, Critical, Question, Exclamation, Information };
 enum class MsgButtons { Ok, YesNo, YesNoCancel };
-enum class MsgAnswer { Ok, Yes, No, Cancel };
+enum class MsgAnswer { Ok, Yes, No, Cancel, Other };
+
+/** A button of a question. */
+struct Choice {
+    MsgAnswer answer;
+    QString verb = {}; ///< what it says; empty for the desktop's own caption, which Other has none of
+};
+
+/** A question whose buttons say what they do. Its texts are plain, and may hold line breaks. */
+struct Question {
+    QString text;
+    QString title; ///< empty for the application's title
+    MsgIcon icon = MsgIcon::Question;
+    QString explanation = {}; ///< stands below the text
+    std::vector<Choice> choices;
+    MsgAnswer safe; ///< the default button, and what Escape and closing mean unless there is a Cancel
+
+    bool Has(MsgAnswer answer) const;
+    MsgAnswer AnswerOfEscape() const { return Has(MsgAnswer::Cancel) ? MsgAnswer::Cancel : safe; }
+    QString WholeText() const; ///< with the explanation
+};
 
 /** What a file dialog is to offer; the filters are those of the settings files. */
 struct FileDialogRequest {
@@ -35,6 +56,14 @@ public:
      * @param title an empty title stands for the application's title.
      */
     virtual MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) = 0;
+
+    /** Shows a question and waits for its answer, which is one of its choices. */
+    virtual MsgAnswer Ask(const Question &question)
+    {
+        // Right for an asker that answers by itself.
+        MsgBox(question.WholeText(), MsgButtons::Ok, question.icon, question.title);
+        return question.safe;
+    }
 
     /**
      * Shows a message and returns at once: nothing waits for it, and it keeps no window from being used.

@@ -21,6 +21,7 @@ public:
     {
         return given_.MsgBox(text, buttons, icon, title);
     }
+    MsgAnswer Ask(const Question &question) override { return given_.Ask(question); }
     void Tell(const QString &text, MsgIcon icon, const QString &title) override
     {
         given_.Tell(text, icon, title);

@@ -81,6 +81,35 @@ TEST(DesktopAsker, ABoxShowsPlainTextAndGivesItsAnswer)
             [](QWidget *box) { QTest::keyClick(box, Qt::Key_Escape); });
 }
 
+TEST(DesktopAsker, AQuestionHasItsVerbsAndTheSafeOneIsTheDefault)
+{
+    const Choice other{MsgAnswer::Other, Name("&Compare...")};
+    const std::tuple<std::vector<Choice>, Qt::Key, MsgAnswer> cases[] = {
+        {{other, {MsgAnswer::No}, {MsgAnswer::Cancel}}, Qt::Key_Return, MsgAnswer::No},
+        {{other, {MsgAnswer::No}, {MsgAnswer::Cancel}}, Qt::Key_Escape, MsgAnswer::Cancel},
+        {{other, {MsgAnswer::No, Name("Send")}}, Qt::Key_Escape, MsgAnswer::No},
+        {{other, {MsgAnswer::No}}, {}, MsgAnswer::Other},
+    };
+    for (const auto &[choices, key, answer] : cases)
+        InModal<QMessageBox>(
+            [&] {
+                EXPECT_EQ(DesktopAsker().Ask({.text = Name("<b>?"),
+                                              .title = {},
+                                              .explanation = Name("!"),
+                                              .choices = choices,
+                                              .safe = MsgAnswer::No}),
+                          answer);
+            },
+            [&](QMessageBox *box) {
+                EXPECT_EQ(box->text(), Name("<b>?\r\n\r\n!"));
+                EXPECT_EQ(box->textFormat(), Qt::PlainText);
+                for (QAbstractButton *button : box->buttons())
+                    if (key == Qt::Key() && button->text() == other.verb)
+                        return button->click();
+                QTest::keyClick(box, key);
+            });
+}
+
 TEST(DesktopAsker, ABoxBreaksNoLineTwice)
 {
     const QString line = Name("required (simulating a lower rated tachometer). Change the Tachometer");

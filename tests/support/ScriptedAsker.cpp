@@ -18,9 +18,26 @@ ScriptedAsker::~ScriptedAsker()
 MsgAnswer ScriptedAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title)
 {
     Shown.append({text, title, icon, buttons});
-    MsgAnswer answer = buttons == MsgButtons::Ok      ? MsgAnswer::Ok
-                       : buttons == MsgButtons::YesNo ? MsgAnswer::No
-                                                      : MsgAnswer::Cancel;
+    return ScriptedAnswer(text, buttons == MsgButtons::Ok      ? MsgAnswer::Ok
+                                : buttons == MsgButtons::YesNo ? MsgAnswer::No
+                                                               : MsgAnswer::Cancel);
+}
+
+MsgAnswer ScriptedAsker::Ask(const Question &question)
+{
+    Shown.append({.text = question.WholeText(),
+                  .title = question.title,
+                  .icon = question.icon,
+                  .choices = question.choices,
+                  .safe = question.safe});
+    const MsgAnswer answer = ScriptedAnswer(question.WholeText(), question.AnswerOfEscape());
+    EXPECT_TRUE(question.Has(answer)) << "there is no such button: " << question.text.toStdString();
+    return answer;
+}
+
+MsgAnswer ScriptedAsker::ScriptedAnswer(const QString &text, MsgAnswer otherwise)
+{
+    MsgAnswer answer = otherwise;
     if (answers_.isEmpty() || !text.contains(answers_.first().text))
         ADD_FAILURE() << "unexpected box: " << text.toStdString();
     else

@@ -16,7 +16,9 @@ struct ShownBox {
     QString text;
     QString title;
     MsgIcon icon;
-    MsgButtons buttons;
+    MsgButtons buttons = MsgButtons::Ok; ///< of a box
+    std::vector<Choice> choices = {};    ///< of a question
+    std::optional<MsgAnswer> safe = {};  ///< of a question
 };
 
 /**
@@ -40,6 +42,8 @@ public:
     std::function<void()> WhileShown;
 
     MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
+    /** Scripted as a box: the script names a part of its text or explanation. */
+    MsgAnswer Ask(const Question &question) override;
     /** Scripted as a box; WhileShown runs here too. */
     void Tell(const QString &text, MsgIcon icon, const QString &title) override
     {
@@ -74,6 +78,7 @@ private:
         MsgAnswer answer;
     };
     using Paths = QList<std::optional<QString>>;
+    MsgAnswer ScriptedAnswer(const QString &text, MsgAnswer otherwise);
     std::optional<QString> Answered(const FileDialogRequest &request, Paths &paths);
 
     QList<Answer> answers_;
