@@ -6,7 +6,9 @@
 #include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
+#include "operations/Guards.h"
 #include "operations/SaveCommands.h"
+#include "operations/Snapshots.h"
 #include "platform/Asker.h"
 #include "platform/Waiting.h"
 #include "settings/SettingsFile.h"
@@ -190,7 +192,9 @@ private:
     DriveLink link_{table_};
     SettingsFile file_{table_, document_};
     SaveCommands saving_{document_, asker_, file_, QString()};
-    DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_};
+    Snapshots snapshots_{table_, link_, asker_};
+    Guards guards_{table_, document_, asker_};
+    DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_, snapshots_, guards_};
 };
 
 /**

@@ -3,6 +3,7 @@
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "operations/EntryRules.h"
+#include "operations/Guards.h"
 #include "operations/SaveCommands.h"
 #include "platform/Guard.h"
 #include "platform/Progress.h"
@@ -13,20 +14,46 @@
 namespace quorvik
 {
 
+namespace
+{
+
+constexpr int MostStopOnlyRefusals = 3;
+
+Question OnLineQuestion(const Guards &guards)
+{
+    return {.text = QStringLiteral("Write current parameter settings to drive?"),
+            .title = QStringLiteral("Write Parameters"),
+            .explanation = QStringLiteral("Yes writes the open set to the drive, over the drive's values.\r\n"
+                                          "No reads the drive's values, over the open set.\r\n"
+                                          "Compare leaves both as they are."),
+            .choices = {{MsgAnswer::Yes},
+                        {MsgAnswer::No},
+                        {MsgAnswer::Other, QStringLiteral("&Compare...")},
+                        {MsgAnswer::Cancel}},
+            .safe = guards.DefaultOf(MsgAnswer::Yes, MsgAnswer::No)};
+}
+
+} // namespace
+
 DriveOperations::DriveOperations(ParameterTable &table, Document &document, DriveLink &link,
-                                 EntryRules &rules, SaveCommands &saving, Asker &asker)
+                                 EntryRules &rules, SaveCommands &saving, Asker &asker, Snapshots &snapshots,
+                                 Guards &guards)
     : table_(table)
     , document_(document)
     , link_(link)
     , rules_(rules)
     , saving_(saving)
     , asker_(asker)
+    , snapshots_(snapshots)
+    , guards_(guards)
 {
     On(&link_, &DriveLink::Broken, this,
        [this](LinkFault fault, bool mayBeMoving) { OnBroken(fault, mayBeMoving); });
     On(&link_, &DriveLink::BreakingOff, this, [this] { BeforeLeaving(OffLineReason::BrokenOff); });
     On(&link_, &DriveLink::WriteGivenUp, this,
        [this](int p, std::int32_t rawValue, bool isTold) { OnWriteGivenUp(p, rawValue, isTold); });
+    On(&link_, &DriveLink::StopOnlyGivenUp, this,
+       [this](const std::vector<int> &params) { OnStopOnlyGivenUp(params); });
     On(&link_, &DriveLink::FatalError, this, [this](const QString &sentence) {
         Later([this, sentence] {
             asker_.MsgBox(sentence, MsgButtons::Ok, MsgIcon::Critical, AppTitle());
@@ -83,16 +110,14 @@ OperationResult DriveOperations::ToggleComStatus()
         GoOffLine(OffLineReason::User);
         return {};
     }
-    switch (asker_.MsgBox(QStringLiteral("Write current parameter settings to drive?"),
-                          MsgButtons::YesNoCancel, MsgIcon::Question, QStringLiteral("Write Parameters"))) {
+    switch (asker_.Ask(OnLineQuestion(guards_))) {
     case MsgAnswer::Yes:
         if (!table_.DriveIsStopped()) {
             rules_.ShowStopModeMessage();
             return {Outcome::Refused};
         }
-        if (OperationResult online = GoOnLine(); !online.IsDone())
-            return online;
-        table_.SetAllWriteFlags(WriteState::Queued);
+        if (OperationResult queued = QueueOpenSet(); !queued.IsDone())
+            return queued;
         return SendAll();
     case MsgAnswer::No: {
         if (!saving_.PromptSaveChanges())
@@ -101,6 +126,12 @@ OperationResult DriveOperations::ToggleComStatus()
         if (result.IsDone())
             document_.BecomeUnnamed(false);
         return result;
+    }
+    case MsgAnswer::Other: {
+        OperationResult online = GoOnLineAside();
+        if (online.IsDone())
+            Q_EMIT CompareWanted();
+        return online;
     }
     default:
         return {Outcome::Cancelled};
@@ -127,6 +158,7 @@ OperationResult DriveOperations::ReadAll()
 
 OperationResult DriveOperations::SendAll()
 {
+    link_.StopOnlyRefusals = guards_.Asking ? MostStopOnlyRefusals : 0;
     return RunScan(WholeScan::Writing);
 }
 
@@ -167,11 +199,27 @@ void DriveOperations::SaveDriveParameters()
     document_.DriveModified = false;
 }
 
-void DriveOperations::LoadDriveParameters()
+OperationResult DriveOperations::LoadDriveParameters()
 {
+    if (!guards_.MayLoadFromMemory())
+        return {Outcome::Cancelled};
+    // The link may have broken while the user was asked.
+    if (!table_.PortOpen())
+        return {Outcome::LinkLost};
     wasModified_ = document_.DriveModified;
     table_.SetParamValue(Param::LoadParameters, 1, true, false);
     document_.DriveModified = false;
+    return {};
+}
+
+OperationResult DriveOperations::RestartDrive(Restart command)
+{
+    if (!guards_.MayRestart(command))
+        return {Outcome::Cancelled};
+    if (!table_.PortOpen())
+        return {Outcome::LinkLost};
+    link_.SetDriveCommand(command);
+    return {};
 }
 
 void DriveOperations::BeforeLeaving(OffLineReason reason)
@@ -179,7 +227,7 @@ void DriveOperations::BeforeLeaving(OffLineReason reason)
     const QScopedValueRollback leaving(leaving_, true);
     // A save that was never answered is none.
     for (const int command : {Param::SaveParameters, Param::LoadParameters})
-        if (table_[command].WriteFlag != WriteState::None)
+        if (table_[command].WriteFlag == WriteState::Queued)
             MemoryCommandFailed(command);
     PromptSaveToDrive(reason);
 }

@@ -6,14 +6,18 @@
 
 #include <QObject>
 #include <functional>
+#include <map>
 
 namespace quorvik
 {
 
 class EntryRules;
 class Document;
+class Guards;
 class ParameterTable;
 class SaveCommands;
+class Snapshots;
+struct ParameterSet;
 
 /** Why the link is taken down. */
 enum class OffLineReason {
@@ -33,13 +37,18 @@ class DriveOperations : public QObject
 
 public:
     DriveOperations(ParameterTable &table, Document &document, DriveLink &link, EntryRules &rules,
-                    SaveCommands &saving, Asker &asker);
+                    SaveCommands &saving, Asker &asker, Snapshots &snapshots, Guards &guards);
 
     /**
      * Opens the port and learns the table's size; waits for the drive in the event loop. Refused for a port
      * that does not open, and while an earlier call is still waiting or the link is being taken down.
      */
     OperationResult GoOnLine();
+    /**
+     * Goes on line with the open set left alone: nothing of it is sent, and nothing that the drive tells is
+     * put over its settings, until they are read, written or entered.
+     */
+    OperationResult GoOnLineAside();
     /** Does nothing off line. Blocks, pumping events, while the drive saves or a last command leaves. */
     void GoOffLine(OffLineReason reason);
     /** The user's switch. Ends the wait of GoOnLine(), too. */
@@ -52,10 +61,23 @@ public:
     OperationResult ReadAll();
     /** Follows what is queued of the whole table until it is sent. */
     OperationResult SendAll();
+    /**
+     * Goes on line and queues the whole open set for SendAll(), once the guards have been answered so. After
+     * a Cancel it is off line again; a drive that runs leaves the link open and the set as it was.
+     */
+    OperationResult QueueOpenSet();
+    /** What is not to be sent, by parameter, with the drive's value where it is known. */
+    using LeftOut = std::map<int, std::optional<std::int32_t>>;
+    /** Whether the guards are to be asked, as the user wants it. */
+    bool AsksFirst() const;
+    /** Asks the guards whether a whole set may be sent to the drive that is on line. */
+    OperationResult MaySendAll(const ParameterSet &set, LeftOut &leftOut);
+    /** Takes such parameters out of what is queued: they stay what the drive has. */
+    void LeaveOut(const LeftOut &leftOut);
 
-    void SaveDriveParameters(); ///< command 406
-    void LoadDriveParameters(); ///< command 407
-    void RestartDrive(Restart command) { link_.SetDriveCommand(command); }
+    void SaveDriveParameters();            ///< command 406
+    OperationResult LoadDriveParameters(); ///< command 407
+    OperationResult RestartDrive(Restart command);
 
     /** How long the drive may take to save, in milliseconds. */
     int SaveLimitMs = 5000;
@@ -63,6 +85,8 @@ public:
 Q_SIGNALS:
     /** A fault of the program that ends it; the user has been told. */
     void FatalError();
+    /** The user went on line to compare the open set with the drive. */
+    void CompareWanted();
 
 private:
     OperationResult RunScan(WholeScan kind);
@@ -74,7 +98,9 @@ private:
     void MemoryCommandFailed(int command);
     void ShowNotSavedMessage();
     void OnBroken(LinkFault fault, bool mayBeMoving);
+    void OnStopOnlyGivenUp(const std::vector<int> &params);
     void OnWriteGivenUp(int p, std::int32_t rawValue, bool isTold);
+    QString NamesOf(const std::vector<int> &params) const; ///< a line each, the first dozen
     void Later(const std::function<void()> &work);
     void Announce(const QString &sentence, const QString &title);
 
@@ -84,6 +110,8 @@ private:
     EntryRules &rules_;
     SaveCommands &saving_;
     Asker &asker_;
+    Snapshots &snapshots_;
+    Guards &guards_;
     bool waitingForDrive_ = false;
     bool leaving_ = false;
     bool wasModified_ = false; ///< Document::DriveModified before the drive was told to load

@@ -1,55 +1,16 @@
 #include "operations/FileCommands.h"
 
+#include "compare/ParameterSet.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
+#include "operations/WriteHold.h"
 #include "settings/SettingsFile.h"
-
-#include <vector>
 
 namespace quorvik
 {
-
-namespace
-{
-
-/**
- * Holds all writable parameters, so that nothing is polled or sent while the table is being rewritten. Going
- * out of scope before Release() gives back the flags as they were, so that no parameter stays held.
- */
-class WriteHold
-{
-public:
-    explicit WriteHold(ParameterTable &table)
-        : table_(table)
-    {
-        for (int i = 0; i <= table_.LastParam; ++i)
-            flags_.push_back(table_[i].WriteFlag);
-        table_.SetAllWriteFlags(WriteState::Held);
-    }
-    ~WriteHold()
-    {
-        for (std::size_t i = 0; i < flags_.size(); ++i)
-            table_.Row(int(i)).WriteFlag = flags_[i];
-    }
-    WriteHold(const WriteHold &) = delete;
-    WriteHold &operator=(const WriteHold &) = delete;
-
-    /** Queues all of them instead. */
-    void Release()
-    {
-        flags_.clear();
-        table_.SetAllWriteFlags(WriteState::Queued);
-    }
-
-private:
-    ParameterTable &table_;
-    std::vector<std::uint8_t> flags_;
-};
-
-} // namespace
 
 FileCommands::FileCommands(ParameterTable &table, Document &document, EntryRules &rules, Asker &asker,
                            SettingsFile &file, SaveCommands &saving, DriveOperations &drive)
@@ -80,8 +41,9 @@ OperationResult FileCommands::Open()
     const std::optional<QString> path = saving_.ChooseFile();
     if (!path)
         return {Outcome::Cancelled};
-    OperationResult result = LoadAndAssignSettingsFromFile(*path);
-    if (result.outcome != Outcome::Refused)
+    bool isLoaded = false;
+    OperationResult result = Load(*path, isLoaded);
+    if (isLoaded)
         saving_.SaveTo(*path);
     return result;
 }
@@ -108,9 +70,8 @@ OperationResult FileCommands::WriteToDrive()
         rules_.ShowStopModeMessage();
         return {Outcome::Refused};
     }
-    if (OperationResult online = drive_.GoOnLine(); !online.IsDone())
-        return online;
-    table_.SetAllWriteFlags(WriteState::Queued);
+    if (OperationResult queued = drive_.QueueOpenSet(); !queued.IsDone())
+        return queued;
     document_.DriveModified = true;
     OperationResult result = drive_.SendAll();
     drive_.GoOffLine(OffLineReason::CommandEnded);
@@ -119,23 +80,43 @@ OperationResult FileCommands::WriteToDrive()
 
 OperationResult FileCommands::LoadAndAssignSettingsFromFile(const QString &path)
 {
-    if (!table_.PortOpen())
-        return ResultOf(file_.LoadSettings(path));
+    bool isLoaded = false;
+    return Load(path, isLoaded);
+}
+
+OperationResult FileCommands::Load(const QString &path, bool &isLoaded)
+{
+    if (!table_.PortOpen()) {
+        const QString failure = file_.LoadSettings(path);
+        isLoaded = failure.isEmpty();
+        return ResultOf(failure);
+    }
     if (!table_.DriveIsStopped()) {
         rules_.ShowStopModeMessage();
         return {Outcome::Refused};
     }
     QString failure;
+    DriveOperations::LeftOut leftOut;
+    if (drive_.AsksFirst()) {
+        // Read apart: the open set stays what it is until the user has answered.
+        const ParameterSet set = ParameterSet::FromFile(path, table_, failure);
+        if (!failure.isEmpty())
+            return ResultOf(failure);
+        if (OperationResult allowed = drive_.MaySendAll(set, leftOut); !allowed.IsDone())
+            return allowed;
+    }
     {
         WriteHold hold(table_);
         failure = file_.LoadSettings(path);
-        if (failure.isEmpty()) {
+        isLoaded = failure.isEmpty();
+        if (isLoaded) {
             table_.RefreshAllDependents(Attr::RefreshAfterLoad);
             hold.Release();
+            drive_.LeaveOut(leftOut);
         }
     }
     // A file that was refused changed nothing, so there is nothing to send.
-    return failure.isEmpty() ? drive_.SendAll() : ResultOf(failure);
+    return isLoaded ? drive_.SendAll() : ResultOf(failure);
 }
 
 OperationResult FileCommands::ResultOf(const QString &failure)

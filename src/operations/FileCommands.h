@@ -30,6 +30,8 @@ public:
     OperationResult LoadAndAssignSettingsFromFile(const QString &path);
 
 private:
+    /** @param isLoaded gets whether the open set is the file's now, whatever became of sending it. */
+    OperationResult Load(const QString &path, bool &isLoaded);
     OperationResult ResultOf(const QString &failure);
 
     ParameterTable &table_;

@@ -34,6 +34,20 @@ FaultWords WordsOf(LinkFault fault)
 
 } // namespace
 
+QString DriveOperations::NamesOf(const std::vector<int> &params) const
+{
+    QString names;
+    int named = 0;
+    for (const int p : params) {
+        if (++named > MostNamed) {
+            names += QStringLiteral("\r\nand %1 more").arg(int(params.size()) - MostNamed);
+            break;
+        }
+        names += QStringLiteral("\r\n") + table_.FullName(p);
+    }
+    return names;
+}
+
 void DriveOperations::Later(const std::function<void()> &work)
 {
     // Not from within the link's chain of callbacks: whoever shows a message may run the event loop.
@@ -54,6 +68,14 @@ void DriveOperations::OnBroken(LinkFault fault, bool mayBeMoving)
                                        "to jog, and nothing reaches it any more. Stop it at the machine.")
                       : QString()),
              words.title);
+}
+
+void DriveOperations::OnStopOnlyGivenUp(const std::vector<int> &params)
+{
+    Announce(QStringLiteral("The drive refuses what may be changed at stop only, so it seems to run. These "
+                            "were not sent any more:") +
+                 NamesOf(params) + QStringLiteral("\r\n\r\nStop the drive, then write again."),
+             QStringLiteral("Write Error"));
 }
 
 void DriveOperations::OnWriteGivenUp(int p, std::int32_t rawValue, bool isTold)
@@ -99,14 +121,7 @@ void DriveOperations::SettleReading(const ScanResult &scan)
                                   "stand at the wrong parameters.");
     } else {
         sentence = QStringLiteral("These parameters could not be read, and have the values from before:");
-        int named = 0;
-        for (const int p : scan.missing) {
-            if (++named > MostNamed) {
-                sentence += QStringLiteral("\r\nand %1 more").arg(int(scan.missing.size()) - MostNamed);
-                break;
-            }
-            sentence += QStringLiteral("\r\n") + table_.FullName(p);
-        }
+        sentence += NamesOf({scan.missing.begin(), scan.missing.end()});
     }
     Announce(sentence + QStringLiteral("\r\n\r\nRead the drive again before you rely on this set."),
              QStringLiteral("Half Read"));

@@ -13,7 +13,9 @@ Engines::Engines(const Surroundings &given, Asker &asker)
     , emulator(table)
     , rules(table, asker)
     , saving(document, asker, file, given.programFolder)
-    , drive(table, document, link, rules, saving, asker)
+    , snapshots(table, link, asker)
+    , guards(table, document, asker)
+    , drive(table, document, link, rules, saving, asker, snapshots, guards)
     , fileCommands(table, document, rules, asker, file, saving, drive)
 {
     link.MSComm1.DeviceOf = [ports = Ports(given.settings)](int number) { return ports.DeviceOf(number); };

@@ -6,7 +6,9 @@
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/FileCommands.h"
+#include "operations/Guards.h"
 #include "operations/SaveCommands.h"
+#include "operations/Snapshots.h"
 #include "settings/RecoveryCopy.h"
 #include "settings/SettingsFile.h"
 #include "shell/Surroundings.h"
@@ -33,6 +35,8 @@ struct Engines {
     DriveEmulator emulator;
     EntryRules rules;
     SaveCommands saving;
+    Snapshots snapshots;
+    Guards guards;
     DriveOperations drive;
     FileCommands fileCommands;
 };

@@ -9,7 +9,9 @@
 #include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
+#include "operations/Guards.h"
 #include "operations/SaveCommands.h"
+#include "operations/Snapshots.h"
 #include "platform/Waiting.h"
 #include "settings/SettingsFile.h"
 
@@ -163,7 +165,9 @@ private:
         table_, LinkTimings{.scanPause = 0, .replyTimeout = 100000, .sizeErrorPause = 0, .lastCommand = 0}};
     SettingsFile file_{table_, document_};
     SaveCommands saving_{document_, asker_, file_, QString()};
-    DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_};
+    Snapshots snapshots_{table_, link_, asker_};
+    Guards guards_{table_, document_, asker_};
+    DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_, snapshots_, guards_};
     QTimer step_;
     Bytes bytes_;
     int raised_ = 0;

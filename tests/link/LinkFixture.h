@@ -5,7 +5,9 @@
 #include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
+#include "operations/Guards.h"
 #include "operations/SaveCommands.h"
+#include "operations/Snapshots.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
 #include "settings/SettingsFile.h"
@@ -41,6 +43,8 @@ protected:
             table.PresetTable[i].Name = QStringLiteral("Name %1").arg(i);
         }
         table.ResetToDefaults();
+        // What the link does is the same with and without questions before it.
+        guards.Asking = false;
         link.MSComm1.DeviceOf = [this](int) { return peer.Device(); };
         SetFailureReporter([this](const RuntimeFailure &failure) { failures.append(failure.Sentence()); });
     }
@@ -104,7 +108,9 @@ protected:
     DriveLink link{table, Short};
     SettingsFile file{table, document};
     SaveCommands saving{document, asker, file, QString()};
-    DriveOperations operations{table, document, link, rules, saving, asker};
+    Snapshots snapshots{table, link, asker};
+    Guards guards{table, document, asker};
+    DriveOperations operations{table, document, link, rules, saving, asker, snapshots, guards};
     QStringList failures;
 };
 

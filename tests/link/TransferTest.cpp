@@ -218,6 +218,8 @@ TEST_F(TransferTest, StopOnlyParametersAreGivenUpTogether)
             Enter(p, 40 + p);
         for (int boxes = limit == 0 ? 6 : 4; boxes > 0; --boxes)
             asker.Expect("Could not write value");
+        if (limit != 0)
+            asker.Expect("These were not sent any more:\r\n(9) Name 9\r\n(11) Name 11\r\n\r\n");
         isOver = false;
         link.StartScan(WholeScan::Writing);
         ASSERT_TRUE(WaitUntil([this] { return isOver; }));

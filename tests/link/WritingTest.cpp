@@ -160,7 +160,10 @@ TEST_F(WritingTest, MemoryCommandsAreGivenOnceAndLeaveTheFileAlone)
             asker.Expect(QStringLiteral("Could not write value of 1 to (406)"));
             asker.Expect(QStringLiteral("Changes in Drive not saved!"));
         }
-        saves ? operations.SaveDriveParameters() : operations.LoadDriveParameters();
+        if (saves)
+            operations.SaveDriveParameters();
+        else
+            operations.LoadDriveParameters();
         EXPECT_FALSE(document.DriveModified || document.FileModified);
         ASSERT_TRUE(WaitUntil([this] { return !table.WritePending && !IsAtRest(); }));
         EXPECT_EQ(P(command).Value, 0) << "a whole write carries no command";

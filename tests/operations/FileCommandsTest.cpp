@@ -1,46 +1,22 @@
-#include "operations/FileCommands.h"
-#include "link/ScriptedPeer.h"
-#include "operations/DriveOperations.h"
-#include "operations/EntryRules.h"
-#include "operations/SaveCommands.h"
+#include "operations/OperationsFixture.h"
 #include "platform/RuntimeFailure.h"
-#include "settings/SetFixture.h"
-#include "support/ScriptedAsker.h"
 
 namespace quorvik::testing
 {
 
-/** The commands over a factory table, with a drive at the other end of the line. */
-class FileCommandsTest : public SetTest
+class FileCommandsTest : public OperationsTest
 {
 protected:
     FileCommandsTest()
     {
+        // What is told here is what comes after the questions.
+        guards.Asking = false;
         QDir().mkpath(Path("program"));
         QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), Path("program/Presets.fil"));
-        link.MSComm1.DeviceOf = [this](int) { return portOpens ? peer.Device() : QString(); };
-        peer.LastParam = 433;
         QObject::connect(&saving, &SaveCommands::SaveFailed,
                          [this](const QString &sentence) { failedSaves.append(sentence); });
     }
 
-    /** Saves a set whose Reference 1 is 100, and empties Reference 1 again. @return where it lies. */
-    QString SavedSet()
-    {
-        table.Row(218).Value = 100;
-        EXPECT_EQ(file.Save(Path("saved.Svx")), QString());
-        table.Row(218).Value = 0;
-        return Path("saved.Svx");
-    }
-
-    ScriptedAsker asker;
-    ScriptedPeer peer;
-    DriveLink link{table, LinkTimings{.scanPause = 5, .replyTimeout = 150}};
-    EntryRules rules{table, asker};
-    SaveCommands saving{document, asker, file, Path("program")};
-    DriveOperations drive{table, document, link, rules, saving, asker};
-    FileCommands commands{table, document, rules, asker, file, saving, drive};
-    bool portOpens = true;
     QStringList failedSaves;
 };
 

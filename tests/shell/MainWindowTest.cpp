@@ -44,6 +44,7 @@ TEST_F(ShellTest, LinkCommandsFollowTheLink)
     GoOnLine(drive);
     expectAll(true);
     for (const Restart command : {Restart::ReInitialize, Restart::Reset}) {
+        asker.Expect("The drive has not told its state yet.", MsgAnswer::Yes);
         Trigger(ControlName("mnuToolsReInitDrive", int(command)));
         EXPECT_EQ(Link().DriveCommand, command);
     }
