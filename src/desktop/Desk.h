@@ -13,6 +13,7 @@ struct AccessColors;
 class Asker;
 class Document;
 class EntryRules;
+class Guards;
 class HTMLHelp;
 class ParameterTable;
 class SettingsStore;
@@ -32,6 +33,7 @@ struct Desk {
     Document &document;
     AccessColors &colors;
     EntryRules &rules;
+    Guards &guards;
     Asker &asker;
     SettingsStore &settings;
     HTMLHelp &help;

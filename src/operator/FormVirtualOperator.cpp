@@ -4,6 +4,7 @@
 #include "model/Conversions.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
+#include "operations/Guards.h"
 #include "operator/FormVirtualOperatorSetup.h"
 #include "operator/LatchButton.h"
 #include "operator/VirtualSlider.h"
@@ -51,23 +52,27 @@ void FormVirtualOperator::Form_Load()
          {Param::Run, Param::Stop, Param::Jog, Param::RunStatus, Param::LogicSelect, Param::DriveState})
         Watch(p);
     // What an input drove until now may stand elsewhere in the drive than in the table, and so may what
-    // nobody polls.
+    // nobody polls, and what is held until the user has decided between set and drive.
+    const auto isHeld = [&table](int p) {
+        return table.PortOpen() && table[p].WriteFlag == WriteState::Held;
+    };
     std::array<bool, Records> isKnown{};
     for (int index = 0; index < Records; ++index)
         Guarded([&] {
             const int p = desk().document.VirtualSettings.at(std::size_t(index)).Destination;
             isKnown.at(std::size_t(index)) =
-                p == 0 || (table.FindLinkSource(p) == 0 && (!table.PortOpen() || table[p].ReadFlag > 0));
+                p == 0 || (table.FindLinkSource(p) == 0 &&
+                           (!table.PortOpen() || (table[p].ReadFlag > 0 && !isHeld(p))));
         });
     for (int p = 0; p <= table.LastParam; ++p) {
-        if (!table.AttrBit(Attr::Destination, p) || table.Value(p) == 0)
+        if (!table.AttrBit(Attr::Destination, p) || (table.Value(p) == 0 && !isHeld(p)))
             continue;
         table.SetParamValue(p, 0, true, false);
         // A drive that runs refuses it, and then the table must tell so.
         Watch(p);
     }
     // Run and Stop act as a maintained command.
-    if (table.Value(Param::LogicSelect) != TwoWire)
+    if (table.Value(Param::LogicSelect) != TwoWire || isHeld(Param::LogicSelect))
         table.SetParamValue(Param::LogicSelect, TwoWire, true, false);
     for (int index = 0; index < Records; ++index)
         FillRecord(index, isKnown.at(std::size_t(index)));
@@ -255,12 +260,15 @@ bool FormVirtualOperator::eventFilter(QObject *watched, QEvent *event)
 
 void OpenVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fields)
 {
-    const MsgAnswer answer = desk.asker.MsgBox(
-        QStringLiteral(
+    const Question question{
+        .text = QStringLiteral(
             "In order to use the virtual operator, all inputs must be unassigned!\r\nSelecting Yes "
             "will automatically unassign all inputs. Select No if you do not wish to continue."),
-        MsgButtons::YesNo, MsgIcon::Exclamation, QStringLiteral("Unassign inputs?"));
-    if (answer != MsgAnswer::Yes)
+        .title = QStringLiteral("Unassign inputs?"),
+        .icon = MsgIcon::Exclamation,
+        .choices = {{MsgAnswer::Yes}, {MsgAnswer::No}},
+        .safe = desk.guards.DefaultOf(MsgAnswer::Yes, MsgAnswer::No)};
+    if (desk.asker.Ask(question) != MsgAnswer::Yes)
         return;
     const int position = desk.forms.FindOpenBlock(FormVirtualOperator::Caption());
     auto *panel = position > 0 ? qobject_cast<FormVirtualOperator *>(desk.forms.At(position)) : nullptr;

@@ -122,6 +122,9 @@ QStringList FormVirtualOperator::WhyStopMayFail() const
     if (table.PortOpen() && !table.DriveIsStopped() &&
         std::any_of(watched_.cbegin(), watched_.cend(), isWaiting))
         reasons << QStringLiteral("it does not let go of its inputs while it runs");
+    // A set that was neither read nor written says nothing of the drive.
+    if (table.PortOpen() && table[Param::LogicSelect].WriteFlag == WriteState::Held)
+        reasons << QStringLiteral("what its inputs drive has not been read");
     if (table.Value(Param::LogicSelect) != TwoWire)
         reasons << QStringLiteral("Logic Select is not 2 Wire");
     for (const int command : {Param::Run, Param::Jog})

@@ -64,6 +64,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
             engines_.document,
             colors_,
             engines_.rules,
+            engines_.guards,
             asker_,
             surroundings.settings,
             surroundings.help,

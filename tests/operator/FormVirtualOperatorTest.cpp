@@ -41,6 +41,7 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
     ASSERT_EQ(panel, nullptr);
     EXPECT_EQ(AssignedSelectors(desk.table), assigned);
     EXPECT_EQ(desk.asker.Shown.first().title, Name("Unassign inputs?"));
+    EXPECT_EQ(desk.asker.Shown.first().safe, MsgAnswer::No);
     Open();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(AssignedSelectors(desk.table), 0);
@@ -174,6 +175,19 @@ TEST_F(VirtualOperator, SaysWhatKeepsStopFromStopping)
         EXPECT_NE(Text("LabelNotice").find(reason), std::string::npos) << reason;
         P(p) = before;
     }
+}
+
+TEST_F(VirtualOperator, ASetThatIsNotSettledSaysNothingOfTheDrive)
+{
+    Setting(3) = {218, 0, 8000, 0};
+    Open();
+    desk.table.SetPortOpen(true);
+    desk.table.SetAllWriteFlags(WriteState::Held);
+    Tick();
+    EXPECT_NE(Text("LabelNotice").find("what its inputs drive has not been read"), std::string::npos);
+    Open();
+    for (const int p : {Param::DigitalIn1Destination, Param::LogicSelect, 218})
+        EXPECT_EQ(Record(p).WriteFlag, WriteState::Queued) << p;
 }
 
 TEST_F(VirtualOperator, RunStopAndJogExcludeEachOtherAndRunOutlivesThePanel)

@@ -5,6 +5,7 @@
 #include "desktop/HTMLHelp.h"
 #include "model/Document.h"
 #include "operations/EntryRules.h"
+#include "operations/Guards.h"
 #include "platform/SettingsStore.h"
 #include "support/ScriptedAsker.h"
 
@@ -44,6 +45,7 @@ public:
     AccessColors colors;
     ScriptedAsker asker;
     EntryRules rules{table, asker};
+    Guards guards{table, document, asker};
     SettingsStore settings;
     RecordingHelp help;
     FormsCollection forms;

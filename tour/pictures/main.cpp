@@ -8,6 +8,7 @@
 #include "desktop/MarkStyle.h"
 #include "model/Document.h"
 #include "operations/EntryRules.h"
+#include "operations/Guards.h"
 #include "platform/Asker.h"
 #include "platform/SettingsStore.h"
 #include "settings/SettingsFile.h"
@@ -105,12 +106,13 @@ int main(int argc, char **argv)
     LetItRun(table);
     SilentAsker asker;
     EntryRules rules(table, asker);
+    Guards guards(table, document, asker);
     SettingsStore settings(profile.filePath(QStringLiteral("Quorvik.ini")));
     NoHelp help;
     FormsCollection forms;
     QWidget mainWindow;
     forms.Add(&mainWindow);
-    Desk desk{table, document, colors, rules, asker, settings, help, forms, {}, {}};
+    Desk desk{table, document, colors, rules, guards, asker, settings, help, forms, {}, {}};
 
     const QDir folder(options.positionalArguments().first());
     folder.mkpath(QStringLiteral("."));
