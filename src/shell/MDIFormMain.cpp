@@ -135,6 +135,8 @@ void MDIFormMain::ConnectCommands()
         if (key == QLatin1String("ComStatus"))
             ToggleComStatus();
     });
+    On(menus_.Entry(QStringLiteral("mnuOptionsAskBeforeRisky")), &QAction::toggled, this,
+       [this](bool isChecked) { engines_.guards.Asking = isChecked; });
     // The bar and the window in front share one set of mnemonics, and the window's own come first.
     On(area_, &QMdiArea::subWindowActivated, this, [this](const QMdiSubWindow *child) {
         menus_.YieldMnemonics(child ? MnemonicsIn(*child) : QSet<QChar>());

@@ -21,7 +21,8 @@ MenuBar::MenuBar(MDIFormMain *main)
 {
     AddTable();
     AddBlocks();
-    Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(true);
+    for (const char *option : {"mnuOptionsShowTipsonStartup", "mnuOptionsAskBeforeRisky"})
+        Entry(QString::fromLatin1(option))->setChecked(true);
     FollowLink(false);
 }
 

@@ -77,8 +77,9 @@ constexpr MenuRow table[] = {
     {Menu, "mnuOptions", "&Options"},
     {Command, "mnuOptionsCommunications", "&Communications", ShowCommunications, "", "port"},
     {Command, "mnuOptionsColorSettings", "Color &Settings", ShowColorSettings, "", "colors"},
-    // The check mark itself is the setting.
+    // The check marks themselves are the settings.
     {Check, "mnuOptionsShowTipsonStartup", "Show Tips on Startup"},
+    {Check, "mnuOptionsAskBeforeRisky", "Ask Before &Risky Commands"},
 
     {Menu, "mnuBlock", "&Blocks"},
 

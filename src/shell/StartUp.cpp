@@ -44,6 +44,7 @@ bool MDIFormMain::Load(const QString &commandLine)
     ReadWindowPlace(settings, *this);
     ReadColors(settings, colors_);
     menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(ReadShowTips(settings));
+    menus_.Entry(QStringLiteral("mnuOptionsAskBeforeRisky"))->setChecked(ReadAskBeforeRisky(settings));
     // On the screen before the first dialog, which needs something to stand on.
     show();
     QCoreApplication::processEvents();
@@ -97,6 +98,7 @@ bool MDIFormMain::Unload(bool asks)
     Guarded([&] {
         StoreShowTips(settings, menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->isChecked());
     });
+    Guarded([&] { StoreAskBeforeRisky(settings, engines_.guards.Asking); });
     Guarded([&] { StoreWindowPlace(settings, *this); });
     Guarded([&] { StoreColors(settings, colors_); });
 

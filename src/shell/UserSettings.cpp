@@ -34,6 +34,30 @@ const QString &Options()
     return section;
 }
 
+const QString &ShowTips()
+{
+    static const QString key = QStringLiteral("Show Tips at Startup");
+    return key;
+}
+
+const QString &AskBeforeRisky()
+{
+    static const QString key = QStringLiteral("Ask Before Risky Commands");
+    return key;
+}
+
+/** An entry of the Options menu that is checked where nothing is stored. */
+bool ReadFlag(const SettingsStore &settings, const QString &key)
+{
+    const QString text = settings.GetSetting(Options(), key, QStringLiteral("True"));
+    return text.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && text != QLatin1String("0");
+}
+
+void StoreFlag(SettingsStore &settings, const QString &key, bool isChecked)
+{
+    settings.SaveSetting(Options(), key, isChecked ? QStringLiteral("True") : QStringLiteral("False"));
+}
+
 double ReadNumber(const SettingsStore &settings, const QString &section, const QString &key, double fallback)
 {
     const std::optional<double> stored = ParseNumber(settings.GetSetting(section, key));
@@ -93,15 +117,22 @@ QRect OntoScreen(QRect place, const QMargins &frame)
 
 bool ReadShowTips(const SettingsStore &settings)
 {
-    const QString text =
-        settings.GetSetting(Options(), QStringLiteral("Show Tips at Startup"), QStringLiteral("True"));
-    return text.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && text != QLatin1String("0");
+    return ReadFlag(settings, ShowTips());
 }
 
 void StoreShowTips(SettingsStore &settings, bool show)
 {
-    settings.SaveSetting(Options(), QStringLiteral("Show Tips at Startup"),
-                         show ? QStringLiteral("True") : QStringLiteral("False"));
+    StoreFlag(settings, ShowTips(), show);
+}
+
+bool ReadAskBeforeRisky(const SettingsStore &settings)
+{
+    return ReadFlag(settings, AskBeforeRisky());
+}
+
+void StoreAskBeforeRisky(SettingsStore &settings, bool ask)
+{
+    StoreFlag(settings, AskBeforeRisky(), ask);
 }
 
 int ReadCommPort(const SettingsStore &settings)

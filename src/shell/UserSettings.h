@@ -12,6 +12,10 @@ class SettingsStore;
 bool ReadShowTips(const SettingsStore &settings);
 void StoreShowTips(SettingsStore &settings, bool show);
 
+/** Whether guards ask before risky commands; they do where nothing is stored. */
+bool ReadAskBeforeRisky(const SettingsStore &settings);
+void StoreAskBeforeRisky(SettingsStore &settings, bool ask);
+
 /** The stored number of the serial port, or 0 where none, or nothing usable, is stored. */
 int ReadCommPort(const SettingsStore &settings);
 void StoreCommPort(SettingsStore &settings, int number);

@@ -14,7 +14,7 @@
 namespace quorvik::testing
 {
 
-TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
+TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndOptionsComeBack)
 {
     LoadQuietly();
     EXPECT_TRUE(main->isVisible());
@@ -28,7 +28,10 @@ TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
     main->resize(640, 480);
     Colors().Colors[3] = 0x123456;
     Link().MSComm1.SetCommPort(5);
-    Trigger("mnuOptionsShowTipsonStartup");
+    EXPECT_TRUE(main->AllEngines().guards.Asking);
+    for (const char *option : {"mnuOptionsShowTipsonStartup", "mnuOptionsAskBeforeRisky"})
+        Trigger(option);
+    EXPECT_FALSE(main->AllEngines().guards.Asking);
     ASSERT_TRUE(main->close());
     EXPECT_EQ(Setting("Startup", "Left"), Name("600"));
     EXPECT_EQ(Setting("Options", "Show Tips at Startup"), Name("True"));
@@ -40,6 +43,7 @@ TEST_F(ShellTest, DefaultsOnTheFirstRunAndPlaceColoursAndTipsComeBack)
     EXPECT_EQ(main->size(), QSize(640, 480));
     EXPECT_EQ(Colors().Colors[3], 0x123456);
     EXPECT_EQ(Link().MSComm1.CommPort(), 5);
+    EXPECT_FALSE(main->AllEngines().guards.Asking || Entry("mnuOptionsAskBeforeRisky")->isChecked());
 }
 
 TEST_F(ShellTest, AMinimisedStateIsNotStored)
