@@ -1,6 +1,7 @@
 // The drive link's speed: whole-table scans against the simulated drive on a paced line, and the cost of one
 // parameter on a line that takes no time, beside a bare echo over a pseudo-terminal.
 
+#include "BenchDrive.h"
 #include "Figures.h"
 
 #include "model/Document.h"
@@ -15,9 +16,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QSerialPort>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
 #include <array>
@@ -41,12 +40,6 @@ constexpr int EchoTurns = 2000;
 constexpr double NsPerUs = 1000.0;
 constexpr double NsPerSecond = 1e9;
 
-[[noreturn]] void Fail(const QString &sentence)
-{
-    std::fprintf(stderr, "quorvik-bench-link: %s\n", qPrintable(sentence));
-    std::exit(1);
-}
-
 double MedianOf(std::vector<double> values)
 {
     std::ranges::nth_element(values, values.begin() + Rounds / 2);
@@ -60,55 +53,6 @@ public:
     MsgAnswer MsgBox(const QString &text, MsgButtons, MsgIcon, const QString &) override { Fail(text); }
     std::optional<QString> ShowOpen(const FileDialogRequest &) override { return std::nullopt; }
     std::optional<QString> ShowSave(const FileDialogRequest &) override { return std::nullopt; }
-};
-
-/** The simulated drive in a process of its own. */
-class Drive
-{
-public:
-    explicit Drive(int baud)
-    {
-        process_.start(QStringLiteral(QUORVIK_DRIVE_PROGRAM),
-                       {QStringLiteral("--link"), Link(), QStringLiteral("--presets"),
-                        QStringLiteral(QUORVIK_PRESETS_FILE), QStringLiteral("--baud"), QString::number(baud),
-                        QStringLiteral("--frozen")});
-        if (!process_.waitForStarted() || ReadLine().isEmpty())
-            Fail(QStringLiteral("the simulated drive does not start"));
-    }
-    ~Drive()
-    {
-        process_.kill();
-        process_.waitForFinished();
-    }
-
-    QString Link() const { return folder_.filePath(QStringLiteral("drive")); }
-
-    /** Bytes that passed the line so far, both ways. */
-    double BytesOnTheWire()
-    {
-        process_.write("stats\n");
-        double total = 0;
-        for (int counters = 0; counters < 2;) {
-            const QList<QByteArray> words = ReadLine().trimmed().split(' ');
-            if (words.size() == 2 && (words.at(0) == "bytes-in" || words.at(0) == "bytes-out")) {
-                total += words.at(1).toDouble();
-                ++counters;
-            }
-        }
-        return total;
-    }
-
-private:
-    QByteArray ReadLine()
-    {
-        while (!process_.canReadLine())
-            if (!process_.waitForReadyRead())
-                Fail(QStringLiteral("the simulated drive fell silent"));
-        return process_.readLine();
-    }
-
-    QTemporaryDir folder_;
-    QProcess process_;
 };
 
 /** What one scan took, from its first request to its end. */

@@ -122,6 +122,8 @@ void VerifiedWrite::OnStored(int p, bool isTaken)
     }
     if (isTaken && Param::ClearsItself(p) && row->value.rawValue != 0)
         row->arrival = Arrival::Given;
+    if (isTaken)
+        Q_EMIT Taken(p);
 }
 
 void VerifiedWrite::OnScanProgress(int count)

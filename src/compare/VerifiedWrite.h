@@ -51,6 +51,8 @@ public:
 Q_SIGNALS:
     /** So many values of all that are to be read, written and read back are through. */
     void Progressed(int done, int all);
+    /** The drive has taken a value. */
+    void Taken(int p);
     void Finished();
 
 private:

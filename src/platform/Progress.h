@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <utility>
 
 namespace quorvik
 {
@@ -28,6 +29,12 @@ public:
 
     /** The operation stands at this step; it may go back. */
     void Advance(int step) { Q_EMIT Advanced(step); }
+    /** Where it shows only now how many steps there are. */
+    void SetSteps(int steps)
+    {
+        if (std::exchange(steps_, steps) != steps)
+            Q_EMIT StepsChanged(steps);
+    }
     /** What it is doing, in words, for a window that shows more than a bar. */
     void Say(const QString &sentence) { Q_EMIT Said(sentence); }
     void End()
@@ -41,6 +48,7 @@ public:
 Q_SIGNALS:
     void Advanced(int step);
     void Said(const QString &sentence);
+    void StepsChanged(int steps);
     void Ended();
     void CancelWanted();
 

@@ -34,6 +34,8 @@ FormProgressBar::FormProgressBar(Desk &desk, QWidget *owner, Progress &progress)
     On(&progress, &Progress::Advanced, progressBarRead, [progressBarRead](int step) {
         progressBarRead->setValue(std::clamp(step, 0, progressBarRead->maximum()));
     });
+    On(&progress, &Progress::StepsChanged, progressBarRead,
+       [progressBarRead](int steps) { progressBarRead->setRange(0, steps); });
     auto *labelDoing = new QLabel(this);
     labelDoing->setObjectName(QStringLiteral("LabelDoing"));
     labelDoing->hide();
