@@ -112,7 +112,7 @@ void MDIFormMain::ConnectEngines()
     On(&engines_.document, &Document::TitleChanged, this, [this](const QString &title) {
         SetTitle(title);
         if (!engines_.document.HasUnsavedEdits)
-            notices_->hide();
+            notices_->HideWhatIsSaved();
     });
     On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });
     On(&engines_.drive, &DriveOperations::FatalError, this, [] { QCoreApplication::exit(1); });

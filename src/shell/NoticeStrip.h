@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QFrame>
+#include <functional>
 
 class QLabel;
+class QPushButton;
 
 namespace quorvik
 {
@@ -18,9 +20,15 @@ public:
 
     /** Shows a sentence, in place of one that stands there. */
     void Tell(const QString &sentence);
+    /** The same, with a button that does something about it. */
+    void Tell(const QString &sentence, const QString &caption, std::function<void()> run);
+    /** Nothing is left to be saved: a sentence without a button was about that, and goes. */
+    void HideWhatIsSaved();
 
 private:
     QLabel *message_;
+    QPushButton *command_;
+    std::function<void()> run_;
 };
 
 } // namespace quorvik

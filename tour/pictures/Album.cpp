@@ -172,6 +172,11 @@ void Album::TakeOthers()
     Take(*greeting, greeting->objectName(), greeting->HelpTopic());
     greeting->close();
 
+    auto *report = new FormWriteReport(desk_, {});
+    report->ShowReport(SampleReport());
+    Take(*report, report->objectName(), report->HelpTopic());
+    report->close();
+
     FilePrint print(desk_);
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);
     Take(*list, list->objectName(), list->HelpTopic());
