@@ -47,6 +47,9 @@ constexpr RuleRow Rules[] = {
     {411, 411, Rule::DriveModel, 0, 0},   // rated currents
 };
 
+/** From the Source of a relay to its thresholds. */
+constexpr int RelayOffsets[] = {6, 9};
+
 constexpr std::int32_t CalibrationMax = 2047;
 constexpr std::int32_t BipolarMin = -2048;
 
@@ -82,9 +85,9 @@ void ParameterTable::CopyLimits(int from, int to)
 void ParameterTable::FollowSource(int p)
 {
     const int absolute = p + 3;
-    const int dependants[] = {p + 6, p + 9};
     const std::int32_t selected = Value(p);
-    for (const int dependant : dependants) {
+    for (const int offset : RelayOffsets) {
+        const int dependant = p + offset;
         if (selected == 0) {
             RestoreLimits(dependant);
             continue;
@@ -93,6 +96,27 @@ void ParameterTable::FollowSource(int p)
         if (Value(absolute) != 0)
             records_[dependant].Min = 0;
     }
+}
+
+std::vector<int> ParameterTable::LeadsOf(int p)
+{
+    for (const RuleRow &row : Rules)
+        for (int lead = row.first; lead <= row.last; ++lead)
+            switch (row.rule) {
+            case Rule::RelayAbsolute:
+                // Source and Absolute Value together make these limits.
+                for (const int offset : RelayOffsets)
+                    if (p == lead + row.lowOffset + offset)
+                        return {lead + row.lowOffset, lead};
+                break;
+            case Rule::RelaySource:
+            case Rule::DriveModel:
+                break;
+            default:
+                if (p == lead + row.lowOffset || p == lead + row.highOffset)
+                    return {lead};
+            }
+    return {};
 }
 
 void ParameterTable::RefreshDependentParams(int p)

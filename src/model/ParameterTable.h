@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <memory>
+#include <vector>
 
 namespace quorvik
 {
@@ -144,6 +145,11 @@ public:
      * of the others from its turn; the failures are reported together, at the end.
      */
     void RefreshAllDependents(std::int32_t mask = 0);
+    /**
+     * The parameters on which the limits of p hang, in the order in which they are to be set before p; empty
+     * for most. The drive model is not among them: it sets values, and no entry changes it.
+     */
+    static std::vector<int> LeadsOf(int p);
     void RestoreLimits(int p); ///< Min, Max, Attributes from the factory table
     void ClampValue(int p);
     void ResetToDefaults(); ///< back to the factory state, with all rules applied

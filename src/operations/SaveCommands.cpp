@@ -85,16 +85,21 @@ FileDialogRequest SaveCommands::DialogRequest(const QString &title) const
     return {title, folder, FileTitle(document_.FileName)};
 }
 
-bool SaveCommands::RefusesPresets(const QString &path)
+bool SaveCommands::IsPresets(const QString &path) const
 {
+    if (path.isEmpty())
+        return false;
     const QFileInfo presets(programFolder_ + QStringLiteral("/Presets.fil"));
     const QFileInfo chosen(path);
     const QString behind = chosen.canonicalFilePath();
-    const bool isPresets =
-        QDir::cleanPath(chosen.absoluteFilePath())
-                .compare(QDir::cleanPath(presets.absoluteFilePath()), Qt::CaseInsensitive) == 0 ||
-        (!behind.isEmpty() && behind == presets.canonicalFilePath());
-    if (path.isEmpty() || !isPresets)
+    return QDir::cleanPath(chosen.absoluteFilePath())
+                   .compare(QDir::cleanPath(presets.absoluteFilePath()), Qt::CaseInsensitive) == 0 ||
+           (!behind.isEmpty() && behind == presets.canonicalFilePath());
+}
+
+bool SaveCommands::RefusesPresets(const QString &path)
+{
+    if (!IsPresets(path))
         return false;
     asker_.MsgBox(QStringLiteral("Cannot overwrite default file. Choose another name."), MsgButtons::Ok,
                   MsgIcon::Exclamation, AppTitle());

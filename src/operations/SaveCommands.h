@@ -37,6 +37,11 @@ public:
     /** Save goes to this file from now on. */
     void SaveTo(const QString &path) { dialogFileName_ = path; }
 
+    /** Whether a path leads to the factory table, which nothing is saved over: by its name, or through a
+     * link.
+     */
+    bool IsPresets(const QString &path) const;
+
 Q_SIGNALS:
     /** A save failed without a box; the sentence is for the strip under the menu. */
     void SaveFailed(const QString &sentence);

@@ -10,9 +10,6 @@
 namespace quorvik
 {
 
-namespace
-{
-
 QByteArray CsvField(const QString &text)
 {
     // A spreadsheet would compute what begins so, unless it is a number, with or without its unit.
@@ -23,8 +20,6 @@ QByteArray CsvField(const QString &text)
     quoted.replace(u'"', QStringLiteral("\"\""));
     return '"' + quoted.toUtf8() + '"';
 }
-
-} // namespace
 
 const QString &ReportField(const ReportRow &row, int column)
 {

@@ -33,8 +33,11 @@ QList<ReportRow> CollectRows(const ParameterTable &table, ReportFilter filter);
 /** Sorts as text by a column, 0 to 3; rows with equal texts keep their order. */
 void SortRows(QList<ReportRow> &rows, int column, bool descending);
 
-/** The rows under their heads as comma-separated values in UTF-8, one CR LF terminated line each. A text that
- * a spreadsheet would take for a formula has an apostrophe before it. */
+/** A text as one field of comma-separated values, in UTF-8 and quotes. One that a spreadsheet would take for
+ * a formula has an apostrophe before it. */
+QByteArray CsvField(const QString &text);
+
+/** The rows under their heads as comma-separated values, one CR LF terminated line each. */
 QByteArray RowsAsCsv(const QList<ReportRow> &rows);
 
 } // namespace quorvik
