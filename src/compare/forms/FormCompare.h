@@ -1,0 +1,86 @@
+#pragma once
+
+#include "compare/Differences.h"
+#include "desktop/Form.h"
+#include "link/ParamValue.h"
+
+#include <functional>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QTimer;
+
+namespace quorvik
+{
+
+class CompareHost;
+class CompareSides;
+class DifferenceModel;
+class DifferenceProxy;
+class DifferenceView;
+struct RefusedRow;
+
+/** "Compare": two or three parameter sets side by side, and values copied from one to another. */
+class FormCompare : public Form
+{
+    Q_OBJECT
+
+public:
+    FormCompare(Desk &desk, CompareHost &host);
+
+    static const QString &Name();
+
+    /** Compares the open set with the drive, which is read. */
+    void CompareWithDrive();
+
+    CompareSides &Sides() { return *sides_; }
+    /** Lets the user choose the file to export to; the program shows a dialog. */
+    std::function<std::optional<QString>(const QString &folder)> ChooseExport;
+
+private:
+    QWidget *MakeBanner();
+    QWidget *MakeFilters();
+    QWidget *MakeCopying();
+    QWidget *MakeCommands();
+    QCheckBox *MakeCheck(const QString &name, const QString &caption, bool isChecked);
+
+    void CompareAnew();
+    void FollowOpenSet();
+    void OnFilterChanged();
+    void ShowBanner();
+    void ListDirections();
+    void ShowCounts();
+
+    void TickShown(bool isTicked);
+    void CommandCopy_Click();
+    /** The values of the ticked rows in sight that the target has otherwise. */
+    std::vector<ParamValue> ValuesToCopy(int from, int to) const;
+    void CopyIntoOpenSet(const std::vector<ParamValue> &values, int from);
+    void CopyIntoFile(const std::vector<ParamValue> &values, int from, int to);
+    void CopyIntoDrive(const std::vector<ParamValue> &values, int from);
+    void TellCopied(std::size_t wanted, const std::vector<RefusedRow> &refused, const QString &target);
+    void Tell(const QString &sentence);
+    void CommandExport_Click();
+
+    CompareHost &host_;
+    QStringList blocks_;
+    CompareSides *sides_;
+    DifferenceModel *model_;
+    DifferenceProxy *proxy_;
+    DifferenceView *view_;
+    QLabel *labelBanner_;
+    QLabel *labelCounts_;
+    QLabel *labelOutcome_;
+    QLineEdit *textSearch_;
+    QCheckBox *checkDiffering_;
+    QCheckBox *checkChanged_;
+    std::array<QCheckBox *, RowKinds> checkKinds_{};
+    QComboBox *comboDirection_;
+    QTimer *timerUpdateScreen_;
+    bool isOpenSetOld_ = false;
+    int shownSides_ = 0;
+};
+
+} // namespace quorvik
