@@ -115,11 +115,10 @@ void VerifiedWrite::OnStored(int p, bool isTaken)
     WrittenRow *row = RowOf(p);
     if (phase_ != Phase::Writing || !row)
         return;
-    if (!isTaken) {
+    if (!isTaken)
         row->arrival = Arrival::Refused;
-    } else if (table_[p].WriteFlag == WriteState::None) {
-        table_.SetValue(p, Param::ClearsItself(p) ? 0 : row->value.rawValue, ChangeCause::Transfer);
-    }
+    else
+        TakeIntoTable(p, Param::ClearsItself(p) ? 0 : row->value.rawValue);
     if (isTaken && Param::ClearsItself(p) && row->value.rawValue != 0)
         row->arrival = Arrival::Given;
     if (isTaken)
@@ -285,14 +284,23 @@ void VerifiedWrite::TakeReadBack(const ScanResult &result)
         Finish(endOfWriting_);
 }
 
+void VerifiedWrite::TakeIntoTable(int p, std::int32_t rawValue)
+{
+    // An edit that waits to be sent is newer.
+    if (table_[p].WriteFlag == WriteState::Queued)
+        return;
+    table_.Row(p).WriteFlag = WriteState::None;
+    table_.SetValue(p, rawValue, ChangeCause::Transfer);
+}
+
 void VerifiedWrite::FollowInTable()
 {
     for (const WrittenRow &row : report_.rows)
         if (row.arrival == Arrival::Verified && LeadsOthers(row.value.param, table_))
             Guarded([&] { table_.RefreshDependentParams(row.value.param); });
     for (const WrittenRow &row : report_.rows)
-        if (row.rawFound && table_[row.value.param].WriteFlag == WriteState::None)
-            table_.SetValue(row.value.param, *row.rawFound, ChangeCause::Drive);
+        if (row.rawFound)
+            TakeIntoTable(row.value.param, *row.rawFound);
 }
 
 void VerifiedWrite::Finish(WriteReport::End end)

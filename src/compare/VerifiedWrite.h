@@ -68,6 +68,7 @@ private:
     QString MissingText(const std::set<int> &missing) const;
     void TakeReadBack(const ScanResult &result);
     void FollowInTable();
+    void TakeIntoTable(int p, std::int32_t rawValue);
     void Finish(WriteReport::End end);
     WrittenRow *RowOf(int p);
 

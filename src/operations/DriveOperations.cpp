@@ -184,6 +184,8 @@ OperationResult DriveOperations::RunScan(WholeScan kind)
         if (isComplete)
             Guarded([this] { table_.RefreshAllDependents(); });
         SettleReading(scan);
+    } else {
+        Q_EMIT WholeWriteEnded(WriteSentence(scan));
     }
     OperationResult result{.missing = {scan.missing.begin(), scan.missing.end()}};
     if (!isComplete)

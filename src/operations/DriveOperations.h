@@ -85,6 +85,8 @@ public:
 Q_SIGNALS:
     /** A fault of the program that ends it; the user has been told. */
     void FatalError();
+    /** What became of a whole write, in a sentence that needs no answer. */
+    void WholeWriteEnded(const QString &sentence);
     /** The user went on line to compare the open set with the drive. */
     void CompareWanted();
 
@@ -92,6 +94,7 @@ private:
     OperationResult RunScan(WholeScan kind);
     OperationResult ReadAnew();
     void SettleReading(const ScanResult &scan);
+    QString WriteSentence(const ScanResult &scan) const;
     void BeforeLeaving(OffLineReason reason);
     void PromptSaveToDrive(OffLineReason reason);
     bool SaveInDrive();

@@ -9,6 +9,7 @@ namespace
 {
 
 constexpr int MostNamed = 12;
+constexpr int MostNamedInLine = 4;
 
 struct FaultWords {
     QString title;
@@ -94,6 +95,26 @@ void DriveOperations::OnWriteGivenUp(int p, std::int32_t rawValue, bool isTold)
 void DriveOperations::ShowNotSavedMessage()
 {
     asker_.Tell(QStringLiteral("Changes in Drive not saved!"), MsgIcon::Exclamation, AppTitle());
+}
+
+QString DriveOperations::WriteSentence(const ScanResult &scan) const
+{
+    QStringList refused;
+    for (const int p : scan.missing) {
+        if (refused.size() == MostNamedInLine) {
+            refused.append(QStringLiteral("and %1 more").arg(int(scan.missing.size()) - MostNamedInLine));
+            break;
+        }
+        refused.append(table_.FullName(p));
+    }
+    QString sentence = QStringLiteral("%1 written, %2 refused").arg(scan.taken).arg(int(scan.missing.size()));
+    if (!refused.isEmpty())
+        sentence += QStringLiteral(": ") + refused.join(QStringLiteral(", "));
+    if (scan.end == ScanResult::End::LinkLost)
+        sentence += QStringLiteral(". The line was lost before the end");
+    else if (scan.end == ScanResult::End::Cancelled)
+        sentence += QStringLiteral(". Cancelled before the end");
+    return sentence + QStringLiteral(". None of it was read back.");
 }
 
 void DriveOperations::SettleReading(const ScanResult &scan)

@@ -95,7 +95,13 @@ OperationResult SafeWrites::WriteGuarded(const std::vector<ParamValue> &values, 
             return {isWhole && Guards::Forbids(fresh) ? Outcome::Refused : Outcome::Cancelled};
         std::erase_if(chosen, [&leftOut](const ParamValue &value) { return leftOut->contains(value.param); });
     }
-    return Run([&] { writing_.Begin(chosen); });
+    OperationResult result = Run([&] { writing_.Begin(chosen); });
+    // What was held so that nothing is put over the set has arrived, or stands in the report.
+    if (isWhole && Report().end == WriteReport::End::Complete)
+        for (int p = 0; p <= table_.LastParam; ++p)
+            if (table_[p].WriteFlag == WriteState::Held)
+                table_.Row(p).WriteFlag = WriteState::None;
+    return result;
 }
 
 OperationResult SafeWrites::Resume()

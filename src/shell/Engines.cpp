@@ -17,6 +17,9 @@ Engines::Engines(const Surroundings &given, Asker &asker)
     , guards(table, document, asker)
     , drive(table, document, link, rules, saving, asker, snapshots, guards)
     , fileCommands(table, document, rules, asker, file, saving, drive)
+    , backups(given.dataHome + QStringLiteral("/quorvik/backups"))
+    , verifiedWrite(table, link, backups)
+    , safeWrites(table, document, verifiedWrite, drive, snapshots, guards, asker)
 {
     link.MSComm1.DeviceOf = [ports = Ports(given.settings)](int number) { return ports.DeviceOf(number); };
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "compare/Backups.h"
+#include "compare/VerifiedWrite.h"
 #include "emulator/DriveEmulator.h"
 #include "link/DriveLink.h"
 #include "model/Document.h"
@@ -7,6 +9,7 @@
 #include "operations/EntryRules.h"
 #include "operations/FileCommands.h"
 #include "operations/Guards.h"
+#include "operations/SafeWrites.h"
 #include "operations/SaveCommands.h"
 #include "operations/Snapshots.h"
 #include "settings/RecoveryCopy.h"
@@ -39,6 +42,9 @@ struct Engines {
     Guards guards;
     DriveOperations drive;
     FileCommands fileCommands;
+    Backups backups;
+    VerifiedWrite verifiedWrite;
+    SafeWrites safeWrites;
 };
 
 } // namespace quorvik

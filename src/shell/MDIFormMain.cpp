@@ -116,6 +116,10 @@ void MDIFormMain::ConnectEngines()
     });
     On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });
     On(&engines_.drive, &DriveOperations::FatalError, this, [] { QCoreApplication::exit(1); });
+    On(&engines_.drive, &DriveOperations::WholeWriteEnded, this, [this](const QString &sentence) {
+        notices_->Tell(sentence, QStringLiteral("Compare..."), [this] { ShowCompare(*this, true); });
+    });
+    On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] { ShowWriteReport(*this); });
     On(&engines_.emulator, &DriveEmulator::StatusPanels, this,
        [this](const QString &driveStatus, const QString &driveModel) {
            statusBar_->SetDriveStatus(driveStatus);

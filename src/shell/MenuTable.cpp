@@ -73,6 +73,9 @@ constexpr MenuRow table[] = {
      "Ctrl+P", "print"},
     {Separator, "mnuExitSeparator"},
     {Command, "mnuFileExit", "E&xit", [](Main &main) { main.close(); }},
+    {Separator, "mnuVerifySeparator"},
+    {Command, "mnuFileWriteVerify", "Write and &Verify...",
+     [](Main &main) { main.AllEngines().safeWrites.WriteOpenSet(); }, "", "write"},
 
     {Menu, "mnuOptions", "&Options"},
     {Command, "mnuOptionsCommunications", "&Communications", ShowCommunications, "", "port"},

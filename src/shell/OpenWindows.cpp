@@ -1,5 +1,6 @@
 #include "shell/OpenWindows.h"
 
+#include "compare/forms/FormWriteReport.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormDebug.h"
@@ -84,6 +85,21 @@ void ShowIOSimulator(MDIFormMain &main)
 void ShowVirtualOperator(MDIFormMain &main)
 {
     OpenVirtualOperator(main.TheDesk(), &main, main.VirtualOperator());
+}
+
+void ShowWriteReport(MDIFormMain &main)
+{
+    Desk &desk = main.TheDesk();
+    SafeWrites &writes = main.AllEngines().safeWrites;
+    const QString name = QStringLiteral("FormWriteReport");
+    ShowOnly(main, name, [&main, &writes](Desk &onDesk) {
+        return new FormWriteReport(onDesk,
+                                   {[&writes] { writes.Resume(); }, [&writes] { writes.RetryRefused(); },
+                                    [&main](const QString &path) { ShowCompareWithBackup(main, path); }});
+    });
+    for (int position = 1; position < desk.forms.Count(); ++position)
+        if (auto *report = qobject_cast<FormWriteReport *>(desk.forms.At(position)))
+            report->ShowReport(writes.Report());
 }
 
 void ShowBasicMentor(MDIFormMain &main)

@@ -19,6 +19,9 @@ void ShowIOSimulator(MDIFormMain &main);
 /** Asks first, since the panel takes every input off its destination. */
 void ShowVirtualOperator(MDIFormMain &main);
 
+/** What the last verified write came to. */
+void ShowWriteReport(MDIFormMain &main);
+
 /** Opens where the drive's model is known; else tells what to do about it. */
 void ShowBasicMentor(MDIFormMain &main);
 /** Opens on Desk::WizardIOStart. */

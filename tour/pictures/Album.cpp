@@ -2,6 +2,7 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "compare/forms/FormWriteReport.h"
 #include "desktop/Desk.h"
 #include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
@@ -55,6 +56,20 @@ void Press(QWidget &window, int nav)
 
 constexpr int NextButton = 3;
 constexpr int Reference0 = 217; ///< a number that everybody meets
+
+/** One row of each kind. */
+WriteReport SampleReport()
+{
+    WriteReport report;
+    report.rows = {{{Param::LogicSelect, 1}, Arrival::Refused, 0},
+                   {{Param::Reference0, 2500}, Arrival::Differs, 1820, Param::AnalogIn1Destination},
+                   {{Param::FwdAccelA, 75}, Arrival::Sent}};
+    for (int p = Param::FwdDecelA; p <= Param::RevDecelA; ++p)
+        report.rows.push_back({{p, 75}, Arrival::Verified, 75});
+    report.end = WriteReport::End::LinkLost;
+    report.backupPath = QStringLiteral("backups/SVR100-000 2026-11-22 14-03-12.Svx");
+    return report;
+}
 
 } // namespace
 
