@@ -11,6 +11,8 @@ namespace quorvik
 void AddGoingOnline(Tour &tour);
 /** Blocks on line, an edit that arrives in the drive, and the file that keeps it. */
 void AddMainJob(Tour &tour);
+/** The questions before risky commands, a comparison, and writes that are proved; after the main job. */
+void AddSafeJob(Tour &tour);
 /** A round through every window of the Blocks menu. */
 void AddBlockRound(Tour &tour);
 /** The windows of the other menus that are of use on line. */

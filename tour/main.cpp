@@ -61,6 +61,7 @@ int main(int argc, char **argv)
     QFile::remove(SavedFile(tour));
     AddGoingOnline(tour);
     AddMainJob(tour);
+    AddSafeJob(tour);
     AddBlockRound(tour);
     AddOnlineRound(tour);
     AddRestart(tour);
