@@ -45,6 +45,7 @@ bool MDIFormMain::Load(const QString &commandLine)
     ReadColors(settings, colors_);
     menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(ReadShowTips(settings));
     menus_.Entry(QStringLiteral("mnuOptionsAskBeforeRisky"))->setChecked(ReadAskBeforeRisky(settings));
+    engines_.backups.Newest = ReadBackups(settings);
     // On the screen before the first dialog, which needs something to stand on.
     show();
     QCoreApplication::processEvents();

@@ -1,5 +1,6 @@
 #include "shell/UserSettings.h"
 
+#include "compare/Backups.h"
 #include "desktop/BoxColors.h"
 #include "platform/Numbers.h"
 #include "platform/SettingsStore.h"
@@ -19,6 +20,7 @@ namespace
 constexpr double twipsPerPixel = 15;
 constexpr QSize smallestWindow{320, 240};
 constexpr int lastCommPort = 16;
+constexpr int mostBackups = 10000;
 
 constexpr const char *colorKeys[] = {"ReadWrite", "ICR-RW", "ICR-RO", "ReadOnly", "LinkedDestination"};
 
@@ -123,6 +125,12 @@ bool ReadShowTips(const SettingsStore &settings)
 void StoreShowTips(SettingsStore &settings, bool show)
 {
     StoreFlag(settings, ShowTips(), show);
+}
+
+int ReadBackups(const SettingsStore &settings)
+{
+    const double stored = ReadNumber(settings, Options(), QStringLiteral("Backups"), 0);
+    return stored >= 1 && stored <= mostBackups ? int(stored) : Backups::UsualNewest;
 }
 
 bool ReadAskBeforeRisky(const SettingsStore &settings)

@@ -16,6 +16,10 @@ void StoreShowTips(SettingsStore &settings, bool show);
 bool ReadAskBeforeRisky(const SettingsStore &settings);
 void StoreAskBeforeRisky(SettingsStore &settings, bool ask);
 
+/** How many sets of drives are kept before something is written to them, 1 to 10000; Backups::UsualNewest
+ * where nothing usable is stored. */
+int ReadBackups(const SettingsStore &settings);
+
 /** The stored number of the serial port, or 0 where none, or nothing usable, is stored. */
 int ReadCommPort(const SettingsStore &settings);
 void StoreCommPort(SettingsStore &settings, int number);
