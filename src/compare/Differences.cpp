@@ -1,9 +1,8 @@
 #include "compare/Differences.h"
 
+#include "compare/ShownText.h"
 #include "model/Conversions.h"
 #include "model/TextTables.h"
-#include "platform/Arithmetic.h"
-#include "platform/RuntimeFailure.h"
 
 #include <algorithm>
 #include <functional>
@@ -18,39 +17,22 @@ namespace
 using Sets = std::span<const ParameterSet *const>;
 using Form = ValueType::Form;
 
-/** What gives the drive a command at the moment when it is written, whatever it says later. */
-constexpr int Commands[] = {Param::Run,
-                            Param::Stop,
-                            Param::Jog,
-                            Param::FaultReset,
-                            Param::ClearFault,
-                            Param::MinMaxReset,
-                            Param::SaveParameters,
-                            Param::LoadParameters,
-                            Param::OneShotCommand};
+/** Whether a value tells the drive to do something at the moment when it is written. */
+bool GivesCommand(int p)
+{
+    return p == Param::Run || p == Param::Stop || p == Param::Jog || p == Param::FaultReset ||
+           Param::ClearsItself(p);
+}
 
 RowKind KindOf(int p, std::int32_t attributes)
 {
     if (p == Param::DriveModel || p == Param::DriveCurrent)
         return RowKind::Model;
-    if (p >= Param::ClockFirst && p <= Param::ClockLast)
+    if (Param::IsClock(p))
         return RowKind::Clock;
-    if (std::ranges::find(Commands, p) != std::end(Commands))
+    if (GivesCommand(p))
         return RowKind::Command;
     return (attributes & Attr::ReadOnly) > 0 ? RowKind::Status : RowKind::Setting;
-}
-
-/** A value as the program shows it; one that no text stands for as its number, for a file may hold any. */
-QString ShownText(const ParamRecord &record)
-{
-    try {
-        const QString text = ValueText(record.Value, record.Attributes);
-        if (!text.isEmpty())
-            return text;
-    } catch (const RuntimeFailure &) {
-        // Told by the number.
-    }
-    return QStringLiteral("invalid (%1)").arg(record.Value);
 }
 
 SetValue ValueIn(const ParameterSet &set, int p)
@@ -62,7 +44,8 @@ SetValue ValueIn(const ParameterSet &set, int p)
                 false};
     const ParamRecord &record = set.records[p];
     const bool isWritable = (record.Attributes & Attr::ReadOnly) == 0;
-    return {record.Value, ShownText(record), isWritable && record.Value != record.Preset};
+    return {record.Value, ShownText(record.Value, record.Attributes),
+            isWritable && record.Value != record.Preset};
 }
 
 bool IsNumber(std::int32_t attributes)
@@ -156,7 +139,7 @@ void AddMismatch(QStringList &sentences, const QString &what, Sets sets,
 /** Of a parameter that the set knows, else nothing. */
 QString TextIn(const ParameterSet &set, int p)
 {
-    return set.Knows(p) ? ShownText(set.records[p]) : QString();
+    return set.Knows(p) ? ShownText(set.Value(p), set.records[p].Attributes) : QString();
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "compare/forms/CompareSides.h"
 
+#include "compare/DriveSet.h"
 #include "compare/forms/CompareHost.h"
 #include "desktop/Form.h"
 #include "model/Document.h"
@@ -240,9 +241,8 @@ void CompareSides::ReadDrive()
     // A reading from which nothing came leaves what was read before.
     if (isAnyKnown) {
         drive_ = std::move(set);
-        drive_.name =
-            (result.IsDone() ? QStringLiteral("drive, read ") : QStringLiteral("drive, half read ")) +
-            Now(desk_);
+        if (!result.IsDone())
+            drive_.name = QStringLiteral("drive, half read ") + Now(desk_);
         const bool isShown = std::ranges::find(sources_, CompareSource{Kind::Drive}) != sources_.end();
         if (!isShown)
             sources_[1] = {Kind::Drive};
@@ -253,20 +253,24 @@ void CompareSides::ReadDrive()
 
 void CompareSides::TakeWrite(const WriteReport &report)
 {
+    if (drive_.known.empty())
+        return;
     bool hasFound = false;
-    for (const WrittenRow &row : report.rows) {
-        const int p = row.value.param;
-        if (row.arrival == Arrival::NotSent || p < 0 || p > drive_.LastParam())
-            continue;
-        // What was sent and not read back is not known any more.
-        drive_.known[std::size_t(p)] = row.rawFound.has_value();
+    std::map<int, std::int32_t> values;
+    for (int p = 0; p <= drive_.LastParam(); ++p)
+        if (drive_.Knows(p))
+            values[p] = drive_.Value(p);
+    for (const WrittenRow &row : report.rows)
         if (row.rawFound) {
-            drive_.records[p].Value = *row.rawFound;
+            values[row.value.param] = *row.rawFound;
             hasFound = true;
+        } else if (row.arrival == Arrival::Sent) {
+            // Neither the old value nor the new one is certain.
+            values.erase(row.value.param);
         }
-    }
-    if (hasFound)
-        drive_.name = QStringLiteral("drive, written ") + Now(desk_);
+    // Anew, for what hangs on a selector has other units now.
+    drive_ = SetOfDrive(values, desk_.table,
+                        hasFound ? QStringLiteral("drive, written ") + Now(desk_) : drive_.name);
     ListSources();
     Reload({Kind::Drive});
 }

@@ -274,4 +274,12 @@ bool DifferenceProxy::filterAcceptsRow(int row, const QModelIndex &) const
     return filter_.Shows(model_->Row(row));
 }
 
+bool DifferenceProxy::lessThan(const QModelIndex &left, const QModelIndex &right) const
+{
+    if (QSortFilterProxyModel::lessThan(left, right))
+        return true;
+    // What is equal stands by number, also where it comes into sight later.
+    return !QSortFilterProxyModel::lessThan(right, left) && left.row() < right.row();
+}
+
 } // namespace quorvik

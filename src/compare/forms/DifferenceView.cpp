@@ -97,9 +97,13 @@ void DifferenceView::keyPressEvent(QKeyEvent *event)
 void DifferenceView::TickSelected()
 {
     auto *model = qobject_cast<DifferenceModel *>(proxy_->sourceModel());
+    // A view that has just got the focus has a current row, and none selected.
+    QModelIndexList rows = selectionModel()->selectedRows();
+    if (rows.isEmpty() && currentIndex().isValid())
+        rows += currentIndex();
     QList<int> params;
     bool isAnyOff = false;
-    for (const QModelIndex &index : selectionModel()->selectedRows()) {
+    for (const QModelIndex &index : rows) {
         params += model->Row(proxy_->mapToSource(index).row()).param;
         isAnyOff |= !model->IsTicked(params.last());
     }
