@@ -95,6 +95,22 @@ QString BlockMenuEntry::MenuCaption(int member) const
                       : QString::fromLatin1(caption);
 }
 
+QStringList BlockNames(int count)
+{
+    QStringList names(count);
+    for (const BlockMenuEntry &block : BlockCatalogue())
+        // A block without members has one pass, with no member.
+        for (int member = block.firstMember; member <= block.lastMember; ++member)
+            for (const BlockRow &row : block.rows) {
+                const int distance =
+                    block.IsFamily() ? (member - block.firstMember) * block.memberDistance : 0;
+                const int p = row.number + distance;
+                if (row.number != LinkedRow && p < count && names[p].isEmpty())
+                    names[p] = block.WindowCaption(member);
+            }
+    return names;
+}
+
 void OpenBlock(Desk &desk, const BlockMenuEntry &entry, int member)
 {
     QWidget *open = nullptr;

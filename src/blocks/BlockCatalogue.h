@@ -2,7 +2,7 @@
 
 #include "blocks/BlockDescriptor.h"
 
-#include <QString>
+#include <QStringList>
 #include <span>
 
 namespace quorvik
@@ -27,6 +27,10 @@ struct BlockMenuEntry : BlockMenuLine, BlockDescriptor {
 
 /** All entries of the Blocks menu, in its order. */
 std::span<const BlockMenuEntry> BlockCatalogue();
+
+/** By parameter number below count, the caption of the first block in the menu's order that shows it; empty
+ * where none does. */
+QStringList BlockNames(int count);
 
 /**
  * Shows the block's window: the open one where there is one, a new one else.

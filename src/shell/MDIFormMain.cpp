@@ -119,6 +119,9 @@ void MDIFormMain::ConnectEngines()
     On(&engines_.drive, &DriveOperations::WholeWriteEnded, this, [this](const QString &sentence) {
         notices_->Tell(sentence, QStringLiteral("Compare..."), [this] { ShowCompare(*this, true); });
     });
+    // Once the command that went on line is through: reading the drive waits.
+    On(&engines_.drive, &DriveOperations::CompareWanted, this,
+       [this] { QTimer::singleShot(0, this, [this] { Guarded([this] { ShowCompare(*this, true); }); }); });
     On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] { ShowWriteReport(*this); });
     On(&engines_.emulator, &DriveEmulator::StatusPanels, this,
        [this](const QString &driveStatus, const QString &driveModel) {

@@ -5,6 +5,7 @@
 #include "operator/FormVirtualOperator.h"
 #include "platform/SingleInstance.h"
 #include "settings/forms/FilePrint.h"
+#include "shell/CompareAccess.h"
 #include "shell/Engines.h"
 #include "shell/MenuBar.h"
 #include "shell/WindowAsker.h"
@@ -54,6 +55,7 @@ public:
     Engines &AllEngines() { return engines_; }
     Desk &TheDesk() { return desk_; }
     FilePrint &Print() { return print_; }
+    CompareHost &Comparing() { return compareAccess_; }
     VirtualOperatorFields &VirtualOperator() { return virtualOperator_; }
     MenuBar &Menus() { return menus_; }
     WindowCommands &Windows() { return *windows_; }
@@ -92,6 +94,7 @@ private:
     MenuBar menus_;
     Desk desk_;
     FilePrint print_{desk_};
+    CompareAccess compareAccess_{engines_};
     VirtualOperatorFields virtualOperator_;
     QTimer TimerDelay;
     bool isLoaded_ = false;

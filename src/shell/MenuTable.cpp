@@ -105,6 +105,8 @@ constexpr MenuRow table[] = {
     {Separator, "mnuToolsSeparator2"},
     {Command, "mnuToolsIOSimulator", "I/O Simulator", ShowIOSimulator, "", "terminals", Offline},
     {Command, "mnuToolsVirtualOperator", "Virtual Operator", ShowVirtualOperator, "", "operator"},
+    {Separator, "mnuToolsSeparator3"},
+    {Command, "mnuToolsCompare", "Com&pare...", [](Main &main) { ShowCompare(main, false); }, "", "compare"},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},

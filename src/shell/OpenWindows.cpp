@@ -1,5 +1,6 @@
 #include "shell/OpenWindows.h"
 
+#include "compare/forms/FormCompare.h"
 #include "compare/forms/FormWriteReport.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/forms/FormCommunications.h"
@@ -32,6 +33,17 @@ template<typename Make> void ShowOnly(MDIFormMain &main, const QString &name, Ma
             return;
         }
     desk.ShowChild(make(desk), true);
+}
+
+FormCompare *ShowCompareWindow(MDIFormMain &main)
+{
+    Desk &desk = main.TheDesk();
+    ShowOnly(main, FormCompare::Name(),
+             [&main](Desk &onDesk) { return new FormCompare(onDesk, main.Comparing()); });
+    for (int position = 1; position < desk.forms.Count(); ++position)
+        if (auto *window = qobject_cast<FormCompare *>(desk.forms.At(position)))
+            return window;
+    return nullptr;
 }
 
 } // namespace
@@ -85,6 +97,19 @@ void ShowIOSimulator(MDIFormMain &main)
 void ShowVirtualOperator(MDIFormMain &main)
 {
     OpenVirtualOperator(main.TheDesk(), &main, main.VirtualOperator());
+}
+
+void ShowCompare(MDIFormMain &main, bool readDrive)
+{
+    FormCompare *window = ShowCompareWindow(main);
+    if (readDrive && window)
+        window->CompareWithDrive();
+}
+
+void ShowCompareWithBackup(MDIFormMain &main, const QString &path)
+{
+    if (FormCompare *window = ShowCompareWindow(main))
+        window->CompareWithDrive({CompareSource::Kind::Backup, path});
 }
 
 void ShowWriteReport(MDIFormMain &main)

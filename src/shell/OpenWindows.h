@@ -1,5 +1,7 @@
 #pragma once
 
+class QString;
+
 namespace quorvik
 {
 
@@ -19,6 +21,10 @@ void ShowIOSimulator(MDIFormMain &main);
 /** Asks first, since the panel takes every input off its destination. */
 void ShowVirtualOperator(MDIFormMain &main);
 
+/** @param readDrive whether the open set is compared with the drive, which is read for it. */
+void ShowCompare(MDIFormMain &main, bool readDrive);
+/** The drive, read anew, beside a set of it that was kept. */
+void ShowCompareWithBackup(MDIFormMain &main, const QString &path);
 /** What the last verified write came to. */
 void ShowWriteReport(MDIFormMain &main);
 

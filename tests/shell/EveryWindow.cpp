@@ -2,6 +2,8 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "compare/forms/FormCompare.h"
+#include "compare/forms/ScriptedHost.h"
 #include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/DriveLink.h"
@@ -82,6 +84,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
     DriveLink link(desk.table);
     Progress reading(QStringLiteral("Reading Parameters from Drive"), int(WholeScan::Reading), 434);
     FilePrint print(desk.desk);
+    ScriptedHost comparing(desk);
     VirtualOperatorFields fields;
     FormVirtualOperator panel(desk.desk, &desk.mainWindow, fields);
     const auto edit = [&](int p) {
@@ -97,6 +100,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return edit(217); }, // a number
         [&] { return new FormNotes(desk.desk, &desk.mainWindow); },
         [&] { return new FormViewParameters(desk.desk, print, ReportFilter::All); },
+        [&] { return new FormCompare(desk.desk, comparing); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },
         [&] { return new FormGettingStarted(desk.desk, &desk.mainWindow, true); },

@@ -1,7 +1,9 @@
 #include "Album.h"
+#include "SampleComparison.h"
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "compare/forms/FormCompare.h"
 #include "compare/forms/FormWriteReport.h"
 #include "desktop/Desk.h"
 #include "desktop/FormModifyParameterValue.h"
@@ -191,6 +193,12 @@ void Album::TakeOthers()
     report->ShowReport(SampleReport());
     Take(*report, report->objectName(), report->HelpTopic());
     report->close();
+
+    SampleComparison sample(desk_);
+    auto *comparison = new FormCompare(desk_, sample);
+    comparison->CompareWithDrive();
+    Take(*comparison, comparison->objectName(), comparison->HelpTopic());
+    comparison->close();
 
     FilePrint print(desk_);
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);

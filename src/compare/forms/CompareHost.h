@@ -21,10 +21,12 @@ public:
     /** Reads the drive beside the table; goes on line for it where the program is off line, and stays there.
      */
     virtual OperationResult ReadDrive(ParameterSet &set) = 0;
-    /** Writes values to the drive and reads them back; on line only. The user is told what it came to. */
-    virtual OperationResult WriteDrive(const std::vector<ParamValue> &values, const ParameterSet &from) = 0;
-    /** What the last write came to. */
-    virtual const WriteReport &LastWrite() const = 0;
+    /**
+     * Writes values to the drive and reads them back; on line only. The user is told what it came to.
+     * @return what became of each value, until the next write; null where nothing was begun.
+     */
+    virtual const WriteReport *WriteDrive(const std::vector<ParamValue> &values,
+                                          const ParameterSet &from) = 0;
 
     /** A drive's set that was kept before something was written to it. */
     struct KeptSet {

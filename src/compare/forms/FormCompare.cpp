@@ -208,9 +208,9 @@ QWidget *FormCompare::MakeCommands()
     return commands;
 }
 
-void FormCompare::CompareWithDrive()
+void FormCompare::CompareWithDrive(const CompareSource &other)
 {
-    sides_->Select(0, {Kind::OpenSet});
+    sides_->Select(0, other);
     sides_->Select(1, {Kind::Drive});
     sides_->ReadDrive();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compare/Differences.h"
+#include "compare/forms/CompareSides.h"
 #include "desktop/Form.h"
 #include "link/ParamValue.h"
 
@@ -16,7 +16,6 @@ namespace quorvik
 {
 
 class CompareHost;
-class CompareSides;
 class DifferenceModel;
 class DifferenceProxy;
 class DifferenceView;
@@ -32,8 +31,8 @@ public:
 
     static const QString &Name();
 
-    /** Compares the open set with the drive, which is read. */
-    void CompareWithDrive();
+    /** Puts the drive, which is read, beside the open set or another one. */
+    void CompareWithDrive(const CompareSource &other = {CompareSource::Kind::OpenSet});
 
     CompareSides &Sides() { return *sides_; }
     /** Lets the user choose the file to export to; the program shows a dialog. */

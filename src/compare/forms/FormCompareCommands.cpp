@@ -130,11 +130,12 @@ void FormCompare::CopyIntoDrive(const std::vector<ParamValue> &values, int from)
     const ParameterSet source = sides_->Set(from);
     // Writing waits, and the window may be closed meanwhile.
     const QPointer<FormCompare> self = this;
-    const OperationResult result = host_.WriteDrive(values, source);
-    if (!self || result.outcome == Outcome::Cancelled)
+    const WriteReport *report = host_.WriteDrive(values, source);
+    if (!self || !report)
         return;
-    sides_->TakeWrite(host_.LastWrite());
-    Tell(host_.LastWrite().Summary());
+    const QString summary = report->Summary();
+    sides_->TakeWrite(*report);
+    Tell(summary);
 }
 
 void FormCompare::TellCopied(std::size_t wanted, const std::vector<RefusedRow> &refused,

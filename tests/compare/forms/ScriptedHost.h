@@ -25,13 +25,12 @@ public:
         set = Drive;
         return ReadingResult;
     }
-    OperationResult WriteDrive(const std::vector<ParamValue> &values, const ParameterSet &from) override
+    const WriteReport *WriteDrive(const std::vector<ParamValue> &values, const ParameterSet &from) override
     {
         Written = values;
         WrittenFrom = from.name;
-        return {};
+        return &Report;
     }
-    const WriteReport &LastWrite() const override { return Report; }
     QList<KeptSet> KeptSets() const override { return Kept; }
     const SaveCommands &Saving() const override { return saving; }
     QStringList BlockNames() const override { return Blocks; }
