@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -36,7 +37,8 @@ int CharactersOf(DifferenceModel::Column column)
 
 constexpr int RowsInSight = 20;
 constexpr int FewestRows = 3;
-constexpr int CharactersInSight = 136;
+constexpr int CharactersInSight = 150;
+constexpr int WidestHead = 32; ///< in characters
 
 } // namespace
 
@@ -70,6 +72,16 @@ void DifferenceView::SizeColumns()
     for (int section = 0; section < model->columnCount(); ++section)
         setColumnWidth(section, CharactersOf(model->ColumnAt(section)) * fontMetrics().averageCharWidth());
     sortByColumn(model->SectionOf(DifferenceModel::Column::Kind), Qt::AscendingOrder);
+}
+
+void DifferenceView::FitHeads()
+{
+    const auto *model = qobject_cast<const DifferenceModel *>(proxy_->sourceModel());
+    const int widest = WidestHead * fontMetrics().averageCharWidth();
+    for (int section = 0; section < model->columnCount(); ++section)
+        if (model->ColumnAt(section) == DifferenceModel::Column::Side)
+            setColumnWidth(section, std::max(columnWidth(section),
+                                             std::min(horizontalHeader()->sectionSizeHint(section), widest)));
 }
 
 QSize DifferenceView::sizeHint() const

@@ -19,6 +19,9 @@ public:
     /** Gives each column the width of its usual texts; once, and when the number of sides changes. */
     void SizeColumns();
 
+    /** Widens the columns of the sides to what their names need. */
+    void FitHeads();
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

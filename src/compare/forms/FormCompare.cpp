@@ -217,10 +217,14 @@ void FormCompare::CompareWithDrive(const CompareSource &other)
 
 void FormCompare::CompareAnew()
 {
-    model_->SetRows(Compare(sides_->Sets(), blocks_), sides_->Names());
-    if (std::exchange(shownSides_, sides_->Count()) != sides_->Count())
+    const QStringList names = sides_->Names();
+    model_->SetRows(Compare(sides_->Sets(), blocks_), names);
+    const QStringList before = std::exchange(shownNames_, names);
+    if (before.size() != names.size())
         view_->SizeColumns();
-    if (!view_->currentIndex().isValid() && proxy_->rowCount() > 0)
+    if (before != names)
+        view_->FitHeads();
+    if (!view_->selectionModel()->hasSelection() && proxy_->rowCount() > 0)
         view_->setCurrentIndex(proxy_->index(0, 0));
     ShowBanner();
     ListDirections();

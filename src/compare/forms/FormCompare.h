@@ -79,7 +79,7 @@ private:
     QComboBox *comboDirection_;
     QTimer *timerUpdateScreen_;
     bool isOpenSetOld_ = false;
-    int shownSides_ = 0;
+    QStringList shownNames_;
 };
 
 } // namespace quorvik
