@@ -1,7 +1,7 @@
 #include "shell/OpenWindows.h"
 
 #include "compare/forms/FormCompare.h"
-#include "compare/forms/FormWriteReport.h"
+#include "compare/forms/FormVerifiedWrite.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormDebug.h"
@@ -116,14 +116,14 @@ void ShowWriteReport(MDIFormMain &main)
 {
     Desk &desk = main.TheDesk();
     SafeWrites &writes = main.AllEngines().safeWrites;
-    const QString name = QStringLiteral("FormWriteReport");
+    const QString name = QStringLiteral("FormVerifiedWrite");
     ShowOnly(main, name, [&main, &writes](Desk &onDesk) {
-        return new FormWriteReport(onDesk,
+        return new FormVerifiedWrite(onDesk,
                                    {[&writes] { writes.Resume(); }, [&writes] { writes.RetryRefused(); },
                                     [&main](const QString &path) { ShowCompareWithBackup(main, path); }});
     });
     for (int position = 1; position < desk.forms.Count(); ++position)
-        if (auto *report = qobject_cast<FormWriteReport *>(desk.forms.At(position)))
+        if (auto *report = qobject_cast<FormVerifiedWrite *>(desk.forms.At(position)))
             report->ShowReport(writes.Report());
 }
 

@@ -4,7 +4,7 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 #include "compare/forms/FormCompare.h"
-#include "compare/forms/FormWriteReport.h"
+#include "compare/forms/FormVerifiedWrite.h"
 #include "desktop/Desk.h"
 #include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
@@ -189,7 +189,7 @@ void Album::TakeOthers()
     Take(*greeting, greeting->objectName(), greeting->HelpTopic());
     greeting->close();
 
-    auto *report = new FormWriteReport(desk_, {});
+    auto *report = new FormVerifiedWrite(desk_, {});
     report->ShowReport(SampleReport());
     Take(*report, report->objectName(), report->HelpTopic());
     report->close();

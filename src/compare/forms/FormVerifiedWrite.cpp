@@ -1,4 +1,4 @@
-#include "compare/forms/FormWriteReport.h"
+#include "compare/forms/FormVerifiedWrite.h"
 
 #include "compare/ShownText.h"
 #include "model/ParameterTable.h"
@@ -56,8 +56,8 @@ QLabel *MakeLabel(QWidget *form, const char *name)
 
 } // namespace
 
-FormWriteReport::FormWriteReport(Desk &desk, WriteReportCommands commands)
-    : Form(desk, QStringLiteral("FormWriteReport"), QStringLiteral("Write Report"),
+FormVerifiedWrite::FormVerifiedWrite(Desk &desk, WriteReportCommands commands)
+    : Form(desk, QStringLiteral("FormVerifiedWrite"), QStringLiteral("Write Report"),
            QStringLiteral("Safe Writes.htm"))
     , commands_(std::move(commands))
     , labelSummary_(MakeLabel(this, "LabelSummary"))
@@ -91,7 +91,7 @@ FormWriteReport::FormWriteReport(Desk &desk, WriteReportCommands commands)
     ShowReport({});
 }
 
-QSize FormWriteReport::sizeHint() const
+QSize FormVerifiedWrite::sizeHint() const
 {
     int width = 4 * fontMetrics().height();
     for (const int characters : ColumnCharacters)
@@ -99,7 +99,7 @@ QSize FormWriteReport::sizeHint() const
     return {width, 26 * fontMetrics().lineSpacing()};
 }
 
-QPushButton *FormWriteReport::AddCommand(QWidget *commands, const char *name, const QString &caption,
+QPushButton *FormVerifiedWrite::AddCommand(QWidget *commands, const char *name, const QString &caption,
                                          const std::function<void()> &run)
 {
     auto *button = new QPushButton(caption, commands);
@@ -109,7 +109,7 @@ QPushButton *FormWriteReport::AddCommand(QWidget *commands, const char *name, co
     return button;
 }
 
-QWidget *FormWriteReport::MakeCommands()
+QWidget *FormVerifiedWrite::MakeCommands()
 {
     auto *commands = new QWidget(this);
     auto *layout = new QHBoxLayout(commands);
@@ -126,7 +126,7 @@ QWidget *FormWriteReport::MakeCommands()
     return commands;
 }
 
-void FormWriteReport::ShowReport(const WriteReport &report)
+void FormVerifiedWrite::ShowReport(const WriteReport &report)
 {
     report_ = report;
     labelSummary_->setText(report.Summary());
@@ -141,7 +141,7 @@ void FormWriteReport::ShowReport(const WriteReport &report)
     ListRows();
 }
 
-void FormWriteReport::ListRows()
+void FormVerifiedWrite::ListRows()
 {
     listRows_->clear();
     QList<QTreeWidgetItem *> items;

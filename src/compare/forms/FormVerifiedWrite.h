@@ -21,12 +21,12 @@ struct WriteReportCommands {
 
 /** "Write Report": what became of each value of the last verified write, with the ways to bring the rest to
  * the drive. */
-class FormWriteReport : public Form
+class FormVerifiedWrite : public Form
 {
     Q_OBJECT
 
 public:
-    FormWriteReport(Desk &desk, WriteReportCommands commands);
+    FormVerifiedWrite(Desk &desk, WriteReportCommands commands);
 
     void ShowReport(const WriteReport &report);
     QSize sizeHint() const override;
