@@ -1,6 +1,9 @@
 #include "tour/Journey.h"
 
+#include "model/ParameterTable.h"
+
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -13,7 +16,7 @@ namespace quorvik
 namespace
 {
 
-constexpr int GainParam = 53; ///< the Gain of analog input 1, which the main job has set to 87.5
+constexpr int ChangedAtDrive = Param::FwdAccelA; ///< which no open window polls
 
 QMessageBox *Box()
 {
@@ -55,14 +58,14 @@ void AddWholeWrite(Tour &tour, const QString &report)
 {
     tour.Do(QStringLiteral("The machine is held where it is, and runs"), [&tour] {
         tour.Drive().Send(QStringLiteral("freeze\nset 422 1"));
-        tour.Drive().Print(GainParam);
+        tour.Drive().Print(ChangedAtDrive);
         return QString();
     });
     AddGuard(tour, QStringLiteral("File, Write and Verify"), QStringLiteral("mnuFileWriteVerify"),
              QStringLiteral("33-running-guard"));
     tour.Do(QStringLiteral("The machine stands; File, Write and Verify again"), [&tour] {
         tour.Drive().Send(QStringLiteral("set 422 0"));
-        tour.Drive().Print(GainParam);
+        tour.Drive().Print(ChangedAtDrive);
         return tour.User().ChooseMenu(QStringLiteral("mnuFileWriteVerify"));
     });
     tour.Add(
@@ -98,8 +101,8 @@ void AddSafeJob(Tour &tour)
     const QString report = QStringLiteral("Write Report");
     AddGuard(tour, QStringLiteral("Tools, Reset Drive, beside a machine that runs"),
              QStringLiteral("mnuToolsReInitDrive(2)"), QStringLiteral("30-reset-guard"));
-    tour.Do(QStringLiteral("Somebody changes the gain at the drive itself"), [&tour] {
-        tour.Drive().Send(QStringLiteral("set %1 9000").arg(GainParam));
+    tour.Do(QStringLiteral("Somebody changes a ramp at the drive itself"), [&tour] {
+        tour.Drive().Send(QStringLiteral("set %1 99").arg(ChangedAtDrive));
         return tour.User().ChooseMenu(QStringLiteral("mnuToolsCompare"));
     });
     tour.Add(
@@ -116,10 +119,11 @@ void AddSafeJob(Tour &tour)
             QWidget *window = tour.User().WindowTitled(compare);
             auto *search = window->findChild<QLineEdit *>(QStringLiteral("TextSearch"));
             search->setFocus();
-            QTest::keyClicks(search, QStringLiteral("Analog In 1 Gain"));
+            QTest::keyClicks(search, tour.TheProgram().Main().AllEngines().table[ChangedAtDrive].Name);
             if (QString failure = ClickIn(tour, compare, QStringLiteral("CommandTakeAll"));
                 !failure.isEmpty())
                 return failure;
+            window->findChild<QComboBox *>(QStringLiteral("ComboDirection"))->setCurrentIndex(1);
             tour.TakePicture(QStringLiteral("31-compare"));
             tour.Say(QStringLiteral("   ") + OutcomeText(tour, compare, QStringLiteral("LabelCounts")));
             return ClickIn(tour, compare, QStringLiteral("CommandCopy"));
@@ -127,8 +131,12 @@ void AddSafeJob(Tour &tour)
     tour.Add(
         QStringLiteral("The report says that it arrived, and so does the drive"),
         [&tour, report] {
+            const int wanted = tour.TheProgram().Main().AllEngines().table.Value(ChangedAtDrive);
             return !QApplication::activeModalWidget() && tour.User().WindowTitled(report) &&
-                   tour.Drive().Print(GainParam).value_or(QString()).startsWith(QLatin1String("53 8750 "));
+                   tour.Drive()
+                       .Print(ChangedAtDrive)
+                       .value_or(QString())
+                       .startsWith(QStringLiteral("%1 %2 ").arg(ChangedAtDrive).arg(wanted));
         },
         [&tour, report] {
             const QString summary = OutcomeText(tour, report, QStringLiteral("LabelSummary"));

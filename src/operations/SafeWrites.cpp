@@ -45,6 +45,15 @@ QString DoingText(VerifiedWrite::Phase phase, int done, int all, qint64 elapsedM
     return text;
 }
 
+/** Whether the drive, and so the table, holds other values than were written, beside those that its inputs
+ * set all the time. */
+bool HoldsOthers(const WriteReport &report)
+{
+    return std::any_of(report.rows.begin(), report.rows.end(), [](const WrittenRow &row) {
+        return row.rawFound && *row.rawFound != row.value.rawValue && row.drivenBy == 0;
+    });
+}
+
 } // namespace
 
 SafeWrites::SafeWrites(ParameterTable &table, Document &document, VerifiedWrite &writing,
@@ -95,6 +104,7 @@ OperationResult SafeWrites::WriteGuarded(const std::vector<ParamValue> &values, 
             return {isWhole && Guards::Forbids(fresh) ? Outcome::Refused : Outcome::Cancelled};
         std::erase_if(chosen, [&leftOut](const ParamValue &value) { return leftOut->contains(value.param); });
     }
+    isOpenSet_ = isWhole;
     OperationResult result = Run([&] { writing_.Begin(chosen); });
     // What was held so that nothing is put over the set has arrived, or stands in the report.
     if (isWhole && Report().end == WriteReport::End::Complete)
@@ -167,7 +177,7 @@ OperationResult SafeWrites::Run(const std::function<void()> &begin)
     asker_.ShowProgress(progress);
     // After a Cancel, what was sent is still read back.
     PumpWhile([this] { return writing_.IsUnderWay(); });
-    if (hasChangedTable)
+    if (isOpenSet_ ? HoldsOthers(Report()) : hasChangedTable)
         document_.MarkFile(true);
     const WriteReport::End end = Report().end;
     if (end == WriteReport::End::NoBackup)

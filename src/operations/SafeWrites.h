@@ -63,6 +63,7 @@ private:
     Snapshots &snapshots_;
     Guards &guards_;
     Asker &asker_;
+    bool isOpenSet_ = false; ///< what is written is the open set, which stays the one of its file
 };
 
 } // namespace quorvik

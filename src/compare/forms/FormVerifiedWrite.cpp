@@ -22,7 +22,7 @@ namespace
 enum Column { NumberColumn, NameColumn, WrittenColumn, FoundColumn, BecameColumn };
 
 /** Widths of the columns in characters. */
-constexpr int ColumnCharacters[] = {8, 34, 16, 16, 52};
+constexpr int ColumnCharacters[] = {10, 34, 16, 16, 52};
 
 QString EndText(WriteReport::End end)
 {
@@ -100,7 +100,7 @@ QSize FormVerifiedWrite::sizeHint() const
 }
 
 QPushButton *FormVerifiedWrite::AddCommand(QWidget *commands, const char *name, const QString &caption,
-                                         const std::function<void()> &run)
+                                           const std::function<void()> &run)
 {
     auto *button = new QPushButton(caption, commands);
     button->setObjectName(QString::fromLatin1(name));
@@ -138,7 +138,11 @@ void FormVerifiedWrite::ShowReport(const WriteReport &report)
     commandResume_->setEnabled(report.CanResume());
     commandRetry_->setEnabled(report.Count(Arrival::Refused) > 0);
     commandCompare_->setEnabled(!report.backupPath.isEmpty());
-    ListRows();
+    const bool isAllThere = report.Count(Arrival::Verified) == int(report.rows.size());
+    if (isAllThere != checkAll_->isChecked())
+        checkAll_->setChecked(isAllThere);
+    else
+        ListRows();
 }
 
 void FormVerifiedWrite::ListRows()
