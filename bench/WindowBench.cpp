@@ -6,12 +6,16 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "compare/forms/FormCompare.h"
 #include "settings/forms/FormViewParameters.h"
+#include "shell/OpenWindows.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QMainWindow>
+#include <QTableView>
 #include <QTimer>
 #include <QTreeView>
 #include <algorithm>
@@ -155,6 +159,30 @@ bool MeasureList(MDIFormMain &main)
     return kept;
 }
 
+/** All rows of the open set against the drive and against the factory set, from the choice to painted. */
+bool MeasureCompare(MDIFormMain &main)
+{
+    ShowCompare(main, true);
+    auto *window = main.findChild<FormCompare *>();
+    auto *view = window->findChild<QTableView *>(QStringLiteral("TableDifferences"));
+    for (auto *check : window->findChildren<QCheckBox *>())
+        check->setChecked(false);
+    for (const char *kind : {"CheckSettings", "CheckModel", "CheckClock", "CheckCommands", "CheckStatus"})
+        window->findChild<QCheckBox *>(QString::fromLatin1(kind))->setChecked(true);
+    bool isDrive = true;
+    double worst = 0;
+    for (int i = 0; i < 6; ++i) {
+        isDrive = !isDrive;
+        worst = std::max(worst, MillisecondsOf([&] {
+                             window->Sides().Select(
+                                 1, {isDrive ? CompareSource::Kind::Drive : CompareSource::Kind::Factory});
+                             view->repaint();
+                         }));
+    }
+    std::printf("compare-rows: %d (limit none)\n", view->model()->rowCount());
+    return Print("compare-and-show-worst", worst, "ms", 20);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -179,6 +207,7 @@ int main(int argc, char **argv)
     DriveOperations &drive = main.AllEngines().drive;
     drive.ReadAll();
     kept &= MeasureList(main);
+    kept &= MeasureCompare(main);
     kept &= MeasureWindows(main, emptyMiB);
     drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;
