@@ -6,6 +6,7 @@
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
+#include "operations/SaveCommands.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
 #include "settings/SettingsTables.h"
@@ -46,6 +47,7 @@ CompareSides::CompareSides(Desk &desk, CompareHost &host, QWidget *parent)
     , readDrive_(new QPushButton(QStringLiteral("&Read Drive"), this))
 {
     drive_.name = QStringLiteral("drive");
+    driveFailure_ = QStringLiteral("The drive has not been read yet. \"Read Drive\" does so.");
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     for (int side = 0; side < MostSets; ++side)
@@ -134,6 +136,11 @@ int CompareSides::Count() const
     return Source(Third).kind == Kind::None ? MostSets - 1 : MostSets;
 }
 
+bool CompareSides::Uses(const CompareSource &source) const
+{
+    return std::ranges::find(sources_, source) != sources_.end();
+}
+
 std::vector<const ParameterSet *> CompareSides::Sets() const
 {
     std::vector<const ParameterSet *> sets;
@@ -158,6 +165,18 @@ QStringList CompareSides::Failures() const
             !failure.isEmpty() && !failures.contains(failure))
             failures += failure;
     return failures;
+}
+
+bool CompareSides::IsTarget(int side) const
+{
+    const CompareSource &source = Source(side);
+    return source.kind == Kind::OpenSet || source.kind == Kind::Drive ||
+           (source.kind == Kind::File && !host_.Saving().IsPresets(source.path));
+}
+
+void CompareSides::FollowLink()
+{
+    isDriveCertain_ = isDriveCertain_ && desk_.table.PortOpen();
 }
 
 void CompareSides::Select(int side, const CompareSource &source)
@@ -198,8 +217,7 @@ void CompareSides::Load(int side)
         break;
     case Kind::Drive:
         set = drive_;
-        if (drive_.known.empty())
-            failure = QStringLiteral("The drive has not been read yet. \"Read Drive\" does so.");
+        failure = driveFailure_;
         break;
     case Kind::Factory:
         set = ParameterSet::FactoryOf(desk_.table, QStringLiteral("factory set"));
@@ -239,12 +257,17 @@ void CompareSides::ReadDrive()
     readDrive_->setEnabled(true);
     const bool isAnyKnown = std::ranges::find(set.known, true) != set.known.end();
     // A reading from which nothing came leaves what was read before.
-    if (isAnyKnown) {
+    if (!isAnyKnown) {
+        driveFailure_ = drive_.known.empty()
+                            ? QStringLiteral("The drive could not be read. \"Read Drive\" tries again.")
+                            : QStringLiteral("The drive could not be read again: its values are older.");
+    } else {
+        driveFailure_.clear();
+        isDriveCertain_ = true;
         drive_ = std::move(set);
         if (!result.IsDone())
             drive_.name = QStringLiteral("drive, half read ") + Now(desk_);
-        const bool isShown = std::ranges::find(sources_, CompareSource{Kind::Drive}) != sources_.end();
-        if (!isShown)
+        if (!Uses({Kind::Drive}))
             sources_[1] = {Kind::Drive};
     }
     ListSources();

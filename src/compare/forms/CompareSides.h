@@ -20,8 +20,6 @@ struct CompareSource {
 
     Kind kind = Kind::None;
     QString path = {}; ///< of a file and a backup
-
-    bool IsTarget() const { return kind == Kind::OpenSet || kind == Kind::Drive || kind == Kind::File; }
     bool operator==(const CompareSource &) const = default;
 };
 
@@ -36,6 +34,7 @@ public:
     int Count() const; ///< 2 or 3
     const CompareSource &Source(int side) const { return sources_[std::size_t(side)]; }
     const ParameterSet &Set(int side) const { return sets_[std::size_t(side)]; }
+    bool Uses(const CompareSource &source) const;
     /** The sets compared, as many as Count(). */
     std::vector<const ParameterSet *> Sets() const;
     QStringList Names() const;
@@ -46,6 +45,12 @@ public:
     void Select(int side, const CompareSource &source);
     /** Lets the user choose a file for a side. */
     void ChooseFile(int side);
+    /** Whether values can be copied into a side's set: not into backups, and not into the factory table. */
+    bool IsTarget(int side) const;
+    /** Takes note of the link: once it was down, nobody knows that the drive is the one that was read. */
+    void FollowLink();
+    bool IsDriveCertain() const { return isDriveCertain_; }
+
     /** Reads the drive, going on line where that is needed; what it says then stands on its side, where it
      * has one. */
     void ReadDrive();
@@ -66,8 +71,10 @@ private:
 
     Desk &desk_;
     CompareHost &host_;
-    ParameterSet drive_;         ///< as it was read last
-    QList<CompareSource> files_; ///< chosen so far
+    ParameterSet drive_;          ///< as it was read last
+    QString driveFailure_;        ///< why there is none, or no newer one
+    bool isDriveCertain_ = false; ///< it was read, and the link has been up ever since
+    QList<CompareSource> files_;  ///< chosen so far
     std::array<CompareSource, MostSets> sources_;
     std::array<ParameterSet, MostSets> sets_;
     std::array<QString, MostSets> failures_;

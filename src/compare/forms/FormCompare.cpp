@@ -100,7 +100,10 @@ FormCompare::FormCompare(Desk &givenDesk, CompareHost &host)
     On(&desk().table.Signals(), &TableSignals::Changed, this, age);
     On(&desk().document, &Document::Marked, this, age);
     timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
-    On(timerUpdateScreen_, &QTimer::timeout, this, [this] { FollowOpenSet(); });
+    On(timerUpdateScreen_, &QTimer::timeout, this, [this] {
+        sides_->FollowLink();
+        FollowOpenSet();
+    });
     timerUpdateScreen_->start(TickMs);
     CompareAnew();
     view_->setFocus();
@@ -233,7 +236,7 @@ void FormCompare::CompareAnew()
 
 void FormCompare::FollowOpenSet()
 {
-    if (!std::exchange(isOpenSetOld_, false))
+    if (!std::exchange(isOpenSetOld_, false) || !sides_->Uses({Kind::OpenSet}))
         return;
     // Without a word on what was refused: these are the rows that it was said of.
     const QSignalBlocker quiet(sides_);
@@ -269,7 +272,7 @@ void FormCompare::ListDirections()
     QVariantList directions;
     for (int to = 0; to < sides_->Count(); ++to)
         for (int from = 0; from < sides_->Count(); ++from)
-            if (from != to && sides_->Source(to).IsTarget() && sides_->Source(from) != sides_->Source(to)) {
+            if (from != to && sides_->IsTarget(to) && sides_->Source(from) != sides_->Source(to)) {
                 captions += QStringLiteral("%1 to %2").arg(names[from], names[to]);
                 directions += QPoint(from, to);
             }

@@ -5,6 +5,7 @@
 #include "link/ParamValue.h"
 
 #include <functional>
+#include <map>
 
 class QCheckBox;
 class QComboBox;
@@ -58,8 +59,10 @@ private:
     std::vector<ParamValue> ValuesToCopy(int from, int to) const;
     void CopyIntoOpenSet(const std::vector<ParamValue> &values, int from);
     void CopyIntoFile(const std::vector<ParamValue> &values, int from, int to);
-    void CopyIntoDrive(const std::vector<ParamValue> &values, int from);
+    void CopyIntoDrive(std::vector<ParamValue> values, int from);
     void TellCopied(std::size_t wanted, const std::vector<RefusedRow> &refused, const QString &target);
+    /** @param reasons by parameter, why it was not copied. */
+    void TellRefused(const QString &sentence, const std::map<int, QString> &reasons);
     void Tell(const QString &sentence);
     void CommandExport_Click();
 

@@ -120,22 +120,40 @@ void FormCompare::CopyIntoFile(const std::vector<ParamValue> &values, int from, 
         desk().asker.MsgBox(merge.failure, MsgButtons::Ok, MsgIcon::Exclamation, windowTitle());
 }
 
-void FormCompare::CopyIntoDrive(const std::vector<ParamValue> &values, int from)
+void FormCompare::CopyIntoDrive(std::vector<ParamValue> values, int from)
 {
     if (!desk().table.PortOpen()) {
         Tell(QStringLiteral(
             "The program is off line. \"Read Drive\" goes on line and reads what is there now."));
         return;
     }
-    const ParameterSet source = sides_->Set(from);
-    // Writing waits, and the window may be closed meanwhile.
-    const QPointer<FormCompare> self = this;
-    const WriteReport *report = host_.WriteDrive(values, source);
-    if (!self || !report)
+    // Rows that were the same would be left out, and may not be the same in another drive.
+    if (!sides_->IsDriveCertain()) {
+        Tell(QStringLiteral(
+            "The line was down since the drive was read. \"Read Drive\" reads what is there now."));
         return;
-    const QString summary = report->Summary();
-    sides_->TakeWrite(*report);
-    Tell(summary);
+    }
+    std::map<int, QString> reasons;
+    for (const ParamValue &value : values) {
+        const RowKind kind = model_->Row(value.param).kind;
+        if (kind == RowKind::Model || kind == RowKind::Status)
+            reasons[value.param] = QStringLiteral("is read only.");
+        else if (Param::IsCommand(value.param))
+            reasons[value.param] = QStringLiteral("is a command, which copying does not give.");
+    }
+    std::erase_if(values, [&reasons](const ParamValue &value) { return reasons.contains(value.param); });
+    const ParameterSet source = sides_->Set(from);
+    QString sentence = QStringLiteral("Nothing was sent");
+    if (!values.empty()) {
+        // Writing waits, and the window may be closed meanwhile.
+        const QPointer<FormCompare> self = this;
+        const WriteReport *report = host_.WriteDrive(values, source);
+        if (!self || !report)
+            return;
+        sentence = report->Summary();
+        sides_->TakeWrite(*report);
+    }
+    TellRefused(sentence, reasons);
 }
 
 void FormCompare::TellCopied(std::size_t wanted, const std::vector<RefusedRow> &refused,
@@ -144,12 +162,17 @@ void FormCompare::TellCopied(std::size_t wanted, const std::vector<RefusedRow> &
     std::map<int, QString> reasons;
     for (const RefusedRow &row : refused)
         reasons[row.value.param] = row.reason;
+    TellRefused(QStringLiteral("%1 copied into %2")
+                    .arg(CountOf(wanted - refused.size(), QStringLiteral("value")), target),
+                reasons);
+}
+
+void FormCompare::TellRefused(const QString &sentence, const std::map<int, QString> &reasons)
+{
     model_->SetRefusals(reasons);
-    QString sentence = QStringLiteral("%1 copied into %2")
-                           .arg(CountOf(wanted - refused.size(), QStringLiteral("value")), target);
-    sentence += refused.empty() ? QStringLiteral(".")
-                                : QStringLiteral(", %1 not: the column Note says why.").arg(refused.size());
-    Tell(sentence);
+    Tell(reasons.empty()
+             ? sentence + u'.'
+             : sentence + QStringLiteral("; %1 not copied: the column Note says why.").arg(reasons.size()));
 }
 
 void FormCompare::Tell(const QString &sentence)

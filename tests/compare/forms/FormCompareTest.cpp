@@ -121,6 +121,7 @@ TEST_F(FormCompareTest, AnUnreadDriveIsSaidInEachRow)
     const ParameterSet whole = std::exchange(host.Drive, ParameterSet{});
     host.ReadingResult = {Outcome::LinkLost};
     Click("CommandReadDrive");
+    EXPECT_EQ(Text("LabelBanner"), "The drive could not be read. \"Read Drive\" tries again.");
     EXPECT_EQ(Cell(0, 4), QStringLiteral("not read"));
     host.Drive = whole;
     host.Drive.known[Param::Reference1] = false;
@@ -175,7 +176,8 @@ TEST_F(FormCompareTest, TheKeyboardAloneTicksCopiesAndSorts)
     EXPECT_EQ(Text("LabelCounts"), "3 of 434 rows, 3 ticked") << "all of a mixed selection";
     QTest::keyClick(view, Qt::Key_C, Qt::AltModifier);
     ASSERT_TRUE(QTest::qWaitFor([this] { return !Text("LabelOutcome").empty(); }));
-    EXPECT_EQ(Text("LabelOutcome"), "1 value copied into the open set, 2 not: the column Note says why.");
+    EXPECT_EQ(Text("LabelOutcome"),
+              "1 value copied into the open set; 2 not copied: the column Note says why.");
     EXPECT_EQ(P(Param::Reference1), 918);
     EXPECT_EQ(Record(Param::Reference1).WriteFlag, WriteState::Queued);
     EXPECT_TRUE(desk.document.FileModified);
@@ -248,7 +250,8 @@ TEST_F(FormCompareTest, FilesAreSavedAndBackupsAreNot)
     Click("CommandFile(1)");
     EXPECT_EQ(Find<QComboBox>("ComboDirection")->count(), 1);
     EXPECT_EQ(Text("ComboDirection"), "backup kept to open set");
-    form->Sides().Select(0, {Kind::Factory});
+    const QString presets = SavedSet("presets.FIL");
+    form->Sides().Select(0, {Kind::File, presets});
     EXPECT_EQ(Find<QComboBox>("ComboDirection")->count(), 0);
     Click("CommandCopy");
     EXPECT_EQ(Text("LabelOutcome").substr(0, 43), "None of these sets can be copied into: choo");
@@ -258,12 +261,23 @@ TEST_F(FormCompareTest, TheDriveIsWrittenOnLineOnlyAndShowsWhatWasReadBack)
 {
     for (const int p : {Param::Reference1, Param::Reference2, Param::Reference3})
         P(p) = p;
-    ShowAgainstDrive();
-    Copy("open set to drive, read 14:03:12");
-    EXPECT_TRUE(host.Written.empty());
-    EXPECT_EQ(Text("LabelOutcome").substr(0, 24), "The program is off line.");
-
+    P(Param::DriveState) = 1;
+    P(Param::SaveParameters) = 1;
     desk.table.SetPortOpen(true);
+    ShowAgainstDrive();
+    for (const char *kind : {"CheckStatus", "CheckCommands"})
+        Click(kind);
+    // The line goes down and comes up again: it may be another drive.
+    desk.table.SetPortOpen(false);
+    Copy("open set to drive, read 14:03:12");
+    EXPECT_EQ(Text("LabelOutcome").substr(0, 24), "The program is off line.");
+    Tick();
+    desk.table.SetPortOpen(true);
+    Click("CommandCopy");
+    EXPECT_EQ(Text("LabelOutcome").substr(0, 47), "The line was down since the drive was read. \"Re");
+    EXPECT_TRUE(host.Written.empty());
+    Click("CommandReadDrive");
+
     const auto row = [](int p, Arrival arrival, std::optional<std::int32_t> rawFound) {
         return WrittenRow{{p, p}, arrival, rawFound};
     };
@@ -274,10 +288,12 @@ TEST_F(FormCompareTest, TheDriveIsWrittenOnLineOnlyAndShowsWhatWasReadBack)
     EXPECT_THAT(host.Written, ElementsAre(ParamValue{218, 218}, ParamValue{219, 219}, ParamValue{220, 220}));
     EXPECT_EQ(host.WrittenFrom, QStringLiteral("open set"));
     EXPECT_EQ(Head(4), QStringLiteral("drive, written 14:05:10"));
-    ASSERT_THAT(ShownParams(), ElementsAre(219, 220));
+    ASSERT_THAT(ShownParams(), ElementsAre(219, 220, Param::SaveParameters, Param::DriveState));
     EXPECT_EQ(Cell(0, 4), QStringLiteral("not read"));
     EXPECT_EQ(Cell(1, 4), QStringLiteral("0.03 %"));
-    EXPECT_EQ(QString::fromStdString(Text("LabelOutcome")), host.Report.Summary());
+    EXPECT_EQ(QString::fromStdString(Text("LabelOutcome")),
+              host.Report.Summary() + QStringLiteral("; 2 not copied: the column Note says why."));
+    EXPECT_EQ(Cell(3, 7), QStringLiteral("Not copied: it is read only."));
 }
 
 TEST_F(FormCompareTest, ExportsTheShownRows)
