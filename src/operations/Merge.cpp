@@ -20,6 +20,35 @@ namespace quorvik
 namespace
 {
 
+/**
+ * All that the limits of p hang on as the table stands, the remotest first: p may take them over from a
+ * parameter whose own limits hang on another one.
+ */
+void CollectLeads(const ParameterTable &table, int p, std::vector<int> &leads, std::set<int> &seen)
+{
+    for (const int lead : ParameterTable::LeadsOf(p)) {
+        if (!seen.insert(lead).second)
+            continue;
+        CollectLeads(table, table.Value(lead), leads, seen);
+        leads.push_back(lead);
+    }
+}
+
+std::vector<int> LeadsBehind(const ParameterTable &table, int p)
+{
+    std::vector<int> leads;
+    std::set<int> seen;
+    CollectLeads(table, p, leads, seen);
+    return leads;
+}
+
+/** Brings the limits of p in line with what they hang on. */
+void RefreshLimits(ParameterTable &table, int p)
+{
+    for (const int lead : LeadsBehind(table, p))
+        table.RefreshDependentParams(lead);
+}
+
 /** One try to take all values into a copy of the table, which shows what can be taken, and in which order. */
 class Attempt
 {
@@ -82,9 +111,9 @@ private:
             reason = QStringLiteral("is a command, which copying does not give.");
             return Answer::Refuses;
         }
-        if (std::ranges::any_of(ParameterTable::LeadsOf(p), [this](int lead) { return IsPending(lead); }))
+        if (std::ranges::any_of(LeadsBehind(scratch_, p), [this](int lead) { return IsPending(lead); }))
             return Answer::Waits;
-        for (const auto &rule : {&Attempt::AskAccess, &Attempt::AskTarget, &Attempt::AskLimits})
+        for (const auto &rule : {&Attempt::AskAccess, &Attempt::AskLimits, &Attempt::AskTarget})
             if (const Answer answer = (this->*rule)(value, reason); answer != Answer::Takes)
                 return answer;
         return Answer::Takes;
@@ -141,10 +170,9 @@ private:
     Answer AskLimits(const ParamValue &value, QString &reason)
     {
         const int p = value.param;
-        const std::vector<int> leads = ParameterTable::LeadsOf(p);
-        // What hangs on several gets its limits from the last one.
-        if (!leads.empty() && !Tried([&] { scratch_.RefreshDependentParams(leads.back()); }, reason))
+        if (!Tried([&] { RefreshLimits(scratch_, p); }, reason))
             return Answer::Refuses;
+        const std::vector<int> leads = ParameterTable::LeadsOf(p);
         const ParamRecord &record = scratch_[p];
         const bool isLedOtherwise = std::ranges::any_of(leads, [this](int lead) {
             return from_.Knows(lead) && from_.Value(lead) != scratch_.Value(lead);
@@ -254,9 +282,7 @@ std::vector<RefusedRow> MergeIntoSet(ParameterTable &table, const std::vector<Pa
             refused[p] = reason;
         for (const ParamValue &step : attempt.Steps()) {
             table.EditParamNumber = ToInt16(step.param);
-            const std::vector<int> leads = ParameterTable::LeadsOf(step.param);
-            if (!leads.empty())
-                table.RefreshDependentParams(leads.back());
+            RefreshLimits(table, step.param);
             // Also on line: an acknowledgement refreshes what hangs on the one that was edited last, and
             // these are many.
             table.SetParamValue(step.param, step.rawValue, true, true);

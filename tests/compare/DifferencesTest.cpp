@@ -157,6 +157,7 @@ TEST_F(DifferencesTest, OtherModelsFirmwareAndLengthsAreNamed)
 TEST_F(DifferencesTest, AFileIsReadApartFromTheOpenSet)
 {
     table.Row(Param::Reference1).Value = 4321;
+    table.Row(Param::DriveModel).Value = 6;
     ASSERT_EQ(file.Save(Path("a.Svx")), QString());
     table.Row(Param::Reference1).Value = 1;
     table.LastParam = 200;
@@ -170,6 +171,7 @@ TEST_F(DifferencesTest, AFileIsReadApartFromTheOpenSet)
     EXPECT_EQ(failure, QString());
     EXPECT_EQ(whole.LastParam(), 433);
     EXPECT_EQ(whole.Value(Param::Reference1), 4321);
+    EXPECT_EQ(whole.Value(Param::DriveModel), 6) << "on line, too";
     EXPECT_EQ(table.Value(Param::Reference1), 1);
     EXPECT_EQ(document.FileName, name);
     EXPECT_EQ(ParameterSet::FromFile(Path("short.Svx"), table, failure).LastParam(), 200)
