@@ -197,6 +197,8 @@ void Album::TakeOthers()
     SampleComparison sample(desk_);
     auto *comparison = new FormCompare(desk_, sample);
     comparison->CompareWithDrive();
+    // All columns in sight, whatever the screen.
+    comparison->resize(comparison->sizeHint());
     Take(*comparison, comparison->objectName(), comparison->HelpTopic());
     comparison->close();
 

@@ -29,7 +29,7 @@ namespace
 using Kind = CompareSource::Kind;
 
 constexpr int Third = 2;
-constexpr int FewestCharacters = 9;
+constexpr int FewestCharacters = 6;
 
 const char *const Ordinals[] = {"first", "second", "third"};
 

@@ -36,7 +36,7 @@ int CharactersOf(DifferenceModel::Column column)
 }
 
 constexpr int RowsInSight = 20;
-constexpr int FewestRows = 3;
+constexpr int FewestRows = 2;
 constexpr int CharactersInSight = 165;
 constexpr int WidestHead = 32; ///< in characters
 

@@ -185,7 +185,7 @@ QWidget *FormCompare::MakeCopying()
     comboDirection_->setObjectName(QStringLiteral("ComboDirection"));
     comboDirection_->setAccessibleName(QStringLiteral("From which set into which"));
     comboDirection_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    comboDirection_->setMinimumContentsLength(16);
+    comboDirection_->setMinimumContentsLength(12);
     layout->addWidget(take);
     layout->addWidget(clear);
     layout->addStretch(1);
