@@ -166,7 +166,7 @@ std::vector<DifferenceRow> Compare(Sets sets, const QStringList &blocks)
         drivers.push_back(DriversIn(*set));
     }
     std::vector<DifferenceRow> rows;
-    rows.reserve(std::size_t(last + 1));
+    rows.reserve(std::size_t(last) + 1);
     for (int p = 0; p <= last; ++p) {
         DifferenceRow row = RowOf(p, sets);
         row.block = blocks.value(p);

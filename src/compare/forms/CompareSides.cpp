@@ -144,6 +144,7 @@ bool CompareSides::Uses(const CompareSource &source) const
 std::vector<const ParameterSet *> CompareSides::Sets() const
 {
     std::vector<const ParameterSet *> sets;
+    sets.reserve(MostSets);
     for (int side = 0; side < Count(); ++side)
         sets.push_back(&Set(side));
     return sets;
