@@ -49,6 +49,8 @@ public:
      * put over its settings, until they are read, written or entered.
      */
     OperationResult GoOnLineAside();
+    /** Whether something of the open set is still held beside the drive. */
+    bool IsAside() const;
     /** Does nothing off line. Blocks, pumping events, while the drive saves or a last command leaves. */
     void GoOffLine(OffLineReason reason);
     /** The user's switch. Ends the wait of GoOnLine(), too. */
@@ -85,6 +87,8 @@ public:
 Q_SIGNALS:
     /** A fault of the program that ends it; the user has been told. */
     void FatalError();
+    /** The link is up beside the open set, which GoOnLineAside() left alone. */
+    void WentOnLineAside();
     /** What became of a whole write, in a sentence that needs no answer. */
     void WholeWriteEnded(const QString &sentence);
     /** The user went on line to compare the open set with the drive. */

@@ -105,13 +105,7 @@ OperationResult SafeWrites::WriteGuarded(const std::vector<ParamValue> &values, 
         std::erase_if(chosen, [&leftOut](const ParamValue &value) { return leftOut->contains(value.param); });
     }
     isOpenSet_ = isWhole;
-    OperationResult result = Run([&] { writing_.Begin(chosen); });
-    // What was held so that nothing is put over the set has arrived, or stands in the report.
-    if (isWhole && Report().end == WriteReport::End::Complete)
-        for (int p = 0; p <= table_.LastParam; ++p)
-            if (table_[p].WriteFlag == WriteState::Held)
-                table_.Row(p).WriteFlag = WriteState::None;
-    return result;
+    return Run([&] { writing_.Begin(chosen); });
 }
 
 OperationResult SafeWrites::Resume()
@@ -180,6 +174,11 @@ OperationResult SafeWrites::Run(const std::function<void()> &begin)
     if (isOpenSet_ ? HoldsOthers(Report()) : hasChangedTable)
         document_.MarkFile(true);
     const WriteReport::End end = Report().end;
+    // What was held so that nothing is put over the set has arrived, or stands in the report.
+    if (isOpenSet_ && end == WriteReport::End::Complete)
+        for (int p = 0; p <= table_.LastParam; ++p)
+            if (table_[p].WriteFlag == WriteState::Held)
+                table_.Row(p).WriteFlag = WriteState::None;
     if (end == WriteReport::End::NoBackup)
         asker_.MsgBox(
             QStringLiteral("Nothing was written: the drive's present set could not be kept.\r\n\r\n") +

@@ -38,9 +38,19 @@ OperationResult DriveOperations::GoOnLineAside()
 {
     WriteHold hold(table_);
     OperationResult online = GoOnLine();
-    if (online.IsDone())
+    if (online.IsDone()) {
         hold.Stay();
+        Q_EMIT WentOnLineAside();
+    }
     return online;
+}
+
+bool DriveOperations::IsAside() const
+{
+    for (int p = 0; p <= table_.LastParam; ++p)
+        if (table_[p].WriteFlag == WriteState::Held)
+            return true;
+    return false;
 }
 
 bool DriveOperations::AsksFirst() const

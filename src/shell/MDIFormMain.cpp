@@ -48,6 +48,14 @@ NoticeStrip *MakeNotices(const QMainWindow *window)
     return notices;
 }
 
+const QString &AsideSentence()
+{
+    static const QString sentence = QStringLiteral(
+        "On line beside the open set: the windows go on showing the open set, not the drive, but for what is "
+        "read only. To see the drive's values, go off line, then on line with No.");
+    return sentence;
+}
+
 } // namespace
 
 MDIFormMain::MDIFormMain(const Surroundings &surroundings)
@@ -119,10 +127,15 @@ void MDIFormMain::ConnectEngines()
     On(&engines_.drive, &DriveOperations::WholeWriteEnded, this, [this](const QString &sentence) {
         notices_->Tell(sentence, QStringLiteral("Compare..."), [this] { ShowCompare(*this, true); });
     });
+    On(&engines_.drive, &DriveOperations::WentOnLineAside, this, [this] { notices_->Tell(AsideSentence()); });
     // Once the command that went on line is through: reading the drive waits.
     On(&engines_.drive, &DriveOperations::CompareWanted, this,
        [this] { QTimer::singleShot(0, this, [this] { Guarded([this] { ShowCompare(*this, true); }); }); });
-    On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] { ShowWriteReport(*this); });
+    On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] {
+        if (!engines_.drive.IsAside())
+            notices_->Withdraw(AsideSentence());
+        ShowWriteReport(*this);
+    });
     On(&engines_.emulator, &DriveEmulator::StatusPanels, this,
        [this](const QString &driveStatus, const QString &driveModel) {
            statusBar_->SetDriveStatus(driveStatus);
@@ -161,6 +174,8 @@ void MDIFormMain::OnComStatusChange()
     const bool isOnline = engines_.link.PortOpen();
     statusBar_->SetComStatus(isOnline);
     menus_.FollowLink(isOnline);
+    if (!isOnline)
+        notices_->Withdraw(AsideSentence());
 }
 
 void MDIFormMain::ToggleComStatus()

@@ -49,6 +49,12 @@ void NoticeStrip::Tell(const QString &sentence)
     Tell(sentence, {}, {});
 }
 
+void NoticeStrip::Withdraw(const QString &sentence)
+{
+    if (message_->text() == sentence)
+        hide();
+}
+
 void NoticeStrip::HideWhatIsSaved()
 {
     if (!run_)

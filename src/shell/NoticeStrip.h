@@ -22,6 +22,8 @@ public:
     void Tell(const QString &sentence);
     /** The same, with a button that does something about it. */
     void Tell(const QString &sentence, const QString &caption, std::function<void()> run);
+    /** Takes this sentence away, where it still stands there: it holds no longer. */
+    void Withdraw(const QString &sentence);
     /** Nothing is left to be saved: a sentence without a button was about that, and goes. */
     void HideWhatIsSaved();
 

@@ -119,8 +119,8 @@ void ShowWriteReport(MDIFormMain &main)
     const QString name = QStringLiteral("FormVerifiedWrite");
     ShowOnly(main, name, [&main, &writes](Desk &onDesk) {
         return new FormVerifiedWrite(onDesk,
-                                   {[&writes] { writes.Resume(); }, [&writes] { writes.RetryRefused(); },
-                                    [&main](const QString &path) { ShowCompareWithBackup(main, path); }});
+                                     {[&writes] { writes.Resume(); }, [&writes] { writes.RetryRefused(); },
+                                      [&main](const QString &path) { ShowCompareWithBackup(main, path); }});
     });
     for (int position = 1; position < desk.forms.Count(); ++position)
         if (auto *report = qobject_cast<FormVerifiedWrite *>(desk.forms.At(position)))

@@ -156,24 +156,6 @@ TEST_F(VerifiedWriteTest, CatchesADriveThatAcknowledgesAndStoresSomethingElse)
               0);
 }
 
-TEST_F(VerifiedWriteTest, RefusedOnesAreNamedAndTriedAgain)
-{
-    GoOnLine();
-    bool runs = true;
-    peer.Answer = [&](const QByteArray &frame) {
-        return runs && frame == WriteRequest(Param::LogicSelect, 1) ? Nak : peer.DriveAnswer(frame);
-    };
-    const WriteReport &report = Write({{Param::LogicSelect, 1}, {Param::Reference1, 5}});
-    EXPECT_EQ(report.Summary(), QStringLiteral("1 written and verified, 1 refused, 0 differ"));
-    EXPECT_EQ(WriteReport::ArrivalText(report.rows.back(), table),
-              QStringLiteral("Refused, changeable only at stop; the drive keeps 3 Wire"));
-    runs = false;
-    isOver = false;
-    writing.RetryRefused();
-    EXPECT_TRUE(Wait());
-    EXPECT_EQ(report.Count(Verified), 2);
-}
-
 TEST_F(VerifiedWriteTest, OrderNeverRefusesASetThatIsValidAsAWhole)
 {
     // The drive holds what follows a selector to the selected one's limits, and two limits to each other.

@@ -129,7 +129,8 @@ TEST_F(ReadingTest, AScanThatEndsEarlyGivesBackWhatItTook)
     Want({400});
     cut([this] { peer.PullOut(); });
     asker.Expect(QStringLiteral("Drive not Responding!"));
-    asker.Expect(QStringLiteral("The reading did not come to its end."));
+    asker.Expect(QStringLiteral("The reading did not come to its end. Part of the set is the drive's, the "
+                                "rest is what stood there before.\r\n"));
     EXPECT_EQ(operations.ReadAll().outcome, Outcome::LinkLost);
     EXPECT_EQ(table.LastParam, FileLastParam) << "grown again meanwhile";
     EXPECT_EQ(P(300).ReadFlag + P(301).ReadFlag, 0);

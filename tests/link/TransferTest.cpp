@@ -179,26 +179,6 @@ TEST_F(TransferTest, AStopGoesBeforeAndCancelEndsBetweenTwo)
     EXPECT_EQ(stored.size(), 1U);
 }
 
-TEST_F(TransferTest, OneListFollowsAnotherWithoutAPause)
-{
-    Connect();
-    std::vector<ScanResult> ends;
-    QElapsedTimer clock;
-    QObject context;
-    QObject::connect(&link, &DriveLink::ScanFinished, &context, [&](const ScanResult &result) {
-        ends.push_back(result);
-        if (ends.size() == 1)
-            link.StartStore({{10, 1}});
-        else if (ends.size() == 2)
-            link.StartFetch({10});
-    });
-    link.SerialCommTimer.setInterval(60'000);
-    link.SerialCommTimer.start();
-    link.StartFetch({1, 2});
-    EXPECT_TRUE(WaitUntil([&] { return ends.size() == 3; }));
-    EXPECT_EQ(fetched[10], 1);
-}
-
 TEST_F(TransferTest, StopOnlyParametersAreGivenUpTogether)
 {
     Connect();

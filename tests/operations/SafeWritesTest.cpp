@@ -55,6 +55,10 @@ TEST_F(SafeWritesTest, TheOpenSetArrivesAsItWasBeforeTheLinkCameUp)
     EXPECT_TRUE(document.HasUnsavedEdits) << "and so is another set than before";
     for (int p = 0; p <= table.LastParam; ++p)
         EXPECT_EQ(table[p].WriteFlag, WriteState::None) << p;
+    for (const WrittenRow &row : writes.Report().rows)
+        EXPECT_TRUE(row.arrival == Arrival::Verified ||
+                    WriteReport::ArrivalText(row, table) ==
+                        QStringLiteral("Refused, changeable only at stop; the drive keeps 3 Wire"));
     refused.clear();
     EXPECT_TRUE(writes.RetryRefused().IsDone());
     EXPECT_EQ(peer.Values[Param::LogicSelect], 1);
