@@ -53,8 +53,8 @@ TEST_F(CompareOverTheWire, TheMenuReadsTheDriveAsideAndCopiesIntoIt)
     EXPECT_EQ(drive.Stat(QStringLiteral("writes")), 0);
     EXPECT_EQ(Table().Value(Param::Reference1), 0) << "the table is left alone";
 
-    Type("TextSearch", "22");
     Click("CommandTakeAll");
+    Type("TextSearch", "22");
     auto *direction = Find<QComboBox>("ComboDirection");
     direction->setCurrentIndex(direction->findText(QStringLiteral("open set to drive"), Qt::MatchStartsWith));
     Click("CommandCopy");

@@ -154,9 +154,6 @@ TEST_F(FormCompareTest, OtherModelsAndBadFilesAreSaidAboveTheRows)
         QString::fromStdString(Text("LabelBanner")).contains(QStringLiteral("is not a settings file")));
     EXPECT_EQ(Head(5), QStringLiteral("bad.Svx"));
     EXPECT_EQ(Cell(0, 5), QStringLiteral("not read"));
-    Pick("ComboSide(2)", 0);
-    Q_EMIT Find<QComboBox>("ComboSide(2)")->activated(0);
-    EXPECT_EQ(Table()->columnCount(), 8);
 }
 
 TEST_F(FormCompareTest, TheKeyboardAloneTicksCopiesAndSorts)
@@ -203,21 +200,6 @@ TEST_F(FormCompareTest, TheKeyboardAloneTicksCopiesAndSorts)
             !control->objectName().startsWith(u"qt_")) {
             EXPECT_TRUE(reached.contains(control->objectName())) << control->objectName().toStdString();
         }
-}
-
-TEST_F(FormCompareTest, OnlyTickedRowsInSightAreCopied)
-{
-    host.Drive.records[Param::Reference1].Value = 100;
-    host.Drive.records[Param::Reference2].Value = 200;
-    ShowAgainstDrive();
-    Click("CommandTakeAll");
-    Type("TextSearch", "Reference 2");
-    Click("CommandCopy");
-    EXPECT_EQ(P(Param::Reference1), 0);
-    EXPECT_EQ(P(Param::Reference2), 200);
-    Click("CommandCopy");
-    EXPECT_EQ(Text("LabelOutcome"),
-              "Nothing to copy: no ticked row that is shown has another value to give.");
 }
 
 TEST_F(FormCompareTest, FilesAreSavedAndBackupsAreNot)
@@ -323,12 +305,6 @@ TEST_F(FormCompareTest, ExportsTheShownRows)
     for (const char *part : {"Compared: open set; drive, read 14:03:12", "Model: SVR100-000",
                              "Date: ", "219 Reference 2 0.00 % 6.00 % +6.00 % setting"})
         EXPECT_TRUE(printed.contains(QLatin1String(part))) << part << '\n' << printed.toStdString();
-
-    form->ChooseExport = [this](const QString &) {
-        return desk.folder.filePath(QStringLiteral("none/a.csv"));
-    };
-    desk.asker.Expect(QString());
-    Click("CommandExport");
 }
 
 } // namespace
