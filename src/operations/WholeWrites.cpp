@@ -73,7 +73,7 @@ OperationResult DriveOperations::QueueOpenSet()
         WriteHold hold(table_);
         if (OperationResult online = GoOnLine(); !online.IsDone())
             return online;
-        const OperationResult allowed = MaySendAll(set, leftOut);
+        OperationResult allowed = MaySendAll(set, leftOut);
         if (allowed.outcome == Outcome::Refused)
             hold.Stay();
         if (allowed.outcome == Outcome::Cancelled) {
