@@ -142,7 +142,7 @@ Question TellThatItRuns(const Situation &now)
         AskToWrite(QStringLiteral("Nothing was written, because the drive is not stopped."),
                    Lines({StateSentence(now.InDrive(Param::DriveState)),
                           QStringLiteral("The link stays open, and windows show the open set as it "
-                                         "was. Stop the drive, then write again.")}));
+                                         "was. Stop the drive, then write with File, Write and Verify.")}));
     told.choices = {{MsgAnswer::Ok}};
     told.safe = MsgAnswer::Ok;
     return told;
