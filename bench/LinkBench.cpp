@@ -24,7 +24,6 @@
 #include <cstdlib>
 #include <map>
 #include <pty.h>
-#include <sched.h>
 #include <thread>
 #include <unistd.h>
 
@@ -195,19 +194,6 @@ double PacedRatio(ScanCost (Bench::*scan)())
         ratios.push_back(cost.ns / cost.wireNs);
     }
     return MedianOf(ratios);
-}
-
-/**
- * Tool and drive share a core. Waking a core that has gone to sleep takes a virtual machine 20 to 100
- * microseconds, by the hour, at each turn of the line: that would measure the machine and not the program.
- */
-void StayOnOneCore()
-{
-    cpu_set_t cores;
-    CPU_ZERO(&cores);
-    CPU_SET(std::size_t(::sched_getcpu()), &cores);
-    if (::sched_setaffinity(0, sizeof cores, &cores) != 0)
-        Fail(QStringLiteral("the system does not let the program keep to one core"));
 }
 
 } // namespace

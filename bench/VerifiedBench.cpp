@@ -19,7 +19,6 @@
 #include <algorithm>
 #include <memory>
 #include <random>
-#include <sched.h>
 
 using namespace quorvik;
 
@@ -259,16 +258,6 @@ private:
     int cut_ = 0;
     int resumed_ = 0;
 };
-
-/** Tool and drive share a core, as for the figures of the link. */
-void StayOnOneCore()
-{
-    cpu_set_t cores;
-    CPU_ZERO(&cores);
-    CPU_SET(std::size_t(::sched_getcpu()), &cores);
-    if (::sched_setaffinity(0, sizeof cores, &cores) != 0)
-        Fail(QStringLiteral("the system does not let the program keep to one core"));
-}
 
 } // namespace
 

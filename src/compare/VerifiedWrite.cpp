@@ -4,6 +4,7 @@
 #include "compare/DriveSet.h"
 #include "compare/WriteOrder.h"
 #include "link/DriveLink.h"
+#include "model/FullNames.h"
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
 #include "platform/RuntimeFailure.h"
@@ -175,15 +176,8 @@ void VerifiedWrite::TakeBackup(const ScanResult &result)
 
 QString VerifiedWrite::MissingText(const std::set<int> &missing) const
 {
-    QStringList names;
-    for (const int p : missing) {
-        if (names.size() == MostNamed) {
-            names.append(QStringLiteral("and %1 more").arg(int(missing.size()) - MostNamed));
-            break;
-        }
-        names.append(table_.FullName(p));
-    }
-    return QStringLiteral("These parameters could not be read: %1.").arg(names.join(QStringLiteral(", ")));
+    return QStringLiteral("These parameters could not be read: %1.")
+        .arg(FullNames(table_, {missing.begin(), missing.end()}, MostNamed, QStringLiteral(", ")));
 }
 
 bool VerifiedWrite::TakeSet()

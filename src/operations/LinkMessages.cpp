@@ -1,4 +1,5 @@
 #include "model/Document.h"
+#include "model/FullNames.h"
 #include "model/ParameterTable.h"
 #include "operations/DriveOperations.h"
 
@@ -37,16 +38,8 @@ FaultWords WordsOf(LinkFault fault)
 
 QString DriveOperations::NamesOf(const std::vector<int> &params) const
 {
-    QString names;
-    int named = 0;
-    for (const int p : params) {
-        if (++named > MostNamed) {
-            names += QStringLiteral("\r\nand %1 more").arg(int(params.size()) - MostNamed);
-            break;
-        }
-        names += QStringLiteral("\r\n") + table_.FullName(p);
-    }
-    return names;
+    const QString newLine = QStringLiteral("\r\n");
+    return newLine + FullNames(table_, params, MostNamed, newLine);
 }
 
 void DriveOperations::Later(const std::function<void()> &work)
@@ -99,17 +92,10 @@ void DriveOperations::ShowNotSavedMessage()
 
 QString DriveOperations::WriteSentence(const ScanResult &scan) const
 {
-    QStringList refused;
-    for (const int p : scan.missing) {
-        if (refused.size() == MostNamedInLine) {
-            refused.append(QStringLiteral("and %1 more").arg(int(scan.missing.size()) - MostNamedInLine));
-            break;
-        }
-        refused.append(table_.FullName(p));
-    }
     QString sentence = QStringLiteral("%1 written, %2 refused").arg(scan.taken).arg(int(scan.missing.size()));
-    if (!refused.isEmpty())
-        sentence += QStringLiteral(": ") + refused.join(QStringLiteral(", "));
+    if (!scan.missing.empty())
+        sentence += QStringLiteral(": ") + FullNames(table_, {scan.missing.begin(), scan.missing.end()},
+                                                     MostNamedInLine, QStringLiteral(", "));
     if (scan.end == ScanResult::End::LinkLost)
         sentence += QStringLiteral(". The line was lost before the end");
     else if (scan.end == ScanResult::End::Cancelled)

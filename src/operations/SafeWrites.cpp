@@ -1,6 +1,7 @@
 #include "operations/SafeWrites.h"
 
 #include "model/Document.h"
+#include "model/FullNames.h"
 #include "model/ParameterTable.h"
 #include "operations/DriveOperations.h"
 #include "operations/Guards.h"
@@ -116,20 +117,12 @@ OperationResult SafeWrites::Resume()
     const WriteReport &report = Report();
     if (report.end != WriteReport::End::Changed)
         return result;
-    QStringList names;
-    for (const int p : report.changed) {
-        if (names.size() == MostNamed) {
-            names.append(QStringLiteral("and %1 more").arg(int(report.changed.size()) - MostNamed));
-            break;
-        }
-        names.append(table_.FullName(p));
-    }
     const Question question{
         .text = QStringLiteral("Resume with this drive? It may be another one: settings that were not to be "
                                "written are other ones than when the write was begun."),
         .title = QStringLiteral("Resume Write"),
         .icon = MsgIcon::Exclamation,
-        .explanation = names.join(QStringLiteral("\r\n")),
+        .explanation = FullNames(table_, report.changed, MostNamed, QStringLiteral("\r\n")),
         .choices = {{MsgAnswer::Yes, QStringLiteral("&Resume")}, {MsgAnswer::Cancel}},
         .safe = MsgAnswer::Cancel};
     if (asker_.Ask(question) != MsgAnswer::Yes)
