@@ -33,6 +33,15 @@ constexpr int FewestCharacters = 6;
 
 const char *const Ordinals[] = {"first", "second", "third"};
 
+/** With its file, which an export should name. */
+QString OpenSetName(const Document &document)
+{
+    const QString name = QStringLiteral("open set");
+    if (document.FileName == Document::Unnamed())
+        return name;
+    return name + QStringLiteral(" (") + ShowableText(FileTitle(document.FileName), false) + u')';
+}
+
 QString Now(const Desk &desk)
 {
     return desk.Now().time().toString(QStringLiteral("HH:mm:ss"));
@@ -214,7 +223,7 @@ void CompareSides::Load(int side)
     failure.clear();
     switch (source.kind) {
     case Kind::OpenSet:
-        set = ParameterSet::Of(desk_.table, QStringLiteral("open set"));
+        set = ParameterSet::Of(desk_.table, OpenSetName(desk_.document));
         break;
     case Kind::Drive:
         set = drive_;

@@ -226,12 +226,15 @@ TEST_F(FormCompareTest, FilesAreSavedAndBackupsAreNot)
     EXPECT_EQ(Text("LabelOutcome"),
               "\"a.Svx\" is the open set's own file: copy into the open set, and save it.");
     EXPECT_EQ(ReadBack(path).Value(Param::Reference1), 500);
+    desk.document.UpdateTitle();
+    Tick();
+    EXPECT_EQ(Head(3), QStringLiteral("open set (a.Svx)"));
 
     // A backup is only a source, also when it was chosen as a file.
     desk.asker.ExpectOpen(backup);
     Click("CommandFile(1)");
     EXPECT_EQ(Find<QComboBox>("ComboDirection")->count(), 1);
-    EXPECT_EQ(Text("ComboDirection"), "backup kept to open set");
+    EXPECT_EQ(Text("ComboDirection"), "backup kept to open set (a.Svx)");
     const QString presets = SavedSet("presets.FIL");
     form->Sides().Select(0, {Kind::File, presets});
     EXPECT_EQ(Find<QComboBox>("ComboDirection")->count(), 0);
