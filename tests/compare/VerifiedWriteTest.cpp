@@ -287,21 +287,6 @@ TEST_F(VerifiedWriteTest, AnotherDriveIsNeverWrittenTo)
     }
 }
 
-TEST_F(VerifiedWriteTest, CancelStopsBetweenTwoAndVerifiesWhatWasSent)
-{
-    GoOnLine();
-    peer.Answer = [&](const QByteArray &frame) {
-        if (frame == WriteRequest(Param::Reference2, 5))
-            writing.Cancel();
-        return peer.DriveAnswer(frame);
-    };
-    const WriteReport &report =
-        Write({{Param::Reference1, 5}, {Param::Reference2, 5}, {Param::Reference3, 5}});
-    EXPECT_EQ(report.end, End::Cancelled);
-    EXPECT_EQ(report.Summary(), QStringLiteral("2 written and verified, 0 refused, 0 differ, 1 not sent"));
-    EXPECT_EQ(Resume().Count(Verified), 3);
-}
-
 TEST_F(VerifiedWriteTest, TheNewestBackupsStay)
 {
     const Backups few(Path("few"));

@@ -168,15 +168,6 @@ TEST_F(TransferTest, AStopGoesBeforeAndCancelEndsBetweenTwo)
     EXPECT_EQ(scan.end, ScanResult::End::Cancelled);
     EXPECT_EQ(stored.size(), 2U) << "the answer that was on its way counts";
     EXPECT_EQ(SentWrites(), (std::vector{10, 11}));
-
-    peer.Answer = [&](const QByteArray &frame) {
-        return frame == WriteRequest(11, 1) ? QByteArray() : peer.DriveAnswer(frame);
-    };
-    document.DriveModified = false;
-    asker.Expect("Drive not Responding!");
-    ASSERT_TRUE(Store({{10, 1}, {11, 1}, {12, 1}}));
-    EXPECT_EQ(scan.end, ScanResult::End::LinkLost);
-    EXPECT_EQ(stored.size(), 1U);
 }
 
 TEST_F(TransferTest, StopOnlyParametersAreGivenUpTogether)

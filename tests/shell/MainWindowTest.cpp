@@ -13,6 +13,7 @@ TEST_F(ShellTest, OnlyItsPanelAndItsEntrySwitchTheLinkAndACancelLeavesItAsItWas)
     UseDrive(SimulatedDrive());
     Click("DriveModel");
     EXPECT_TRUE(asker.Shown.isEmpty());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Text("DriveModel") == "SVR100-000"; }));
     EXPECT_EQ(Find("DriveModel")->accessibleDescription(), Find<QLabel>("DriveModel")->text());
     Find("ComStatus")->setFocus();
     const std::function<void()> ways[] = {[this] { Click("ComStatus"); },
