@@ -87,8 +87,72 @@ void AddWholeWrite(Tour &tour, const QString &report)
             tour.Note(QStringLiteral("whole write: ") + summary);
             tour.TakePicture(QStringLiteral("35-whole-write"));
             tour.User().WindowTitled(report)->close();
-            tour.Drive().Send(QStringLiteral("thaw"));
             return summary.contains(QLatin1String("sent")) ? summary : QString();
+        },
+        40000);
+}
+
+/** The messages that stand beside the work. */
+QList<QMessageBox *> StandingBoxes()
+{
+    QList<QMessageBox *> boxes;
+    for (QWidget *window : QApplication::topLevelWidgets())
+        if (auto *box = qobject_cast<QMessageBox *>(window); box && box->isVisible() && !box->isModal())
+            boxes.append(box);
+    return boxes;
+}
+
+/** The cable is pulled in the middle of a write, and comes back. */
+void AddInterruptedWrite(Tour &tour, const QString &report)
+{
+    tour.Do(QStringLiteral("File, Write and Verify once more"),
+            [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuFileWriteVerify")); });
+    tour.Add(
+        QStringLiteral("Without its commands"),
+        [] { return Box() != nullptr || QApplication::activeModalWidget(); },
+        [&tour] { return Box() ? tour.User().Click(Box()->defaultButton()) : QString(); });
+    tour.Add(
+        QStringLiteral("In the middle of the writing the drive falls silent"),
+        [&tour] {
+            const QWidget *progress = tour.User().Modal(QStringLiteral("FormProgressBar"));
+            const auto *doing =
+                progress ? progress->findChild<QLabel *>(QStringLiteral("LabelDoing")) : nullptr;
+            return doing && doing->text().startsWith(QLatin1String("Writing"));
+        },
+        [&tour] {
+            tour.Drive().Send(QStringLiteral("fault drop"));
+            tour.TakePicture(QStringLiteral("36-writing"));
+            return QString();
+        });
+    tour.Add(
+        QStringLiteral("The report tells what was sent and what was not"),
+        [&tour, report] { return tour.User().WindowTitled(report) && !StandingBoxes().isEmpty(); },
+        [&tour, report] {
+            const QString summary = OutcomeText(tour, report, QStringLiteral("LabelSummary"));
+            tour.Note(QStringLiteral("interrupted: ") + summary);
+            tour.TakePicture(QStringLiteral("37-interrupted"));
+            for (QMessageBox *box : StandingBoxes())
+                box->button(QMessageBox::Ok)->click();
+            tour.Drive().Send(QStringLiteral("faults off"));
+            tour.Drive().Print(ChangedAtDrive);
+            if (!summary.contains(QLatin1String("not sent")))
+                return summary;
+            return ClickIn(tour, report, QStringLiteral("CommandResume"));
+        },
+        40000);
+    tour.Add(
+        QStringLiteral("Resumed with the same drive, all of it arrives"),
+        [&tour, report] {
+            const QString summary = OutcomeText(tour, report, QStringLiteral("LabelSummary"));
+            return !QApplication::activeModalWidget() && summary.endsWith(QLatin1String("0 differ"));
+        },
+        [&tour, report] {
+            tour.Note(QStringLiteral("resumed: ") +
+                      OutcomeText(tour, report, QStringLiteral("LabelSummary")));
+            tour.TakePicture(QStringLiteral("38-resumed"));
+            tour.User().WindowTitled(report)->close();
+            tour.Drive().Send(QStringLiteral("thaw"));
+            return QString();
         },
         40000);
 }
@@ -150,6 +214,7 @@ void AddSafeJob(Tour &tour)
     tour.Do(QStringLiteral("The comparison is closed"),
             [&tour, compare] { return ClickIn(tour, compare, QStringLiteral("CommandClose")); });
     AddWholeWrite(tour, report);
+    AddInterruptedWrite(tour, report);
 }
 
 } // namespace quorvik
