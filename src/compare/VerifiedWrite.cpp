@@ -102,6 +102,7 @@ void VerifiedWrite::BeginReading()
     std::set<int> all;
     for (int p = 0; p <= table_.LastParam; ++p)
         all.insert(p);
+    allInPhase_ = int(all.size());
     link_.StartFetch(all);
 }
 
@@ -130,7 +131,7 @@ void VerifiedWrite::OnScanProgress(int count)
 {
     const int rows = int(report_.rows.size());
     if (IsUnderWay())
-        Q_EMIT Progressed(doneBefore_ + count, table_.LastParam + 1 + 2 * rows);
+        Q_EMIT Progressed(doneBefore_ + count, table_.LastParam + 1 + 2 * rows, count, allInPhase_);
 }
 
 void VerifiedWrite::OnScanFinished(const ScanResult &result)
@@ -230,6 +231,7 @@ void VerifiedWrite::BeginWriting()
     for (const WrittenRow &row : report_.rows)
         if (row.arrival == Arrival::NotSent)
             values.push_back(row.value);
+    allInPhase_ = int(values.size());
     link_.StartStore(std::move(values));
 }
 
@@ -242,6 +244,7 @@ void VerifiedWrite::BeginReadingBack()
     for (const int p : sent_)
         if (RowOf(p)->arrival != Arrival::Given)
             params.insert(p);
+    allInPhase_ = int(params.size());
     link_.StartFetch(params);
 }
 

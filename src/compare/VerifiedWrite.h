@@ -49,8 +49,9 @@ public:
     const WriteReport &Report() const { return report_; }
 
 Q_SIGNALS:
-    /** So many values of all that are to be read, written and read back are through. */
-    void Progressed(int done, int all);
+    /** So many values of all that are to be read, written and read back are through.
+     * @param inPhase of them in the present phase, which has so many: allInPhase. */
+    void Progressed(int done, int all, int inPhase, int allInPhase);
     /** The drive has taken a value. */
     void Taken(int p);
     void Finished();
@@ -85,6 +86,7 @@ private:
     bool isResumed_ = false;
     bool acceptsChanged_ = false;
     int doneBefore_ = 0; ///< values that earlier phases had
+    int allInPhase_ = 0;
 };
 
 } // namespace quorvik

@@ -36,10 +36,10 @@ QString PhaseText(VerifiedWrite::Phase phase)
     return QStringLiteral("Reading back");
 }
 
-/** "Writing: 520 of 988, about 2 s left". */
-QString DoingText(VerifiedWrite::Phase phase, int done, int all, qint64 elapsedMs)
+/** "Writing: 86 of 273, about 2 s left". */
+QString DoingText(const QString &counted, int done, int all, qint64 elapsedMs)
 {
-    QString text = QStringLiteral("%1: %2 of %3").arg(PhaseText(phase)).arg(done).arg(all);
+    QString text = counted;
     if (done * 100 >= all * WorkShare)
         text += QStringLiteral(", about %1 s left")
                     .arg(std::ceil(double(elapsedMs) * (all - done) / done / 1000.0), 0, 'f', 0);
@@ -150,11 +150,16 @@ OperationResult SafeWrites::Run(const std::function<void()> &begin)
     connect(&table_.Signals(), &TableSignals::Changed, &progress, [&](const ParamChange &change) {
         hasChangedTable = hasChangedTable || change.cause == ChangeCause::Transfer;
     });
-    connect(&writing_, &VerifiedWrite::Progressed, &progress, [&](int done, int all) {
-        progress.SetSteps(all);
-        progress.Advance(done);
-        progress.Say(DoingText(writing_.CurrentPhase(), done, all, clock.elapsed()));
-    });
+    connect(&writing_, &VerifiedWrite::Progressed, &progress,
+            [&](int done, int all, int inPhase, int allInPhase) {
+                progress.SetSteps(all);
+                progress.Advance(done);
+                const QString counted = QStringLiteral("%1: %2 of %3")
+                                            .arg(PhaseText(writing_.CurrentPhase()))
+                                            .arg(inPhase)
+                                            .arg(allInPhase);
+                progress.Say(DoingText(counted, done, all, clock.elapsed()));
+            });
     // At once: a line that breaks meanwhile warns of what the drive has not saved.
     connect(&writing_, &VerifiedWrite::Taken, &progress,
             [this](int p) { document_.DriveModified = p != Param::SaveParameters; });
