@@ -50,9 +50,15 @@ struct WriteReport {
     int Count(Arrival arrival) const;
     bool CanResume() const; ///< it ended early, and rows are left
     /** "265 written and verified, 2 refused, 0 differ": what it came to, in one line. */
-    QString Summary() const;
+    QString Summary() const { return Sentence({}); }
+    /** The same with the refused ones by name: "..., 1 refused: (245) Logic Select, changeable only at stop,
+     * 0 differ". */
+    QString Summary(const ParameterTable &table) const;
     /** What became of a row, in words. */
     static QString ArrivalText(const WrittenRow &row, const ParameterTable &table);
+
+private:
+    QString Sentence(const QString &refused) const;
 };
 
 } // namespace quorvik

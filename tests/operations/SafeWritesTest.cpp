@@ -59,6 +59,8 @@ TEST_F(SafeWritesTest, TheOpenSetArrivesAsItWasBeforeTheLinkCameUp)
         EXPECT_TRUE(row.arrival == Arrival::Verified ||
                     WriteReport::ArrivalText(row, table) ==
                         QStringLiteral("Refused, changeable only at stop; the drive keeps 3 Wire"));
+    EXPECT_TRUE(writes.Report().Summary(table).endsWith(QStringLiteral(
+        " written and verified, 1 refused: (245) Logic Select, changeable only at stop, 0 differ")));
     refused.clear();
     EXPECT_TRUE(writes.RetryRefused().IsDone());
     EXPECT_EQ(peer.Values[Param::LogicSelect], 1);

@@ -150,7 +150,7 @@ void FormCompare::CopyIntoDrive(std::vector<ParamValue> values, int from)
         const WriteReport *report = host_.WriteDrive(values, source);
         if (!self || !report)
             return;
-        sentence = report->Summary();
+        sentence = report->Summary(desk().table);
         sides_->TakeWrite(*report);
     }
     TellRefused(sentence, reasons);

@@ -129,7 +129,7 @@ QWidget *FormVerifiedWrite::MakeCommands()
 void FormVerifiedWrite::ShowReport(const WriteReport &report)
 {
     report_ = report;
-    labelSummary_->setText(report.Summary());
+    labelSummary_->setText(report.Summary(desk().table));
     labelEnd_->setText(EndText(report.end));
     labelBackup_->setText(report.backupPath.isEmpty()
                               ? QStringLiteral("No set was kept.")
