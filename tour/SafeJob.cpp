@@ -128,7 +128,7 @@ void AddInterruptedWrite(Tour &tour, const QString &report)
         QStringLiteral("The report tells what was sent and what was not"),
         [&tour, report] { return tour.User().WindowTitled(report) && !StandingBoxes().isEmpty(); },
         [&tour, report] {
-            const QString summary = OutcomeText(tour, report, QStringLiteral("LabelSummary"));
+            QString summary = OutcomeText(tour, report, QStringLiteral("LabelSummary"));
             tour.Note(QStringLiteral("interrupted: ") + summary);
             tour.TakePicture(QStringLiteral("37-interrupted"));
             for (QMessageBox *box : StandingBoxes())

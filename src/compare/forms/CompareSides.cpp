@@ -36,7 +36,7 @@ const char *const Ordinals[] = {"first", "second", "third"};
 /** With its file, which an export should name. */
 QString OpenSetName(const Document &document)
 {
-    const QString name = QStringLiteral("open set");
+    QString name = QStringLiteral("open set");
     if (document.FileName == Document::Unnamed())
         return name;
     return name + QStringLiteral(" (") + ShowableText(FileTitle(document.FileName), false) + u')';
