@@ -191,6 +191,8 @@ void Album::TakeOthers()
 
     auto *report = new FormVerifiedWrite(desk_, {});
     report->ShowReport(SampleReport());
+    // With all columns in sight, which the screen of a build has no room for.
+    report->resize(report->sizeHint());
     Take(*report, report->objectName(), report->HelpTopic());
     report->close();
 
