@@ -6,13 +6,11 @@
 #include "platform/Waiting.h"
 #include "settings/SetFixture.h"
 
-#include <QTimer>
 #include <gmock/gmock.h>
 
 namespace quorvik::testing
 {
 
-using ::testing::ElementsAre;
 using enum Arrival;
 using End = WriteReport::End;
 

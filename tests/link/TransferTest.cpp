@@ -3,7 +3,6 @@
 namespace quorvik::testing
 {
 
-/** Values that go beside the table. */
 class TransferTest : public LinkFixture
 {
 protected:
@@ -73,7 +72,6 @@ TEST_F(TransferTest, AReadingOfRowsGoesOnAfterSilenceDamageAndStrays)
         const char *name;
         std::function<QByteArray(const QByteArray &frame, int count)> spoil;
     };
-    const QByteArray first = ReadRequest(0);
     const Case cases[] = {
         {"silence",
          [&](const QByteArray &f, int n) { return n % 9 == 8 ? QByteArray() : peer.DriveAnswer(f); }},
@@ -104,7 +102,6 @@ TEST_F(TransferTest, AReadingOfRowsGoesOnAfterSilenceDamageAndStrays)
         for (const auto &[p, rawValue] : fetched)
             EXPECT_EQ(rawValue, 500 + p) << p;
     }
-    EXPECT_TRUE(link.PortOpen());
 }
 
 TEST_F(TransferTest, AReplyThatComesTooLateIsTakenForNoOther)
