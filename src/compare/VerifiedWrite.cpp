@@ -45,7 +45,16 @@ VerifiedWrite::VerifiedWrite(ParameterTable &table, DriveLink &link, const Backu
     });
     On(&link_, &DriveLink::Stored, this, [this](int p, bool isTaken) { OnStored(p, isTaken); });
     On(&link_, &DriveLink::ScanProgress, this, [this](int count) { OnScanProgress(count); });
-    On(&link_, &DriveLink::ScanFinished, this, [this](const ScanResult &result) { OnScanFinished(result); });
+    On(&link_, &DriveLink::ScanFinished, this, [this](const ScanResult &result) {
+        try {
+            OnScanFinished(result);
+        } catch (const RuntimeFailure &failure) {
+            // Somebody waits for the end.
+            report_.failure = failure.Sentence();
+            Finish(report_.backupPath.isEmpty() ? WriteReport::End::NoBackup : WriteReport::End::Cancelled);
+            throw;
+        }
+    });
 }
 
 WrittenRow *VerifiedWrite::RowOf(int p)
@@ -78,8 +87,9 @@ void VerifiedWrite::Resume(bool acceptsChanged)
 
 void VerifiedWrite::RetryRefused()
 {
+    // What the drive's table does not reach would not even be answered.
     for (WrittenRow &row : report_.rows)
-        if (row.arrival == Arrival::Refused)
+        if (row.arrival == Arrival::Refused && row.value.param <= table_.LastParam)
             row = {.value = row.value};
     Resume(true);
 }
