@@ -1,6 +1,6 @@
 #include "compare/Differences.h"
 
-#include "compare/ShownText.h"
+#include "model/ShownText.h"
 #include "model/Conversions.h"
 #include "model/TextTables.h"
 

@@ -3,6 +3,7 @@
 #include "desktop/FormsCollection.h"
 
 #include <QDateTime>
+#include <QString>
 #include <cstdint>
 #include <functional>
 
@@ -17,6 +18,7 @@ class Guards;
 class HTMLHelp;
 class ParameterTable;
 class SettingsStore;
+class ValueStates;
 
 /** What the I/O Mentor opens on. */
 struct WizardIOStartRecord {
@@ -30,6 +32,7 @@ struct WizardIOStartRecord {
  */
 struct Desk {
     ParameterTable &table;
+    ValueStates &states;
     Document &document;
     AccessColors &colors;
     EntryRules &rules;
@@ -44,6 +47,9 @@ struct Desk {
     std::function<void(QWidget *form, bool activate)> ShowChild;
     /** Opens the I/O Mentor on WizardIOStart. Filled in by the shell. */
     std::function<void()> OpenIOMentor;
+    /** The window in which a parameter stands, as its menu entry calls it; empty for none. Filled in by the
+     * shell. */
+    std::function<QString(int p)> BlockOf = [](int) { return QString(); };
     /** The computer's clock, in local time. */
     std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
     /** Set before OpenIOMentor. */

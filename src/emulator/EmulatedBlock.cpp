@@ -35,12 +35,12 @@ std::int32_t EmulatedBlock::Negated(int p) const
 
 void EmulatedBlock::Store(int p, std::int32_t raw) const
 {
-    Naming({p}, [&] { table_.SetValue(p, raw, ChangeCause::Emulated); });
+    Naming({p}, [&] { StoreComputed(p, raw); });
 }
 
 void EmulatedBlock::StoreFollowed(int selector, std::int32_t raw) const
 {
-    Naming({selector}, [&] { table_.SetValue(table_.Value(selector), raw, ChangeCause::Emulated); });
+    Naming({selector}, [&] { StoreComputed(table_.Value(selector), raw); });
 }
 
 void EmulatedBlock::StoreFollowedClamped(int selector, double y, std::int32_t (*convert)(double)) const
@@ -49,8 +49,14 @@ void EmulatedBlock::StoreFollowedClamped(int selector, double y, std::int32_t (*
         const int p = table_.Value(selector);
         const ParamRecord &record = table_[p];
         const std::int32_t raw = y > record.Max ? record.Max : y < record.Min ? record.Min : convert(y);
-        table_.SetValue(p, raw, ChangeCause::Emulated);
+        StoreComputed(p, raw);
     });
+}
+
+void EmulatedBlock::StoreComputed(int p, std::int32_t raw) const
+{
+    table_.SetValue(p, raw, ChangeCause::Emulated);
+    Q_EMIT table_.Signals().Computed(p);
 }
 
 void EmulatedBlock::Rethrow(std::initializer_list<int> parameters, const RuntimeFailure &failure) const

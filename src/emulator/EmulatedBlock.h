@@ -57,6 +57,7 @@ public:
     }
 
 private:
+    void StoreComputed(int p, std::int32_t raw) const;
     [[noreturn]] void Rethrow(std::initializer_list<int> parameters, const RuntimeFailure &failure) const;
 
     ParameterTable &table_;

@@ -77,6 +77,7 @@ void DriveLink::SerialCommTimer_Timer()
         return;
     }
     DiscardInput();
+    Q_EMIT PassBegins();
     isStoring_ = false;
     if (ReadPropsIndex < 1 && !table_.WritePending && !stores_.IsUnderWay()) {
         BeginReadScan();
@@ -97,7 +98,7 @@ void DriveLink::SerialCommTimeout_Timer()
     QUORVIK_LINK_TRACE() << "SerialCommTimeout";
     if (!PortOpen())
         return;
-    const qsizetype received = MSComm1.Input().size();
+    const qsizetype received = TakeInput(true).size();
     if (MSComm1.RThreshold() == Wire::ReadReplyLength)
         wholeRead_.BrokeOff(CurrentParam);
     if (received == 0) {
@@ -122,7 +123,7 @@ void DriveLink::MSComm1_OnComm()
         return;
     }
     SerialCommTimeout.stop();
-    ParsePacket(MSComm1.Input());
+    ParsePacket(TakeInput(true));
 }
 
 void DriveLink::ParsePacket(const QByteArray &buffer)
@@ -175,9 +176,25 @@ void DriveLink::ArmSerialCommTimer(int milliseconds)
 
 void DriveLink::DiscardInput()
 {
-    if (MSComm1.InBufferCount() > 0)
+    if (MSComm1.InBufferCount() > 0) {
         wholeRead_.StrayReply();
+        TakeInput(false);
+    }
     MSComm1.ClearInput();
+}
+
+QByteArray DriveLink::TakeInput(bool isAwaited)
+{
+    QByteArray bytes = MSComm1.Input();
+    if (!bytes.isEmpty())
+        Q_EMIT Received(bytes, isAwaited);
+    return bytes;
+}
+
+void DriveLink::Send(const QByteArray &bytes)
+{
+    Q_EMIT Sent(bytes);
+    MSComm1.Output(bytes);
 }
 
 } // namespace quorvik

@@ -126,6 +126,19 @@ public:
 Q_SIGNALS:
     /** The port was opened or closed; PortOpen() tells which. */
     void ComStatusChanged();
+    /** Bytes leave for the drive. */
+    void Sent(const QByteArray &bytes);
+    /** Bytes have come from the drive.
+     * @param isAwaited false for what nobody waited for, which reaches nothing. */
+    void Received(const QByteArray &bytes, bool isAwaited);
+    /** After a pause: what is asked for now is no answer to anything from before. */
+    void PassBegins();
+    /** One exchange failed; Broken() tells when it was one too many. */
+    void Failed(LinkFault fault);
+    /** The drive was asked for a value. */
+    void Asked(int p);
+    /** A good answer has told what the drive holds, whether or not the table takes it. */
+    void Confirmed(int p, std::int32_t rawValue);
     /** A value of the drive has arrived. */
     void ValueRead(int p);
     /** The drive has taken the value that the table holds. */
@@ -202,6 +215,9 @@ private:
     void ArmSerialCommTimer();
     void ArmSerialCommTimer(int milliseconds);
     void SendRequest(const QByteArray &request, int replyLength);
+    void AskFor(int p, const QByteArray &request);
+    void Send(const QByteArray &bytes);
+    QByteArray TakeInput(bool isAwaited);
     void DiscardInput();
     bool IsUnsigned(int paramNumber) const;
 

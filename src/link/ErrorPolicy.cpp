@@ -28,6 +28,7 @@ void DriveLink::HandleNoResponses()
 
 void DriveLink::CountFailure(std::uint8_t &count, LinkFault fault)
 {
+    Q_EMIT Failed(fault);
     // What is still to come of the scan adds nothing to what has been said.
     if (OffLineRequested || ++count < FailuresInARow)
         return;

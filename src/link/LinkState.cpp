@@ -102,7 +102,7 @@ void DriveLink::BeginScanAnew()
         return;
     SerialCommTimeout.stop();
     if (MSComm1.RThreshold() == Wire::ReadReplyLength)
-        MSComm1.Output(QByteArray(1, Wire::Eot));
+        Send(QByteArray(1, Wire::Eot));
     ArmSerialCommTimer();
 }
 

@@ -29,7 +29,7 @@ void DriveLink::SendRequest(const QByteArray &request, int replyLength)
     if (!PortOpen())
         return;
     MSComm1.SetRThreshold(replyLength);
-    MSComm1.Output(request);
+    Send(request);
     SerialCommTimeout.start();
 }
 
@@ -76,7 +76,13 @@ void DriveLink::ReadNext()
         return;
     }
     QUORVIK_LINK_TRACE() << " Read Param[" << CurrentParam << "]";
-    SendRequest(BuildPacket(Wire::Command::Read, ToInt16(CurrentParam), 0, false), Wire::ReadReplyLength);
+    AskFor(CurrentParam, BuildPacket(Wire::Command::Read, ToInt16(CurrentParam), 0, false));
+}
+
+void DriveLink::AskFor(int p, const QByteArray &request)
+{
+    Q_EMIT Asked(p);
+    SendRequest(request, Wire::ReadReplyLength);
 }
 
 void DriveLink::ParseReadPacket(const QByteArray &packet)
@@ -98,6 +104,7 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
         // The program's own value is the newer one while its write is pending.
         if (record.WriteFlag == WriteState::None && (!isBeside || record.ReadFlag > 0))
             TakeValue(rawValue);
+        Q_EMIT Confirmed(CurrentParam, rawValue);
         QUORVIK_LINK_TRACE() << " Param[" << CurrentParam << "] = " << record.Value;
         Q_EMIT ValueRead(CurrentParam);
     }
@@ -106,18 +113,18 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
     Scanned(CurrentParam);
     if (isAlone) {
         QUORVIK_LINK_TRACE() << " Alone (EOT Sent)";
-        MSComm1.Output(QByteArray(1, Wire::Eot));
+        Send(QByteArray(1, Wire::Eot));
         ArmSerialCommTimer();
         return;
     }
     const bool isEnd = CurrentParam > table_.LastParam;
     if (!isEnd && IsWanted(CurrentParam) && !FirstWrite()) {
         QUORVIK_LINK_TRACE() << " ACK Sent";
-        SendRequest(QByteArray(1, Wire::Ack), Wire::ReadReplyLength);
+        AskFor(CurrentParam, QByteArray(1, Wire::Ack));
         return;
     }
     QUORVIK_LINK_TRACE() << (isEnd ? " EndofScan (EOT Sent)" : " Discontinuous (EOT Sent)");
-    MSComm1.Output(QByteArray(1, Wire::Eot));
+    Send(QByteArray(1, Wire::Eot));
     ReadNext();
 }
 
@@ -327,8 +334,8 @@ void DriveLink::ServeDriveCommand()
     QUORVIK_LINK_TRACE() << (DriveCommand == Restart::ReInitialize ? " REINITIALIZE" : " RESET");
     // No reply: the drive restarts at once.
     MSComm1.SetRThreshold(0);
-    MSComm1.Output(BuildPacket(Wire::Command::Write, Param::OneShotCommand, std::int32_t(DriveCommand),
-                               IsUnsigned(Param::OneShotCommand)));
+    Send(BuildPacket(Wire::Command::Write, Param::OneShotCommand, std::int32_t(DriveCommand),
+                     IsUnsigned(Param::OneShotCommand)));
     DriveCommand = Restart::None;
     BreakOff();
 }

@@ -51,6 +51,8 @@ Q_SIGNALS:
     /** A value was entered, whether or not it is another one.
      * @param modified what becomes of the marks of file and drive, unless p is a memory command. */
     void Entered(int p, bool modified);
+    /** The emulator has computed a value, whether or not it is another one. */
+    void Computed(int p);
 };
 
 /**

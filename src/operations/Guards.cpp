@@ -1,6 +1,6 @@
 #include "operations/Guards.h"
 
-#include "compare/ShownText.h"
+#include "model/ShownText.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/TextTables.h"

@@ -4,6 +4,7 @@
 #include "compare/VerifiedWrite.h"
 #include "emulator/DriveEmulator.h"
 #include "link/DriveLink.h"
+#include "link/ValueStates.h"
 #include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
@@ -35,6 +36,7 @@ struct Engines {
     SettingsFile file;
     RecoveryCopy recoveryCopy;
     DriveLink link;
+    ValueStates states;
     DriveEmulator emulator;
     EntryRules rules;
     SaveCommands saving;

@@ -69,6 +69,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , statusBar_(new StatusBarMain(this))
     , menus_(this)
     , desk_{engines_.table,
+            engines_.states,
             engines_.document,
             colors_,
             engines_.rules,

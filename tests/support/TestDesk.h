@@ -3,6 +3,8 @@
 #include "desktop/BoxColors.h"
 #include "desktop/Desk.h"
 #include "desktop/HTMLHelp.h"
+#include "link/DriveLink.h"
+#include "link/ValueStates.h"
 #include "model/Document.h"
 #include "operations/EntryRules.h"
 #include "operations/Guards.h"
@@ -41,6 +43,8 @@ public:
 
     QTemporaryDir folder;
     ParameterTable table;
+    DriveLink link{table};
+    ValueStates states{table, link};
     Document document{table};
     AccessColors colors;
     ScriptedAsker asker;

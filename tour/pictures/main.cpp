@@ -6,6 +6,8 @@
 #include "desktop/BoxColors.h"
 #include "desktop/Desk.h"
 #include "desktop/MarkStyle.h"
+#include "link/DriveLink.h"
+#include "link/ValueStates.h"
 #include "model/Document.h"
 #include "operations/EntryRules.h"
 #include "operations/Guards.h"
@@ -112,7 +114,9 @@ int main(int argc, char **argv)
     FormsCollection forms;
     QWidget mainWindow;
     forms.Add(&mainWindow);
-    Desk desk{table, document, colors, rules, guards, asker, settings, help, forms, {}, {}};
+    DriveLink link{table};
+    ValueStates states{table, link};
+    Desk desk{table, states, document, colors, rules, guards, asker, settings, help, forms, {}, {}};
 
     const QDir folder(options.positionalArguments().first());
     folder.mkpath(QStringLiteral("."));

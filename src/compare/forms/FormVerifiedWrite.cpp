@@ -1,6 +1,6 @@
 #include "compare/forms/FormVerifiedWrite.h"
 
-#include "compare/ShownText.h"
+#include "model/ShownText.h"
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
 

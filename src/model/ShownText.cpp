@@ -1,4 +1,4 @@
-#include "compare/ShownText.h"
+#include "model/ShownText.h"
 
 #include "model/Conversions.h"
 #include "platform/RuntimeFailure.h"
