@@ -87,26 +87,48 @@ QString NoPermission(const QString &place, const QFileInfo &device)
     return QStringLiteral("You have no permission to use ") + place + QStringLiteral(". ") + way;
 }
 
-QString WhyNotOpened(const QSerialPort &port, const QString &device, const QString &place)
+bool IsNoSerialPort(const QFileInfo &device)
 {
-    const QFileInfo info(device);
-    if (!info.exists())
-        return NoDevice(place);
-    if (!info.isReadable() || !info.isWritable())
-        return NoPermission(place, info);
-    if (info.isFile() || info.isDir())
-        return Starting(place) +
-               QStringLiteral(" is not a serial port. Choose another with Options, Communications.");
+    return device.isFile() || device.isDir();
+}
+
+MSComm::Failure FailureOf(const QSerialPort &port, const QFileInfo &device)
+{
+    if (!device.exists())
+        return MSComm::Failure::NotPresent;
+    if (!device.isReadable() || !device.isWritable())
+        return MSComm::Failure::NoPermission;
+    if (IsNoSerialPort(device))
+        return MSComm::Failure::Other;
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
-        return NoDevice(place);
+        return MSComm::Failure::NotPresent;
     case QSerialPort::PermissionError:
+        return MSComm::Failure::InUse;
+    default:
+        return MSComm::Failure::Other;
+    }
+}
+
+QString WhyNotOpened(MSComm::Failure failure, const QSerialPort &port, const QString &device,
+                     const QString &place)
+{
+    const QFileInfo info(device);
+    switch (failure) {
+    case MSComm::Failure::NotPresent:
+        return NoDevice(place);
+    case MSComm::Failure::NoPermission:
+        return NoPermission(place, info);
+    case MSComm::Failure::InUse:
         return InUse(place, device);
     default:
-        return QStringLiteral("Nothing can be connected to ") + place + QStringLiteral(": ") +
-               port.errorString() +
-               QStringLiteral(".\r\n\r\nChoose another port with Options, Communications.");
+        break;
     }
+    if (IsNoSerialPort(info))
+        return Starting(place) +
+               QStringLiteral(" is not a serial port. Choose another with Options, Communications.");
+    return QStringLiteral("Nothing can be connected to ") + place + QStringLiteral(": ") +
+           port.errorString() + QStringLiteral(".\r\n\r\nChoose another port with Options, Communications.");
 }
 
 } // namespace
@@ -132,11 +154,14 @@ QString MSComm::SetPortOpen(bool open)
         return {};
     }
 
+    failure_ = Failure::NotPresent;
     const QString named = DeviceOf(commPort_);
     if (named.isEmpty())
         return NoDevice(QStringLiteral("port Com%1").arg(commPort_));
     const QString device = RealDevice(named);
-    const QString place = QStringLiteral("serial port %1 (Com%2)").arg(named).arg(commPort_);
+    QString place = QStringLiteral("serial port ") + named;
+    if (commPort_ > 0)
+        place += QStringLiteral(" (Com%1)").arg(commPort_);
     auto port = MakePort(device);
     bool isOpen = port->open(QIODevice::ReadWrite);
     if (!isOpen && port->error() == QSerialPort::PermissionError) {
@@ -146,10 +171,14 @@ QString MSComm::SetPortOpen(bool open)
             isOpen = port->open(QIODevice::ReadWrite);
         }
     }
-    if (!isOpen)
-        return WhyNotOpened(*port, device, place);
+    if (!isOpen) {
+        failure_ = FailureOf(*port, QFileInfo(device));
+        return WhyNotOpened(failure_, *port, device, place);
+    }
+    failure_ = Failure::InUse;
     if (!LockForUs(*port))
         return InUse(place, device);
+    failure_ = Failure::None;
 
     port_ = std::move(port);
     open_ = true;

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -25,6 +26,8 @@ class MSComm : public QObject
 
 public:
     enum CommEvents { EvReceive = 2 };
+    /** Why a port could not be opened. */
+    enum class Failure : std::uint8_t { None, NotPresent, NoPermission, InUse, Other };
 
     explicit MSComm(QObject *parent = nullptr);
     ~MSComm() override;
@@ -32,6 +35,7 @@ public:
     /** Which device stands behind a port number, empty for none; filled in by whoever owns the settings. */
     std::function<QString(int)> DeviceOf;
 
+    /** 0 for a device that no number stands for: its path alone names it then. */
     int CommPort() const { return commPort_; }
     void SetCommPort(int number) { commPort_ = number; }
 
@@ -41,6 +45,8 @@ public:
      * can act on; the port is then closed. May be called from a handler of OnComm.
      */
     QString SetPortOpen(bool open);
+    /** Of the last attempt to open it. */
+    Failure OpenFailure() const { return failure_; }
 
     int RThreshold() const { return rThreshold_; }
     /** Bytes that raise OnComm; 0 raises none. */
@@ -70,6 +76,7 @@ private:
     std::vector<std::unique_ptr<QSerialPort>> retired_;
     QByteArray buffer_;
     bool open_ = false;
+    Failure failure_ = Failure::None;
     int raising_ = 0;
     int commPort_ = 1;
     int rThreshold_ = 0;
