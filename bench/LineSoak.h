@@ -3,6 +3,7 @@
 #include "drive/DriveCommands.h"
 #include "drive/DriveServer.h"
 #include "link/PatientAsker.h"
+#include "link/ValueStates.h"
 #include "model/Document.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
@@ -15,8 +16,10 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QStringList>
+#include <algorithm>
 #include <array>
 #include <bitset>
+#include <deque>
 #include <memory>
 #include <random>
 #include <utility>
@@ -35,6 +38,9 @@ struct SoakFigures {
     std::int64_t foreignRows = 0; ///< rows that took a value which was neither sent for them nor entered
     std::int64_t wentOffLine = 0;
     std::int64_t standStills = 0; ///< waits that only the user's own switch could end
+    std::int64_t liveClaims = 0;  ///< values that were shown as live, at each turn of the event loop
+    std::int64_t falseClaims = 0; ///< of these, without an answer of the drive's about that value in the time
+                                  ///< in which it may be called live
     QStringList problems;         ///< what did not hold at the end, a sentence each
 };
 
@@ -49,8 +55,10 @@ public:
     /** Before the time-out, within the pause after it, and near the end of that pause. */
     static std::vector<int> LateWithinPromise() { return {100, 200, 240, 300, 400, 500}; }
 
-    LineSoak(const QString &presets, std::uint32_t seed)
-        : dice_(seed)
+    /** @param haste by how much the tool's own intervals are shortened. */
+    LineSoak(const QString &presets, std::uint32_t seed, int haste = 20)
+        : haste_(haste)
+        , dice_(seed)
     {
         for (ParameterTable *table : {&driveParameters_, &table_})
             Note(LoadFactoryTable(presets, *table));
@@ -62,6 +70,16 @@ public:
 
         table_.ResetToDefaults();
         rows_.resize(std::size_t(table_.LastParam + 1));
+        QObject::connect(server_.get(), &drive::DriveServer::Answered, server_.get(),
+                         [this](int p, std::int32_t rawValue) {
+                             rows_[std::size_t(p)].told.push_back({drive::SteadyNow(), rawValue});
+                         });
+        // As a box is repainted.
+        QObject::connect(&states_, &ValueStates::StateChanged, &states_, [this](int p) {
+            Row &row = rows_[std::size_t(p)];
+            row.isShownLive = states_.Of(p) == ValueState::Live;
+            row.rawShown = table_.Value(p);
+        });
         for (int p = 0; p <= table_.LastParam; ++p) {
             // Where nothing else depends on the value, it tells whose it is.
             if (IsPlain(p))
@@ -127,15 +145,17 @@ public:
 private:
     using FaultKind = drive::FaultKind;
 
-    /** The tool's own intervals, so many times shorter. */
-    static constexpr int Haste = 20;
     static constexpr int BoxesOfAWindow = 12;
     static constexpr int SettleMs = 20000;
 
-    static LinkTimings Hastened()
+    static LinkTimings Hastened(int haste)
     {
         constexpr LinkTimings real;
-        return {real.scanPause / Haste, real.replyTimeout / Haste, real.sizeErrorPause / Haste};
+        return {.scanPause = real.scanPause / haste,
+                .replyTimeout = real.replyTimeout / haste,
+                .sizeErrorPause = real.sizeErrorPause / haste,
+                .liveLimit = real.liveLimit / haste,
+                .stateUpdate = real.stateUpdate / haste};
     }
 
     /** One of twenty values that tell whose they are. */
@@ -145,6 +165,13 @@ private:
         std::int32_t here;
         std::int32_t inDrive;
         std::bitset<65536> known; ///< what the drive held or the user entered
+        struct Told {
+            std::int64_t atNs;
+            std::int32_t rawValue;
+        };
+        std::deque<Told> told; ///< what the drive said of it lately
+        bool isShownLive = false;
+        std::int32_t rawShown = 0;
 
         void Know(std::int32_t rawValue) { known.set(std::uint16_t(rawValue)); }
     };
@@ -171,13 +198,13 @@ private:
                                       .arg(drive::FaultKindName(kind))
                                       .arg(share)
                                       .arg(Pick(1'000'000) + 1)
-                                      .arg(realMs / Haste);
+                                      .arg(realMs / haste_);
             Note(faults_.Add(words, drive::SteadyNow()));
         };
         const double share = rate / drive::FaultKindCount;
         for (const FaultKind kind :
              {FaultKind::BadBcc, FaultKind::Short, FaultKind::Long, FaultKind::Silent, FaultKind::Refuse})
-            add(kind, share, Haste);
+            add(kind, share, haste_);
         for (const int ms : lateMs)
             add(FaultKind::Late, share / double(lateMs.size()), ms);
         // Too short to be noticed three times in a row, and long enough to be.
@@ -232,6 +259,7 @@ private:
             if (const std::int32_t value = inDrive_->Get(p); value != row.inDrive)
                 row.Know(row.inDrive = value);
             const std::int32_t value = table_.Value(p);
+            CheckClaim(row);
             if (value == row.here)
                 continue;
             row.here = value;
@@ -239,6 +267,21 @@ private:
             figures_.foreignRows += row.known.test(std::uint16_t(value)) ? 0 : 1;
             row.Know(value);
         }
+    }
+
+    void CheckClaim(Row &row)
+    {
+        const std::int64_t since =
+            drive::SteadyNow() - std::int64_t(link_.Timings().liveLimit) * drive::NsPerMs;
+        while (!row.told.empty() && row.told.front().atNs < since)
+            row.told.pop_front();
+        if (!row.isShownLive)
+            return;
+        ++figures_.liveClaims;
+        const bool isTrue = std::ranges::any_of(row.told, [&](const auto &told) {
+            return std::uint16_t(told.rawValue) == std::uint16_t(row.rawShown);
+        });
+        figures_.falseClaims += isTrue ? 0 : 1;
     }
 
     void Turn()
@@ -296,6 +339,8 @@ private:
 
     int Pick(int count) { return int(dice_() % std::uint32_t(count)); }
 
+    int haste_;
+    std::mt19937 dice_;
     ParameterTable driveParameters_;
     std::unique_ptr<drive::DriveTable> inDrive_;
     std::unique_ptr<drive::DriveCommands> commands_;
@@ -307,7 +352,8 @@ private:
     Document document_{table_};
     PatientAsker asker_;
     EntryRules rules_{table_, asker_};
-    DriveLink link_{table_, Hastened()};
+    DriveLink link_{table_, Hastened(haste_)};
+    ValueStates states_{table_, link_};
     SettingsFile file_{table_, document_};
     SaveCommands saving_{document_, asker_, file_, QString()};
     Snapshots snapshots_{table_, link_, asker_};
@@ -315,7 +361,6 @@ private:
     DriveOperations operations_{table_, document_, link_, rules_, saving_, asker_, snapshots_, guards_};
     QTimer impatience_;
 
-    std::mt19937 dice_;
     std::vector<int> editable_;
     std::vector<int> mainWindow_; ///< open all through a run, so that there is something to read
     std::array<std::vector<int>, 3> windows_;

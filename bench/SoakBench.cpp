@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -44,6 +45,15 @@ int main(int argc, char **argv)
     // Past the time-out and the pause together a reply meets the next request, and nothing in it tells the
     // two apart.
     const SoakFigures beyond = soak.Run(0.1, wanted / 20, {540, 600, 700, 900});
+    // Closer to the tool's own intervals: how old a value may be is a matter of milliseconds here.
+    constexpr int claimHaste = 4;
+    constexpr std::int64_t leastClaims = 20'000;
+    LineSoak honest(QStringLiteral(QUORVIK_PRESETS_FILE), seed + 1, claimHaste);
+    const SoakFigures claims = honest.Run(0.03, std::max(wanted / 10, leastClaims));
+    std::printf("soak-live-claims: %lld over %lld transactions with %lld faults\n",
+                static_cast<long long>(claims.liveClaims), static_cast<long long>(claims.transactions),
+                static_cast<long long>(claims.faults));
+    std::printf("soak-false-live-claims: %lld (limit 0)\n", static_cast<long long>(claims.falseClaims));
     std::printf("soak-transactions: %lld (at least %lld)\n", static_cast<long long>(transactions),
                 static_cast<long long>(wanted));
     std::printf("soak-foreign-rows: %lld (limit 0)\n", static_cast<long long>(foreignRows));
@@ -53,5 +63,8 @@ int main(int argc, char **argv)
         "soak-foreign-rows-beyond-promise: %lld of %lld replies that were 540 to 900 ms late (limit none)\n",
         static_cast<long long>(beyond.foreignRows), static_cast<long long>(beyond.lateReplies));
     std::printf("soak-time: %.0f s\n", double(clock.elapsed()) / 1000);
-    return foreignRows == 0 && problems == 0 && grown <= 1 && transactions >= wanted ? 0 : 1;
+    return foreignRows == 0 && claims.falseClaims == 0 && problems == 0 && grown <= 1 &&
+                   transactions >= wanted
+               ? 0
+               : 1;
 }

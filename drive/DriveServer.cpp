@@ -129,7 +129,7 @@ void DriveServer::ServeRead(int p, std::int64_t arrived)
     AppendWord(reply, table_.Get(p));
     AppendCheck(reply);
     runNext_ = p + 1;
-    Reply(std::move(reply), p, arrived);
+    Reply(std::move(reply), p, arrived, true);
 }
 
 void DriveServer::ServeProperties(int p, std::int64_t arrived)
@@ -157,16 +157,18 @@ void DriveServer::ServeWrite(const Request &request, std::int64_t arrived)
     }
     ++counts_.writes;
     if (commands_.Obey(p))
-        Reply(QByteArray(1, Ack), p, arrived);
+        Reply(QByteArray(1, Ack), p, arrived, true);
 }
 
-void DriveServer::Reply(QByteArray bytes, int p, std::int64_t arrived)
+void DriveServer::Reply(QByteArray bytes, int p, std::int64_t arrived, bool isOfValue)
 {
+    const QByteArray good = bytes;
     const std::optional<int> delayMs = faults_.Spoil(bytes, p);
     if (!delayMs)
         return;
+    const int param = isOfValue && bytes == good ? p : -1;
     const std::int64_t due = pacer_.DueTime(arrived + *delayMs * NsPerMs, int(bytes.size()));
-    outgoing_.push_back({due, std::move(bytes)});
+    outgoing_.push_back({due, std::move(bytes), param, param < 0 ? 0 : table_.Get(param)});
     if (outgoing_.size() == 1)
         SendDue();
 }
@@ -193,6 +195,8 @@ void DriveServer::Send(const Outgoing &outgoing, std::int64_t now)
 {
     terminal_.Write(outgoing.bytes);
     counts_.bytesOut += outgoing.bytes.size();
+    if (outgoing.param >= 0)
+        Q_EMIT Answered(outgoing.param, outgoing.rawValue);
     pacer_.Sent(now, outgoing.due);
 }
 

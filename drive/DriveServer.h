@@ -50,10 +50,16 @@ public:
     /** The counters, one "name number" each. */
     QStringList StatLines() const;
 
+Q_SIGNALS:
+    /** A whole answer that tells or takes the value of a parameter leaves for the tool. */
+    void Answered(int p, std::int32_t rawValue);
+
 private:
     struct Outgoing {
         std::int64_t due;
         QByteArray bytes;
+        int param; ///< whose value it tells or takes, -1 for none
+        std::int32_t rawValue;
     };
 
     void Receive();
@@ -62,7 +68,7 @@ private:
     void ServeProperties(int p, std::int64_t arrived);
     void ServeWrite(const Request &request, std::int64_t arrived);
     bool Knows(int p) const { return p <= claimedLast_ && table_.Has(p); }
-    void Reply(QByteArray bytes, int p, std::int64_t arrived);
+    void Reply(QByteArray bytes, int p, std::int64_t arrived, bool isOfValue = false);
     void TimerDue();
     void SendDue();
     void Send(const Outgoing &outgoing, std::int64_t now);

@@ -29,7 +29,7 @@ void DriveEmulator::Tick()
         return;
     const bool online = table_.PortOpen();
     AnnouncePanels(online);
-    if (!online)
+    if (!online && !table_.OutputsHeld)
         EmulateAll();
 }
 

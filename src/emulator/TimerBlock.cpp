@@ -42,7 +42,7 @@ void TimerBlock::TimerEmulator_Timer()
 
 void TimerBlock::UpdateTimerEmulator()
 {
-    if (table_.PortOpen()) {
+    if (table_.PortOpen() || table_.OutputsHeld) {
         TimerEmulator.stop();
         return;
     }

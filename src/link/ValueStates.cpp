@@ -115,8 +115,8 @@ ValueState ValueStates::OnLine(int p, const Row &row) const
         return ValueState::Refused;
     if (row.confirmedAt < 0 || row.rawConfirmed != record.Value)
         return ValueState::Never;
-    // What is shown stands until the next update.
-    const int limit = link_.Timings().liveLimit - link_.Timings().stateUpdate;
+    // What is shown stands until the next update, which may be late.
+    const int limit = link_.Timings().liveLimit - 2 * link_.Timings().stateUpdate;
     return row.unanswered <= MostUnanswered && now - row.confirmedAt <= limit ? ValueState::Live
                                                                               : ValueState::Old;
 }
@@ -212,8 +212,11 @@ void ValueStates::Confirm(int p, std::int32_t rawValue, bool isWritten)
     row.rawConfirmed = rawValue;
     row.unanswered = 0;
     row.isWritten = isWritten;
-    if (isWritten)
+    if (isWritten) {
         row.refusedAt = -1;
+        DropUnwritten(p);
+    }
+    EndLoss();
 }
 
 void ValueStates::Refuse(int p, std::int32_t rawValue)
@@ -236,11 +239,19 @@ void ValueStates::Lose()
     if (!isBroken_ || heardAt_ < 0)
         return;
     isLost_ = true;
+    table_.OutputsHeld = true;
     lostSince_ = QDateTime::currentDateTime().addMSecs(heardAt_ - clock_());
-    unwritten_.clear();
     for (int p = 0; p <= table_.LastParam; ++p)
-        if (table_[p].WriteFlag == WriteState::Queued && !Param::IsCommand(p) && !Param::IsClock(p))
+        if (table_[p].WriteFlag == WriteState::Queued && !Param::IsCommand(p) && !Param::IsClock(p)) {
+            DropUnwritten(p);
             unwritten_.push_back({p, table_.Value(p)});
+        }
+    std::ranges::sort(unwritten_, {}, &Unwritten::param);
+}
+
+void ValueStates::DropUnwritten(int p)
+{
+    std::erase_if(unwritten_, [p](const Unwritten &entry) { return entry.param == p; });
 }
 
 void ValueStates::FollowLink()
@@ -249,18 +260,19 @@ void ValueStates::FollowLink()
     if (isOpen == std::exchange(wasOpen_, isOpen))
         return;
     if (isOpen) {
-        const bool wasLost = std::exchange(isLost_, false);
+        // What is known of a drive that was lost stands until one has told something.
+        lostRows_.swap(rows_);
         rows_.clear();
         heardAt_ = -1;
         isBroken_ = false;
-        if (wasLost)
-            Q_EMIT LossChanged();
-    } else if (isLost_) {
+    } else if (!isLost_) {
+        rows_.clear();
+    } else if (heardAt_ < 0) {
+        rows_.swap(lostRows_);
+    } else {
         for (Row &row : rows_)
             row.isEntered = false;
         Q_EMIT LossChanged();
-    } else {
-        rows_.clear();
     }
     Tell();
 }
@@ -269,6 +281,8 @@ void ValueStates::EndLoss()
 {
     if (!std::exchange(isLost_, false))
         return;
+    lostRows_.clear();
+    table_.OutputsHeld = false;
     Q_EMIT LossChanged();
 }
 
@@ -276,7 +290,12 @@ void ValueStates::Tell()
 {
     for (int p = 0; p <= table_.UpperBound(); ++p) {
         const ValueState state = Of(p);
-        if (std::exchange(At(p).told, state) != state)
+        const std::int32_t rawValue = table_.Value(p);
+        Row &row = At(p);
+        const bool isSame = row.told == state && row.rawTold == rawValue;
+        row.told = state;
+        row.rawTold = rawValue;
+        if (!isSame)
             Q_EMIT StateChanged(p);
     }
 }

@@ -61,19 +61,19 @@ public:
     /** The user turns to p: a refusal is seen. */
     void Touch(int p);
 
-    /** From the moment in which a fault ended the link until it is opened again, or EndLoss(). */
+    /** From the moment in which a fault ended the link until a drive has told something again, or EndLoss().
+     */
     bool IsLost() const { return isLost_; }
     /** When the drive answered last before the link was lost, by the computer's clock. */
     const QDateTime &LostSince() const { return lostSince_; }
-    /** What had not reached the drive when the link was lost, in the order of numbers; kept until
-     * ForgetUnwritten(), also on a new connection. */
+    /** What had not reached the drive when a link was lost, in the order of numbers; kept, also on a new
+     * connection, until the drive takes another value. */
     const std::vector<Unwritten> &UnwrittenEntries() const { return unwritten_; }
-    void ForgetUnwritten() { unwritten_.clear(); }
     /** From now on the table is the open set, and nothing of it the lost drive's. */
     void EndLoss();
 
 Q_SIGNALS:
-    /** The state of p is another one; told within LinkTimings::stateUpdate. */
+    /** The state of p or its value is another one; told within LinkTimings::stateUpdate. */
     void StateChanged(int p);
     /** IsLost() is another one. */
     void LossChanged();
@@ -89,6 +89,7 @@ private:
         bool isWritten = false; ///< it was confirmed by taking a write
         bool isEntered = false; ///< off line, after a loss: the user's own again
         ValueState told = ValueState::Set;
+        std::int32_t rawTold = 0;
     };
 
     Row &At(int p);
@@ -101,6 +102,7 @@ private:
     void FollowLink();
     void ForgetPass();
     void Lose();
+    void DropUnwritten(int p);
     void Tell();
     QString Shown(int p, std::int32_t rawValue) const;
 
@@ -109,6 +111,7 @@ private:
     Clock clock_;
     QTimer update_;
     std::vector<Row> rows_;
+    std::vector<Row> lostRows_; ///< of a drive that was lost, while another connection is tried
     std::vector<Unwritten> unwritten_;
     QDateTime lostSince_;
     qint64 heardAt_ = -1;     ///< any value that was confirmed

@@ -76,6 +76,8 @@ public:
     bool WritePending = false;
     /** On line, and the drive has not told its state yet: what the table holds is older than the link. */
     bool DriveStateUnread = false;
+    /** Off line, and the values are the last ones of a drive that was lost: the emulator computes nothing. */
+    bool OutputsHeld = false;
     /** The parameter edited last; what hangs on it follows every write that the drive takes. */
     std::int16_t EditParamNumber = 0;
 

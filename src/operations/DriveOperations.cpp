@@ -119,23 +119,31 @@ OperationResult DriveOperations::ToggleComStatus()
         if (OperationResult queued = QueueOpenSet(); !queued.IsDone())
             return queued;
         return SendAll();
-    case MsgAnswer::No: {
-        if (!saving_.PromptSaveChanges())
-            return {Outcome::Cancelled};
-        OperationResult result = ReadAnew();
-        if (result.IsDone())
-            document_.BecomeUnnamed(false);
-        return result;
-    }
-    case MsgAnswer::Other: {
-        OperationResult online = GoOnLineAside();
-        if (online.IsDone())
-            Q_EMIT CompareWanted();
-        return online;
-    }
+    case MsgAnswer::No:
+        return ReadOverOpenSet();
+    case MsgAnswer::Other:
+        return GoOnLineToCompare();
     default:
         return {Outcome::Cancelled};
     }
+}
+
+OperationResult DriveOperations::ReadOverOpenSet()
+{
+    if (!saving_.PromptSaveChanges())
+        return {Outcome::Cancelled};
+    OperationResult result = ReadAnew();
+    if (result.IsDone())
+        document_.BecomeUnnamed(false);
+    return result;
+}
+
+OperationResult DriveOperations::GoOnLineToCompare()
+{
+    OperationResult online = GoOnLineAside();
+    if (online.IsDone())
+        Q_EMIT CompareWanted();
+    return online;
 }
 
 OperationResult DriveOperations::ChooseCommMode()

@@ -55,6 +55,10 @@ public:
     void GoOffLine(OffLineReason reason);
     /** The user's switch. Ends the wait of GoOnLine(), too. */
     OperationResult ToggleComStatus();
+    /** Goes on line and reads the drive over the open set, once unsaved changes are settled. */
+    OperationResult ReadOverOpenSet();
+    /** GoOnLineAside(), and the comparison is asked for. */
+    OperationResult GoOnLineToCompare();
     /** The choice at the program's start: on line with the drive's table, or not. */
     OperationResult ChooseCommMode();
 

@@ -1,8 +1,8 @@
 #include "operations/Guards.h"
 
-#include "model/ShownText.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
+#include "model/ShownText.h"
 #include "model/TextTables.h"
 
 #include <QStringList>

@@ -33,6 +33,20 @@ QList<CompareHost::KeptSet> CompareAccess::KeptSets() const
     return sets;
 }
 
+std::optional<ParameterSet> CompareAccess::UnwrittenEntries() const
+{
+    const std::vector<ValueStates::Unwritten> &entries = engines_.states.UnwrittenEntries();
+    if (entries.empty())
+        return std::nullopt;
+    ParameterSet set = ParameterSet::Of(engines_.table, QString());
+    set.known.assign(set.known.size(), false);
+    for (const ValueStates::Unwritten &entry : entries) {
+        set.records[entry.param].Value = entry.rawEntered;
+        set.known.at(std::size_t(entry.param)) = true;
+    }
+    return set;
+}
+
 const SaveCommands &CompareAccess::Saving() const
 {
     return engines_.saving;

@@ -19,6 +19,7 @@ public:
     OperationResult ReadDrive(ParameterSet &set) override;
     const WriteReport *WriteDrive(const std::vector<ParamValue> &values, const ParameterSet &from) override;
     QList<KeptSet> KeptSets() const override;
+    std::optional<ParameterSet> UnwrittenEntries() const override;
     const SaveCommands &Saving() const override;
     QStringList BlockNames() const override;
 

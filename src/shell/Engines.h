@@ -10,6 +10,7 @@
 #include "operations/EntryRules.h"
 #include "operations/FileCommands.h"
 #include "operations/Guards.h"
+#include "operations/Reconnection.h"
 #include "operations/SafeWrites.h"
 #include "operations/SaveCommands.h"
 #include "operations/Snapshots.h"
@@ -44,6 +45,7 @@ struct Engines {
     Guards guards;
     DriveOperations drive;
     FileCommands fileCommands;
+    Reconnection reconnection;
     Backups backups;
     VerifiedWrite verifiedWrite;
     SafeWrites safeWrites;

@@ -1,6 +1,7 @@
 #include "shell/MDIFormMain.h"
 #include "shell/OpenWindows.h"
 
+#include "blocks/BlockCatalogue.h"
 #include "desktop/HTMLHelp.h"
 #include "desktop/Mnemonics.h"
 #include "platform/Guard.h"
@@ -8,6 +9,7 @@
 #include "shell/Icons.h"
 #include "shell/NoticeStrip.h"
 #include "shell/StatusBarMain.h"
+#include "shell/StatusLines.h"
 #include "shell/WindowCommands.h"
 
 #include <QAction>
@@ -41,19 +43,11 @@ QMdiArea *MakeArea(QMainWindow *window)
 }
 
 /** Above the area of the child windows. */
-NoticeStrip *MakeNotices(const QMainWindow *window)
+NoticeStrip *MakeNotices(Strip &strip, const QMainWindow *window)
 {
-    auto *notices = new NoticeStrip(window->centralWidget());
+    auto *notices = new NoticeStrip(strip, window->centralWidget());
     qobject_cast<QVBoxLayout *>(window->centralWidget()->layout())->insertWidget(0, notices);
     return notices;
-}
-
-const QString &AsideSentence()
-{
-    static const QString sentence = QStringLiteral(
-        "On line beside the open set: the windows go on showing the open set, not the drive, but for what is "
-        "read only. To see the drive's values, go off line, then on line with No.");
-    return sentence;
 }
 
 } // namespace
@@ -65,7 +59,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , engines_(surroundings, asker_)
     , area_(MakeArea(this))
     , windows_(new WindowCommands(area_, forms_, this))
-    , notices_(MakeNotices(this))
+    , notices_(MakeNotices(strip_, this))
     , statusBar_(new StatusBarMain(this))
     , menus_(this)
     , desk_{engines_.table,
@@ -79,7 +73,8 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
             surroundings.help,
             forms_,
             [this](QWidget *form, bool activate) { windows_->ShowChild(form, activate); },
-            [this] { ShowIOMentor(*this); }}
+            [this] { ShowIOMentor(*this); },
+            [this](int p) { return BlockOf(p); }}
 {
     setObjectName(QStringLiteral("MDIFormMain"));
     // For every window of the program, boxes included.
@@ -118,34 +113,16 @@ void MDIFormMain::keyPressEvent(QKeyEvent *event)
 
 void MDIFormMain::ConnectEngines()
 {
-    On(&engines_.document, &Document::TitleChanged, this, [this](const QString &title) {
-        SetTitle(title);
-        if (!engines_.document.HasUnsavedEdits)
-            notices_->HideWhatIsSaved();
-    });
+    lines_ = new StatusLines(*this, strip_);
+    On(&engines_.document, &Document::TitleChanged, this, [this](const QString &title) { SetTitle(title); });
     On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });
     On(&engines_.drive, &DriveOperations::FatalError, this, [] { QCoreApplication::exit(1); });
-    On(&engines_.drive, &DriveOperations::WholeWriteEnded, this, [this](const QString &sentence) {
-        notices_->Tell(sentence, QStringLiteral("Compare..."), [this] { ShowCompare(*this, true); });
-    });
-    On(&engines_.drive, &DriveOperations::WentOnLineAside, this, [this] { notices_->Tell(AsideSentence()); });
-    // Once the command that went on line is through: reading the drive waits.
-    On(&engines_.drive, &DriveOperations::CompareWanted, this,
-       [this] { QTimer::singleShot(0, this, [this] { Guarded([this] { ShowCompare(*this, true); }); }); });
-    On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] {
-        if (!engines_.drive.IsAside())
-            notices_->Withdraw(AsideSentence());
-        ShowWriteReport(*this);
-    });
+    On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] { ShowWriteReport(*this); });
     On(&engines_.emulator, &DriveEmulator::StatusPanels, this,
        [this](const QString &driveStatus, const QString &driveModel) {
-           statusBar_->SetDriveStatus(driveStatus);
+           lines_->ShowDriveState(driveStatus);
            statusBar_->SetDriveModel(driveModel);
        });
-    On(&engines_.saving, &SaveCommands::SaveFailed, this,
-       [this](const QString &sentence) { notices_->Tell(sentence); });
-    On(&engines_.recoveryCopy, &RecoveryCopy::WriteFailed, this,
-       [this](const QString &sentence) { notices_->Tell(sentence); });
 }
 
 void MDIFormMain::ConnectCommands()
@@ -155,9 +132,13 @@ void MDIFormMain::ConnectCommands()
     On(statusBar_, &StatusBarMain::PanelClick, this, [this](const QString &key) {
         if (key == QLatin1String("ComStatus"))
             ToggleComStatus();
+        else if (key == QLatin1String("DriveFault"))
+            ShowFaultLog(*this);
     });
     On(menus_.Entry(QStringLiteral("mnuOptionsAskBeforeRisky")), &QAction::toggled, this,
        [this](bool isChecked) { engines_.guards.Asking = isChecked; });
+    On(menus_.Entry(QStringLiteral("mnuOptionsReconnect")), &QAction::toggled, this,
+       [this](bool isChecked) { engines_.reconnection.BySelf = isChecked; });
     // The bar and the window in front share one set of mnemonics, and the window's own come first.
     On(area_, &QMdiArea::subWindowActivated, this, [this](const QMdiSubWindow *child) {
         menus_.YieldMnemonics(child ? MnemonicsIn(*child) : QSet<QChar>());
@@ -166,6 +147,7 @@ void MDIFormMain::ConnectCommands()
         On(new QShortcut(keys, this), &QShortcut::activated, this, handler);
     };
     addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D), [this] { ShowDebug(*this); });
+    addKey(QKeySequence(Qt::Key_F8), [this] { notices_->TakeFocus(); });
     addKey(QKeySequence(Qt::CTRL | Qt::Key_F6), [this] { area_->activateNextSubWindow(); });
     addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6), [this] { area_->activatePreviousSubWindow(); });
 }
@@ -175,8 +157,13 @@ void MDIFormMain::OnComStatusChange()
     const bool isOnline = engines_.link.PortOpen();
     statusBar_->SetComStatus(isOnline);
     menus_.FollowLink(isOnline);
-    if (!isOnline)
-        notices_->Withdraw(AsideSentence());
+}
+
+QString MDIFormMain::BlockOf(int p)
+{
+    if (blocks_.isEmpty())
+        blocks_ = BlockNames(engines_.table.UpperBound() + 1);
+    return blocks_.value(p);
 }
 
 void MDIFormMain::ToggleComStatus()

@@ -4,6 +4,7 @@
 #include "desktop/Desk.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/SingleInstance.h"
+#include "platform/Strip.h"
 #include "settings/forms/FilePrint.h"
 #include "shell/CompareAccess.h"
 #include "shell/Engines.h"
@@ -21,6 +22,7 @@ namespace quorvik
 
 class NoticeStrip;
 class StatusBarMain;
+class StatusLines;
 class WindowCommands;
 
 /**
@@ -61,6 +63,9 @@ public:
     WindowCommands &Windows() { return *windows_; }
     StatusBarMain &StatusPanels() { return *statusBar_; }
 
+    /** The caption of the first block that shows a parameter; empty where none does. */
+    QString BlockOf(int p);
+
     /** The user's switch of the link, from the menu and the status panel; may be entered while it waits. */
     void ToggleComStatus();
 
@@ -89,7 +94,9 @@ private:
     FormsCollection forms_;
     QMdiArea *area_;
     WindowCommands *windows_;
+    Strip strip_;
     NoticeStrip *notices_;
+    StatusLines *lines_;
     StatusBarMain *statusBar_;
     MenuBar menus_;
     Desk desk_;
@@ -97,6 +104,7 @@ private:
     CompareAccess compareAccess_{engines_};
     VirtualOperatorFields virtualOperator_;
     QTimer TimerDelay;
+    QStringList blocks_; ///< by parameter; filled when it is asked for first
     bool isLoaded_ = false;
     bool isUnloaded_ = false;
 };

@@ -83,6 +83,7 @@ constexpr MenuRow table[] = {
     // The check marks themselves are the settings.
     {Check, "mnuOptionsShowTipsonStartup", "Show Tips on Startup"},
     {Check, "mnuOptionsAskBeforeRisky", "Ask Before &Risky Commands"},
+    {Check, "mnuOptionsReconnect", "Reconnect by &Itself"},
 
     {Menu, "mnuBlock", "&Blocks"},
 

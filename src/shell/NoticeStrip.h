@@ -1,36 +1,56 @@
 #pragma once
 
+#include <QColor>
 #include <QFrame>
-#include <functional>
+#include <QList>
+#include <QString>
 
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
+class QToolButton;
 
 namespace quorvik
 {
 
-/** A strip under the menu for news that need no answer. It takes the lines that its sentence needs, and stays
- * until it is closed. */
+class Strip;
+struct StripLine;
+
+/** The line in front of the news, under the menu: what it says, what it offers to do, and how many more stand
+ * behind it. Hidden while there is nothing to say. */
 class NoticeStrip : public QFrame
 {
     Q_OBJECT
 
 public:
-    explicit NoticeStrip(QWidget *parent);
+    /** @param strip must outlive it. */
+    NoticeStrip(Strip &strip, QWidget *parent);
 
-    /** Shows a sentence, in place of one that stands there. */
-    void Tell(const QString &sentence);
-    /** The same, with a button that does something about it. */
-    void Tell(const QString &sentence, const QString &caption, std::function<void()> run);
-    /** Takes this sentence away, where it still stands there: it holds no longer. */
-    void Withdraw(const QString &sentence);
-    /** Nothing is left to be saved: a sentence without a button was about that, and goes. */
-    void HideWhatIsSaved();
+    /** Goes to what the line offers, for the keyboard. */
+    void TakeFocus();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    void ShowLine();
+    void ShowNext();
+    void CloseLine();
+    void TakeColors();
+    const StripLine *Line() const;
+
+    Strip &strip_;
+    int position_ = 0; ///< of the line shown, in the strip's order
+    QString key_;      ///< of the same
+    QString told_;     ///< the sentence that a screen reader has said
+    QColor ground_;
     QLabel *message_;
-    QPushButton *command_;
-    std::function<void()> run_;
+    QHBoxLayout *actions_;
+    QList<QPushButton *> buttons_;
+    QToolButton *more_;
+    QToolButton *close_;
 };
 
 } // namespace quorvik

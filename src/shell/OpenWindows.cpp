@@ -1,5 +1,6 @@
 #include "shell/OpenWindows.h"
 
+#include "blocks/BlockCatalogue.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/FormVerifiedWrite.h"
 #include "emulator/forms/FormIOSimulator.h"
@@ -59,6 +60,8 @@ void ShowDebug(MDIFormMain &main)
              [&main](Desk &desk) { return new FormDebug(desk, main.AllEngines().link); });
 }
 
+void ShowLinkDetails(MDIFormMain &) {}
+
 void ShowNotes(MDIFormMain &main)
 {
     FormNotes(main.TheDesk(), &main).exec();
@@ -94,6 +97,13 @@ void ShowIOSimulator(MDIFormMain &main)
     ShowOnly(main, QStringLiteral("FormIOSimulator"), [](Desk &desk) { return new FormIOSimulator(desk); });
 }
 
+void ShowFaultLog(MDIFormMain &main)
+{
+    for (const BlockMenuEntry &block : BlockCatalogue())
+        if (block.form && QLatin1String(block.form) == QLatin1String("FormFaultLog"))
+            OpenBlock(main.TheDesk(), block, 0);
+}
+
 void ShowVirtualOperator(MDIFormMain &main)
 {
     OpenVirtualOperator(main.TheDesk(), &main, main.VirtualOperator());
@@ -110,6 +120,12 @@ void ShowCompareWithBackup(MDIFormMain &main, const QString &path)
 {
     if (FormCompare *window = ShowCompareWindow(main))
         window->CompareWithDrive({CompareSource::Kind::Backup, path});
+}
+
+void ShowUnwrittenEntries(MDIFormMain &main)
+{
+    if (FormCompare *window = ShowCompareWindow(main))
+        window->CompareWithDrive({CompareSource::Kind::Unwritten});
 }
 
 void ShowWriteReport(MDIFormMain &main)

@@ -9,6 +9,7 @@ class MDIFormMain;
 
 void ShowCommunications(MDIFormMain &main);
 void ShowDebug(MDIFormMain &main);
+void ShowLinkDetails(MDIFormMain &main);
 
 void ShowNotes(MDIFormMain &main);
 void ShowSelectDriveModel(MDIFormMain &main);
@@ -18,6 +19,7 @@ void ShowGettingStarted(MDIFormMain &main);
 void ShowAbout(MDIFormMain &main);
 
 void ShowIOSimulator(MDIFormMain &main);
+void ShowFaultLog(MDIFormMain &main);
 /** Asks first, since the panel takes every input off its destination. */
 void ShowVirtualOperator(MDIFormMain &main);
 
@@ -25,6 +27,8 @@ void ShowVirtualOperator(MDIFormMain &main);
 void ShowCompare(MDIFormMain &main, bool readDrive);
 /** The drive, read anew, beside a set of it that was kept. */
 void ShowCompareWithBackup(MDIFormMain &main, const QString &path);
+/** What had not reached the drive when a link was lost, beside the drive, which is read. */
+void ShowUnwrittenEntries(MDIFormMain &main);
 /** What the last verified write came to. */
 void ShowWriteReport(MDIFormMain &main);
 

@@ -7,7 +7,6 @@
 #include "platform/SettingsStore.h"
 #include "platform/cRegistry.h"
 #include "shell/MDIFormMain.h"
-#include "shell/NoticeStrip.h"
 #include "shell/OpenWindows.h"
 #include "shell/StatusBarMain.h"
 #include "shell/UserSettings.h"
@@ -45,6 +44,7 @@ bool MDIFormMain::Load(const QString &commandLine)
     ReadColors(settings, colors_);
     menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(ReadShowTips(settings));
     menus_.Entry(QStringLiteral("mnuOptionsAskBeforeRisky"))->setChecked(ReadAskBeforeRisky(settings));
+    menus_.Entry(QStringLiteral("mnuOptionsReconnect"))->setChecked(ReadReconnect(settings));
     engines_.backups.Newest = ReadBackups(settings);
     // On the screen before the first dialog, which needs something to stand on.
     show();
@@ -65,9 +65,10 @@ bool MDIFormMain::Load(const QString &commandLine)
     if (OfferLeftover(engines_.recoveryCopy, asker)) {
         statusBar_->SetComStatus(false);
         if (!path.isEmpty() && path != engines_.document.FileName)
-            notices_->Tell(QStringLiteral("\"%1\" was not opened: the recovered changes stand in its place. "
-                                          "Save them, then open it with File, Open.")
-                               .arg(FileTitle(path)));
+            strip_.Show({QStringLiteral("leftover"), Urgency::Warning,
+                         QStringLiteral("\"%1\" was not opened: the recovered changes stand in its place. "
+                                        "Save them, then open it with File, Open.")
+                             .arg(FileTitle(path))});
     } else if (path.isEmpty()) {
         if (engines_.drive.ChooseCommMode().outcome == Outcome::Cancelled && !engines_.link.PortOpen())
             statusBar_->SetComStatus(false);
@@ -100,6 +101,7 @@ bool MDIFormMain::Unload(bool asks)
         StoreShowTips(settings, menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->isChecked());
     });
     Guarded([&] { StoreAskBeforeRisky(settings, engines_.guards.Asking); });
+    Guarded([&] { StoreReconnect(settings, engines_.reconnection.BySelf); });
     Guarded([&] { StoreWindowPlace(settings, *this); });
     Guarded([&] { StoreColors(settings, colors_); });
 

@@ -1,12 +1,15 @@
 #include "shell/StatusBarMain.h"
 
+#include "desktop/BoxColors.h"
 #include "desktop/PlainText.h"
 #include "platform/Guard.h"
 
 #include <QDateTime>
+#include <QEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QToolButton>
+#include <utility>
 
 namespace quorvik
 {
@@ -15,6 +18,8 @@ namespace
 {
 
 constexpr int clockMs = 1000;
+constexpr QColor tripColor(0xc6, 0x28, 0x28);
+constexpr QColor stoppingColor(0xff, 0xb3, 0x00);
 
 } // namespace
 
@@ -35,6 +40,18 @@ StatusBarMain::StatusBarMain(QWidget *parent)
 
     driveStatus_ =
         AddPanel(QStringLiteral("DriveStatus"), tr("Drive status"), QStringLiteral("Current Limit"));
+    driveStatus_->installEventFilter(this);
+    driveFault_ = new QToolButton(this);
+    driveFault_->setObjectName(QStringLiteral("DriveFault"));
+    driveFault_->setAccessibleName(tr("Fault of the drive"));
+    driveFault_->setToolTip(tr("Open the Fault Log"));
+    driveFault_->setCursor(Qt::PointingHandCursor);
+    driveFault_->setFocusPolicy(Qt::StrongFocus);
+    driveFault_->setAutoRaise(true);
+    driveFault_->setAutoFillBackground(true);
+    driveFault_->hide();
+    addWidget(driveFault_);
+    On(driveFault_, &QToolButton::clicked, this, [this] { Q_EMIT PanelClick(driveFault_->objectName()); });
     driveModel_ = AddPanel(QStringLiteral("DriveModel"), tr("Drive model"), QStringLiteral("Undefined-000"));
 
     addWidget(new QWidget(this), 1);
@@ -73,9 +90,35 @@ void StatusBarMain::SetComStatus(bool isOnline)
     comStatus_->setAccessibleDescription(comStatus_->text());
 }
 
-void StatusBarMain::SetDriveStatus(const QString &text)
+void StatusBarMain::SetDriveStatus(const QString &text, Condition condition, const QString &faults)
 {
     ShowIn(driveStatus_, text);
+    driveFault_->setText(faults);
+    SetSpokenText(driveFault_, faults);
+    if (std::exchange(condition_, condition) == condition)
+        return;
+    driveFault_->setVisible(condition == Condition::Tripped);
+    driveStatus_->setAutoFillBackground(condition != Condition::Calm);
+    driveStatus_->setCursor(condition == Condition::Tripped ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    driveStatus_->setToolTip(condition == Condition::Tripped ? driveFault_->toolTip() : QString());
+    QPalette colors = palette();
+    if (condition != Condition::Calm) {
+        const QColor ground = condition == Condition::Tripped ? tripColor : stoppingColor;
+        for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Button})
+            colors.setColor(role, ground);
+        for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::ButtonText})
+            colors.setColor(role, ContrastingText(ground));
+    }
+    driveStatus_->setPalette(colors);
+    driveFault_->setPalette(colors);
+}
+
+bool StatusBarMain::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == driveStatus_ && event->type() == QEvent::MouseButtonRelease &&
+        condition_ == Condition::Tripped)
+        driveFault_->click();
+    return QStatusBar::eventFilter(watched, event);
 }
 
 void StatusBarMain::SetDriveModel(const QString &text)

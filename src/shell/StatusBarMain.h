@@ -2,6 +2,7 @@
 
 #include <QStatusBar>
 #include <QTimer>
+#include <cstdint>
 
 class QLabel;
 class QToolButton;
@@ -18,7 +19,13 @@ public:
     explicit StatusBarMain(QWidget *parent);
 
     void SetComStatus(bool isOnline);
-    void SetDriveStatus(const QString &text);
+    /** How far the drive's state wants to be seen. */
+    enum class Condition : std::uint8_t { Calm, Stopping, Tripped };
+
+    /** @param text the state, empty where none is known. @param faults what stands beside it, such as ":
+     * Phase Loss"; empty for nothing. */
+    void SetDriveStatus(const QString &text, Condition condition = Condition::Calm,
+                        const QString &faults = {});
     void SetDriveModel(const QString &text);
 
 Q_SIGNALS:
@@ -31,7 +38,11 @@ private:
     void ShowClock();
 
     QToolButton *comStatus_;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
     QLabel *driveStatus_;
+    QToolButton *driveFault_;
+    Condition condition_ = Condition::Calm;
     QLabel *driveModel_;
     QLabel *date_ = nullptr;
     QLabel *time_ = nullptr;

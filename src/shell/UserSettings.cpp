@@ -48,10 +48,17 @@ const QString &AskBeforeRisky()
     return key;
 }
 
-/** An entry of the Options menu that is checked where nothing is stored. */
-bool ReadFlag(const SettingsStore &settings, const QString &key)
+const QString &ReconnectByItself()
 {
-    const QString text = settings.GetSetting(Options(), key, QStringLiteral("True"));
+    static const QString key = QStringLiteral("Reconnect by Itself");
+    return key;
+}
+
+/** A check mark of the Options menu. */
+bool ReadFlag(const SettingsStore &settings, const QString &key, bool isUsual = true)
+{
+    const QString text =
+        settings.GetSetting(Options(), key, isUsual ? QStringLiteral("True") : QStringLiteral("False"));
     return text.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && text != QLatin1String("0");
 }
 
@@ -141,6 +148,16 @@ bool ReadAskBeforeRisky(const SettingsStore &settings)
 void StoreAskBeforeRisky(SettingsStore &settings, bool ask)
 {
     StoreFlag(settings, AskBeforeRisky(), ask);
+}
+
+bool ReadReconnect(const SettingsStore &settings)
+{
+    return ReadFlag(settings, ReconnectByItself(), false);
+}
+
+void StoreReconnect(SettingsStore &settings, bool bySelf)
+{
+    StoreFlag(settings, ReconnectByItself(), bySelf);
 }
 
 int ReadCommPort(const SettingsStore &settings)

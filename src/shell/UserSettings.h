@@ -16,6 +16,10 @@ void StoreShowTips(SettingsStore &settings, bool show);
 bool ReadAskBeforeRisky(const SettingsStore &settings);
 void StoreAskBeforeRisky(SettingsStore &settings, bool ask);
 
+/** Whether a drive that was lost is read by itself once it answers; not where nothing is stored. */
+bool ReadReconnect(const SettingsStore &settings);
+void StoreReconnect(SettingsStore &settings, bool bySelf);
+
 /** How many sets of drives are kept before something is written to them, 1 to 10000; Backups::UsualNewest
  * where nothing usable is stored. */
 int ReadBackups(const SettingsStore &settings);

@@ -20,6 +20,7 @@ public:
         return nullptr;
     }
     QList<KeptSet> KeptSets() const override { return {}; }
+    std::optional<ParameterSet> UnwrittenEntries() const override { return {}; }
     const SaveCommands &Saving() const override { return saving_; }
     QStringList BlockNames() const override;
 

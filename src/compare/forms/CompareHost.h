@@ -5,6 +5,7 @@
 #include "operations/Outcome.h"
 
 #include <QList>
+#include <optional>
 
 namespace quorvik
 {
@@ -35,6 +36,8 @@ public:
     };
     /** The newest first. */
     virtual QList<KeptSet> KeptSets() const = 0;
+    /** The entries that had not reached the drive when a link was lost, and nothing else; null for none. */
+    virtual std::optional<ParameterSet> UnwrittenEntries() const = 0;
     /** Who knows the one file that is never saved over. */
     virtual const SaveCommands &Saving() const = 0;
     /** By number, the caption of the first block that shows a parameter; empty where none does. */

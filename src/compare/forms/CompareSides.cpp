@@ -105,6 +105,8 @@ QWidget *CompareSides::MakeSide(int side)
 void CompareSides::ListSources()
 {
     QList<CompareSource> sources{{Kind::OpenSet}, {Kind::Drive}, {Kind::Factory}};
+    if (host_.UnwrittenEntries() || Uses({Kind::Unwritten}))
+        sources.append({Kind::Unwritten});
     sources += files_;
     for (const CompareHost::KeptSet &kept : host_.KeptSets())
         sources.append({Kind::Backup, kept.path});
@@ -134,6 +136,8 @@ QString CompareSides::CaptionOf(const CompareSource &source) const
         return QStringLiteral("Backup ") + ShowableText(QFileInfo(source.path).completeBaseName(), false);
     case Kind::File:
         return ShowableText(FileTitle(source.path), false);
+    case Kind::Unwritten:
+        return QStringLiteral("Entries not written");
     case Kind::None:
         break;
     }
@@ -236,6 +240,10 @@ void CompareSides::Load(int side)
     case Kind::Backup:
         set = ParameterSet::FromFile(source.path, desk_.table, failure);
         set.name = source.kind == Kind::Backup ? CaptionOf(source).replace(0, 1, u'b') : CaptionOf(source);
+        break;
+    case Kind::Unwritten:
+        set = host_.UnwrittenEntries().value_or(ParameterSet{});
+        set.name = QStringLiteral("entries not written");
         break;
     case Kind::None:
         set = {};

@@ -16,7 +16,7 @@ struct WriteReport;
 
 /** Where a set comes from. */
 struct CompareSource {
-    enum class Kind : std::uint8_t { None, OpenSet, Drive, Factory, File, Backup };
+    enum class Kind : std::uint8_t { None, OpenSet, Drive, Factory, File, Backup, Unwritten };
 
     Kind kind = Kind::None;
     QString path = {}; ///< of a file and a backup

@@ -32,6 +32,7 @@ public:
         return &Report;
     }
     QList<KeptSet> KeptSets() const override { return Kept; }
+    std::optional<ParameterSet> UnwrittenEntries() const override { return {}; }
     const SaveCommands &Saving() const override { return saving; }
     QStringList BlockNames() const override { return Blocks; }
 

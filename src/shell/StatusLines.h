@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <set>
+
+namespace quorvik
+{
+
+class MDIFormMain;
+class Reconnection;
+class Strip;
+struct Engines;
+
+/** Keeps the news under the menu true: what they say of link, drive and open set is looked up in the engines,
+ * and a line goes as soon as it holds no longer. */
+class StatusLines : public QObject
+{
+    Q_OBJECT
+
+public:
+    StatusLines(MDIFormMain &main, Strip &strip);
+
+    /** Shows the drive's state in its panel, and what the fault is beside it.
+     * @param text empty where no state is known. */
+    void ShowDriveState(const QString &text);
+    /** "Com5 (/dev/ttyUSB0)". */
+    QString PortText() const;
+
+private:
+    void FollowEngines();
+    void Refresh();
+    void ShowLink();
+    void ShowLost();
+    void ShowUnwritten();
+    void ShowUnsaved();
+    void ShowRanWhenSaved();
+    void ShowTrip();
+    void ShowAside();
+
+    MDIFormMain &main_;
+    Engines &engines_;
+    Strip &strip_;
+    QTimer waiting_;        ///< an answer that comes at once is not worth a line
+    std::set<int> unsaved_; ///< parameters that the drive has taken since it saved last
+    bool wasTripped_ = false;
+    bool wasOnLine_ = false; ///< the open set was the drive's when the link was closed
+    QString tripSentence_;
+};
+
+} // namespace quorvik
