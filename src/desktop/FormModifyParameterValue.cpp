@@ -1,23 +1,29 @@
 #include "desktop/FormModifyParameterValue.h"
 
+#include "desktop/FactsHead.h"
+#include "desktop/InlineMessage.h"
+#include "desktop/PlaceBeside.h"
+#include "desktop/PlainText.h"
 #include "desktop/TextBoxFunctions.h"
 #include "desktop/TitleRoom.h"
 #include "desktop/TypeToChoose.h"
+#include "desktop/ValueBox.h"
+#include "link/ValueStates.h"
 #include "model/Conversions.h"
 #include "model/ParameterTable.h"
 #include "model/TextTables.h"
 #include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
-#include "platform/Asker.h"
-#include "platform/Guard.h"
-#include "platform/Numbers.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <algorithm>
 
 namespace quorvik
@@ -28,10 +34,9 @@ namespace
 
 enum TextRow { MaxRow, MinRow, NewRow };
 
-constexpr int StopModeType = 21;
-constexpr int QuickStop = 1;
-/** From this code on the models cannot regenerate and have no quick stop. */
-constexpr int FirstNonRegenerativeModel = 17;
+constexpr int UpdateScreenMs = 500;
+/** Units of the last place that Page Up and Page Down step by. */
+constexpr int PageUnits = 10;
 
 constexpr int TwipsPerPixel = 15;
 /** The height of a line of text for which the sizes in twips were made. */
@@ -55,11 +60,20 @@ int LettersOfTheWidest(const QStringList &items, const QFontMetrics &metrics)
 FormModifyParameterValue::FormModifyParameterValue(Desk &desk, QWidget *owner, int p, std::int32_t rawValue)
     : DialogForm(desk, owner, QStringLiteral("FormModifyParameterValue"), {},
                  QStringLiteral("Change a Value.htm"))
+    , head_(new FactsHead(desk, p, this))
+    , message_(new InlineMessage(QStringLiteral("LabelMessage"), this))
     , param_(p)
     , rawValue_(rawValue)
 {
+    if (const auto *box = qobject_cast<const ValueBox *>(QApplication::focusWidget()))
+        box_ = QRect(box->mapToGlobal(QPoint()), box->size());
     MakeControls();
     Load();
+    PlaceBesideBox();
+    auto *timer = new QTimer(this);
+    timer->setObjectName(QStringLiteral("TimerUpdateScreen"));
+    On(timer, &QTimer::timeout, this, [this] { tickGuard_.Run([this] { TimerUpdateScreen_Timer(); }); });
+    timer->start(UpdateScreenMs);
 }
 
 void FormModifyParameterValue::MakeControls()
@@ -76,7 +90,7 @@ void FormModifyParameterValue::MakeControls()
         labelUnits_[i] = new QLabel(this);
         labelUnits_[i]->setObjectName(ControlName("LabelUnits", i));
         labelUnits_[i]->setTextFormat(Qt::PlainText);
-        On(textValue_[i], &QLineEdit::textChanged, this, [this](const QString &text) { newValue_ = text; });
+        On(textValue_[i], &QLineEdit::textChanged, this, [this](const QString &text) { EntryChanged(text); });
         SelectAllOnFocus(textValue_[i]);
         if (i != NewRow) {
             textValue_[i]->setReadOnly(true);
@@ -88,7 +102,7 @@ void FormModifyParameterValue::MakeControls()
         option1_[i]->setObjectName(ControlName("Option1", i));
         On(option1_[i], &QRadioButton::toggled, this, [this, i](bool on) {
             if (on)
-                newValue_ = QString::number(i);
+                EntryChanged(QString::number(i));
         });
     }
     comboParameterSelect_ = new QComboBox(this);
@@ -97,16 +111,26 @@ void FormModifyParameterValue::MakeControls()
     comboParameterSelect_->setMaxVisibleItems(20);
     comboParameterSelect_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
 
-    commandOK_ = new QPushButton(QStringLiteral("OK"), this);
-    commandOK_->setObjectName(QStringLiteral("CommandOK"));
+    for (QWidget *control : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        control->setVisible(control == head_);
+
+    commandFactory_ = MakeButton("CommandFactory", QStringLiteral("&Factory value"));
+    On(commandFactory_, &QPushButton::clicked, this, [this] { Fill(head_->Facts().FactoryValue()); });
+    commandFile_ = MakeButton("CommandFile", QStringLiteral("F&ile value"));
+    commandFile_->setVisible(head_->Facts().FileValue().has_value());
+    On(commandFile_, &QPushButton::clicked, this, [this] { Fill(*head_->Facts().FileValue()); });
+    commandOK_ = MakeButton("CommandOK", QStringLiteral("OK"));
     commandOK_->setDefault(true);
     On(commandOK_, &QPushButton::clicked, this, [this] { CommandOK_Click(); });
-    commandCancel_ = new QPushButton(QStringLiteral("Cancel"), this);
-    commandCancel_->setObjectName(QStringLiteral("CommandCancel"));
+    commandCancel_ = MakeButton("CommandCancel", QStringLiteral("Cancel"));
     On(commandCancel_, &QPushButton::clicked, this, [this] { reject(); });
+}
 
-    for (QWidget *control : findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
-        control->setVisible(control == commandOK_ || control == commandCancel_);
+QPushButton *FormModifyParameterValue::MakeButton(const char *name, const QString &caption)
+{
+    auto *button = new QPushButton(caption, this);
+    button->setObjectName(QString::fromLatin1(name));
+    return button;
 }
 
 void FormModifyParameterValue::Load()
@@ -115,55 +139,69 @@ void FormModifyParameterValue::Load()
     const int typeCode = TypeCode(table[param_].Attributes);
     const ValueType &type = TypeOf(typeCode);
     setWindowTitle(QString::fromLatin1(type.prompt));
+    auto *whole = new QVBoxLayout(this);
+    whole->addWidget(head_);
+    whole->addSpacing(fontMetrics().height() / 2);
+    auto *entry = new QGridLayout;
+    whole->addLayout(entry);
+    whole->addWidget(message_);
+    whole->addStretch();
+    whole->addLayout(LayOutButtons());
     if (type.form == ValueType::Form::Parameter)
-        LayOutCombo();
+        LayOutCombo(entry);
     else if (type.form == ValueType::Form::List)
-        LayOutOptions(EnumCount(typeCode));
+        LayOutOptions(entry, EnumCount(typeCode));
     else
-        LayOutNumber();
+        LayOutNumber(entry);
+    commandFactory_->setEnabled(CanFill(head_->Facts().FactoryValue()));
+    commandFile_->setEnabled(head_->Facts().FileValue() && CanFill(*head_->Facts().FileValue()));
 }
 
-void FormModifyParameterValue::LayOutCombo()
+QBoxLayout *FormModifyParameterValue::LayOutButtons()
+{
+    auto *line = new QHBoxLayout;
+    line->addWidget(commandFactory_);
+    line->addWidget(commandFile_);
+    line->addStretch();
+    // Options have them at their side.
+    if (!IsEnumerated(TypeCode(desk().table[param_].Attributes))) {
+        line->addWidget(commandOK_);
+        line->addWidget(commandCancel_);
+    }
+    return line;
+}
+
+void FormModifyParameterValue::LayOutCombo(QGridLayout *layout)
 {
     const ParamChoices choices = desk().rules.FillParamCombo(param_);
     comboParameterSelect_->addItems(choices.items);
     comboParameterSelect_->setMinimumContentsLength(LettersOfTheWidest(choices.items, fontMetrics()));
     comboParameterSelect_->setCurrentIndex(-1);
     On(comboParameterSelect_, &QComboBox::currentTextChanged, this,
-       [this](const QString &item) { newValue_ = item.left(item.indexOf(u' ')); });
+       [this](const QString &item) { EntryChanged(item.left(item.indexOf(u' '))); });
     comboParameterSelect_->setCurrentIndex(choices.selected);
 
-    auto *layout = new QGridLayout(this);
-    layout->addWidget(comboParameterSelect_, 0, 0, 1, 3);
-    layout->addWidget(commandOK_, 1, 1);
-    layout->addWidget(commandCancel_, 1, 2);
-    layout->setColumnStretch(0, 1);
-    layout->setRowStretch(2, 1);
+    layout->addWidget(comboParameterSelect_, 0, 0);
     TypeToChoose(comboParameterSelect_);
     comboParameterSelect_->show();
     comboParameterSelect_->setFocus();
     ResizeTo(4080, 1800);
 }
 
-void FormModifyParameterValue::LayOutOptions(int count)
+void FormModifyParameterValue::LayOutOptions(QGridLayout *layout, int count)
 {
-    const ParameterTable &table = desk().table;
-    const int typeCode = TypeCode(table[param_].Attributes);
+    const int typeCode = TypeCode(desk().table[param_].Attributes);
     for (int i = 0; i < int(option1_.size()); ++i)
         option1_[i]->setText(EnumText(i, typeCode));
 
-    auto *layout = new QGridLayout(this);
     for (int i = 0; i < count; ++i) {
         layout->addWidget(option1_[i], i, 0);
-        option1_[i]->show();
+        option1_[i]->setVisible(head_->Facts().HasOption(i));
     }
     layout->addWidget(commandOK_, 0, 1);
     layout->addWidget(commandCancel_, count - 1, 1);
-    layout->setHorizontalSpacing(2 * fontMetrics().height());
-    layout->setRowStretch(count, 1);
-
-    if (typeCode == StopModeType && table.Value(Param::DriveModel) >= FirstNonRegenerativeModel)
-        option1_[QuickStop]->hide();
+    layout->setColumnStretch(0, 1);
+    TypeToChoose(QList<QAbstractButton *>(option1_.begin(), option1_.end()));
     // A value without an option leaves nothing chosen, and OK then asks for a choice.
     if (rawValue_ >= 0 && rawValue_ < int(option1_.size())) {
         option1_[rawValue_]->setChecked(true);
@@ -172,24 +210,23 @@ void FormModifyParameterValue::LayOutOptions(int count)
     ResizeTo(count == 2 ? 2760 : 3000, 2000);
 }
 
-void FormModifyParameterValue::LayOutNumber()
+void FormModifyParameterValue::LayOutNumber(QGridLayout *layout)
 {
     const ParameterTable &table = desk().table;
     const ParamRecord &record = table[param_];
     const std::int32_t rawValues[] = {record.Max, record.Min, rawValue_};
-    auto *layout = new QGridLayout(this);
     for (int i = 0; i < 3; ++i) {
         textValue_[i]->setText(NumberText(rawValues[i], record.Attributes));
         labelUnits_[i]->setText(UnitText(record.Attributes));
         layout->addWidget(labelValue_[i], i, 0);
-        layout->addWidget(textValue_[i], i, 1, 1, 2);
-        layout->addWidget(labelUnits_[i], i, 3);
+        layout->addWidget(textValue_[i], i, 1);
+        layout->addWidget(labelUnits_[i], i, 2);
         labelValue_[i]->show();
         textValue_[i]->show();
         labelUnits_[i]->show();
     }
-    layout->addWidget(commandOK_, 3, 1);
-    layout->addWidget(commandCancel_, 3, 2, 1, 2);
+    layout->setColumnStretch(3, 1);
+    textValue_[NewRow]->installEventFilter(this);
     textValue_[NewRow]->setFocus();
     ResizeTo(4080, 2460);
 }
@@ -199,6 +236,98 @@ void FormModifyParameterValue::ResizeTo(int widthTwips, int heightTwips)
     const double scale = std::max(1.0, fontMetrics().height() / DesignTextHeight) / TwipsPerPixel;
     const int width = std::max(int(widthTwips * scale), RoomForTitle(*this, windowTitle()));
     resize(QSize(width, int(heightTwips * scale)).expandedTo(sizeHint()));
+    Grow();
+}
+
+void FormModifyParameterValue::Grow()
+{
+    const int needed = layout()->totalHeightForWidth(width());
+    if (needed <= height())
+        return;
+    resize(width(), needed);
+    PlaceBesideBox();
+}
+
+void FormModifyParameterValue::PlaceBesideBox()
+{
+    if (!box_.isEmpty())
+        PlaceWindowBeside(box_, *this);
+}
+
+void FormModifyParameterValue::TimerUpdateScreen_Timer()
+{
+    head_->Refresh();
+    Grow();
+}
+
+bool FormModifyParameterValue::CanFill(std::int32_t rawValue) const
+{
+    switch (TypeOf(TypeCode(desk().table[param_].Attributes)).form) {
+    case ValueType::Form::Parameter:
+        return comboParameterSelect_->findText(QStringLiteral("%1 ").arg(rawValue), Qt::MatchStartsWith) >= 0;
+    case ValueType::Form::List:
+        return rawValue >= 0 && head_->Facts().HasOption(rawValue);
+    default:
+        return true;
+    }
+}
+
+void FormModifyParameterValue::Fill(std::int32_t rawValue)
+{
+    const std::int32_t attributes = desk().table[param_].Attributes;
+    switch (TypeOf(TypeCode(attributes)).form) {
+    case ValueType::Form::Parameter:
+        comboParameterSelect_->setCurrentIndex(
+            comboParameterSelect_->findText(QStringLiteral("%1 ").arg(rawValue), Qt::MatchStartsWith));
+        comboParameterSelect_->setFocus();
+        break;
+    case ValueType::Form::List:
+        option1_.at(std::size_t(rawValue))->setChecked(true);
+        option1_.at(std::size_t(rawValue))->setFocus();
+        break;
+    default:
+        textValue_[NewRow]->setText(NumberText(rawValue, attributes));
+        AskAgain();
+    }
+}
+
+bool FormModifyParameterValue::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == textValue_[NewRow] && event->type() == QEvent::KeyPress) {
+        bool isStep = false;
+        Guarded([&] { isStep = Step(static_cast<const QKeyEvent *>(event)->key()); });
+        if (isStep)
+            return true;
+    }
+    return DialogForm::eventFilter(watched, event);
+}
+
+bool FormModifyParameterValue::Step(int key)
+{
+    const bool isUp = key == Qt::Key_Up || key == Qt::Key_PageUp;
+    const bool isPage = key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+    if (!isUp && !isPage && key != Qt::Key_Down)
+        return false;
+    const int units = isPage ? PageUnits : 1;
+    if (const auto stepped = desk().rules.SteppedEntry(param_, newValue_, isUp ? units : -units)) {
+        textValue_[NewRow]->setText(*stepped);
+        SelectAllText(textValue_[NewRow]);
+    }
+    return true;
+}
+
+void FormModifyParameterValue::EntryChanged(const QString &newValue)
+{
+    newValue_ = newValue;
+    message_->hide();
+    SetSpokenText(textValue_[NewRow], {});
+}
+
+void FormModifyParameterValue::TellRefusal(const QString &refusal)
+{
+    message_->Tell(refusal);
+    SetSpokenText(textValue_[NewRow], refusal);
+    Grow();
 }
 
 void FormModifyParameterValue::AskAgain()
@@ -209,28 +338,17 @@ void FormModifyParameterValue::AskAgain()
 
 bool FormModifyParameterValue::IsAcceptable()
 {
-    const ParameterTable &table = desk().table;
-    const ParamRecord &record = table[param_];
-    if (!IsNumeric(newValue_)) {
-        desk().asker.MsgBox(QStringLiteral("Must be a numeric value. Please Re-enter."), MsgButtons::Ok,
-                            MsgIcon::Exclamation, {});
+    const TypedEntry entry = desk().rules.CheckEntry(param_, newValue_);
+    if (!entry.refusal.isEmpty()) {
+        TellRefusal(entry.refusal);
         AskAgain();
         return false;
     }
-    rawValue_ = desk().rules.EntryToRawOf(param_, newValue_);
-    if (table.AttrBit(Attr::Destination, param_)) {
-        if (desk().rules.ResolveDestinationConflict(param_, ToInt16(rawValue_)))
-            return true;
-        comboParameterSelect_->setFocus();
-        return false;
-    }
-    if (rawValue_ >= record.Min && rawValue_ <= record.Max)
+    rawValue_ = entry.rawValue;
+    if (!desk().table.AttrBit(Attr::Destination, param_) ||
+        desk().rules.ResolveDestinationConflict(param_, ToInt16(rawValue_)))
         return true;
-    desk().asker.MsgBox(QStringLiteral("Please enter a value between ") +
-                            ValueText(record.Min, record.Attributes) + QStringLiteral(" and ") +
-                            ValueText(record.Max, record.Attributes),
-                        MsgButtons::Ok, MsgIcon::None, {});
-    AskAgain();
+    comboParameterSelect_->setFocus();
     return false;
 }
 
@@ -238,6 +356,13 @@ void FormModifyParameterValue::CommandOK_Click()
 {
     if (IsAcceptable())
         accept();
+}
+
+void FormModifyParameterValue::done(int result)
+{
+    // Whatever the drive has refused stood here.
+    desk().states.Touch(param_);
+    DialogForm::done(result);
 }
 
 std::optional<std::int32_t> FormModifyParameterValue::EditedValue() const

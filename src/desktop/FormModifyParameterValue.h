@@ -1,12 +1,16 @@
 #pragma once
 
 #include "desktop/Form.h"
+#include "platform/Guard.h"
 
+#include <QRect>
 #include <array>
 #include <cstdint>
 #include <optional>
 
+class QBoxLayout;
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QRadioButton;
@@ -14,7 +18,11 @@ class QRadioButton;
 namespace quorvik
 {
 
-/** The one place where a user types or picks a parameter's value. */
+class FactsHead;
+class InlineMessage;
+
+/** The one place where a user types or picks a parameter's value. It opens beside the value box that has the
+ * focus. */
 class FormModifyParameterValue : public DialogForm
 {
     Q_OBJECT
@@ -29,13 +37,28 @@ public:
     /** The present choice as text: the number typed, the option's index, or the number of the parameter. */
     const QString &NewValue() const { return newValue_; }
 
+    void done(int result) override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void MakeControls();
+    QPushButton *MakeButton(const char *name, const QString &caption);
     void Load();
-    void LayOutCombo();
-    void LayOutOptions(int count);
-    void LayOutNumber();
+    void LayOutCombo(QGridLayout *layout);
+    void LayOutOptions(QGridLayout *layout, int count);
+    void LayOutNumber(QGridLayout *layout);
+    QBoxLayout *LayOutButtons();
     void ResizeTo(int widthTwips, int heightTwips);
+    void Grow();
+    void PlaceBesideBox();
+    void TimerUpdateScreen_Timer();
+    bool CanFill(std::int32_t rawValue) const;
+    void Fill(std::int32_t rawValue);
+    bool Step(int key);
+    void TellRefusal(const QString &refusal);
+    void EntryChanged(const QString &newValue);
     void AskAgain();
     void CommandOK_Click();
     bool IsAcceptable();
@@ -47,6 +70,12 @@ private:
     QComboBox *comboParameterSelect_ = nullptr;
     QPushButton *commandOK_ = nullptr;
     QPushButton *commandCancel_ = nullptr;
+    QPushButton *commandFactory_ = nullptr;
+    QPushButton *commandFile_ = nullptr;
+    FactsHead *head_;
+    InlineMessage *message_;
+    TickGuard tickGuard_;
+    QRect box_; ///< the value box on the screen; empty for none
     QString newValue_;
     int param_;
     std::int32_t rawValue_;

@@ -7,6 +7,8 @@
 #include "platform/Numbers.h"
 #include "platform/RuntimeFailure.h"
 
+#include <algorithm>
+
 namespace quorvik
 {
 
@@ -43,6 +45,47 @@ bool EntryRules::ValidateEntry(const QString &text, const QString &label, int p)
         return true;
     ShowRangeMessage(label, record.Min, record.Max, record.Attributes, false);
     return false;
+}
+
+TypedEntry EntryRules::ReadEntry(int p, const QString &typed) const
+{
+    const std::optional<QString> number = PointForComma(typed);
+    if (!number) {
+        const QString entry = typed.trimmed();
+        return {.refusal = QStringLiteral("\"%1\" may mean %2 or %3. Please type a point, or no comma.")
+                               .arg(entry, QString(entry).replace(u',', u'.'), QString(entry).remove(u','))};
+    }
+    if (!IsNumeric(*number))
+        return {.refusal = QStringLiteral("Must be a numeric value. Please Re-enter.")};
+    try {
+        return {.rawValue = EntryToRawOf(p, *number)};
+    } catch (const RuntimeFailure &failure) {
+        return {.refusal = failure.Sentence()};
+    }
+}
+
+TypedEntry EntryRules::CheckEntry(int p, const QString &typed) const
+{
+    const ParamRecord &record = table_[p];
+    TypedEntry entry = ReadEntry(p, typed);
+    if (!entry.refusal.isEmpty() || table_.AttrBit(Attr::Destination, p))
+        return entry;
+    if (entry.rawValue < record.Min || entry.rawValue > record.Max)
+        entry.refusal = QStringLiteral("Please enter a value between ") +
+                        ValueText(record.Min, record.Attributes) + QStringLiteral(" and ") +
+                        ValueText(record.Max, record.Attributes);
+    return entry;
+}
+
+std::optional<QString> EntryRules::SteppedEntry(int p, const QString &typed, int units) const
+{
+    const ParamRecord &record = table_[p];
+    const TypedEntry entry = ReadEntry(p, typed);
+    if (!entry.refusal.isEmpty())
+        return std::nullopt;
+    const std::int64_t stepped = std::int64_t(entry.rawValue) + units;
+    const auto rawValue = std::max<std::int64_t>(record.Min, std::min<std::int64_t>(record.Max, stepped));
+    return NumberText(std::int32_t(rawValue), record.Attributes);
 }
 
 std::int32_t EntryRules::EntryToRawOf(int p, const QString &text) const

@@ -3,6 +3,7 @@
 #include "platform/Asker.h"
 
 #include <QStringList>
+#include <optional>
 
 namespace quorvik
 {
@@ -14,6 +15,12 @@ class ParameterTable;
 struct ParamChoices {
     QStringList items;
     int selected = -1;
+};
+
+/** An entry as it was typed: its raw value, or the sentence that tells why it is none. */
+struct TypedEntry {
+    std::int32_t rawValue = 0;
+    QString refusal = {};
 };
 
 /** The number before the first blank of such an item; raises RuntimeFailure where there is none. */
@@ -33,6 +40,12 @@ public:
 
     /** Whether text is an acceptable entry for p; tells the user why not. */
     bool ValidateEntry(const QString &text, const QString &label, int p);
+
+    /** An entry of the edit dialog for p, checked all but for a destination in use; tells nobody. */
+    TypedEntry CheckEntry(int p, const QString &typed) const;
+    /** The entry so many units of its last place further, within the limits; nothing where it is no number.
+     */
+    std::optional<QString> SteppedEntry(int p, const QString &typed, int units) const;
 
     /** The raw value of an entry for p; a failure names the parameter. */
     std::int32_t EntryToRawOf(int p, const QString &text) const;
@@ -55,6 +68,8 @@ public:
     ParamChoices FillParamCombo(int p) const;
 
 private:
+    TypedEntry ReadEntry(int p, const QString &typed) const;
+
     ParameterTable &table_;
     Asker &asker_;
 };

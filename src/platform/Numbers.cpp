@@ -33,6 +33,23 @@ bool IsNumeric(QStringView text)
     return ParseNumber(text).has_value();
 }
 
+std::optional<QString> PointForComma(const QString &typed)
+{
+    if (typed.count(u',') != 1 || typed.contains(u'.'))
+        return typed;
+    const qsizetype comma = typed.indexOf(u',');
+    QString pointed = typed;
+    pointed[comma] = u'.';
+    if (!IsNumeric(pointed))
+        return typed;
+    constexpr int digitsOfThousands = 3;
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    const auto *afterDigits = std::find_if_not(typed.cbegin() + comma + 1, typed.cend(), isDigit);
+    if (afterDigits - typed.cbegin() == comma + 1 + digitsOfThousands)
+        return std::nullopt;
+    return pointed;
+}
+
 double CDbl(QStringView text)
 {
     const std::optional<double> value = ParseNumber(text);

@@ -16,6 +16,13 @@ std::optional<double> ParseNumber(QStringView text);
 
 bool IsNumeric(QStringView text);
 
+/**
+ * What a user typed, with a point where the only comma of a number stands for one: "12,5" is "12.5". Other
+ * texts stay as they are.
+ * @return nothing where exactly three digits follow the comma, for "1,000" may be one or a thousand.
+ */
+std::optional<QString> PointForComma(const QString &typed);
+
 /** ParseNumber(), raising RuntimeFailure where the text is no number. */
 double CDbl(QStringView text);
 

@@ -24,12 +24,13 @@ TEST(BoxColors, TextIsWhicheverContrastsMore)
 
 TEST(TypeToChoose, TakesTheWholeNumberOrNothing)
 {
-    const std::pair<const char *, const char *> cases[] = {{"22", "22 c"},   {"2", "2 a"},    {"21", "217 d"},
-                                                           {"217", "217 d"}, {"218", "20 b"}, {"x", "20 b"}};
+    const std::pair<const char *, const char *> cases[] = {{"22", "22 Ccb"}, {"2", "2 a"},    {"21", "217 d"},
+                                                           {"217", "217 d"}, {"218", "20 b"}, {"x", "20 b"},
+                                                           {"cc", "22 Ccb"}, {"C", "22 Ccb"}};
     for (const auto &[typed, chosen] : cases) {
         QComboBox list;
         TypeToChoose(&list);
-        list.addItems({Name("2 a"), Name("20 b"), Name("22 c"), Name("217 d")});
+        list.addItems({Name("2 a"), Name("20 b"), Name("22 Ccb"), Name("217 d")});
         list.setCurrentIndex(1);
         QTest::keyClicks(&list, Name(typed));
         EXPECT_EQ(list.currentText(), Name(chosen)) << typed;
