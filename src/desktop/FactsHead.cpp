@@ -12,22 +12,27 @@ namespace quorvik
 namespace
 {
 
-/** So many average letters a line is wide before it wraps. */
-constexpr int LettersOfLine = 56;
+/** What a line holds before it wraps. */
+const QString &UsualLine()
+{
+    static const QString line =
+        QStringLiteral("now -100.00 % (read 9.9 s ago), factory 0.00, in the file 0.00");
+    return line;
+}
 
 } // namespace
 
 FactsHead::FactsHead(const Desk &desk, int p, QWidget *parent)
     : QWidget(parent)
     , facts_(desk, p)
-    , labelValues_(MakeLabel("LabelValues", facts_.Values()))
-    , labelLimits_(MakeLabel("LabelLimits", facts_.Limits()))
 {
     auto *parameter = MakeLabel("LabelParameter", desk.table.FullName(p));
     QFont bold = parameter->font();
     bold.setBold(true);
     parameter->setFont(bold);
     auto *block = MakeLabel("LabelBlock", facts_.Block());
+    labelValues_ = MakeLabel("LabelValues", facts_.Values());
+    labelLimits_ = MakeLabel("LabelLimits", facts_.Limits());
     auto *firstLine = new QHBoxLayout;
     firstLine->addWidget(parameter);
     firstLine->addStretch();
@@ -36,7 +41,7 @@ FactsHead::FactsHead(const Desk &desk, int p, QWidget *parent)
 
     for (QLabel *label : {labelValues_, labelLimits_})
         label->setWordWrap(true);
-    labelValues_->setMinimumWidth(LettersOfLine * fontMetrics().averageCharWidth());
+    labelValues_->setMinimumWidth(fontMetrics().horizontalAdvance(UsualLine()));
     auto *lines = new QVBoxLayout(this);
     lines->setContentsMargins({});
     lines->addLayout(firstLine);

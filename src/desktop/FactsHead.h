@@ -23,8 +23,8 @@ private:
     QLabel *MakeLabel(const char *name, const QString &text);
 
     ValueFacts facts_;
-    QLabel *labelValues_;
-    QLabel *labelLimits_;
+    QLabel *labelValues_ = nullptr;
+    QLabel *labelLimits_ = nullptr;
 };
 
 } // namespace quorvik

@@ -90,9 +90,11 @@ void FormModifyParameterValue::MakeControls()
         labelUnits_[i] = new QLabel(this);
         labelUnits_[i]->setObjectName(ControlName("LabelUnits", i));
         labelUnits_[i]->setTextFormat(Qt::PlainText);
-        On(textValue_[i], &QLineEdit::textChanged, this, [this](const QString &text) { EntryChanged(text); });
         SelectAllOnFocus(textValue_[i]);
-        if (i != NewRow) {
+        if (i == NewRow) {
+            On(textValue_[i], &QLineEdit::textChanged, this,
+               [this](const QString &text) { EntryChanged(text); });
+        } else {
             textValue_[i]->setReadOnly(true);
             textValue_[i]->setFocusPolicy(Qt::NoFocus);
         }
@@ -118,7 +120,10 @@ void FormModifyParameterValue::MakeControls()
     On(commandFactory_, &QPushButton::clicked, this, [this] { Fill(head_->Facts().FactoryValue()); });
     commandFile_ = MakeButton("CommandFile", QStringLiteral("F&ile value"));
     commandFile_->setVisible(head_->Facts().FileValue().has_value());
-    On(commandFile_, &QPushButton::clicked, this, [this] { Fill(*head_->Facts().FileValue()); });
+    On(commandFile_, &QPushButton::clicked, this, [this] {
+        if (const std::optional<std::int32_t> rawValue = head_->Facts().FileValue())
+            Fill(*rawValue);
+    });
     commandOK_ = MakeButton("CommandOK", QStringLiteral("OK"));
     commandOK_->setDefault(true);
     On(commandOK_, &QPushButton::clicked, this, [this] { CommandOK_Click(); });
@@ -138,6 +143,7 @@ void FormModifyParameterValue::Load()
     const ParameterTable &table = desk().table;
     const int typeCode = TypeCode(table[param_].Attributes);
     const ValueType &type = TypeOf(typeCode);
+    form_ = type.form;
     setWindowTitle(QString::fromLatin1(type.prompt));
     auto *whole = new QVBoxLayout(this);
     whole->addWidget(head_);
@@ -153,8 +159,7 @@ void FormModifyParameterValue::Load()
         LayOutOptions(entry, EnumCount(typeCode));
     else
         LayOutNumber(entry);
-    commandFactory_->setEnabled(CanFill(head_->Facts().FactoryValue()));
-    commandFile_->setEnabled(head_->Facts().FileValue() && CanFill(*head_->Facts().FileValue()));
+    EnableButtons();
 }
 
 QBoxLayout *FormModifyParameterValue::LayOutButtons()
@@ -164,7 +169,7 @@ QBoxLayout *FormModifyParameterValue::LayOutButtons()
     line->addWidget(commandFile_);
     line->addStretch();
     // Options have them at their side.
-    if (!IsEnumerated(TypeCode(desk().table[param_].Attributes))) {
+    if (form_ != ValueType::Form::List) {
         line->addWidget(commandOK_);
         line->addWidget(commandCancel_);
     }
@@ -212,12 +217,11 @@ void FormModifyParameterValue::LayOutOptions(QGridLayout *layout, int count)
 
 void FormModifyParameterValue::LayOutNumber(QGridLayout *layout)
 {
-    const ParameterTable &table = desk().table;
-    const ParamRecord &record = table[param_];
-    const std::int32_t rawValues[] = {record.Max, record.Min, rawValue_};
+    const std::int32_t attributes = desk().table[param_].Attributes;
+    ShowLimits();
+    textValue_[NewRow]->setText(NumberText(rawValue_, attributes));
     for (int i = 0; i < 3; ++i) {
-        textValue_[i]->setText(NumberText(rawValues[i], record.Attributes));
-        labelUnits_[i]->setText(UnitText(record.Attributes));
+        labelUnits_[i]->setText(UnitText(attributes));
         layout->addWidget(labelValue_[i], i, 0);
         layout->addWidget(textValue_[i], i, 1);
         layout->addWidget(labelUnits_[i], i, 2);
@@ -226,6 +230,10 @@ void FormModifyParameterValue::LayOutNumber(QGridLayout *layout)
         labelUnits_[i]->show();
     }
     layout->setColumnStretch(3, 1);
+    // What is refused now and then must not move the buttons.
+    QSizePolicy policy = message_->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    message_->setSizePolicy(policy);
     textValue_[NewRow]->installEventFilter(this);
     textValue_[NewRow]->setFocus();
     ResizeTo(4080, 2460);
@@ -257,12 +265,28 @@ void FormModifyParameterValue::PlaceBesideBox()
 void FormModifyParameterValue::TimerUpdateScreen_Timer()
 {
     head_->Refresh();
+    ShowLimits();
+    EnableButtons();
     Grow();
+}
+
+void FormModifyParameterValue::ShowLimits()
+{
+    const ParamRecord &record = desk().table[param_];
+    textValue_[MaxRow]->setText(NumberText(record.Max, record.Attributes));
+    textValue_[MinRow]->setText(NumberText(record.Min, record.Attributes));
+}
+
+void FormModifyParameterValue::EnableButtons()
+{
+    const std::optional<std::int32_t> inFile = head_->Facts().FileValue();
+    commandFile_->setEnabled(inFile && CanFill(*inFile));
+    commandFactory_->setEnabled(CanFill(head_->Facts().FactoryValue()));
 }
 
 bool FormModifyParameterValue::CanFill(std::int32_t rawValue) const
 {
-    switch (TypeOf(TypeCode(desk().table[param_].Attributes)).form) {
+    switch (form_) {
     case ValueType::Form::Parameter:
         return comboParameterSelect_->findText(QStringLiteral("%1 ").arg(rawValue), Qt::MatchStartsWith) >= 0;
     case ValueType::Form::List:
@@ -275,7 +299,7 @@ bool FormModifyParameterValue::CanFill(std::int32_t rawValue) const
 void FormModifyParameterValue::Fill(std::int32_t rawValue)
 {
     const std::int32_t attributes = desk().table[param_].Attributes;
-    switch (TypeOf(TypeCode(attributes)).form) {
+    switch (form_) {
     case ValueType::Form::Parameter:
         comboParameterSelect_->setCurrentIndex(
             comboParameterSelect_->findText(QStringLiteral("%1 ").arg(rawValue), Qt::MatchStartsWith));

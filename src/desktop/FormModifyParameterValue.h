@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/Form.h"
+#include "model/TextTables.h"
 #include "platform/Guard.h"
 
 #include <QRect>
@@ -54,6 +55,8 @@ private:
     void Grow();
     void PlaceBesideBox();
     void TimerUpdateScreen_Timer();
+    void ShowLimits();
+    void EnableButtons();
     bool CanFill(std::int32_t rawValue) const;
     void Fill(std::int32_t rawValue);
     bool Step(int key);
@@ -75,7 +78,8 @@ private:
     FactsHead *head_;
     InlineMessage *message_;
     TickGuard tickGuard_;
-    QRect box_; ///< the value box on the screen; empty for none
+    QRect box_;                                      ///< the value box on the screen; empty for none
+    ValueType::Form form_ = ValueType::Form::Number; ///< what it was shaped for
     QString newValue_;
     int param_;
     std::int32_t rawValue_;

@@ -7,8 +7,7 @@ class QLabel;
 namespace quorvik
 {
 
-/** A sentence below the field that it is about, in place of a box that would have to be closed. Takes no room
- * while there is none. */
+/** A sentence below the field that it is about, in place of a box that would have to be closed. */
 class InlineMessage : public QWidget
 {
 public:

@@ -92,7 +92,7 @@ QString ValueFacts::Limits() const
     const int accessClass = desk_.table.AccessClass(param_);
     QString access = desk_.table.AccessDescription(param_, accessClass);
     if (accessClass == Access::IcrReadWrite || accessClass == Access::IcrReadOnly)
-        access += QStringLiteral(", changed only while the drive is stopped");
+        access += QStringLiteral(", at stop only");
     return QStringLiteral("range %1; %2").arg(range, access);
 }
 

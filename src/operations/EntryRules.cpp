@@ -52,7 +52,7 @@ TypedEntry EntryRules::ReadEntry(int p, const QString &typed) const
     const std::optional<QString> number = PointForComma(typed);
     if (!number) {
         const QString entry = typed.trimmed();
-        return {.refusal = QStringLiteral("\"%1\" may mean %2 or %3. Please type a point, or no comma.")
+        return {.refusal = QStringLiteral("\"%1\" may be %2 or %3: use a point or no comma.")
                                .arg(entry, QString(entry).replace(u',', u'.'), QString(entry).remove(u','))};
     }
     if (!IsNumeric(*number))

@@ -73,7 +73,7 @@ TEST_F(EditDialogTest, ANumberPassesTheChecksInOrder)
 {
     const char *number = "Must be a numeric value. Please Re-enter.";
     const char *range = "Please enter a value between -5.0 % and 12.5 %";
-    const char *comma = "\"1,000\" may mean 1.000 or 1000. Please type a point, or no comma.";
+    const char *comma = "\"1,000\" may be 1.000 or 1000: use a point or no comma.";
     // What is typed, the sentence below the field or "" where it is accepted, and the raw value then.
     const std::tuple<const char *, const char *, int> cases[] = {
         {"", number, 0},        {"abc", number, 0},      {"1,2,3", number, 0}, {"1.0,5", number, 0},
