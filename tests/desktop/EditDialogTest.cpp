@@ -91,7 +91,7 @@ TEST_F(EditDialogTest, ANumberPassesTheChecksInOrder)
         const bool accepted = refusal && *refusal == 0;
         EXPECT_EQ(dialog->isVisible(), !accepted);
         EXPECT_EQ(dialog->EditedValue(), accepted ? std::optional(rawResult) : std::nullopt);
-        if (accepted)
+        if (!dialog->isVisible())
             continue;
         EXPECT_TRUE(Visible("LabelMessage"));
         EXPECT_EQ(refusal ? Text("LabelMessage") : "", refusal ? refusal : "");
@@ -248,8 +248,9 @@ TEST_F(EditDialogTest, EnterAcceptsAndCancelDropsWhatWasRefused)
     EXPECT_EQ(dialog->EditedValue(), 42) << "typing replaces the selected value";
 
     Open(10, 0, 100, 5);
-    Entry()->setText(Name("101"));
-    Click("CommandOK");
+    QTest::keyClicks(Entry(), Name("101"));
+    QTest::keyClick(Entry(), Qt::Key_Return);
+    EXPECT_EQ(Entry()->selectedText(), Name("101")) << "typing replaces what was refused";
     Click("CommandCancel");
     EXPECT_FALSE(dialog->EditedValue());
     EXPECT_FALSE(dialog->isVisible());
