@@ -1,6 +1,7 @@
 #include "blocks/FaultRecord.h"
 
 #include "blocks/DriveClock.h"
+#include "model/Faults.h"
 #include "model/ParameterTable.h"
 #include "model/TextTables.h"
 
@@ -10,11 +11,6 @@ namespace quorvik
 namespace
 {
 
-/** By bit, from the lowest. */
-constexpr const char *FaultNames[] = {
-    "Field Loss, ", "VFB Loss, ",  "OverVoltage, ",       "OverSpeed, ",        "OverCurrent, ",
-    "OverTemp, ",   "PhaseLoss, ", "CT ID Board Error, ", "Phase Lock Error, ", "Thermistor Open, "};
-
 /** Offsets of a record's words. */
 enum Word { Faults, Seconds, Minutes, Hours, WeekDay, MonthDay, Month, Year };
 
@@ -23,12 +19,18 @@ enum Word { Faults, Seconds, Minutes, Hours, WeekDay, MonthDay, Month, Year };
 QString GetFault(std::int32_t rawFaults)
 {
     QString result;
-    for (int mask = 1; const char *name : FaultNames) {
-        if (rawFaults & mask)
-            result += QString::fromLatin1(name);
-        mask *= 2;
-    }
+    for (const Fault &fault : AllFaults())
+        if (rawFaults & fault.mask)
+            result += fault.logText;
     return result.isEmpty() ? QStringLiteral("None, ") : result;
+}
+
+bool IsEmptyRecord(const ParameterTable &table, int base)
+{
+    for (int p = base; p < base + FaultLog::Step; ++p)
+        if (table.Value(p) != 0)
+            return false;
+    return true;
 }
 
 QString GetFaultData(const ParameterTable &table, int base)

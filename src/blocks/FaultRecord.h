@@ -21,6 +21,9 @@ inline constexpr int Records = 5;
 /** The names of all faults in a word of fault bits, each followed by ", "; "None, " where there is none. */
 QString GetFault(std::int32_t rawFaults);
 
+/** Whether all words of a record are 0: the drive has not filled it yet. */
+bool IsEmptyRecord(const ParameterTable &table, int base);
+
 /**
  * One line of the log: "OverSpeed, Sunday, 1/2/05, 3:04:05 PM".
  * @param base the parameter that holds the record's fault bits. Raises RuntimeFailure where the record's day
