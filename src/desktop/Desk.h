@@ -18,6 +18,7 @@ class Guards;
 class HTMLHelp;
 class ParameterTable;
 class SettingsStore;
+class TripRecords;
 class ValueStates;
 
 /** What the I/O Mentor opens on. */
@@ -33,6 +34,7 @@ struct WizardIOStartRecord {
 struct Desk {
     ParameterTable &table;
     ValueStates &states;
+    TripRecords &trips;
     Document &document;
     AccessColors &colors;
     EntryRules &rules;

@@ -14,6 +14,7 @@
 #include "operations/SafeWrites.h"
 #include "operations/SaveCommands.h"
 #include "operations/Snapshots.h"
+#include "operations/TripRecords.h"
 #include "settings/RecoveryCopy.h"
 #include "settings/SettingsFile.h"
 #include "shell/Surroundings.h"
@@ -38,6 +39,7 @@ struct Engines {
     RecoveryCopy recoveryCopy;
     DriveLink link;
     ValueStates states;
+    TripRecords trips;
     DriveEmulator emulator;
     EntryRules rules;
     SaveCommands saving;

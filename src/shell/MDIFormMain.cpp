@@ -64,6 +64,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , menus_(this)
     , desk_{engines_.table,
             engines_.states,
+            engines_.trips,
             engines_.document,
             colors_,
             engines_.rules,

@@ -10,7 +10,7 @@ namespace quorvik::testing
 
 TestDesk::TestDesk()
     : settings(folder.filePath(QStringLiteral("Quorvik.ini")))
-    , desk{table, states, document, colors, rules, guards, asker, settings, help, forms, {}, {}}
+    , desk{table, states, trips, document, colors, rules, guards, asker, settings, help, forms, {}, {}}
 {
     colors.Colors = colors.DefaultColors;
     EXPECT_EQ(SettingsFile(table, document).LoadPresets(QStringLiteral(QUORVIK_PRESETS_FILE)), QString());

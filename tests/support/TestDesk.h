@@ -8,6 +8,7 @@
 #include "model/Document.h"
 #include "operations/EntryRules.h"
 #include "operations/Guards.h"
+#include "operations/TripRecords.h"
 #include "platform/SettingsStore.h"
 #include "support/ScriptedAsker.h"
 
@@ -45,6 +46,7 @@ public:
     ParameterTable table;
     DriveLink link{table};
     ValueStates states{table, link};
+    TripRecords trips{table, link, states};
     Document document{table};
     AccessColors colors;
     ScriptedAsker asker;
