@@ -2,6 +2,7 @@
 
 #include "model/Conversions.h"
 #include "model/Document.h"
+#include "model/Faults.h"
 #include "model/ParameterTable.h"
 
 #include <QDir>
@@ -98,6 +99,8 @@ QString PageWriter::Expand(const Topic &topic, QStringList &problems)
             result.append(Picture(match.captured(2), match.captured(1), topic.name, problems));
         else if (line.trimmed() == QStringLiteral("{{parameters}}"))
             result.append(TableOfParameters());
+        else if (line.trimmed() == QStringLiteral("{{faults}}"))
+            result.append(TableOfFaults());
         else
             result.append(line);
     }
@@ -132,6 +135,15 @@ QString PageWriter::TableOfParameters() const
                         .arg(QString::number(p), record.Name, LimitsText(record),
                              ValueText(record.Preset, record.Attributes), AccessWords(record.Attributes)));
     }
+    return rows.join(u'\n');
+}
+
+QString PageWriter::TableOfFaults()
+{
+    QStringList rows = {QString(), QStringLiteral("| Fault | What it means | What to check |"),
+                        QStringLiteral("|---|---|---|")};
+    for (const Fault &fault : AllFaults())
+        rows.append(QStringLiteral("| %1 | %2 | %3 |").arg(fault.name, fault.meaning, fault.check));
     return rows.join(u'\n');
 }
 

@@ -1,12 +1,18 @@
 #include "blocks/BlockFixture.h"
 
 #include "blocks/DriveClock.h"
+#include "blocks/FormTripRecord.h"
 
+#include <QFile>
+#include <QListWidget>
 #include <QLocale>
 #include <QPlainTextEdit>
+#include <QTextEdit>
 
 namespace quorvik::testing
 {
+
+using namespace Param;
 
 class ClockTest : public BlockFixture
 {
@@ -76,6 +82,89 @@ TEST_F(ClockTest, ADayOutsideTheTableIsToldOnceAndStopsNoOtherWindow)
     Tick();
     EXPECT_TRUE(Log().startsWith(Name("VFB Loss, Saturday, ")));
     EXPECT_EQ(told.size(), 1);
+}
+
+TEST_F(ClockTest, FaultsAreNamedAndExplainedAndUnfilledRecordsAreBlank)
+{
+    Open("FormFaultLog");
+    const auto remedies = [this] { return Find<QTextEdit>("TextRemedies")->toPlainText(); };
+    EXPECT_EQ(Log(), QString(5, u'\n'));
+    EXPECT_EQ(Text("LabelPresentFaults"), "None");
+    EXPECT_TRUE(remedies().startsWith(Name("No fault is latched")));
+
+    Set({{PresentFault, 64}, {LatchedFault, 64 + 1}});
+    Fill(FaultLog1Faults, {1, 5, 4, 15, 1, 2, 1, 5});
+    Fill(FaultLog3Faults, {0x8000 + 8, 5, 4, 15, 1, 2, 1, 5});
+    Tick();
+    EXPECT_EQ(Text("LabelPresentFaults"), "Phase Loss");
+    EXPECT_EQ(Text("LabelLatchedFaults"), "Field Loss, Phase Loss");
+    EXPECT_TRUE(
+        remedies().startsWith(Name("Field Loss (latched, record 1)\nWhat it means: The field current, "
+                                   "(336) Field I Feedback, fell below (249) Field Loss Level.")));
+    EXPECT_TRUE(remedies().contains(Name("\nPhase Loss (latched, present)\n")));
+    EXPECT_EQ(remedies().count(Name("What to check: ")), 2);
+
+    auto *log = Find<QPlainTextEdit>("TextFaultLog");
+    log->setFocus();
+    for (int line = 0; line < 2; ++line)
+        QTest::keyClick(log, Qt::Key_Down);
+    EXPECT_TRUE(remedies().contains(Name("\nOverSpeed (record 3)\n"))) << "by keyboard";
+    EXPECT_TRUE(remedies().contains(Name("\nbit 15 (record 3)\n")));
+    Fill(FaultLog2Faults, {2, 5, 4, 15, 1, 2, 1, 5});
+    Tick();
+    EXPECT_EQ(log->textCursor().blockNumber(), 2) << "another record does not move the cursor";
+
+    Set({{PresentFault, 0xFFFF}});
+    Tick();
+    const auto *names = Find<QLabel>("LabelPresentFaults");
+    EXPECT_THAT(names->text().toStdString(), ::testing::EndsWith(" more"));
+    EXPECT_THAT(names->toolTip().toStdString(), ::testing::HasSubstr("bit 15"));
+    const int width = log->width();
+    form->resize(form->size() + QSize(200, 200));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(log->width(), width + 200);
+}
+
+TEST_F(ClockTest, TheTripsAreShownAndExported)
+{
+    Open("FormFaultLog");
+    Click("CommandAtTheTrip");
+    auto *trips = qobject_cast<FormTripRecord *>(desk.forms.At(desk.forms.Count() - 1));
+    ASSERT_NE(trips, nullptr);
+    Click("CommandAtTheTrip");
+    EXPECT_EQ(desk.forms.At(desk.forms.Count() - 1), trips) << "one window for all";
+    window = trips;
+    EXPECT_FALSE(Enabled("CommandExport"));
+
+    const auto tell = [this](int p, std::int32_t rawValue) { Q_EMIT desk.link.Confirmed(p, rawValue); };
+    tell(DriveState, 1);
+    tell(ArmatureAmps, 77);
+    tell(DriveState, 8);
+    tell(LatchedFault, 64);
+    auto *list = Find<QListWidget>("ListTrips");
+    tell(DriveState, 0);
+    tell(DriveState, 8);
+    ASSERT_EQ(list->count(), 2);
+    EXPECT_EQ(list->currentRow(), 1) << "the one that is looked at stays";
+    const QString path = desk.folder.filePath(QStringLiteral("trip.csv"));
+    trips->ChooseExport = [&](const QString &suggested) {
+        EXPECT_TRUE(suggested.endsWith(QStringLiteral(".csv")));
+        return path;
+    };
+    desk.document.FileName = QStringLiteral("=pump.Svx");
+    Click("CommandExport");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray csv = file.readAll();
+    EXPECT_TRUE(csv.contains("\"Faults\",\"Phase Loss\"\r\n")) << csv.toStdString();
+    EXPECT_TRUE(csv.contains("\"Set\",\"'=pump.Svx\"\r\n"));
+    EXPECT_TRUE(csv.contains("\"Currents\",\"114\",\"Armature Amps\",\"77 Amps\","));
+    EXPECT_TRUE(csv.contains("\"Field Amps\",\"\",\"not read\"\r\n"));
+    trips->ChooseExport = [&](const QString &) {
+        return desk.folder.path() + QStringLiteral("/none/trip.csv");
+    };
+    desk.asker.Expect(QStringLiteral("was not written"));
+    Click("CommandExport");
 }
 
 TEST_F(ClockTest, ClearFaultIsForALatchedFaultOnly)

@@ -3,6 +3,7 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "blocks/FormTripRecord.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/FormVerifiedWrite.h"
 #include "desktop/Desk.h"
@@ -195,6 +196,10 @@ void Album::TakeOthers()
     report->resize(report->sizeHint());
     Take(*report, report->objectName(), report->HelpTopic());
     report->close();
+
+    auto *trips = new FormTripRecord(desk_);
+    Take(*trips, trips->objectName(), trips->HelpTopic());
+    trips->close();
 
     SampleComparison sample(desk_);
     auto *comparison = new FormCompare(desk_, sample);

@@ -11,6 +11,7 @@
 #include "model/Document.h"
 #include "operations/EntryRules.h"
 #include "operations/Guards.h"
+#include "operations/TripRecords.h"
 #include "platform/Asker.h"
 #include "platform/SettingsStore.h"
 #include "settings/SettingsFile.h"
@@ -65,6 +66,24 @@ void LetItRun(ParameterTable &table)
         table.Row(number).Value = value;
 }
 
+/** What the drive of these pictures tells when it loses a phase of the line. */
+void LetItTrip(const ParameterTable &table, DriveLink &link, qint64 &now)
+{
+    constexpr std::int32_t eStop = 8;
+    constexpr std::int32_t phaseLoss = 64;
+    constexpr qint64 answer = 20;
+    for (const TripRow &row : TripRows()) {
+        now += answer;
+        Q_EMIT link.Confirmed(row.param, table.Value(row.param));
+    }
+    now += answer;
+    Q_EMIT link.Confirmed(Param::DriveState, eStop);
+    for (const int p : {Param::PresentFault, Param::LatchedFault}) {
+        now += answer;
+        Q_EMIT link.Confirmed(p, phaseLoss);
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -115,8 +134,11 @@ int main(int argc, char **argv)
     QWidget mainWindow;
     forms.Add(&mainWindow);
     DriveLink link{table};
-    ValueStates states{table, link};
-    Desk desk{table, states, document, colors, rules, guards, asker, settings, help, forms, {}, {}};
+    qint64 now = 0;
+    ValueStates states{table, link, [&now] { return now; }};
+    TripRecords trips{table, link, states, [&now] { return now; }};
+    LetItTrip(table, link, now);
+    Desk desk{table, states, trips, document, colors, rules, guards, asker, settings, help, forms, {}, {}};
 
     const QDir folder(options.positionalArguments().first());
     folder.mkpath(QStringLiteral("."));
