@@ -1,6 +1,7 @@
 #include "shell/StatusLines.h"
 
-#include "model/TextTables.h"
+#include "blocks/FormTripRecord.h"
+#include "model/Faults.h"
 #include "platform/Guard.h"
 #include "platform/Strip.h"
 #include "shell/Engines.h"
@@ -246,9 +247,45 @@ void StatusLines::ShowDriveState(const QString &text)
         else if (std::ranges::find(StoppingStates, state) != std::end(StoppingStates))
             condition = Condition::Stopping;
     }
-    main_.StatusPanels().SetDriveStatus(text, condition);
+    const QString faults =
+        condition == Condition::Tripped && !Faults().isEmpty() ? QStringLiteral(": ") + Faults() : QString();
+    main_.StatusPanels().SetDriveStatus(text, condition, faults);
 }
 
-void StatusLines::ShowTrip() {}
+const TripRecord *StatusLines::PresentTrip() const
+{
+    const ParameterTable &table = engines_.table;
+    const bool isTripped =
+        table.PortOpen() && !table.DriveStateUnread && table.Value(Param::DriveState) == EStopState;
+    return isTripped && !engines_.trips.Records().empty() ? &engines_.trips.Records().front() : nullptr;
+}
+
+QString StatusLines::Faults() const
+{
+    const TripRecord *trip = PresentTrip();
+    return trip && trip->rawFaults ? FaultsInShort(*trip->rawFaults) : QString();
+}
+
+void StatusLines::ShowTrip()
+{
+    const TripRecord *trip = PresentTrip();
+    if (trip == nullptr) {
+        strip_.Withdraw(TripLine);
+        return;
+    }
+    const QString what = Faults().isEmpty() ? QStringLiteral("EStop") : Faults();
+    const QString time = trip->seen.toString(QStringLiteral("HH:mm:ss"));
+    StripLine line{
+        TripLine,
+        Urgency::Fault,
+        trip->isOfBefore
+            ? QStringLiteral("%1: the drive had stopped before the link came up at %2.").arg(what, time)
+            : QStringLiteral("%1 at %2. The drive has stopped.").arg(what, time),
+        {{QStringLiteral("Fault Log"), [this] { ShowFaultLog(main_); }, false}}};
+    if (!trip->isOfBefore)
+        line.actions.append(
+            {QStringLiteral("At the trip"), [this] { OpenTripRecord(main_.TheDesk()); }, false});
+    strip_.Show(line);
+}
 
 } // namespace quorvik

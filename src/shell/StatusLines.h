@@ -8,8 +8,8 @@ namespace quorvik
 {
 
 class MDIFormMain;
-class Reconnection;
 class Strip;
+struct TripRecord;
 struct Engines;
 
 /** Keeps the news under the menu true: what they say of link, drive and open set is looked up in the engines,
@@ -36,16 +36,16 @@ private:
     void ShowUnsaved();
     void ShowRanWhenSaved();
     void ShowTrip();
+    const TripRecord *PresentTrip() const; ///< null where the drive stands in no trip
+    QString Faults() const;                ///< of that trip, in short; empty where not known
     void ShowAside();
 
     MDIFormMain &main_;
     Engines &engines_;
     Strip &strip_;
-    QTimer waiting_;        ///< an answer that comes at once is not worth a line
-    std::set<int> unsaved_; ///< parameters that the drive has taken since it saved last
-    bool wasTripped_ = false;
+    QTimer waiting_;         ///< an answer that comes at once is not worth a line
+    std::set<int> unsaved_;  ///< parameters that the drive has taken since it saved last
     bool wasOnLine_ = false; ///< the open set was the drive's when the link was closed
-    QString tripSentence_;
 };
 
 } // namespace quorvik
