@@ -1,10 +1,9 @@
 #include "blocks/BlockForm.h"
 
-#include "desktop/BoxColors.h"
 #include "desktop/LongestText.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
-#include "model/Conversions.h"
+#include "link/ValueStates.h"
 #include "operations/EntryRules.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
@@ -29,7 +28,6 @@ constexpr double BoxHeight = 3;
 constexpr double CaptionDistance = 2.6;
 /** Wide enough for what nearly all parameters show, so that the boxes of a window stand in columns. */
 constexpr double UsualBoxWidth = 12;
-constexpr int LinkedCaptionLength = 10;
 constexpr double TablePitch = 3.8;
 constexpr double TableInset = 1.5;
 constexpr double TableDistance = 2;
@@ -38,12 +36,6 @@ constexpr double TableDistance = 2;
 double HeadOf(const QString &title)
 {
     return title.isEmpty() ? TableInset : 3.5;
-}
-
-void SetTag(QWidget *control, const QString &tag)
-{
-    if (control->property("Tag").toString() != tag)
-        control->setProperty("Tag", tag);
 }
 
 /** Carries a diagram and scales it to the window. */
@@ -138,6 +130,9 @@ void BlockForm::Load()
     }
     On(timerUpdateScreen_, &QTimer::timeout, this,
        [this] { tickGuard_.Run([this] { TimerUpdateScreen_Timer(); }); });
+    // A value must not pass for live until the next tick once it no longer is.
+    On(&desk().states, &ValueStates::StateChanged, this,
+       [this](int p) { stateGuard_.Run([this, p] { PaintRowsOf(p); }); });
     // A window must not stand empty until its first tick.
     tickGuard_.Run([this] { TimerUpdateScreen_Timer(); });
     timerUpdateScreen_->start();
@@ -146,6 +141,7 @@ void BlockForm::Load()
 void BlockForm::Unload()
 {
     timerUpdateScreen_->stop();
+    desk().states.disconnect(this);
     for (const Row &row : rows_)
         if (row.IsFixed())
             desk().table.RemoveReadInterest(row.param);
@@ -198,6 +194,10 @@ Shape BlockForm::Box(int number, const QPointF &left, CaptionAt captionAt)
     SetTag(row.label, QString::number(row.param));
     row.box = new ValueBox(ControlName("Text1", index), view_);
     row.box->setAccessibleName(row.caption);
+    row.box->SetDescription([this, number] {
+        const int p = RowParam(number);
+        return InTable(p) ? desk().states.Describe(p) : QString();
+    });
     On(row.box, &ValueBox::clicked, this, [this, number] { Text1_Click(number); });
 
     const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(number));
@@ -344,6 +344,12 @@ void BlockForm::AddExtraInterest(int p)
     extraInterest_.append(p);
 }
 
+void BlockForm::SetTag(QWidget *control, const QString &tag)
+{
+    if (control->property("Tag").toString() != tag)
+        control->setProperty("Tag", tag);
+}
+
 void BlockForm::SetRowParam(int row, int p)
 {
     RowOf(row).param = p;
@@ -357,74 +363,11 @@ void BlockForm::SetRowCaption(int row, const QString &caption, const QString &to
     RowOf(row).box->setAccessibleName(toolTip);
 }
 
-void BlockForm::TimerUpdateScreen_Timer()
-{
-    const Row &selector = rows_.first();
-    const bool isLinked = rows_.last().IsLinked();
-    if (isLinked)
-        SetRowParam(LinkedRow, desk().table.Value(selector.param));
-    for (const Row &row : rows_) {
-        if (row.free && !InTable(row.param))
-            PaintEmptyRow(row);
-        else if (PaintRow(row) && isLinked && &row == &selector)
-            Text1_Change();
-    }
-    if (isLinked)
-        PaintLinkedCaption();
-    for (const GuardedArea &guarded : areas_)
-        guarded.area->SetRefused(!MayWrite(guarded.rows));
-    Tick();
-}
-
-bool BlockForm::PaintRow(const Row &row)
-{
-    const ParameterTable &table = desk().table;
-    const ParamRecord &record = table[row.param];
-    const int accessClass = table.AccessClass(row.param);
-    const bool changed = row.box->SetText(ValueText(record.Value, record.Attributes));
-    SetTag(row.box, QString::number(accessClass));
-    const QString access = table.AccessDescription(row.param, accessClass);
-    SetPlainToolTip(row.box, access);
-    // The name that a screen reader says is the caption's; the value would go unsaid.
-    SetSpokenText(row.box, row.box->text() + QStringLiteral(", ") + access);
-    row.box->SetEditable(accessClass == Access::ReadWrite || accessClass == Access::IcrReadWrite);
-    row.box->SetBackColor(ColorOf(desk().colors.Colors.at(std::size_t(accessClass))));
-    return changed;
-}
-
-void BlockForm::PaintEmptyRow(const Row &row)
-{
-    row.box->SetText({});
-    SetTag(row.box, QString::number(Access::Empty));
-    SetPlainToolTip(row.box, {});
-    SetSpokenText(row.box, {});
-    row.box->SetEditable(false);
-    row.box->SetBackColor(ColorOf(desk().colors.Colors.at(std::size_t(Access::Empty))));
-}
-
-void BlockForm::PaintLinkedCaption()
-{
-    const Row &row = rows_.last();
-    const QString full = NumberAndName(rows_.first().box->text(), desk().table[row.param].Name);
-    SetPlainToolTip(row.label, full);
-    row.label->setText(Shortened(full, LinkedCaptionLength));
-}
-
 void BlockForm::Text1_Click(int row)
 {
+    if (InTable(RowParam(row)))
+        desk().states.Touch(RowParam(row));
     desk().rules.EditParameter(RowOf(row).box->property("Tag").toInt(), RowParam(row));
-}
-
-void BlockForm::Text1_Change()
-{
-    const int selected = desk().table.Value(rows_.first().param);
-    // A number outside the table fails here, before any count has moved.
-    static_cast<void>(desk().table[selected]);
-    if (trackedParam_ >= 0)
-        desk().table.RemoveReadInterest(trackedParam_);
-    trackedParam_ = -1;
-    desk().table.AddReadInterest(selected);
-    trackedParam_ = selected;
 }
 
 void BlockForm::CommandIOMentor_Click()

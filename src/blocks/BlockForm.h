@@ -142,6 +142,7 @@ private:
         QList<int> rows;
     };
 
+    static void SetTag(QWidget *control, const QString &tag);
     int IndexOf(int row) const; ///< raises RuntimeFailure where the block has no such row
     Row &RowOf(int row) { return rows_[IndexOf(row)]; }
     const Row &RowOf(int row) const { return rows_.at(IndexOf(row)); }
@@ -149,7 +150,9 @@ private:
     void Text1_Change();
     void CommandIOMentor_Click();
     void TimerUpdateScreen_Timer();
-    bool PaintRow(const Row &row); ///< whether its text changed
+    void PaintRowsOf(int p);
+    void PaintRow(const Row &row);
+    bool PaintValue(const Row &row); ///< whether its text changed
     void PaintEmptyRow(const Row &row);
     void PlaceTable(const QRectF &frame, const Group &group, double captionWidth);
     void PaintLinkedCaption();
@@ -166,6 +169,7 @@ private:
     DiagramView *view_;
     QTimer *timerUpdateScreen_;
     TickGuard tickGuard_;
+    TickGuard stateGuard_;
 };
 
 /** Makes a block's window, loaded and ready to be shown. */

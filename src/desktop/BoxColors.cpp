@@ -1,9 +1,23 @@
 #include "desktop/BoxColors.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace quorvik
 {
+
+namespace
+{
+
+double Luminance(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+} // namespace
 
 QColor ColorOf(std::int32_t blueGreenRed)
 {
@@ -24,13 +38,27 @@ QColor Mixed(const QColor &first, const QColor &second, double share)
 
 QColor ContrastingText(const QColor &background)
 {
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    const double luminance = 0.2126 * linear(background.redF()) + 0.7152 * linear(background.greenF()) +
-                             0.0722 * linear(background.blueF());
-    // Contrast with white is 1.05 / (l + 0.05), with black (l + 0.05) / 0.05.
-    return (luminance + 0.05) * (luminance + 0.05) > 1.05 * 0.05 ? QColor(Qt::black) : QColor(Qt::white);
+    return Contrast(Qt::black, background) > Contrast(Qt::white, background) ? QColor(Qt::black)
+                                                                             : QColor(Qt::white);
+}
+
+double Contrast(const QColor &first, const QColor &second)
+{
+    const auto [darker, lighter] = std::minmax({Luminance(first), Luminance(second)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor FaintText(const QColor &background)
+{
+    // Whatever the background, black or white alone contrasts enough.
+    const QColor ink = ContrastingText(background);
+    constexpr int Half = 32;
+    for (int part = Half; part > 0; --part) {
+        const QColor faint = Mixed(ink, background, 0.5 * part / Half);
+        if (Contrast(faint, background) >= LeastContrast)
+            return faint;
+    }
+    return ink;
 }
 
 } // namespace quorvik

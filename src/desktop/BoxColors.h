@@ -25,4 +25,13 @@ QColor Mixed(const QColor &first, const QColor &second, double share);
 /** Black or white, whichever contrasts more with a background, by relative luminance. */
 QColor ContrastingText(const QColor &background);
 
+/** The contrast of two colours by relative luminance, 1 for equal ones to 21 for black and white. */
+double Contrast(const QColor &first, const QColor &second);
+
+/** The least contrast at which text of the usual size is read well. */
+inline constexpr double LeastContrast = 4.5;
+
+/** Text at half strength: its colour mixed halfway into the background, or as far as it stays readable. */
+QColor FaintText(const QColor &background);
+
 } // namespace quorvik

@@ -1,10 +1,17 @@
 #pragma once
 
-class QString;
+#include <QString>
+
 class QWidget;
 
 namespace quorvik
 {
+
+/** A text as tool tip that shows it as it stands, also where it would pass for markup. */
+QString PlainToolTip(const QString &text);
+
+/** A tool tip made so, and a second line under it; an empty text adds none. */
+QString WithSecondLine(const QString &toolTip, const QString &text);
 
 /** Sets a tool tip that shows its text as it stands, also where the text would pass for markup. Does nothing
  * when the widget shows that text already. */

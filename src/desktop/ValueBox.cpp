@@ -1,9 +1,14 @@
 #include "desktop/ValueBox.h"
 
-#include "desktop/BoxColors.h"
+#include "desktop/PlainText.h"
+#include "desktop/ValueMark.h"
+#include "platform/Guard.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QToolTip>
+#include <cmath>
 
 namespace quorvik
 {
@@ -55,6 +60,14 @@ bool ValueBox::SetText(const QString &shownText)
     return true;
 }
 
+void ValueBox::SetState(ValueState state)
+{
+    if (state == state_)
+        return;
+    state_ = state;
+    update();
+}
+
 int ValueBox::WidthFor(const QString &shownText) const
 {
     return fontMetrics().horizontalAdvance(shownText) + 2 * Padding(fontMetrics());
@@ -80,19 +93,27 @@ void ValueBox::paintEvent(QPaintEvent *)
     painter.setBrush(back);
     painter.drawRoundedRect(body, radius, radius);
 
-    const QColor ink = ContrastingText(back);
+    const ValueMark mark(state_, back);
+    const QColor ink = mark.Ink();
+    // The ring of the focus stands around an outline, as it does around its own inner line.
+    mark.Draw(painter, hasFocus() ? QRectF(rect()).adjusted(1, 1, -1, -1) : QRectF(rect()));
     if (hasFocus()) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(palette().color(QPalette::Highlight), FocusRing));
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
-        painter.setPen(QPen(ink, 1));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), radius, radius);
+        if (!mark.HasOutline()) {
+            painter.setPen(QPen(ink, 1));
+            painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), radius, radius);
+        }
     }
+    painter.setFont(mark.TextFont(font()));
     painter.setPen(ink);
     const int padding = Padding(fontMetrics());
-    const QRect place = rect().adjusted(padding, 0, -padding, 0);
-    const int wanted = fontMetrics().horizontalAdvance(text());
-    // A raw value far outside its limits is squeezed: a number with a digit missing would lie.
+    const int room = int(std::ceil(mark.Room(font(), height())));
+    const QRect place = rect().adjusted(std::max(padding, room), 0, -padding, 0);
+    const int wanted = painter.fontMetrics().horizontalAdvance(text());
+    // A raw value far outside its limits, or beside a mark, is squeezed: a number with a digit missing would
+    // lie.
     if (wanted > place.width()) {
         painter.translate(place.right() + 1, 0);
         painter.scale(double(place.width()) / wanted, 1);
@@ -100,6 +121,19 @@ void ValueBox::paintEvent(QPaintEvent *)
         return;
     }
     painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter, text());
+}
+
+bool ValueBox::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip || !describe_)
+        return QAbstractButton::event(event);
+    Guarded([&] { ShowToolTip(static_cast<QHelpEvent *>(event)->globalPos()); });
+    return true;
+}
+
+void ValueBox::ShowToolTip(const QPoint &place)
+{
+    QToolTip::showText(place, WithSecondLine(toolTip(), describe_()), this);
 }
 
 void ValueBox::keyPressEvent(QKeyEvent *event)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "link/ValueStates.h"
+
 #include <QAbstractButton>
+#include <functional>
 
 namespace quorvik
 {
@@ -22,17 +25,28 @@ public:
     void SetEditable(bool editable);
     /** Shows the text; repaints only when it differs. @return whether it did. */
     bool SetText(const QString &shownText);
+    ValueState State() const { return state_; }
+    /** Where the text comes from, which its marks show. Boxes begin Set, and show none. */
+    void SetState(ValueState state);
+    /** Who says what the tool tip adds in a second line. It is asked whenever a tip is to be shown, since
+     * ages go on; an empty text adds none. */
+    void SetDescription(std::function<QString()> describe) { describe_ = std::move(describe); }
 
     QSize sizeHint() const override;
     /** Pixels that a box needs for a text. */
     int WidthFor(const QString &shownText) const;
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void ShowToolTip(const QPoint &place);
+
     QColor backColor_;
+    ValueState state_ = ValueState::Set;
+    std::function<QString()> describe_;
     bool editable_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include "desktop/LongestText.h"
 #include "desktop/PlainText.h"
 #include "desktop/TypeToChoose.h"
+#include "desktop/ValueBox.h"
 #include "model/ParameterTable.h"
 #include "support/Controls.h"
 #include "support/TestDesk.h"
@@ -12,6 +13,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <algorithm>
+#include <random>
 
 namespace quorvik::testing
 {
@@ -20,6 +22,42 @@ TEST(BoxColors, TextIsWhicheverContrastsMore)
 {
     EXPECT_EQ(ContrastingText(Qt::blue), QColor(Qt::white));
     EXPECT_EQ(ContrastingText(Qt::green), QColor(Qt::black));
+}
+
+TEST(BoxColors, FaintTextStaysReadableOnWhateverTheUserChooses)
+{
+    EXPECT_NEAR(Contrast(Qt::white, Qt::black), 21, 1e-9);
+    EXPECT_EQ(FaintText(Qt::black), Mixed(Qt::white, Qt::black, 0.5));
+    const unsigned seed = std::random_device{}();
+    std::mt19937 random(seed);
+    const auto defaults = AccessColors{}.DefaultColors;
+    std::vector<std::int32_t> colors(defaults.begin(), defaults.end());
+    std::generate_n(std::back_inserter(colors), 1000, [&] { return std::int32_t(random() & 0xFFFFFF); });
+    for (const std::int32_t color : colors) {
+        const QColor body = ColorOf(color);
+        EXPECT_GE(Contrast(FaintText(body), body), LeastContrast) << color << ", seed " << seed;
+    }
+}
+
+// Set looks as Live does, and Lost as Old.
+TEST(ValueBox, EachOtherStateAddsAMarkAndLeavesTheColour)
+{
+    for (const std::int32_t color : AccessColors{}.DefaultColors) {
+        QList<QImage> pictures;
+        for (int state = 0; state <= int(ValueState::Lost); ++state) {
+            ValueBox box(QString(), nullptr);
+            box.SetBackColor(ColorOf(color));
+            box.SetText(Name("12.00 %"));
+            box.SetState(ValueState(state));
+            box.resize(box.sizeHint() * 2);
+            const QImage picture = box.grab().toImage();
+            EXPECT_EQ(picture.pixelColor(box.rect().center()), ColorOf(color)) << state;
+            EXPECT_EQ(pictures.contains(picture),
+                      ValueState(state) == ValueState::Set || ValueState(state) == ValueState::Lost)
+                << state << ' ' << color;
+            pictures.append(picture);
+        }
+    }
 }
 
 TEST(TypeToChoose, TakesTheWholeNumberOrNothing)
@@ -44,6 +82,8 @@ TEST(PlainText, MarkupInAToolTipStandsAsText)
     EXPECT_EQ(widget.toolTip(), Name("(226) Fwd Accel A"));
     SetPlainToolTip(&widget, Name("<b>Gain</b>"));
     EXPECT_TRUE(widget.toolTip().contains(Name("&lt;b&gt;Gain")));
+    EXPECT_EQ(WithSecondLine(Name("Read Only"), Name("<b>")), Name("Read Only\n<b>"));
+    EXPECT_TRUE(WithSecondLine(widget.toolTip(), Name("<b>")).endsWith(Name("<br>&lt;b&gt;")));
 }
 
 TEST(LongestText, LooksAtLimitsListsAndFactoryLimits)
