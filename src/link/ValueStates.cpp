@@ -21,16 +21,6 @@ constexpr qint64 MsOfSecond = 1000;
 constexpr qint64 MsOfMinute = 60000;
 constexpr qint64 MsOfHour = 3600000;
 
-QString AgeText(qint64 ms)
-{
-    if (ms < 10 * MsOfSecond)
-        return QStringLiteral("%1 s ago").arg(QString::number(double(ms) / double(MsOfSecond), 'f', 1));
-    if (ms < 2 * MsOfMinute)
-        return QStringLiteral("%1 s ago").arg(ms / MsOfSecond);
-    return ms < 2 * MsOfHour ? QStringLiteral("%1 min ago").arg(ms / MsOfMinute)
-                             : QStringLiteral("%1 h ago").arg(ms / MsOfHour);
-}
-
 } // namespace
 
 QString NameOf(ValueState state)
@@ -40,6 +30,16 @@ QString NameOf(ValueState state)
                                     QStringLiteral("Refused"),  QStringLiteral("Set"),
                                     QStringLiteral("Emulated"), QStringLiteral("Lost")};
     return names[std::size_t(state)];
+}
+
+QString AgeText(qint64 ms)
+{
+    if (ms < 10 * MsOfSecond)
+        return QStringLiteral("%1 s").arg(QString::number(double(ms) / double(MsOfSecond), 'f', 1));
+    if (ms < 2 * MsOfMinute)
+        return QStringLiteral("%1 s").arg(ms / MsOfSecond);
+    return ms < 2 * MsOfHour ? QStringLiteral("%1 min").arg(ms / MsOfMinute)
+                             : QStringLiteral("%1 h").arg(ms / MsOfHour);
 }
 
 ValueStates::ValueStates(ParameterTable &table, DriveLink &link, Clock clock)
@@ -166,7 +166,7 @@ QString ValueStates::Describe(int p) const
     switch (Of(p)) {
     case ValueState::Live:
     case ValueState::Old: {
-        const QString age = AgeText(*Age(p));
+        const QString age = AgeText(*Age(p)) + QStringLiteral(" ago");
         if (row.isWritten)
             return QStringLiteral("written %1, not read since").arg(age);
         if (Of(p) == ValueState::Old)

@@ -31,6 +31,9 @@ enum class ValueState : std::uint8_t {
 /** The word for a state, as a list shows it. */
 QString NameOf(ValueState state);
 
+/** A time in milliseconds as far as it matters: "0.4 s", "41 s", "3 min". */
+QString AgeText(qint64 ms);
+
 /**
  * Beside each value of the table: where it comes from, and since when the drive has confirmed it. It only
  * watches table and link, and never says Live of a value that is not the one that the drive told.

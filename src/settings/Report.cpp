@@ -38,8 +38,8 @@ QList<ReportRow> CollectRows(const ParameterTable &table, ReportFilter filter)
         if (filter == ReportFilter::ChangedFromDefault && !isChanged)
             continue;
         rows.append({QString::number(i).rightJustified(3), record.Name,
-                     ValueText(record.Preset, record.Attributes),
-                     ValueText(record.Value, record.Attributes)});
+                     ValueText(record.Preset, record.Attributes), ValueText(record.Value, record.Attributes),
+                     i});
     }
     return rows;
 }

@@ -17,6 +17,7 @@ struct ReportRow {
     QString name;
     QString presetText;
     QString valueText;
+    int param = -1;
 };
 
 inline constexpr int ReportColumns = 4;

@@ -5,11 +5,14 @@
 #include "model/PathFunctions.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
+#include "platform/SettingsStore.h"
 #include "settings/forms/ExportList.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/ParameterListModel.h"
+#include "settings/forms/ValueDelegate.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -23,7 +26,21 @@ namespace
 {
 
 /** Widths of the columns in characters. */
-constexpr std::array<int, ReportColumns> ColumnCharacters = {8, 44, 16, 16};
+constexpr std::array<int, ParameterListModel::Columns> ColumnCharacters = {8, 44, 16, 16, 10, 8};
+/** How often the list follows the table, in milliseconds. */
+constexpr int FollowInterval = 250;
+
+const QString &Section()
+{
+    static const QString section = QStringLiteral("View Parameters");
+    return section;
+}
+
+const QString &ShowStatesKey()
+{
+    static const QString key = QStringLiteral("Show State and Age");
+    return key;
+}
 
 QPushButton *MakeButton(QWidget *form, const QString &name, const QString &caption)
 {
@@ -43,8 +60,9 @@ const QString &FormViewParameters::Caption()
 FormViewParameters::FormViewParameters(Desk &desk, FilePrint &print, ReportFilter filter)
     : Form(desk, QStringLiteral("FormViewParameters"), Caption(), QStringLiteral("View Parameters.htm"))
     , filter_(filter)
-    , list_(new ParameterListModel(this))
+    , list_(new ParameterListModel(desk.table, desk.states, this))
     , listView_(new QTreeView(this))
+    , checkStates_(new QCheckBox(QStringLiteral("Show &state and age"), this))
     , labelTotal_(new QLabel(this))
 {
     auto *layout = new QVBoxLayout(this);
@@ -53,6 +71,7 @@ FormViewParameters::FormViewParameters(Desk &desk, FilePrint &print, ReportFilte
     layout->addWidget(MakeCommands(print));
     SelectView(filter);
     BuildList();
+    FollowTable();
     listView_->setFocus();
 }
 
@@ -74,6 +93,13 @@ QWidget *FormViewParameters::MakeFilters()
         optionView_[std::size_t(index)] = option;
         layout->addWidget(option);
     }
+    checkStates_->setObjectName(QStringLiteral("CheckStates"));
+    On(checkStates_, &QCheckBox::clicked, this, [this](bool isChecked) {
+        desk().settings.SaveSetting(Section(), ShowStatesKey(),
+                                    isChecked ? QStringLiteral("True") : QStringLiteral("False"));
+        ShowStates(isChecked);
+    });
+    layout->addWidget(checkStates_);
     layout->addStretch();
     labelTotal_->setObjectName(QStringLiteral("LabelTotal"));
     layout->addWidget(labelTotal_);
@@ -90,12 +116,14 @@ QWidget *FormViewParameters::MakeListView()
     listView_->setAlternatingRowColors(true);
     listView_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     listView_->setModel(list_);
+    listView_->setItemDelegateForColumn(ParameterListModel::ValueColumn, new ValueDelegate(listView_));
+    ShowStates(WantsStates());
     QHeaderView *header = listView_->header();
     const int character = fontMetrics().averageCharWidth();
     int width = 0;
-    for (int column = 0; column < ReportColumns; ++column) {
+    for (int column = 0; column < ParameterListModel::Columns; ++column) {
         header->resizeSection(column, ColumnCharacters[std::size_t(column)] * character);
-        width += header->sectionSize(column);
+        width += ColumnCharacters[std::size_t(column)] * character;
     }
     // In a narrower window the names give way, not the values behind them.
     header->setStretchLastSection(false);
@@ -147,6 +175,39 @@ void FormViewParameters::BuildList()
 {
     list_->SetRows(CollectRows(desk().table, filter_));
     labelTotal_->setText(QStringLiteral("Total: %1").arg(list_->rowCount()));
+}
+
+void FormViewParameters::FollowTable()
+{
+    On(&desk().table.Signals(), &TableSignals::Changed, this,
+       [this](const ParamChange &change) { changed_.insert(change.param); });
+    On(&desk().states, &ValueStates::StateChanged, this, [this](int p) { changed_.insert(p); });
+    timerFollow_.setObjectName(QStringLiteral("TimerFollow"));
+    timerFollow_.setInterval(FollowInterval);
+    On(&timerFollow_, &QTimer::timeout, this, [this] { Follow(); });
+    timerFollow_.start();
+}
+
+void FormViewParameters::Follow()
+{
+    ShowStates(WantsStates());
+    list_->Follow(std::exchange(changed_, {}));
+    if (!listView_->isColumnHidden(ParameterListModel::AgeColumn))
+        list_->FollowAges();
+}
+
+bool FormViewParameters::WantsStates() const
+{
+    const QString chosen = desk().settings.GetSetting(Section(), ShowStatesKey());
+    return chosen.isEmpty() ? desk().table.PortOpen() || desk().states.IsLost()
+                            : chosen == QStringLiteral("True");
+}
+
+void FormViewParameters::ShowStates(bool isShown)
+{
+    checkStates_->setChecked(isShown);
+    for (const int column : {ParameterListModel::StateColumn, ParameterListModel::AgeColumn})
+        listView_->setColumnHidden(column, !isShown);
 }
 
 void FormViewParameters::CommandExport_Click()

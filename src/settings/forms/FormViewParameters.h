@@ -3,8 +3,11 @@
 #include "desktop/Form.h"
 #include "settings/Report.h"
 
+#include <QTimer>
 #include <array>
+#include <set>
 
+class QCheckBox;
 class QLabel;
 class QRadioButton;
 class QTreeView;
@@ -15,7 +18,10 @@ namespace quorvik
 class FilePrint;
 class ParameterListModel;
 
-/** "View Parameters": the parameter table as a list, all of it or what differs from the factory values. */
+/**
+ * "View Parameters": the parameter table as a list, all of it or what differs from the factory values. Values
+ * and their states follow the table; which rows there are changes on Refresh or with the filter.
+ */
 class FormViewParameters : public Form
 {
     Q_OBJECT
@@ -26,7 +32,7 @@ public:
 
     static const QString &Caption();
 
-    /** With all columns in sight. */
+    /** With all columns in sight, also those that are hidden now. */
     QSize sizeHint() const override;
 
     /** The rows as shown, in their order. */
@@ -38,6 +44,11 @@ private:
     void BuildList();
     QWidget *MakeFilters();
     QWidget *MakeListView();
+    void FollowTable();
+    void Follow();
+    /** Whether state and age are columns: as the user chose, else on line, and while a drive is lost. */
+    bool WantsStates() const;
+    void ShowStates(bool isShown);
     QWidget *MakeCommands(FilePrint &print);
     void CommandExport_Click();
 
@@ -45,7 +56,10 @@ private:
     QSize size_;
     ParameterListModel *list_;
     QTreeView *listView_;
+    QCheckBox *checkStates_;
     QLabel *labelTotal_;
+    std::set<int> changed_; ///< since the list followed last
+    QTimer timerFollow_{this};
     std::array<QRadioButton *, 2> optionView_{};
 };
 

@@ -1,22 +1,38 @@
 #pragma once
 
+#include "link/ValueStates.h"
 #include "settings/Report.h"
 
 #include <QAbstractTableModel>
+#include <optional>
+#include <set>
 
 namespace quorvik
 {
 
-/** The rows of the parameter list as they are shown. Sorting stays on when the rows are replaced. */
+class ParameterTable;
+
+/**
+ * The rows of the parameter list as they are shown, and behind the report's columns where each value comes
+ * from and how old it is. Sorting stays on when the rows are replaced.
+ */
 class ParameterListModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
-    using QAbstractTableModel::QAbstractTableModel;
+    enum Column { ValueColumn = 3, StateColumn = ReportColumns, AgeColumn, Columns };
+    /** The ValueState of a row, as a number. */
+    static constexpr int StateRole = Qt::UserRole;
+
+    ParameterListModel(const ParameterTable &table, const ValueStates &states, QObject *parent);
 
     const QList<ReportRow> &Rows() const { return rows_; }
     void SetRows(QList<ReportRow> rows);
+    /** Values and states of these parameters are other ones; the rows stay where they are. */
+    void Follow(const std::set<int> &params);
+    /** Time goes on. */
+    void FollowAges();
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -26,7 +42,14 @@ public:
 
 private:
     void SortNow();
+    ValueState StateOf(const ReportRow &row) const;
+    /** Of the value that is shown, where it is the drive's. */
+    std::optional<qint64> AgeOf(const ReportRow &row) const;
+    QString TextOf(const ReportRow &row, int column) const;
+    QString ToolTipOf(const ReportRow &row) const;
 
+    const ParameterTable &table_;
+    const ValueStates &states_;
     QList<ReportRow> rows_;
     int sortColumn_ = -1; ///< -1 while no column was clicked yet
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
