@@ -1,5 +1,6 @@
 #include "Album.h"
 #include "SampleComparison.h"
+#include "ValueLegend.h"
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
@@ -213,6 +214,9 @@ void Album::TakeOthers()
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);
     Take(*list, list->objectName(), list->HelpTopic());
     list->close();
+
+    ValueLegend legend(desk_.colors);
+    Take(legend, QStringLiteral("ValueLegend"), QString());
 
     // The panel takes all inputs off their destinations, so it comes last.
     VirtualOperatorFields fields;
