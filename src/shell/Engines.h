@@ -4,6 +4,8 @@
 #include "compare/VerifiedWrite.h"
 #include "emulator/DriveEmulator.h"
 #include "link/DriveLink.h"
+#include "link/LinkStatistics.h"
+#include "link/PacketLog.h"
 #include "link/ValueStates.h"
 #include "model/Document.h"
 #include "operations/DriveOperations.h"
@@ -38,6 +40,8 @@ struct Engines {
     SettingsFile file;
     RecoveryCopy recoveryCopy;
     DriveLink link;
+    LinkStatistics statistics;
+    PacketLog packets;
     ValueStates states;
     TripRecords trips;
     DriveEmulator emulator;

@@ -108,6 +108,7 @@ constexpr MenuRow table[] = {
     {Command, "mnuToolsVirtualOperator", "Virtual Operator", ShowVirtualOperator, "", "operator"},
     {Separator, "mnuToolsSeparator3"},
     {Command, "mnuToolsCompare", "Com&pare...", [](Main &main) { ShowCompare(main, false); }, "", "compare"},
+    {Command, "mnuToolsLinkDetails", "Lin&k Details...", ShowLinkDetails},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},

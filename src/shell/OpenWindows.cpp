@@ -6,6 +6,7 @@
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormDebug.h"
+#include "link/forms/FormLinkDetails.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/Guard.h"
 #include "settings/forms/FormNotes.h"
@@ -60,7 +61,12 @@ void ShowDebug(MDIFormMain &main)
              [&main](Desk &desk) { return new FormDebug(desk, main.AllEngines().link); });
 }
 
-void ShowLinkDetails(MDIFormMain &) {}
+void ShowLinkDetails(MDIFormMain &main)
+{
+    ShowOnly(main, FormLinkDetails::Name(), [&main](Desk &desk) {
+        return new FormLinkDetails(desk, main.AllEngines().statistics, main.AllEngines().packets);
+    });
+}
 
 void ShowNotes(MDIFormMain &main)
 {

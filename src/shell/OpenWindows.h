@@ -9,6 +9,7 @@ class MDIFormMain;
 
 void ShowCommunications(MDIFormMain &main);
 void ShowDebug(MDIFormMain &main);
+/** How well the line works, and what passes on it. */
 void ShowLinkDetails(MDIFormMain &main);
 
 void ShowNotes(MDIFormMain &main);

@@ -7,7 +7,10 @@
 #include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/DriveLink.h"
+#include "link/LinkStatistics.h"
+#include "link/PacketLog.h"
 #include "link/forms/FormCommunications.h"
+#include "link/forms/FormLinkDetails.h"
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
 #include "operator/FormVirtualOperator.h"
@@ -82,6 +85,8 @@ void VisitBlocks(TestDesk &desk, const Visit &visit)
 void VisitOtherWindows(TestDesk &desk, const Visit &visit)
 {
     DriveLink link(desk.table);
+    const LinkStatistics statistics(link);
+    PacketLog packets(link, statistics);
     Progress reading(QStringLiteral("Reading Parameters from Drive"), int(WholeScan::Reading), 434);
     FilePrint print(desk.desk);
     ScriptedHost comparing(desk);
@@ -100,6 +105,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return edit(217); }, // a number
         [&] { return new FormNotes(desk.desk, &desk.mainWindow); },
         [&] { return new FormViewParameters(desk.desk, print, ReportFilter::All); },
+        [&] { return new FormLinkDetails(desk.desk, statistics, packets); },
         [&] { return new FormCompare(desk.desk, comparing); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },

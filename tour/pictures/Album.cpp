@@ -1,5 +1,6 @@
 #include "Album.h"
 #include "SampleComparison.h"
+#include "SampleLink.h"
 #include "ValueLegend.h"
 
 #include "blocks/BlockCatalogue.h"
@@ -12,6 +13,7 @@
 #include "emulator/forms/FormIOSimulator.h"
 #include "link/DriveLink.h"
 #include "link/forms/FormCommunications.h"
+#include "link/forms/FormLinkDetails.h"
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
 #include "model/ParameterTable.h"
@@ -209,6 +211,14 @@ void Album::TakeOthers()
     comparison->resize(comparison->sizeHint());
     Take(*comparison, comparison->objectName(), comparison->HelpTopic());
     comparison->close();
+
+    SampleLink line(desk_.table);
+    line.packets.SetRecording(true);
+    line.Talk();
+    auto *details = new FormLinkDetails(desk_, line.statistics, line.packets);
+    details->resize(details->sizeHint());
+    Take(*details, details->objectName(), details->HelpTopic());
+    details->close();
 
     FilePrint print(desk_);
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);
