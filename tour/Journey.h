@@ -13,6 +13,8 @@ void AddGoingOnline(Tour &tour);
 void AddMainJob(Tour &tour);
 /** The questions before risky commands, a comparison, and writes that are proved; after the main job. */
 void AddSafeJob(Tour &tour);
+/** A trip, and links that are lost and come back; after the safe job. */
+void AddLostLinkJob(Tour &tour);
 /** A round through every window of the Blocks menu. */
 void AddBlockRound(Tour &tour);
 /** The windows of the other menus that are of use on line. */

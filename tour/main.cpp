@@ -62,6 +62,7 @@ int main(int argc, char **argv)
     AddGoingOnline(tour);
     AddMainJob(tour);
     AddSafeJob(tour);
+    AddLostLinkJob(tour);
     AddBlockRound(tour);
     AddOnlineRound(tour);
     AddRestart(tour);

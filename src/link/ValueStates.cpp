@@ -230,8 +230,11 @@ void ValueStates::ForgetPass()
 {
     // An answer does not say whose it is: one too many means that those before it may stand a row too far.
     for (Row &row : rows_)
-        if (row.confirmedAt >= passBeganAt_ && !row.isWritten)
+        if (row.confirmedAt >= passBeganAt_ && !row.isWritten) {
             row.confirmedAt = -1;
+            // A box may have been painted in between.
+            row.told = ValueState::Live;
+        }
 }
 
 void ValueStates::Lose()
