@@ -19,7 +19,7 @@ std::optional<std::int32_t> WindowAsker::EditValue(int p, std::int32_t rawValue)
 
 bool WindowAsker::ChooseOnLine()
 {
-    FormSelectCommMode window(main_.TheDesk(), &main_);
+    FormSelectCommMode window(main_.TheDesk(), &main_, main_.AllEngines().link);
     window.exec();
     return window.OnlineChosen();
 }

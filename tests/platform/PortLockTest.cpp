@@ -1,5 +1,6 @@
 #include "platform/PortLock.h"
 #include "platform/Ports.h"
+#include "platform/SettingsStore.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,10 +45,12 @@ TEST(PortsTest, TheSimulatedDriveIsPluggedInWhileItsLinkIsThere)
     const QByteArray before = qgetenv("XDG_CACHE_HOME");
     qputenv("XDG_CACHE_HOME", QFile::encodeName(cache.path()));
     const QString link = Ports::SimulatedDriveLink();
-    EXPECT_EQ(Ports::PluggedIn(link), QStringLiteral("Nothing is plugged in there."));
+    SettingsStore settings(cache.filePath(QStringLiteral("settings.ini")));
+    const Ports ports(settings);
+    EXPECT_EQ(ports.PluggedIn(link), QStringLiteral("Nothing is plugged in there."));
     ASSERT_TRUE(QDir(cache.path()).mkpath(QStringLiteral("quorvik")));
     ASSERT_TRUE(QFile::link(QStringLiteral("/dev/null"), link));
-    EXPECT_EQ(Ports::PluggedIn(link), QStringLiteral("Simulated drive"));
+    EXPECT_EQ(ports.PluggedIn(link), QStringLiteral("Simulated drive"));
     qputenv("XDG_CACHE_HOME", before);
 }
 

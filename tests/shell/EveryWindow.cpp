@@ -95,9 +95,14 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
     const auto edit = [&](int p) {
         return new FormModifyParameterValue(desk.desk, &desk.mainWindow, p, desk.table.Value(p));
     };
+    // Not the ports of the machine that it runs on, and a number that none of them stands for.
+    link.MSComm1.SetCommPort(13);
+    const auto ports = [] {
+        return QList<SerialDevice>{{Name("/dev/ttyNone0"), Name("USB serial adapter")}};
+    };
     const std::function<QWidget *()> windows[] = {
-        [&] { return new FormCommunications(desk.desk, &desk.mainWindow, link); },
-        [&] { return new FormSelectCommMode(desk.desk, &desk.mainWindow); },
+        [&] { return new FormCommunications(desk.desk, &desk.mainWindow, link, ports); },
+        [&] { return new FormSelectCommMode(desk.desk, &desk.mainWindow, link, ports); },
         [&] { return new FormProgressBar(desk.desk, &desk.mainWindow, reading); },
         [&] { return new FormSelectDriveModel(desk.desk, &desk.mainWindow); },
         [&] { return edit(1); },   // a list of parameters

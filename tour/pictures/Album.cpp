@@ -169,9 +169,19 @@ void Album::TakeOthers()
 
     QWidget owner;
     DriveLink link(desk_.table);
-    FormCommunications communications(desk_, &owner, link);
+    const auto ports = [] {
+        const QString adapter = QStringLiteral("USB serial adapter");
+        return QList<SerialDevice>{
+            {QStringLiteral("/dev/ttyUSB0"), adapter + QStringLiteral(" (QV20417)"), adapter,
+             QStringLiteral("QV20417")},
+            {QStringLiteral("/dev/ttyUSB1"), adapter + QStringLiteral(" (QV20533)"), adapter,
+             QStringLiteral("QV20533")},
+        };
+    };
+    link.MSComm1.SetCommPort(5);
+    FormCommunications communications(desk_, &owner, link, ports);
     Take(communications, communications.objectName(), communications.HelpTopic());
-    FormSelectCommMode mode(desk_, &owner);
+    FormSelectCommMode mode(desk_, &owner, link, ports);
     Take(mode, mode.objectName(), mode.HelpTopic());
     FormSelectDriveModel models(desk_, &owner);
     Take(models, models.objectName(), models.HelpTopic());

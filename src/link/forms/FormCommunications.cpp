@@ -1,6 +1,7 @@
 #include "link/forms/FormCommunications.h"
 
 #include "link/DriveLink.h"
+#include "link/forms/PortList.h"
 #include "platform/Guard.h"
 
 #include <QComboBox>
@@ -10,6 +11,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace quorvik
 {
@@ -23,14 +25,15 @@ constexpr int DeviceColumns = 34;
 
 } // namespace
 
-FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &link)
+FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &link, Ports::Source present)
     : DialogForm(desk, owner, QStringLiteral("FormCommunications"), QStringLiteral("Select Comm Settings"),
                  QStringLiteral("Communications.htm"))
     , link_(link)
-    , ports_(desk.settings)
+    , ports_(desk.settings, std::move(present))
     , comboCommPort_(new QComboBox(this))
     , comboDevice_(new QComboBox(this))
     , labelPluggedIn_(new QLabel(this))
+    , portList_(new PortList(desk.table, ports_, link.Timings(), this))
 {
     comboCommPort_->setObjectName(QStringLiteral("ComboCommPort"));
     comboCommPort_->setAccessibleName(QStringLiteral("Com port"));
@@ -76,14 +79,26 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
 
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(fields);
+    layout->addWidget(portList_);
     layout->addWidget(buttons);
 
     const bool mayChange = !link_.PortOpen();
     comboCommPort_->setEnabled(mayChange);
     comboDevice_->setEnabled(mayChange);
+    portList_->SetMayChoose(mayChange);
 
     On(comboCommPort_, &QComboBox::currentIndexChanged, this, [this] {
         KeepDevice();
+        ShowDevice();
+    });
+    On(portList_, &PortList::Chosen, this, [this](int number) {
+        {
+            // What stands in the box belongs to the number before, which the list may just have changed.
+            const QSignalBlocker quiet(comboCommPort_);
+            if (number != shownNumber_)
+                KeepDevice();
+            comboCommPort_->setCurrentIndex(number - 1);
+        }
         ShowDevice();
     });
     On(comboDevice_, &QComboBox::textActivated, this, [this] { KeepDevice(); });
@@ -103,7 +118,7 @@ int FormCommunications::Number() const
 void FormCommunications::FillDevices()
 {
     comboDevice_->clear();
-    const QList<SerialDevice> present = Ports::Present();
+    const QList<SerialDevice> present = ports_.Devices();
     for (const SerialDevice &device : present) {
         comboDevice_->addItem(device.path);
         comboDevice_->setItemData(comboDevice_->count() - 1, device.description, Qt::ToolTipRole);
@@ -119,27 +134,34 @@ void FormCommunications::ShowDevice()
     shownNumber_ = Number();
     FillDevices();
     comboDevice_->setEditText(ports_.DeviceOf(Number()));
+    portList_->SetNumber(Number());
     ShowPluggedIn();
 }
 
 void FormCommunications::ShowPluggedIn()
 {
-    labelPluggedIn_->setText(Ports::PluggedIn(comboDevice_->currentText().trimmed()));
+    labelPluggedIn_->setText(ports_.PluggedIn(comboDevice_->currentText().trimmed()));
 }
 
 void FormCommunications::KeepDevice()
 {
-    if (shownNumber_ >= Ports::First && comboDevice_->isEnabled())
-        ports_.SetDevice(shownNumber_, comboDevice_->currentText().trimmed());
+    const QString path = comboDevice_->currentText().trimmed();
+    if (shownNumber_ >= Ports::First && comboDevice_->isEnabled() && path != ports_.DeviceOf(shownNumber_)) {
+        ports_.SetDevice(shownNumber_, path);
+        portList_->RefreshSoon();
+    }
     ShowPluggedIn();
 }
 
 void FormCommunications::done(int result)
 {
     Guarded([this] {
+        portList_->StopFinding();
         KeepDevice();
-        if (!link_.PortOpen() && Number() >= Ports::First)
-            link_.MSComm1.SetCommPort(Number());
+        if (link_.PortOpen() || Number() < Ports::First)
+            return;
+        link_.MSComm1.SetCommPort(Number());
+        ports_.FollowAdapter(Number(), portList_->HasChosen(Number()));
     });
     DialogForm::done(result);
 }

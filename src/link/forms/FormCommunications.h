@@ -12,17 +12,19 @@ namespace quorvik
 {
 
 class DriveLink;
+class PortList;
 
 /**
- * Picks the serial port by number, and the device that a number stands for. However the window closes, the
- * choice holds. On line it only shows what is in use.
+ * Picks the serial port by number, or from the list of what is there, and the device that a number stands
+ * for. However the window closes, the choice holds. On line it only shows what is in use.
  */
 class FormCommunications : public DialogForm
 {
     Q_OBJECT
 
 public:
-    FormCommunications(Desk &desk, QWidget *owner, DriveLink &link);
+    /** @param present the devices of this computer. */
+    FormCommunications(Desk &desk, QWidget *owner, DriveLink &link, Ports::Source present = &Ports::Present);
 
     void done(int result) override;
 
@@ -39,6 +41,7 @@ private:
     QComboBox *comboCommPort_;
     QComboBox *comboDevice_;
     QLabel *labelPluggedIn_;
+    PortList *portList_;
     QTimer timerUpdateScreen_;
 };
 

@@ -1,6 +1,8 @@
 #include "link/forms/FormSelectCommMode.h"
 
 #include "desktop/TitleRoom.h"
+#include "link/DriveLink.h"
+#include "link/forms/PortList.h"
 #include "model/ModelList.h"
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
@@ -13,6 +15,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace quorvik
 {
@@ -34,9 +37,12 @@ const QString &OfflineTitle()
 
 } // namespace
 
-FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner)
+FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner, DriveLink &link, Ports::Source present)
     : DialogForm(desk, owner, QStringLiteral("FormSelectCommMode"), QStringLiteral("Select Com Mode"),
                  QStringLiteral("Select Comm Mode.htm"))
+    , link_(link)
+    , ports_(desk.settings, std::move(present))
+    , portList_(new PortList(desk.table, ports_, link.Timings(), this))
     , modelRow_(new QWidget(this))
     , comboModels_(new QComboBox(modelRow_))
 {
@@ -58,6 +64,10 @@ FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner)
     auto *labelInstructions = new QLabel(QStringLiteral("Offline is when no drive is connected."), this);
     labelInstructions->setObjectName(QStringLiteral("LabelInstructions"));
     layout->addWidget(labelInstructions);
+
+    portList_->SetNumber(link_.MSComm1.CommPort());
+    On(portList_, &PortList::Chosen, this, [this](int number) { link_.MSComm1.SetCommPort(number); });
+    layout->addWidget(portList_);
 
     comboModels_->setObjectName(QStringLiteral("ComboModels"));
     comboModels_->setAccessibleName(QStringLiteral("Drive model"));
@@ -90,7 +100,20 @@ bool FormSelectCommMode::OnlineChosen() const
 void FormSelectCommMode::ModeChosen(int index)
 {
     modelRow_->setVisible(index != Online);
+    // It keeps its place, so that the window grows by the list of models and by nothing else.
+    portList_->StopFinding();
+    portList_->setEnabled(index == Online);
     setWindowTitle(index == Online ? QStringLiteral("Select Comm Mode") : OfflineTitle());
+}
+
+void FormSelectCommMode::done(int result)
+{
+    Guarded([this] {
+        portList_->StopFinding();
+        const int number = link_.MSComm1.CommPort();
+        ports_.FollowAdapter(number, portList_->HasChosen(number));
+    });
+    DialogForm::done(result);
 }
 
 void FormSelectCommMode::CommandOK_Click()

@@ -12,6 +12,7 @@
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QTimer>
+#include <QTreeWidget>
 
 namespace quorvik::testing
 {
@@ -27,6 +28,19 @@ protected:
             peer.Values[p] = P(p);
     }
 
+    /** Of the row of a port: number, device, adapter, serial number, state. */
+    QTreeWidgetItem *PortRow(const Name &device) const
+    {
+        return Find<QTreeWidget>("TreePorts")->findItems(device, Qt::MatchExactly, 1).value(0);
+    }
+    void ClickRow(const Name &device) const
+    {
+        auto *ports = Find<QTreeWidget>("TreePorts");
+        ports->scrollToItem(PortRow(device));
+        QTest::mouseClick(ports->viewport(), Qt::LeftButton, {},
+                          ports->visualItemRect(PortRow(device)).center());
+    }
+    std::string State(const Name &device) const { return PortRow(device)->text(4).toStdString(); }
     QString StoredDevice(int number) { return Ports(desk.settings).DeviceOf(number); }
 
     ScriptedPeer peer;
@@ -93,10 +107,84 @@ TEST_F(LinkFormsTest, CommunicationsShowsAndStoresTheDeviceBehindThePort)
         EXPECT_EQ(StoredDevice(number), QString()) << number;
 }
 
+TEST_F(LinkFormsTest, TheDriveIsFoundAmongTheFreePortsAndItsAdapterRemembered)
+{
+    ScriptedPeer silent;
+    silent.Answer = [](const QByteArray &) { return QByteArray(); };
+    QString drive = peer.Device();
+    const auto present = [&] {
+        return QList<SerialDevice>{{silent.Device(), {}, Name("Silent adapter"), Name("A"), Name("1:2")},
+                                   {drive, {}, Name("Drive's adapter"), Name("B"), Name("1:2")}};
+    };
+    Ports(desk.settings).SetDevice(2, silent.Device());
+    link.MSComm1.SetCommPort(2);
+    Show<FormCommunications>(&desk.mainWindow, link, present);
+    EXPECT_EQ(Find<QTreeWidget>("TreePorts")->currentItem(), PortRow(silent.Device()));
+    EXPECT_EQ(State(Name("/dev/ttyUSB1")), "not present");
+
+    Click("CommandFindDrive");
+    EXPECT_EQ(Text("CommandFindDrive"), "Stop");
+    Click("CommandFindDrive");
+    EXPECT_EQ(link.Open(), QString()) << "nothing is asked any more";
+    link.Close();
+    silent.Frames.clear();
+
+    Click("CommandFindDrive");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Text("CommandFindDrive") == "Find &drive"; }));
+    EXPECT_EQ(silent.Count(PropsRequest(1)), silent.Frames.size()) << "no other question";
+    EXPECT_EQ(Text("LabelFound"), drive.toStdString() + ": a Sarvex drive answers (last parameter 433)");
+    EXPECT_EQ(State(silent.Device()), "no answer");
+    EXPECT_EQ(Text("ComboCommPort"), "Com13") << "the first number that stood for nothing";
+    EXPECT_EQ(Text("ComboDevice"), drive.toStdString());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return PortRow(drive)->text(0) == Name("Com13"); }));
+    Click("CommandOK");
+    EXPECT_EQ(link.MSComm1.CommPort(), 13);
+    EXPECT_EQ(StoredDevice(2), silent.Device());
+    drive = Name("/dev/ttyUSB3");
+    EXPECT_EQ(Ports(desk.settings, present).DeviceOf(13), drive) << "plugged in elsewhere";
+}
+
+TEST_F(LinkFormsTest, ARowOfTheListIsChosenAndOnLineNoneIs)
+{
+    const Name first("/dev/ttyUSB0"), second("/dev/ttyUSB1"), third("/dev/ttyXYZ");
+    QList<SerialDevice> present = {{first, {}}, {second, {}}};
+    const auto source = [&] { return present; };
+    link.MSComm1.SetCommPort(5);
+    Show<FormSelectCommMode>(&desk.mainWindow, link, source);
+    ClickRow(second);
+    EXPECT_EQ(link.MSComm1.CommPort(), 6);
+    Click("OptionSerialCommMode(1)");
+    EXPECT_FALSE(Enabled("TreePorts"));
+    EXPECT_FALSE(Enabled("CommandFindDrive"));
+
+    Show<FormCommunications>(&desk.mainWindow, link, source);
+    QTest::keyClick(Find("TreePorts"), Qt::Key_Up);
+    EXPECT_EQ(Text("ComboCommPort"), "Com5");
+    EXPECT_EQ(Text("ComboDevice"), first.toStdString());
+    present.append({third, {}});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return PortRow(third) != nullptr; })) << "plugged in meanwhile";
+    QTest::keyClick(Find("TreePorts"), Qt::Key_End);
+    QTest::keyClick(Find("TreePorts"), Qt::Key_Home);
+    EXPECT_EQ(Text("ComboCommPort"), "Com5");
+    EXPECT_EQ(StoredDevice(13), QString()) << "the keys pass over a device without a number";
+    ClickRow(third);
+    EXPECT_EQ(StoredDevice(13), third);
+    Close();
+
+    link.MSComm1.SetCommPort(5);
+    ASSERT_EQ(link.Open(), QString());
+    Show<FormCommunications>(&desk.mainWindow, link, source);
+    ClickRow(second);
+    EXPECT_FALSE(Enabled("CommandFindDrive"));
+    EXPECT_EQ(Text("ComboCommPort"), "Com5");
+    Close();
+    EXPECT_EQ(link.MSComm1.CommPort(), 5);
+}
+
 TEST_F(LinkFormsTest, OfflineAsksForTheModel)
 {
     P(Param::DriveModel) = 0;
-    const auto *form = Show<FormSelectCommMode>(&desk.mainWindow);
+    const auto *form = Show<FormSelectCommMode>(&desk.mainWindow, link);
     EXPECT_EQ(Find<QComboBox>("ComboModels")->currentIndex(), 0) << "an undefined model";
     EXPECT_FALSE(Visible("ComboModels"));
     const int height = form->height();
@@ -121,7 +209,7 @@ TEST_F(LinkFormsTest, OnlineLeavesTheModelToTheDrive)
 {
     const std::int32_t before = P(Param::DriveModel);
     for (const bool accept : {true, false}) {
-        const auto *form = Show<FormSelectCommMode>(&desk.mainWindow);
+        const auto *form = Show<FormSelectCommMode>(&desk.mainWindow, link);
         Pick("ComboModels", 4);
         Press(accept ? Qt::Key_Return : Qt::Key_Escape);
         EXPECT_EQ(form->OnlineChosen(), accept);

@@ -1,0 +1,312 @@
+#include "link/forms/PortList.h"
+
+#include "platform/Guard.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPromise>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QThreadPool>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace quorvik
+{
+
+namespace
+{
+
+/** An adapter that is plugged in while the list is open shows within this time. */
+constexpr int UpdateIntervalMs = 1000;
+constexpr int RowsInSight = 6;
+
+enum Column { ColumnPort, ColumnDevice, ColumnAdapter, ColumnSerialNumber, ColumnState };
+
+struct ColumnText {
+    const char *caption;
+    const char *sample; ///< as wide as what it has to show in most cases
+};
+
+constexpr ColumnText Columns[] = {
+    {"Port", "Com16 "},
+    {"Device", "/dev/ttyUSB0 "},
+    {"Adapter", "USB-Serial Controller"},
+    {"Serial number", "Serial number "},
+    {"State", "no permission (group dialout)"},
+};
+
+/** A device without a number is told by its path. */
+bool IsSamePort(const PortStatus &one, const PortStatus &other)
+{
+    return one.number == other.number && (one.number > 0 || one.device == other.device);
+}
+
+} // namespace
+
+PortList::PortList(const ParameterTable &table, const Ports &ports, LinkTimings timings, QWidget *parent)
+    : QWidget(parent)
+    , ports_(ports)
+    , finder_(table, timings)
+    , treePorts_(new QTreeWidget(this))
+    , commandFindDrive_(new QPushButton(this))
+    , labelFound_(new QLabel(this))
+{
+    treePorts_->setObjectName(QStringLiteral("TreePorts"));
+    treePorts_->setAccessibleName(QStringLiteral("Ports"));
+    treePorts_->setRootIsDecorated(false);
+    treePorts_->setUniformRowHeights(true);
+    treePorts_->setAllColumnsShowFocus(true);
+    treePorts_->setTextElideMode(Qt::ElideMiddle);
+    treePorts_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QStringList captions;
+    for (const ColumnText &column : Columns)
+        captions.append(QLatin1String(column.caption));
+    treePorts_->setHeaderLabels(captions);
+    QHeaderView *header = treePorts_->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(ColumnAdapter, QHeaderView::Stretch);
+    int width = treePorts_->verticalScrollBar()->sizeHint().width() + 2 * treePorts_->frameWidth();
+    const QFontMetrics metrics = treePorts_->fontMetrics();
+    for (int column = 0; const ColumnText &text : Columns) {
+        const int wanted = metrics.horizontalAdvance(QLatin1String(text.sample)) + metrics.height();
+        header->resizeSection(column++, wanted);
+        width += wanted;
+    }
+    treePorts_->setMinimumWidth(width);
+    treePorts_->setMinimumHeight(header->sizeHint().height() + RowsInSight * (metrics.height() + 4) +
+                                 2 * treePorts_->frameWidth());
+
+    commandFindDrive_->setObjectName(QStringLiteral("CommandFindDrive"));
+    commandFindDrive_->setToolTip(
+        QStringLiteral("Asks each free port for the properties of parameter 1, and chooses the one that "
+                       "answers. Nothing is written."));
+    commandFindDrive_->setAutoDefault(false);
+    labelFound_->setObjectName(QStringLiteral("LabelFound"));
+    labelFound_->setTextFormat(Qt::PlainText);
+    auto *finding = new QHBoxLayout;
+    finding->addWidget(commandFindDrive_);
+    finding->addWidget(labelFound_, 1);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(treePorts_);
+    layout->addLayout(finding);
+    // The longer one of its two captions, so that the row does not jump.
+    commandFindDrive_->setText(QStringLiteral("Find &drive"));
+    commandFindDrive_->setMinimumWidth(commandFindDrive_->sizeHint().width());
+
+    On(treePorts_, &QTreeWidget::currentItemChanged, this,
+       [this](QTreeWidgetItem *row) { ChooseRow(row, false); });
+    On(treePorts_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem *row) { ChooseRow(row, true); });
+    On(treePorts_, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem *row) { ChooseRow(row, true); });
+    On(commandFindDrive_, &QPushButton::clicked, this, [this] { CommandFindDrive_Click(); });
+    On(&finder_, &DriveFinder::Asking, this,
+       [this](const PortStatus &port) { labelFound_->setText(port.Name() + QStringLiteral(": asking...")); });
+    On(&finder_, &DriveFinder::Answered, this,
+       [this](const PortStatus &port, const DriveProbe::Answer &answer) { TakeAnswer(port, answer); });
+    On(&finder_, &DriveFinder::Finished, this,
+       [this](const QList<PortStatus> &drives) { EndFinding(drives); });
+    On(&looking_, &QFutureWatcherBase::finished, this, [this] {
+        if (looking_.future().resultCount() > 0 && !finder_.IsRunning())
+            Show(looking_.result());
+    });
+    On(&timerUpdateScreen_, &QTimer::timeout, this, [this] { LookAgain(); });
+    timerUpdateScreen_.start(UpdateIntervalMs);
+    Refresh();
+}
+
+void PortList::SetNumber(int number)
+{
+    number_ = number;
+    Mark();
+}
+
+void PortList::SetMayChoose(bool may)
+{
+    mayChoose_ = may;
+    if (!may)
+        StopFinding();
+    commandFindDrive_->setEnabled(may);
+}
+
+void PortList::RefreshSoon()
+{
+    // Not from within an event of the list, whose rows it may replace.
+    QMetaObject::invokeMethod(
+        this, [this] { Guarded([this] { Refresh(); }); }, Qt::QueuedConnection);
+}
+
+void PortList::Refresh()
+{
+    // What another thread still looks at is older than this.
+    looking_.setFuture({});
+    if (!finder_.IsRunning())
+        Show(ports_.Survey());
+}
+
+void PortList::LookAgain()
+{
+    // A port that is being asked would show as one in use.
+    if (!isVisible() || finder_.IsRunning() || looking_.isRunning())
+        return;
+    auto promise = std::make_shared<QPromise<QList<PortStatus>>>();
+    looking_.setFuture(promise->future());
+    promise->start();
+    QThreadPool::globalInstance()->start([promise, ports = ports_.List()] {
+        promise->addResult(Ports::WithUse(ports));
+        promise->finish();
+    });
+}
+
+void PortList::Show(const QList<PortStatus> &ports)
+{
+    if (ports == shown_)
+        return;
+    for (const PortStatus &port : ports)
+        if (port.use != PortStatus::Use::Free)
+            answers_.erase(port.device);
+    const QSignalBlocker quiet(treePorts_);
+    // Where the user stands in the list, and what is in sight of it, stays.
+    const PortStatus current = shown_.value(treePorts_->indexOfTopLevelItem(treePorts_->currentItem()));
+    const int top = treePorts_->verticalScrollBar()->value();
+    const bool hadCurrent = treePorts_->currentItem() != nullptr;
+    treePorts_->clear();
+    shown_ = ports;
+    for (const PortStatus &port : ports) {
+        auto *row = new QTreeWidgetItem(treePorts_);
+        FillRow(*row, port);
+        if (hadCurrent && IsSamePort(port, current))
+            treePorts_->setCurrentItem(row);
+    }
+    Mark();
+    treePorts_->verticalScrollBar()->setValue(top);
+}
+
+void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
+{
+    const auto answer = answers_.find(port.device);
+    const bool isAnswered = port.use == PortStatus::Use::Free && answer != answers_.end();
+    const QString state = isAnswered ? DriveFinder::TextOf(answer->second) : port.Text();
+    const QString texts[] = {port.number > 0 ? port.Name() : QString(), port.device, port.adapter,
+                             port.serialNumber, state};
+    for (int column = 0; const QString &text : texts) {
+        row.setText(column, text);
+        // Plain: the names come from the devices.
+        row.setToolTip(column++, text.toHtmlEscaped());
+    }
+    const bool isThere = port.use != PortStatus::Use::NotPresent;
+    for (int column = 0; column < int(std::size(Columns)); ++column)
+        row.setForeground(column, palette().brush(isThere ? QPalette::Text : QPalette::PlaceholderText));
+}
+
+void PortList::Mark()
+{
+    const QSignalBlocker quiet(treePorts_);
+    for (qsizetype i = 0; i < shown_.size(); ++i) {
+        QTreeWidgetItem *row = treePorts_->topLevelItem(int(i));
+        const bool isChosen = number_ > 0 && shown_.at(i).number == number_;
+        QFont font = treePorts_->font();
+        font.setBold(isChosen);
+        for (int column = 0; column < int(std::size(Columns)); ++column)
+            row->setFont(column, font);
+        if (isChosen)
+            treePorts_->setCurrentItem(row);
+    }
+}
+
+void PortList::ChooseRow(QTreeWidgetItem *row, bool isClear)
+{
+    const int index = treePorts_->indexOfTopLevelItem(row);
+    if (!mayChoose_ || index < 0)
+        return;
+    // The keys pass over a device without a number; it does not get one by that.
+    const PortStatus port = shown_.at(index);
+    if (port.number > 0 || isClear)
+        Choose(port);
+}
+
+void PortList::Choose(const PortStatus &port)
+{
+    StopFinding();
+    int number = port.number;
+    if (number == 0) {
+        number = ports_.NumberFor(port.device);
+        if (number == 0)
+            number = std::max(number_, Ports::First);
+        ports_.SetDevice(number, port.device);
+    }
+    chosen_ = number_ = number;
+    Mark();
+    RefreshSoon();
+    Q_EMIT Chosen(number);
+}
+
+void PortList::CommandFindDrive_Click()
+{
+    if (finder_.IsRunning()) {
+        StopFinding();
+        return;
+    }
+    answers_.clear();
+    told_.clear();
+    shown_.clear();
+    Refresh();
+    QList<PortStatus> ports = shown_;
+    // Where it is most likely.
+    std::stable_partition(ports.begin(), ports.end(),
+                          [this](const PortStatus &port) { return port.number == number_; });
+    finder_.Start(ports);
+    ShowFinding();
+}
+
+void PortList::ShowFinding()
+{
+    commandFindDrive_->setText(finder_.IsRunning() ? QStringLiteral("Stop") : QStringLiteral("Find &drive"));
+}
+
+void PortList::StopFinding()
+{
+    if (!finder_.IsRunning())
+        return;
+    finder_.Cancel();
+    labelFound_->clear();
+    ShowFinding();
+}
+
+void PortList::TakeAnswer(const PortStatus &port, const DriveProbe::Answer &answer)
+{
+    answers_[port.device] = answer;
+    told_ = port.Name() + QStringLiteral(": ") + DriveFinder::TextOf(answer) + QStringLiteral(".  ");
+    for (qsizetype i = 0; i < shown_.size(); ++i)
+        if (IsSamePort(shown_.at(i), port))
+            FillRow(*treePorts_->topLevelItem(int(i)), port);
+}
+
+void PortList::EndFinding(const QList<PortStatus> &drives)
+{
+    ShowFinding();
+    if (drives.isEmpty()) {
+        labelFound_->setText(answers_.empty() ? QStringLiteral("There is no free port to ask.")
+                                              : QStringLiteral("No drive answers on any free port."));
+        return;
+    }
+    const PortStatus &first = drives.first();
+    QString text = first.Name() + QStringLiteral(": ") + DriveFinder::TextOf(answers_.at(first.device));
+    if (drives.size() > 1)
+        text += QStringLiteral(", and %1 more").arg(drives.size() - 1);
+    labelFound_->setText(text);
+    Choose(first);
+}
+
+void PortList::hideEvent(QHideEvent *event)
+{
+    StopFinding();
+    QWidget::hideEvent(event);
+}
+
+} // namespace quorvik
