@@ -42,7 +42,6 @@ FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner, DriveLink &li
                  QStringLiteral("Select Comm Mode.htm"))
     , link_(link)
     , ports_(desk.settings, std::move(present))
-    , portList_(new PortList(desk.table, ports_, link.Timings(), this))
     , modelRow_(new QWidget(this))
     , comboModels_(new QComboBox(modelRow_))
 {
@@ -65,6 +64,7 @@ FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner, DriveLink &li
     labelInstructions->setObjectName(QStringLiteral("LabelInstructions"));
     layout->addWidget(labelInstructions);
 
+    portList_ = new PortList(desk.table, ports_, link.Timings(), this);
     portList_->SetNumber(link_.MSComm1.CommPort());
     On(portList_, &PortList::Chosen, this, [this](int number) { link_.MSComm1.SetCommPort(number); });
     layout->addWidget(portList_);
