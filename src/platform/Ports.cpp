@@ -94,13 +94,6 @@ bool IsPseudoTerminal(const QString &path)
     return QFileInfo(path).canonicalFilePath().startsWith(QStringLiteral("/dev/pts/"));
 }
 
-const QString &PseudoTerminalText()
-{
-    static const QString text =
-        QStringLiteral("Pseudo-terminal of another program, such as a simulated drive");
-    return text;
-}
-
 PortStatus StatusOf(int number, const QString &path, const QList<SerialDevice> &present)
 {
     PortStatus port{.number = number, .device = path};
@@ -109,7 +102,7 @@ PortStatus StatusOf(int number, const QString &path, const QList<SerialDevice> &
         port.serialNumber = device->serialNumber;
         port.use = PortStatus::Use::Free;
     } else if (IsPseudoTerminal(path)) {
-        port.adapter = PseudoTerminalText();
+        port.adapter = QStringLiteral("Pseudo-terminal");
         port.use = PortStatus::Use::Free;
     }
     return port;
@@ -299,7 +292,7 @@ QString Ports::PluggedIn(const QString &path) const
     if (const SerialDevice *device = FindDevice(present, path))
         return device->description;
     if (IsPseudoTerminal(path))
-        return PseudoTerminalText();
+        return QStringLiteral("Pseudo-terminal of another program, such as a simulated drive");
     return !QFileInfo::exists(path) ? QStringLiteral("Nothing is plugged in there.")
                                     : QStringLiteral("Nothing known is plugged in there.");
 }

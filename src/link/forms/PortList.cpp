@@ -2,6 +2,7 @@
 
 #include "platform/Guard.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -79,8 +80,9 @@ PortList::PortList(const ParameterTable &table, const Ports &ports, LinkTimings 
         width += wanted;
     }
     treePorts_->setMinimumWidth(width);
-    treePorts_->setMinimumHeight(header->sizeHint().height() + RowsInSight * (metrics.height() + 4) +
-                                 2 * treePorts_->frameWidth());
+    // So many that the window goes on a small screen with large texts.
+    treePorts_->setFixedHeight(header->sizeHint().height() + RowsInSight * (metrics.height() + 4) +
+                               2 * treePorts_->frameWidth());
 
     commandFindDrive_->setObjectName(QStringLiteral("CommandFindDrive"));
     commandFindDrive_->setToolTip(
@@ -89,6 +91,8 @@ PortList::PortList(const ParameterTable &table, const Ports &ports, LinkTimings 
     commandFindDrive_->setAutoDefault(false);
     labelFound_->setObjectName(QStringLiteral("LabelFound"));
     labelFound_->setTextFormat(Qt::PlainText);
+    // The window does not grow with the path of a device.
+    labelFound_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto *finding = new QHBoxLayout;
     finding->addWidget(commandFindDrive_);
     finding->addWidget(labelFound_, 1);
@@ -105,8 +109,10 @@ PortList::PortList(const ParameterTable &table, const Ports &ports, LinkTimings 
     On(treePorts_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem *row) { ChooseRow(row, true); });
     On(treePorts_, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem *row) { ChooseRow(row, true); });
     On(commandFindDrive_, &QPushButton::clicked, this, [this] { CommandFindDrive_Click(); });
-    On(&finder_, &DriveFinder::Asking, this,
-       [this](const PortStatus &port) { labelFound_->setText(port.Name() + QStringLiteral(": asking...")); });
+    On(&finder_, &DriveFinder::Asking, this, [this](const PortStatus &port) {
+        // What the last one answered stays in sight, for this follows at once.
+        labelFound_->setText(told_ + port.Name() + QStringLiteral(": asking..."));
+    });
     On(&finder_, &DriveFinder::Answered, this,
        [this](const PortStatus &port, const DriveProbe::Answer &answer) { TakeAnswer(port, answer); });
     On(&finder_, &DriveFinder::Finished, this,
@@ -191,7 +197,10 @@ void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
 {
     const auto answer = answers_.find(port.device);
     const bool isAnswered = port.use == PortStatus::Use::Free && answer != answers_.end();
-    const QString state = isAnswered ? DriveFinder::TextOf(answer->second) : port.Text();
+    const QString state = !isAnswered ? port.Text()
+                          : answer->second.kind == DriveProbe::Answer::Kind::Drive
+                              ? QStringLiteral("a Sarvex drive answers")
+                              : DriveFinder::TextOf(answer->second);
     const QString texts[] = {port.number > 0 ? port.Name() : QString(), port.device, port.adapter,
                              port.serialNumber, state};
     for (int column = 0; const QString &text : texts) {
@@ -199,9 +208,11 @@ void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
         // Plain: the names come from the devices.
         row.setToolTip(column++, text.toHtmlEscaped());
     }
-    const bool isThere = port.use != PortStatus::Use::NotPresent;
+    // A list that is switched off is grey as a whole.
+    const bool isPale = port.use == PortStatus::Use::NotPresent && isEnabled();
     for (int column = 0; column < int(std::size(Columns)); ++column)
-        row.setForeground(column, palette().brush(isThere ? QPalette::Text : QPalette::PlaceholderText));
+        row.setData(column, Qt::ForegroundRole,
+                    isPale ? QVariant(palette().brush(QPalette::PlaceholderText)) : QVariant());
 }
 
 void PortList::Mark()
@@ -301,6 +312,14 @@ void PortList::EndFinding(const QList<PortStatus> &drives)
         text += QStringLiteral(", and %1 more").arg(drives.size() - 1);
     labelFound_->setText(text);
     Choose(first);
+}
+
+void PortList::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange || event->type() == QEvent::PaletteChange)
+        for (qsizetype i = 0; i < shown_.size(); ++i)
+            FillRow(*treePorts_->topLevelItem(int(i)), shown_.at(i));
+    QWidget::changeEvent(event);
 }
 
 void PortList::hideEvent(QHideEvent *event)

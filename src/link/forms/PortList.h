@@ -43,6 +43,7 @@ Q_SIGNALS:
     void Chosen(int number);
 
 protected:
+    void changeEvent(QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
