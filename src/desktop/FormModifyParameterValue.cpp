@@ -62,11 +62,10 @@ FormModifyParameterValue::FormModifyParameterValue(Desk &desk, QWidget *owner, i
                  QStringLiteral("Change a Value.htm"))
     , head_(new FactsHead(desk, p, this))
     , message_(new InlineMessage(QStringLiteral("LabelMessage"), this))
+    , box_(qobject_cast<ValueBox *>(QApplication::focusWidget()))
     , param_(p)
     , rawValue_(rawValue)
 {
-    if (const auto *box = qobject_cast<const ValueBox *>(QApplication::focusWidget()))
-        box_ = QRect(box->mapToGlobal(QPoint()), box->size());
     MakeControls();
     Load();
     PlaceBesideBox();
@@ -258,8 +257,8 @@ void FormModifyParameterValue::Grow()
 
 void FormModifyParameterValue::PlaceBesideBox()
 {
-    if (!box_.isEmpty())
-        PlaceWindowBeside(box_, *this);
+    if (box_)
+        PlaceWindowBeside(QRect(box_->mapToGlobal(QPoint()), box_->size()), *this);
 }
 
 void FormModifyParameterValue::TimerUpdateScreen_Timer()

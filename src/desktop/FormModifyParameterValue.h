@@ -4,7 +4,7 @@
 #include "model/TextTables.h"
 #include "platform/Guard.h"
 
-#include <QRect>
+#include <QPointer>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -78,7 +78,7 @@ private:
     FactsHead *head_;
     InlineMessage *message_;
     TickGuard tickGuard_;
-    QRect box_;                                      ///< the value box on the screen; empty for none
+    QPointer<QWidget> box_;                          ///< the value box that is edited; null for none
     ValueType::Form form_ = ValueType::Form::Number; ///< what it was shaped for
     QString newValue_;
     int param_;
