@@ -104,6 +104,18 @@ void AddLoss(Tour &tour, const QString &what, const QString &says, const std::fu
         what, [&tour, says] { return News(tour).contains(says); }, act);
 }
 
+/** The answer to the question about unsaved changes. */
+void AddNothingToSave(Tour &tour)
+{
+    const auto box = [] { return qobject_cast<QMessageBox *>(QApplication::activeModalWidget()); };
+    tour.Add(
+        QStringLiteral("Unsaved changes are asked about first"), [box] { return box() != nullptr; },
+        [&tour, box] {
+            tour.TakePicture(QStringLiteral("44-unsaved"));
+            return tour.User().Click(box()->button(QMessageBox::No));
+        });
+}
+
 void AddLosses(Tour &tour)
 {
     tour.Do(QStringLiteral("The drive falls silent: nothing is pulled, nobody answers"), [&tour] {
@@ -122,6 +134,7 @@ void AddLosses(Tour &tour)
                 tour.TakePicture(QStringLiteral("44-answers-again"));
                 return ClickNews(tour, QStringLiteral("Read from drive"));
             });
+    AddNothingToSave(tour);
     tour.Add(
         QStringLiteral("On line; the cable is pulled"),
         [&tour] {

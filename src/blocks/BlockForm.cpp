@@ -365,9 +365,11 @@ void BlockForm::SetRowCaption(int row, const QString &caption, const QString &to
 
 void BlockForm::Text1_Click(int row)
 {
-    if (InTable(RowParam(row)))
-        desk().states.Touch(RowParam(row));
-    desk().rules.EditParameter(RowOf(row).box->property("Tag").toInt(), RowParam(row));
+    const int p = RowParam(row);
+    desk().rules.EditParameter(RowOf(row).box->property("Tag").toInt(), p);
+    // Only now, for the dialog tells of a refusal.
+    if (InTable(p))
+        desk().states.Touch(p);
 }
 
 void BlockForm::CommandIOMentor_Click()

@@ -42,7 +42,7 @@ QString AgeText(qint64 ms)
                              : QStringLiteral("%1 h").arg(ms / MsOfHour);
 }
 
-ValueStates::ValueStates(ParameterTable &table, DriveLink &link, Clock clock)
+ValueStates::ValueStates(ParameterTable &table, DriveLink &link, MsClock clock)
     : table_(table)
     , link_(link)
     , clock_(std::move(clock))

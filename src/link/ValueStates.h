@@ -50,7 +50,7 @@ public:
     };
 
     /** What link.Timings() say of states; both must outlive it. */
-    ValueStates(ParameterTable &table, DriveLink &link, Clock clock = MillisecondsUp);
+    ValueStates(ParameterTable &table, DriveLink &link, MsClock clock = MillisecondsUp);
 
     /** @param p raises RuntimeFailure outside the table. */
     ValueState Of(int p) const;
@@ -111,7 +111,7 @@ private:
 
     ParameterTable &table_;
     DriveLink &link_;
-    Clock clock_;
+    MsClock clock_;
     QTimer update_;
     std::vector<Row> rows_;
     std::vector<Row> lostRows_; ///< of a drive that was lost, while another connection is tried

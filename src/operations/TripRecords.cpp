@@ -63,7 +63,7 @@ std::span<const TripRow> TripRows()
     return Rows;
 }
 
-TripRecords::TripRecords(ParameterTable &table, DriveLink &link, const ValueStates &states, Clock clock)
+TripRecords::TripRecords(ParameterTable &table, DriveLink &link, const ValueStates &states, MsClock clock)
     : table_(table)
     , link_(link)
     , states_(states)

@@ -69,7 +69,7 @@ public:
 
     /** All three must outlive it; states must have been made for the same table and link. */
     TripRecords(ParameterTable &table, DriveLink &link, const ValueStates &states,
-                Clock clock = MillisecondsUp);
+                MsClock clock = MillisecondsUp);
 
     /** The most recent first. */
     const std::deque<TripRecord> &Records() const { return records_; }
@@ -94,7 +94,7 @@ private:
     ParameterTable &table_;
     DriveLink &link_;
     const ValueStates &states_;
-    Clock clock_;
+    MsClock clock_;
     std::deque<TripRecord> records_;
     qint64 seenAt_ = 0;     ///< the first of the records
     std::set<int> awaited_; ///< what is polled for it

@@ -157,6 +157,9 @@ void MDIFormMain::OnComStatusChange()
 {
     const bool isOnline = engines_.link.PortOpen();
     statusBar_->SetComStatus(isOnline);
+    // Not only at the emulator's next tick: nobody knows it any more.
+    if (!isOnline)
+        lines_->ShowDriveState({});
     menus_.FollowLink(isOnline);
 }
 
