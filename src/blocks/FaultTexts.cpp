@@ -109,9 +109,11 @@ void RemedyText::Add(const QString &name, const QString &by, const QString &mean
     QTextCharFormat bold;
     bold.setFontWeight(QFont::Bold);
     QTextBlockFormat paragraph;
+    paragraph.setTopMargin(document()->blockCount() > 1 ? fontMetrics().height() / 2.0 : 0);
     cursor.setBlockFormat(paragraph);
     cursor.insertText(name, bold);
     cursor.insertText(QStringLiteral(" (%1)").arg(by), plain);
+    paragraph.setTopMargin(0);
     paragraph.setLeftMargin(fontMetrics().height());
     for (const auto &[head, text] : {std::pair(QStringLiteral("What it means: "), meaning),
                                      std::pair(QStringLiteral("What to check: "), check)}) {

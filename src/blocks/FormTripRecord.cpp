@@ -45,8 +45,7 @@ FormTripRecord::FormTripRecord(Desk &givenDesk)
     , labelSummary_(new QLabel(this))
     , listValues_(new QTreeWidget(this))
 {
-    auto *caption =
-        new QLabel(QStringLiteral("&Trips seen since the program was started, the most recent first:"), this);
+    auto *caption = new QLabel(QStringLiteral("The last five &trips, kept until the program ends:"), this);
     caption->setBuddy(listTrips_);
     listTrips_->setObjectName(QStringLiteral("ListTrips"));
     listTrips_->setAccessibleName(QStringLiteral("Trips, most recent first"));
@@ -108,7 +107,7 @@ QWidget *FormTripRecord::MakeCommands()
 const TripRecord *FormTripRecord::Chosen() const
 {
     for (const TripRecord &record : desk().trips.Records())
-        if (record.seen == chosen_)
+        if (record.number == chosen_)
             return &record;
     return nullptr;
 }
@@ -120,7 +119,7 @@ void FormTripRecord::ListTrips()
         const QSignalBlocker whileFilled(listTrips_);
         listTrips_->clear();
         for (const TripRecord &record : desk().trips.Records()) {
-            if (record.seen == chosen_)
+            if (record.number == chosen_)
                 row = listTrips_->count();
             listTrips_->addItem(
                 record.seen.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) +
@@ -136,7 +135,7 @@ void FormTripRecord::ShowTrip()
 {
     const int row = listTrips_->currentRow();
     if (row >= 0)
-        chosen_ = desk().trips.Records().at(std::size_t(row)).seen;
+        chosen_ = desk().trips.Records().at(std::size_t(row)).number;
     const TripRecord *record = Chosen();
     commandExport_->setEnabled(record != nullptr);
     labelSummary_->setText(record

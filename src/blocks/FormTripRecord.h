@@ -2,7 +2,6 @@
 
 #include "desktop/Form.h"
 
-#include <QDateTime>
 #include <functional>
 #include <optional>
 
@@ -42,7 +41,7 @@ private:
     QLabel *labelSummary_;
     QTreeWidget *listValues_;
     QPushButton *commandExport_ = nullptr;
-    QDateTime chosen_; ///< when the trip that is shown was seen
+    int chosen_ = 0; ///< the number of the trip that is shown
 };
 
 /** Shows the one window of the trips as a child of the frame, made first where there is none. */

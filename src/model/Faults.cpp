@@ -43,8 +43,8 @@ constexpr Entry Entries[] = {
      {ArmatureVolts, NameplateMotorVoltage, LineVoltage, FinalFieldIDemand, FwdDecelA, RevDecelA},
      "The armature voltage, %1, is too high.",
      "Compare it with %2, and %3 with the voltage that the drive is built for. A field that is too strong "
-     "for the speed (%4) or a load that drives the motor raises it; longer ramps, %5 and %6, help against "
-     "the latter."},
+     "for the speed, see %4, or a load that drives the motor raises it; longer ramps, %5 and %6, help "
+     "against the latter."},
     {"OverSpeed, ",
      {VelFeedback, OverspeedLevel, ForwardMaxSpeed, ReverseMaxSpeed, FullRPMLevel, PropGainA},
      "The speed, %1, went above %2, in either direction.",
@@ -58,7 +58,8 @@ constexpr Entry Entries[] = {
     {"OverTemp, ",
      {HeatsinkTemp, FanMode, ArmatureAmps, NameplateDriveI},
      "The heatsink of the drive is too hot: %1.",
-     "Check that the fan turns (%2), that filters and air ways are clean, and how warm the cabinet is. %3 "
+     "Check that the fan turns as %2 says, that filters and air ways are clean, and how warm the cabinet is. "
+     "%3 "
      "must not stay above %4."},
     {"PhaseLoss, ",
      {LineVoltage},
@@ -75,8 +76,8 @@ constexpr Entry Entries[] = {
      {LineVoltage, TriggerFirmwareVersion},
      "The drive cannot follow the phases of the line, so it cannot fire at the right moment.",
      "Look for a line that is weak, disturbed by other drives or fed by a generator, and for loose line "
-     "terminals; %1 must be steady. If it comes back on a clean line, the trigger board is to be looked at "
-     "(%2)."},
+     "terminals; %1 must be steady. If it comes back on a clean line, look after the trigger board; its "
+     "maker asks for %2."},
     {"Thermistor Open, ",
      {ArmatureAmps, NameplateMotorI},
      "The circuit of the motor's thermistor is open: the motor is too hot, or the circuit is broken.",

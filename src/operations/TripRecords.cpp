@@ -120,7 +120,8 @@ void TripRecords::See(bool isOfMoment)
         return;
     GiveUp();
     seenAt_ = clock_();
-    TripRecord record{.seen = QDateTime::currentDateTime(), .isOfBefore = !isOfMoment};
+    TripRecord record{
+        .number = ++seenCount_, .seen = QDateTime::currentDateTime(), .isOfBefore = !isOfMoment};
     for (const TripRow &row : Rows)
         if (isOfMoment && row.param <= table_.LastParam)
             record.values.push_back(Keep(row));

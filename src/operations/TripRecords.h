@@ -44,7 +44,8 @@ struct TripValue {
 
 /** A trip of the drive as it was first seen. */
 struct TripRecord {
-    QDateTime seen;
+    int number = 0; ///< counts the trips of this run, from 1
+    QDateTime seen = {};
     /** The link came up to a drive that stood tripped: when it did is not known, and nothing is kept of it.
      */
     bool isOfBefore = false;
@@ -96,6 +97,7 @@ private:
     const ValueStates &states_;
     MsClock clock_;
     std::deque<TripRecord> records_;
+    int seenCount_ = 0;
     qint64 seenAt_ = 0;     ///< the first of the records
     std::set<int> awaited_; ///< what is polled for it
     bool wasOpen_ = false;

@@ -2,6 +2,7 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "blocks/FormTripRecord.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/ScriptedHost.h"
 #include "desktop/FormModifyParameterValue.h"
@@ -112,6 +113,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormViewParameters(desk.desk, print, ReportFilter::All); },
         [&] { return new FormLinkDetails(desk.desk, statistics, packets); },
         [&] { return new FormCompare(desk.desk, comparing); },
+        [&] { return new FormTripRecord(desk.desk); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },
         [&] { return new FormGettingStarted(desk.desk, &desk.mainWindow, true); },

@@ -67,7 +67,7 @@ void LetItRun(ParameterTable &table)
 }
 
 /** What the drive of these pictures tells when it loses a phase of the line. */
-void LetItTrip(const ParameterTable &table, DriveLink &link, qint64 &now)
+void LetItTrip(ParameterTable &table, DriveLink &link, qint64 &now)
 {
     constexpr std::int32_t eStop = 8;
     constexpr std::int32_t phaseLoss = 64;
@@ -82,6 +82,10 @@ void LetItTrip(const ParameterTable &table, DriveLink &link, qint64 &now)
         now += answer;
         Q_EMIT link.Confirmed(p, phaseLoss);
     }
+    // It has been cleared since.
+    int word = Param::FaultLog1Faults;
+    for (const std::int32_t rawValue : {phaseLoss, 12, 41, 14, 1, 22, 11, 26})
+        table.Row(word++).Value = rawValue;
 }
 
 } // namespace
