@@ -65,7 +65,7 @@ RemedyText::RemedyText(QWidget *parent)
     : QTextEdit(parent)
 {
     setObjectName(QStringLiteral("TextRemedies"));
-    setAccessibleName(QStringLiteral("What the faults mean, what to check"));
+    setAccessibleName(QStringLiteral("What it means, what to check"));
     setReadOnly(true);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setTabChangesFocus(true);

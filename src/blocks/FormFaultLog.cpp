@@ -4,7 +4,6 @@
 #include "blocks/FaultTexts.h"
 #include "blocks/FormTripRecord.h"
 
-#include "desktop/PlainText.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QBoxLayout>
@@ -37,7 +36,10 @@ public:
         log->addLayout(MakeMarks());
         log->addWidget(picture_, 1);
         all->insertLayout(0, log, 1);
-        all->insertWidget(1, textRemedies_, 2);
+        auto *caption = new QLabel(QStringLiteral("What it means, what to check"), this);
+        caption->setObjectName(QStringLiteral("LabelRemedies"));
+        all->insertWidget(1, caption);
+        all->insertWidget(2, textRemedies_, 2);
         resize(sizeHint());
     }
 
@@ -50,7 +52,7 @@ public:
         const QSize buttons = layout()->itemAt(Buttons)->sizeHint();
         const QSize sheet = View().UsualSize();
         const int texts =
-            layout()->itemAt(0)->sizeHint().height() + RemedyLines * fontMetrics().lineSpacing();
+            layout()->itemAt(0)->sizeHint().height() + (RemedyLines + 1) * fontMetrics().lineSpacing();
         return {std::max(sheet.width(), buttons.width()) + margins.left() + margins.right(),
                 texts + sheet.height() + buttons.height() + Buttons * layout()->spacing() + margins.top() +
                     margins.bottom()};
@@ -114,7 +116,7 @@ private:
     static constexpr double NamesHeight = 4.4;
     static constexpr double Inset = 1.5;
     static constexpr int RemedyLines = 9;
-    static constexpr int Buttons = 3; ///< their place below log, remedies and sheet
+    static constexpr int Buttons = 4; ///< their place below log, remedies and sheet
 
     static int BaseOf(int record) { return FaultLog::First + record * FaultLog::Step; }
 
