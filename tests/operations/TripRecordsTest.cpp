@@ -89,10 +89,13 @@ TEST_F(TripRecordsTest, WhatWasNotLiveIsReadAtOnceAndSaysSo)
     peer.Values[VelFeedback] = 5000;
     peer.Values[ArmatureAmps] = 30;
     table.AddReadInterest(VelFeedback);
-    table.AddReadInterest(ArmatureAmps);
+    peer.Values[ForwardMaxSpeed] = 9000;
+    for (const int p : {ArmatureAmps, ForwardMaxSpeed})
+        table.AddReadInterest(p);
     GoOnLine();
-    ASSERT_TRUE(WaitUntil([&] { return states.Age(ArmatureAmps).has_value(); }));
-    table.RemoveReadInterest(ArmatureAmps);
+    ASSERT_TRUE(WaitUntil([&] { return states.Age(ForwardMaxSpeed).has_value(); }));
+    for (const int p : {ArmatureAmps, ForwardMaxSpeed})
+        table.RemoveReadInterest(p);
     now += 12000;
     ASSERT_TRUE(WaitUntil([&] { return states.Age(VelFeedback) == 0 && states.Age(DriveState) == 0; }));
     const std::vector<int> flags = ReadFlags();
@@ -114,7 +117,7 @@ TEST_F(TripRecordsTest, WhatWasNotLiveIsReadAtOnceAndSaysSo)
         TripFields(ValueOf(ArmatureAmps), table),
         QStringList({QStringLiteral("Currents"), QStringLiteral("114"), QStringLiteral("Armature Amps"),
                      QStringLiteral("0 Amps"), QStringLiteral("0.3 s after; 12.0 s before was 30 Amps")}));
-    EXPECT_FALSE(ValueOf(ForwardMaxSpeed).before);
+    EXPECT_EQ(ValueOf(ForwardMaxSpeed).before->rawValue, 9000);
     EXPECT_EQ(TripFaultsText(trips.Records().front()), QStringLiteral("Phase Loss"));
     EXPECT_TRUE(completed.empty()) << "one is held and not read yet";
     table.Row(ForwardMaxSpeed).WriteFlag = WriteState::None;
