@@ -2,6 +2,7 @@
 
 #include "platform/PortLock.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QSerialPort>
 #include <QSocketNotifier>
@@ -63,7 +64,8 @@ QString InUse(const QString &place, const QString &device)
     const std::optional<PortHolder> holder = HolderOfPort(device);
     QString words = Starting(place) +
                     QStringLiteral(" is in use by another program. Close that program, then try again.");
-    if (holder && !holder->isGone)
+    // Where the device itself is locked, the lock file is this program's.
+    if (holder && !holder->isGone && holder->process != QCoreApplication::applicationPid())
         words +=
             QStringLiteral("\r\n\r\n(It is process %1, \"%2\".)").arg(holder->process).arg(holder->program);
     return words;

@@ -63,7 +63,7 @@ TEST_F(DriveProbeTest, OnlyADriveThatAnswersToTheEndIsOne)
         peer.Frames.clear();
         Answer(c.frame, c.reply, c.times);
         const DriveProbe::Answer answer = Ask(peer.Device(), {7, 9, 41});
-        EXPECT_EQ(answer.kind, c.kind);
+        EXPECT_EQ(answer.kind, c.kind) << answer.sentence.toStdString();
         if (c.kind == Kind::Drive) {
             EXPECT_EQ(answer.lastParam, 40);
             EXPECT_EQ(answer.rawValues, (std::map<int, std::int32_t>{{7, -2}, {9, 0xFFFE}}));

@@ -129,7 +129,7 @@ PortList::PortList(const ParameterTable &table, const Ports &ports, LinkTimings 
 void PortList::SetNumber(int number)
 {
     number_ = number;
-    Mark();
+    Mark(true);
 }
 
 void PortList::SetMayChoose(bool may)
@@ -189,7 +189,7 @@ void PortList::Show(const QList<PortStatus> &ports)
         if (hadCurrent && IsSamePort(port, current))
             treePorts_->setCurrentItem(row);
     }
-    Mark();
+    Mark(false);
     treePorts_->verticalScrollBar()->setValue(top);
 }
 
@@ -215,7 +215,7 @@ void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
                     isPale ? QVariant(palette().brush(QPalette::PlaceholderText)) : QVariant());
 }
 
-void PortList::Mark()
+void PortList::Mark(bool isGoingThere)
 {
     const QSignalBlocker quiet(treePorts_);
     for (qsizetype i = 0; i < shown_.size(); ++i) {
@@ -225,7 +225,7 @@ void PortList::Mark()
         font.setBold(isChosen);
         for (int column = 0; column < int(std::size(Columns)); ++column)
             row->setFont(column, font);
-        if (isChosen)
+        if (isChosen && (isGoingThere || treePorts_->currentItem() == nullptr))
             treePorts_->setCurrentItem(row);
     }
 }
@@ -252,7 +252,7 @@ void PortList::Choose(const PortStatus &port)
         ports_.SetDevice(number, port.device);
     }
     chosen_ = number_ = number;
-    Mark();
+    Mark(true);
     RefreshSoon();
     Q_EMIT Chosen(number);
 }

@@ -51,7 +51,7 @@ private:
     void LookAgain();
     void Show(const QList<PortStatus> &ports);
     void FillRow(QTreeWidgetItem &row, const PortStatus &port) const;
-    void Mark();
+    void Mark(bool isGoingThere);
     void ChooseRow(QTreeWidgetItem *row, bool isClear);
     void Choose(const PortStatus &port);
     void CommandFindDrive_Click();

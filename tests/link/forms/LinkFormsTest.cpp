@@ -163,9 +163,10 @@ TEST_F(LinkFormsTest, ARowOfTheListIsChosenAndOnLineNoneIs)
     EXPECT_EQ(Text("ComboDevice"), first.toStdString());
     present.append({third, {}});
     EXPECT_TRUE(QTest::qWaitFor([&] { return PortRow(third) != nullptr; })) << "plugged in meanwhile";
-    QTest::keyClick(Find("TreePorts"), Qt::Key_End);
-    QTest::keyClick(Find("TreePorts"), Qt::Key_Home);
-    EXPECT_EQ(Text("ComboCommPort"), "Com5");
+    QTest::keyClick(Find("TreePorts"), Qt::Key_Down);
+    QTest::keyClick(Find("TreePorts"), Qt::Key_Down);
+    EXPECT_EQ(Find<QTreeWidget>("TreePorts")->currentItem(), PortRow(third));
+    EXPECT_EQ(Text("ComboCommPort"), "Com6");
     EXPECT_EQ(StoredDevice(13), QString()) << "the keys pass over a device without a number";
     ClickRow(third);
     EXPECT_EQ(StoredDevice(13), third);
