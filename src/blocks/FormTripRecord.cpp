@@ -77,7 +77,6 @@ FormTripRecord::FormTripRecord(Desk &givenDesk)
     On(&desk().trips, &TripRecords::Recorded, this, [this] { ListTrips(); });
     On(&desk().trips, &TripRecords::Completed, this, [this] { ListTrips(); });
     ListTrips();
-    resize(sizeHint());
 }
 
 QSize FormTripRecord::sizeHint() const
