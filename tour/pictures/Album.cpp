@@ -211,6 +211,7 @@ void Album::TakeOthers()
     report->close();
 
     auto *trips = new FormTripRecord(desk_);
+    trips->resize(trips->sizeHint());
     Take(*trips, trips->objectName(), trips->HelpTopic());
     trips->close();
 
