@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSysInfo>
+#include <utility>
 
 #ifdef Q_OS_UNIX
 #include <cerrno>
