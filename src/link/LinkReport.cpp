@@ -47,7 +47,7 @@ QString RateText(const LinkStatistics &statistics)
 {
     const QString whole = Fixed(statistics.AnswerRate());
     const std::optional<double> recent = statistics.RecentAnswerRate();
-    return recent ? QStringLiteral("%1 (%2 on the whole)").arg(Fixed(recent), whole) : whole;
+    return recent ? QStringLiteral("%1 (%2 overall)").arg(Fixed(recent), whole) : whole;
 }
 
 QString DirectionText(Packet::Source source)
@@ -83,11 +83,7 @@ QList<LinkFigure> Figures(const LinkStatistics &statistics)
     const auto share = [&totals](qint64 count) { return Share(count, totals.requests); };
     return {
         {"LabelRequests", QStringLiteral("Requests"),
-         totals.requests == 0 ? QStringLiteral("0")
-                              : QStringLiteral("%1 (%2 reads, %3 writes)")
-                                    .arg(totals.requests)
-                                    .arg(totals.reads)
-                                    .arg(totals.writes)},
+         QStringLiteral("%1 (%2 writes)").arg(totals.requests).arg(totals.writes)},
         {"LabelRate", QStringLiteral("Answers a second"), RateText(statistics)},
         {"LabelMedian", QStringLiteral("Median answer time"), Milliseconds(statistics.AnswerTime(50))},
         {"LabelPercentile", QStringLiteral("99th percentile"), Milliseconds(statistics.AnswerTime(99))},
@@ -108,7 +104,7 @@ QStringList SilenceLines(const LinkStatistics &statistics, const ParameterTable 
         const bool isOtherDay = silence.at.date() != statistics.Since().date();
         const QString time =
             isOtherDay ? TimeText(silence.at) : silence.at.toString(QStringLiteral("HH:mm:ss"));
-        lines.prepend(time + QStringLiteral("  ") + MeaningOf(silence.request, {}, table));
+        lines.prepend(time + QStringLiteral("  ") + AskedText(silence.request, table));
     }
     return lines;
 }

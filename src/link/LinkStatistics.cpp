@@ -73,14 +73,11 @@ int LinkStatistics::Key() const
 void LinkStatistics::OnSent(const QByteArray &bytes)
 {
     request_ = DecodeRequest(bytes, request_);
-    const int due = request_.ReplyLength();
-    if (due == 0)
+    if (request_.ReplyLength() == 0)
         return;
     sentAt_ = clock_();
     ++counts_.requests;
-    if (due == Wire::ReadReplyLength)
-        ++counts_.reads;
-    else if (due == Wire::WriteReplyLength)
+    if (request_.kind == WireRequest::Kind::Write)
         ++counts_.writes;
     if (!failed_.empty() && failed_.erase(Key()) > 0)
         ++counts_.repeats;

@@ -33,7 +33,6 @@ public:
 
     struct Counts {
         qint64 requests = 0;
-        qint64 reads = 0;    ///< of the requests
         qint64 writes = 0;   ///< of the requests
         qint64 answers = 0;  ///< whole ones with the right check character
         qint64 refusals = 0; ///< of the answers

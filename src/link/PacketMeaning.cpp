@@ -35,6 +35,31 @@ QString ValueAtText(const QByteArray &bytes, int at, int p, const ParameterTable
     return ShownText(FieldAt(bytes, at, table.AttrBit(Attr::Long, p)), table[p].Attributes);
 }
 
+/** Of a write, the bytes tell the value. */
+QString RequestText(const WireRequest &request, const QByteArray &bytes, const ParameterTable &table)
+{
+    switch (request.kind) {
+    case Kind::Read:
+        return QStringLiteral("read %1").arg(NameOf(request.param, table));
+    case Kind::Next:
+        return request.param < 0 ? QStringLiteral("go on with the next")
+                                 : QStringLiteral("go on with the next (%1)").arg(request.param);
+    case Kind::Write: {
+        const QString write = QStringLiteral("write %1").arg(NameOf(request.param, table));
+        return bytes.size() != WriteLength
+                   ? write
+                   : QStringLiteral("%1 = %2").arg(write, ValueAtText(bytes, ValueAt, request.param, table));
+    }
+    case Kind::Properties:
+        return QStringLiteral("properties of (%1)").arg(request.param);
+    case Kind::End:
+        return QStringLiteral("end");
+    case Kind::Unknown:
+        break;
+    }
+    return QStringLiteral("unknown request");
+}
+
 QString AnswerText(const Packet &packet, const ParameterTable &table)
 {
     const QByteArray &bytes = packet.bytes;
@@ -125,35 +150,17 @@ Packet::Kind Packet::KindOf() const
     return Kind::Fault;
 }
 
-QString MeaningOf(const WireRequest &request, const QByteArray &bytes, const ParameterTable &table)
+QString AskedText(const WireRequest &request, const ParameterTable &table)
 {
-    switch (request.kind) {
-    case Kind::Read:
-        return QStringLiteral("read %1").arg(NameOf(request.param, table));
-    case Kind::Next:
-        return request.param < 0 ? QStringLiteral("go on with the next")
-                                 : QStringLiteral("go on with the next (%1)").arg(request.param);
-    case Kind::Write: {
-        const QString write = QStringLiteral("write %1").arg(NameOf(request.param, table));
-        return bytes.size() != WriteLength
-                   ? write
-                   : QStringLiteral("%1 = %2").arg(write, ValueAtText(bytes, ValueAt, request.param, table));
-    }
-    case Kind::Properties:
-        return QStringLiteral("properties of (%1)").arg(request.param);
-    case Kind::End:
-        return QStringLiteral("end");
-    case Kind::Unknown:
-        break;
-    }
-    return QStringLiteral("unknown request");
+    const bool isValue = request.kind == Kind::Next && request.param >= 0;
+    return RequestText(isValue ? WireRequest{Kind::Read, request.param} : request, {}, table);
 }
 
 QString MeaningOf(const Packet &packet, const ParameterTable &table)
 {
     switch (packet.source) {
     case Packet::Source::Program:
-        return MeaningOf(packet.request, packet.bytes, table);
+        return RequestText(packet.request, packet.bytes, table);
     case Packet::Source::Drive:
         return AnswerText(packet, table);
     case Packet::Source::Unawaited:
@@ -161,7 +168,7 @@ QString MeaningOf(const Packet &packet, const ParameterTable &table)
     case Packet::Source::Silence:
         break;
     }
-    return QStringLiteral("no answer: %1").arg(MeaningOf(packet.request, {}, table));
+    return QStringLiteral("no answer: %1").arg(AskedText(packet.request, table));
 }
 
 } // namespace quorvik

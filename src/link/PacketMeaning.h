@@ -44,8 +44,8 @@ struct Packet {
     Kind KindOf() const;
 };
 
-/** What was asked, in words: "read (226) Fwd Accel A". Of a write, the bytes tell the value. */
-QString MeaningOf(const WireRequest &request, const QByteArray &bytes, const ParameterTable &table);
+/** What was asked, whichever bytes asked for it: "read (226) Fwd Accel A". */
+QString AskedText(const WireRequest &request, const ParameterTable &table);
 /** A packet in words: "(226) = 5.0 Sec", "3 of 5 bytes". Values are shown in the table's units. */
 QString MeaningOf(const Packet &packet, const ParameterTable &table);
 

@@ -55,7 +55,7 @@ TEST_F(LinkLogTest, TellsWhatPassesAndCountsWhatFails)
          &Counts::wrongLengths},
         {ReadRequest(10), ValueReply(7) + 'x', want, "read (10) Name 10\n6 of 5 bytes\n",
          &Counts::wrongLengths},
-        {Ack, {}, want, "go on with the next (11)\nno answer: go on with the next (11)\n", &Counts::silences},
+        {Ack, {}, want, "go on with the next (11)\nno answer: read (11) Name 11\n", &Counts::silences},
         {{}, {}, write, "write (12) Name 12 = 5\ntaken\n", &Counts::writes, false},
         {WriteRequest(12, 5), Nak, write, "write (12) Name 12 = 5\nrefused\n", &Counts::refusals},
         {{},

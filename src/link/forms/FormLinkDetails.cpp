@@ -35,10 +35,9 @@ constexpr int TickMs = 250;
 /** The figures are shown anew with each so many ticks. */
 constexpr int FigureTicks = 2;
 /** The columns are as wide as these in bold; the last one takes the rest. */
-constexpr std::array<const char *, PacketColumns> WidestTexts = {
-    "00:00:00.000 ", "from drive ", "00 00 00 00 00 00 00", "000.0 ms ",
-    "write (000) a name of some length = 1000.0"};
-constexpr int FewestRows = 3;
+constexpr const char *WidestTexts[] = {"00:00:00.000 ", "from drive ", "00 00 00 00 00 00 00", "000.0 ms "};
+constexpr int MeaningCharacters = 48;
+constexpr int FewestRows = 2;
 constexpr int RowsInSight = 20;
 constexpr int LinesOfSilences = 4;
 
@@ -124,7 +123,7 @@ QLayout *FormLinkDetails::MakeFigures()
         auto *caption = new QLabel(figures[i].caption + u':', this);
         auto *value = new QLabel(this);
         value->setObjectName(QString::fromLatin1(figures[i].name));
-        value->setMinimumWidth((i < FirstFailure ? 26 : 14) * fontMetrics().averageCharWidth());
+        value->setMinimumWidth((i < FirstFailure ? 20 : 13) * fontMetrics().averageCharWidth());
         const int column = i < FirstFailure ? 0 : 2;
         layout->addWidget(caption, i % FirstFailure, column);
         layout->addWidget(value, i % FirstFailure, column + 1);
@@ -142,7 +141,7 @@ QLayout *FormLinkDetails::MakeSilences()
     listSilences_->setObjectName(QStringLiteral("ListSilences"));
     listSilences_->setAccessibleName(QStringLiteral("Silences"));
     listSilences_->setUniformItemSizes(true);
-    listSilences_->setMinimumSize(24 * fontMetrics().averageCharWidth(),
+    listSilences_->setMinimumSize(18 * fontMetrics().averageCharWidth(),
                                   LinesOfSilences * fontMetrics().lineSpacing());
     listSilences_->setMaximumHeight((FirstFailure + 1) * fontMetrics().lineSpacing());
     listSilences_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -167,7 +166,7 @@ QLayout *FormLinkDetails::MakeFilter()
     for (const KindChoice &choice : KindChoices)
         comboKind_->addItem(QString::fromLatin1(choice.caption));
     labelCount_->setObjectName(QStringLiteral("LabelCount"));
-    labelCount_->setMinimumWidth(20 * fontMetrics().averageCharWidth());
+    labelCount_->setMinimumWidth(14 * fontMetrics().averageCharWidth());
     labelCount_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     On(textFilter_, &QLineEdit::textChanged, this, [this] { OnFilterChanged(); });
     On(comboKind_, &QComboBox::currentIndexChanged, this, [this] { OnFilterChanged(); });
@@ -201,12 +200,12 @@ QTableView *FormLinkDetails::MakePackets()
     view->horizontalHeader()->setHighlightSections(false);
     view->horizontalHeader()->setStretchLastSection(true);
     const QFont fixed = PacketModel::BytesFont();
-    for (int column = 0; column < PacketColumns; ++column) {
+    int column = 0;
+    for (const char *widest : WidestTexts) {
         QFont font = PacketColumn(column) == PacketColumn::Bytes ? fixed : view->font();
         font.setBold(true);
-        const QString widest = QString::fromLatin1(WidestTexts[std::size_t(column)]);
-        view->setColumnWidth(column,
-                             QFontMetrics(font).horizontalAdvance(widest) + view->fontMetrics().height());
+        view->setColumnWidth(column++, QFontMetrics(font).horizontalAdvance(QString::fromLatin1(widest)) +
+                                           view->fontMetrics().height());
     }
     view->setMinimumHeight((FewestRows + 2) * rowHeight);
     return view;
@@ -241,8 +240,8 @@ QLayout *FormLinkDetails::MakeCommands()
 
 QSize FormLinkDetails::sizeHint() const
 {
-    int width = 3 * fontMetrics().height();
-    for (int column = 0; column < PacketColumns; ++column)
+    int width = 3 * fontMetrics().height() + MeaningCharacters * fontMetrics().averageCharWidth();
+    for (int column = 0; column < int(std::size(WidestTexts)); ++column)
         width += packets_->columnWidth(column);
     const QSize needed = Form::sizeHint();
     const int rows = RowsInSight * packets_->verticalHeader()->defaultSectionSize();
@@ -289,7 +288,7 @@ void FormLinkDetails::FollowPackets()
     else if (gone > 0)
         bar->setValue(place - gone); // what the user looks at stays where it is
     const auto known = log_.End() - log_.First();
-    const QString count = QStringLiteral("%1 of %2 packets").arg(model_->rowCount()).arg(known);
+    const QString count = QStringLiteral("%1 of %2").arg(model_->rowCount()).arg(known);
     if (count != labelCount_->text())
         labelCount_->setText(count);
 }
