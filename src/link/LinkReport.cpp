@@ -83,7 +83,10 @@ QList<LinkFigure> Figures(const LinkStatistics &statistics)
     const auto share = [&totals](qint64 count) { return Share(count, totals.requests); };
     return {
         {"LabelRequests", QStringLiteral("Requests"),
-         QStringLiteral("%1 (%2 writes)").arg(totals.requests).arg(totals.writes)},
+         QStringLiteral("%1 (%2 write%3)")
+             .arg(totals.requests)
+             .arg(totals.writes)
+             .arg(totals.writes == 1 ? QString() : QStringLiteral("s"))},
         {"LabelRate", QStringLiteral("Answers a second"), RateText(statistics)},
         {"LabelMedian", QStringLiteral("Median answer time"), Milliseconds(statistics.AnswerTime(50))},
         {"LabelPercentile", QStringLiteral("99th percentile"), Milliseconds(statistics.AnswerTime(99))},
