@@ -17,8 +17,15 @@ class FailingAsker : public Asker
 {
 public:
     MsgAnswer MsgBox(const QString &text, MsgButtons, MsgIcon, const QString &) override;
+    void Tell(const QString &text, MsgIcon icon, const QString &title) override
+    {
+        if (!MayTell)
+            Asker::Tell(text, icon, title);
+    }
     std::optional<QString> ShowOpen(const FileDialogRequest &) override { return {}; }
     std::optional<QString> ShowSave(const FileDialogRequest &) override { return {}; }
+
+    bool MayTell = false; ///< a message that needs no answer is part of what is measured
 };
 
 /** The main window in a folder of its own, beside a simulated drive on a line paced as in the field. */
@@ -30,6 +37,8 @@ public:
     /** Brings the program up with the factory table and connects it. @return whether the link is up. */
     bool GoOnLine(const LinkTimings &timings);
     MDIFormMain &Main() { return *main_; } ///< only after GoOnLine()
+    DriveProcess &Drive() { return drive_; }
+    void ExpectMessages() { asker_.MayTell = true; }
     QString Folder() const { return folder_.path(); }
 
 private:

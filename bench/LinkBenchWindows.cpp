@@ -19,7 +19,11 @@ using namespace quorvik;
 
 constexpr double NsPerMs = 1e6;
 constexpr int PollingMs = 5000;
-constexpr double LimitMs = 30;
+constexpr double LimitMs = 5;
+constexpr int OfferRounds = 5;
+constexpr int LostMs = 3000;
+constexpr int WaitMs = 10000;
+constexpr double OfferLimitMs = 2000;
 
 /** The worst gap between the ticks of a timer that is due every millisecond, in milliseconds, while work
  * runs. */
@@ -37,6 +41,32 @@ template<typename Work> double WorstGap(Work work)
     ticker.start(1);
     work();
     return double(worstNs) / NsPerMs;
+}
+
+/** The worst time from the drive's return to the offer of reading it, in milliseconds; negative where it did
+ * not come. */
+double WorstOffer(AttachedProgram &program)
+{
+    Engines &engines = program.Main().AllEngines();
+    program.ExpectMessages();
+    engines.document.DriveModified = false;
+    double worst = 0;
+    for (int round = 0; round < OfferRounds; ++round) {
+        program.Drive().Send(QStringLiteral("fault drop"));
+        // Falls on another moment of the search each time.
+        const QDeadlineTimer moment(LostMs + round * 170);
+        PumpWhile([&] { return !moment.hasExpired() || !engines.states.IsLost(); }, QDeadlineTimer(WaitMs));
+        QElapsedTimer sinceReturn;
+        program.Drive().Send(QStringLiteral("faults off"));
+        sinceReturn.start();
+        if (!PumpWhile([&] { return engines.reconnection.Found() != Reconnection::Finding::Drive; },
+                       QDeadlineTimer(WaitMs)))
+            return -1;
+        worst = std::max(worst, double(sinceReturn.nsecsElapsed()) / NsPerMs);
+        if (!engines.reconnection.Read().IsDone())
+            return -1;
+    }
+    return worst;
 }
 
 } // namespace
@@ -66,6 +96,9 @@ int main(int argc, char **argv)
                       engines.drive.SendAll();
                   }),
                   "ms", LimitMs);
+    const double offer = WorstOffer(program);
+    kept &= offer >= 0;
+    kept &= Print("offer-after-return", offer, "ms", OfferLimitMs);
     engines.document.DriveModified = false;
     engines.drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;

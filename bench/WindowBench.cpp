@@ -134,7 +134,7 @@ bool MeasureWindows(MDIFormMain &main, double emptyMiB)
     RunEventsFor(CpuSeconds * 1000);
     const double share = (CpuSecondsUsed() - before) / CpuSeconds * 100;
     std::printf("windows-open: %d windows (limit none)\n", windows);
-    kept &= Print("cpu-of-all-windows", share, "% of a core", 8);
+    kept &= Print("cpu-of-all-windows", share, "% of a core", 4);
     kept &= Print("memory-of-all-windows", ResidentMiB(), "MiB", 120);
     return kept;
 }

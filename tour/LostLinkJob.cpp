@@ -34,9 +34,12 @@ QString ClickNews(Tour &tour, const QString &caption)
     return QStringLiteral("the line offers no ") + caption;
 }
 
-QString ComStatus(Tour &tour)
+/** The whole drive was read since the link is up. */
+bool IsRead(Tour &tour)
 {
-    return tour.User().TextOf(QStringLiteral("ComStatus"));
+    const Engines &engines = tour.TheProgram().Main().AllEngines();
+    const bool isOver = !QApplication::activeModalWidget() && !engines.link.IsScanning();
+    return isOver && engines.link.PortOpen() && engines.states.DriveValue(engines.table.LastParam);
 }
 
 /** Of the drive that the program was on line with. */
@@ -136,11 +139,7 @@ void AddLosses(Tour &tour)
             });
     AddNothingToSave(tour);
     tour.Add(
-        QStringLiteral("On line; the cable is pulled"),
-        [&tour] {
-            return !QApplication::activeModalWidget() && ComStatus(tour) == QLatin1String("OnLine") &&
-                   !News(tour).contains(QLatin1String("answer"));
-        },
+        QStringLiteral("On line; the cable is pulled"), [&tour] { return IsRead(tour); },
         [&tour] {
             const QString link = tour.TheProgram().DriveLinkPath();
             tour.Drive().Send(QStringLiteral("fault drop"));
@@ -166,8 +165,7 @@ void AddLosses(Tour &tour)
     AddLoss(tour, QStringLiteral("Which is read"), QStringLiteral("The drive answers again"),
             [&tour] { return ClickNews(tour, QStringLiteral("Read from drive")); });
     tour.Add(
-        QStringLiteral("On line as before; the line itself in figures"),
-        [&tour] { return !QApplication::activeModalWidget() && ComStatus(tour) == QLatin1String("OnLine"); },
+        QStringLiteral("On line as before; the line itself in figures"), [&tour] { return IsRead(tour); },
         [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuToolsLinkDetails")); });
     tour.Add(
         QStringLiteral("Link Details"),
