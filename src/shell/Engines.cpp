@@ -1,5 +1,6 @@
 #include "shell/Engines.h"
 
+#include "platform/Guard.h"
 #include "platform/Ports.h"
 
 namespace quorvik
@@ -26,7 +27,13 @@ Engines::Engines(const Surroundings &given, Asker &asker)
     , verifiedWrite(table, link, backups)
     , safeWrites(table, document, verifiedWrite, drive, snapshots, guards, asker)
 {
-    link.MSComm1.DeviceOf = [ports = Ports(given.settings)](int number) { return ports.DeviceOf(number); };
+    Ports ports(given.settings, given.devices);
+    link.MSComm1.DeviceOf = [ports](int number) { return ports.DeviceOf(number); };
+    // Whatever the system calls it when it is plugged in the next time.
+    On(&link, &DriveLink::ComStatusChanged, &link, [this, ports]() mutable {
+        if (link.PortOpen())
+            ports.FollowAdapter(link.MSComm1.CommPort());
+    });
 }
 
 QString Engines::InitGlobals(const QString &programFolder)

@@ -18,7 +18,7 @@ namespace quorvik
 namespace
 {
 
-constexpr int WaitingMs = 600;
+constexpr int WaitingMs = 400;
 constexpr std::int32_t EStopState = 8;
 /** RampStop, Jog Stop, Quick Stop, Coast Stop. */
 constexpr std::int32_t StoppingStates[] = {2, 4, 6, 7};
@@ -78,7 +78,7 @@ void StatusLines::FollowEngines()
                                                                ShowCompare(main_, true);
                                                            }}}});
     });
-    On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] { Refresh(); });
+    On(&engines_.safeWrites, &SafeWrites::Reported, this, [this] { ShowVerifiedWrite(); });
     // Once the command that went on line is through: reading the drive waits.
     On(&engines_.drive, &DriveOperations::CompareWanted, this,
        [this] { QTimer::singleShot(0, this, [this] { Guarded([this] { ShowCompare(main_, true); }); }); });
@@ -138,6 +138,20 @@ void StatusLines::ShowLink()
     }
 }
 
+void StatusLines::ShowVerifiedWrite()
+{
+    const WriteReport &report = engines_.safeWrites.Report();
+    StripLine line{WriteLine,
+                   Urgency::News,
+                   report.Summary(engines_.table) + u'.',
+                   {{QStringLiteral("Show"), [this] { ShowWriteReport(main_); }, false}}};
+    if (report.Count(Arrival::Refused) > 0)
+        line.actions.append({QStringLiteral("Retry"), [this] { engines_.safeWrites.RetryRefused(); }});
+    strip_.Withdraw(WriteLine);
+    strip_.Show(line);
+    Refresh();
+}
+
 void StatusLines::ShowLost()
 {
     using Finding = Reconnection::Finding;
@@ -193,7 +207,7 @@ void StatusLines::ShowUnwritten()
         return;
     }
     const bool isOnLine = engines_.link.PortOpen();
-    StripLine line{UnwrittenLine, Urgency::Warning,
+    StripLine line{UnwrittenLine, Urgency::News,
                    Counted(count, QStringLiteral("entry"), QStringLiteral("entries")) +
                        QStringLiteral(" had not reached the drive when the link was lost.")};
     if (isOnLine)

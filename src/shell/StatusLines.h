@@ -32,6 +32,7 @@ private:
     void Refresh();
     void ShowLink();
     void ShowLost();
+    void ShowVerifiedWrite();
     void ShowUnwritten();
     void ShowUnsaved();
     void ShowRanWhenSaved();

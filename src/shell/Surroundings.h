@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LinkTimings.h"
+#include "platform/Ports.h"
 
 #include <QString>
 
@@ -21,6 +22,7 @@ struct Surroundings {
     QString lockFile;      ///< held by the one instance that may run
     QString dataHome;      ///< the user's data folder, where desktops look for applications and file types
     LinkTimings timings;
+    Ports::Source devices = &Ports::Present; ///< the serial devices that are there now
 };
 
 } // namespace quorvik

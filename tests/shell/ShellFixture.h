@@ -43,7 +43,7 @@ protected:
         main = std::make_unique<MDIFormMain>(Surroundings{
             asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
             folder.filePath(QStringLiteral("Quorvik.lock")), folder.filePath(QStringLiteral("data")),
-            LinkTimings{.scanPause = 20, .sizeErrorPause = 100}});
+            LinkTimings{.scanPause = 20, .sizeErrorPause = 100}, [this] { return devices(); }});
         window = main.get();
     }
 
@@ -85,6 +85,7 @@ protected:
     ScriptedAsker asker;
     RecordingHelp help;
     SettingsStore settings{folder.filePath(QStringLiteral("Quorvik.ini"))};
+    std::function<QList<SerialDevice>()> devices = &Ports::Present;
     std::unique_ptr<MDIFormMain> main;
 };
 
