@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTableView>
 #include <QToolButton>
 
 namespace quorvik
@@ -15,6 +16,8 @@ namespace quorvik
 
 namespace
 {
+
+constexpr int FewestPackets = 30;
 
 const QString VelocityLoop = QStringLiteral("Velocity Loop");
 
@@ -169,7 +172,10 @@ void AddLosses(Tour &tour)
         [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuToolsLinkDetails")); });
     tour.Add(
         QStringLiteral("Link Details"),
-        [&tour] { return tour.User().WindowTitled(QStringLiteral("Link Details")) != nullptr; },
+        [&tour] {
+            const QWidget *details = tour.User().WindowTitled(QStringLiteral("Link Details"));
+            return details && details->findChild<QTableView *>()->model()->rowCount() > FewestPackets;
+        },
         [&tour] {
             tour.TakePicture(QStringLiteral("47-link-details"));
             tour.User().WindowTitled(QStringLiteral("Link Details"))->close();
