@@ -62,7 +62,7 @@ ValueStates::ValueStates(ParameterTable &table, DriveLink &link, MsClock clock)
     On(&link, &DriveLink::WriteTaken, this, [this](int p) {
         // A command is done, not kept.
         if (!Param::IsCommand(p))
-            Confirm(p, table_.Value(p), true);
+            Confirm(p, OnTheWire(p), true);
     });
     On(&link, &DriveLink::WriteRefused, this,
        [this](int p, std::int32_t rawValue, const bool *) { Refuse(p, rawValue); });
@@ -152,6 +152,11 @@ std::optional<std::int32_t> ValueStates::DriveValue(int p) const
     return row.confirmedAt < 0 ? std::nullopt : std::optional(row.rawConfirmed);
 }
 
+std::int32_t ValueStates::OnTheWire(int p) const
+{
+    return table_.AttrBit(Attr::Long, p) ? std::uint16_t(table_.Value(p)) : table_.Value(p);
+}
+
 QString ValueStates::Shown(int p, std::int32_t rawValue) const
 {
     return ShownText(rawValue, table_[p].Attributes);
@@ -176,6 +181,8 @@ QString ValueStates::Describe(int p) const
         return QStringLiteral("read %1").arg(age);
     }
     case ValueState::Never:
+        if (p > table_.LastParam)
+            return QStringLiteral("this drive does not have it");
         if (isKnown)
             return QStringLiteral("not read since it changed; the drive had %1").arg(known);
         return table_[p].WriteFlag == WriteState::Held

@@ -107,6 +107,7 @@ private:
     void Lose();
     void DropUnwritten(int p);
     void Tell();
+    std::int32_t OnTheWire(int p) const; ///< what a write of the value carries
     QString Shown(int p, std::int32_t rawValue) const;
 
     ParameterTable &table_;

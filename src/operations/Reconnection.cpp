@@ -90,10 +90,12 @@ void Reconnection::Take(const DriveProbe::Answer &answer)
         return;
     }
     const bool isAnother = IsAnother(answer);
+    // An attempt that failed is not repeated each second.
+    const bool isNew = found_ != Finding::Drive;
     Tell(isAnother ? Finding::AnotherDrive : Finding::Drive);
     const bool isUsersToDecide =
         isAnother || document_.HasUnsavedEdits || !states_.UnwrittenEntries().empty();
-    if (BySelf && !isUsersToDecide)
+    if (BySelf && isNew && !isUsersToDecide)
         Read();
 }
 

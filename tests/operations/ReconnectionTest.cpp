@@ -96,6 +96,25 @@ TEST_F(ReconnectionTest, ReadsBySelfOnlyTheSameDriveAndOverNothingOfTheUsers)
     EXPECT_FALSE(HasWritten());
 }
 
+TEST_F(ReconnectionTest, TriesBySelfOnceForEachReturn)
+{
+    LoseTheDrive();
+    search.BySelf = true;
+    document.DriveModified = document.HasUnsavedEdits = false;
+    // Answers the search, and nothing of a reading.
+    peer.Answer = [this](const QByteArray &frame) {
+        return link.PortOpen() ? QByteArray() : peer.DriveAnswer(frame);
+    };
+    int attempts = 0;
+    QObject::connect(&link, &DriveLink::ComStatusChanged, &search, [&] { attempts += link.PortOpen(); });
+    asker.Expect(QStringLiteral("not Responding"));
+    peer.PlugIn();
+    ASSERT_TRUE(WaitUntil([&] { return attempts == 1 && !link.PortOpen(); }));
+    PumpWhile([] { return true; }, QDeadlineTimer(2 * Reconnection::LookMs));
+    EXPECT_EQ(attempts, 1);
+    EXPECT_TRUE(states.IsLost() && search.Found() == Finding::Drive);
+}
+
 TEST_F(ReconnectionTest, StopsLookingWhenTheUserGoesOnWithout)
 {
     LoseTheDrive();
