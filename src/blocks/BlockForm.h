@@ -3,6 +3,7 @@
 #include "blocks/BlockDescriptor.h"
 #include "blocks/diagram/DiagramView.h"
 #include "desktop/Form.h"
+#include "link/ValueStates.h"
 #include "platform/Guard.h"
 
 #include <QList>
@@ -119,6 +120,18 @@ protected:
     void Unload() override;
 
 private:
+    /** All that what a box shows hangs on. */
+    struct Shown {
+        int param = -1;
+        std::int32_t rawValue = 0;
+        std::int32_t attributes = 0;
+        int accessClass = 0;
+        int source = 0; ///< of a linked destination
+        ValueState state = ValueState::Set;
+        std::int32_t color = 0;
+
+        bool operator==(const Shown &) const = default;
+    };
     struct Row {
         int number = 0;
         QString caption = {};
@@ -128,6 +141,7 @@ private:
         QString longestCaption = {};
         QLabel *label = nullptr;
         ValueBox *box = nullptr;
+        Shown shown = {};
 
         bool IsLinked() const { return number == LinkedRow; }
         /** Always the same parameter. */
@@ -151,9 +165,9 @@ private:
     void CommandIOMentor_Click();
     void TimerUpdateScreen_Timer();
     void PaintRowsOf(int p);
-    void PaintRow(const Row &row);
-    bool PaintValue(const Row &row); ///< whether its text changed
-    void PaintEmptyRow(const Row &row);
+    void PaintRow(Row &row);
+    bool PaintValue(Row &row); ///< whether its text changed
+    void PaintEmptyRow(Row &row);
     void PlaceTable(const QRectF &frame, const Group &group, double captionWidth);
     void PaintLinkedCaption();
     bool MayWrite(const QList<int> &rows) const;

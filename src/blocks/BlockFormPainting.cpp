@@ -5,7 +5,6 @@
 #include "desktop/BoxColors.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
-#include "link/ValueStates.h"
 #include "model/Conversions.h"
 
 #include <QLabel>
@@ -25,7 +24,7 @@ void BlockForm::TimerUpdateScreen_Timer()
     const bool isLinked = rows_.last().IsLinked();
     if (isLinked)
         SetRowParam(LinkedRow, desk().table.Value(rows_.first().param));
-    for (const Row &row : rows_)
+    for (Row &row : rows_)
         PaintRow(row);
     if (isLinked)
         PaintLinkedCaption();
@@ -36,12 +35,12 @@ void BlockForm::TimerUpdateScreen_Timer()
 
 void BlockForm::PaintRowsOf(int p)
 {
-    for (const Row &row : rows_)
+    for (Row &row : rows_)
         if (row.param == p)
             PaintRow(row);
 }
 
-void BlockForm::PaintRow(const Row &row)
+void BlockForm::PaintRow(Row &row)
 {
     if (row.free && !InTable(row.param))
         PaintEmptyRow(row);
@@ -49,26 +48,39 @@ void BlockForm::PaintRow(const Row &row)
         Text1_Change();
 }
 
-bool BlockForm::PaintValue(const Row &row)
+bool BlockForm::PaintValue(Row &row)
 {
     const ParameterTable &table = desk().table;
     const ParamRecord &record = table[row.param];
     const int accessClass = table.AccessClass(row.param);
+    const Shown shown{.param = row.param,
+                      .rawValue = record.Value,
+                      .attributes = record.Attributes,
+                      .accessClass = accessClass,
+                      .source =
+                          accessClass == Access::LinkedDestination ? table.FindLinkSource(row.param) : 0,
+                      .state = desk().states.Of(row.param),
+                      .color = desk().colors.Colors.at(std::size_t(accessClass))};
+    // Most values stand still, and there are hundreds of boxes.
+    if (shown == row.shown)
+        return false;
     const bool changed = row.box->SetText(ValueText(record.Value, record.Attributes));
     SetTag(row.box, QString::number(accessClass));
     const QString access = table.AccessDescription(row.param, accessClass);
     SetPlainToolTip(row.box, access);
-    const ValueState state = desk().states.Of(row.param);
-    row.box->SetState(state);
+    row.box->SetState(shown.state);
     // The name that a screen reader says is the caption's; the value would go unsaid.
-    SetSpokenText(row.box, QStringList{row.box->text(), NameOf(state), access}.join(QStringLiteral(", ")));
+    SetSpokenText(row.box,
+                  QStringList{row.box->text(), NameOf(shown.state), access}.join(QStringLiteral(", ")));
     row.box->SetEditable(accessClass == Access::ReadWrite || accessClass == Access::IcrReadWrite);
-    row.box->SetBackColor(ColorOf(desk().colors.Colors.at(std::size_t(accessClass))));
+    row.box->SetBackColor(ColorOf(shown.color));
+    row.shown = shown;
     return changed;
 }
 
-void BlockForm::PaintEmptyRow(const Row &row)
+void BlockForm::PaintEmptyRow(Row &row)
 {
+    row.shown = {};
     row.box->SetText({});
     row.box->SetState(ValueState::Set);
     SetTag(row.box, QString::number(Access::Empty));
