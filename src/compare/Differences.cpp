@@ -1,7 +1,7 @@
 #include "compare/Differences.h"
 
-#include "model/ShownText.h"
 #include "model/Conversions.h"
+#include "model/ShownText.h"
 #include "model/TextTables.h"
 
 #include <algorithm>

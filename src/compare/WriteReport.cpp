@@ -1,7 +1,7 @@
 #include "compare/WriteReport.h"
 
-#include "model/ShownText.h"
 #include "model/ParameterTable.h"
+#include "model/ShownText.h"
 
 #include <QStringList>
 #include <algorithm>

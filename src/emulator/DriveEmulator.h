@@ -31,8 +31,9 @@ public:
     QTimer TimerEmulateSvx; ///< 500 ms, from start to end of the program
 
     /**
-     * One tick: announces the status panels and, while off line, runs one pass unless the table holds the last
-     * values of a lost drive. Does nothing as long as the table is empty. A failure ends the tick; it is told once, and again only after a tick went through.
+     * One tick: announces the status panels and, while off line, runs one pass unless the table holds the
+     * last values of a lost drive. Does nothing as long as the table is empty. A failure ends the tick; it is
+     * told once, and again only after a tick went through.
      */
     void TimerEmulateSvx_Timer();
 

@@ -36,9 +36,8 @@ void PacketLog::Add(Packet::Source source, const QByteArray &bytes)
     const bool isAnswer = source == Packet::Source::Drive;
     if (packets_.size() == Capacity)
         packets_.pop_front();
-    packets_.push_back({source, statistics_.WallMs(),
-                        isAnswer ? statistics_.MicrosecondsSinceRequest() : -1, bytes,
-                        statistics_.Request()});
+    packets_.push_back({source, statistics_.WallMs(), isAnswer ? statistics_.MicrosecondsSinceRequest() : -1,
+                        bytes, statistics_.Request()});
     ++end_;
 }
 

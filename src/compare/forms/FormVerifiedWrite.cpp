@@ -1,7 +1,7 @@
 #include "compare/forms/FormVerifiedWrite.h"
 
-#include "model/ShownText.h"
 #include "model/ParameterTable.h"
+#include "model/ShownText.h"
 #include "platform/Guard.h"
 
 #include <QBoxLayout>
