@@ -5,6 +5,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -14,8 +15,11 @@ namespace
 
 const QColor Amber(255, 176, 0);
 
-/** Clear of the edge, and of the text. */
-constexpr double OutlineInset = 1.5;
+/** Between the edge and the outline. */
+constexpr double OutlineInset = 0.5;
+/** From this height down the outline gets thinner, so that it stays clear of the text. */
+constexpr double FullHeight = 18;
+constexpr double ThinnestOutline = 0.5;
 
 // Shares of a body's height.
 constexpr double MarkLeft = 0.27;
@@ -99,13 +103,14 @@ void ValueMark::Draw(QPainter &painter, const QRectF &body) const
     painter.setRenderHint(QPainter::Antialiasing);
     if (HasOutline()) {
         // In the text's colour and within the body, so that it is seen on a light and on a dark window.
-        QPen dashes(Ink(), 1);
+        const double thick = std::clamp(height / FullHeight, ThinnestOutline, 1.0);
+        const double inset = OutlineInset + thick;
+        QPen dashes(Ink(), thick);
         dashes.setDashPattern({3, 3});
         dashes.setCapStyle(Qt::FlatCap);
         painter.setPen(dashes);
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(body.adjusted(OutlineInset, OutlineInset, -OutlineInset, -OutlineInset),
-                                radius, radius);
+        painter.drawRoundedRect(body.adjusted(inset, inset, -inset, -inset), radius, radius);
     }
     const QColor ink = ContrastingText(body_);
     if (state_ == ValueState::Never) {
