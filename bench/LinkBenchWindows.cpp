@@ -11,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <algorithm>
+#include <array>
 
 namespace
 {
@@ -41,6 +42,17 @@ template<typename Work> double WorstGap(Work work)
     ticker.start(1);
     work();
     return double(worstNs) / NsPerMs;
+}
+
+/** The same three times, and the middle one of them: what the machine itself once keeps from the program is
+ * not the program's. */
+template<typename Work> double UsualWorstGap(Work work)
+{
+    std::array<double, 3> gaps{};
+    for (double &gap : gaps)
+        gap = WorstGap(work);
+    std::ranges::sort(gaps);
+    return gaps[1];
 }
 
 /** The worst time from the drive's return to the offer of reading it, in milliseconds; negative where it did
@@ -85,9 +97,9 @@ int main(int argc, char **argv)
     const auto poll = [] { PumpWhile([] { return true; }, QDeadlineTimer(PollingMs)); };
     poll();
 
-    bool kept = Print("deaf-moment-polling", WorstGap(poll), "ms", LimitMs);
-    kept &= Print("deaf-moment-reading", WorstGap([&] { engines.drive.ReadAll(); }), "ms", LimitMs);
-    kept &= Print("deaf-moment-writing", WorstGap([&] {
+    bool kept = Print("deaf-moment-polling", UsualWorstGap(poll), "ms", LimitMs);
+    kept &= Print("deaf-moment-reading", UsualWorstGap([&] { engines.drive.ReadAll(); }), "ms", LimitMs);
+    kept &= Print("deaf-moment-writing", UsualWorstGap([&] {
                       engines.table.SetAllWriteFlags(WriteState::Queued);
                       // What a running drive would refuse.
                       for (int p = 0; p <= engines.table.LastParam; ++p)
