@@ -7,19 +7,6 @@
 namespace quorvik
 {
 
-namespace
-{
-
-QByteArray CsvLine(const QStringList &fields)
-{
-    QByteArrayList quoted;
-    for (const QString &field : fields)
-        quoted += CsvField(field);
-    return quoted.join(',') + "\r\n";
-}
-
-} // namespace
-
 QList<QStringList> ReportHeading(const CompareReport &report)
 {
     QStringList names{QStringLiteral("Compared")};

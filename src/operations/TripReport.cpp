@@ -47,14 +47,6 @@ QString ReadText(const TripValue &value)
                : after;
 }
 
-QByteArray CsvLine(const QStringList &fields)
-{
-    QByteArrayList quoted;
-    for (const QString &field : fields)
-        quoted += CsvField(field);
-    return quoted.join(',') + "\r\n";
-}
-
 } // namespace
 
 QString TripFaultsText(const TripRecord &record)

@@ -54,6 +54,14 @@ void SortRows(QList<ReportRow> &rows, int column, bool descending)
         });
 }
 
+QByteArray CsvLine(const QStringList &fields)
+{
+    QByteArrayList quoted;
+    for (const QString &field : fields)
+        quoted += CsvField(field);
+    return quoted.join(',') + "\r\n";
+}
+
 QByteArray RowsAsCsv(const QList<ReportRow> &rows)
 {
     QByteArray csv = "Tag,Name,Preset,Value\r\n";

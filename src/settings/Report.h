@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace quorvik
 {
@@ -37,6 +38,8 @@ void SortRows(QList<ReportRow> &rows, int column, bool descending);
 /** A text as one field of comma-separated values, in UTF-8 and quotes. One that a spreadsheet would take for
  * a formula has an apostrophe before it. */
 QByteArray CsvField(const QString &text);
+/** A whole line of them. */
+QByteArray CsvLine(const QStringList &fields);
 
 /** The rows under their heads as comma-separated values, one CR LF terminated line each. */
 QByteArray RowsAsCsv(const QList<ReportRow> &rows);
