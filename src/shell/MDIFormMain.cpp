@@ -114,7 +114,7 @@ void MDIFormMain::keyPressEvent(QKeyEvent *event)
 
 void MDIFormMain::ConnectEngines()
 {
-    lines_ = new StatusLines(*this, strip_);
+    lines_ = std::make_unique<StatusLines>(*this, strip_);
     On(&engines_.document, &Document::TitleChanged, this, [this](const QString &title) { SetTitle(title); });
     On(&engines_.link, &DriveLink::ComStatusChanged, this, [this] { OnComStatusChange(); });
     On(&engines_.drive, &DriveOperations::FatalError, this, [] { QCoreApplication::exit(1); });

@@ -14,6 +14,7 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 class QMdiArea;
 
@@ -96,7 +97,7 @@ private:
     WindowCommands *windows_;
     Strip strip_;
     NoticeStrip *notices_;
-    StatusLines *lines_;
+    std::unique_ptr<StatusLines> lines_;
     StatusBarMain *statusBar_;
     MenuBar menus_;
     Desk desk_;
