@@ -7,7 +7,7 @@
 namespace quorvik
 {
 
-DriveFinder::DriveFinder(const ParameterTable &table, LinkTimings timings)
+DriveFinder::DriveFinder(const ParameterTable &table, const LinkTimings &timings)
     : probe_(table, timings)
 {
     On(&probe_, &DriveProbe::Finished, this,

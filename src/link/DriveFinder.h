@@ -15,7 +15,7 @@ class DriveFinder : public QObject
     Q_OBJECT
 
 public:
-    explicit DriveFinder(const ParameterTable &table, LinkTimings timings = {});
+    explicit DriveFinder(const ParameterTable &table, const LinkTimings &timings = {});
 
     /** Begins; ports that are not free are left alone. Where none is, Finished() comes from here. */
     void Start(const QList<PortStatus> &ports);

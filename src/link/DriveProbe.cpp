@@ -33,7 +33,7 @@ DriveProbe::Answer::Kind KindOf(MSComm::Failure failure)
 
 } // namespace
 
-DriveProbe::DriveProbe(const ParameterTable &table, LinkTimings timings)
+DriveProbe::DriveProbe(const ParameterTable &table, const LinkTimings &timings)
     : table_(table)
     , timings_(timings)
 {

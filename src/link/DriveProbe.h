@@ -44,7 +44,7 @@ public:
     };
 
     /** @param table tells which values are unsigned; nothing of it changes. */
-    explicit DriveProbe(const ParameterTable &table, LinkTimings timings = {});
+    explicit DriveProbe(const ParameterTable &table, const LinkTimings &timings = {});
 
     /**
      * Begins to ask; whatever was asked before is given up.

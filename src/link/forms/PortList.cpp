@@ -50,7 +50,8 @@ bool IsSamePort(const PortStatus &one, const PortStatus &other)
 
 } // namespace
 
-PortList::PortList(const ParameterTable &table, const Ports &ports, LinkTimings timings, QWidget *parent)
+PortList::PortList(const ParameterTable &table, const Ports &ports, const LinkTimings &timings,
+                   QWidget *parent)
     : QWidget(parent)
     , ports_(ports)
     , finder_(table, timings)

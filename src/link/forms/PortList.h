@@ -25,7 +25,7 @@ class PortList : public QWidget
     Q_OBJECT
 
 public:
-    PortList(const ParameterTable &table, const Ports &ports, LinkTimings timings, QWidget *parent);
+    PortList(const ParameterTable &table, const Ports &ports, const LinkTimings &timings, QWidget *parent);
 
     /** Marks the row of the number that is chosen now; 0 for none. */
     void SetNumber(int number);
