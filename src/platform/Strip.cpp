@@ -12,7 +12,12 @@ void Strip::Show(const StripLine &line)
     closed_.removeIf([&](const auto &closed) { return closed.first == line.key; });
     const auto same = std::ranges::find(lines_, line.key, &StripLine::key);
     if (same != lines_.end() && same->sentence == line.sentence && same->urgency == line.urgency) {
+        // A button must never run what another caption stood for.
+        const bool isOfferTheSame =
+            std::ranges::equal(same->actions, line.actions, {}, &StripAction::caption, &StripAction::caption);
         same->actions = line.actions;
+        if (!isOfferTheSame)
+            Q_EMIT Changed();
         return;
     }
     Remove(line.key);

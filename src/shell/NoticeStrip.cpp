@@ -85,7 +85,7 @@ NoticeStrip::NoticeStrip(Strip &strip, QWidget *parent)
         buttons_.append(button);
     }
     On(&strip, &Strip::Changed, this, [this] {
-        // News come to the front; what is read stays there while others come behind it.
+        // What is most urgent now comes to the front, whatever was leafed to.
         position_ = 0;
         ShowLine();
     });

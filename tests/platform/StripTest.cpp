@@ -62,6 +62,13 @@ TEST(StripTest, AnActionMayShowAnotherLineInItsPlace)
     EXPECT_EQ(runs, 0);
     strip.Run(QStringLiteral("a"), 0);
     EXPECT_EQ(runs, 1);
+    // The same words with another offer are shown anew, for their buttons' sake.
+    int changes = 0;
+    QObject::connect(&strip, &Strip::Changed, &strip, [&] { ++changes; });
+    strip.Show(answer);
+    EXPECT_EQ(changes, 0);
+    strip.Show({answer.key, answer.urgency, answer.sentence, {{QStringLiteral("Undo"), [] {}}}});
+    EXPECT_EQ(changes, 1);
     ASSERT_NE(strip.Find(QStringLiteral("a")), nullptr);
     EXPECT_EQ(strip.Find(QStringLiteral("a"))->sentence, answer.sentence);
 }
