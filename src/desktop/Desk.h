@@ -52,6 +52,11 @@ struct Desk {
     /** The window in which a parameter stands, as its menu entry calls it; empty for none. Filled in by the
      * shell. */
     std::function<QString(int p)> BlockOf = [](int) { return QString(); };
+    /** Opens a window in which a parameter stands, scrolls to its box and pulses it; false where none shows
+     * it. Filled in by the shell. */
+    std::function<bool(int p)> ShowParameter = [](int) { return false; };
+    /** Opens the map of the drive at the card of a parameter, or as it is for -1. Filled in by the shell. */
+    std::function<void(int p)> ShowOnMap = [](int) {};
     /** The computer's clock, in local time. */
     std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
     /** Set before OpenIOMentor. */

@@ -32,7 +32,10 @@ protected:
     }
     int Rows() const { return Find<QTableView>("TablePackets")->model()->rowCount(); }
 
-    LinkStatistics statistics{desk.link};
+    /** A time without the digits that the filters look for. */
+    static qint64 Noon() { return QDateTime(QDate(2026, 1, 1), QTime(12, 0)).toMSecsSinceEpoch(); }
+
+    LinkStatistics statistics{desk.link, MicrosecondsUp, Noon};
     PacketLog log{desk.link, statistics};
 };
 
