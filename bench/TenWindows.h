@@ -15,7 +15,7 @@ inline void OpenTenWindows(MDIFormMain &main)
 {
     int open = 0;
     for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make || open == OpenWindows)
+        if (!entry.sheet || open == OpenWindows)
             continue;
         const QString control = QString::fromLatin1(entry.control);
         main.Menus()

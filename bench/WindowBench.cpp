@@ -113,7 +113,7 @@ bool MeasureWindows(MDIFormMain &main, double emptyMiB)
     int windows = 0;
     double ofTen = 0;
     for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make)
+        if (!entry.sheet)
             continue;
         const int first = entry.IsFamily() ? entry.firstMember : 0;
         const int last = entry.IsFamily() ? entry.lastMember : 0;

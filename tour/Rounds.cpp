@@ -141,7 +141,7 @@ void AddBlockRound(Tour &tour)
     const auto values = std::make_shared<int>(0);
     AddMenuPictures(tour, QStringLiteral("09-"));
     for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make)
+        if (!entry.sheet)
             continue;
         const int last = entry.IsFamily() ? entry.lastMember : 0;
         for (int member = entry.IsFamily() ? entry.firstMember : 0; member <= last; ++member) {

@@ -111,7 +111,7 @@ QStringList BlockNames(int count)
     return names;
 }
 
-void OpenBlock(Desk &desk, const BlockMenuEntry &entry, int member)
+QWidget *OpenBlock(Desk &desk, const BlockMenuEntry &entry, int member)
 {
     QWidget *open = nullptr;
     if (entry.IsFamily()) {
@@ -122,7 +122,30 @@ void OpenBlock(Desk &desk, const BlockMenuEntry &entry, int member)
             if (desk.forms.At(position)->objectName() == QLatin1String(entry.form))
                 open = desk.forms.At(position);
     }
-    desk.ShowChild(open ? open : entry.make(desk, member), entry.activate);
+    QWidget *shown = open ? open : MakeBlockForm(desk, entry, member);
+    desk.ShowChild(shown, entry.activate);
+    return shown;
+}
+
+BlockForm *OpenBlockCalled(Desk &desk, const QString &window)
+{
+    for (const BlockMenuEntry &entry : BlockCatalogue())
+        for (int member = entry.firstMember; entry.sheet && member <= entry.lastMember; ++member)
+            if (entry.WindowCaption(member) == window)
+                return static_cast<BlockForm *>(OpenBlock(desk, entry, member));
+    return nullptr;
+}
+
+bool RevealParameter(Desk &desk, int p)
+{
+    for (int position = 1; position < desk.forms.Count(); ++position)
+        if (auto *open = qobject_cast<BlockForm *>(desk.forms.At(position)); open && open->Shows(p)) {
+            desk.ShowChild(open, true);
+            return open->Reveal(p);
+        }
+    const QString window = BlockNames(p + 1).value(p);
+    BlockForm *form = window.isEmpty() ? nullptr : OpenBlockCalled(desk, window);
+    return form && form->Reveal(p);
 }
 
 } // namespace quorvik

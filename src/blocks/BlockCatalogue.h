@@ -36,6 +36,15 @@ QStringList BlockNames(int count);
  * Shows the block's window: the open one where there is one, a new one else.
  * @param member 0 for a block without members.
  */
-void OpenBlock(Desk &desk, const BlockMenuEntry &entry, int member);
+QWidget *OpenBlock(Desk &desk, const BlockMenuEntry &entry, int member);
+
+/** Shows the block window of that caption, open or not; null where no block has it. */
+BlockForm *OpenBlockCalled(Desk &desk, const QString &window);
+
+/**
+ * Shows a window in which the parameter stands, scrolls to its box and pulses it: an open one before all
+ * others, else the first one in the menu's order. @return false where no block shows it.
+ */
+bool RevealParameter(Desk &desk, int p);
 
 } // namespace quorvik

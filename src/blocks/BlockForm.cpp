@@ -1,14 +1,11 @@
 #include "blocks/BlockForm.h"
 
-#include "desktop/LongestText.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
 #include "link/ValueStates.h"
 #include "operations/EntryRules.h"
-#include "platform/Arithmetic.h"
-#include "platform/Numbers.h"
-#include "platform/RuntimeFailure.h"
 
+#include <QComboBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -16,7 +13,7 @@
 #include <QScrollArea>
 #include <QTimer>
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace quorvik
 {
@@ -24,19 +21,7 @@ namespace quorvik
 namespace
 {
 
-constexpr double BoxHeight = 3;
 constexpr double CaptionDistance = 2.6;
-/** Wide enough for what nearly all parameters show, so that the boxes of a window stand in columns. */
-constexpr double UsualBoxWidth = 12;
-constexpr double TablePitch = 3.8;
-constexpr double TableInset = 1.5;
-constexpr double TableDistance = 2;
-
-/** What a table's title takes above its first row. */
-double HeadOf(const QString &title)
-{
-    return title.isEmpty() ? TableInset : 3.5;
-}
 
 /** Carries a diagram and scales it to the window. */
 class DiagramFrame : public QScrollArea
@@ -63,10 +48,25 @@ private:
     DiagramView *view_;
 };
 
-QString CaptionOf(const BlockRow &row, QLatin1String prefix)
+/** Where a caption stands beside its box. */
+std::pair<QPointF, Qt::Alignment> CaptionPlace(const QRectF &rect, CaptionAt at)
 {
-    const QString name = QString::fromLatin1(row.caption ? row.caption : FactoryNames[row.number]);
-    return !row.caption && name.startsWith(prefix) ? name.mid(prefix.size()) : name;
+    const double y = rect.center().y();
+    switch (at) {
+    case CaptionAt::Above:
+        return {{rect.left(), y - CaptionDistance}, Qt::AlignLeft};
+    case CaptionAt::AboveRight:
+        return {{rect.right(), y - CaptionDistance}, Qt::AlignRight};
+    case CaptionAt::Below:
+        return {{rect.left(), y + CaptionDistance}, Qt::AlignLeft};
+    case CaptionAt::BelowRight:
+        return {{rect.right(), y + CaptionDistance}, Qt::AlignRight};
+    case CaptionAt::Left:
+        return {{rect.left() - 0.8, y}, Qt::AlignRight};
+    case CaptionAt::Right:
+        break;
+    }
+    return {{rect.right() + 0.8, y}, Qt::AlignLeft};
 }
 
 } // namespace
@@ -77,31 +77,45 @@ BlockForm::BlockForm(Desk &desk, const BlockDescriptor &descriptor, int member)
     , descriptor_(descriptor)
     , member_(member)
     , view_(new DiagramView(this))
+    , sheet_(descriptor.sheet(descriptor, member, desk.table, Ruler()))
     , timerUpdateScreen_(new QTimer(this))
 {
     if (descriptor.IsFamily())
         SetTag(this, QString::number(member));
     timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
     timerUpdateScreen_->setInterval(descriptor.timerInterval);
-    const int offset =
-        descriptor.IsFamily() ? (member - descriptor.firstMember) * descriptor.memberDistance : 0;
-    for (const BlockRow &row : descriptor.rows) {
-        if (row.number == LinkedRow)
-            rows_.append({.number = LinkedRow, .caption = rows_.first().caption});
-        else
-            rows_.append({.number = row.number,
-                          .caption = CaptionOf(row, QLatin1String(descriptor.prefix)),
-                          .param = row.number + offset});
-    }
-    for (int row = 0; row < descriptor.freeRows; ++row)
-        rows_.append({.number = row, .free = true});
+    view_->Show(sheet_->drawing);
+}
+
+BlockForm::~BlockForm() = default;
+
+BlockForm *MakeBlockForm(Desk &desk, const BlockDescriptor &descriptor, int member)
+{
+    return (descriptor.make ? descriptor.make : MakeBlock<BlockForm>)(desk, descriptor, member);
+}
+
+SheetRuler BlockForm::Ruler() const
+{
+    const auto ruler = std::make_shared<ValueBox>(QString(), nullptr);
+    ruler->setFont(view_->font());
+    const auto list = std::make_shared<QComboBox>();
+    list->setFont(view_->font());
+    return {.text = [this](const QString &text) { return view_->TextWidth(text); },
+            .box = [this, ruler](const QString &text) { return ruler->WidthFor(text) / view_->Unit(); },
+            .list =
+                [this, list](const QString &text) {
+                    list->clear();
+                    list->addItem(text);
+                    return list->sizeHint().width() / view_->Unit();
+                }};
 }
 
 void BlockForm::Load()
 {
-    MeasureRows();
-    Draw(view_->drawing);
+    MakeControls();
+    sheet_->SetPainted([this](int row) { return RowText(row); });
     view_->Finish();
+    Extend();
 
     auto *buttons = new QHBoxLayout;
     for (QWidget *control : buttonRow_)
@@ -121,13 +135,16 @@ void BlockForm::Load()
     layout->addLayout(buttons);
     resize(sizeHint());
 
-    for (const Row &row : rows_) {
+    for (int i = 0; i < boxes_.size(); ++i) {
+        const SheetRow &row = SheetRowAt(i);
         if (!row.IsFixed())
             continue;
         const QString number = QString::number(row.param);
-        SetPlainToolTip(row.label, NumberAndName(number, desk().table[row.param].Name));
+        SetPlainToolTip(boxes_[i].label, NumberAndName(number, desk().table[row.param].Name));
         desk().table.AddReadInterest(row.param);
     }
+    for (const int p : sheet_->ExtraInterest())
+        desk().table.AddReadInterest(p);
     On(timerUpdateScreen_, &QTimer::timeout, this,
        [this] { tickGuard_.Run([this] { TimerUpdateScreen_Timer(); }); });
     // A value must not pass for live until the next tick once it no longer is.
@@ -142,12 +159,12 @@ void BlockForm::Unload()
 {
     timerUpdateScreen_->stop();
     desk().states.disconnect(this);
-    for (const Row &row : rows_)
+    for (const SheetRow &row : sheet_->Rows())
         if (row.IsFixed())
             desk().table.RemoveReadInterest(row.param);
     if (trackedParam_ >= 0)
         desk().table.RemoveReadInterest(trackedParam_);
-    for (const int p : extraInterest_)
+    for (const int p : sheet_->ExtraInterest())
         desk().table.RemoveReadInterest(p);
 }
 
@@ -161,110 +178,46 @@ QSize BlockForm::sizeHint() const
                  sheet.height() + below + margins.top() + margins.bottom());
 }
 
-void BlockForm::MeasureRows()
+void BlockForm::MakeControls()
 {
-    const ValueBox ruler(QString(), view_);
-    const auto cellsFor = [&](const QString &text) {
-        return std::ceil(ruler.WidthFor(text) / view_->Unit());
-    };
-    const QString longestOfAll = std::ranges::all_of(rows_, &Row::IsFixed)
-                                     ? QString()
-                                     : LongestValueTextOfAll(desk().table, view_->fontMetrics());
-    for (Row &row : rows_) {
-        const QString longest = row.IsFixed() ? LongestValueText(desk().table, row.param) : longestOfAll;
-        row.width = std::max(UsualBoxWidth, cellsFor(longest));
-    }
+    boxes_.resize(sheet_->Rows().size());
+    for (const int placed : sheet_->Placed())
+        if (placed >= 0)
+            MakeRow(placed);
+        else
+            MakeArea(sheet_->Areas().at(-1 - placed));
 }
 
-void BlockForm::SetMinimumBoxWidth(int row, double cells)
+void BlockForm::MakeRow(int index)
 {
-    RowOf(row).width = std::max(RowOf(row).width, cells);
-}
-
-QSizeF BlockForm::BoxSize(int row) const
-{
-    return {RowOf(row).width, BoxHeight};
-}
-
-Shape BlockForm::Box(int number, const QPointF &left, CaptionAt captionAt)
-{
-    const int index = IndexOf(number);
-    Row &row = rows_[index];
-    row.label = view_->MakeLabel(ControlName("Label1", index), row.LabelText(), false);
-    SetTag(row.label, QString::number(row.param));
-    row.box = new ValueBox(ControlName("Text1", index), view_);
-    row.box->setAccessibleName(row.caption);
-    row.box->SetDescription([this, number] {
+    const SheetRow &row = SheetRowAt(index);
+    const int number = row.number;
+    QLabel *label = view_->MakeLabel(ControlName("Label1", index), row.LabelText(), false);
+    SetTag(label, QString::number(row.param));
+    auto *box = new ValueBox(ControlName("Text1", index), view_);
+    boxes_[index] = {.label = label, .box = box};
+    box->setAccessibleName(row.caption);
+    box->SetDescription([this, number] {
         const int p = RowParam(number);
         return InTable(p) ? desk().states.Describe(p) : QString();
     });
-    On(row.box, &ValueBox::clicked, this, [this, number] { Text1_Click(number); });
-
-    const QRectF rect(left - QPointF(0, BoxHeight / 2), BoxSize(number));
-    view_->Place(row.box, rect);
+    On(box, &ValueBox::clicked, this, [this, number] { Text1_Click(number); });
+    view_->Place(box, row.rect);
     // The caption of a linked row changes with its selector; ten broad characters stand for it.
     const QString longest = row.IsLinked() ? QStringLiteral("(5) WWWWWW...") : row.longestCaption;
-    const double y = rect.center().y();
-    const auto place = [&](double x, double at, Qt::Alignment alignment) {
-        view_->PlaceText(row.label, {x, at}, alignment, longest);
-        return Shape(rect);
-    };
-    switch (captionAt) {
-    case CaptionAt::Above:
-        return place(rect.left(), y - CaptionDistance, Qt::AlignLeft);
-    case CaptionAt::AboveRight:
-        return place(rect.right(), y - CaptionDistance, Qt::AlignRight);
-    case CaptionAt::Below:
-        return place(rect.left(), y + CaptionDistance, Qt::AlignLeft);
-    case CaptionAt::BelowRight:
-        return place(rect.right(), y + CaptionDistance, Qt::AlignRight);
-    case CaptionAt::Left:
-        return place(rect.left() - 0.8, y, Qt::AlignRight);
-    case CaptionAt::Right:
-        break;
-    }
-    return place(rect.right() + 0.8, y, Qt::AlignLeft);
+    const auto [at, align] = CaptionPlace(row.rect, row.captionAt);
+    view_->PlaceText(label, at, align, longest);
 }
 
-void BlockForm::LastBox(Drawing &d, const Port &from, int row, const QPointF &left)
+void BlockForm::MakeArea(const SheetArea &area)
 {
-    const Shape box = Box(row, left);
-    d.Wire(from, box.Left());
-    d.Wire(box.Right(), {box.Right().at + QPointF(5, 0), Side::Left});
-}
-
-QRectF BlockForm::Tables(const QPointF &topLeft, const QList<Group> &groups)
-{
-    double captions = 0;
-    double boxes = 0;
-    for (const Group &group : groups)
-        for (const int row : group.rows) {
-            captions = std::max(captions, view_->TextWidth(RowOf(row).LabelText()));
-            boxes = std::max(boxes, RowOf(row).width);
-        }
-    captions = std::ceil(captions) + 1.5;
-    QRectF all(topLeft, QSizeF(2 * TableInset + captions + boxes, 0));
-    for (const Group &group : groups) {
-        for (const int row : group.rows)
-            SetMinimumBoxWidth(row, boxes);
-        const QPointF corner(topLeft.x(), all.height() > 0 ? all.bottom() + TableDistance : topLeft.y());
-        const double height = HeadOf(group.title) + TablePitch * double(group.rows.size()) -
-                              (TablePitch - BoxHeight) + TableInset;
-        const QRectF frame(corner, QSizeF(all.width(), height));
-        PlaceTable(frame, group, captions);
-        all.setBottom(frame.bottom());
-    }
-    return all;
-}
-
-void BlockForm::PlaceTable(const QRectF &frame, const Group &group, double captionWidth)
-{
-    double y = frame.top() + HeadOf(group.title) + BoxHeight / 2;
-    for (const int row : group.rows) {
-        Box(row, {frame.left() + TableInset + captionWidth, y}, CaptionAt::Left);
-        y += TablePitch;
-    }
-    view_->drawing.Frame(frame, group.title);
+    auto *control = new ClickArea(area.name, area.gesture, area.toolTip, view_);
+    view_->Place(control, area.cells);
+    areas_.append({control, area.rows});
+    On(control, &ClickArea::Activated, this, [this, rows = area.rows, handler = area.handler] {
+        if (MayWrite(rows))
+            handler();
+    });
 }
 
 QPushButton *BlockForm::AddButton(const QString &name, const QString &caption, const QString &toolTip)
@@ -276,55 +229,15 @@ QPushButton *BlockForm::AddButton(const QString &name, const QString &caption, c
     return button;
 }
 
-ClickArea *BlockForm::Click(const QString &name, ClickArea::Gesture gesture, const QRectF &cells,
-                            const QString &toolTip, std::initializer_list<int> rows,
-                            std::function<void()> handler)
-{
-    auto *area = new ClickArea(name, gesture, toolTip, view_);
-    view_->Place(area, cells);
-    areas_.append({area, rows});
-    On(area, &ClickArea::Activated, this, [this, rows = QList<int>(rows), handler = std::move(handler)] {
-        if (MayWrite(rows))
-            handler();
-    });
-    return area;
-}
-
-ClickArea *BlockForm::ClickToFlip(const QString &name, const QRectF &cells, const QString &toolTip, int row)
-{
-    // Any text but "True" counts as off.
-    return Click(name, ClickArea::Gesture::DoubleClick, cells, toolTip, {row},
-                 [this, row] { Write(RowParam(row), RowText(row) == QStringLiteral("True") ? 0 : 1); });
-}
-
 bool BlockForm::MayWrite(const QList<int> &rows) const
 {
     return std::all_of(rows.begin(), rows.end(),
                        [this](int row) { return desk().table.CanWriteParam(RowParam(row)); });
 }
 
-bool BlockForm::IsReferenceEnabled() const
-{
-    const std::int32_t rawState = desk().table.Value(Param::DriveState);
-    return rawState == 1 || rawState == 3;
-}
-
-int BlockForm::IndexOf(int row) const
-{
-    const auto at = std::ranges::find(rows_, row, &Row::number);
-    if (at == rows_.end())
-        throw RuntimeFailure(QStringLiteral("The window has no row %1.").arg(row));
-    return int(at - rows_.begin());
-}
-
 QString BlockForm::RowText(int row) const
 {
-    return RowOf(row).box->text();
-}
-
-double BlockForm::RowNumber(int row) const
-{
-    return CDbl(RowText(row));
+    return boxes_.at(sheet_->IndexOf(row)).box->text();
 }
 
 QLabel *BlockForm::StaticLabel(const QString &name) const
@@ -338,12 +251,6 @@ void BlockForm::Write(int p, std::int32_t rawValue)
     desk().table.SetParamValue(p, rawValue, true, !desk().table.PortOpen());
 }
 
-void BlockForm::AddExtraInterest(int p)
-{
-    desk().table.AddReadInterest(p);
-    extraInterest_.append(p);
-}
-
 void BlockForm::SetTag(QWidget *control, const QString &tag)
 {
     if (control->property("Tag").toString() != tag)
@@ -352,21 +259,42 @@ void BlockForm::SetTag(QWidget *control, const QString &tag)
 
 void BlockForm::SetRowParam(int row, int p)
 {
-    RowOf(row).param = p;
-    SetTag(RowOf(row).label, QString::number(p));
+    sheet_->SetRowParam(row, p);
+    SetTag(boxes_.at(sheet_->IndexOf(row)).label, QString::number(p));
 }
 
 void BlockForm::SetRowCaption(int row, const QString &caption, const QString &toolTip)
 {
-    RowOf(row).label->setText(caption);
-    SetPlainToolTip(RowOf(row).label, toolTip);
-    RowOf(row).box->setAccessibleName(toolTip);
+    const RowControls &controls = boxes_.at(sheet_->IndexOf(row));
+    controls.label->setText(caption);
+    SetPlainToolTip(controls.label, toolTip);
+    controls.box->setAccessibleName(toolTip);
+}
+
+bool BlockForm::Shows(int p) const
+{
+    return std::ranges::any_of(sheet_->Rows(), [p](const SheetRow &row) { return row.param == p; });
+}
+
+bool BlockForm::Reveal(int p)
+{
+    for (int i = 0; i < boxes_.size(); ++i) {
+        if (SheetRowAt(i).param != p || !boxes_[i].box)
+            continue;
+        if (auto *area = findChild<QScrollArea *>())
+            area->ensureWidgetVisible(boxes_[i].box);
+        boxes_[i].box->setFocus(Qt::OtherFocusReason);
+        boxes_[i].box->Pulse();
+        return true;
+    }
+    return false;
 }
 
 void BlockForm::Text1_Click(int row)
 {
     const int p = RowParam(row);
-    desk().rules.EditParameter(RowOf(row).box->property("Tag").toInt(), p);
+    const ValueBox *box = boxes_.at(sheet_->IndexOf(row)).box;
+    desk().rules.EditParameter(box->property("Tag").toInt(), p);
     // Only now, for the dialog tells of a refusal.
     if (InTable(p))
         desk().states.Touch(p);
@@ -379,7 +307,9 @@ void BlockForm::CommandIOMentor_Click()
     QTimer::singleShot(0, qApp, [] { QGuiApplication::restoreOverrideCursor(); });
     WizardIOStartRecord start = *descriptor_.mentorStart;
     start.member = std::uint8_t(descriptor_.IsFamily() ? member_ - descriptor_.firstMember : 0);
-    start.freqDigMode = MentorFreqDigMode();
+    // A block without a mode leaves it at the last one.
+    start.freqDigMode = descriptor_.mentorModeRow < 0 ? desk().WizardIOStart.freqDigMode
+                                                      : std::uint8_t(RowValue(descriptor_.mentorModeRow));
     desk().WizardIOStart = start;
     if (desk().OpenIOMentor)
         desk().OpenIOMentor();

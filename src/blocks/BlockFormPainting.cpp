@@ -21,52 +21,55 @@ constexpr int LinkedCaptionLength = 10;
 
 void BlockForm::TimerUpdateScreen_Timer()
 {
-    const bool isLinked = rows_.last().IsLinked();
+    const bool isLinked = !boxes_.isEmpty() && sheet_->Rows().last().IsLinked();
     if (isLinked)
-        SetRowParam(LinkedRow, desk().table.Value(rows_.first().param));
-    for (Row &row : rows_)
-        PaintRow(row);
+        SetRowParam(LinkedRow, desk().table.Value(sheet_->Rows().first().param));
+    for (int i = 0; i < boxes_.size(); ++i)
+        PaintRow(i);
     if (isLinked)
         PaintLinkedCaption();
     for (const GuardedArea &guarded : areas_)
         guarded.area->SetRefused(!MayWrite(guarded.rows));
     Tick();
+    sheet_->Follow();
 }
 
 void BlockForm::PaintRowsOf(int p)
 {
-    for (Row &row : rows_)
-        if (row.param == p)
-            PaintRow(row);
+    for (int i = 0; i < boxes_.size(); ++i)
+        if (SheetRowAt(i).param == p)
+            PaintRow(i);
 }
 
-void BlockForm::PaintRow(Row &row)
+void BlockForm::PaintRow(int index)
 {
-    if (row.free && !InTable(row.param))
-        PaintEmptyRow(row);
-    else if (PaintValue(row) && rows_.last().IsLinked() && &row == &rows_.first())
+    const SheetRow &row = SheetRowAt(index);
+    if (row.isFree && !InTable(row.param))
+        PaintEmptyRow(index);
+    else if (PaintValue(index) && sheet_->Rows().last().IsLinked() && index == 0)
         Text1_Change();
 }
 
-bool BlockForm::PaintValue(Row &row)
+bool BlockForm::PaintValue(int index)
 {
+    const int p = SheetRowAt(index).param;
+    RowControls &row = boxes_[index];
     const ParameterTable &table = desk().table;
-    const ParamRecord &record = table[row.param];
-    const int accessClass = table.AccessClass(row.param);
-    const Shown shown{.param = row.param,
+    const ParamRecord &record = table[p];
+    const int accessClass = table.AccessClass(p);
+    const Shown shown{.param = p,
                       .rawValue = record.Value,
                       .attributes = record.Attributes,
                       .accessClass = accessClass,
-                      .source =
-                          accessClass == Access::LinkedDestination ? table.FindLinkSource(row.param) : 0,
-                      .state = desk().states.Of(row.param),
+                      .source = accessClass == Access::LinkedDestination ? table.FindLinkSource(p) : 0,
+                      .state = desk().states.Of(p),
                       .color = desk().colors.Colors.at(std::size_t(accessClass))};
     // Most values stand still, and there are hundreds of boxes.
     if (shown == row.shown)
         return false;
     const bool changed = row.box->SetText(ValueText(record.Value, record.Attributes));
     SetTag(row.box, QString::number(accessClass));
-    const QString access = table.AccessDescription(row.param, accessClass);
+    const QString access = table.AccessDescription(p, accessClass);
     SetPlainToolTip(row.box, access);
     row.box->SetState(shown.state);
     // The name that a screen reader says is the caption's; the value would go unsaid.
@@ -78,8 +81,9 @@ bool BlockForm::PaintValue(Row &row)
     return changed;
 }
 
-void BlockForm::PaintEmptyRow(Row &row)
+void BlockForm::PaintEmptyRow(int index)
 {
+    RowControls &row = boxes_[index];
     row.shown = {};
     row.box->SetText({});
     row.box->SetState(ValueState::Set);
@@ -92,15 +96,16 @@ void BlockForm::PaintEmptyRow(Row &row)
 
 void BlockForm::PaintLinkedCaption()
 {
-    const Row &row = rows_.last();
-    const QString full = NumberAndName(rows_.first().box->text(), desk().table[row.param].Name);
+    const RowControls &row = boxes_.last();
+    const QString full =
+        NumberAndName(boxes_.first().box->text(), desk().table[sheet_->Rows().last().param].Name);
     SetPlainToolTip(row.label, full);
     row.label->setText(Shortened(full, LinkedCaptionLength));
 }
 
 void BlockForm::Text1_Change()
 {
-    const int selected = desk().table.Value(rows_.first().param);
+    const int selected = desk().table.Value(sheet_->Rows().first().param);
     // A number outside the table fails here, before any count has moved.
     static_cast<void>(desk().table[selected]);
     if (trackedParam_ >= 0)

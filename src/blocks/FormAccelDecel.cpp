@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -16,10 +16,10 @@ enum SetContact { SetA, SetB };
 enum BypassContact { ThroughRamp, Bypassed };
 enum EnableContact { Enabled, Disabled };
 
-class FormAccelDecel final : public BlockForm
+class AccelDecelSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -28,11 +28,11 @@ protected:
         DrawPath(d);
     }
 
-    void Tick() override
+    void Update() override
     {
         bypass_.Set(RowText(RampBypass) == QStringLiteral("False") ? ThroughRamp : Bypassed);
         set_.Set(RowText(RampSelect) == QStringLiteral("False") ? SetA : SetB);
-        const std::int32_t rawState = desk().table.Value(Param::DriveState);
+        const std::int32_t rawState = values().Value(Param::DriveState);
         enable_.Set(rawState >= 1 && rawState <= 4 ? Enabled : Disabled);
     }
 
@@ -45,13 +45,19 @@ private:
             Table({0, 0}, QStringLiteral("Set A"), {FwdAccelA, FwdDecelA, RevAccelA, RevDecelA});
         const QRectF tableB = Table({tableA.right() + 2, 0}, QStringLiteral("Set B"),
                                     {FwdAccelB, FwdDecelB, RevAccelB, RevDecelB});
+        const Shape setA =
+            d.Group(tableA, QStringLiteral("Set A"),
+                    {Placed(FwdAccelA), Placed(FwdDecelA), Placed(RevAccelA), Placed(RevDecelA)});
+        const Shape setB =
+            d.Group(tableB, QStringLiteral("Set B"),
+                    {Placed(FwdAccelB), Placed(FwdDecelB), Placed(RevAccelB), Placed(RevDecelB)});
         const double x = tableB.right() + 8;
         const double yB = tableB.center().y();
         const double yA = tableA.bottom() + 3;
         const double middle = (yA + yB) / 2;
         set_ = d.Switch(QStringLiteral("LineRampSel"), {x + 8, middle}, {{x, yA}, {x, yB}});
-        d.Line({{tableA.center().x(), tableA.bottom()}, Side::Bottom}, set_.Contact(SetA));
-        d.Line({{tableB.right(), yB}, Side::Right}, set_.Contact(SetB));
+        d.Line(setA.Bottom(), set_.Contact(SetA));
+        d.Line(setB.Right(), set_.Contact(SetB));
         ClickToFlip(QStringLiteral("Image1(1)"), set_.Area(),
                     QStringLiteral("Double-click to change over between the sets A and B"), RampSelect);
         d.Link(Box(RampSelect, {x + 4 - BoxSize(RampSelect).width() / 2, 2.5}).Bottom(), set_);
@@ -74,7 +80,7 @@ private:
         d.Wire(split, ramp.Left());
         d.Wire(set_.Pivot(), ramp.Top());
         d.Line(ramp.Right(), bypass_.Contact(ThroughRamp));
-        d.Path({{split.at, {18, y + 8}, bypass_.Contact(Bypassed).at}}, false);
+        d.Path(split, {{18, y + 8}}, bypass_.Contact(Bypassed), false);
         ClickToFlip(QStringLiteral("Image1(0)"), bypass_.Area(),
                     QStringLiteral("Double-click to pass the ramp by, or to take it again"), RampBypass);
         d.Link(Box(RampBypass, {switchX - 2, y + 15}, CaptionAt::Below).Top(), bypass_);
@@ -107,8 +113,8 @@ private:
         const Shape comparator = d.Comparator({x + 14, y}, QStringLiteral(">"));
         const Shape threshold = Box(RampThreshold, {x + 2, y + 8}, CaptionAt::Below);
         const Shape status = Box(RampingStatus, {x + 25, y}, CaptionAt::Below);
-        d.Wire({input.at, Side::Bottom}, rest.Left());
-        d.Wire({output.at, Side::Bottom}, rest.Top());
+        d.Wire(input.To(Side::Bottom), rest.Left());
+        d.Wire(output.To(Side::Bottom), rest.Top());
         d.Chain({rest, magnitude, comparator});
         d.Wire(threshold.Right(), comparator.Bottom());
         d.Wire(comparator.Right(), status.Left());
@@ -126,6 +132,6 @@ constexpr BlockDescriptor BlockAccelDecel = {.form = "FormAccelDecel",
                                              .window = "Accel/Decel",
                                              .helpTopic = "AccelDecel.htm",
                                              .rows = Rows,
-                                             .make = MakeBlock<FormAccelDecel, BlockAccelDecel>};
+                                             .sheet = MakeSheet<AccelDecelSheet>};
 
 } // namespace quorvik

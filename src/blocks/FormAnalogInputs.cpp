@@ -1,4 +1,4 @@
-#include "blocks/InputOutputForm.h"
+#include "blocks/InputOutputSheet.h"
 
 namespace quorvik
 {
@@ -15,10 +15,10 @@ constexpr BlockRow Rows[] = {AnalogIn1Destination,     AnalogIn1Polarity, Analog
 
 enum TypeContact { Voltage, Current };
 
-class FormAnalogInputs final : public InputOutputForm
+class AnalogInputsSheet final : public InputOutputSheet
 {
 public:
-    using InputOutputForm::InputOutputForm;
+    using InputOutputSheet::InputOutputSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -28,8 +28,8 @@ protected:
         typeSwitch_ = d.Switch(QStringLiteral("LineType"), {27, y}, {{21, y - 3}, {21, y + 3}});
         const Port fork = d.Dot({15, y});
         d.Line(input.Right(), fork);
-        d.Path({{fork.at, {15, y - 3}, typeSwitch_.Contact(Voltage).at}}, false);
-        d.Path({{fork.at, {15, y + 3}, typeSwitch_.Contact(Current).at}}, false);
+        d.Path(fork, {{15, y - 3}}, typeSwitch_.Contact(Voltage), false);
+        d.Path(fork, {{15, y + 3}}, typeSwitch_.Contact(Current), false);
         d.Label(QStringLiteral("LabelVoltage"), QStringLiteral("Voltage"), {18, y - 4.6});
         d.Label(QStringLiteral("LabelCurrent"), QStringLiteral("Current"), {18, y + 4.6});
         d.Link(Box(AnalogIn1Type, {18, y + RowBelow}, CaptionAt::Below).Top(), typeSwitch_);
@@ -54,7 +54,7 @@ protected:
         DestinationEnd(d, signSwitch_.Pivot(), AnalogIn1Destination, 117);
     }
 
-    void Tick() override
+    void Update() override
     {
         typeSwitch_.Set(RowText(AnalogIn1Type) == QStringLiteral("Voltage") ? Voltage : Current);
         curve_.Set(RowValue(AnalogIn1Polarity) != 0);
@@ -74,7 +74,7 @@ constexpr BlockDescriptor BlockAnalogInputs = {.form = "FormAnalogInputs",
                                                .helpTopic = "Analog Inputs.htm",
                                                .rows = Rows,
                                                .prefix = "Analog In 1 ",
-                                               .make = MakeBlock<FormAnalogInputs, BlockAnalogInputs>,
+                                               .sheet = MakeSheet<AnalogInputsSheet>,
                                                .firstMember = 1,
                                                .lastMember = 5,
                                                .mentorStart = WizardIOStartRecord{.outputs = 0, .kind = 0}};

@@ -1,4 +1,6 @@
-#include "blocks/InputOutputForm.h"
+#include "blocks/InputOutputSheet.h"
+
+#include <algorithm>
 
 namespace quorvik
 {
@@ -11,10 +13,13 @@ using namespace Param;
 constexpr BlockRow Rows[] = {AnalogOut1Source,        AnalogOut1Gain,   AnalogOut1Bias,
                              AnalogOut1AbsoluteValue, AnalogOut1Status, LinkedRow};
 
-class FormAnalogOutputs final : public InputOutputForm
+/** Counts of the converter at 100 %. */
+constexpr double ConverterFullScale = 4095;
+
+class AnalogOutputsSheet final : public InputOutputSheet
 {
 public:
-    using InputOutputForm::InputOutputForm;
+    using InputOutputSheet::InputOutputSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -33,8 +38,13 @@ protected:
 
         absSwitch_ = OptionalStage(d, sum.Right(), {x + 30, y}, Stage::Absolute, AnalogOut1AbsoluteValue,
                                    QStringLiteral("LineAbs"));
-        const Shape counts = d.Scale({absSwitch_.Pivot().at.x() + 4, y}, QStringLiteral("x 4095"));
+        const Shape counts = d.TimesFactor({absSwitch_.Pivot().at.x() + 4, y}, ConverterFullScale);
         const Shape range = d.Limiter({counts.Rect().right() + 4, y});
+        d.Gives(range, [](const NetInputs &inputs) {
+            const std::optional<double> asked = inputs.On(Side::Left);
+            return asked ? std::optional(std::clamp(*asked, -ConverterFullScale, ConverterFullScale))
+                         : std::nullopt;
+        });
         const double right = range.Rect().right();
         const Shape status = Box(AnalogOut1Status, {right + 5, y});
         const Shape converter = d.Function({right + 22, y}, {9, 10}, QStringLiteral("D/A"));
@@ -49,7 +59,7 @@ protected:
         terminal(Member() + 22, QStringLiteral("LabelCom"), QStringLiteral("Com"), y + 3);
     }
 
-    void Tick() override { absSwitch_.Set(RowValue(AnalogOut1AbsoluteValue) != 0 ? SwitchedIn : PassedBy); }
+    void Update() override { absSwitch_.Set(RowValue(AnalogOut1AbsoluteValue) != 0 ? SwitchedIn : PassedBy); }
 
 private:
     LivePart absSwitch_;
@@ -62,7 +72,7 @@ constexpr BlockDescriptor BlockAnalogOutputs = {.form = "FormAnalogOutputs",
                                                 .helpTopic = "Analog Outputs.htm",
                                                 .rows = Rows,
                                                 .prefix = "Analog Out 1 ",
-                                                .make = MakeBlock<FormAnalogOutputs, BlockAnalogOutputs>,
+                                                .sheet = MakeSheet<AnalogOutputsSheet>,
                                                 .firstMember = 1,
                                                 .lastMember = 2,
                                                 .mentorStart = WizardIOStartRecord{.outputs = 1, .kind = 0}};

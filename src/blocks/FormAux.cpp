@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -10,10 +10,10 @@ using namespace Param;
 
 constexpr BlockRow Rows[] = {Aux1, Aux2, Aux3, Aux4, Aux5, Aux6, Aux7};
 
-class FormAux final : public BlockForm
+class AuxSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &) override
@@ -28,6 +28,6 @@ constexpr BlockDescriptor BlockAux = {.form = "FormAux",
                                       .window = "Auxillary Parameters",
                                       .helpTopic = "Auxillary.htm",
                                       .rows = Rows,
-                                      .make = MakeBlock<FormAux, BlockAux>};
+                                      .sheet = MakeSheet<AuxSheet>};
 
 } // namespace quorvik

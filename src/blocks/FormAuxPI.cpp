@@ -1,4 +1,6 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
+
+#include <algorithm>
 
 namespace quorvik
 {
@@ -26,10 +28,10 @@ constexpr BlockRow Rows[] = {
     AuxPIAtLimit,
 };
 
-class FormAuxPI final : public BlockForm
+class AuxPISheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -40,7 +42,7 @@ protected:
         DrawLimit(d);
     }
 
-    void Tick() override { polarity_.Set(RowValue(AuxPIPolarity) != 0); }
+    void Update() override { polarity_.Set(RowValue(AuxPIPolarity) != 0); }
 
 private:
     static constexpr double PathY = 24;
@@ -63,9 +65,17 @@ private:
         const Shape deadband = Box(AuxPIDeadband, {46.5, y + 20}, CaptionAt::Below);
         d.Line(error.Right(), split);
         d.Wire(split, band.Left());
-        d.Wire({split.at, Side::Bottom}, magnitude.Left());
+        d.Wire(split.To(Side::Bottom), magnitude.Left());
         d.Wire(magnitude.Right(), band.BottomAt(50));
         d.Wire(deadband.Top(), band.BottomAt(52.5));
+        d.Gives(band, [](const NetInputs &inputs) {
+            const std::optional<double> asked = inputs.On(Side::Left);
+            const std::optional<double> size = inputs.On(Side::Bottom, 0);
+            const std::optional<double> dead = inputs.On(Side::Bottom, 1);
+            if (!asked || !size || !dead)
+                return std::optional<double>();
+            return std::optional(*size <= *dead ? 0.0 : *asked);
+        });
         band_ = band;
     }
 
@@ -96,7 +106,7 @@ private:
         d.Wire(pi_.RightAt(y + 4), integral.Left());
         d.Wire(proportional.Right(), sum.Top());
         d.Line(integral.Right(), integral_);
-        d.Wire({integral_.at, Side::Right}, sum.Bottom());
+        d.Wire(integral_.To(Side::Right), sum.Bottom());
 
         const Shape limiter = d.Limiter({109, y}, QStringLiteral("LimiterPolarity"));
         polarity_ = d.Part(QStringLiteral("LimiterPolarity"));
@@ -114,6 +124,13 @@ private:
         d.Wire(trim.Bottom(), trimSum.Top());
         d.Wire(trimSum.Right(), output.Left());
         d.Wire(output.Right(), {{OutputX + 17, y}, Side::Left});
+        d.Gives(limiter, [](const NetInputs &inputs) {
+            const std::optional<double> asked = inputs.On(Side::Left);
+            const std::optional<double> isBipolar = inputs.On(Side::Top);
+            if (!asked || !isBipolar)
+                return std::optional<double>();
+            return std::optional(*isBipolar != 0 ? *asked : std::max(*asked, 0.0));
+        });
     }
 
     /** At its limit is the loop whose integral part stands at the clamp. */
@@ -123,7 +140,7 @@ private:
         const Shape magnitude = d.Absolute({105, y});
         const Shape comparator = d.Comparator({118, y}, QStringLiteral("\u2265"));
         const Shape limit = Box(AuxPIAtLimit, {OutputX, y}, CaptionAt::Below);
-        d.Wire({integral_.at, Side::Bottom}, magnitude.Left());
+        d.Wire(integral_.To(Side::Bottom), magnitude.Left());
         d.Wire(magnitude.Right(), comparator.Left());
         d.Wire(clamp_.Right(), comparator.Bottom());
         d.Wire(comparator.Right(), limit.Left());
@@ -145,6 +162,6 @@ constexpr BlockDescriptor BlockAuxPI = {.form = "FormAuxPI",
                                         .helpTopic = "Aux PI.htm",
                                         .rows = Rows,
                                         .prefix = "Aux PI ",
-                                        .make = MakeBlock<FormAuxPI, BlockAuxPI>};
+                                        .sheet = MakeSheet<AuxPISheet>};
 
 } // namespace quorvik

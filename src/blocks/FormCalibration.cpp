@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -11,10 +11,10 @@ using namespace Param;
 constexpr BlockRow Rows[] = {NameplateDriveI, NameplateMotorI, FullEncoderRPM,       EncoderLines,
                              InvertFeedback,  TachometerType,  NameplateMotorVoltage};
 
-class FormCalibration final : public BlockForm
+class CalibrationSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &) override
@@ -32,6 +32,6 @@ constexpr BlockDescriptor BlockCalibration = {.form = "FormCalibration",
                                               .window = "Calibration",
                                               .helpTopic = "Calibration.htm",
                                               .rows = Rows,
-                                              .make = MakeBlock<FormCalibration, BlockCalibration>};
+                                              .sheet = MakeSheet<CalibrationSheet>};
 
 } // namespace quorvik

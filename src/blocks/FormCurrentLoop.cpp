@@ -1,8 +1,8 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 #include "platform/Arithmetic.h"
 
-#include <QLabel>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -27,10 +27,25 @@ enum ModeContact { Velocity, Torque };
 enum EnableContact { Open, Closed };
 enum LoopContact { ClosedLoop, OpenLoop };
 
-class FormCurrentLoop final : public BlockForm
+/** The demand within its limits; while the foldback acts, within the motor's nameplate as well. */
+std::optional<double> LimitedCurrent(const NetInputs &inputs)
+{
+    const std::optional<double> asked = inputs.On(Side::Left);
+    const std::optional<double> high = inputs.On(Side::Top);
+    const std::optional<double> low = inputs.On(Side::Bottom);
+    const std::optional<double> isFoldedBack = inputs.Parameter(ArmIFoldbackStatus);
+    if (!asked || !high || !low || !isFoldedBack)
+        return std::nullopt;
+    constexpr double nameplate = 100;
+    const double highest = *isFoldedBack != 0 ? std::min(*high, nameplate) : *high;
+    const double lowest = *isFoldedBack != 0 ? std::max(*low, -nameplate) : *low;
+    return *asked > 0 ? std::min(*asked, highest) : std::max(*asked, lowest);
+}
+
+class CurrentLoopSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -42,13 +57,13 @@ protected:
         AddExtraInterest(ArmIFoldbackStatus);
     }
 
-    void Tick() override
+    void Update() override
     {
         loopSwitch_.Set(RowText(OpenLoopArmSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
         enableSwitch_.Set(IsReferenceEnabled() ? Closed : Open);
         firing_.Set(RowText(LoopEnable) == QStringLiteral("True") ? Closed : Open);
         ShowDriveMode();
-        positiveFoldback_.Set(desk().table.Value(ArmIFoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
+        positiveFoldback_.Set(values().Value(ArmIFoldbackStatus) != 0 ? ActiveWidth : IdleWidth);
         ShowActiveLimit();
     }
 
@@ -61,10 +76,9 @@ private:
         const std::int32_t mode =
             CheckedAdd(CheckedMultiply(2, RowValue(DriveModeMSB)), RowValue(DriveModeLSB));
         modeSwitch_.Set(mode == 0 ? Velocity : mode == 1 ? Torque : -1);
-        StaticLabel(QStringLiteral("LabelDriveMode"))
-            ->setText(mode == 0   ? QStringLiteral("Velocity")
-                      : mode == 1 ? QStringLiteral("Torque")
-                                  : QStringLiteral("Undefined"));
+        driveMode_.Set(mode == 0   ? QStringLiteral("Velocity")
+                       : mode == 1 ? QStringLiteral("Torque")
+                                   : QStringLiteral("Undefined"));
     }
 
     void ShowActiveLimit()
@@ -85,7 +99,7 @@ private:
         const Shape high = Box(DriveModeMSB, {8, y - 22});
         const Shape low = Box(DriveModeLSB, {31, y - 22});
         const Shape torque = Box(TorqueReference, {0, y + 4}, CaptionAt::Below);
-        const Port velocity = d.From({20, y - 4}, QStringLiteral("(205) Vel Loop Output"));
+        const Port velocity = d.From({20, y - 4}, QStringLiteral("(205) Vel Loop Output"), VelLoopOutput);
         // A stop takes the torque reference away; the velocity loop brings the motor to rest.
         enableSwitch_ = d.Contact(QStringLiteral("ShapeSwitch"), {21.5, y + 4}, {15, y + 4});
         d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {18.2, y - 0.4});
@@ -95,8 +109,9 @@ private:
         d.Line(velocity, modeSwitch_.Contact(Velocity));
         d.Link(high.Bottom(), modeSwitch_);
         d.Link(low.Bottom(), modeSwitch_);
-        d.Label(QStringLiteral("LabelDriveMode"), QStringLiteral("Undefined"), {30.5, y - 6}, Qt::AlignLeft,
-                true);
+        const QString undefined = QStringLiteral("Undefined");
+        driveMode_ = d.LiveLabel(QStringLiteral("LabelDriveMode"), undefined, undefined, {30.5, y - 6},
+                                 Qt::AlignLeft, true);
 
         const Shape demand = Box(CurrentDemand, {37.5, y}, CaptionAt::Below);
         const Shape sum = d.Sum({54, y}, QStringLiteral("++"));
@@ -129,6 +144,7 @@ private:
         d.Wire(sum_.Right(), limiter.Left());
         d.Wire(positive.Bottom(), limiter.Top());
         d.Wire(negative.Top(), limiter.Bottom());
+        d.Gives(limiter, LimitedCurrent);
 
         const Shape final = Box(FinalIDemand, {81.5, y}, CaptionAt::Below);
         const Port branch = d.Dot({96.5, y});
@@ -138,7 +154,7 @@ private:
         d.Wire(limiter.Right(), final.Left());
         d.Line(final.Right(), branch);
         d.Wire(branch, error_.Left());
-        d.Wire({branch.at, Side::Top}, filter.Left());
+        d.Wire(branch.To(Side::Top), filter.Left());
         d.Wire(filter.Right(), filtered.Left());
     }
 
@@ -177,18 +193,19 @@ private:
         const Port branch = d.Dot({100.5, y});
         const Shape filter = d.Filter({108.5, y});
         const Shape filtered = Box(CurrentFeedbackFiltered, {122.5, y});
-        const Shape scale = d.Scale({108.5, y + 9}, QStringLiteral("x (123)"));
+        const Shape scale = d.TimesParameter({108.5, y + 9}, NameplateMotorI);
         const Shape amps = Box(ArmatureAmps, {122.5, y + 9}, CaptionAt::Below);
         d.Line(feedback.Right(), branch);
-        d.Wire({branch.at, Side::Top}, error_.Bottom());
+        d.Wire(branch.To(Side::Top), error_.Bottom());
         d.Wire(branch, filter.Left());
         d.Wire(filter.Right(), filtered.Left());
-        d.Path({{branch.at, {100.5, y + 9}, scale.Left().at}}, true);
+        d.Path(branch, {{100.5, y + 9}}, scale.Left(), true);
         d.Wire(scale.Right(), amps.Left());
     }
 
     Shape sum_;
     Shape error_;
+    LiveText driveMode_;
     LivePart modeSwitch_;
     LivePart enableSwitch_;
     LivePart loopSwitch_;
@@ -205,6 +222,6 @@ constexpr BlockDescriptor BlockCurrentLoop = {.form = "FormCurrentLoop",
                                               .window = "Current Loop",
                                               .helpTopic = "Current Loop.htm",
                                               .rows = Rows,
-                                              .make = MakeBlock<FormCurrentLoop, BlockCurrentLoop>};
+                                              .sheet = MakeSheet<CurrentLoopSheet>};
 
 } // namespace quorvik

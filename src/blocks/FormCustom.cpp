@@ -50,15 +50,69 @@ constexpr std::array<int, Slots> CustomDefaults = {
     FeedbackSelect,
 };
 
+class CustomSheet final : public BlockSheet
+{
+public:
+    using BlockSheet::BlockSheet;
+
+    QString FullCaption(int p) const { return NumberAndName(QString::number(p), values()[p].Name); }
+    QString EntryText(int p) const { return QString::number(p) + u' ' + values()[p].Name; }
+    /** The room for the list that takes the place of a row's caption while the row is edited. */
+    QRectF ListOf(int row) const
+    {
+        const QSizeF size(listWidth_, BoxSize(0).height());
+        return {{ColumnX(row) + listX_, RowY(row) - size.height() / 2}, size};
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        QString longest;
+        QString longestEntry;
+        for (int p = 0; InTable(p); ++p) {
+            longest = ruler().Wider(longest, Shortened(FullCaption(p), WholeCaption));
+            longestEntry = ruler().Wider(longestEntry, EntryText(p));
+        }
+        listWidth_ = std::ceil(ruler().list(longestEntry));
+        const double captions = std::max(std::ceil(ruler().text(longest)), listWidth_) + 1;
+        const double frameWidth = captions + BoxSize(0).width() + 3;
+        columnDistance_ = frameWidth + 2;
+        listX_ = 1.5 + captions - listWidth_ - 0.8;
+        for (int row = 0; row < Slots; ++row) {
+            SetLongestCaption(row, longest);
+            Box(row, {ColumnX(row) + captions + 1.5, RowY(row)}, CaptionAt::Left);
+        }
+        const double height = RowY(ColumnLength - 1) + 3;
+        d.Frame({0, 0, frameWidth, height});
+        d.Frame({columnDistance_, 0, frameWidth, height});
+    }
+
+private:
+    static double RowY(int row) { return 3 + row % ColumnLength * 4.2; }
+    double ColumnX(int row) const { return row < ColumnLength ? 0 : columnDistance_; }
+
+    double columnDistance_ = 0; ///< from the left edge of one column to that of the next, in cells
+    double listX_ = 0;          ///< from a column's left edge
+    double listWidth_ = 0;
+};
+
 class FormCustom final : public BlockForm
 {
 public:
     using BlockForm::BlockForm;
 
 protected:
-    void Draw(Drawing &d) override
+    void Extend() override
     {
-        PlaceRows(d);
+        comboSelectParameter_ = new QComboBox(&view());
+        comboSelectParameter_->setObjectName(QStringLiteral("ComboSelectParameter"));
+        comboSelectParameter_->setAccessibleName(QStringLiteral("Parameter of the row"));
+        TypeToChoose(comboSelectParameter_);
+        comboSelectParameter_->hide();
+        On(comboSelectParameter_, &QComboBox::activated, this, [this] { ComboSelectParameter_Click(); });
+        view().Place(comboSelectParameter_, TheSheet().ListOf(0));
+        for (int row = 0; row < Slots; ++row)
+            Caption(row)->installEventFilter(this);
         for (int row = 0; row < Slots; ++row) {
             ShowParameter(row, SavedNumber(row));
             AddInterest(RowParam(row));
@@ -90,10 +144,7 @@ protected:
     }
 
 private:
-    QString NumberAndName(int p) const
-    {
-        return BlockForm::NumberAndName(QString::number(p), desk().table[p].Name);
-    }
+    const CustomSheet &TheSheet() const { return static_cast<const CustomSheet &>(Sheet()); }
 
     QLabel *Caption(int row) const { return StaticLabel(ControlName("Label1", row)); }
 
@@ -118,51 +169,6 @@ private:
         return whole ? saved : preset;
     }
 
-    void PlaceRows(Drawing &d)
-    {
-        QString longest;
-        QString longestEntry;
-        for (int p = 0; InTable(p); ++p) {
-            longest = view().Wider(longest, Shortened(NumberAndName(p), WholeCaption));
-            longestEntry = view().Wider(longestEntry, EntryText(p));
-        }
-        comboSelectParameter_ = new QComboBox(&view());
-        comboSelectParameter_->setObjectName(QStringLiteral("ComboSelectParameter"));
-        comboSelectParameter_->setAccessibleName(QStringLiteral("Parameter of the row"));
-        comboSelectParameter_->addItem(longestEntry);
-        const double comboWidth = std::ceil(comboSelectParameter_->sizeHint().width() / view().Unit());
-        TypeToChoose(comboSelectParameter_);
-        comboSelectParameter_->hide();
-        On(comboSelectParameter_, &QComboBox::activated, this, [this] { ComboSelectParameter_Click(); });
-
-        // The combo takes the caption's place while its row is edited.
-        const double captions = std::max(std::ceil(view().TextWidth(longest)), comboWidth) + 1;
-        const double frameWidth = captions + BoxSize(0).width() + 3;
-        columnDistance_ = frameWidth + 2;
-        comboSize_ = QSizeF(comboWidth, BoxSize(0).height());
-        comboX_ = 1.5 + captions - comboWidth - 0.8;
-        for (int row = 0; row < Slots; ++row) {
-            SetLongestCaption(row, longest);
-            Box(row, {ColumnX(row) + captions + 1.5, RowY(row)}, CaptionAt::Left);
-            Caption(row)->installEventFilter(this);
-        }
-        const double height = RowY(ColumnLength - 1) + 3;
-        d.Frame({0, 0, frameWidth, height});
-        d.Frame({columnDistance_, 0, frameWidth, height});
-        MoveCombo(0);
-    }
-
-    static double RowY(int row) { return 3 + row % ColumnLength * 4.2; }
-    double ColumnX(int row) const { return row < ColumnLength ? 0 : columnDistance_; }
-
-    void MoveCombo(int row)
-    {
-        const QPointF corner(ColumnX(row) + comboX_, RowY(row) - comboSize_.height() / 2);
-        view().Place(comboSelectParameter_, QRectF(corner, comboSize_));
-    }
-
-    QString EntryText(int p) const { return QString::number(p) + u' ' + desk().table[p].Name; }
-
     void ShowParameter(int row, int p)
     {
         SetRowParam(row, p);
@@ -170,7 +176,7 @@ private:
             SetRowCaption(row, {}, {});
             return;
         }
-        const QString full = NumberAndName(p);
+        const QString full = TheSheet().FullCaption(p);
         SetRowCaption(row, Shortened(full, WholeCaption), full);
     }
 
@@ -232,12 +238,12 @@ private:
             return;
         Caption(customSlot_)->show();
         customSlot_ = row;
-        MoveCombo(row);
+        view().Place(comboSelectParameter_, TheSheet().ListOf(row));
         comboSelectParameter_->setFocus();
         Caption(row)->hide();
         comboSelectParameter_->clear();
         for (int p = 0; p <= desk().table.LastParam; ++p)
-            comboSelectParameter_->addItem(EntryText(p));
+            comboSelectParameter_->addItem(TheSheet().EntryText(p));
         const bool listed = customParam_ >= 0 && customParam_ < comboSelectParameter_->count();
         comboSelectParameter_->setCurrentIndex(listed ? customParam_ : 0);
     }
@@ -265,16 +271,13 @@ private:
     const QString section_ = QStringLiteral("Custom");
     QCheckBox *checkEdit_ = nullptr;
     QComboBox *comboSelectParameter_ = nullptr;
-    double columnDistance_ = 0; ///< from the left edge of one column to that of the next, in cells
-    double comboX_ = 0;         ///< from a column's left edge
-    QSizeF comboSize_;
     int customSlot_ = 0;  ///< CustomSlot: the row being changed
     int customParam_ = 0; ///< CustomParam: its present number
 };
 
-BlockForm *MakeCustom(Desk &desk, int member)
+BlockForm *MakeCustom(Desk &desk, const BlockDescriptor &descriptor, int member)
 {
-    BlockForm *form = MakeBlock<FormCustom, BlockCustom>(desk, member);
+    BlockForm *form = MakeBlock<FormCustom>(desk, descriptor, member);
     // The hidden list is the first control here, and takes no focus.
     form->findChild<ValueBox *>(ControlName("Text1", 0))->setFocus();
     return form;
@@ -285,6 +288,7 @@ BlockForm *MakeCustom(Desk &desk, int member)
 constexpr BlockDescriptor BlockCustom = {.form = "FormCustom",
                                          .window = "Custom",
                                          .helpTopic = "Custom.htm",
+                                         .sheet = MakeSheet<CustomSheet>,
                                          .make = MakeCustom,
                                          .freeRows = Slots,
                                          .timerInterval = 400};

@@ -30,10 +30,10 @@ constexpr int (*ClockWords[])(const QDateTime &) = {
     [](const QDateTime &now) { return now.date().year() % 100; },
 };
 
-class FormDateTime final : public BlockForm
+class DateTimeSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -44,8 +44,39 @@ protected:
         const double gap = 2;
         const double height = (table.height() - gap) / 2;
         const double x = table.right() + gap;
-        drive_ = DrawClock(d, {x, table.top()}, height, QStringLiteral("Drive"));
-        system_ = DrawClock(d, {x, table.top() + height + gap}, height, QStringLiteral("System"));
+        DrawClock(d, {x, table.top()}, height, QStringLiteral("Drive"));
+        DrawClock(d, {x, table.top() + height + gap}, height, QStringLiteral("System"));
+    }
+
+private:
+    void DrawClock(Drawing &d, const QPointF &at, double height, const QString &name)
+    {
+        const QString control = QStringLiteral("Label") + name;
+        const QString longest = DayText(4) + QStringLiteral(", ") + DriveDateText(28, 12, 30);
+        const double width = ruler().text(longest) * 1.15 + 8;
+        const double x = at.x() + width / 2;
+        const double y = at.y() + height / 2;
+        d.Frame({at, QSizeF(width, height)});
+        d.Label(control, name, {at.x() + 1, at.y() + 1.6}, Qt::AlignLeft, true);
+        d.LiveLabel(control + QStringLiteral("Date"), QStringLiteral("Sunday, 1/1/00"), longest, {x, y - 0.5},
+                    Qt::AlignHCenter, true);
+        d.LiveLabel(control + QStringLiteral("Time"), QStringLiteral("12:00:00 AM"), longest, {x, y + 2.5},
+                    Qt::AlignHCenter, true);
+    }
+};
+
+class FormDateTime final : public BlockForm
+{
+public:
+    using BlockForm::BlockForm;
+
+protected:
+    void Extend() override
+    {
+        drive_ = {StaticLabel(QStringLiteral("LabelDriveDate")),
+                  StaticLabel(QStringLiteral("LabelDriveTime"))};
+        system_ = {StaticLabel(QStringLiteral("LabelSystemDate")),
+                   StaticLabel(QStringLiteral("LabelSystemTime"))};
         auto *set = AddButton(QStringLiteral("CommandSet"), QStringLiteral("&Set to System"),
                               QStringLiteral("Sets drive date/time to System date/time"));
         On(set, &QPushButton::clicked, this, [this] { CommandSet_Click(); });
@@ -69,23 +100,6 @@ private:
         QLabel *time = nullptr;
     };
 
-    Clock DrawClock(Drawing &d, const QPointF &at, double height, const QString &name)
-    {
-        const QString control = QStringLiteral("Label") + name;
-        const QString longest = DayText(4) + QStringLiteral(", ") + DriveDateText(28, 12, 30);
-        const double width = view().TextWidth(longest) * 1.15 + 8;
-        const double x = at.x() + width / 2;
-        const double y = at.y() + height / 2;
-        d.Frame({at, QSizeF(width, height)});
-        d.Label(control, name, {at.x() + 1, at.y() + 1.6}, Qt::AlignLeft, true);
-        Clock clock{
-            view().MakeLabel(control + QStringLiteral("Date"), QStringLiteral("Sunday, 1/1/00"), true),
-            view().MakeLabel(control + QStringLiteral("Time"), QStringLiteral("12:00:00 AM"), true)};
-        view().PlaceText(clock.date, {x, y - 0.5}, Qt::AlignHCenter, longest);
-        view().PlaceText(clock.time, {x, y + 2.5}, Qt::AlignHCenter, longest);
-        return clock;
-    }
-
     void CommandSet_Click()
     {
         // Each word comes from its own reading of the clock.
@@ -104,6 +118,7 @@ constexpr BlockDescriptor BlockDateTime = {.form = "FormDateTime",
                                            .helpTopic = "Date Time.htm",
                                            .rows = Rows,
                                            .prefix = "Clock ",
-                                           .make = MakeBlock<FormDateTime, BlockDateTime>};
+                                           .sheet = MakeSheet<DateTimeSheet>,
+                                           .make = MakeBlock<FormDateTime>};
 
 } // namespace quorvik

@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -41,10 +41,10 @@ constexpr BlockRow Rows[] = {
     WatchdogStatus,
 };
 
-class FormDiagnostics final : public BlockForm
+class DiagnosticsSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &) override
@@ -77,6 +77,6 @@ constexpr BlockDescriptor BlockDiagnostics = {.form = "FormDiagnostics",
                                               .helpTopic = "Diagnostics.htm",
                                               .rows = Rows,
                                               .prefix = "Diagnostics ",
-                                              .make = MakeBlock<FormDiagnostics, BlockDiagnostics>};
+                                              .sheet = MakeSheet<DiagnosticsSheet>};
 
 } // namespace quorvik

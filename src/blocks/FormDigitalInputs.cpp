@@ -1,4 +1,4 @@
-#include "blocks/InputOutputForm.h"
+#include "blocks/InputOutputSheet.h"
 
 namespace quorvik
 {
@@ -13,10 +13,10 @@ constexpr BlockRow Rows[] = {DigitalIn1Destination, DigitalIn1OpenValue, Digital
 
 enum ValueContact { Open, Closed };
 
-class FormDigitalInputs final : public InputOutputForm
+class DigitalInputsSheet final : public InputOutputSheet
 {
 public:
-    using InputOutputForm::InputOutputForm;
+    using InputOutputSheet::InputOutputSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -35,10 +35,11 @@ protected:
         d.Line(Box(DigitalIn1OpenValue, {31, openY}).Right(), valueSwitch_.Contact(Open));
         d.Line(Box(DigitalIn1ClosedValue, {31, closedY}).Right(), valueSwitch_.Contact(Closed));
         d.Link(status.Right(), valueSwitch_);
-        DestinationEnd(d, valueSwitch_.Pivot(), DigitalIn1Destination, 64);
+        // The values go on as counts, whatever the unit of what they drive.
+        DestinationEnd(d, valueSwitch_.Pivot(), DigitalIn1Destination, 64, 1);
     }
 
-    void Tick() override
+    void Update() override
     {
         const bool open = RowText(DigitalIn1Status) == QStringLiteral("Open");
         contact_.Set(open ? 0 : 1);
@@ -57,7 +58,7 @@ constexpr BlockDescriptor BlockDigitalInputs = {.form = "FormDigitalInputs",
                                                 .helpTopic = "Digital Inputs.htm",
                                                 .rows = Rows,
                                                 .prefix = "Digital In 1 ",
-                                                .make = MakeBlock<FormDigitalInputs, BlockDigitalInputs>,
+                                                .sheet = MakeSheet<DigitalInputsSheet>,
                                                 .firstMember = 1,
                                                 .lastMember = 7,
                                                 .mentorStart = WizardIOStartRecord{.outputs = 0, .kind = 1}};

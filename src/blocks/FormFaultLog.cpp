@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <cmath>
 
 namespace quorvik
 {
@@ -22,6 +23,49 @@ namespace
 using namespace Param;
 
 constexpr BlockRow Rows[] = {FaultReset, PowerOnReset, LatchedFault, PresentFault};
+
+class FaultLogSheet final : public BlockSheet
+{
+public:
+    using BlockSheet::BlockSheet;
+
+    /** The room for the names of the faults in a word, below its box. */
+    QRectF NamesOf(int row) const
+    {
+        return {Inset, RowOf(row).rect.bottom() + 0.2, FaultsWidth - 2 * Inset, NamesHeight};
+    }
+
+protected:
+    void Draw(Drawing &d) override
+    {
+        const QRectF faults = DrawFaults(d);
+        Table({faults.right() + 6, 0}, QStringLiteral("Reset"), {FaultReset, PowerOnReset});
+        for (int p = FaultLog::First; p < FaultLog::First + FaultLog::Records * FaultLog::Step; ++p)
+            AddExtraInterest(p);
+    }
+
+private:
+    static constexpr double FaultsWidth = 54; ///< two lines hold the names of all faults
+    static constexpr double NamesHeight = 4.4;
+    static constexpr double Inset = 1.5;
+
+    /** The two words, each with room for the names of its faults below. */
+    QRectF DrawFaults(Drawing &d)
+    {
+        constexpr double head = 3.5;
+        constexpr double boxHeight = 3;
+        constexpr double pitch = boxHeight + NamesHeight + 1;
+        const QRectF frame(0, 0, FaultsWidth, head + 2 * pitch);
+        double y = head;
+        for (const int row : {PresentFault, LatchedFault}) {
+            const double captions = ruler().text(RowOf(row).LabelText());
+            Box(row, {Inset + std::ceil(captions) + 1.5, y + boxHeight / 2}, CaptionAt::Left);
+            y += pitch;
+        }
+        d.Frame(frame, QStringLiteral("Faults"));
+        return frame;
+    }
+};
 
 class FormFaultLog final : public BlockForm
 {
@@ -59,13 +103,18 @@ public:
     }
 
 protected:
-    void Draw(Drawing &d) override
+    void Extend() override
     {
         MakeLog();
         textRemedies_ = new RemedyText(this);
-        const QRectF faults = DrawFaults(d);
-        Table({faults.right() + 6, 0}, QStringLiteral("Reset"), {FaultReset, PowerOnReset});
-
+        const auto &faults = static_cast<const FaultLogSheet &>(Sheet());
+        for (const int row : {PresentFault, LatchedFault}) {
+            auto *names = new FaultNamesLabel(&view());
+            names->setObjectName(row == PresentFault ? QStringLiteral("LabelPresentFaults")
+                                                     : QStringLiteral("LabelLatchedFaults"));
+            view().Place(names, faults.NamesOf(row));
+            (row == PresentFault ? labelPresent_ : labelLatched_) = names;
+        }
         commandClearFault_ = AddButton(QStringLiteral("CommandClearFault"), QStringLiteral("&Clear Fault"),
                                        QStringLiteral("Clears the latched fault in the drive"));
         On(commandClearFault_, &QPushButton::clicked, this, [this] { Write(Param::ClearFault, 1); });
@@ -75,9 +124,6 @@ protected:
             AddButton(QStringLiteral("CommandAtTheTrip"), QStringLiteral("At the &Trip..."),
                       QStringLiteral("Shows what stood in the control path when the drive tripped"));
         On(atTheTrip, &QPushButton::clicked, this, [this] { OpenTripRecord(desk()); });
-
-        for (int p = FaultLog::First; p < FaultLog::First + FaultLog::Records * FaultLog::Step; ++p)
-            AddExtraInterest(p);
     }
 
     void Tick() override
@@ -112,9 +158,6 @@ protected:
     }
 
 private:
-    static constexpr double FaultsWidth = 54; ///< two lines hold the names of all faults
-    static constexpr double NamesHeight = 4.4;
-    static constexpr double Inset = 1.5;
     static constexpr int RemedyLines = 9;
     static constexpr int Buttons = 4; ///< their place below log, remedies and sheet
 
@@ -174,29 +217,6 @@ private:
         return marks;
     }
 
-    /** The two words, each with the names of its faults below. */
-    QRectF DrawFaults(Drawing &d)
-    {
-        constexpr double head = 3.5;
-        constexpr double boxHeight = 3;
-        constexpr double pitch = boxHeight + NamesHeight + 1;
-        const QRectF frame(0, 0, FaultsWidth, head + 2 * pitch);
-        double y = head;
-        for (const int row : {PresentFault, LatchedFault}) {
-            const double captions =
-                view().TextWidth(NumberAndName(QString::number(row), QLatin1String(FactoryNames[row])));
-            Box(row, {Inset + std::ceil(captions) + 1.5, y + boxHeight / 2}, CaptionAt::Left);
-            auto *names = new FaultNamesLabel(&view());
-            names->setObjectName(row == PresentFault ? QStringLiteral("LabelPresentFaults")
-                                                     : QStringLiteral("LabelLatchedFaults"));
-            view().Place(names, {Inset, y + boxHeight + 0.2, FaultsWidth - 2 * Inset, NamesHeight});
-            (row == PresentFault ? labelPresent_ : labelLatched_) = names;
-            y += pitch;
-        }
-        d.Frame(frame, QStringLiteral("Faults"));
-        return frame;
-    }
-
     /** Explains what is latched, what is present, and the record in which the cursor stands. */
     void ShowRemedies()
     {
@@ -223,9 +243,9 @@ private:
     QString log_;
 };
 
-BlockForm *MakeFaultLog(Desk &desk, int member)
+BlockForm *MakeFaultLog(Desk &desk, const BlockDescriptor &descriptor, int member)
 {
-    auto *form = new FormFaultLog(desk, BlockFaultLog, member);
+    auto *form = new FormFaultLog(desk, descriptor, member);
     form->Load();
     form->AddTexts();
     return form;
@@ -237,6 +257,7 @@ constexpr BlockDescriptor BlockFaultLog = {.form = "FormFaultLog",
                                            .window = "Fault Log",
                                            .helpTopic = "Fault Log.htm",
                                            .rows = Rows,
+                                           .sheet = MakeSheet<FaultLogSheet>,
                                            .make = MakeFaultLog};
 
 } // namespace quorvik

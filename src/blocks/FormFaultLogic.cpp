@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -13,27 +13,28 @@ constexpr BlockRow Rows[] = {FieldLossInhibit,   VFBLossInhibit,
                              OverspeedLevel,     {ArmOverCurrentTime, "Arm  OverCurrent Time"},
                              ArmIFoldbackStatus, ArmIFoldbackTime};
 
-class FormFaultLogic final : public BlockForm
+class FaultLogicSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
     {
-        const Shape weak = DrawTest(d, 0, From(d, 0, QStringLiteral("Field Current")), FieldLossLevel);
+        const Shape weak =
+            DrawTest(d, 0, From(d, 0, QStringLiteral("Field Current"), FieldIFeedback), FieldLossLevel);
         DrawInhibit(d, weak, FieldLossInhibit, QStringLiteral("Field Loss"));
         const Shape apart = DrawTest(d, 23, DrawDifference(d, 23), VFBLossLevel, QStringLiteral(">"));
         DrawInhibit(d, apart, VFBLossInhibit, QStringLiteral("VFB Loss"));
-        const Shape overspeed = DrawTest(d, 41, Size(d, 41, QStringLiteral("Velocity Feedback")),
+        const Shape overspeed = DrawTest(d, 41, Size(d, 41, QStringLiteral("Velocity Feedback"), VelFeedback),
                                          OverspeedLevel, QStringLiteral(">"));
         DrawResult(d, overspeed.Right(), QStringLiteral("OverSpeed"));
         const QString current = QStringLiteral("Armature Current");
-        const Shape overCurrent =
-            DrawTest(d, 53, Size(d, 53, current), ArmOverCurrentTime, QStringLiteral("Delay"));
+        const Shape overCurrent = DrawTest(d, 53, Size(d, 53, current, CurrentFeedback), ArmOverCurrentTime,
+                                           QStringLiteral("Delay"));
         DrawResult(d, overCurrent.Right(), QStringLiteral("OverCurrent"));
         const Shape foldback =
-            DrawTest(d, 65, Size(d, 65, current), ArmIFoldbackTime, QStringLiteral("Delay"));
+            DrawTest(d, 65, Size(d, 65, current, CurrentFeedback), ArmIFoldbackTime, QStringLiteral("Delay"));
         const Shape status = Box(ArmIFoldbackStatus, {63, 65}, CaptionAt::Below);
         d.Wire(foldback.Right(), status.Left());
         DrawResult(d, status.Right(), QStringLiteral("Current Limit Foldback"));
@@ -45,16 +46,16 @@ private:
     static constexpr double ResultX = 79;
     static constexpr double Reach = 2.5;
 
-    static Port From(Drawing &d, double y, const QString &signal)
+    static Port From(Drawing &d, double y, const QString &signal, int p)
     {
-        return d.From({BoxX, y - Reach}, signal);
+        return d.From({BoxX, y - Reach}, signal, p);
     }
 
     /** A signal without its sign. */
-    static Port Size(Drawing &d, double y, const QString &signal)
+    static Port Size(Drawing &d, double y, const QString &signal, int p)
     {
         const Shape magnitude = d.Absolute({29, y - Reach});
-        d.Wire(From(d, y, signal), magnitude.Left());
+        d.Wire(From(d, y, signal, p), magnitude.Left());
         return magnitude.Right();
     }
 
@@ -64,8 +65,8 @@ private:
         const double above = y - Reach - 7;
         const Shape armature = d.Absolute({29, above});
         const Shape difference = d.Sum({41, y - Reach}, QStringLiteral("-+"));
-        d.Wire(d.From({BoxX, above}, QStringLiteral("Armature Feedback")), armature.Left());
-        d.Wire(Size(d, y, QStringLiteral("Velocity Feedback")), difference.Left());
+        d.Wire(d.From({BoxX, above}, QStringLiteral("Armature Feedback"), AFB), armature.Left());
+        d.Wire(Size(d, y, QStringLiteral("Velocity Feedback"), VelFeedback), difference.Left());
         d.Wire(armature.Right(), difference.Top());
         return difference.Right();
     }
@@ -83,8 +84,7 @@ private:
 
     static void DrawResult(Drawing &d, const Port &from, const QString &name)
     {
-        d.Wire(from, {{ResultX, from.at.y()}, Side::Left});
-        d.Label({}, name, {ResultX + 1, from.at.y()}, Qt::AlignLeft, true);
+        d.To(from, {ResultX + 1, from.at.y()}, name);
     }
 
     /** The fault comes unless it is inhibited. */
@@ -107,6 +107,6 @@ constexpr BlockDescriptor BlockFaultLogic = {.form = "FormFaultLogic",
                                              .window = "Fault Logic",
                                              .helpTopic = "Fault Logic.htm",
                                              .rows = Rows,
-                                             .make = MakeBlock<FormFaultLogic, BlockFaultLogic>};
+                                             .sheet = MakeSheet<FaultLogicSheet>};
 
 } // namespace quorvik

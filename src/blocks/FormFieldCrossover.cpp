@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -15,10 +15,10 @@ constexpr BlockRow Rows[] = {
 
 enum EnableContact { Off, On };
 
-class FormFieldCrossover final : public BlockForm
+class FieldCrossoverSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -30,7 +30,7 @@ protected:
         const Shape sum = d.Sum({33, y}, QStringLiteral("+  -"));
         const Shape generator = d.Function({38, y}, {27, 8}, QStringLiteral("Field Referece Generator"),
                                            QStringLiteral("Label2"));
-        const Port demand = d.From({49, y - 8}, QStringLiteral("(339) Field I Demand"));
+        const Port demand = d.From({49, y - 8}, QStringLiteral("(339) Field I Demand"), FieldIDemand);
         const Shape minimum = Box(MinFieldCurrentDemand, {45.5, y + 14}, CaptionAt::Below);
         d.Wire(setpoint.Right(), sum.Left());
         d.Wire(feedback.Right(), magnitude.Left());
@@ -46,11 +46,13 @@ protected:
                     QStringLiteral("Double-click to turn the field crossover on or off"),
                     FieldCrossoverEnable);
         d.Link(Box(FieldCrossoverEnable, {75.5, y + 14}, CaptionAt::Below).Top(), switch_);
-        LastBox(d, switch_.Pivot(), FieldCrossoverOutput, {93, y + 3});
-        d.Label({}, QStringLiteral("Field Loop"), {111, y + 3}, Qt::AlignLeft, true);
+        LastBox(d, switch_.Pivot(), FieldCrossoverOutput, {93, y + 3}, QStringLiteral("Field Loop"));
     }
 
-    void Tick() override { switch_.Set(RowText(FieldCrossoverEnable) == QStringLiteral("False") ? Off : On); }
+    void Update() override
+    {
+        switch_.Set(RowText(FieldCrossoverEnable) == QStringLiteral("False") ? Off : On);
+    }
 
 private:
     LivePart switch_;
@@ -62,6 +64,6 @@ constexpr BlockDescriptor BlockFieldCrossover = {.form = "FormFieldCrossover",
                                                  .window = "Field Crossover",
                                                  .helpTopic = "Field Crossover.htm",
                                                  .rows = Rows,
-                                                 .make = MakeBlock<FormFieldCrossover, BlockFieldCrossover>};
+                                                 .sheet = MakeSheet<FieldCrossoverSheet>};
 
 } // namespace quorvik

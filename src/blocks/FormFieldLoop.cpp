@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -19,10 +19,10 @@ constexpr BlockRow Rows[] = {
 enum LoopContact { ClosedLoop, OpenLoop };
 enum FieldContact { On, Off };
 
-class FormFieldLoop final : public BlockForm
+class FieldLoopSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -33,7 +33,7 @@ protected:
         DrawVoltage(d, PathY + 51);
     }
 
-    void Tick() override
+    void Update() override
     {
         fieldSwitch_.Set(RowText(FieldEnable) == QStringLiteral("False") ? Off : On);
         loopSwitch_.Set(RowText(OpenLoopFieldSelect) == QStringLiteral("False") ? ClosedLoop : OpenLoop);
@@ -48,9 +48,9 @@ private:
         const double y = PathY;
         const Shape demand = Box(FieldIDemand, {0, y});
         const Shape sum = d.Sum({25, y}, QStringLiteral("+  -"));
-        d.Label(QStringLiteral("LabelFieldCrossoverOutput"), QStringLiteral("Field Crossover Output"),
-                {0, y + 9}, Qt::AlignLeft, true);
-        d.Path({{{23, y + 9}, {25, y + 9}, sum.Bottom().at}}, true);
+        const Port crossover = d.From({22.4, y + 9}, QStringLiteral("Field Crossover Output"),
+                                      FieldCrossoverOutput, QStringLiteral("LabelFieldCrossoverOutput"));
+        d.Wire(crossover, sum.Bottom());
         const Shape economy = d.Function({31, y}, {12, 5}, QStringLiteral("Economy"));
         const Shape enable = Box(FieldEconomyEnable, {31, y + 12}, CaptionAt::Below);
         const Shape final = Box(FinalFieldIDemand, {49, y});
@@ -117,7 +117,7 @@ private:
         d.Wire(branch, negated.Left());
         d.Chain({negated, filter, filtered});
         d.Wire(filtered.Right(), error_.Bottom());
-        d.Path({{branch.at, {branch.at.x(), y + 9}, scale.Left().at}}, true);
+        d.Path(branch, {{branch.at.x(), y + 9}}, scale.Left(), true);
         d.Wire(scale.Right(), amps.Left());
     }
 
@@ -143,6 +143,6 @@ constexpr BlockDescriptor BlockFieldLoop = {.form = "FormFieldLoop",
                                             .window = "Field Loop",
                                             .helpTopic = "Field Loop.htm",
                                             .rows = Rows,
-                                            .make = MakeBlock<FormFieldLoop, BlockFieldLoop>};
+                                            .sheet = MakeSheet<FieldLoopSheet>};
 
 } // namespace quorvik

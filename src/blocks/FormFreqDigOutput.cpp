@@ -1,4 +1,4 @@
-#include "blocks/InputOutputForm.h"
+#include "blocks/InputOutputSheet.h"
 
 namespace quorvik
 {
@@ -16,16 +16,17 @@ constexpr BlockRow Rows[] = {
     FreqDigitalOutGain,    LinkedRow,
 };
 
+/** Hertz at 100 %. */
+constexpr double FullFrequency = 2000;
+
 enum ModeContact { Frequency, Digital };
 
-class FormFreqDigOutput final : public InputOutputForm
+class FreqDigOutputSheet final : public InputOutputSheet
 {
 public:
-    using InputOutputForm::InputOutputForm;
+    using InputOutputSheet::InputOutputSheet;
 
 protected:
-    std::uint8_t MentorFreqDigMode() const override { return std::uint8_t(RowValue(FreqDigitalOutMode)); }
-
     void Draw(Drawing &d) override
     {
         const double frequencyY = 12;
@@ -39,14 +40,14 @@ protected:
         const Shape magnitude = d.Absolute({x + 4, frequencyY});
         const Shape product = d.Multiplier({x + 22, frequencyY});
         const Shape sum = d.Sum({x + 37, frequencyY}, QStringLiteral("++"));
-        d.Path({{branch.at, {x, frequencyY}, magnitude.Left().at}}, true);
+        d.Path(branch, {{x, frequencyY}}, magnitude.Left(), true);
         d.Wire(magnitude.Right(), product.Left());
         d.Wire(Box(FreqDigitalOutGain, {x + 16, frequencyY - 9}).Bottom(), product.Top());
         d.Wire(product.Right(), sum.Left());
         d.Wire(Box(FreqDigitalOutBias, {x + 31, frequencyY - 9}).Bottom(), sum.Top());
 
         absSwitch_ =
-            OptionalStage(d, {{x, middleY}, Side::Bottom}, {x, digitalY}, Stage::Absolute,
+            OptionalStage(d, branch.To(Side::Bottom), {x, digitalY}, Stage::Absolute,
                           FreqDigitalOutAbsoluteValue, QStringLiteral("LineAbs"), CaptionAt::BelowRight);
         const double comparatorX = x + StageWidth + 7.5;
         const Shape comparator = d.Hysteresis({comparatorX, digitalY});
@@ -62,7 +63,7 @@ protected:
         const double modeX = invertSwitch_.Pivot().at.x() + 8;
         modeSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {modeX + 8, middleY},
                                {{modeX, middleY - 4}, {modeX, middleY + 4}});
-        const Shape hertz = d.Scale({x + 42, frequencyY}, QStringLiteral("x 2000"));
+        const Shape hertz = d.TimesFactor({x + 42, frequencyY}, FullFrequency);
         d.Wire(sum.Right(), hertz.Left());
         d.Line(hertz.Right(), modeSwitch_.Contact(Frequency), modeX - 5);
         d.Line(invertSwitch_.Pivot(), modeSwitch_.Contact(Digital), modeX - 5);
@@ -86,7 +87,7 @@ protected:
         terminal(53, QStringLiteral("LabelNegative"), QStringLiteral("Neg"), middleY + 5);
     }
 
-    void Tick() override
+    void Update() override
     {
         modeSwitch_.Set(RowText(FreqDigitalOutMode) == QStringLiteral("Digital") ? Digital : Frequency);
         absSwitch_.Set(RowValue(FreqDigitalOutAbsoluteValue) != 0 ? SwitchedIn : PassedBy);
@@ -106,7 +107,8 @@ constexpr BlockDescriptor BlockFreqDigOutput = {.form = "FormFreqDigOutput",
                                                 .helpTopic = "Frequency Digital Output.htm",
                                                 .rows = Rows,
                                                 .prefix = "Freq/Digital Out ",
-                                                .make = MakeBlock<FormFreqDigOutput, BlockFreqDigOutput>,
-                                                .mentorStart = WizardIOStartRecord{.outputs = 1, .kind = 1}};
+                                                .sheet = MakeSheet<FreqDigOutputSheet>,
+                                                .mentorStart = WizardIOStartRecord{.outputs = 1, .kind = 1},
+                                                .mentorModeRow = FreqDigitalOutMode};
 
 } // namespace quorvik

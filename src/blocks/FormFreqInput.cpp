@@ -1,4 +1,4 @@
-#include "blocks/InputOutputForm.h"
+#include "blocks/InputOutputSheet.h"
 
 namespace quorvik
 {
@@ -20,10 +20,10 @@ constexpr BlockRow Rows[] = {
     LinkedRow,
 };
 
-class FormFreqInput final : public InputOutputForm
+class FreqInputSheet final : public InputOutputSheet
 {
 public:
-    using InputOutputForm::InputOutputForm;
+    using InputOutputSheet::InputOutputSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -45,7 +45,7 @@ protected:
         DestinationEnd(d, signSwitch_.Pivot(), FrequencyInDestination, 102);
     }
 
-    void Tick() override { signSwitch_.Set(RowValue(FrequencyInSign) == 1 ? SwitchedIn : PassedBy); }
+    void Update() override { signSwitch_.Set(RowValue(FrequencyInSign) == 1 ? SwitchedIn : PassedBy); }
 
 private:
     LivePart signSwitch_;
@@ -58,7 +58,7 @@ constexpr BlockDescriptor BlockFreqInput = {.form = "FormFreqInput",
                                             .helpTopic = "Frequency Input.htm",
                                             .rows = Rows,
                                             .prefix = "Frequency In ",
-                                            .make = MakeBlock<FormFreqInput, BlockFreqInput>,
+                                            .sheet = MakeSheet<FreqInputSheet>,
                                             .mentorStart = WizardIOStartRecord{.outputs = 0, .kind = 2}};
 
 } // namespace quorvik

@@ -1,8 +1,7 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 #include "model/ParameterTable.h"
 
-#include <QLabel>
 #include <array>
 #include <cmath>
 
@@ -24,20 +23,20 @@ constexpr std::array<BlockRow, RowsInAll> Rows = [] {
     return rows;
 }();
 
-class FormInternalLinks final : public BlockForm
+class InternalLinksSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
     {
-        const ParameterTable &table = desk().table;
+        const ParameterTable &table = values();
         QString longestName;
         for (int p = 0; p <= table.UpperBound(); ++p)
-            longestName = view().Wider(longestName, table[p].Name);
-        const double nameWidth = std::ceil(view().TextWidth(longestName));
-        const double captionWidth = std::ceil(view().TextWidth(QStringLiteral("(405) Destination 20"))) + 1;
+            longestName = ruler().Wider(longestName, table[p].Name);
+        const double nameWidth = std::ceil(ruler().text(longestName));
+        const double captionWidth = std::ceil(ruler().text(QStringLiteral("(405) Destination 20"))) + 1;
         const double sourceX = captionWidth;
         const double nameX = sourceX + BoxSize(InternalLink1Source).width() + 1;
         const double arrowX = nameX + nameWidth + 1;
@@ -48,41 +47,41 @@ protected:
         for (int link = 0; link < Links; ++link) {
             const double y = 3 + link * Pitch;
             const int source = 2 * link;
-            PlaceRow(source, QStringLiteral("Source %1").arg(link + 1), {sourceX, y});
-            PlaceName(source, {nameX, y}, longestName);
-            d.Wire({{arrowX, y}, Side::Right}, {{arrowX + 5, y}, Side::Left});
-            PlaceRow(source + 1, QStringLiteral("Destination %1").arg(link + 1), {destinationX, y});
-            PlaceName(source + 1, {destinationNameX, y}, longestName);
+            const Shape from = PlaceRow(source, QStringLiteral("Source %1").arg(link + 1), {sourceX, y});
+            PlaceName(d, source, {nameX, y}, longestName);
+            const Shape to =
+                PlaceRow(source + 1, QStringLiteral("Destination %1").arg(link + 1), {destinationX, y});
+            d.ChosenWire({{arrowX, y}, Side::Right, from.Node()}, {{arrowX + 5, y}, Side::Left, to.Node()});
+            PlaceName(d, source + 1, {destinationNameX, y}, longestName);
         }
     }
 
-    void Tick() override
+    void Update() override
     {
-        const ParameterTable &table = desk().table;
+        const ParameterTable &table = values();
         for (int row = 0; row < RowsInAll; ++row) {
             const std::int32_t p = RowValue(InternalLink1Source + row);
             // A drive may answer with any number; one that no parameter has points at nothing.
-            names_[std::size_t(row)]->setText(InTable(p) ? table[p].Name : QString());
+            names_[std::size_t(row)].Set(InTable(p) ? table[p].Name : QString());
         }
     }
 
 private:
     static constexpr double Pitch = 3.4;
 
-    void PlaceRow(int row, const QString &caption, const QPointF &at)
+    Shape PlaceRow(int row, const QString &caption, const QPointF &at)
     {
         SetCaption(InternalLink1Source + row, caption);
-        Box(InternalLink1Source + row, at, CaptionAt::Left);
+        return Box(InternalLink1Source + row, at, CaptionAt::Left);
     }
 
-    void PlaceName(int row, const QPointF &at, const QString &longest)
+    void PlaceName(Drawing &d, int row, const QPointF &at, const QString &longest)
     {
-        QLabel *&name = names_[std::size_t(row)];
-        name = view().MakeLabel(ControlName("LabelName", row), {}, false);
-        view().PlaceText(name, at, Qt::AlignLeft, longest);
+        names_[std::size_t(row)] =
+            d.LiveLabel(QStringLiteral("LabelName(%1)").arg(row), {}, longest, at, Qt::AlignLeft);
     }
 
-    std::array<QLabel *, RowsInAll> names_{};
+    std::array<LiveText, RowsInAll> names_{};
 };
 
 } // namespace
@@ -91,6 +90,6 @@ constexpr BlockDescriptor BlockInternalLinks = {.form = "FormInternalLinks",
                                                 .window = "Internal Links",
                                                 .helpTopic = "Internal Links.htm",
                                                 .rows = Rows,
-                                                .make = MakeBlock<FormInternalLinks, BlockInternalLinks>};
+                                                .sheet = MakeSheet<InternalLinksSheet>};
 
 } // namespace quorvik

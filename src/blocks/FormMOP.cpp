@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -11,10 +11,10 @@ using namespace Param;
 constexpr BlockRow Rows[] = {MOPIncrease, MOPDecrease, MOPIncreaseTime, MOPDecreaseTime, MOPMaxValue,
                              MOPMinValue, MOPReset,    MOPResetValue,   MOPOutput};
 
-class FormMOP final : public BlockForm
+class MOPSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -46,7 +46,7 @@ protected:
         d.Wire(output.Right(), {{106, y + 3}, Side::Left});
     }
 
-    void Tick() override
+    void Update() override
     {
         reset_.Set(RowText(MOPReset) == QStringLiteral("True") ? FromResetValue : FromRamp);
     }
@@ -64,6 +64,6 @@ constexpr BlockDescriptor BlockMOP = {.form = "FormMOP",
                                       .helpTopic = "mop.htm",
                                       .rows = Rows,
                                       .prefix = "MOP ",
-                                      .make = MakeBlock<FormMOP, BlockMOP>};
+                                      .sheet = MakeSheet<MOPSheet>};
 
 } // namespace quorvik

@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -10,10 +10,10 @@ using namespace Param;
 
 constexpr BlockRow Rows[] = {MinMaxSource, MinMaxReset, MinMaxMax, MinMaxMin, MinMaxDifference, LinkedRow};
 
-class FormMinMax final : public BlockForm
+class MinMaxSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -21,7 +21,7 @@ protected:
         const double y = 18;
         const Shape source = Box(MinMaxSource, {0, y - 12});
         const Shape linked = Box(LinkedRow, {0, y});
-        d.Guide(source.Bottom(), {{6, y - 4}, Side::Top});
+        d.Guide(source.Bottom(), {{6, y - 4}, Side::Top, linked.Node()});
         const double detectorX = linked.Rect().right() + 8;
         const Shape detector =
             d.Function({detectorX, y}, {18, 14}, QStringLiteral("Peak Detector"), QStringLiteral("Label2"));
@@ -49,6 +49,6 @@ constexpr BlockDescriptor BlockMinMax = {.form = "FormMinMax",
                                          .helpTopic = "MinMax.htm",
                                          .rows = Rows,
                                          .prefix = "Min/Max ",
-                                         .make = MakeBlock<FormMinMax, BlockMinMax>};
+                                         .sheet = MakeSheet<MinMaxSheet>};
 
 } // namespace quorvik

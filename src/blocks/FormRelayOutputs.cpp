@@ -1,4 +1,4 @@
-#include "blocks/InputOutputForm.h"
+#include "blocks/InputOutputSheet.h"
 
 #include <array>
 
@@ -23,10 +23,10 @@ constexpr std::array<RelayTerminals, 3> Terminals = {{{25, 26, 27}, {28, 29, 30}
 
 enum RelayContact { Made, AtRest };
 
-class FormRelayOutputs final : public InputOutputForm
+class RelayOutputsSheet final : public InputOutputSheet
 {
 public:
-    using InputOutputForm::InputOutputForm;
+    using InputOutputSheet::InputOutputSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -55,21 +55,21 @@ protected:
         d.Link(coil.Right(), relay_);
         const RelayTerminals &terminals = Terminals.at(std::size_t(Member() - 1));
         const auto terminal = [&](int number, const QString &labelName, const QString &role, double at) {
-            return d.Terminal({terminalX, at}, number, labelName, role).Left().at;
+            return d.Terminal({terminalX, at}, number, labelName, role).Left();
         };
-        const QPointF open =
+        const Port open =
             terminal(terminals.normallyOpen, QStringLiteral("LabelNO"), QStringLiteral("NO"), y - 8);
-        const QPointF wiper =
+        const Port wiper =
             terminal(terminals.wiper, QStringLiteral("LabelWiper"), QStringLiteral("Wiper"), y);
-        const QPointF closed =
+        const Port closed =
             terminal(terminals.normallyClosed, QStringLiteral("LabelNC"), QStringLiteral("NC"), y + 8);
         const double aside = contactX - 2.5;
-        d.Path({{relay_.Contact(Made).at, {aside, y - 4}, {aside, y - 8}, open}}, false);
-        d.Path({{relay_.Contact(AtRest).at, {aside, y + 4}, {aside, y + 8}, closed}}, false);
-        d.Path({{relay_.Pivot().at, wiper}}, false);
+        d.Path(relay_.Contact(Made), {{aside, y - 4}, {aside, y - 8}}, open, false);
+        d.Path(relay_.Contact(AtRest), {{aside, y + 4}, {aside, y + 8}}, closed, false);
+        d.Path(relay_.Pivot(), {}, wiper, false);
     }
 
-    void Tick() override
+    void Update() override
     {
         absSwitch_.Set(RowValue(RelayOut1AbsoluteValue) != 0 ? SwitchedIn : PassedBy);
         relay_.Set(RowText(RelayOut1Status) == QStringLiteral("1") ? Made : AtRest);
@@ -87,7 +87,7 @@ constexpr BlockDescriptor BlockRelayOutputs = {.form = "FormRelayOutputs",
                                                .helpTopic = "Relay Outputs.htm",
                                                .rows = Rows,
                                                .prefix = "Relay Out 1 ",
-                                               .make = MakeBlock<FormRelayOutputs, BlockRelayOutputs>,
+                                               .sheet = MakeSheet<RelayOutputsSheet>,
                                                .firstMember = 1,
                                                .lastMember = 3,
                                                .mentorStart = WizardIOStartRecord{.outputs = 1, .kind = 2}};

@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 #include <array>
 
@@ -16,10 +16,10 @@ constexpr BlockRow Rows[] = {RampOutput, SetpointSumInvertA, SetpointB,     Setp
 enum SignContact { AsIs, Inverted };
 enum EnableContact { Enabled, Disabled };
 
-class FormSetpointSum final : public BlockForm
+class SetpointSumSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -39,11 +39,10 @@ protected:
         d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {94.5, trimY - 3.5});
         d.Wire(enableSwitch_.Pivot(), sum.Bottom());
         const double y = BranchY(0);
-        LastBox(d, sum.Right(), VelocityDemand, {113, y});
-        d.Label({}, QStringLiteral("Velocity Loop"), {131, y}, Qt::AlignLeft, true);
+        LastBox(d, sum.Right(), VelocityDemand, {113, y}, QStringLiteral("Velocity Loop"));
     }
 
-    void Tick() override
+    void Update() override
     {
         enableSwitch_.Set(IsReferenceEnabled() ? Enabled : Disabled);
         constexpr std::array<int, 3> selectors = {SetpointSumInvertA, SetpointSumInvertB, SetpointSumInvertC};
@@ -65,8 +64,8 @@ private:
         sign = d.Switch(QStringLiteral("LineInvert%1").arg(QChar(u'A' + branch)), {41, y},
                         {{34, y - 4}, {34, y + 4}});
         d.Line(box.Right(), split);
-        d.Path({{split.at, {20, y - 4}, sign.Contact(AsIs).at}}, false);
-        d.Path({{split.at, {20, y + 4}, inverter.Left().at}}, true);
+        d.Path(split, {{20, y - 4}}, sign.Contact(AsIs), false);
+        d.Path(split, {{20, y + 4}}, inverter.Left(), true);
         d.Line(inverter.Right(), sign.Contact(Inverted));
         d.Link(Box(invert, {45, y + 8}, CaptionAt::Right).Left(), sign);
         return sign;
@@ -83,6 +82,6 @@ constexpr BlockDescriptor BlockSetpointSum = {.form = "FormSetpointSum",
                                               .helpTopic = "Setpoint Sum.htm",
                                               .rows = Rows,
                                               .prefix = "Setpoint Sum ",
-                                              .make = MakeBlock<FormSetpointSum, BlockSetpointSum>};
+                                              .sheet = MakeSheet<SetpointSumSheet>};
 
 } // namespace quorvik

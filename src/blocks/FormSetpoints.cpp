@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 #include "platform/Arithmetic.h"
 
@@ -19,10 +19,10 @@ enum SignContact { AsIs, Inverted };
 enum SourceContact { FromReference, FromJog };
 enum EnableContact { Enabled, Disabled };
 
-class FormSetpoints final : public BlockForm
+class SetpointsSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -33,7 +33,7 @@ protected:
         DrawEnable(d);
     }
 
-    void Tick() override
+    void Update() override
     {
         sourceSwitch_.Set(RowText(JogStatus) == QStringLiteral("False") ? FromReference : FromJog);
         enableSwitch_.Set(IsReferenceEnabled() ? Enabled : Disabled);
@@ -82,8 +82,8 @@ private:
         signSwitch_ = d.Switch(QStringLiteral("LineInvert"), {56, ReferenceY},
                                {{49, ReferenceY - 4}, {49, ReferenceY + 4}});
         d.Line(referenceSwitch_.Pivot(), split);
-        d.Path({{split.at, {35, ReferenceY - 4}, signSwitch_.Contact(AsIs).at}}, false);
-        d.Path({{split.at, {35, ReferenceY + 4}, inverter.Left().at}}, true);
+        d.Path(split, {{35, ReferenceY - 4}}, signSwitch_.Contact(AsIs), false);
+        d.Path(split, {{35, ReferenceY + 4}}, inverter.Left(), true);
         d.Line(inverter.Right(), signSwitch_.Contact(Inverted));
         d.Link(Box(ReferenceInvert, {46.5, ReferenceY - 11}).Bottom(), signSwitch_);
     }
@@ -104,8 +104,7 @@ private:
         d.Line(sourceSwitch_.Pivot(), enableSwitch_.Contact(Enabled));
         d.Constant(QStringLiteral("Label2"), QStringLiteral("0.00%"), enableSwitch_.Contact(Disabled));
         d.Label(QStringLiteral("LabelRefEnable"), QStringLiteral("Ref Enable"), {90.5, y - 3.5});
-        LastBox(d, enableSwitch_.Pivot(), RampInput, {101, y + 3});
-        d.Label({}, QStringLiteral("Ramp"), {119, y + 3}, Qt::AlignLeft, true);
+        LastBox(d, enableSwitch_.Pivot(), RampInput, {101, y + 3}, QStringLiteral("Ramp"));
     }
 
     LivePart referenceSwitch_;
@@ -120,6 +119,6 @@ constexpr BlockDescriptor BlockSetpoints = {.form = "FormSetpoints",
                                             .window = "Setpoints",
                                             .helpTopic = "Setpoints.htm",
                                             .rows = Rows,
-                                            .make = MakeBlock<FormSetpoints, BlockSetpoints>};
+                                            .sheet = MakeSheet<SetpointsSheet>};
 
 } // namespace quorvik

@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -14,10 +14,10 @@ constexpr BlockRow Rows[] = {DriveReady, LogicSelect, JogDelay,  StopMode,      
 /** Contacts of the logic switch, which are also the values of Logic Select. */
 enum LogicContact { ThreeWire, TwoWire };
 
-class FormStartStopLogic final : public BlockForm
+class StartStopLogicSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -32,7 +32,7 @@ protected:
         DrawOutput(d);
     }
 
-    void Tick() override
+    void Update() override
     {
         const std::int32_t rawLogic = RowValue(LogicSelect);
         const int wires = rawLogic == ThreeWire || rawLogic == TwoWire ? rawLogic : -1;
@@ -58,7 +58,7 @@ private:
     void DrawReady(Drawing &d)
     {
         const Shape enable = Box(RunEnable, {0, ReadyY - Beside});
-        const Port fault = d.From({14, ReadyY + Beside}, QStringLiteral("(304) Latched Fault"));
+        const Port fault = d.From({14, ReadyY + Beside}, QStringLiteral("(304) Latched Fault"), LatchedFault);
         const Shape noFault = d.Inverter({16, ReadyY + Beside});
         const Shape both = d.And({23.2, ReadyY});
         const Shape ready = Box(DriveReady, {32.5, ReadyY});
@@ -80,7 +80,8 @@ private:
         d.Label(QStringLiteral("Label3Wire"), QStringLiteral("3 Wire"), {ContactX - 0.5, StopY - 1.5},
                 Qt::AlignRight);
         const Shape select = Box(LogicSelect, {ContactX + 3.5 - BoxSize(LogicSelect).width() / 2, 0});
-        d.Link({{ContactX + 3.5, select.Rect().bottom()}, Side::Bottom}, logicSwitch_);
+        d.Link(select.BottomAt(ContactX + 3.5), logicSwitch_);
+        select_ = select;
 
         const double y = StopY + 2.5 + Beside;
         const Shape notReady = d.Inverter({49.5, ReadyY});
@@ -101,17 +102,17 @@ private:
         holdSwitch_ = d.Switch(QStringLiteral("LineHold"), {ContactX + 7, holdY + 2.5},
                                {{ContactX, holdY + 5}, {ContactX, holdY}});
         d.Line(run_.Right(), branch);
-        d.Wire({branch.at, Side::Bottom}, noRun.Left());
+        d.Wire(branch.To(Side::Bottom), noRun.Left());
         d.Line(noRun.Right(), holdSwitch_.Contact(TwoWire));
         d.Constant({}, QStringLiteral("False"), holdSwitch_.Contact(ThreeWire));
         d.Label(QStringLiteral("Label2Wire"), QStringLiteral("2 Wire"), {ContactX - 0.5, holdY - 1.5},
                 Qt::AlignRight);
-        d.Link({{ContactX + 3.5, 1.5}, Side::Bottom}, holdSwitch_);
+        d.Link(select_.BottomAt(ContactX + 3.5), holdSwitch_);
 
         const double y = holdY + 2.5 + Beside;
         const Shape ended = d.Or({OrX, y});
         d.Wire(holdSwitch_.Pivot(), ended.LeftAt(y - Beside));
-        d.Path({{ended_.at, {ended_.at.x(), y + Beside}, ended.LeftAt(y + Beside).at}}, true);
+        d.Path(ended_, {{ended_.at.x(), y + Beside}}, ended.LeftAt(y + Beside), true);
         runStatus_ = DrawLatch(d, QStringLiteral("LatchRun"), branch, ended, RunStatus);
         runLatch_ = d.Part(QStringLiteral("LatchRun"));
     }
@@ -123,9 +124,9 @@ private:
         const double y = JogY + 2 * Drawing::LatchReach;
         const Shape ended = d.Or({OrX, y});
         d.Line(jog_.Right(), branch);
-        d.Wire({branch.at, Side::Bottom}, noJog.Left());
+        d.Wire(branch.To(Side::Bottom), noJog.Left());
         d.Wire(noJog.Right(), ended.LeftAt(y + Beside), 63);
-        d.Path({{ended_.at, {ended_.at.x(), y - Beside}, ended.LeftAt(y - Beside).at}}, true);
+        d.Path(ended_, {{ended_.at.x(), y - Beside}}, ended.LeftAt(y - Beside), true);
         jogStatus_ = DrawLatch(d, QStringLiteral("LatchJog"), branch, ended, JogStatus);
         jogLatch_ = d.Part(QStringLiteral("LatchJog"));
     }
@@ -170,12 +171,8 @@ private:
         d.Wire(delay.Right(), either.LeftAt(middle + Beside), x - 2);
         d.Wire(either.Right(), released.LeftAt(middle));
         const double below = ReadyY + 6;
-        d.Path({{ready_.at,
-                 {ready_.at.x(), below},
-                 {x + 8, below},
-                 {x + 8, middle + 2 * Beside},
-                 released.LeftAt(middle + 2 * Beside).at}},
-               true);
+        d.Path(ready_, {{ready_.at.x(), below}, {x + 8, below}, {x + 8, middle + 2 * Beside}},
+               released.LeftAt(middle + 2 * Beside), true);
         d.Wire(released.Right(), pilot.Left());
         d.Wire(pilot.Right(), {{pilot.Rect().right() + 4, middle + Beside}, Side::Left});
     }
@@ -187,6 +184,7 @@ private:
     Shape run_;
     Shape stop_;
     Shape jog_;
+    Shape select_;
     Port ready_;
     Port ended_;
     Shape runStatus_;
@@ -199,6 +197,6 @@ constexpr BlockDescriptor BlockStartStopLogic = {.form = "FormStartStopLogic",
                                                  .window = "Start/Stop Logic",
                                                  .helpTopic = "Start Stop Logic.htm",
                                                  .rows = Rows,
-                                                 .make = MakeBlock<FormStartStopLogic, BlockStartStopLogic>};
+                                                 .sheet = MakeSheet<StartStopLogicSheet>};
 
 } // namespace quorvik

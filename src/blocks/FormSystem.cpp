@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -11,10 +11,10 @@ using namespace Param;
 constexpr BlockRow Rows[] = {SaveParameters, LoadParameters, ControlFirmwareVersion, TriggerFirmwareVersion,
                              DriveModel};
 
-class FormSystem final : public BlockForm
+class SystemSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &) override
@@ -31,6 +31,6 @@ constexpr BlockDescriptor BlockSystem = {.form = "FormSystem",
                                          .window = "System",
                                          .helpTopic = "System.htm",
                                          .rows = Rows,
-                                         .make = MakeBlock<FormSystem, BlockSystem>};
+                                         .sheet = MakeSheet<SystemSheet>};
 
 } // namespace quorvik

@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 #include "platform/Arithmetic.h"
 
@@ -13,10 +13,10 @@ using namespace Param;
 constexpr BlockRow Rows[] = {ThresholdAInput,           ThresholdAThreshold,   ThresholdAHysteresis,
                              ThresholdALessThanOrEqual, ThresholdAGreaterThan, ThresholdAOutput};
 
-class FormThresholds final : public BlockForm
+class ThresholdsSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -40,7 +40,7 @@ protected:
         LastBox(d, switch_.Pivot(), ThresholdAOutput, {95, y + 12});
     }
 
-    void Tick() override
+    void Update() override
     {
         const std::int32_t rawSize = CheckedAbs(RowValue(ThresholdAInput));
         const std::int32_t rawThreshold = RowValue(ThresholdAThreshold);
@@ -68,7 +68,7 @@ constexpr BlockDescriptor BlockThresholds = {.form = "FormThresholds",
                                              .helpTopic = "Thresholds.htm",
                                              .rows = Rows,
                                              .prefix = "Threshold A ",
-                                             .make = MakeBlock<FormThresholds, BlockThresholds>,
+                                             .sheet = MakeSheet<ThresholdsSheet>,
                                              .firstMember = 0,
                                              .lastMember = 1,
                                              .memberDistance = ThresholdBInput - ThresholdAInput};

@@ -15,10 +15,10 @@ constexpr BlockRow Rows[] = {TimerGreaterThan, TimerLessThanOrEqual, TimerThresh
 
 enum OutputContact { Top, Bottom };
 
-class FormTimer final : public BlockForm
+class TimerSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -51,12 +51,25 @@ protected:
         LastBox(d, switch_.Pivot(), TimerOutput, {98, y + 14});
     }
 
-    void Tick() override
+    void Update() override
     {
         inverter_.Show(RowText(TimerResetInvert) == QStringLiteral("True"));
-        timer_.UpdateTimerEmulator();
         switch_.Set(RowValue(Timer) <= RowValue(TimerThreshold) ? Bottom : Top);
     }
+
+private:
+    LivePart inverter_;
+    LivePart switch_;
+};
+
+/** Counts while it is open, with no drive attached. */
+class FormTimer final : public BlockForm
+{
+public:
+    using BlockForm::BlockForm;
+
+protected:
+    void Tick() override { timer_.UpdateTimerEmulator(); }
 
     void Unload() override
     {
@@ -66,8 +79,6 @@ protected:
 
 private:
     TimerBlock timer_{desk().table, this};
-    LivePart inverter_;
-    LivePart switch_;
 };
 
 } // namespace
@@ -77,6 +88,7 @@ constexpr BlockDescriptor BlockTimer = {.form = "FormTimer",
                                         .helpTopic = "Timer.htm",
                                         .rows = Rows,
                                         .prefix = "Timer ",
-                                        .make = MakeBlock<FormTimer, BlockTimer>};
+                                        .sheet = MakeSheet<TimerSheet>,
+                                        .make = MakeBlock<FormTimer>};
 
 } // namespace quorvik

@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 namespace quorvik
 {
@@ -40,10 +40,10 @@ constexpr BlockRow Rows[] = {
 /** Contacts of the gain switch: ShapeSpotTop and ShapeSpotBottom. */
 enum GainContact { SpotTop, SpotBottom };
 
-class FormVelocityLoop final : public BlockForm
+class VelocityLoopSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -54,7 +54,7 @@ protected:
         DrawFeedback(d);
     }
 
-    void Tick() override
+    void Update() override
     {
         gainSwitch_.Set(RowNumber(GainSelect) == 0 ? SpotBottom : SpotTop);
         const std::int32_t rawFeedback = RowValue(FeedbackSelect);
@@ -83,17 +83,19 @@ private:
     {
         const double yB = 4;
         const double yA = 12;
-        d.Frame({17, yB - 4.2, 63, 6.7});
-        d.Frame({17, yA - 4.2, 63, 6.7});
-        Box(OvershootGainB, {19, yB});
-        Box(PropGainB, {41, yB});
-        Box(IntegralTimeB, {61, yB});
-        Box(OvershootGainA, {19, yA});
-        Box(PropGainA, {41, yA});
-        Box(IntegralTimeA, {61, yA});
+        const QRectF frameB(17, yB - 4.2, 63, 6.7);
+        const QRectF frameA(17, yA - 4.2, 63, 6.7);
+        d.Frame(frameB);
+        d.Frame(frameA);
+        const Shape setB =
+            d.Group(frameB, QStringLiteral("Set B"),
+                    {Box(OvershootGainB, {19, yB}), Box(PropGainB, {41, yB}), Box(IntegralTimeB, {61, yB})});
+        const Shape setA =
+            d.Group(frameA, QStringLiteral("Set A"),
+                    {Box(OvershootGainA, {19, yA}), Box(PropGainA, {41, yA}), Box(IntegralTimeA, {61, yA})});
         gainSwitch_ = d.Switch(QStringLiteral("LineSwitch"), {90, 8}, {{84, yB}, {84, yA}});
-        d.Line({{80, yB}, Side::Right}, gainSwitch_.Contact(SpotTop));
-        d.Line({{80, yA}, Side::Right}, gainSwitch_.Contact(SpotBottom));
+        d.Line(setB.RightAt(yB), gainSwitch_.Contact(SpotTop));
+        d.Line(setA.RightAt(yA), gainSwitch_.Contact(SpotBottom));
         Click(QStringLiteral("Image1"), ClickArea::Gesture::DoubleClick, gainSwitch_.Area(),
               QStringLiteral("Double-click to change over between gain sets A and B"), {GainSelect},
               [this] { Write(GainSelect, RowNumber(GainSelect) != 1 ? 1 : 0); });
@@ -112,9 +114,8 @@ private:
         d.Wire(clamp.Right(), pi.BottomAt(104));
         d.Wire(enable.Right(), pi.BottomAt(108));
         d.Wire(pi.Right(), output.Left());
-        d.Wire(output.Right(), {{140, DemandY}, Side::Left});
-        d.Label(QStringLiteral("LabelFinalIDemand"), QStringLiteral("(101) Final I Demand"), {141, DemandY},
-                Qt::AlignLeft, true);
+        d.To(output.Right(), {141, DemandY}, QStringLiteral("(101) Final I Demand"), FinalIDemand,
+             QStringLiteral("LabelFinalIDemand"));
     }
 
     void DrawFeedback(Drawing &d)
@@ -150,7 +151,7 @@ private:
         const Shape rpm = Box(MotorRPM, {145, FeedbackY});
         d.Line(feedback.Right(), branch);
         d.Wire(branch, filter.Left());
-        d.Wire({branch.at, Side::Top}, sum_.Bottom(), FeedbackY - 5);
+        d.Wire(branch.To(Side::Top), sum_.Bottom(), FeedbackY - 5);
         d.Chain({filter, filtered, scale});
         d.Wire(level.Top(), scale.Bottom());
         d.Wire(scale.Right(), rpm.Left());
@@ -160,10 +161,10 @@ private:
     Shape DrawArmatureFeedback(Drawing &d, double y)
     {
         const Shape volts = Box(ArmatureVolts, {0, y});
-        const Shape share = d.Scale({19, y}, QStringLiteral("\u00F7 (128)"));
+        const Shape share = d.ByParameter({19, y}, NameplateMotorVoltage);
         const Shape irComp = Box(IRComp, {0, y + 8}, CaptionAt::Below);
         const Shape drop = d.Multiplier({26, y + 8});
-        const Port current = d.From({21, y + 15}, QStringLiteral("(102) Current Feedback"));
+        const Port current = d.From({21, y + 15}, QStringLiteral("(102) Current Feedback"), CurrentFeedback);
         const Shape sum = d.Sum({34, y}, QStringLiteral("+  -"));
         const Shape afb = Box(AFB, {41, y});
         d.Chain({volts, share, sum});
@@ -185,6 +186,6 @@ constexpr BlockDescriptor BlockVelocityLoop = {.form = "FormVelocityLoop",
                                                .window = "Velocity Loop",
                                                .helpTopic = "Velocity Loop.htm",
                                                .rows = Rows,
-                                               .make = MakeBlock<FormVelocityLoop, BlockVelocityLoop>};
+                                               .sheet = MakeSheet<VelocityLoopSheet>};
 
 } // namespace quorvik

@@ -1,4 +1,6 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
+
+#include <algorithm>
 
 namespace quorvik
 {
@@ -11,10 +13,10 @@ using namespace Param;
 constexpr BlockRow Rows[] = {
     WinderCore, WinderLineSpeed, WinderDiameterRatio, WinderDiameter, {WinderSpeed, "Winder Speed"}};
 
-class FormWinderSpeedCalculator final : public BlockForm
+class WinderSpeedCalculatorSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -42,6 +44,16 @@ protected:
         d.Wire(coreBox.Right(), ratio.LeftAt(centre.y()));
         d.Wire(diameter.Right(), ratio.LeftAt(rimY));
         d.Chain({ratio, ratioBox, product});
+        d.Gives(ratio, [](const NetInputs &inputs) {
+            const std::optional<double> coreSize = inputs.On(Side::Left, 0);
+            const std::optional<double> roll = inputs.On(Side::Left, 1);
+            if (!coreSize || !roll)
+                return std::optional<double>();
+            // No roll is thinner than its core, and no core is none at all.
+            constexpr double thinnest = 0.01;
+            const double bare = std::max(*coreSize, thinnest);
+            return std::optional(100 * bare / std::max(*roll, bare));
+        });
         d.Wire(speed.Right(), product.Top());
         LastBox(d, product.Right(), WinderSpeed, {boxX + 63, y});
     }
@@ -54,19 +66,18 @@ private:
         const double roller = 2.5;
         d.Roll(centre, radius, core);
         d.Roll({-2, webY + roller}, roller, roller);
-        d.Path({QPointF(-2 - roller, centre.y()), QPointF(-2 - roller, webY + roller)}, false);
-        d.Path({QPointF(-2, webY), QPointF(centre.x(), webY)}, true);
+        d.Stroke({QPointF(-2 - roller, centre.y()), QPointF(-2 - roller, webY + roller)}, false);
+        d.Stroke({QPointF(-2, webY), QPointF(centre.x(), webY)}, true);
     }
 };
 
 } // namespace
 
-constexpr BlockDescriptor BlockWinderSpeedCalculator = {
-    .form = "FormWinderSpeedCalculator",
-    .window = "Winder Speed Calculator",
-    .helpTopic = "Winder Speed Calculator.htm",
-    .rows = Rows,
-    .prefix = "Winder ",
-    .make = MakeBlock<FormWinderSpeedCalculator, BlockWinderSpeedCalculator>};
+constexpr BlockDescriptor BlockWinderSpeedCalculator = {.form = "FormWinderSpeedCalculator",
+                                                        .window = "Winder Speed Calculator",
+                                                        .helpTopic = "Winder Speed Calculator.htm",
+                                                        .rows = Rows,
+                                                        .prefix = "Winder ",
+                                                        .sheet = MakeSheet<WinderSpeedCalculatorSheet>};
 
 } // namespace quorvik

@@ -1,4 +1,4 @@
-#include "blocks/BlockForm.h"
+#include "blocks/BlockSheet.h"
 
 #include "platform/Arithmetic.h"
 
@@ -13,10 +13,10 @@ using namespace Param;
 constexpr BlockRow Rows[] = {FinalVelDemand, FinalIDemand, VelFeedback,  ZeroSpeedSet, StandstillLogic,
                              AtZeroSet,      AtZeroSpeed,  AtStandstill, LoopEnable};
 
-class FormZeroSpeedLogic final : public BlockForm
+class ZeroSpeedLogicSheet final : public BlockSheet
 {
 public:
-    using BlockForm::BlockForm;
+    using BlockSheet::BlockSheet;
 
 protected:
     void Draw(Drawing &d) override
@@ -27,9 +27,9 @@ protected:
         AddExtraInterest(DriveModeLSB);
     }
 
-    void Tick() override
+    void Update() override
     {
-        const ParameterTable &table = desk().table;
+        const ParameterTable &table = values();
         const std::int32_t mode =
             CheckedAdd(CheckedMultiply(2, table.Value(DriveModeMSB)), table.Value(DriveModeLSB));
         modeSwitch_.Set(mode == 0 ? Velocity : Current);
@@ -63,8 +63,8 @@ private:
         d.Wire(demandSize.Right(), demandAtZero_.Left());
         d.Chain({feedback, feedbackSize, feedbackAtZero_});
         d.Line(zero.Right(), split);
-        d.Wire({split.at, Side::Top}, demandAtZero_.Bottom());
-        d.Wire({split.at, Side::Bottom}, feedbackAtZero_.Top());
+        d.Wire(split.To(Side::Top), demandAtZero_.Bottom());
+        d.Wire(split.To(Side::Bottom), feedbackAtZero_.Top());
     }
 
     void DrawLogic(Drawing &d)
@@ -88,7 +88,8 @@ private:
         d.Wire(blocked.Right(), enabled.LeftAt(middle), 123.5);
         // A quick stop brakes with the ramp at zero.
         const Shape fed = d.Or({114, middle - 10});
-        d.Wire(d.From({108, middle - 12.5}, QStringLiteral("Ramp Enable"), QStringLiteral("LabelRampEnable")),
+        d.Wire(d.From({108, middle - 12.5}, QStringLiteral("Ramp Enable"), -1,
+                      QStringLiteral("LabelRampEnable")),
                fed.LeftAt(middle - 12.5));
         d.Wire(d.From({108, middle - 7.5}, QStringLiteral("Quick Stop")), fed.LeftAt(middle - 7.5));
         d.Wire(fed.Right(), enabled.LeftAt(middle - 4), 123.5);
@@ -107,6 +108,6 @@ constexpr BlockDescriptor BlockZeroSpeedLogic = {.form = "FormZeroSpeedLogic",
                                                  .window = "Zero Speed Logic",
                                                  .helpTopic = "Zero Speed.htm",
                                                  .rows = Rows,
-                                                 .make = MakeBlock<FormZeroSpeedLogic, BlockZeroSpeedLogic>};
+                                                 .sheet = MakeSheet<ZeroSpeedLogicSheet>};
 
 } // namespace quorvik

@@ -12,6 +12,7 @@ namespace quorvik
 
 struct AccessColors;
 class Asker;
+class Circuit;
 class Document;
 class EntryRules;
 class Guards;
@@ -57,6 +58,9 @@ struct Desk {
     std::function<bool(int p)> ShowParameter = [](int) { return false; };
     /** Opens the map of the drive at the card of a parameter, or as it is for -1. Filled in by the shell. */
     std::function<void(int p)> ShowOnMap = [](int) {};
+    /** The circuit of the drive with the values of this moment; null where a part of the program is tried by
+     * itself. Filled in by the shell. */
+    std::function<Circuit *()> TheCircuit = []() -> Circuit * { return nullptr; };
     /** The computer's clock, in local time. */
     std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
     /** Set before OpenIOMentor. */

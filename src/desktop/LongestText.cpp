@@ -4,8 +4,6 @@
 #include "model/ParameterTable.h"
 #include "model/TextTables.h"
 
-#include <QFontMetrics>
-
 namespace quorvik
 {
 
@@ -33,16 +31,17 @@ QString LongestValueText(const ParameterTable &table, int p)
     return longest;
 }
 
-QString LongestValueTextOfAll(const ParameterTable &table, const QFontMetrics &metrics)
+QString LongestValueTextOfAll(const ParameterTable &table,
+                              const std::function<double(const QString &)> &widthOf)
 {
     QString widest;
-    int width = 0;
+    double width = 0;
     for (int p = 0; p <= table.LastParam; ++p) {
         const QString text = LongestValueText(table, p);
         // Measuring is what costs; a text two characters shorter is never wider.
         if (text.size() + 2 < widest.size())
             continue;
-        const int textWidth = metrics.horizontalAdvance(text);
+        const double textWidth = widthOf(text);
         if (textWidth > width) {
             width = textWidth;
             widest = text;

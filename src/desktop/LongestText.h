@@ -1,8 +1,7 @@
 #pragma once
 
 #include <QString>
-
-class QFontMetrics;
+#include <functional>
 
 namespace quorvik
 {
@@ -12,7 +11,9 @@ class ParameterTable;
 /** The longest text that a parameter can show within its present and its factory limits. */
 QString LongestValueText(const ParameterTable &table, int p);
 
-/** The widest of these over the whole table: what a row needs that can show any parameter. */
-QString LongestValueTextOfAll(const ParameterTable &table, const QFontMetrics &metrics);
+/** The widest of these over the whole table: what a row needs that can show any parameter.
+ * @param widthOf tells the width of a text in any unit. */
+QString LongestValueTextOfAll(const ParameterTable &table,
+                              const std::function<double(const QString &)> &widthOf);
 
 } // namespace quorvik

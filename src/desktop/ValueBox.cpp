@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <QVariantAnimation>
 #include <cmath>
 
 namespace quorvik
@@ -78,6 +79,20 @@ QSize ValueBox::sizeHint() const
     return {WidthFor(text()), fontMetrics().height() * 3 / 2};
 }
 
+void ValueBox::Pulse()
+{
+    constexpr int pulseMs = 1500;
+    auto *fade = new QVariantAnimation(this);
+    fade->setStartValue(1.0);
+    fade->setEndValue(0.0);
+    fade->setDuration(pulseMs);
+    connect(fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
+        pulse_ = value.toDouble();
+        update();
+    });
+    fade->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
 void ValueBox::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -105,6 +120,15 @@ void ValueBox::paintEvent(QPaintEvent *)
             painter.setPen(QPen(ink, 1));
             painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), radius, radius);
         }
+    }
+    if (pulse_ > 0) {
+        painter.setBrush(Qt::NoBrush);
+        QColor glow = palette().color(QPalette::Highlight);
+        glow.setAlphaF(float(std::min(1.0, 2 * pulse_)));
+        const double width = 2 + 4 * pulse_;
+        painter.setPen(QPen(glow, width));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(width / 2, width / 2, -width / 2, -width / 2), radius,
+                                radius);
     }
     painter.setFont(mark.TextFont(font()));
     painter.setPen(ink);

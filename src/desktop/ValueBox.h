@@ -32,6 +32,9 @@ public:
      * ages go on; an empty text adds none. */
     void SetDescription(std::function<QString()> describe) { describe_ = std::move(describe); }
 
+    /** Draws the eye to the box for a second. */
+    void Pulse();
+
     QSize sizeHint() const override;
     /** Pixels that a box needs for a text. */
     int WidthFor(const QString &shownText) const;
@@ -48,6 +51,7 @@ private:
     ValueState state_ = ValueState::Set;
     std::function<QString()> describe_;
     bool editable_ = false;
+    double pulse_ = 0; ///< from 1 to 0 as it fades
 };
 
 } // namespace quorvik

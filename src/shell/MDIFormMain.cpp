@@ -2,6 +2,7 @@
 #include "shell/OpenWindows.h"
 
 #include "blocks/BlockCatalogue.h"
+#include "blocks/DriveCircuit.h"
 #include "desktop/HTMLHelp.h"
 #include "desktop/Mnemonics.h"
 #include "platform/Guard.h"
@@ -75,9 +76,11 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
             forms_,
             [this](QWidget *form, bool activate) { windows_->ShowChild(form, activate); },
             [this] { ShowIOMentor(*this); },
-            [this](int p) { return BlockOf(p); }}
+            [this](int p) { return BlockOf(p); },
+            [this](int p) { return RevealParameter(desk_, p); }}
 {
     setObjectName(QStringLiteral("MDIFormMain"));
+    desk_.TheCircuit = [this] { return &TheCircuit(); };
     // For every window of the program, boxes included.
     QApplication::setWindowIcon(IconOf(QStringLiteral("quorvik")));
     setStatusBar(statusBar_);
@@ -161,6 +164,19 @@ void MDIFormMain::OnComStatusChange()
     if (!isOnline)
         lines_->ShowDriveState({});
     menus_.FollowLink(isOnline);
+}
+
+Circuit &MDIFormMain::TheCircuit()
+{
+    if (!circuit_)
+        circuit_ = std::make_unique<DriveCircuit>(engines_.table);
+    // Several windows ask in one turn of the event loop.
+    constexpr qint64 freshMs = 20;
+    if (!circuitAge_.isValid() || circuitAge_.elapsed() > freshMs) {
+        circuit_->Get().Follow();
+        circuitAge_.start();
+    }
+    return circuit_->Get();
 }
 
 QString MDIFormMain::BlockOf(int p)

@@ -11,6 +11,7 @@
 #include "shell/MenuBar.h"
 #include "shell/WindowAsker.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
 #include <functional>
@@ -21,6 +22,8 @@ class QMdiArea;
 namespace quorvik
 {
 
+class Circuit;
+class DriveCircuit;
 class NoticeStrip;
 class StatusBarMain;
 class StatusLines;
@@ -66,6 +69,7 @@ public:
 
     /** The caption of the first block that shows a parameter; empty where none does. */
     QString BlockOf(int p);
+    Circuit &TheCircuit(); ///< with the values of this moment
 
     /** The user's switch of the link, from the menu and the status panel; may be entered while it waits. */
     void ToggleComStatus();
@@ -105,7 +109,9 @@ private:
     CompareAccess compareAccess_{engines_};
     VirtualOperatorFields virtualOperator_;
     QTimer TimerDelay;
-    QStringList blocks_; ///< by parameter; filled when it is asked for first
+    std::unique_ptr<DriveCircuit> circuit_; ///< made when it is asked for first
+    QElapsedTimer circuitAge_;              ///< since its last look at the table
+    QStringList blocks_;                    ///< by parameter; filled when it is asked for first
     bool isLoaded_ = false;
     bool isUnloaded_ = false;
 };

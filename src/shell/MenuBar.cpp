@@ -61,7 +61,7 @@ void MenuBar::AddBlocks()
         const auto open = [main = main_, &block](int member) { OpenBlock(main->TheDesk(), block, member); };
         if (block.afterSeparator)
             menu->addSeparator()->setObjectName(QStringLiteral("mnuViewSeparator"));
-        if (!block.make) {
+        if (!block.sheet) {
             AddMenu(menu, name, caption);
         } else if (!block.IsFamily()) {
             AddEntry(menu, name, caption, [open] { open(0); });

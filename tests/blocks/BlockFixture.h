@@ -22,7 +22,7 @@ protected:
     {
         const auto entry = std::ranges::find(BlockCatalogue(), Name(formName),
                                              [](const BlockMenuEntry &each) { return Name(each.form); });
-        form = entry->make(desk.desk, member);
+        form = MakeBlockForm(desk.desk, *entry, member);
         form->show();
         window = form;
     }

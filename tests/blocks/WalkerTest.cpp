@@ -26,7 +26,7 @@ std::vector<Walked> AllWindows()
     for (const double fontScale : {1.0, 1.5, 2.0})
         for (const BlockMenuEntry &entry : BlockCatalogue())
             for (int member = std::max(entry.firstMember, 0);
-                 entry.make && member <= std::max(entry.lastMember, 0); ++member)
+                 entry.sheet && member <= std::max(entry.lastMember, 0); ++member)
                 windows.push_back({fontScale, &entry, member});
     return windows;
 }
@@ -134,11 +134,12 @@ TEST_P(WalkerTest, EveryElementLeavesInk)
     for (QWidget *control : OnSheet())
         control->hide();
     auto &view = *form->findChild<DiagramView *>();
-    for (int i = 0; i < view.drawing.Elements().size(); ++i) {
-        const Element &element = view.drawing.At(i);
+    Drawing &drawing = view.Shown();
+    for (int i = 0; i < drawing.Elements().size(); ++i) {
+        const Element &element = drawing.At(i);
         QImage ink[2];
         for (const bool visible : {false, true}) {
-            view.drawing.SetVisible(i, visible);
+            drawing.SetVisible(i, visible);
             ink[visible] = view.grab().toImage();
         }
         EXPECT_NE(ink[0], ink[1]) << i << " " << element.name.toStdString() << " " << int(element.symbol);

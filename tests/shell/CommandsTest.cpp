@@ -47,7 +47,7 @@ TEST_F(Commands, BlocksOpenTheirWindowsOneByOneAndTogether)
     LoadQuietly();
     const FormsCollection &forms = main->TheDesk().forms;
     for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make)
+        if (!entry.sheet)
             continue;
         for (int member = entry.firstMember; member <= entry.lastMember; ++member) {
             for (int i = 0; i < 2; ++i)

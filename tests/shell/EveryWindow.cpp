@@ -77,8 +77,8 @@ void VisitBlocks(TestDesk &desk, const Visit &visit)
 {
     for (const BlockMenuEntry &entry : BlockCatalogue())
         for (int member = std::max(entry.firstMember, 0);
-             entry.make && member <= std::max(entry.lastMember, 0); ++member) {
-            const std::unique_ptr<BlockForm> form(entry.make(desk.desk, member));
+             entry.sheet && member <= std::max(entry.lastMember, 0); ++member) {
+            const std::unique_ptr<BlockForm> form(MakeBlockForm(desk.desk, entry, member));
             Show(*form, form->objectName(), visit);
         }
 }

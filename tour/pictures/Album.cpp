@@ -112,10 +112,10 @@ void Album::Take(QWidget &window, const QString &name, const QString &topic)
 void Album::TakeBlocks()
 {
     for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make)
+        if (!entry.sheet)
             continue;
         // One member stands for its family.
-        BlockForm *form = entry.make(desk_, entry.IsFamily() ? entry.firstMember : 0);
+        BlockForm *form = MakeBlockForm(desk_, entry, entry.IsFamily() ? entry.firstMember : 0);
         Take(*form, form->objectName(), form->HelpTopic());
         form->close();
         QApplication::processEvents();

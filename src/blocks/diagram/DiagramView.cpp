@@ -26,13 +26,22 @@ constexpr double Tolerance = 0.15; ///< cells by which a text may be wider than 
 DiagramView::DiagramView(QWidget *parent)
     : QWidget(parent)
 {
+    SetUsualFont();
+}
+
+void DiagramView::Show(Drawing &drawing)
+{
+    drawing_ = &drawing;
     drawing.Changed = [this](const Element &element) {
         QRectF cells = Drawing::Bounds(element);
         if (element.symbol == Symbol::Link)
-            cells = drawing.LinkLine(element).boundingRect();
+            cells = drawing_->LinkLine(element).boundingRect();
         update(ToPixels(cells.adjusted(-1, -1, 1, 1)).toAlignedRect());
     };
-    SetUsualFont();
+    drawing.TextChanged = [this](int index) {
+        if (index < labels_.size())
+            labels_.at(index)->setText(drawing_->Texts().at(index).text);
+    };
 }
 
 void DiagramView::Place(QWidget *widget, const QRectF &cells)
@@ -74,10 +83,11 @@ double DiagramView::TextWidth(const QString &text) const
 
 void DiagramView::Finish()
 {
-    for (const DrawnText &text : drawing.Texts()) {
+    for (const DrawnText &text : drawing_->Texts()) {
         QLabel *label = MakeLabel(text.name, text.text, text.bold);
         SetPlainToolTip(label, text.toolTip);
-        PlaceText(label, text.at, text.align);
+        PlaceText(label, text.at, text.align, text.longestText);
+        labels_.append(label);
     }
     finished_ = true;
     Arrange();
@@ -161,7 +171,7 @@ void DiagramView::Arrange()
     QRectF all;
     for (const Standing &standing : standing_)
         all |= CellsOf(standing);
-    for (const Element &element : drawing.Elements())
+    for (const Element &element : drawing_->Elements())
         all |= Drawing::Bounds(element);
     all.adjust(-Margin, -Margin, Margin, Margin);
     origin_ = QPointF(std::floor(all.left()), std::floor(all.top()));
@@ -194,7 +204,7 @@ void DiagramView::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.translate(-origin_ * unit);
     const DrawingInk ink(palette());
-    DrawingPainter(painter, ink, unit).Paint(drawing, exposed);
+    DrawingPainter(painter, ink, unit).Paint(*drawing_, exposed);
 }
 
 void DiagramView::changeEvent(QEvent *event)

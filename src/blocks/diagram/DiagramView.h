@@ -21,7 +21,10 @@ class DiagramView : public QWidget
 public:
     explicit DiagramView(QWidget *parent);
 
-    Drawing drawing;
+    /** Shows a drawing that its owner keeps as long as the view. Called once, before Finish(). */
+    void Show(Drawing &drawing);
+
+    Drawing &Shown() const { return *drawing_; }
 
     /** Stands a widget on a rectangle in cells, or moves it there. */
     void Place(QWidget *widget, const QRectF &cells);
@@ -35,11 +38,6 @@ public:
 
     /** Width of a text in cells, as a plain label shows it. */
     double TextWidth(const QString &text) const;
-    /** The wider of two texts. */
-    QString Wider(const QString &one, const QString &other) const
-    {
-        return TextWidth(other) > TextWidth(one) ? other : one;
-    }
 
     /** Makes labels of the drawing's texts and gives the sheet its size. Called once all is placed. */
     void Finish();
@@ -77,6 +75,8 @@ private:
     /** The usual font as large as a size of cells allows. */
     QFont FontFor(double unit) const;
 
+    Drawing *drawing_ = nullptr;
+    QList<QLabel *> labels_; ///< of the drawing's texts
     QList<Standing> standing_;
     QPointF origin_; ///< cells at the sheet's top left corner
     int usualUnit_ = 0;

@@ -13,12 +13,84 @@ constexpr double ContactRadius = 0.5;
 constexpr double HandRoom = 1.5;
 constexpr double LinkStub = 1.5;
 
+/** Side and order of a place, as the net tells pins apart. */
+Pin PinOf(const Port &port)
+{
+    const bool isAcross = port.side == Side::Top || port.side == Side::Bottom;
+    return {port.node, port.side, isAcross ? port.at.x() : port.at.y(), port.contact};
+}
+
+std::optional<double> Scaled(const std::optional<double> &value, double factor)
+{
+    return value ? std::optional(*value * factor) : std::nullopt;
+}
+
 QRectF Around(const QPointF &centre, double radius)
 {
     return {centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius};
 }
 
 } // namespace
+
+std::optional<NodeKind> Drawing::KindOf(Symbol symbol)
+{
+    switch (symbol) {
+    case Symbol::Dot:
+        return NodeKind::Joint;
+    case Symbol::Terminal:
+    case Symbol::Coil:
+        return NodeKind::Terminal;
+    case Symbol::Sum:
+        return NodeKind::Sum;
+    case Symbol::Multiplier:
+        return NodeKind::Product;
+    case Symbol::Gain:
+        return NodeKind::Gain;
+    case Symbol::Inverter:
+        return NodeKind::Not;
+    case Symbol::And:
+        return NodeKind::And;
+    case Symbol::Nand:
+        return NodeKind::Nand;
+    case Symbol::Or:
+        return NodeKind::Or;
+    case Symbol::Absolute:
+        return NodeKind::Absolute;
+    case Symbol::Limiter:
+        return NodeKind::Limiter;
+    case Symbol::Comparator:
+        return NodeKind::Comparator;
+    case Symbol::Switch:
+        return NodeKind::Switch;
+    case Symbol::Contact:
+        return NodeKind::Contact;
+    case Symbol::DeadBand:
+    case Symbol::Curve:
+    case Symbol::Scale:
+        return NodeKind::Formula;
+    case Symbol::Function:
+    case Symbol::Latch:
+    case Symbol::Filter:
+    case Symbol::Pi:
+    case Symbol::Delay:
+    case Symbol::Ramp:
+    case Symbol::Hysteresis:
+        return NodeKind::Memory;
+    case Symbol::Wire:
+    case Symbol::Roll:
+    case Symbol::Limit:
+    case Symbol::Link:
+    case Symbol::Guide:
+    case Symbol::Frame:
+        break;
+    }
+    return std::nullopt;
+}
+
+void LiveText::Set(const QString &text) const
+{
+    drawing_->SetText(index_, text);
+}
 
 void LivePart::Set(int state) const
 {
@@ -35,7 +107,7 @@ Port LivePart::Pivot() const
     const QPolygonF &points = drawing_->At(index_).points;
     const bool contactsAtLeft = points.at(1).x() < points.first().x();
     const QPointF edge(contactsAtLeft ? ContactRadius : -ContactRadius, 0);
-    return {points.first() + edge, contactsAtLeft ? Side::Right : Side::Left};
+    return {points.first() + edge, contactsAtLeft ? Side::Right : Side::Left, drawing_->At(index_).node};
 }
 
 Port LivePart::Contact(int i) const
@@ -43,7 +115,7 @@ Port LivePart::Contact(int i) const
     const QPolygonF &points = drawing_->At(index_).points;
     const bool contactsAtLeft = points.at(1).x() < points.first().x();
     const QPointF edge(contactsAtLeft ? -ContactRadius : ContactRadius, 0);
-    return {points.at(i + 1) + edge, contactsAtLeft ? Side::Left : Side::Right};
+    return {points.at(i + 1) + edge, contactsAtLeft ? Side::Left : Side::Right, drawing_->At(index_).node, i};
 }
 
 QRectF LivePart::Area() const
@@ -53,13 +125,25 @@ QRectF LivePart::Area() const
 
 int Drawing::Add(Element element)
 {
+    if (const auto kind = KindOf(element.symbol))
+        element.node = net_.Add({.kind = *kind, .text = element.text, .state = element.state});
     elements_.append(std::move(element));
     return int(elements_.size()) - 1;
 }
 
-void Drawing::AddWire(const Port &from, const Port &to, double bend, bool arrow)
+void Drawing::AddWire(const Port &from, const Port &to, double bend, bool arrow, Edge::Kind kind)
 {
-    Path(RouteWire(from, to, bend), arrow);
+    Add({.symbol = Symbol::Wire,
+         .points = RouteWire(from, to, bend),
+         .arrow = arrow,
+         .edge = Connect(from, to, kind)});
+}
+
+int Drawing::Connect(const Port &from, const Port &to, Edge::Kind kind)
+{
+    if (from.node < 0 && to.node < 0)
+        return -1;
+    return net_.Connect(PinOf(from), PinOf(to), kind);
 }
 
 void Drawing::Chain(std::initializer_list<Shape> shapes)
@@ -68,37 +152,94 @@ void Drawing::Chain(std::initializer_list<Shape> shapes)
         Wire(shape->Right(), (shape + 1)->Left());
 }
 
-void Drawing::Path(const QPolygonF &corners, bool arrow)
+void Drawing::Path(const Port &from, const QList<QPointF> &corners, const Port &to, bool arrow)
+{
+    Add({.symbol = Symbol::Wire,
+         .points = QPolygonF{from.at} + corners + QPolygonF{to.at},
+         .arrow = arrow,
+         .edge = Connect(from, to)});
+}
+
+void Drawing::Stroke(const QPolygonF &corners, bool arrow)
 {
     Add({.symbol = Symbol::Wire, .points = corners, .arrow = arrow});
 }
 
 Port Drawing::Dot(const QPointF &at)
 {
-    Add({.symbol = Symbol::Dot, .rect = Around(at, DotRadius)});
-    return {at, Side::Any};
+    const int index = Add({.symbol = Symbol::Dot, .rect = Around(at, DotRadius)});
+    return {at, Side::Any, At(index).node};
 }
 
 Shape Drawing::Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name,
                    const QString &text)
 {
     const QRectF rect(left - QPointF(0, size.height() / 2), size);
-    Add({.symbol = symbol, .name = name, .rect = rect, .text = text});
-    return Shape(rect);
+    const int index = Add({.symbol = symbol, .name = name, .rect = rect, .text = text});
+    return Shape(rect, At(index).node);
+}
+
+Shape Drawing::Value(const QRectF &rect, int p)
+{
+    return Shape(rect, net_.Add({.kind = NodeKind::Value, .param = p}));
+}
+
+void Drawing::Gives(const Shape &shape, NetFormula formula)
+{
+    Node &node = net_.nodes[std::size_t(shape.Node())];
+    if (node.kind != NodeKind::Limiter)
+        node.kind = NodeKind::Formula;
+    node.formula = std::move(formula);
+}
+
+Shape Drawing::Group(const QRectF &rect, const QString &name, std::initializer_list<Shape> members)
+{
+    const Shape group(rect, net_.Add({.kind = NodeKind::Group, .text = name}));
+    for (const Shape &member : members)
+        Connect(member.Right(), group.Left(), Edge::Kind::Member);
+    return group;
+}
+
+Shape Drawing::TimesFactor(const QPointF &left, double factor)
+{
+    const Shape shape = Scale(left, QStringLiteral("x %1").arg(factor));
+    Gives(shape, [factor](const NetInputs &inputs) { return Scaled(inputs.On(Side::Left), factor / 100); });
+    return shape;
+}
+
+Shape Drawing::TimesParameter(const QPointF &left, int p)
+{
+    const Shape shape = Scale(left, QStringLiteral("x (%1)").arg(p));
+    Gives(shape, [p](const NetInputs &inputs) {
+        const std::optional<double> factor = inputs.Parameter(p);
+        return factor ? Scaled(inputs.On(Side::Left), *factor / 100) : std::nullopt;
+    });
+    return shape;
+}
+
+Shape Drawing::ByParameter(const QPointF &left, int p)
+{
+    const Shape shape = Scale(left, QStringLiteral("\u00F7 (%1)").arg(p));
+    Gives(shape, [p](const NetInputs &inputs) {
+        const std::optional<double> whole = inputs.Parameter(p);
+        return whole && *whole != 0 ? Scaled(inputs.On(Side::Left), 100 / *whole) : std::nullopt;
+    });
+    return shape;
 }
 
 Shape Drawing::Terminal(const QPointF &centre, int number, const QString &labelName, const QString &role)
 {
     const QRectF rect = Around(centre, 0.9);
-    Add({.symbol = Symbol::Terminal, .rect = rect});
+    const int index = Add({.symbol = Symbol::Terminal, .rect = rect, .text = QString::number(number)});
     Label(labelName, QString::number(number), centre + QPointF(1.7, 0), Qt::AlignLeft, true);
     Label({}, role, centre + QPointF(5, 0), Qt::AlignLeft);
-    return Shape(rect);
+    return Shape(rect, At(index).node);
 }
 
 Shape Drawing::Captioned(Symbol symbol, const QPointF &left, const QSizeF &size, const Caption &caption)
 {
     const Shape shape = Box(symbol, left, size);
+    net_.nodes[std::size_t(shape.Node())].text = caption.text;
     Label(caption.labelName, caption.text, shape.Rect().center() + caption.offset, Qt::AlignHCenter, true,
           caption.toolTip);
     return shape;
@@ -162,18 +303,33 @@ void Drawing::Link(const Port &from, const LivePart &arm)
 {
     // Selectors side by side meet in one line clear of their boxes.
     const double away = from.side == Side::Top ? -LinkStub : from.side == Side::Bottom ? LinkStub : 0;
-    Add({.symbol = Symbol::Link, .points = {{from.at, from.at + QPointF(0, away)}}, .partner = arm.Index()});
+    Add({.symbol = Symbol::Link,
+         .points = {{from.at, from.at + QPointF(0, away)}},
+         .partner = arm.Index(),
+         .edge = Connect(from, arm.Pivot(), Edge::Kind::Control)});
 }
 
 void Drawing::Guide(const Port &from, const Port &to)
 {
-    Add({.symbol = Symbol::Guide, .points = RouteWire(from, to, HalfWay)});
+    // A selector stands by the value that it selects.
+    const bool isChoice = from.node >= 0 && to.node >= 0;
+    Add({.symbol = Symbol::Guide,
+         .points = RouteWire(from, to, HalfWay),
+         .edge = isChoice ? Connect(from, to, Edge::Kind::Control) : -1});
 }
 
-Port Drawing::From(const QPointF &end, const QString &text, const QString &labelName)
+Port Drawing::From(const QPointF &end, const QString &text, int p, const QString &labelName)
 {
     Label(labelName, text, end, Qt::AlignRight, true);
-    return {end + QPointF(0.6, 0), Side::Right};
+    texts_.last().node = net_.Add({.kind = NodeKind::Signal, .text = text, .param = p});
+    return {end + QPointF(0.6, 0), Side::Right, texts_.last().node};
+}
+
+void Drawing::To(const Port &from, const QPointF &begin, const QString &text, int p, const QString &labelName)
+{
+    Label(labelName, text, begin, Qt::AlignLeft, true);
+    texts_.last().node = net_.Add({.kind = NodeKind::Signal, .text = text, .param = p});
+    Wire(from, {begin - QPointF(1, 0), Side::Left, texts_.last().node});
 }
 
 void Drawing::Constant(const QString &labelName, const QString &text, const Port &contact)
@@ -181,13 +337,25 @@ void Drawing::Constant(const QString &labelName, const QString &text, const Port
     // Clear of the hand's room around the arm.
     const QPointF start = contact.at - QPointF(2.2, 0);
     Label(labelName, text, start - QPointF(0.4, 0), Qt::AlignRight);
-    Line({start, Side::Right}, contact);
+    // "False" is no number, and stands for 0 as "0.00%" does.
+    QString number = text;
+    number.remove(u'%');
+    const int node = net_.Add({.kind = NodeKind::Constant, .text = text, .number = number.toDouble()});
+    Line({start, Side::Right, node}, contact);
+}
+
+LiveText Drawing::LiveLabel(const QString &name, const QString &text, const QString &longestText,
+                            const QPointF &at, Qt::Alignment align, bool bold)
+{
+    texts_.append(
+        {.name = name, .text = text, .at = at, .align = align, .bold = bold, .longestText = longestText});
+    return {this, int(texts_.size()) - 1};
 }
 
 void Drawing::Label(const QString &name, const QString &text, const QPointF &at, Qt::Alignment align,
                     bool bold, const QString &toolTip)
 {
-    texts_.append({name, text, at, align, bold, toolTip});
+    texts_.append({.name = name, .text = text, .at = at, .align = align, .bold = bold, .toolTip = toolTip});
 }
 
 const Element *Drawing::Find(const QString &name) const
@@ -214,7 +382,18 @@ void Drawing::SetState(int index, int state)
     // The old place of a link's end must be repainted as well as the new one.
     Announce(index);
     elements_[index].state = state;
+    if (const int node = elements_[index].node; node >= 0)
+        net_.nodes[std::size_t(node)].state = state;
     Announce(index);
+}
+
+void Drawing::SetText(int index, const QString &text)
+{
+    if (texts_.at(index).text == text)
+        return;
+    texts_[index].text = text;
+    if (TextChanged)
+        TextChanged(index);
 }
 
 void Drawing::SetVisible(int index, bool visible)

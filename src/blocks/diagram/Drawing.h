@@ -54,6 +54,8 @@ struct DrawnText {
     Qt::Alignment align = Qt::AlignHCenter;
     bool bold = false;
     QString toolTip = {};
+    int node = -1;            ///< of the signal that it names, -1 for none
+    QString longestText = {}; ///< what room is kept for, where the text changes
 };
 
 /** One element of a drawing, and its live state. */
@@ -69,9 +71,29 @@ struct Element {
                    ///< latches: 1 set; curves and limiters: 0 on one side of zero only, 1 on both
     bool visible = true;
     int partner = -1; ///< links: index of the switch
+    int node = -1;    ///< its index in the net, -1 where no signal passes it
+    int edge = -1;    ///< wires and links: their index in the net
 };
 
 class Drawing;
+
+/** Handle on a text that changes. */
+class LiveText
+{
+public:
+    LiveText() = default;
+    LiveText(Drawing *drawing, int index)
+        : drawing_(drawing)
+        , index_(index)
+    {
+    }
+
+    void Set(const QString &text) const;
+
+private:
+    Drawing *drawing_ = nullptr;
+    int index_ = -1;
+};
 
 /** Handle on an element that a tick moves. */
 class LivePart
@@ -102,8 +124,9 @@ private:
 };
 
 /**
- * A block diagram as data: elements with places in grid cells, built once and then moved by state. It paints
- * nothing. What stands on a wire is placed by its left end and the height of the wire.
+ * A block diagram as data: elements with places in grid cells, built once and then moved by state, and the
+ * net of the signals that they stand for. It paints nothing. What stands on a wire is placed by its left end
+ * and the height of the wire; wires are drawn in the direction of their signal.
  */
 class Drawing
 {
@@ -112,6 +135,23 @@ public:
 
     /** Told when an element's look has changed. */
     std::function<void(const Element &)> Changed;
+    /** Told when a text has changed, with its index. */
+    std::function<void(int)> TextChanged;
+
+    /** The signal paths that the elements stand for. */
+    const Net &TheNet() const { return net_; }
+    /** The place of a parameter's value box. Which parameter it shows may change. */
+    Shape Value(const QRectF &rect, int p);
+    void SetParameter(int node, int p) { net_.nodes[std::size_t(node)].param = p; }
+    /** What a count of a value's parameter stands for on its wires; see Node::perCount. */
+    void SetScale(const Shape &value, double perCount)
+    {
+        net_.nodes[std::size_t(value.Node())].perCount = perCount;
+    }
+    /** A rule for what an element makes of its inputs, in place of its kind's. */
+    void Gives(const Shape &shape, NetFormula formula);
+    /** A box from which values go on together, as a set; see NodeKind::Group. */
+    Shape Group(const QRectF &rect, const QString &name, std::initializer_list<Shape> members);
 
     /** @param bend see RouteWire(). */
     void Wire(const Port &from, const Port &to, double bend = HalfWay) { AddWire(from, to, bend, true); }
@@ -119,8 +159,15 @@ public:
     void Line(const Port &from, const Port &to, double bend = HalfWay) { AddWire(from, to, bend, false); }
     /** Wires from each shape's right to the next one's left. */
     void Chain(std::initializer_list<Shape> shapes);
-    /** A wire along given corners. */
-    void Path(const QPolygonF &corners, bool arrow);
+    /** A wire from one selector to another, whose parameters are joined. */
+    void ChosenWire(const Port &from, const Port &to)
+    {
+        AddWire(from, to, HalfWay, true, Edge::Kind::Choice);
+    }
+    /** A wire along given corners between its ends. */
+    void Path(const Port &from, const QList<QPointF> &corners, const Port &to, bool arrow);
+    /** A line that carries no signal. */
+    void Stroke(const QPolygonF &corners, bool arrow);
     Port Dot(const QPointF &at);
 
     /** A screw at the end of a wire, with its number and what it is for beside it. */
@@ -131,7 +178,9 @@ public:
     Shape Multiplier(const QPointF &centre) { return Round(Symbol::Multiplier, centre, {}); }
     Shape Gain(const QPointF &left, const QString &factor)
     {
-        return Box(Symbol::Gain, left, {6, 7}, {}, factor);
+        const Shape shape = Box(Symbol::Gain, left, {6, 7}, {}, factor);
+        net_.nodes.back().number = factor.toDouble();
+        return shape;
     }
     Shape Inverter(const QPointF &left, const QString &name = {})
     {
@@ -181,10 +230,17 @@ public:
     {
         return Captioned(Symbol::Filter, left, {9, 5}, {QStringLiteral("Filter"), labelName});
     }
-    Shape Scale(const QPointF &left, const QString &factor)
+    /** A change of units that only the drive knows. */
+    Shape Scale(const QPointF &left, const QString &caption)
     {
-        return Captioned(Symbol::Scale, left, {10, 5}, {factor, {}});
+        return Captioned(Symbol::Scale, left, {10, 5}, {caption, {}});
     }
+    /** From percent: 100 % are the factor. */
+    Shape TimesFactor(const QPointF &left, double factor);
+    /** From percent: 100 % are the value of a parameter. */
+    Shape TimesParameter(const QPointF &left, int p);
+    /** To percent: the value of a parameter is 100 %. */
+    Shape ByParameter(const QPointF &left, int p);
     Shape Pi(const QPointF &left, const QSizeF &size)
     {
         return Captioned(Symbol::Pi, left, size, {QStringLiteral("PI"), QStringLiteral("LabelPI")});
@@ -216,19 +272,28 @@ public:
     void Guide(const Port &from, const Port &to);
 
     /** The name of a signal that comes from another block, its text ending here. */
-    Port From(const QPointF &end, const QString &text, const QString &labelName = {});
-    /** A fixed value that feeds a contact at its right. */
+    Port From(const QPointF &end, const QString &text, int p = -1, const QString &labelName = {});
+    /** The name of a signal to which a wire goes on, its text beginning here. */
+    void To(const Port &from, const QPointF &begin, const QString &text, int p = -1,
+            const QString &labelName = {});
+    /** A fixed value that feeds a contact at its right: "0.00%", "False". */
     void Constant(const QString &labelName, const QString &text, const Port &contact);
+    /** A text that changes; room is kept for the longest one. */
+    LiveText LiveLabel(const QString &name, const QString &text, const QString &longestText,
+                       const QPointF &at, Qt::Alignment align, bool bold = false);
     void Label(const QString &name, const QString &text, const QPointF &at,
                Qt::Alignment align = Qt::AlignHCenter, bool bold = false, const QString &toolTip = {});
 
     const QList<Element> &Elements() const { return elements_; }
+    /** What an element does with its signals, of the symbols that have any. */
+    static std::optional<NodeKind> KindOf(Symbol symbol);
     const QList<DrawnText> &Texts() const { return texts_; }
     const Element &At(int index) const { return elements_.at(index); }
     /** The element of that name, or null. */
     const Element *Find(const QString &name) const;
 
     void SetState(int index, int state);
+    void SetText(int index, const QString &text);
     void SetVisible(int index, bool visible);
 
     /** Free end of an element's arm: at a contact, or hanging. */
@@ -240,7 +305,8 @@ public:
 
 private:
     int Add(Element element);
-    void AddWire(const Port &from, const Port &to, double bend, bool arrow);
+    void AddWire(const Port &from, const Port &to, double bend, bool arrow,
+                 Edge::Kind kind = Edge::Kind::Signal);
     Shape Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name = {},
               const QString &text = {});
     Shape Round(Symbol symbol, const QPointF &centre, const QString &text)
@@ -257,7 +323,9 @@ private:
     };
     Shape Captioned(Symbol symbol, const QPointF &left, const QSizeF &size, const Caption &caption);
     void Announce(int index);
+    int Connect(const Port &from, const Port &to, Edge::Kind kind = Edge::Kind::Signal);
 
+    Net net_;
     QList<Element> elements_;
     QList<DrawnText> texts_;
 };
