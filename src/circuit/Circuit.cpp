@@ -179,6 +179,11 @@ int Circuit::FarEnd(int edge, Way way) const
     return local < 0 ? -1 : NodeIn(BlockOfEdge(edge), local);
 }
 
+bool Circuit::IsMade(int node) const
+{
+    return NodeAt(node).kind == NodeKind::Value && !Into(node).empty();
+}
+
 bool Circuit::IsTraced(int edge) const
 {
     const Edge::Kind kind = EdgeAt(edge).kind;
@@ -215,8 +220,9 @@ void Circuit::Visit(int node, Way way, Through through, CircuitPath &path, std::
     if (!HasParameter(found))
         return;
     for (const int other : NodesOf(found.param)) {
-        // The value is made where a wire enters it; it goes on wherever it stands.
-        if (way == Way::Down || !Into(other).empty())
+        // The value is made where a wire enters its box; it goes on wherever it stands. A name at the end of
+        // a wire only says where that leads.
+        if (way == Way::Down || IsMade(other))
             reach(other);
     }
     for (std::size_t i = 0; i < links_.size(); ++i) {
@@ -269,6 +275,8 @@ std::vector<CircuitNeighbour> Circuit::Neighbours(int p, Way way) const
             *same = neighbour;
     };
     for (const int start : NodesOf(p)) {
+        if (way == Way::Up && !IsMade(start))
+            continue;
         struct Step {
             int node;
             bool isActive;
@@ -282,9 +290,10 @@ std::vector<CircuitNeighbour> Circuit::Neighbours(int p, Way way) const
                 if (next < 0 || !IsTraced(edge))
                     continue;
                 const bool isActive = step.isActive && IsActive(edge);
-                if (const Node &node = NodeAt(next); HasParameter(node))
-                    add({.param = node.param, .node = next, .isActive = isActive});
-                else if (!IsIn(seen, next)) {
+                if (const Node &node = NodeAt(next); HasParameter(node)) {
+                    if (way == Way::Up || node.kind == NodeKind::Value)
+                        add({.param = node.param, .node = next, .isActive = isActive});
+                } else if (!IsIn(seen, next)) {
                     AddTo(seen, next);
                     open.push_back({next, isActive});
                 }

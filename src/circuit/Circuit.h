@@ -119,6 +119,7 @@ private:
     /** Whether a wire passes its signal now: no switch at its end touches another contact. */
     bool IsActive(int edge) const;
     int FarEnd(int edge, Way way) const; ///< -1 outside all drawings
+    bool IsMade(int node) const;         ///< a box that a wire enters
     bool IsTraced(int edge) const;
     void JoinParameters();
     void FindLinks();
