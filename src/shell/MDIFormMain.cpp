@@ -5,6 +5,7 @@
 #include "blocks/DriveCircuit.h"
 #include "desktop/HTMLHelp.h"
 #include "desktop/Mnemonics.h"
+#include "operator/OperatorLinks.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
 #include "shell/Icons.h"
@@ -173,6 +174,7 @@ Circuit &MDIFormMain::TheCircuit()
     // Several windows ask in one turn of the event loop.
     constexpr qint64 freshMs = 20;
     if (!circuitAge_.isValid() || circuitAge_.elapsed() > freshMs) {
+        circuit_->Get().SetOperatorLinks(OperatorLinks(desk_));
         circuit_->Get().Follow();
         circuitAge_.start();
     }
