@@ -18,7 +18,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 COPIES = ROOT / "build" / "mutations"
-ENGINES = ["platform", "model", "emulator", "settings", "link", "compare", "circuit", "operations"]
+ENGINES = ["platform", "model", "emulator", "settings", "link", "compare", "circuit", "operations", "find"]
 WANTED = {"engines": 90, "windows": 65}  # per cent
 TIME_LIMIT = 300  # seconds for the tests of one folder, after which they count as hanging
 
