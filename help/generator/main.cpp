@@ -4,6 +4,7 @@
 #include "generator/PageWriter.h"
 #include "generator/ProjectWriter.h"
 #include "generator/Topics.h"
+#include "generator/WordWriter.h"
 
 #include "model/ParameterTable.h"
 #include "settings/SettingsFile.h"
@@ -41,6 +42,7 @@ int main(int argc, char **argv)
     topics.Check(help::ReadText(arguments[3], problems).split(u'\n', Qt::SkipEmptyParts), problems);
     help::PageWriter pages(table, topics, arguments[2], arguments[4]);
     pages.WriteAll(problems);
+    help::WriteWords(topics, arguments[4], problems);
     help::WriteProject(topics, pages.Files(), arguments[4], problems);
 
     QTextStream errors(stderr);

@@ -1,4 +1,5 @@
 #include "generator/PageWriter.h"
+#include "generator/WordWriter.h"
 #include "support/TestDesk.h"
 
 #include <QDir>
@@ -37,6 +38,35 @@ TEST(Generator, WhatIsWrongFailsWithASentence)
               "a window asks for the topic \"Torque.htm\", which does not exist\n"
               "contents.txt: there is no topic \"Gone.htm\"\n"
               "topics/Lost.md: begins with no \"# Title\"");
+}
+
+TEST(Generator, TopicsAndParametersAreFoundByTheirWords)
+{
+    const quorvik::testing::TestDesk desk;
+    const QDir folder(desk.folder.path());
+    folder.mkdir(QStringLiteral("topics"));
+    const std::pair<const char *, QByteArray> files[] = {
+        {"contents.txt", "[Loops]\n  Speed.htm\n"},
+        {"topics/Speed.md", "# Speed\nIndex: rpm; tacho\n\nThe speed, see [the ramp](Gone.htm).\n\n"
+                            "@220..221 A fixed speed.\n@221 As above.\n"}};
+    for (const auto &[name, text] : files) {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+    QStringList problems;
+    Topics topics;
+    topics.Read(folder.path(), problems);
+    WriteWords(topics, folder.path(), problems);
+    EXPECT_TRUE(problems.isEmpty());
+    const HelpWords words = HelpWords::Load(folder.filePath(QStringLiteral("quorvik.words")));
+    ASSERT_EQ(words.topics.size(), 1);
+    const HelpWords::Topic &topic = words.topics.first();
+    EXPECT_EQ((QStringList{topic.page, topic.title, topic.chapter} + topic.keywords).join(u'|').toStdString(),
+              "Speed.htm|Speed|Loops|rpm|tacho");
+    EXPECT_EQ(topic.words.toStdString(), "speed the see ramp");
+    EXPECT_EQ(words.parameters[220].toStdString(), "fixed speed");
+    EXPECT_EQ(words.parameters[221].toStdString(), "fixed speed above");
 }
 
 } // namespace quorvik::help
