@@ -7,13 +7,16 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 #include "compare/forms/FormCompare.h"
+#include "find/forms/FormFind.h"
 #include "settings/forms/FormViewParameters.h"
 #include "shell/OpenWindows.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QTableView>
 #include <QTimer>
@@ -183,6 +186,33 @@ bool MeasureCompare(MDIFormMain &main)
     return Print("compare-and-show-worst", worst, "ms", 20);
 }
 
+/** Ten searches typed letter by letter, each from the key to painted. */
+bool MeasureFind(MDIFormMain &main)
+{
+    FormFind *window = nullptr;
+    const double opening = MillisecondsOf([&] {
+        ShowFind(main);
+        window = main.findChild<FormFind *>();
+        window->repaint();
+    });
+    auto *field = window->findChild<QLineEdit *>(QStringLiteral("TextFind"));
+    double worst = 0;
+    for (const char *query :
+         {"22", "run enable", "estop", "veloctiy loop", "acceleraton forward", "field loss",
+          "maximum reverse speed", "save drive", "tachometer voltage", "nothing called that"}) {
+        field->clear();
+        for (const QChar letter : QString::fromLatin1(query))
+            worst = std::max(worst, MillisecondsOf([&] {
+                                 field->insert(QString(letter));
+                                 window->repaint();
+                             }));
+    }
+    window->close();
+    bool kept = Print("find-opening", opening, "ms", 100);
+    kept &= Print("find-key-worst", worst, "ms", 16);
+    return kept;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -201,12 +231,16 @@ int main(int argc, char **argv)
 
     AttachedProgram program;
     bool kept = MeasureFiles(program.Folder());
+    // The program looks for the words of its help beside itself.
+    if (!QFile::copy(QStringLiteral(QUORVIK_WORDS_FILE), program.Folder() + QStringLiteral("/quorvik.words")))
+        return 1;
     if (!program.GoOnLine({}))
         return 1;
     MDIFormMain &main = program.Main();
     DriveOperations &drive = main.AllEngines().drive;
     drive.ReadAll();
     kept &= MeasureList(main);
+    kept &= MeasureFind(main);
     kept &= MeasureCompare(main);
     kept &= MeasureWindows(main, emptyMiB);
     drive.GoOffLine(OffLineReason::CommandEnded);

@@ -17,6 +17,8 @@ void AddSafeJob(Tour &tour);
 void AddLostLinkJob(Tour &tour);
 /** A round through every window of the Blocks menu. */
 void AddBlockRound(Tour &tour);
+/** Finds a parameter by what it is called, and goes to its window. */
+void AddFindJob(Tour &tour);
 /** The windows of the other menus that are of use on line. */
 void AddOnlineRound(Tour &tour);
 /** Ends the program, starts it again, opens the file of the main job and looks at what it holds. */

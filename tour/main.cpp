@@ -64,6 +64,7 @@ int main(int argc, char **argv)
     AddSafeJob(tour);
     AddLostLinkJob(tour);
     AddBlockRound(tour);
+    AddFindJob(tour);
     AddOnlineRound(tour);
     AddRestart(tour);
     AddOfflineRound(tour);

@@ -8,6 +8,7 @@
 #include "settings/forms/FilePrint.h"
 #include "shell/CompareAccess.h"
 #include "shell/Engines.h"
+#include "shell/FindAccess.h"
 #include "shell/MenuBar.h"
 #include "shell/WindowAsker.h"
 
@@ -62,6 +63,7 @@ public:
     Desk &TheDesk() { return desk_; }
     FilePrint &Print() { return print_; }
     CompareHost &Comparing() { return compareAccess_; }
+    FindHost &Finding() { return findAccess_; }
     VirtualOperatorFields &VirtualOperator() { return virtualOperator_; }
     MenuBar &Menus() { return menus_; }
     WindowCommands &Windows() { return *windows_; }
@@ -107,6 +109,7 @@ private:
     Desk desk_;
     FilePrint print_{desk_};
     CompareAccess compareAccess_{engines_};
+    FindAccess findAccess_{*this, surroundings_.programFolder + QStringLiteral("/quorvik.words")};
     VirtualOperatorFields virtualOperator_;
     QTimer TimerDelay;
     std::unique_ptr<DriveCircuit> circuit_; ///< made when it is asked for first

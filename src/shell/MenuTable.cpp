@@ -109,6 +109,7 @@ constexpr MenuRow table[] = {
     {Separator, "mnuToolsSeparator3"},
     {Command, "mnuToolsCompare", "Com&pare...", [](Main &main) { ShowCompare(main, false); }, "", "compare"},
     {Command, "mnuToolsLinkDetails", "Lin&k Details...", ShowLinkDetails},
+    {Command, "mnuToolsFind", "&Find...", ShowFind, "Ctrl+F"},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},

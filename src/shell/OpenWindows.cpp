@@ -4,6 +4,7 @@
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/FormVerifiedWrite.h"
 #include "emulator/forms/FormIOSimulator.h"
+#include "find/forms/FormFind.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormDebug.h"
 #include "link/forms/FormLinkDetails.h"
@@ -147,6 +148,15 @@ void ShowWriteReport(MDIFormMain &main)
     for (int position = 1; position < desk.forms.Count(); ++position)
         if (auto *report = qobject_cast<FormVerifiedWrite *>(desk.forms.At(position)))
             report->ShowReport(writes.Report());
+}
+
+void ShowFind(MDIFormMain &main)
+{
+    // It stands free before the frame, where no child window covers it.
+    auto *window = main.findChild<FormFind *>();
+    if (!window || !window->isVisible())
+        window = new FormFind(main.TheDesk(), main.Finding(), &main);
+    window->TakeFocus();
 }
 
 void ShowBasicMentor(MDIFormMain &main)

@@ -33,6 +33,9 @@ void ShowUnwrittenEntries(MDIFormMain &main);
 /** What the last verified write came to. */
 void ShowWriteReport(MDIFormMain &main);
 
+/** One field over parameters, windows, commands and help; the one that is open takes what is typed next. */
+void ShowFind(MDIFormMain &main);
+
 /** Opens where the drive's model is known; else tells what to do about it. */
 void ShowBasicMentor(MDIFormMain &main);
 /** Opens on Desk::WizardIOStart. */

@@ -7,6 +7,8 @@
 #include "compare/forms/ScriptedHost.h"
 #include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
+#include "find/forms/FormFind.h"
+#include "find/forms/ScriptedFind.h"
 #include "link/DriveLink.h"
 #include "link/LinkStatistics.h"
 #include "link/PacketLog.h"
@@ -91,6 +93,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
     Progress reading(QStringLiteral("Reading Parameters from Drive"), int(WholeScan::Reading), 434);
     FilePrint print(desk.desk);
     ScriptedHost comparing(desk);
+    ScriptedFind finding(desk);
     VirtualOperatorFields fields;
     FormVirtualOperator panel(desk.desk, &desk.mainWindow, fields);
     const auto edit = [&](int p) {
@@ -114,6 +117,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormLinkDetails(desk.desk, statistics, packets); },
         [&] { return new FormCompare(desk.desk, comparing); },
         [&] { return new FormTripRecord(desk.desk); },
+        [&] { return new FormFind(desk.desk, finding, &desk.mainWindow); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },
         [&] { return new FormGettingStarted(desk.desk, &desk.mainWindow, true); },

@@ -1,5 +1,6 @@
 #include "Album.h"
 #include "SampleComparison.h"
+#include "SampleFind.h"
 #include "SampleLink.h"
 #include "ValueLegend.h"
 
@@ -11,6 +12,7 @@
 #include "desktop/Desk.h"
 #include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
+#include "find/forms/FormFind.h"
 #include "link/DriveLink.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormLinkDetails.h"
@@ -230,6 +232,13 @@ void Album::TakeOthers()
     details->resize(details->sizeHint());
     Take(*details, details->objectName(), details->HelpTopic());
     details->close();
+
+    SampleFind menus(desk_.table);
+    auto *find = new FormFind(desk_, menus, &owner);
+    find->resize(find->sizeHint());
+    find->findChild<QLineEdit *>(QStringLiteral("TextFind"))->setText(QStringLiteral("ramp"));
+    Take(*find, find->objectName(), find->HelpTopic());
+    find->close();
 
     FilePrint print(desk_);
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);

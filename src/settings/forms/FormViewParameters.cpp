@@ -171,6 +171,14 @@ void FormViewParameters::SelectView(ReportFilter filter)
     optionView_[std::size_t(filter)]->setChecked(true);
 }
 
+void FormViewParameters::SelectParameter(int p)
+{
+    const QList<ReportRow> &rows = Rows();
+    for (int row = 0; row < rows.size(); ++row)
+        if (rows[row].param == p)
+            listView_->setCurrentIndex(list_->index(row, 0));
+}
+
 void FormViewParameters::BuildList()
 {
     list_->SetRows(CollectRows(desk().table, filter_));

@@ -39,6 +39,8 @@ public:
     const QList<ReportRow> &Rows() const;
     /** Checks the option button, which rebuilds the list. */
     void SelectView(ReportFilter filter);
+    /** Brings a row into sight and makes it the current one; does nothing where it is not among them. */
+    void SelectParameter(int p);
 
 private:
     void BuildList();
