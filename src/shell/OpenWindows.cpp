@@ -153,9 +153,13 @@ void ShowWriteReport(MDIFormMain &main)
 void ShowFind(MDIFormMain &main)
 {
     // It stands free before the frame, where no child window covers it.
-    auto *window = main.findChild<FormFind *>();
-    if (!window || !window->isVisible())
-        window = new FormFind(main.TheDesk(), main.Finding(), &main);
+    Desk &desk = main.TheDesk();
+    FormFind *window = nullptr;
+    for (int position = 1; position < desk.forms.Count(); ++position)
+        if (auto *open = qobject_cast<FormFind *>(desk.forms.At(position)))
+            window = open;
+    if (!window)
+        window = new FormFind(desk, main.Finding(), &main);
     window->TakeFocus();
 }
 
