@@ -53,19 +53,26 @@ QStringList StatesAndFaults(const ParameterTable &table, int p)
     return texts;
 }
 
-QStringList OtherWords(const ParameterTable &table, int p)
+/** What its values look like. */
+QStringList TextsOfValues(const ParameterTable &table, int p)
 {
     const int type = TypeCode(table[p].Attributes);
     QStringList texts = TextsOf(type) + StatesAndFaults(table, p);
-    texts.append(UnitText(table[p].Attributes));
-    texts.append(QString::fromLatin1(TypeOf(type).kind));
     if (TypeOf(type).form == ValueType::Form::Unit)
         texts.append(EnumText(0, type));
+    texts.append(UnitText(table[p].Attributes));
+    texts.append(QString::fromLatin1(TypeOf(type).kind));
+    return texts;
+}
+
+QStringList OtherWords(const ParameterTable &table, int p)
+{
+    QStringList words;
     const QStringList name = FoldedWords(table[p].Name);
     for (const auto &[shortForm, said] : Synonyms)
         if (name.contains(QLatin1String(shortForm)))
-            texts.append(QString::fromLatin1(said));
-    return texts;
+            words.append(QString::fromLatin1(said));
+    return words;
 }
 
 } // namespace
@@ -76,14 +83,14 @@ void AddParameters(FindIndex &index, const ParameterTable &table, const QStringL
     // Number 0 stands for no parameter.
     for (int p = 1; p <= table.LastParam; ++p)
         index.Add({FindKind::Parameter, p, QStringLiteral("(%1)").arg(p), table.FullName(p), blocks.value(p)},
-                  {OtherWords(table, p), words.parameters.value(p)});
+                  {TextsOfValues(table, p), OtherWords(table, p), words.parameters.value(p)});
 }
 
 void AddTopics(FindIndex &index, const HelpWords &words)
 {
     for (const HelpWords::Topic &topic : words.topics)
         index.Add({FindKind::Topic, 0, topic.page, topic.title, topic.chapter},
-                  {topic.keywords, topic.words});
+                  {topic.keywords, {}, topic.words});
 }
 
 } // namespace quorvik

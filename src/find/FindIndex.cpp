@@ -38,7 +38,8 @@ void FindIndex::Add(const FindEntry &entry, const FindTexts &texts)
     // Who writes two words as one means the same.
     for (qsizetype i = 1; i < title.size(); ++i)
         AddWords({title[i - 1] + title[i]}, Weight::Also);
-    for (const QString &text : texts.also)
+    texts_.push_back(texts);
+    for (const QString &text : texts.texts + texts.also)
         AddWords(FoldedWords(text), Weight::Also);
     AddWords(FoldedWords(entry.place), Weight::Place);
     AddWords(FoldedWords(texts.help), Weight::Help);
@@ -77,6 +78,31 @@ void FindIndex::FitWord(const QString &typed, Forgiving forgiving, Scores &best)
             score = std::max(score, PointsOfFit[std::size_t(fit)] * Factors[std::size_t(posting.weight)]);
         }
     }
+}
+
+QStringList FindIndex::Reasons(int entry, const QString &query) const
+{
+    const auto fits = [](const QString &typed, const QString &text) {
+        return std::ranges::any_of(FoldedWords(text), [&typed](const QString &word) {
+            return FitOf(typed, word) >= WordFit::Inside;
+        });
+    };
+    const FindEntry &found = At(entry);
+    const FindTexts &texts = texts_[std::size_t(entry)];
+    // A topic is the help itself.
+    const QStringList help = found.kind == FindKind::Topic ? QStringList() : FoldedWords(texts.help);
+    QStringList reasons;
+    for (const QString &typed : FoldedWords(query)) {
+        if (fits(typed, found.title + u' ' + found.place + u' ' + texts.also.join(u' ')))
+            continue;
+        const auto fitting = [&](const QString &text) { return fits(typed, text); };
+        if (const auto text = std::ranges::find_if(texts.texts, fitting); text != texts.texts.end())
+            reasons.append(*text);
+        else if (const auto word = std::ranges::find_if(help, fitting); word != help.end())
+            reasons.append(QStringLiteral("help: ") + *word);
+    }
+    reasons.removeDuplicates();
+    return reasons;
 }
 
 int FindIndex::TitleBonus(int entry, const QStringList &typed) const

@@ -22,8 +22,9 @@ struct FindEntry {
 
 /** What is found of an entry beside its title and its place. */
 struct FindTexts {
-    QStringList also;  ///< other words for it: texts of its values, unit, synonyms
-    QString help = {}; ///< what the help says of it
+    QStringList texts = {}; ///< what it can show, its unit, its words in the index of the help
+    QStringList also = {};  ///< other words for those of its title
+    QString help = {};      ///< what the help says of it
 };
 
 struct FindHit {
@@ -44,6 +45,10 @@ public:
     const FindEntry &At(int entry) const { return entries_[std::size_t(entry)]; }
     /** The entry with that key, or -1. */
     int Of(const QString &key) const { return byKey_.value(key, -1); }
+
+    /** Why an entry is found, where its title and its place do not tell: the texts or words of the help that
+     * fit. */
+    QStringList Reasons(int entry, const QString &query) const;
 
     /**
      * The entries that each word of the query fits, in any order, the best first: names before other texts,
@@ -74,6 +79,7 @@ private:
 
     std::vector<FindEntry> entries_;
     std::vector<QString> titles_; ///< folded, their words parted by a blank
+    std::vector<FindTexts> texts_;
     QHash<QString, int> byKey_;
     std::vector<Word> words_;
     QHash<QString, int> wordNumbers_;

@@ -118,6 +118,18 @@ TEST_F(FindIndexTest, TheBestComesFirst)
     EXPECT_THAT(Best(" - ", 9), ::testing::IsEmpty());
 }
 
+TEST_F(FindIndexTest, WhatIsNotInSightIsToldAsTheReason)
+{
+    const std::pair<const char *, const char *> rows[] = {
+        {"estop state", "EStop"}, {"bridge", "help: bridge"}, {"pulled", ""},
+        {"forward accel", ""},    {"hertz status", "Hertz"},  {"ir velocity", ""},
+    };
+    for (const auto &[query, reasons] : rows)
+        EXPECT_EQ(index.Reasons(index.Search(Name(query)).front().entry, Name(query)).join(u'|'),
+                  Name(reasons))
+            << query;
+}
+
 TEST(RecentFindsTest, TheNewestComesFirstAndTenAreKept)
 {
     const QTemporaryDir folder;

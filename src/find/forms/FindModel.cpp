@@ -38,9 +38,10 @@ FindModel::FindModel(const Desk &desk, const FindHost &host, FindIndex index, QO
 {
 }
 
-void FindModel::SetEntries(std::vector<int> entries)
+void FindModel::SetEntries(std::vector<int> entries, const QString &query)
 {
     beginResetModel();
+    query_ = query;
     entries_ = std::move(entries);
     endResetModel();
 }
@@ -50,7 +51,7 @@ QString FindModel::Spoken(int row) const
     const FindEntry &entry = EntryAt(row);
     QStringList parts;
     for (const int column : {TitleColumn, ValueColumn, StateColumn, KindColumn, PlaceColumn})
-        parts.append(TextOf(entry, column));
+        parts.append(TextOf(row, column));
     if (IsCommand(entry))
         parts.append(host_.CommandOf(entry.key).whyNot);
     parts.removeAll(QString());
@@ -80,13 +81,15 @@ int FindModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : Columns;
 }
 
-QString FindModel::TextOf(const FindEntry &entry, int column) const
+QString FindModel::TextOf(int row, int column) const
 {
+    const FindEntry &entry = EntryAt(row);
     switch (column) {
     case KindColumn:
         return NameOf(entry.kind);
     case TitleColumn:
-        return entry.title;
+        return (QStringList(entry.title) + index_.Reasons(entries_[std::size_t(row)], query_))
+            .join(QStringLiteral(" \u00b7 "));
     case PlaceColumn:
         return entry.place;
     default:
@@ -122,7 +125,7 @@ QVariant FindModel::data(const QModelIndex &index, int role) const
     const FindEntry &entry = EntryAt(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return TextOf(entry, index.column());
+        return TextOf(index.row(), index.column());
     case ParameterListModel::StateRole:
         return int(entry.kind == FindKind::Parameter && entry.number <= desk_.table.UpperBound()
                        ? desk_.states.Of(entry.number)

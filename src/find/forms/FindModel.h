@@ -21,7 +21,8 @@ public:
     FindModel(const Desk &desk, const FindHost &host, FindIndex index, QObject *parent);
 
     const FindIndex &Index() const { return index_; }
-    void SetEntries(std::vector<int> entries);
+    /** @param query what they were found by; empty where they were not searched for. */
+    void SetEntries(std::vector<int> entries, const QString &query);
     /** @param row one of the model. */
     const FindEntry &EntryAt(int row) const { return index_.At(entries_[std::size_t(row)]); }
     /** A row in words, as it is read out. */
@@ -39,7 +40,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    QString TextOf(const FindEntry &entry, int column) const;
+    QString TextOf(int row, int column) const;
     bool CanBeChosen(const FindEntry &entry) const;
     QString ToolTipOf(const FindEntry &entry) const;
 
@@ -47,6 +48,7 @@ private:
     const FindHost &host_;
     const FindIndex index_;
     std::vector<int> entries_;
+    QString query_;
 };
 
 } // namespace quorvik

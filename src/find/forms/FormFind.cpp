@@ -191,7 +191,7 @@ void FormFind::Search()
                                   "beginning of one.")
                  : QStringLiteral("%1 found").arg(entries.size()));
     }
-    model_->SetEntries(std::move(entries));
+    model_->SetEntries(std::move(entries), query);
     listFound_->setCurrentIndex(model_->index(0, FindModel::TitleColumn));
     listFound_->scrollToTop();
     // Where nothing is left, no row becomes the current one.
