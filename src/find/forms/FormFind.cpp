@@ -166,8 +166,39 @@ void FormFind::FollowTable()
     timerFollow_.start();
 }
 
+void FormFind::ReadOnly(const std::set<int> &params)
+{
+    for (const int p : params)
+        if (!read_.contains(p))
+            desk().table.AddReadInterest(p);
+    for (const int p : read_)
+        if (!params.contains(p))
+            desk().table.RemoveReadInterest(p);
+    read_ = params;
+}
+
+void FormFind::ReadRowsInSight()
+{
+    std::set<int> params;
+    const int height = listFound_->viewport()->height();
+    for (QModelIndex row = listFound_->indexAt({0, 0}); row.isValid(); row = listFound_->indexBelow(row)) {
+        if (listFound_->visualRect(row).top() >= height)
+            break;
+        const FindEntry &entry = model_->EntryAt(row.row());
+        if (entry.kind == FindKind::Parameter && entry.number <= desk().table.UpperBound())
+            params.insert(entry.number);
+    }
+    ReadOnly(params);
+}
+
+void FormFind::Unload()
+{
+    ReadOnly({});
+}
+
 void FormFind::Follow()
 {
+    ReadRowsInSight();
     model_->Follow(std::exchange(changed_, {}));
     if (std::exchange(wasOnline_, desk().table.PortOpen()) != desk().table.PortOpen())
         model_->FollowCommands();

@@ -37,6 +37,7 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void Unload() override;
 
 private:
     enum class Act { Open, Edit, Map };
@@ -45,6 +46,9 @@ private:
     void Place(const QWidget &mainWindow);
     void FollowTable();
     void Follow();
+    /** The drive is asked for what can be seen, and for nothing else. */
+    void ReadRowsInSight();
+    void ReadOnly(const std::set<int> &params);
     void Search();
     void SpeakCurrent();
     void ShowMenu(const QPoint &place);
@@ -63,6 +67,7 @@ private:
     QLineEdit *textFind_;
     QTreeView *listFound_;
     QLabel *labelFound_;
+    std::set<int> read_;    ///< parameters with a read interest of this window
     std::set<int> changed_; ///< since the rows followed last
     bool wasOnline_;
     QTimer timerFollow_{this};

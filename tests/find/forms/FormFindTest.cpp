@@ -115,6 +115,9 @@ TEST_F(FormFindTest, ValuesAndStatesFollowAndCtrlEnterChangesThem)
     Q_EMIT desk.table.Signals().Computed(Param::FwdAccelA);
     QMetaObject::invokeMethod(Find<QTimer>("TimerFollow"), "timeout");
     EXPECT_EQ(changes, 1);
+    const auto isRead = [this](int p) { return int(Record(p).ReadFlag); };
+    EXPECT_EQ(isRead(Param::FwdAccelB), 1) << "in sight";
+    EXPECT_EQ(isRead(Param::FwdDecelA), 0);
     EXPECT_EQ(Cell(0, FindModel::ValueColumn), "7.5 Sec");
     EXPECT_EQ(Rows()->index(0, 0).data(ParameterListModel::StateRole), int(ValueState::Emulated));
 
@@ -122,6 +125,8 @@ TEST_F(FormFindTest, ValuesAndStatesFollowAndCtrlEnterChangesThem)
     Press(Qt::Key_Return, Qt::ControlModifier);
     EXPECT_EQ(P(Param::FwdAccelA), 90);
     EXPECT_TRUE(window->isVisible());
+    Press(Qt::Key_Escape);
+    EXPECT_EQ(isRead(Param::FwdAccelB), 0);
 }
 
 TEST_F(FormFindTest, TheMenuOfARowDoesTheSame)
