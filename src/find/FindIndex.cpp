@@ -67,9 +67,9 @@ void FindIndex::AddWords(const QStringList &words, Weight weight)
 void FindIndex::FitWord(const QString &typed, Forgiving forgiving, Scores &best) const
 {
     for (const Word &word : words_) {
-        const WordFit fit = FitOf(typed, word.text);
+        const WordFit fit = FitOf(typed, word.text, forgiving != Forgiving::Nothing);
         const bool isWrong = fit < WordFit::Inside;
-        if (fit == WordFit::None || (isWrong && forgiving == Forgiving::Nothing))
+        if (fit == WordFit::None)
             continue;
         for (const Posting &posting : word.postings) {
             if (isWrong && posting.weight == Weight::Help && forgiving != Forgiving::Help)
@@ -84,7 +84,7 @@ QStringList FindIndex::Reasons(int entry, const QString &query) const
 {
     const auto fits = [](const QString &typed, const QString &text) {
         return std::ranges::any_of(FoldedWords(text), [&typed](const QString &word) {
-            return FitOf(typed, word) >= WordFit::Inside;
+            return FitOf(typed, word, false) >= WordFit::Inside;
         });
     };
     const FindEntry &found = At(entry);

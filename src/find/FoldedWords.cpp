@@ -86,7 +86,7 @@ QStringList FoldedWords(const QString &text)
     return words;
 }
 
-WordFit FitOf(QStringView typed, QStringView word)
+WordFit FitOf(QStringView typed, QStringView word, bool forgives)
 {
     if (typed.isEmpty())
         return WordFit::None;
@@ -94,7 +94,7 @@ WordFit FitOf(QStringView typed, QStringView word)
         return word.size() == typed.size() ? WordFit::Whole : WordFit::Prefix;
     if (typed.size() > 1 && word.contains(typed))
         return WordFit::Inside;
-    if (typed.size() < OneErrorFrom || typed.size() > LongestForgiven - 2 || HasDigit(typed))
+    if (!forgives || typed.size() < OneErrorFrom || typed.size() > LongestForgiven - 2 || HasDigit(typed))
         return WordFit::None;
     const int most = typed.size() < TwoErrorsFrom ? 1 : 2;
     if (word.size() < typed.size() - most)

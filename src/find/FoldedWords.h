@@ -24,7 +24,8 @@ enum class WordFit {
  * Compares two folded words. A typing error is a letter too many, too few or wrong, or two in the wrong
  * order; a word that is still being typed may have it as well. Words with a digit forgive none, and one
  * letter stands for what begins with it.
+ * @param forgives whether typing errors are looked for, which takes far longer than all else.
  */
-WordFit FitOf(QStringView typed, QStringView word);
+WordFit FitOf(QStringView typed, QStringView word, bool forgives = true);
 
 } // namespace quorvik
