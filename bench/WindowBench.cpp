@@ -196,6 +196,7 @@ bool MeasureFind(MDIFormMain &main)
         window->repaint();
     });
     auto *field = window->findChild<QLineEdit *>(QStringLiteral("TextFind"));
+    QWidget *rows = window->findChild<QTreeView *>(QStringLiteral("ListFound"))->viewport();
     double worst = 0;
     for (const char *query :
          {"22", "run enable", "estop", "veloctiy loop", "acceleraton forward", "field loss",
@@ -204,7 +205,8 @@ bool MeasureFind(MDIFormMain &main)
         for (const QChar letter : QString::fromLatin1(query))
             worst = std::max(worst, MillisecondsOf([&] {
                                  field->insert(QString(letter));
-                                 window->repaint();
+                                 QCoreApplication::sendPostedEvents();
+                                 rows->repaint();
                              }));
     }
     window->close();
