@@ -1,5 +1,6 @@
 #include "blocks/BlockForm.h"
 
+#include "blocks/diagram/DiagramFrame.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
 #include "link/ValueStates.h"
@@ -10,7 +11,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
@@ -22,31 +22,6 @@ namespace
 {
 
 constexpr double CaptionDistance = 2.6;
-
-/** Carries a diagram and scales it to the window. */
-class DiagramFrame : public QScrollArea
-{
-public:
-    DiagramFrame(DiagramView *view, QWidget *parent)
-        : QScrollArea(parent)
-        , view_(view)
-    {
-        setFrameShape(QFrame::NoFrame);
-        setFocusPolicy(Qt::NoFocus);
-        setAlignment(Qt::AlignCenter);
-        setWidget(view);
-    }
-
-protected:
-    void resizeEvent(QResizeEvent *event) override
-    {
-        view_->Fit(maximumViewportSize());
-        QScrollArea::resizeEvent(event);
-    }
-
-private:
-    DiagramView *view_;
-};
 
 /** Where a caption stands beside its box. */
 std::pair<QPointF, Qt::Alignment> CaptionPlace(const QRectF &rect, CaptionAt at)

@@ -133,18 +133,29 @@ QFont DiagramView::FontFor(double unit) const
     return font;
 }
 
+double DiagramView::SmallestScale() const
+{
+    const double ratio = devicePixelRatioF();
+    const double smallest = SmallestText / ratio / QFontInfo(parentWidget()->font()).pixelSize();
+    return std::min(std::ceil(smallest * usualUnit_ * ratio) / (usualUnit_ * ratio), 1.0);
+}
+
 void DiagramView::Fit(const QSize &room)
 {
     if (!finished_ || usualSize_.isEmpty())
         return;
     const double fits =
         std::min(double(room.width()) / usualSize_.width(), double(room.height()) / usualSize_.height());
+    ScaleTo(std::min(fits, double(LargestGrowth)));
+}
+
+void DiagramView::ScaleTo(double scale)
+{
+    const double readable = std::max(scale, SmallestScale());
     const double ratio = devicePixelRatioF();
-    const double smallest = SmallestText / ratio / QFontInfo(parentWidget()->font()).pixelSize();
-    const double scale =
-        std::clamp(fits, std::min(std::ceil(smallest * usualUnit_) / usualUnit_, 1.0), double(LargestGrowth));
-    const double unit = scale == 1.0 ? usualUnit_ : std::floor(usualUnit_ * scale * ratio) / ratio;
-    if (unit == unit_)
+    const double unit =
+        readable == 1.0 ? usualUnit_ : std::floor(usualUnit_ * readable * ratio + 1e-6) / ratio;
+    if (!finished_ || unit == unit_)
         return;
     isFitting_ = true;
     unit_ = unit;

@@ -45,6 +45,10 @@ public:
     /** Scales sheet and text to the room, in whole pixels of the screen to a cell; the text stays readable.
      */
     void Fit(const QSize &room);
+    /** Scales to so many times the size of the owner's font, but not below the smallest scale. */
+    void ScaleTo(double scale);
+    double Scale() const { return unit_ / usualUnit_; }
+    double SmallestScale() const; ///< at which text can still be read
     /** What the sheet takes at the size of its owner's font. */
     QSize UsualSize() const { return usualSize_; }
 
@@ -53,6 +57,7 @@ public:
     /** Pixels of the sheet for a rectangle or a line in cells. */
     QRectF ToPixels(const QRectF &cells) const;
     QPolygonF ToPixels(const QPolygonF &cells) const;
+    QPointF ToCells(const QPointF &pixels) const { return pixels / Unit() + origin_; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
