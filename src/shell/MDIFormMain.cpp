@@ -4,7 +4,6 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/DriveCircuit.h"
 #include "desktop/HTMLHelp.h"
-#include "desktop/Mnemonics.h"
 #include "operator/OperatorLinks.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
@@ -18,7 +17,6 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -145,16 +143,31 @@ void MDIFormMain::ConnectCommands()
     On(menus_.Entry(QStringLiteral("mnuOptionsReconnect")), &QAction::toggled, this,
        [this](bool isChecked) { engines_.reconnection.BySelf = isChecked; });
     // The bar and the window in front share one set of mnemonics, and the window's own come first.
-    On(area_, &QMdiArea::subWindowActivated, this, [this](const QMdiSubWindow *child) {
-        menus_.YieldMnemonics(child ? MnemonicsIn(*child) : QSet<QChar>());
+    On(windows_, &WindowCommands::FrontChanged, this, [this] { menus_.FollowFront(*windows_); });
+    On(windows_, &WindowCommands::TakenOut, this, [this](QWidget *form) {
+        QWidget *bar = menus_.Lend(form);
+        auto *closing = new QShortcut(bar);
+        closing->setKeys({QKeySequence(Qt::CTRL | Qt::Key_F4), QKeySequence(Qt::CTRL | Qt::Key_W)});
+        On(closing, &QShortcut::activated, form, [form] { form->close(); });
+        AddKeys(bar);
     });
-    const auto addKey = [this](const QKeySequence &keys, auto handler) {
-        On(new QShortcut(keys, this), &QShortcut::activated, this, handler);
+    On(windows_, &WindowCommands::GoesBack, this, [this](QWidget *form) { menus_.TakeBack(form); });
+    AddKeys(this);
+    menus_.FollowFront(*windows_);
+}
+
+void MDIFormMain::AddKeys(QWidget *window)
+{
+    const auto addKey = [this, window](const QKeySequence &keys, auto handler) {
+        On(new QShortcut(keys, window), &QShortcut::activated, this, handler);
     };
     addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D), [this] { ShowDebug(*this); });
-    addKey(QKeySequence(Qt::Key_F8), [this] { notices_->TakeFocus(); });
-    addKey(QKeySequence(Qt::CTRL | Qt::Key_F6), [this] { area_->activateNextSubWindow(); });
-    addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6), [this] { area_->activatePreviousSubWindow(); });
+    addKey(QKeySequence(Qt::Key_F8), [this] {
+        activateWindow();
+        notices_->TakeFocus();
+    });
+    addKey(QKeySequence(Qt::CTRL | Qt::Key_F6), [this] { windows_->Activate(1); });
+    addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6), [this] { windows_->Activate(-1); });
 }
 
 void MDIFormMain::OnComStatusChange()

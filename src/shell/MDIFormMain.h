@@ -88,6 +88,8 @@ protected:
 private:
     void OnComStatusChange();
     void ConnectCommands();
+    /** The keys that no menu entry has, for the main window or one outside of the frame. */
+    void AddKeys(QWidget *window);
     void ConnectEngines();
     void SetTitle(const QString &title);
     /** @return False when the user would rather go on, which cannot be where nothing is asked. */

@@ -7,9 +7,11 @@
 #include "shell/Icons.h"
 #include "shell/MDIFormMain.h"
 #include "shell/MenuTable.h"
+#include "shell/WindowCommands.h"
 
 #include <QAction>
 #include <QIcon>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -46,7 +48,7 @@ void MenuBar::AddTable()
         });
         action->setCheckable(row.kind == MenuKind::Check);
         if (*row.shortcut)
-            action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
+            action->setShortcuts(QKeySequence::listFromString(QString::fromLatin1(row.shortcut)));
         if (*row.icon)
             action->setIcon(IconOf(QString::fromLatin1(row.icon)));
     }
@@ -114,6 +116,39 @@ void MenuBar::YieldMnemonics(const QSet<QChar> &letters)
         const bool yields = letters.contains(MnemonicOf(caption));
         Entry(QString::fromLatin1(row.name))->setText(yields ? QString(caption).remove(u'&') : caption);
     }
+}
+
+QWidget *MenuBar::Lend(QWidget *form) const
+{
+    auto *bar = new QMenuBar(form);
+    bar->setNativeMenuBar(false);
+    bar->addMenu(Menu(QStringLiteral("mnuWindow")));
+    if (form->layout())
+        form->layout()->setMenuBar(bar);
+    for (const MenuRow &row : MenuTable())
+        if (*row.shortcut)
+            form->addAction(Entry(QString::fromLatin1(row.name)));
+    return bar;
+}
+
+void MenuBar::TakeBack(QWidget *form) const
+{
+    for (const MenuRow &row : MenuTable())
+        if (*row.shortcut)
+            form->removeAction(Entry(QString::fromLatin1(row.name)));
+    delete form->findChild<QMenuBar *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+void MenuBar::FollowFront(const WindowCommands &windows)
+{
+    QWidget *front = windows.InFront();
+    QAction *frame = Entry(QStringLiteral("mnuWindowFrame"));
+    frame->setEnabled(front != nullptr);
+    frame->setText(front && windows.IsOutside(front) ? QStringLiteral("&Put Back into the Frame")
+                                                     : QStringLiteral("&Take Out of the Frame"));
+    for (const char *zoom : {"mnuWindowZoomIn", "mnuWindowZoomOut", "mnuWindowFit"})
+        Entry(QString::fromLatin1(zoom))->setEnabled(windows.DrawingInFront() != nullptr);
+    YieldMnemonics(front ? MnemonicsIn(*front) : QSet<QChar>());
 }
 
 void MenuBar::FollowLink(bool isOnline)

@@ -8,11 +8,13 @@
 
 class QAction;
 class QMenu;
+class QWidget;
 
 namespace quorvik
 {
 
 class MDIFormMain;
+class WindowCommands;
 
 /** The menu tree of the main window, found by control name ("mnuFileSave(1)"). */
 class MenuBar
@@ -30,6 +32,13 @@ public:
     /** Leaves those letters to the window in front: menus of the bar with such a mnemonic lose it for now. */
     void YieldMnemonics(const QSet<QChar> &letters);
 
+    /** Gives a window outside the frame the Window menu, and every key of the bar. @return what goes with
+     * TakeBack(). */
+    QWidget *Lend(QWidget *form) const;
+    void TakeBack(QWidget *form) const;
+
+    /** Brings the entries and letters that depend on the window in front in line with it. */
+    void FollowFront(const WindowCommands &windows);
     /** Brings the entries that depend on the link in line with it. */
     void FollowLink(bool isOnline);
 

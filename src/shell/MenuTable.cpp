@@ -84,6 +84,7 @@ constexpr MenuRow table[] = {
     {Check, "mnuOptionsShowTipsonStartup", "Show Tips on Startup"},
     {Check, "mnuOptionsAskBeforeRisky", "Ask Before &Risky Commands"},
     {Check, "mnuOptionsReconnect", "Reconnect by &Itself"},
+    {Check, "mnuOptionsKeepLayout", "Keep &Window Layout"},
 
     {Menu, "mnuBlock", "&Blocks"},
 
@@ -133,6 +134,13 @@ constexpr MenuRow table[] = {
     {Command, "mnuWindowMinimizeAll", "&Minimize All", [](Main &main) { main.Windows().MinimizeAll(); }},
     {Command, "mnuWindowRestoreAll", "&Restore All", [](Main &main) { main.Windows().RestoreAll(); }},
     {Command, "mnuWindowCloseAll", "C&lose All", [](Main &main) { main.Windows().CloseAll(); }},
+    {Separator, "mnuWindowSeparator2"},
+    {Command, "mnuWindowZoomIn", "Zoom &In", [](Main &main) { main.Windows().ZoomIn(); }, "Ctrl++; Ctrl+="},
+    {Command, "mnuWindowZoomOut", "Zoom &Out", [](Main &main) { main.Windows().ZoomOut(); }, "Ctrl+-"},
+    {Command, "mnuWindowFit", "&Fit Drawing", [](Main &main) { main.Windows().FitDrawing(); }, "Ctrl+0"},
+    {Separator, "mnuWindowSeparator3"},
+    {Command, "mnuWindowFrame", "&Take Out of the Frame",
+     [](Main &main) { main.Windows().TakeOutOrPutBack(); }, "F11"},
 
     {Menu, "mnuHelp", "&Help"},
     {Command, "mnuHelpContents", "&Contents", [](Main &main) { Help(main).DisplayContents(&main); }, "",

@@ -17,8 +17,8 @@ struct MenuRow {
     const char *name; ///< control name, with its index: "mnuFileSave(1)"
     const char *caption = "";
     void (*run)(MDIFormMain &main) = nullptr; ///< what a click does; null for nothing
-    const char *shortcut = "";
-    const char *icon = ""; ///< file name under :/icons
+    const char *shortcut = "";                ///< several after "; "
+    const char *icon = "";                    ///< file name under :/icons
     MenuEnabled enabled = MenuEnabled::Always;
 };
 

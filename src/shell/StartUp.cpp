@@ -11,6 +11,7 @@
 #include "shell/StatusBarMain.h"
 #include "shell/UserSettings.h"
 #include "shell/WindowCommands.h"
+#include "shell/WindowLayout.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -45,6 +46,7 @@ bool MDIFormMain::Load(const QString &commandLine)
     menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(ReadShowTips(settings));
     menus_.Entry(QStringLiteral("mnuOptionsAskBeforeRisky"))->setChecked(ReadAskBeforeRisky(settings));
     menus_.Entry(QStringLiteral("mnuOptionsReconnect"))->setChecked(ReadReconnect(settings));
+    menus_.Entry(QStringLiteral("mnuOptionsKeepLayout"))->setChecked(ReadKeepLayout(settings));
     engines_.backups.Newest = ReadBackups(settings);
     // On the screen before the first dialog, which needs something to stand on.
     show();
@@ -77,6 +79,8 @@ bool MDIFormMain::Load(const QString &commandLine)
     }
 
     // The user may have closed the window while the link was waiting for the drive.
+    if (!isUnloaded_ && ReadKeepLayout(settings))
+        Guarded([this] { RestoreLayout(*this); });
     if (!isUnloaded_ && ReadShowTips(settings))
         ShowGettingStarted(*this);
     return true;
@@ -84,6 +88,12 @@ bool MDIFormMain::Load(const QString &commandLine)
 
 bool MDIFormMain::Unload(bool asks)
 {
+    const bool keepsLayout = menus_.Entry(QStringLiteral("mnuOptionsKeepLayout"))->isChecked();
+    Guarded([&] {
+        StoreKeepLayout(surroundings_.settings, keepsLayout);
+        if (keepsLayout)
+            StoreLayout(*this);
+    });
     if (!asks) {
         engines_.recoveryCopy.WriteNow();
         // While the line is there: a jog ends with the panel that gave it.

@@ -54,6 +54,12 @@ const QString &ReconnectByItself()
     return key;
 }
 
+const QString &KeepLayout()
+{
+    static const QString key = QStringLiteral("Keep Window Layout");
+    return key;
+}
+
 /** A check mark of the Options menu. */
 bool ReadFlag(const SettingsStore &settings, const QString &key, bool isUsual = true)
 {
@@ -160,6 +166,16 @@ void StoreReconnect(SettingsStore &settings, bool bySelf)
     StoreFlag(settings, ReconnectByItself(), bySelf);
 }
 
+bool ReadKeepLayout(const SettingsStore &settings)
+{
+    return ReadFlag(settings, KeepLayout(), false);
+}
+
+void StoreKeepLayout(SettingsStore &settings, bool keep)
+{
+    StoreFlag(settings, KeepLayout(), keep);
+}
+
 int ReadCommPort(const SettingsStore &settings)
 {
     const double number = ReadNumber(settings, Options(), QStringLiteral("CommPort"), 0);
@@ -187,13 +203,18 @@ void StoreColors(SettingsStore &settings, const AccessColors &colors)
                              QString::number(colors.Colors[i]));
 }
 
+QRect OntoScreen(const QRect &place, const QWidget &window)
+{
+    return OntoScreen(place, FrameMargins(window));
+}
+
 void ReadWindowPlace(const SettingsStore &settings, QWidget &window)
 {
     const int top = ReadPixels(settings, QStringLiteral("Top"), 100);
     const int left = ReadPixels(settings, QStringLiteral("Left"), 150);
     const int height = ReadPixels(settings, QStringLiteral("Height"), 7000);
     const int width = ReadPixels(settings, QStringLiteral("Width"), 11000);
-    const QRect place = OntoScreen(QRect(left, top, width, height), FrameMargins(window));
+    const QRect place = OntoScreen(QRect(left, top, width, height), window);
     window.move(place.topLeft());
     window.resize(place.size());
 

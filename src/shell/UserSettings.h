@@ -1,5 +1,6 @@
 #pragma once
 
+class QRect;
 class QWidget;
 
 namespace quorvik
@@ -20,6 +21,11 @@ void StoreAskBeforeRisky(SettingsStore &settings, bool ask);
 bool ReadReconnect(const SettingsStore &settings);
 void StoreReconnect(SettingsStore &settings, bool bySelf);
 
+/** Whether the windows that are open at the end are opened again at the next start; not where nothing is
+ * stored. */
+bool ReadKeepLayout(const SettingsStore &settings);
+void StoreKeepLayout(SettingsStore &settings, bool keep);
+
 /** How many sets of drives are kept before something is written to them, 1 to 10000; Backups::UsualNewest
  * where nothing usable is stored. */
 int ReadBackups(const SettingsStore &settings);
@@ -37,6 +43,8 @@ void StoreColors(SettingsStore &settings, const AccessColors &colors);
  * lies on no screen any more is brought back onto one.
  */
 void ReadWindowPlace(const SettingsStore &settings, QWidget &window);
+/** A window's corner and size, brought onto the screen that shows most of it. */
+QRect OntoScreen(const QRect &place, const QWidget &window);
 /** Stores place and state; of a minimised window the state is left as it was stored before. */
 void StoreWindowPlace(SettingsStore &settings, const QWidget &window);
 

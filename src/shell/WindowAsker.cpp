@@ -6,13 +6,17 @@
 #include "platform/Progress.h"
 #include "settings/forms/FormSelectDriveModel.h"
 #include "shell/MDIFormMain.h"
+#include "shell/WindowCommands.h"
 
 namespace quorvik
 {
 
 std::optional<std::int32_t> WindowAsker::EditValue(int p, std::int32_t rawValue)
 {
-    FormModifyParameterValue window(main_.TheDesk(), &main_, p, rawValue);
+    // On the screen where the value stands.
+    QWidget *front = main_.Windows().InFront();
+    QWidget *owner = front && front->isWindow() ? front : &main_;
+    FormModifyParameterValue window(main_.TheDesk(), owner, p, rawValue);
     window.exec();
     return window.EditedValue();
 }

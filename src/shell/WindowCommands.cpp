@@ -1,15 +1,18 @@
 #include "shell/WindowCommands.h"
 
+#include "blocks/diagram/DiagramFrame.h"
 #include "desktop/Form.h"
 #include "desktop/FormsCollection.h"
 #include "platform/Guard.h"
 #include "shell/Tiling.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QStyle>
+#include <QWindow>
 
 namespace quorvik
 {
@@ -33,6 +36,13 @@ QList<QMdiSubWindow *> Children(QMdiArea *area, bool minimized)
     return children;
 }
 
+/** A drawing follows its window from when that is given all the room that there is. */
+void FitIn(const QWidget *window)
+{
+    if (auto *drawing = window->findChild<DiagramFrame *>())
+        drawing->Fit();
+}
+
 /** The same keys on every desktop; a shortcut beside the child's own would clash with it on some. */
 void SetCloseKeys(QMdiSubWindow *child)
 {
@@ -50,17 +60,44 @@ WindowCommands::WindowCommands(QMdiArea *area, FormsCollection &forms, QObject *
     , area_(area)
     , forms_(forms)
 {
+    On(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow *) { Q_EMIT FrontChanged(); });
+    On(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](QWindow *) { Q_EMIT FrontChanged(); });
+}
+
+QMdiSubWindow *WindowCommands::AddChild(QWidget *form)
+{
+    QMdiSubWindow *child = area_->addSubWindow(form);
+    child->setWindowIcon(area_->windowIcon());
+    SetCloseKeys(child);
+    QMenu *menu = child->systemMenu();
+    auto *takeOut = new QAction(QStringLiteral("Take &Out of the Frame"), menu);
+    // Before Close and the line above it.
+    menu->insertAction(menu->actions().at(menu->actions().size() - 2), takeOut);
+    On(takeOut, &QAction::triggered, this, [this, form] { TakeOut(form); });
+    On(child, &QMdiSubWindow::windowStateChanged, this,
+       [child](Qt::WindowStates before, Qt::WindowStates now) {
+           if (!before.testFlag(Qt::WindowMaximized) && now.testFlag(Qt::WindowMaximized))
+               FitIn(child);
+       });
+    child->installEventFilter(this);
+    connect(form, &QObject::destroyed, child, &QObject::deleteLater);
+    return child;
 }
 
 void WindowCommands::ShowChild(QWidget *form, bool activate)
 {
-    auto *child = qobject_cast<QMdiSubWindow *>(form->parentWidget());
-    if (!child) {
-        child = area_->addSubWindow(form);
-        child->setWindowIcon(area_->windowIcon());
-        SetCloseKeys(child);
-        connect(form, &QObject::destroyed, child, &QObject::deleteLater);
+    if (IsOutside(form)) {
+        if (form->isMinimized())
+            form->showNormal();
+        form->show();
+        form->raise();
+        if (activate)
+            form->activateWindow();
+        return;
     }
+    auto *child = qobject_cast<QMdiSubWindow *>(form->parentWidget());
+    if (!child)
+        child = AddChild(form);
     const bool isNew = !child->isVisible();
     QMdiSubWindow *active = area_->activeSubWindow();
     if (child->isMinimized())
@@ -113,6 +150,7 @@ void WindowCommands::Tile(Qt::Orientation orientation)
         if (children[i]->isMaximized())
             children[i]->showNormal();
         children[i]->setGeometry(rects[i]);
+        FitIn(children[i]);
     }
 }
 
@@ -151,20 +189,23 @@ void WindowCommands::ListWindows(QMenu *menu)
     for (QAction *action : menu->actions())
         if (action->objectName().startsWith(QLatin1String(listEntry)))
             delete action;
-    const QList<QMdiSubWindow *> children = area_->subWindowList(QMdiArea::CreationOrder);
-    if (children.isEmpty())
+    QWidgetList windows;
+    for (const QMdiSubWindow *child : area_->subWindowList(QMdiArea::CreationOrder))
+        windows.append(child->widget());
+    windows += Outside();
+    if (windows.isEmpty())
         return;
     menu->addSeparator()->setObjectName(ControlName(listEntry, 0));
     int number = 0;
-    for (QMdiSubWindow *child : children) {
+    for (QWidget *form : windows) {
         ++number;
-        const QString title = child->windowTitle().replace(u'&', QStringLiteral("&&"));
+        const QString title = form->windowTitle().replace(u'&', QStringLiteral("&&"));
         QAction *action = menu->addAction(number < 10 ? QStringLiteral("&%1 %2").arg(number).arg(title)
                                                       : QStringLiteral("%1 %2").arg(number).arg(title));
         action->setObjectName(ControlName(listEntry, number));
         action->setCheckable(true);
-        action->setChecked(child == area_->activeSubWindow());
-        On(action, &QAction::triggered, child, [this, child] { ShowChild(child->widget(), true); });
+        action->setChecked(form == InFront());
+        On(action, &QAction::triggered, form, [this, form] { ShowChild(form, true); });
     }
 }
 
