@@ -56,6 +56,13 @@ void Form::ShowHelp()
         desk_.help.DisplayTopic(helpTopic_, this);
 }
 
+void Form::LeaveDesktop()
+{
+    hide();
+    // A window that has the focus and a parent as it goes would leave the focus to that without a word.
+    destroy();
+}
+
 QPushButton *Form::MakeCommandClose()
 {
     auto *button = new QPushButton(QStringLiteral("Close"), this);

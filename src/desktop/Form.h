@@ -27,6 +27,9 @@ public:
     const QString &HelpTopic() const { return helpTopic_; }
     void ShowHelp(); ///< CommandHelp and F1; does nothing where the window has no topic
 
+    /** Ends it as a window of the desktop; before it becomes a child of another. */
+    void LeaveDesktop();
+
 protected:
     Desk &desk() const { return desk_; }
 

@@ -3,6 +3,7 @@
 #include "shell/WindowCommands.h"
 
 #include "blocks/diagram/DiagramFrame.h"
+#include "desktop/Form.h"
 #include "desktop/FormsCollection.h"
 #include "platform/Guard.h"
 #include "shell/UserSettings.h"
@@ -120,7 +121,8 @@ void WindowCommands::PutBack(QWidget *form)
     outside_.removeAll(form);
     disconnect(form, &QObject::destroyed, this, nullptr);
     form->removeEventFilter(this);
-    form->hide();
+    if (auto *window = qobject_cast<Form *>(form))
+        window->LeaveDesktop();
     form->setWindowState(Qt::WindowNoState);
     ShowChild(form, true);
     area_->window()->activateWindow();

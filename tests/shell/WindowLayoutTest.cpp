@@ -1,4 +1,5 @@
 #include "shell/WindowLayout.h"
+#include "blocks/BlockCatalogue.h"
 #include "blocks/diagram/DiagramFrame.h"
 #include "shell/ShellFixture.h"
 #include "shell/WindowCommands.h"
@@ -6,6 +7,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QScrollBar>
 
 namespace quorvik::testing
 {
@@ -133,5 +135,33 @@ TEST_F(KeptWindows, TilingAndMaximizingMakeADrawingFollow)
     Open("mnuOptionsColorSettings");
     EXPECT_FALSE(Entry("mnuWindowZoomIn")->isEnabled());
 }
+
+/** By the scale of texts. */
+class SmallScreen : public ShellTest, public ::testing::WithParamInterface<double>
+{
+};
+
+TEST_P(SmallScreen, ShowsEveryDrawingWhole)
+{
+    const FontScale scale(GetParam());
+    MakeWindow();
+    LoadQuietly();
+    // What the desktop takes of 768 lines for the title.
+    main->resize(QSize(1366, 740) / main->devicePixelRatioF());
+    for (const BlockMenuEntry &entry : BlockCatalogue()) {
+        if (!entry.make)
+            continue;
+        OpenBlock(main->TheDesk(), entry, std::max(entry.firstMember, 0));
+        QWidget *form = main->TheDesk().forms.At(1);
+        form->parentWidget()->showMaximized();
+        QCoreApplication::processEvents();
+        const auto *drawing = form->findChild<DiagramFrame *>();
+        EXPECT_EQ(drawing->horizontalScrollBar()->maximum(), 0) << entry.form;
+        EXPECT_EQ(drawing->verticalScrollBar()->maximum(), 0) << entry.form;
+        Trigger("mnuWindowCloseAll");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(AtFontScales, SmallScreen, ::testing::Values(1.0, 1.5));
 
 } // namespace quorvik::testing
