@@ -21,6 +21,10 @@ void AddBlockRound(Tour &tour);
 void AddFindJob(Tour &tour);
 /** The windows of the other menus that are of use on line. */
 void AddOnlineRound(Tour &tour);
+/** A drawing seen more closely, a window taken out of the frame, and the option that keeps both. */
+void AddWindowsJob(Tour &tour);
+/** What the windows job has left, after a restart. */
+void AddKeptWindows(Tour &tour);
 /** Ends the program, starts it again, opens the file of the main job and looks at what it holds. */
 void AddRestart(Tour &tour);
 /** The windows that are of use off line, and both Mentors page by page. */

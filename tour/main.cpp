@@ -66,7 +66,9 @@ int main(int argc, char **argv)
     AddBlockRound(tour);
     AddFindJob(tour);
     AddOnlineRound(tour);
+    AddWindowsJob(tour);
     AddRestart(tour);
+    AddKeptWindows(tour);
     AddOfflineRound(tour);
     AddLeaving(tour);
     QObject::connect(&tour, &Tour::Finished, &application,

@@ -7,6 +7,7 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 #include "blocks/FormTripRecord.h"
+#include "blocks/diagram/DiagramFrame.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/FormVerifiedWrite.h"
 #include "desktop/Desk.h"
@@ -37,6 +38,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPixmap>
+#include <algorithm>
 #include <cstdio>
 
 namespace quorvik
@@ -63,6 +65,7 @@ void Press(QWidget &window, int nav)
 }
 
 constexpr int NextButton = 3;
+constexpr int ZoomOfPicture = 200;
 constexpr int Reference0 = 217; ///< a number that everybody meets
 
 /** One row of each kind. */
@@ -122,6 +125,21 @@ void Album::TakeBlocks()
         form->close();
         QApplication::processEvents();
     }
+    TakeZoomed();
+}
+
+void Album::TakeZoomed()
+{
+    const auto entry = std::ranges::find_if(BlockCatalogue(), [](const BlockMenuEntry &each) {
+        return QLatin1String(each.form) == QLatin1String("FormVelocityLoop");
+    });
+    BlockForm *form = entry->make(desk_, 0);
+    form->resize(form->sizeHint() * 2 / 3);
+    form->show();
+    form->findChild<DiagramFrame *>()->SetZoom(ZoomOfPicture);
+    Take(*form, QStringLiteral("ZoomedDrawing"), QString());
+    form->close();
+    QApplication::processEvents();
 }
 
 template<typename Mentor> void Album::TakePages(Mentor &mentor, int lastStep, const QString &name)

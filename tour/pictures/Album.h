@@ -37,6 +37,8 @@ public:
     void AddTopic(const QString &topic) { topics_.insert(topic); }
 
 private:
+    /** A drawing that is larger than its window. */
+    void TakeZoomed();
     void Take(QWidget &window, const QString &name, const QString &topic);
     template<typename Mentor> void TakePages(Mentor &mentor, int lastStep, const QString &name);
 
