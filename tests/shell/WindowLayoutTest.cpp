@@ -89,11 +89,15 @@ TEST_F(KeptWindows, OutsideOfTheFrameAWindowStaysWhatItIs)
     form->findChild<DiagramFrame *>()->SetZoom(150);
     const int polled = Table()[Param::PropGainA].ReadFlag;
     const QRect place = form->parentWidget()->geometry();
+    auto *box = FindIn<QWidget>(form, "Text1(4)");
+    box->setFocus();
+    const auto boxHasFocus = [&] { return QApplication::focusWidget() == box; };
     for (int i = 0; i < 2; ++i) {
         Trigger("mnuWindowFrame");
         ASSERT_TRUE(QTest::qWaitForWindowActive(form));
         EXPECT_TRUE(form->isWindow());
         EXPECT_TRUE(area->subWindowList().isEmpty());
+        EXPECT_TRUE(QTest::qWaitFor(boxHasFocus));
         EXPECT_EQ(Windows().InFront(), form);
         EXPECT_EQ(Entry("mnuWindowFrame")->text(), Name("&Put Back into the Frame"));
         Trigger("mnuBlockVloop");
@@ -103,6 +107,8 @@ TEST_F(KeptWindows, OutsideOfTheFrameAWindowStaysWhatItIs)
         QTest::keyClick(form, Qt::Key_F11);
         ASSERT_EQ(area->subWindowList().size(), 1);
         EXPECT_EQ(area->subWindowList().first()->widget(), form);
+        EXPECT_TRUE(QTest::qWaitForWindowActive(main.get()));
+        EXPECT_TRUE(QTest::qWaitFor(boxHasFocus));
         EXPECT_EQ(form->parentWidget()->geometry(), place);
         EXPECT_EQ(Table()[Param::PropGainA].ReadFlag, polled);
         EXPECT_EQ(form->findChild<QMenuBar *>(), nullptr);
