@@ -92,6 +92,8 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
 
 MDIFormMain::~MDIFormMain()
 {
+    // Which of them is in front does not matter any more as they go.
+    windows_->disconnect(this);
     // The child windows speak to the engines when they go, and the engines are members that go before them.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete takeCentralWidget();

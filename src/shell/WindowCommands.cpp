@@ -7,7 +7,7 @@
 #include "shell/Tiling.h"
 
 #include <QAction>
-#include <QApplication>
+#include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -189,10 +189,7 @@ void WindowCommands::ListWindows(QMenu *menu)
     for (QAction *action : menu->actions())
         if (action->objectName().startsWith(QLatin1String(listEntry)))
             delete action;
-    QWidgetList windows;
-    for (const QMdiSubWindow *child : area_->subWindowList(QMdiArea::CreationOrder))
-        windows.append(child->widget());
-    windows += Outside();
+    const QWidgetList windows = InOrder();
     if (windows.isEmpty())
         return;
     menu->addSeparator()->setObjectName(ControlName(listEntry, 0));

@@ -81,6 +81,8 @@ private:
     QPoint PlaceInCascade(const QMdiSubWindow *child, int position) const;
     /** Those outside the frame, in the order of opening. */
     QWidgetList Outside() const;
+    /** Those in the frame, and behind them those outside. */
+    QWidgetList InOrder() const;
 
     QMdiArea *area_;
     FormsCollection &forms_;

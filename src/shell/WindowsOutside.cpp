@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QLayout>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -87,7 +88,7 @@ void WindowCommands::TakeOut(QWidget *form)
     if (child->isMaximized() || child->isMinimized())
         child->showNormal();
     form->setProperty(usualPlace, child->geometry());
-    const QRect place(child->mapToGlobal(QPoint()), form->size());
+    QRect place(child->mapToGlobal(QPoint()), form->size());
     const QPointer<QWidget> focused = form->focusWidget();
     area_->removeSubWindow(form);
     form->setParent(nullptr, Qt::Window);
@@ -101,6 +102,8 @@ void WindowCommands::TakeOut(QWidget *form)
         Q_EMIT FrontChanged();
     });
     Q_EMIT TakenOut(form);
+    if (const QWidget *bar = form->layout() ? form->layout()->menuBar() : nullptr)
+        place.setHeight(place.height() + bar->sizeHint().height());
     const QRect screen = OtherScreen(*area_->window());
     const QRect there =
         OntoScreen(screen.contains(place.topLeft()) ? place : Into(screen, place, *form), *form);
@@ -161,6 +164,16 @@ QWidgetList WindowCommands::Outside() const
     return windows;
 }
 
+QWidgetList WindowCommands::InOrder() const
+{
+    QWidgetList windows;
+    for (const QMdiSubWindow *child : area_->subWindowList(QMdiArea::CreationOrder))
+        // One that is being closed is empty already.
+        if (child->widget())
+            windows.append(child->widget());
+    return windows + Outside();
+}
+
 DiagramFrame *WindowCommands::DrawingInFront() const
 {
     const QWidget *form = InFront();
@@ -187,10 +200,7 @@ void WindowCommands::FitDrawing() const
 
 void WindowCommands::Activate(int step)
 {
-    QWidgetList windows;
-    for (const QMdiSubWindow *child : area_->subWindowList(QMdiArea::CreationOrder))
-        windows.append(child->widget());
-    windows += Outside();
+    const QWidgetList windows = InOrder();
     if (windows.isEmpty())
         return;
     QWidget *next = windows.at((windows.indexOf(InFront()) + step + windows.size()) % windows.size());

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QScrollBar>
 #include <QWheelEvent>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -78,6 +79,14 @@ QPointF DiagramFrame::Anchor() const
             return place;
     }
     return viewport()->rect().center();
+}
+
+void DiagramFrame::showEvent(QShowEvent *event)
+{
+    QScrollArea::showEvent(event);
+    // It is shown anew in each window that it comes into.
+    if (const QWindow *holder = window()->windowHandle())
+        connect(holder, &QWindow::screenChanged, this, &DiagramFrame::FollowScreen, Qt::UniqueConnection);
 }
 
 void DiagramFrame::resizeEvent(QResizeEvent *event)

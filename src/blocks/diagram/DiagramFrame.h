@@ -30,11 +30,14 @@ public:
     void ZoomOut();
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     /** With Ctrl it zooms, and what the pointer is on stays under it. */
     void wheelEvent(QWheelEvent *event) override;
 
 private:
+    /** The same zoom in pixels of another screen. */
+    void FollowScreen() { SetZoom(zoom_); }
     void Step(int steps, const QPointF &anchor);
     void ZoomTo(int percent, const QPointF &anchor);
     /** What the user looks at, in pixels of the viewport. */
