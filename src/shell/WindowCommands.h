@@ -55,8 +55,6 @@ public:
     QList<KeptWindow> Layout() const;
     /** Brings an open window to where it was kept; into the frame or onto a screen where that is no more. */
     void Place(QWidget *form, const KeptWindow &kept);
-    /** Lays those of the frame one upon the other, the last one in front. */
-    void Stack(const QWidgetList &forms);
 
     void Cascade();
     void Tile(Qt::Orientation orientation);

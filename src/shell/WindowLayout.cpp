@@ -136,17 +136,13 @@ void StoreLayout(MDIFormMain &main)
 void RestoreLayout(MDIFormMain &main)
 {
     const Desk &desk = main.TheDesk();
-    QWidgetList windows;
+    // In their order, so that the last one comes to lie in front.
     for (const KeptWindow &kept : LayoutOf(desk.settings.GetSetting(LayoutSection(), LayoutKey()))) {
         if (!FindOpen(desk.forms, kept))
             Open(main, kept);
-        if (QWidget *form = FindOpen(desk.forms, kept)) {
+        if (QWidget *form = FindOpen(desk.forms, kept))
             main.Windows().Place(form, kept);
-            windows.append(form);
-        }
     }
-    // Each has come in front as it opened, and one that was minimised has left that to another.
-    main.Windows().Stack(windows);
 }
 
 } // namespace quorvik

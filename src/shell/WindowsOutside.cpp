@@ -256,17 +256,4 @@ void WindowCommands::Place(QWidget *form, const KeptWindow &kept)
         drawing->SetZoom(kept.zoom);
 }
 
-void WindowCommands::Stack(const QWidgetList &forms)
-{
-    QMdiSubWindow *front = nullptr;
-    for (const QWidget *form : forms)
-        if (auto *child = qobject_cast<QMdiSubWindow *>(form->parentWidget())) {
-            child->raise();
-            if (!child->isMinimized())
-                front = child;
-        }
-    if (front)
-        area_->setActiveSubWindow(front);
-}
-
 } // namespace quorvik

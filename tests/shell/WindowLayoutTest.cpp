@@ -59,6 +59,7 @@ TEST_F(KeptWindows, ComeBackAsTheyWereWhereTheOptionIsOn)
         Open("mnuBlockVloop")->findChild<DiagramFrame *>()->SetZoom(150);
         Open("mnuBlockMOP")->parentWidget()->setGeometry(20, 30, 400, 250);
         Windows().TakeOut(Open("mnuBlockMiscThreshold(1)"));
+        Trigger("mnuBlockMOP");
         const QList<KeptWindow> before = Windows().Layout();
         ASSERT_EQ(before.size(), 4);
         main->close();
@@ -88,7 +89,8 @@ TEST_F(KeptWindows, OutsideOfTheFrameAWindowStaysWhatItIs)
     QWidget *form = Open("mnuBlockVloop");
     form->findChild<DiagramFrame *>()->SetZoom(150);
     const int polled = Table()[Param::PropGainA].ReadFlag;
-    const QRect place = form->parentWidget()->geometry();
+    const QRect place(30, 20, 500, 300);
+    form->parentWidget()->setGeometry(place);
     auto *box = FindIn<QWidget>(form, "Text1(4)");
     box->setFocus();
     const auto boxHasFocus = [&] { return QApplication::focusWidget() == box; };
