@@ -88,7 +88,7 @@ QWidget *FindOpen(const FormsCollection &forms, const KeptWindow &kept)
 void Open(MDIFormMain &main, const KeptWindow &kept)
 {
     for (const BlockMenuEntry &entry : BlockCatalogue())
-        if (entry.make && kept.form == QLatin1String(entry.form) &&
+        if (entry.sheet && kept.form == QLatin1String(entry.form) &&
             (entry.IsFamily() ? kept.member >= entry.firstMember && kept.member <= entry.lastMember
                               : kept.member == 0)) {
             OpenBlock(main.TheDesk(), entry, kept.member);

@@ -157,7 +157,7 @@ TEST_P(SmallScreen, ShowsEveryDrawingWhole)
     // What the desktop takes of 768 lines for the title.
     main->resize(QSize(1366, 740) / main->devicePixelRatioF());
     for (const BlockMenuEntry &entry : BlockCatalogue()) {
-        if (!entry.make)
+        if (!entry.sheet)
             continue;
         OpenBlock(main->TheDesk(), entry, std::max(entry.firstMember, 0));
         QWidget *form = main->TheDesk().forms.At(1);

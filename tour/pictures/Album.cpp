@@ -133,7 +133,7 @@ void Album::TakeZoomed()
     const auto entry = std::ranges::find_if(BlockCatalogue(), [](const BlockMenuEntry &each) {
         return QLatin1String(each.form) == QLatin1String("FormVelocityLoop");
     });
-    BlockForm *form = entry->make(desk_, 0);
+    BlockForm *form = MakeBlockForm(desk_, *entry, 0);
     form->resize(form->sizeHint() * 2 / 3);
     form->show();
     form->findChild<DiagramFrame *>()->SetZoom(ZoomOfPicture);
