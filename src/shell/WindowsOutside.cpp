@@ -219,8 +219,8 @@ QList<KeptWindow> WindowCommands::Layout() const
         if (child->widget() && !child->isHidden())
             windows.append(child->widget());
     // Where a minimised one lies among the others means nothing.
-    std::ranges::stable_partition(windows,
-                                  [](const QWidget *form) { return form->parentWidget()->isMinimized(); });
+    std::stable_partition(windows.begin(), windows.end(),
+                          [](const QWidget *form) { return form->parentWidget()->isMinimized(); });
     QList<KeptWindow> layout;
     for (QWidget *form : windows + Outside()) {
         const bool isOutside = IsOutside(form);
