@@ -40,6 +40,12 @@ QRect PlaceOf(const QWidget &window)
     return window.isWindow() ? window.normalGeometry() : window.property(usualPlace).toRect();
 }
 
+/** A style may give a window of the desktop others than a child; its layout is not told of that. */
+QMargins MarginsOf(const QWidget &form)
+{
+    return form.layout() ? form.layout()->contentsMargins() : QMargins();
+}
+
 /** The screen beside the one that the frame stands on; that one where there is no other. */
 QRect OtherScreen(const QWidget &frame)
 {
@@ -90,6 +96,7 @@ void WindowCommands::TakeOut(QWidget *form)
     form->setProperty(usualPlace, child->geometry());
     QRect place(child->mapToGlobal(QPoint()), form->size());
     const QPointer<QWidget> focused = form->focusWidget();
+    const QMargins margins = MarginsOf(*form);
     area_->removeSubWindow(form);
     form->setParent(nullptr, Qt::Window);
     area_->removeSubWindow(child);
@@ -104,6 +111,7 @@ void WindowCommands::TakeOut(QWidget *form)
     Q_EMIT TakenOut(form);
     if (const QWidget *bar = form->layout() ? form->layout()->menuBar() : nullptr)
         place.setHeight(place.height() + bar->sizeHint().height());
+    place.setSize(place.size().shrunkBy(margins).grownBy(MarginsOf(*form)));
     const QRect screen = OtherScreen(*area_->window());
     const QRect there =
         OntoScreen(screen.contains(place.topLeft()) ? place : Into(screen, place, *form), *form);
@@ -127,6 +135,8 @@ void WindowCommands::PutBack(QWidget *form)
     if (auto *window = qobject_cast<Form *>(form))
         window->LeaveDesktop();
     form->setWindowState(Qt::WindowNoState);
+    if (form->layout())
+        form->layout()->invalidate();
     ShowChild(form, true);
     area_->window()->activateWindow();
     if (const QRect place = form->property(usualPlace).toRect(); !place.isEmpty())

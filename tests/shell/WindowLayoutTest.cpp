@@ -93,6 +93,10 @@ TEST_F(KeptWindows, OutsideOfTheFrameAWindowStaysWhatItIs)
     form->parentWidget()->setGeometry(place);
     auto *box = FindIn<QWidget>(form, "Text1(4)");
     box->setFocus();
+    QCoreApplication::processEvents();
+    const auto *drawing = form->findChild<DiagramFrame *>();
+    const QSize room = drawing->size();
+    const auto hasItsRoom = [&] { return drawing->size() == room; };
     const auto boxHasFocus = [&] { return QApplication::focusWidget() == box; };
     for (int i = 0; i < 2; ++i) {
         Trigger("mnuWindowFrame");
@@ -100,17 +104,19 @@ TEST_F(KeptWindows, OutsideOfTheFrameAWindowStaysWhatItIs)
         EXPECT_TRUE(form->isWindow());
         EXPECT_TRUE(area->subWindowList().isEmpty());
         EXPECT_TRUE(QTest::qWaitFor(boxHasFocus));
+        EXPECT_TRUE(QTest::qWaitFor(hasItsRoom));
         EXPECT_EQ(Windows().InFront(), form);
         EXPECT_EQ(Entry("mnuWindowFrame")->text(), Name("&Put Back into the Frame"));
         Trigger("mnuBlockVloop");
         EXPECT_TRUE(area->subWindowList().isEmpty()) << "it is shown where it is";
         QTest::keyClick(form, Qt::Key_Plus, Qt::ControlModifier);
-        EXPECT_EQ(form->findChild<DiagramFrame *>()->Zoom(), 175 + 25 * i);
+        EXPECT_EQ(drawing->Zoom(), 175 + 25 * i);
         QTest::keyClick(form, Qt::Key_F11);
         ASSERT_EQ(area->subWindowList().size(), 1);
         EXPECT_EQ(area->subWindowList().first()->widget(), form);
         EXPECT_TRUE(QTest::qWaitForWindowActive(main.get()));
         EXPECT_TRUE(QTest::qWaitFor(boxHasFocus));
+        EXPECT_TRUE(QTest::qWaitFor(hasItsRoom));
         EXPECT_EQ(form->parentWidget()->geometry(), place);
         EXPECT_EQ(Table()[Param::PropGainA].ReadFlag, polled);
         EXPECT_EQ(form->findChild<QMenuBar *>(), nullptr);
