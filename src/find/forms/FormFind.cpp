@@ -138,7 +138,7 @@ QSize FormFind::sizeHint() const
 void FormFind::Place(const QWidget &mainWindow)
 {
     const QRect room = mainWindow.screen()->availableGeometry();
-    resize(sizeHint().boundedTo(room.size() * 9 / 10).expandedTo(minimumSizeHint()));
+    resize(FormFind::sizeHint().boundedTo(room.size() * 9 / 10).expandedTo(minimumSizeHint()));
     const QPoint wanted = mainWindow.mapToGlobal(
         QPoint((mainWindow.width() - width()) / 2, LinesAbove * fontMetrics().lineSpacing()));
     move(std::clamp(wanted.x(), room.left(), std::max(room.left(), room.right() + 1 - width())),
