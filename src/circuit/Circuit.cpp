@@ -307,7 +307,8 @@ std::vector<CircuitNeighbour> Circuit::Neighbours(int p, Way way) const
         if (here == p && there > 0)
             add({.param = there, .link = int(i), .isActive = true});
     }
-    std::ranges::stable_partition(found, &CircuitNeighbour::isActive);
+    std::stable_partition(found.begin(), found.end(),
+                          [](const CircuitNeighbour &neighbour) { return neighbour.isActive; });
     return found;
 }
 
