@@ -72,6 +72,11 @@ void BlockSheet::Make()
 {
     MeasureRows();
     Draw(drawing);
+    // A signal that stands by its name only is as live as the rows are.
+    for (const Node &node : drawing.TheNet().nodes)
+        if (node.kind != NodeKind::Value && node.param > 0 && !extraInterest_.contains(node.param) &&
+            std::ranges::none_of(rows_, [&](const SheetRow &row) { return row.param == node.param; }))
+            extraInterest_.append(node.param);
 }
 
 void BlockSheet::Follow()

@@ -13,6 +13,17 @@ using namespace Param;
 constexpr BlockRow Rows[] = {FinalVelDemand, FinalIDemand, VelFeedback,  ZeroSpeedSet, StandstillLogic,
                              AtZeroSet,      AtZeroSpeed,  AtStandstill, LoopEnable};
 
+/** States of the drive; from Run to Jog Stop the ramp is enabled. */
+enum DriveStateValue { RunState = 1, JogStopState = 4, QuickStopState = 6 };
+
+NetFormula IsInState(DriveStateValue first, DriveStateValue last)
+{
+    return [first, last](const NetInputs &inputs) -> std::optional<double> {
+        const std::optional<double> state = inputs.Parameter(DriveState);
+        return state ? std::optional<double>(*state >= int(first) && *state <= int(last)) : std::nullopt;
+    };
+}
+
 class ZeroSpeedLogicSheet final : public BlockSheet
 {
 public:
@@ -88,10 +99,13 @@ private:
         d.Wire(blocked.Right(), enabled.LeftAt(middle), 123.5);
         // A quick stop brakes with the ramp at zero.
         const Shape fed = d.Or({114, middle - 10});
-        d.Wire(d.From({108, middle - 12.5}, QStringLiteral("Ramp Enable"), -1,
-                      QStringLiteral("LabelRampEnable")),
-               fed.LeftAt(middle - 12.5));
-        d.Wire(d.From({108, middle - 7.5}, QStringLiteral("Quick Stop")), fed.LeftAt(middle - 7.5));
+        const Port rampEnable =
+            d.FromState({108, middle - 12.5}, QStringLiteral("Ramp Enable"),
+                        IsInState(RunState, JogStopState), QStringLiteral("LabelRampEnable"));
+        d.Wire(rampEnable, fed.LeftAt(middle - 12.5));
+        d.Wire(d.FromState({108, middle - 7.5}, QStringLiteral("Quick Stop"),
+                           IsInState(QuickStopState, QuickStopState)),
+               fed.LeftAt(middle - 7.5));
         d.Wire(fed.Right(), enabled.LeftAt(middle - 4), 123.5);
         const Shape enable = Box(LoopEnable, {137, middle - 2});
         d.Wire(enabled.Right(), enable.Left());

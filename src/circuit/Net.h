@@ -48,7 +48,7 @@ struct Node {
     NodeKind kind = NodeKind::Joint;
     QString text = {};   ///< its caption; signs of a sum: one for left, top, right and bottom, blank for
                          ///< none; relation of a comparator
-    int param = -1;      ///< of values and signals, -1 none
+    int param = -1;      ///< of values and signals, and what a named formula rests on; -1 none
     double number = 0;   ///< of constants; factor of gains
     double perCount = 0; ///< of values: what a raw count stands for on its wires, 0 for what the box shows
     int state = 0;       ///< switches: the contact touched, -1 none; contacts: 1 closed

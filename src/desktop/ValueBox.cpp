@@ -32,6 +32,8 @@ ValueBox::ValueBox(const QString &name, QWidget *parent)
 {
     setObjectName(name);
     setFocusPolicy(Qt::StrongFocus);
+    // Not that of whatever the box stands on.
+    setCursor(Qt::ArrowCursor);
     setAttribute(Qt::WA_Hover);
 }
 

@@ -1,5 +1,7 @@
 #include "blocks/diagram/Drawing.h"
 
+#include "model/ParameterNumbers.h"
+
 #include <algorithm>
 
 namespace quorvik
@@ -325,6 +327,15 @@ Port Drawing::From(const QPointF &end, const QString &text, int p, const QString
     return {end + QPointF(0.6, 0), Side::Right, texts_.last().node};
 }
 
+Port Drawing::FromState(const QPointF &end, const QString &text, NetFormula formula, const QString &labelName)
+{
+    const Port port = From(end, text, Param::DriveState, labelName);
+    Node &node = net_.nodes.back();
+    node.kind = NodeKind::Formula;
+    node.formula = std::move(formula);
+    return port;
+}
+
 void Drawing::To(const Port &from, const QPointF &begin, const QString &text, int p, const QString &labelName)
 {
     Label(labelName, text, begin, Qt::AlignLeft, true);
@@ -401,6 +412,22 @@ void Drawing::SetVisible(int index, bool visible)
     if (elements_.at(index).visible == visible)
         return;
     elements_[index].visible = visible;
+    Announce(index);
+}
+
+void Drawing::SetFaint(int index, bool isFaint)
+{
+    if (elements_.at(index).isFaint == isFaint)
+        return;
+    elements_[index].isFaint = isFaint;
+    Announce(index);
+}
+
+void Drawing::SetLit(int index, bool isLit)
+{
+    if (elements_.at(index).isLit == isLit)
+        return;
+    elements_[index].isLit = isLit;
     Announce(index);
 }
 

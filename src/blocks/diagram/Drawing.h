@@ -70,9 +70,11 @@ struct Element {
     int state = 0; ///< switches: contact touched, -1 none; contacts: 1 closed; limits: line width 1 or 5;
                    ///< latches: 1 set; curves and limiters: 0 on one side of zero only, 1 on both
     bool visible = true;
-    int partner = -1; ///< links: index of the switch
-    int node = -1;    ///< its index in the net, -1 where no signal passes it
-    int edge = -1;    ///< wires and links: their index in the net
+    bool isFaint = false; ///< what passes it is not known to be so any more
+    bool isLit = false;   ///< on the path that the user follows
+    int partner = -1;     ///< links: index of the switch
+    int node = -1;        ///< its index in the net, -1 where no signal passes it
+    int edge = -1;        ///< wires and links: their index in the net
 };
 
 class Drawing;
@@ -273,6 +275,9 @@ public:
 
     /** The name of a signal that comes from another block, its text ending here. */
     Port From(const QPointF &end, const QString &text, int p = -1, const QString &labelName = {});
+    /** The name of a signal that follows from the drive's state. */
+    Port FromState(const QPointF &end, const QString &text, NetFormula formula,
+                   const QString &labelName = {});
     /** The name of a signal to which a wire goes on, its text beginning here. */
     void To(const Port &from, const QPointF &begin, const QString &text, int p = -1,
             const QString &labelName = {});
@@ -295,6 +300,8 @@ public:
     void SetState(int index, int state);
     void SetText(int index, const QString &text);
     void SetVisible(int index, bool visible);
+    void SetFaint(int index, bool isFaint);
+    void SetLit(int index, bool isLit);
 
     /** Free end of an element's arm: at a contact, or hanging. */
     static QPointF ArmEnd(const Element &element);

@@ -12,6 +12,7 @@ namespace
 {
 
 constexpr double LineWidth = 0.24;
+constexpr double LitWidth = 0.4;
 constexpr double ContactRadius = 0.5;
 
 /** Characteristics drawn inside boxes, in fractions of the box: each stroke by itself. */
@@ -105,13 +106,15 @@ void DrawingPainter::Paint(const Drawing &drawing, const QRectF &exposedCells)
 
 void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element)
 {
+    line_ = element.isLit ? ink_.arm : element.isFaint ? ink_.faint : ink_.line;
+    lineWidth_ = element.isLit ? LitWidth : LineWidth;
     switch (element.symbol) {
     case Symbol::Wire:
         PaintWire(element.points, element.arrow);
         break;
     case Symbol::Dot:
         painter_.setPen(Qt::NoPen);
-        painter_.setBrush(ink_.line);
+        painter_.setBrush(line_);
         painter_.drawEllipse(Px(element.rect));
         break;
     case Symbol::Terminal:
@@ -156,7 +159,7 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
         break;
     case Symbol::Coil:
         PaintBox(element.rect);
-        SetInk(ink_.line, LineWidth);
+        SetInk(line_, lineWidth_);
         painter_.drawLine(Px(element.rect.bottomLeft()), Px(element.rect.topRight()));
         break;
     case Symbol::Switch:
@@ -164,12 +167,13 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
         PaintArm(element);
         break;
     case Symbol::Limit:
-        SetInk(element.state > 1 ? ink_.arm : ink_.line, element.state > 1 ? 0.6 : LineWidth);
+        SetInk(element.state > 1 ? ink_.arm : line_, element.state > 1 ? 0.6 : lineWidth_);
         painter_.drawPolyline(Px(element.points));
         break;
     case Symbol::Link:
     case Symbol::Guide:
-        SetInk(ink_.faint, 0.15, Qt::NoBrush, Qt::DashLine);
+        SetInk(element.isLit ? line_ : ink_.faint, element.isLit ? lineWidth_ : 0.15, Qt::NoBrush,
+               Qt::DashLine);
         painter_.drawPolyline(
             Px(element.symbol == Symbol::Link ? drawing.LinkLine(element) : element.points));
         break;
@@ -192,7 +196,7 @@ void DrawingPainter::SetInk(const QColor &color, double cells, const QBrush &fil
 
 void DrawingPainter::PaintWire(const QPolygonF &line, bool arrow)
 {
-    SetInk(ink_.line, LineWidth);
+    SetInk(line_, lineWidth_);
     const QPolygonF head = arrow ? ArrowHead(line) : QPolygonF();
     QPolygonF shaft = line;
     // The shaft ends inside its head, or its square end would show beside the tip.
@@ -202,19 +206,19 @@ void DrawingPainter::PaintWire(const QPolygonF &line, bool arrow)
     if (head.isEmpty())
         return;
     painter_.setPen(Qt::NoPen);
-    painter_.setBrush(ink_.line);
+    painter_.setBrush(line_);
     painter_.drawPolygon(Px(head));
 }
 
 void DrawingPainter::PaintBox(const QRectF &rect)
 {
-    SetInk(ink_.line, LineWidth, ink_.fill);
+    SetInk(line_, lineWidth_, ink_.fill);
     painter_.drawRoundedRect(Px(rect), 0.4 * unit_, 0.4 * unit_);
 }
 
 void DrawingPainter::PaintRound(const Element &element)
 {
-    SetInk(ink_.line, LineWidth, ink_.fill);
+    SetInk(line_, lineWidth_, ink_.fill);
     painter_.drawEllipse(Px(element.rect));
     const QPointF centre = element.rect.center();
     if (element.symbol == Symbol::Multiplier) {
@@ -239,7 +243,7 @@ void DrawingPainter::PaintRound(const Element &element)
 
 void DrawingPainter::PaintTriangle(const Element &element)
 {
-    SetInk(ink_.line, LineWidth, ink_.fill);
+    SetInk(line_, lineWidth_, ink_.fill);
     QRectF body = element.rect;
     const double bubble = 0.55;
     if (element.symbol == Symbol::Inverter)
@@ -254,7 +258,7 @@ void DrawingPainter::PaintTriangle(const Element &element)
 
 void DrawingPainter::PaintGate(const Element &element)
 {
-    SetInk(ink_.line, LineWidth, ink_.fill);
+    SetInk(line_, lineWidth_, ink_.fill);
     QRectF body = element.rect;
     const double bubble = 0.5;
     if (element.symbol == Symbol::Nand)
@@ -274,7 +278,7 @@ void DrawingPainter::PaintGate(const Element &element)
 
 void DrawingPainter::PaintOr(const QRectF &rect)
 {
-    SetInk(ink_.line, LineWidth, ink_.fill);
+    SetInk(line_, lineWidth_, ink_.fill);
     // The corners reach out at the left, so that the hollow back meets the tips of its inputs.
     const double reach = 0.6 * unit_;
     const QRectF px = Px(rect);
@@ -295,7 +299,7 @@ void DrawingPainter::PaintRoll(const Element &element)
     const QPointF centre = Px(element.rect.center());
     const double rim = element.rect.width() / 2 * unit_;
     const double core = (element.points.at(1).x() - element.points.first().x()) * unit_;
-    SetInk(ink_.line, LineWidth, ink_.fill);
+    SetInk(line_, lineWidth_, ink_.fill);
     painter_.drawEllipse(centre, rim, rim);
     constexpr int Layers = 6;
     SetInk(ink_.faint, 0.1);
@@ -303,7 +307,7 @@ void DrawingPainter::PaintRoll(const Element &element)
         const double radius = core + (rim - core) * layer / Layers;
         painter_.drawEllipse(centre, radius, radius);
     }
-    SetInk(ink_.line, LineWidth, ink_.paper);
+    SetInk(line_, lineWidth_, ink_.paper);
     painter_.drawEllipse(centre, core, core);
     const double hub = 0.5 * unit_;
     painter_.drawLine(centre - QPointF(hub, 0), centre + QPointF(hub, 0));
@@ -341,14 +345,14 @@ void DrawingPainter::PaintLatch(const Element &element)
     painter_.drawPolyline(Px(QPolygonF{
         {set + QPointF(0.4, 0.7), set + QPointF(1, 0.7), set + QPointF(1, -0.7), set + QPointF(1.6, -0.7)}}));
     const bool isSet = element.state != 0;
-    SetInk(isSet ? ink_.arm : ink_.line, LineWidth, isSet ? ink_.arm : ink_.paper);
+    SetInk(isSet ? ink_.arm : line_, lineWidth_, isSet ? ink_.arm : ink_.paper);
     const double lamp = 0.8 * unit_;
     painter_.drawEllipse(Px(QPointF(element.rect.right() - 1.8, element.rect.top() + 1.8)), lamp, lamp);
 }
 
 void DrawingPainter::PaintArm(const Element &element)
 {
-    SetInk(ink_.line, LineWidth, ink_.paper);
+    SetInk(line_, lineWidth_, ink_.paper);
     for (const QPointF &point : element.points)
         painter_.drawEllipse(Px(point), ContactRadius * unit_, ContactRadius * unit_);
     SetInk(ink_.arm, 0.45);
@@ -357,7 +361,7 @@ void DrawingPainter::PaintArm(const Element &element)
 
 void DrawingPainter::PaintTerminal(const Element &element)
 {
-    SetInk(ink_.line, LineWidth, ink_.fill);
+    SetInk(line_, lineWidth_, ink_.fill);
     painter_.drawEllipse(Px(element.rect));
     const QPointF slot(0.45, -0.45);
     painter_.drawLine(Px(element.rect.center() - slot), Px(element.rect.center() + slot));

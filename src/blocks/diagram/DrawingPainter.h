@@ -55,6 +55,8 @@ private:
     QPainter &painter_;
     const DrawingInk &ink_;
     double unit_;
+    QColor line_;          ///< of the element that is being painted
+    double lineWidth_ = 0; ///< in cells
 };
 
 } // namespace quorvik
