@@ -58,6 +58,10 @@ struct Desk {
     std::function<bool(int p)> ShowParameter = [](int) { return false; };
     /** Opens the map of the drive at the card of a parameter, or as it is for -1. Filled in by the shell. */
     std::function<void(int p)> ShowOnMap = [](int) {};
+    /** Opens the list of all parameters at the row of one. Filled in by the shell. */
+    std::function<void(int p)> ShowInList = [](int) {};
+    /** Opens the comparison of the open set with the factory's at one parameter. Filled in by the shell. */
+    std::function<void(int p)> CompareWithFactory = [](int) {};
     /** The circuit of the drive with the values of this moment; null where a part of the program is tried by
      * itself. Filled in by the shell. */
     std::function<Circuit *()> TheCircuit = []() -> Circuit * { return nullptr; };

@@ -121,11 +121,7 @@ void FindAccess::Choose(const QString &key)
 
 void FindAccess::ListParameter(int p)
 {
-    OpenViewParameters(main_.TheDesk(), main_.Print(), ReportFilter::All);
-    const FormsCollection &forms = main_.TheDesk().forms;
-    for (int position = 1; position < forms.Count(); ++position)
-        if (auto *list = qobject_cast<FormViewParameters *>(forms.At(position)))
-            list->SelectParameter(p);
+    ShowInList(main_, p);
 }
 
 } // namespace quorvik

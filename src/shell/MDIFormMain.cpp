@@ -80,6 +80,8 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
 {
     setObjectName(QStringLiteral("MDIFormMain"));
     desk_.TheCircuit = [this] { return &TheCircuit(); };
+    desk_.ShowInList = [this](int p) { ShowInList(*this, p); };
+    desk_.CompareWithFactory = [this](int p) { ShowFactoryComparison(*this, p); };
     // For every window of the program, boxes included.
     QApplication::setWindowIcon(IconOf(QStringLiteral("quorvik")));
     setStatusBar(statusBar_);

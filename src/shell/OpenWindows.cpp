@@ -12,6 +12,7 @@
 #include "platform/Guard.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
+#include "settings/forms/FormViewParameters.h"
 #include "shell/FormAbout.h"
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
@@ -133,6 +134,21 @@ void ShowUnwrittenEntries(MDIFormMain &main)
 {
     if (FormCompare *window = ShowCompareWindow(main))
         window->CompareWithDrive({CompareSource::Kind::Unwritten});
+}
+
+void ShowFactoryComparison(MDIFormMain &main, int p)
+{
+    if (FormCompare *window = ShowCompareWindow(main))
+        window->CompareWithFactory(p);
+}
+
+void ShowInList(MDIFormMain &main, int p)
+{
+    const FormsCollection &forms = main.TheDesk().forms;
+    OpenViewParameters(main.TheDesk(), main.Print(), ReportFilter::All);
+    for (int position = 1; position < forms.Count(); ++position)
+        if (auto *list = qobject_cast<FormViewParameters *>(forms.At(position)))
+            list->SelectParameter(p);
 }
 
 void ShowWriteReport(MDIFormMain &main)

@@ -30,6 +30,10 @@ void ShowCompare(MDIFormMain &main, bool readDrive);
 void ShowCompareWithBackup(MDIFormMain &main, const QString &path);
 /** What had not reached the drive when a link was lost, beside the drive, which is read. */
 void ShowUnwrittenEntries(MDIFormMain &main);
+/** The open set beside the factory's, at one parameter. */
+void ShowFactoryComparison(MDIFormMain &main, int p);
+/** The list of all parameters at the row of one. */
+void ShowInList(MDIFormMain &main, int p);
 /** What the last verified write came to. */
 void ShowWriteReport(MDIFormMain &main);
 

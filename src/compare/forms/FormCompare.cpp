@@ -218,6 +218,24 @@ void FormCompare::CompareWithDrive(const CompareSource &other)
     sides_->ReadDrive();
 }
 
+void FormCompare::CompareWithFactory(int p)
+{
+    sides_->Select(0, {Kind::OpenSet});
+    sides_->Select(1, {Kind::Factory});
+    // Whatever kind it is of, and also where it has its factory value.
+    for (QCheckBox *kind : checkKinds_)
+        kind->setChecked(true);
+    checkDiffering_->setChecked(false);
+    checkChanged_->setChecked(false);
+    textSearch_->setText(desk().table[p].Name);
+    for (int row = 0; row < proxy_->rowCount(); ++row)
+        if (model_->Row(proxy_->mapToSource(proxy_->index(row, 0)).row()).param == p) {
+            view_->setCurrentIndex(proxy_->index(row, 0));
+            view_->scrollTo(proxy_->index(row, 0));
+        }
+    view_->setFocus();
+}
+
 void FormCompare::CompareAnew()
 {
     const QStringList names = sides_->Names();

@@ -35,6 +35,9 @@ public:
     /** Puts the drive, which is read, beside the open set or another one. */
     void CompareWithDrive(const CompareSource &other = {CompareSource::Kind::OpenSet});
 
+    /** Puts the open set beside the factory's, and shows the row of one parameter. */
+    void CompareWithFactory(int p);
+
     CompareSides &Sides() { return *sides_; }
     /** Lets the user choose the file to export to; the program shows a dialog. */
     std::function<std::optional<QString>(const QString &folder)> ChooseExport;
