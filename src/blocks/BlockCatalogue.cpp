@@ -95,20 +95,40 @@ QString BlockMenuEntry::MenuCaption(int member) const
                       : QString::fromLatin1(caption);
 }
 
-QStringList BlockNames(int count)
+namespace
 {
-    QStringList names(count);
+
+/** Visits all rows of all blocks that always show the same parameter, in the menu's order. */
+template<typename Visitor> void ForEachRow(Visitor visit)
+{
     for (const BlockMenuEntry &block : BlockCatalogue())
         // A block without members has one pass, with no member.
         for (int member = block.firstMember; member <= block.lastMember; ++member)
-            for (const BlockRow &row : block.rows) {
-                const int distance =
-                    block.IsFamily() ? (member - block.firstMember) * block.memberDistance : 0;
-                const int p = row.number + distance;
-                if (row.number != LinkedRow && p < count && names[p].isEmpty())
-                    names[p] = block.WindowCaption(member);
-            }
+            for (const BlockRow &row : block.rows)
+                if (row.number != LinkedRow)
+                    visit(row.number + block.OffsetOf(member), block.WindowCaption(member));
+}
+
+} // namespace
+
+QStringList BlockNames(int count)
+{
+    QStringList names(count);
+    ForEachRow([&](int p, const QString &window) {
+        if (p < count && names[p].isEmpty())
+            names[p] = window;
+    });
     return names;
+}
+
+QStringList BlocksShowing(int p)
+{
+    QStringList windows;
+    ForEachRow([&](int shown, const QString &window) {
+        if (shown == p)
+            windows.append(window);
+    });
+    return windows;
 }
 
 QWidget *OpenBlock(Desk &desk, const BlockMenuEntry &entry, int member)
@@ -146,6 +166,12 @@ bool RevealParameter(Desk &desk, int p)
     const QString window = BlockNames(p + 1).value(p);
     BlockForm *form = window.isEmpty() ? nullptr : OpenBlockCalled(desk, window);
     return form && form->Reveal(p);
+}
+
+bool JumpTo(Desk &desk, const QString &window, int p)
+{
+    BlockForm *form = window.isEmpty() ? nullptr : OpenBlockCalled(desk, window);
+    return (form && form->Reveal(p)) || RevealParameter(desk, p);
 }
 
 } // namespace quorvik

@@ -32,6 +32,9 @@ std::span<const BlockMenuEntry> BlockCatalogue();
  * where none does. */
 QStringList BlockNames(int count);
 
+/** The captions of all blocks that have a row for a parameter, in the menu's order. */
+QStringList BlocksShowing(int p);
+
 /**
  * Shows the block's window: the open one where there is one, a new one else.
  * @param member 0 for a block without members.
@@ -46,5 +49,8 @@ BlockForm *OpenBlockCalled(Desk &desk, const QString &window);
  * others, else the first one in the menu's order. @return false where no block shows it.
  */
 bool RevealParameter(Desk &desk, int p);
+
+/** The same in a certain window, or in any other where that one has no box for the parameter. */
+bool JumpTo(Desk &desk, const QString &window, int p);
 
 } // namespace quorvik

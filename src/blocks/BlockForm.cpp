@@ -1,6 +1,7 @@
 #include "blocks/BlockForm.h"
 
 #include "blocks/diagram/DiagramFrame.h"
+#include "blocks/SignalFollower.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
 #include "link/ValueStates.h"
@@ -90,6 +91,10 @@ void BlockForm::Load()
     MakeControls();
     sheet_->SetPainted([this](int row) { return RowText(row); });
     view_->Finish();
+    follower_ = new SignalFollower(desk(), *this, *view_);
+    for (int i = 0; i < boxes_.size(); ++i)
+        if (boxes_[i].box)
+            follower_->AddBox(boxes_[i].box, i);
     Extend();
 
     auto *buttons = new QHBoxLayout;
@@ -133,6 +138,7 @@ void BlockForm::Load()
 void BlockForm::Unload()
 {
     timerUpdateScreen_->stop();
+    follower_->End();
     desk().states.disconnect(this);
     for (const SheetRow &row : sheet_->Rows())
         if (row.IsFixed())
@@ -174,7 +180,14 @@ void BlockForm::MakeRow(int index)
     box->setAccessibleName(row.caption);
     box->SetDescription([this, number] {
         const int p = RowParam(number);
-        return InTable(p) ? desk().states.Describe(p) : QString();
+        if (!InTable(p))
+            return QString();
+        const QString state = desk().states.Describe(p);
+        // The caption of a linked row has no room for the name.
+        if (number != LinkedRow)
+            return state;
+        const QString name = NumberAndName(QString::number(p), desk().table[p].Name);
+        return state.isEmpty() ? name : name + QStringLiteral(", ") + state;
     });
     On(box, &ValueBox::clicked, this, [this, number] { Text1_Click(number); });
     view_->Place(box, row.rect);

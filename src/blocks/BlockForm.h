@@ -16,6 +16,7 @@ class QTimer;
 namespace quorvik
 {
 
+class SignalFollower;
 class ValueBox;
 
 /**
@@ -42,6 +43,9 @@ public:
     bool Shows(int p) const;
     /** Scrolls to the box of a parameter, gives it the focus and pulses it; false where no row shows it. */
     bool Reveal(int p);
+
+    /** What follows the signals of this window. */
+    SignalFollower &Follower() const { return *follower_; }
 
     QSize sizeHint() const override;
 
@@ -123,7 +127,8 @@ private:
     QList<GuardedArea> areas_;
     QList<QWidget *> buttonRow_;
     DiagramView *view_;
-    std::unique_ptr<BlockSheet> sheet_; ///< its drawing tells the view
+    SignalFollower *follower_ = nullptr; ///< from Load() on
+    std::unique_ptr<BlockSheet> sheet_;  ///< its drawing tells the view
     QTimer *timerUpdateScreen_;
     TickGuard tickGuard_;
     TickGuard stateGuard_;

@@ -2,6 +2,7 @@
 
 #include "blocks/BlockForm.h"
 
+#include "blocks/SignalFollower.h"
 #include "desktop/BoxColors.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
@@ -32,6 +33,7 @@ void BlockForm::TimerUpdateScreen_Timer()
         guarded.area->SetRefused(!MayWrite(guarded.rows));
     Tick();
     sheet_->Follow();
+    follower_->Tick();
 }
 
 void BlockForm::PaintRowsOf(int p)

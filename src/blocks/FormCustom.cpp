@@ -1,3 +1,6 @@
+#include "blocks/CustomRows.h"
+
+#include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 
 #include "desktop/TypeToChoose.h"
@@ -50,6 +53,20 @@ constexpr std::array<int, Slots> CustomDefaults = {
     FeedbackSelect,
 };
 
+const QString &Section()
+{
+    static const QString section = QStringLiteral("Custom");
+    return section;
+}
+
+/** Text that is no whole number counts as missing. */
+int SavedNumber(const SettingsStore &settings, int row)
+{
+    bool whole = false;
+    const int saved = settings.GetSetting(Section(), QString::number(row)).toInt(&whole);
+    return whole ? saved : CustomDefaults.at(std::size_t(row));
+}
+
 class CustomSheet final : public BlockSheet
 {
 public:
@@ -101,6 +118,17 @@ class FormCustom final : public BlockForm
 public:
     using BlockForm::BlockForm;
 
+    void Replace(int row, int p)
+    {
+        RemoveInterest(RowParam(row));
+        ShowParameter(row, p);
+        AddInterest(p);
+        // The combo, where it is shown, follows its row.
+        if (row == customSlot_)
+            Label1_DblClick(row);
+    }
+    int ParameterOf(int row) const { return RowParam(row); }
+
 protected:
     void Extend() override
     {
@@ -114,7 +142,7 @@ protected:
         for (int row = 0; row < Slots; ++row)
             Caption(row)->installEventFilter(this);
         for (int row = 0; row < Slots; ++row) {
-            ShowParameter(row, SavedNumber(row));
+            ShowParameter(row, SavedNumber(desk().settings, row));
             AddInterest(RowParam(row));
         }
         checkEdit_ = new QCheckBox(QStringLiteral("Edit"), this);
@@ -132,7 +160,7 @@ protected:
     {
         for (int row = 0; row < Slots; ++row) {
             RemoveInterest(RowParam(row));
-            desk().settings.SaveSetting(section_, QString::number(row), QString::number(RowParam(row)));
+            desk().settings.SaveSetting(Section(), QString::number(row), QString::number(RowParam(row)));
         }
         BlockForm::CommandClose_Click();
     }
@@ -158,15 +186,6 @@ private:
     {
         if (InTable(p))
             desk().table.RemoveReadInterest(p);
-    }
-
-    /** Text that is no whole number counts as missing. */
-    int SavedNumber(int row) const
-    {
-        const int preset = CustomDefaults.at(std::size_t(row));
-        bool whole = false;
-        const int saved = desk().settings.GetSetting(section_, QString::number(row)).toInt(&whole);
-        return whole ? saved : preset;
     }
 
     void ShowParameter(int row, int p)
@@ -268,12 +287,19 @@ private:
         Label1_DblClick(customSlot_);
     }
 
-    const QString section_ = QStringLiteral("Custom");
     QCheckBox *checkEdit_ = nullptr;
     QComboBox *comboSelectParameter_ = nullptr;
     int customSlot_ = 0;  ///< CustomSlot: the row being changed
     int customParam_ = 0; ///< CustomParam: its present number
 };
+
+FormCustom *OpenCustom(const Desk &desk)
+{
+    for (int position = 1; position < desk.forms.Count(); ++position)
+        if (auto *form = dynamic_cast<FormCustom *>(desk.forms.At(position)))
+            return form;
+    return nullptr;
+}
 
 BlockForm *MakeCustom(Desk &desk, const BlockDescriptor &descriptor, int member)
 {
@@ -284,6 +310,23 @@ BlockForm *MakeCustom(Desk &desk, const BlockDescriptor &descriptor, int member)
 }
 
 } // namespace
+
+std::vector<int> CustomRows(const Desk &desk)
+{
+    const FormCustom *open = OpenCustom(desk);
+    std::vector<int> rows;
+    for (int row = 0; row < Slots; ++row)
+        rows.push_back(open ? open->ParameterOf(row) : SavedNumber(desk.settings, row));
+    return rows;
+}
+
+void PutInCustomRow(Desk &desk, int row, int p)
+{
+    if (FormCustom *open = OpenCustom(desk))
+        open->Replace(row, p);
+    desk.settings.SaveSetting(Section(), QString::number(row), QString::number(p));
+    JumpTo(desk, QString::fromLatin1(BlockCustom.window), p);
+}
 
 constexpr BlockDescriptor BlockCustom = {.form = "FormCustom",
                                          .window = "Custom",

@@ -4,9 +4,9 @@
 #include "desktop/Form.h"
 #include "find/EntrySources.h"
 #include "find/HelpWords.h"
-#include "settings/forms/FormViewParameters.h"
 #include "shell/MDIFormMain.h"
 #include "shell/MenuTable.h"
+#include "shell/OpenWindows.h"
 
 #include <QAction>
 

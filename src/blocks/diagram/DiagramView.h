@@ -36,6 +36,8 @@ public:
     /** A label with plain text, as all of them are. */
     QLabel *MakeLabel(const QString &name, const QString &text, bool bold);
 
+    /** The label of one of the drawing's texts, by its index there; null before Finish(). */
+    QLabel *LabelOf(int text) const { return labels_.value(text); }
     /** Width of a text in cells, as a plain label shows it. */
     double TextWidth(const QString &text) const;
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <functional>
+
+class QMenu;
+class QWidget;
+
+namespace quorvik
+{
+
+struct Desk;
+
+/**
+ * The context menu of a value box: where its value comes from and what it feeds, with windows to go to, and
+ * what else can be done with the parameter. It deletes itself once it is closed.
+ * @param p a parameter of the table.
+ * @param lightPath lights the path of the box.
+ */
+QMenu *MakeBoxMenu(Desk &desk, int p, QWidget *box, const std::function<void()> &lightPath);
+
+} // namespace quorvik
