@@ -15,6 +15,8 @@ void AddMainJob(Tour &tour);
 void AddSafeJob(Tour &tour);
 /** A trip, and links that are lost and come back; after the safe job. */
 void AddLostLinkJob(Tour &tour);
+/** The value of a wire, its path through the open windows, and from box to box; after the lost link job. */
+void AddFollowJob(Tour &tour);
 /** A round through every window of the Blocks menu. */
 void AddBlockRound(Tour &tour);
 /** Finds a parameter by what it is called, and goes to its window. */

@@ -63,6 +63,7 @@ int main(int argc, char **argv)
     AddMainJob(tour);
     AddSafeJob(tour);
     AddLostLinkJob(tour);
+    AddFollowJob(tour);
     AddBlockRound(tour);
     AddFindJob(tour);
     AddOnlineRound(tour);

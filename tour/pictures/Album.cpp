@@ -6,8 +6,10 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "blocks/DriveCircuit.h"
 #include "blocks/FormTripRecord.h"
 #include "blocks/diagram/DiagramFrame.h"
+#include "blocks/SignalFollower.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/FormVerifiedWrite.h"
 #include "desktop/Desk.h"
@@ -140,6 +142,23 @@ void Album::TakeZoomed()
     Take(*form, QStringLiteral("ZoomedDrawing"), QString());
     form->close();
     QApplication::processEvents();
+}
+
+void Album::TakeFollowedSignal()
+{
+    DriveCircuit circuit(desk_.table);
+    desk_.TheCircuit = [&circuit] { return &circuit.Get(); };
+    const auto entry = std::ranges::find(BlockCatalogue(), QLatin1String("FormVelocityLoop"),
+                                         [](const BlockMenuEntry &each) { return QLatin1String(each.form); });
+    BlockForm *form = MakeBlockForm(desk_, *entry, 0);
+    form->show();
+    const QList<SheetRow> &rows = form->Sheet().Rows();
+    const auto demand = std::ranges::find(rows, int(Param::FinalVelDemand), &SheetRow::param);
+    form->Follower().FollowBox(int(demand - rows.begin()));
+    Take(*form, QStringLiteral("FollowedSignal"), QString());
+    form->close();
+    QApplication::processEvents();
+    desk_.TheCircuit = []() -> Circuit * { return nullptr; };
 }
 
 template<typename Mentor> void Album::TakePages(Mentor &mentor, int lastStep, const QString &name)

@@ -28,6 +28,8 @@ public:
     Album(Desk &desk, const QDir &folder, PictureStyle style);
 
     void TakeBlocks();
+    /** A block with the path of a signal lit, and its tag. */
+    void TakeFollowedSignal();
     void TakeMentors();
     /** The windows that are neither blocks nor Mentors. */
     void TakeOthers();

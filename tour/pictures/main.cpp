@@ -150,6 +150,7 @@ int main(int argc, char **argv)
                 {.scale = options.value(QStringLiteral("scale")).toDouble(),
                  .only = options.value(QStringLiteral("only"))});
     album.TakeBlocks();
+    album.TakeFollowedSignal();
     album.TakeMentors();
     album.TakeOthers();
     album.AddTopic(QStringLiteral("Sarvex Manual.htm"));

@@ -192,6 +192,7 @@ void WireProbe::HandleSheet(QEvent *event)
     }
     case QEvent::Leave:
     case QEvent::Resize:
+    case QEvent::Move:
     case QEvent::Wheel:
     case QEvent::Hide:
         Leave();
