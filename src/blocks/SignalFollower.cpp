@@ -169,7 +169,13 @@ void SignalFollower::ShowTag(const QPoint &place, const QRect &around)
                 probe_->IsLink(i) && (node == edge.from.node || node == edge.to.node))
                 text += QStringLiteral("\nThe name opens %1").arg(WindowBeyond(i));
     }
-    tag_->ShowAt(text, place, clear);
+    QList<QRect> elements;
+    constexpr double signs = 1.5; // of a sum, beside it
+    for (const Element &element : drawing_.Elements())
+        if (element.node >= 0)
+            elements.append(view_.ToPixels(Drawing::Bounds(element).adjusted(-signs, -signs, signs, signs))
+                                .toAlignedRect());
+    tag_->ShowAt(text, place, clear, elements);
 }
 
 CircuitPath SignalFollower::PathOf(const Circuit &circuit, int block) const

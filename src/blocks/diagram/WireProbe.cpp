@@ -63,13 +63,14 @@ WireTag::WireTag(QWidget *sheet)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFrameStyle(int(QFrame::Box) | int(QFrame::Plain));
     setAutoFillBackground(true);
-    setBackgroundRole(QPalette::ToolTipBase);
-    setForegroundRole(QPalette::ToolTipText);
+    setBackgroundRole(QPalette::Base);
+    setForegroundRole(QPalette::Text);
     setMargin(fontMetrics().height() / 4);
     hide();
 }
 
-void WireTag::ShowAt(const QString &text, const QPoint &place, const QList<QRect> &clear)
+void WireTag::ShowAt(const QString &text, const QPoint &place, const QList<QRect> &clear,
+                     const QList<QRect> &spared)
 {
     setFont(parentWidget()->font());
     const QRect sight = parentWidget()->visibleRegion().boundingRect().adjusted(1, 1, -1, -1);
@@ -83,7 +84,7 @@ void WireTag::ShowAt(const QString &text, const QPoint &place, const QList<QRect
         setMaximumWidth(QWIDGETSIZE_MAX);
         setMinimumWidth(0);
     }
-    QList<QRect> taken;
+    QList<QRect> taken = spared;
     for (const QWidget *control :
          parentWidget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
         if (control != this && !control->isHidden())

@@ -26,8 +26,10 @@ public:
     /**
      * Shows the text near a place of the sheet, in the part of it that is in sight: where it covers nothing,
      * or at least none of the rectangles that must stay clear.
+     * @param spared what else should not be covered, beside the controls on the sheet.
      */
-    void ShowAt(const QString &text, const QPoint &place, const QList<QRect> &clear);
+    void ShowAt(const QString &text, const QPoint &place, const QList<QRect> &clear,
+                const QList<QRect> &spared = {});
 };
 
 /**
