@@ -21,7 +21,8 @@ const QString Ramp = QStringLiteral("Accel/Decel");
 
 BlockForm *Window(Tour &tour, const QString &caption)
 {
-    return qobject_cast<BlockForm *>(tour.User().WindowTitled(caption));
+    const QWidget *window = tour.User().WindowTitled(caption);
+    return window ? window->findChild<BlockForm *>() : nullptr;
 }
 
 ValueBox *BoxOf(const BlockForm &form, int p)
