@@ -42,6 +42,32 @@ void Unite(CircuitPath &into, const CircuitPath &other)
     Unite(into.edges, other.edges);
 }
 
+/** Takes off the branches of a way down that end at a contact that is not touched. */
+void Prune(const Circuit &circuit, CircuitPath &path)
+{
+    const auto leadsNowhere = [&](int node) {
+        const std::vector<int> &onward = circuit.OutOf(node);
+        return circuit.NodeAt(node).kind != NodeKind::Value && !onward.empty() &&
+               std::ranges::none_of(onward, [&](int edge) { return path.HasEdge(edge); });
+    };
+    for (bool isDone = false; !isDone;) {
+        const auto end = std::ranges::find_if(path.nodes, leadsNowhere);
+        isDone = end == path.nodes.end();
+        if (isDone)
+            continue;
+        for (const int edge : circuit.Into(*end))
+            std::erase(path.edges, edge);
+        path.nodes.erase(end);
+    }
+}
+
+CircuitPath PathDown(const Circuit &circuit, int node)
+{
+    CircuitPath path = circuit.Downstream(node, Through::ActiveContacts);
+    Prune(circuit, path);
+    return path;
+}
+
 bool IsStale(ValueState state)
 {
     return state == ValueState::Old || state == ValueState::Never || state == ValueState::Lost;
@@ -91,7 +117,7 @@ void SignalFollower::Tick()
         return;
     LightEverywhere();
     if (tag_->isVisible())
-        tag_->setText(Text());
+        ShowTag(place_, around_);
 }
 
 void SignalFollower::End()
@@ -155,11 +181,13 @@ QList<QRect> SignalFollower::EndsOf(int element) const
     return ends;
 }
 
-void SignalFollower::ShowTag(const QPoint &place, const QRect &around)
+void SignalFollower::ShowTag(QPoint place, QRect around)
 {
     QString text = Text();
     if (text.isEmpty())
         return;
+    place_ = place;
+    around_ = around;
     QList<QRect> clear{around};
     if (followed_.element >= 0) {
         clear += EndsOf(followed_.element);
@@ -185,7 +213,7 @@ CircuitPath SignalFollower::PathOf(const Circuit &circuit, int block) const
     if (followed_.row >= 0) {
         const int node = circuit.NodeIn(block, form_.Sheet().Rows().at(followed_.row).node);
         path = circuit.Upstream(node, through);
-        Unite(path, circuit.Downstream(node, through));
+        Unite(path, PathDown(circuit, node));
         return path;
     }
     const int local = drawing_.At(followed_.element).edge;
@@ -200,7 +228,7 @@ CircuitPath SignalFollower::PathOf(const Circuit &circuit, int block) const
             return path;
     }
     if (wire.to.node >= 0)
-        Unite(path, circuit.Downstream(circuit.NodeIn(block, wire.to.node), through));
+        Unite(path, PathDown(circuit, circuit.NodeIn(block, wire.to.node)));
     return path;
 }
 

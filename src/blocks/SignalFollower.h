@@ -54,7 +54,7 @@ private:
     };
 
     void Follow(const Followed &what);
-    void ShowTag(const QPoint &place, const QRect &around = {});
+    void ShowTag(QPoint place, QRect around = {});
     QString Text();
     QList<QRect> EndsOf(int element) const;
     CircuitPath PathOf(const Circuit &circuit, int block) const;
@@ -76,6 +76,8 @@ private:
     std::unique_ptr<NetValues> values_; ///< made when it is first asked for
     std::vector<ValueBox *> boxes_;     ///< by index of their row
     Followed followed_;
+    QPoint place_; ///< by which the tag stands
+    QRect around_; ///< what it must not cover
     bool isAnyFaint_ = false;
 };
 

@@ -164,6 +164,8 @@ TEST_F(FollowTest, APathIsLitInAllOpenWindowsAndGoesOutWithThePointer)
     Hover(Param::Reference0, false);
     EXPECT_TRUE(WireAtBox(Param::RampInput, true).isLit);
     EXPECT_FALSE(WireAtBox(Param::Reference1, false).isLit);
+    const auto gain = std::ranges::find(Shown().Elements(), Symbol::Gain, &Element::symbol);
+    EXPECT_FALSE(gain->isLit) << "it leads to a contact that is not touched";
     EXPECT_GT(LitIn(*ramp), 0);
     const qsizetype lit = LitIn(*form);
     Hover(Param::Reference1, false);

@@ -10,6 +10,7 @@
 #include <QMdiSubWindow>
 #include <QRadioButton>
 #include <QSignalSpy>
+#include <QTableView>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QTreeView>
@@ -133,6 +134,19 @@ TEST_F(Commands, WindowEntriesArrange)
     Children()[0]->move(50, 5);
     Trigger("mnuWindowArrangeIcons");
     EXPECT_EQ(Children()[0]->geometry().bottomLeft(), room.bottomLeft());
+}
+
+TEST_F(Commands, ABoxLeadsToItsRowInTheListAndInTheComparison)
+{
+    LoadQuietly();
+    Table().SetValue(Param::Reference0, 7288, ChangeCause::Factory);
+    main->TheDesk().ShowInList(Param::Reference0);
+    const auto *list = main->findChild<QTreeView *>(Name("ListView"));
+    EXPECT_EQ(list->currentIndex().siblingAtColumn(1).data().toString(), Name("Reference 0"));
+    // Measured, and as it is from the factory: a comparison shows neither of itself.
+    main->TheDesk().CompareWithFactory(Param::VelError);
+    const auto *rows = main->findChild<QTableView *>(Name("TableDifferences"));
+    EXPECT_EQ(rows->currentIndex().siblingAtColumn(0).data().toInt(), Param::VelError);
 }
 
 } // namespace quorvik::testing

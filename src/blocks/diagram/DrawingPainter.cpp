@@ -352,11 +352,15 @@ void DrawingPainter::PaintLatch(const Element &element)
 
 void DrawingPainter::PaintArm(const Element &element)
 {
-    SetInk(line_, lineWidth_, ink_.paper);
-    for (const QPointF &point : element.points)
+    const QPointF end = Drawing::ArmEnd(element);
+    for (const QPointF &point : element.points) {
+        // The path goes through the contact that is touched, and past the others.
+        const bool isOnPath = element.isLit && (point == element.points.first() || point == end);
+        SetInk(element.isLit && !isOnPath ? ink_.line : line_, isOnPath ? LitWidth : LineWidth, ink_.paper);
         painter_.drawEllipse(Px(point), ContactRadius * unit_, ContactRadius * unit_);
+    }
     SetInk(ink_.arm, 0.45);
-    painter_.drawLine(Px(element.points.first()), Px(Drawing::ArmEnd(element)));
+    painter_.drawLine(Px(element.points.first()), Px(end));
 }
 
 void DrawingPainter::PaintTerminal(const Element &element)

@@ -1,5 +1,6 @@
 #include "blocks/diagram/WireProbe.h"
 
+#include "desktop/PlainText.h"
 #include "platform/Guard.h"
 
 #include <QKeyEvent>
@@ -84,7 +85,7 @@ void WireTag::ShowAt(const QString &text, const QPoint &place, const QList<QRect
         setMaximumWidth(QWIDGETSIZE_MAX);
         setMinimumWidth(0);
     }
-    QList<QRect> taken = spared;
+    QList<QRect> taken;
     for (const QWidget *control :
          parentWidget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
         if (control != this && !control->isHidden())
@@ -104,10 +105,13 @@ void WireTag::ShowAt(const QString &text, const QPoint &place, const QList<QRect
             // The ends and the place itself come first, then whatever else stands on the sheet, then
             // nearness.
             constexpr qint64 mustStayClear = 1000;
+            constexpr qint64 textCost = 5;
             qint64 cost = mustStayClear * Overlap(here, QRect(place, QSize(1, 1)).adjusted(-3, -3, 3, 3));
             for (const QRect &rect : clear)
                 cost += mustStayClear * Overlap(here, rect);
             for (const QRect &rect : taken)
+                cost += textCost * Overlap(here, rect);
+            for (const QRect &rect : spared)
                 cost += Overlap(here, rect);
             cost = cost * gap + distance;
             if (least < 0 || cost < least) {
@@ -133,9 +137,7 @@ WireProbe::WireProbe(DiagramView &view)
 void WireProbe::MakeLink(int text)
 {
     QLabel *label = view_.LabelOf(text);
-    if (label->objectName().isEmpty())
-        label->setObjectName(QStringLiteral("LabelSignal%1").arg(text));
-    label->setAccessibleName(QStringLiteral("Signal ") + label->text());
+    SetSpokenText(label, QStringLiteral("Signal of another window; Enter opens it"));
     label->setFocusPolicy(Qt::StrongFocus);
     label->setCursor(Qt::PointingHandCursor);
     links_.push_back(text);
