@@ -1,7 +1,7 @@
 #include "blocks/BlockForm.h"
 
-#include "blocks/diagram/DiagramFrame.h"
 #include "blocks/SignalFollower.h"
+#include "blocks/diagram/DiagramFrame.h"
 #include "desktop/PlainText.h"
 #include "desktop/ValueBox.h"
 #include "link/ValueStates.h"

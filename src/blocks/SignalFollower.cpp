@@ -3,7 +3,6 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 #include "blocks/BoxMenu.h"
-#include "blocks/WireText.h"
 #include "desktop/ValueBox.h"
 #include "link/ValueStates.h"
 #include "platform/Guard.h"
@@ -82,6 +81,7 @@ SignalFollower::SignalFollower(Desk &desk, BlockForm &form, DiagramView &view)
     , view_(view)
     , drawing_(view.Shown())
     , window_(form.windowTitle())
+    , into_(WireText::FindWires(drawing_.TheNet()))
     , probe_(new WireProbe(view))
     , tag_(new WireTag(&view))
 {
@@ -274,10 +274,10 @@ void SignalFollower::GreyWires()
         const int from = isWire ? net.edges[std::size_t(element.edge)].from.node : element.node;
         if (!isWire && element.symbol != Symbol::Dot)
             continue;
-        const bool isFaint =
-            canBeStale && from >= 0 && std::ranges::any_of(WireText::SourcesOf(net, from), [this](int p) {
-                return form_.Sheet().InTable(p) && IsStale(desk_.states.Of(p));
-            });
+        const bool isFaint = canBeStale && from >= 0 &&
+                             std::ranges::any_of(WireText::SourcesOf(net, into_, from), [this](int p) {
+                                 return form_.Sheet().InTable(p) && IsStale(desk_.states.Of(p));
+                             });
         isAnyFaint_ = isAnyFaint_ || isFaint;
         drawing_.SetFaint(i, isFaint);
     }

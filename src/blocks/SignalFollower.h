@@ -1,5 +1,6 @@
 #pragma once
 
+#include "blocks/WireText.h"
 #include "blocks/diagram/WireProbe.h"
 #include "circuit/Circuit.h"
 #include "desktop/Desk.h"
@@ -71,6 +72,7 @@ private:
     DiagramView &view_;
     Drawing &drawing_;
     QString window_;
+    WireText::WiresInto into_;
     WireProbe *probe_;
     WireTag *tag_;
     std::unique_ptr<NetValues> values_; ///< made when it is first asked for

@@ -30,20 +30,20 @@ bool IsTouched(const Net &net, const Edge &edge)
     return to.kind == NodeKind::Contact ? to.state == 1 : to.state == edge.to.contact;
 }
 
-/** The elements that a wire leads into, or comes from, of one element. */
-std::vector<int> EdgesInto(const Net &net, int node)
-{
-    std::vector<int> edges;
-    for (std::size_t i = 0; i < net.edges.size(); ++i)
-        if (net.edges[i].to.node == node &&
-            (net.edges[i].kind == Edge::Kind::Signal || net.edges[i].kind == Edge::Kind::Member))
-            edges.push_back(int(i));
-    return edges;
-}
-
 } // namespace
 
-std::vector<int> WireText::SourcesOf(const Net &net, int node)
+WireText::WiresInto WireText::FindWires(const Net &net)
+{
+    WiresInto into(net.nodes.size());
+    for (std::size_t i = 0; i < net.edges.size(); ++i) {
+        const Edge &edge = net.edges[i];
+        if (edge.to.node >= 0 && (edge.kind == Edge::Kind::Signal || edge.kind == Edge::Kind::Member))
+            into[std::size_t(edge.to.node)].push_back(int(i));
+    }
+    return into;
+}
+
+std::vector<int> WireText::SourcesOf(const Net &net, const WiresInto &into, int node)
 {
     std::vector<int> sources;
     std::vector<int> open{node};
@@ -58,7 +58,7 @@ std::vector<int> WireText::SourcesOf(const Net &net, int node)
             sources.push_back(p);
             continue;
         }
-        for (const int edge : EdgesInto(net, next))
+        for (const int edge : into[std::size_t(next)])
             if (IsTouched(net, net.edges[std::size_t(edge)]))
                 open.push_back(net.edges[std::size_t(edge)].from.node);
     }
@@ -81,7 +81,7 @@ int WireText::MakerOf(int node) const
                                (found.kind == NodeKind::Contact && found.state == 1);
         if (!isPassage)
             break;
-        const std::vector<int> into = EdgesInto(net_, node);
+        const std::vector<int> &into = WiresTo(node);
         const auto given =
             std::ranges::find_if(into, [this](int edge) { return IsTouched(net_, EdgeAt(edge)); });
         if (given == into.end() || EdgeAt(*given).from.node < 0)
@@ -172,7 +172,7 @@ WireText::Unit WireText::UnitBefore(int node, int depth) const
     case NodeKind::Limiter:
     case NodeKind::Switch:
     case NodeKind::Contact:
-        for (const int edge : EdgesInto(net_, node))
+        for (const int edge : WiresTo(node))
             if (const Unit unit = UnitBefore(EdgeAt(edge).from.node, depth + 1);
                 unit.kind != Unit::Kind::None)
                 return unit;
@@ -235,7 +235,7 @@ QString WireText::WhyUnknown(int node) const
     while (node >= 0 && !seen[std::size_t(node)]) {
         seen[std::size_t(node)] = true;
         const Node &found = NodeAt(node);
-        const std::vector<int> into = EdgesInto(net_, node);
+        const std::vector<int> &into = WiresTo(node);
         switch (found.kind) {
         case NodeKind::Memory:
             return into.empty() ? QStringLiteral("%1 is known to the drive only").arg(NameOf(node))
@@ -264,7 +264,7 @@ QString WireText::WhyUnknown(int node) const
 QString WireText::OfGroup(int node) const
 {
     QStringList lines{NodeAt(node).text};
-    for (const int edge : EdgesInto(net_, node))
+    for (const int edge : WiresTo(node))
         if (const int member = EdgeAt(edge).from.node; member >= 0 && IsParameter(member))
             lines.append(OfParameter(desk_, NodeAt(member).param));
     return lines.join(u'\n');

@@ -21,14 +21,18 @@ public:
         , drawing_(drawing)
         , net_(drawing.TheNet())
         , values_(values)
+        , into_(FindWires(net_))
     {
     }
 
     QString OfEdge(int edge) const;
     static QString OfParameter(const Desk &desk, int p);
-    /** The parameters whose values an element's result comes from, through closed switches only; each as far
-     * as the first box or name on the way. */
-    static std::vector<int> SourcesOf(const Net &net, int node);
+    /** By element, the wires that bring it values, alone or as members of a set. */
+    using WiresInto = std::vector<std::vector<int>>;
+    static WiresInto FindWires(const Net &net);
+    /** The parameters whose values an element's result comes from, through the contacts that are touched;
+     * each as far as the first box or name on the way. */
+    static std::vector<int> SourcesOf(const Net &net, const WiresInto &into, int node);
 
 private:
     /** What a number on a wire is measured in. */
@@ -40,6 +44,7 @@ private:
 
     const Node &NodeAt(int node) const { return net_.nodes[std::size_t(node)]; }
     const Edge &EdgeAt(int edge) const { return net_.edges[std::size_t(edge)]; }
+    const std::vector<int> &WiresTo(int node) const { return into_[std::size_t(node)]; }
     bool IsParameter(int node) const;
     /** The element that makes what comes out of one, past joints and the contacts that are touched. */
     int MakerOf(int node) const;
@@ -59,6 +64,7 @@ private:
     const Drawing &drawing_;
     const Net &net_;
     const NetValues &values_;
+    WiresInto into_;
 };
 
 } // namespace quorvik
