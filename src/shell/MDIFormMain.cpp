@@ -4,6 +4,7 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/DriveCircuit.h"
 #include "desktop/HTMLHelp.h"
+#include "map/FormMap.h"
 #include "operator/OperatorLinks.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
@@ -79,6 +80,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
             [this](int p) { return RevealParameter(desk_, p); }}
 {
     setObjectName(QStringLiteral("MDIFormMain"));
+    desk_.ShowOnMap = [this](int p) { OpenMap(desk_, p); };
     desk_.TheCircuit = [this] { return &TheCircuit(); };
     desk_.ShowInList = [this](int p) { ShowInList(*this, p); };
     desk_.CompareWithFactory = [this](int p) { ShowFactoryComparison(*this, p); };

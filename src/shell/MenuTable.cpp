@@ -1,6 +1,7 @@
 #include "shell/MenuTable.h"
 
 #include "desktop/HTMLHelp.h"
+#include "map/FormMap.h"
 #include "settings/forms/FormViewParameters.h"
 #include "shell/MDIFormMain.h"
 #include "shell/OpenWindows.h"
@@ -111,6 +112,7 @@ constexpr MenuRow table[] = {
     {Command, "mnuToolsCompare", "Com&pare...", [](Main &main) { ShowCompare(main, false); }, "", "compare"},
     {Command, "mnuToolsLinkDetails", "Lin&k Details...", ShowLinkDetails},
     {Command, "mnuToolsFind", "&Find...", ShowFind, "Ctrl+F"},
+    {Command, "mnuToolsMap", "&Map of the Drive", [](Main &main) { OpenMap(main.TheDesk(), -1); }, "Ctrl+M"},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},
