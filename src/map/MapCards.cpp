@@ -41,7 +41,7 @@ constexpr CardRow VelocityLoop[] = {{"Final Vel Demand", Value, FinalVelDemand},
                                     {"Vel Error", Value, VelError},
                                     {"Output", Value, VelLoopOutput}};
 constexpr CardRow CurrentLoop[] = {{"Final I Demand", Value, FinalIDemand},
-                                   {"Current Feedback", Value, CurrentFeedback},
+                                   {"I Feedback", Value, CurrentFeedback},
                                    {"Positive I Limit", Value, PositiveILimit},
                                    {"Cond. Angle", Value, ConductionAngle}};
 
@@ -49,7 +49,7 @@ constexpr CardRow Mop[] = {{"MOP Output", Value, MOPOutput}};
 constexpr CardRow AuxPi[] = {{"Aux PI Output", Value, AuxPIOutput}, {"Error", Value, AuxPIError}};
 constexpr CardRow Winder[] = {{"Winder Speed", Value, WinderSpeed}, {"Diameter", Value, WinderDiameter}};
 constexpr CardRow Feedback[] = {
-    {"AFB, armature", Value, AFB}, {"TFB, tachometer", Value, TFB}, {"EFB, encoder", Value, EFB}};
+    {"AFB armature", Value, AFB}, {"TFB tacho", Value, TFB}, {"EFB encoder", Value, EFB}};
 
 constexpr CardRow InternalLinks[] = {{"In use", Links, InternalLink1Source}};
 constexpr CardRow StartStop[] = {{"Drive Ready", Value, DriveReady},
@@ -78,10 +78,10 @@ constexpr CardRow Diagnostics[] = {{"Line Voltage", Value, LineVoltage}};
 constexpr CardRow DateTime[] = {{"Clock", Clock, ClockMinutes}};
 constexpr CardRow Custom[] = {{"Rows of your choice", Caption}};
 
-constexpr CardRow Motor[] = {{"Motor RPM", Value, MotorRPM},
-                             {"Armature Amps", Value, ArmatureAmps},
-                             {"Armature Volts", Value, ArmatureVolts},
-                             {"Field Amps", Value, FieldAmps}};
+constexpr CardRow Motor[] = {{"Speed", Value, MotorRPM},
+                             {"Armature", Value, ArmatureAmps},
+                             {"Voltage", Value, ArmatureVolts},
+                             {"Field", Value, FieldAmps}};
 constexpr CardRow AnalogOutputs[] = {{"1", Linked, -1, AnalogOut1Source},
                                      {"2", Linked, -1, AnalogOut2Source}};
 constexpr CardRow RelayOutputs[] = {{"1", OnOff, RelayOut1Status, RelayOut1Source},

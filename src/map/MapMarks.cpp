@@ -201,11 +201,12 @@ private:
         }
         if (!hasLimits || !result || !entering || std::abs(*result - *entering) < LeastDifference)
             return {};
+        const QString unit = Shown(step_.to).section(u' ', 1);
+        const auto number = [&unit](double value) {
+            return (QString::number(value, 'f', 2) + u' ' + unit).trimmed();
+        };
         return QStringLiteral("%1 is held at %2%3; %4 is asked for.")
-            .arg(Name(step_.to))
-            .arg(*result, 0, 'f', 2)
-            .arg(by)
-            .arg(*entering, 0, 'f', 2);
+            .arg(Name(step_.to), number(*result), by, number(*entering));
     }
 
     const Circuit &circuit_;

@@ -49,7 +49,8 @@ constexpr double Radius = 4;
 constexpr double BendRadius = 4;
 constexpr double ArrowLength = 7;
 constexpr double ArrowHalf = 3.4;
-constexpr double TextInset = 8;
+constexpr double TextInset = 7;
+constexpr double ValueGap = 5; ///< between a caption and its value
 constexpr double MarkRadius = 6.5;
 constexpr double PulseWidth = 7;
 
@@ -249,7 +250,7 @@ void MapPainter::PaintRow(QPainter &painter, const Inks &inks, int card, int row
         const QString value =
             QFontMetricsF(bold).elidedText(shown.value, Qt::ElideRight, std::max(widest - room, 1.0));
         const double width = QFontMetricsF(bold).horizontalAdvance(value) + 1;
-        taken = room + width + TextInset;
+        taken = room + width + ValueGap;
         if (!mark.IsPlain())
             mark.Draw(painter, place.adjusted(place.width() - width - room - 4, 1, 4, -1));
         painter.setFont(bold);
@@ -312,7 +313,7 @@ void MapPainter::PaintLegend(QPainter &painter, const Inks &inks) const
     wire(inks.wire, 1.3, QStringLiteral("fixed wire"));
     wire(inks.link, 1.7, QStringLiteral("link, set by a parameter"));
     wire(inks.lit, 2.6, QStringLiteral("path under the pointer"));
-    for (const auto &[kind, words] : {std::pair{MapMark::Kind::Blocked, "a switch stands away"},
+    for (const auto &[kind, words] : {std::pair{MapMark::Kind::Blocked, "a switch blocks the path"},
                                       {MapMark::Kind::Limited, "a limit holds"}}) {
         DrawMark(painter, inks.amber, kind, {x + MarkRadius, y});
         x += 2 * MarkRadius + 6;

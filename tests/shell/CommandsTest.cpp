@@ -79,6 +79,7 @@ TEST_F(Commands, EntriesOpenTheirWindows)
         {"mnuOptionsColorSettings", "FormColorSettings"},
         {"mnuToolsSelectModel", "FormSelectDriveModel"},
         {"mnuToolsIOSimulator", "FormIOSimulator"},
+        {"mnuToolsMap", "FormMap"},
         {"mnuMentorsBasic", "FormWizardBasic"},
         {"mnuMentorIO", "FormWizardIO"},
         {"mnuHelpAbout", "FormAbout"},
