@@ -6,8 +6,11 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "blocks/DriveCircuit.h"
 #include "compare/forms/FormCompare.h"
 #include "find/forms/FormFind.h"
+#include "map/FormMap.h"
+#include "map/MapView.h"
 #include "settings/forms/FormViewParameters.h"
 #include "shell/OpenWindows.h"
 
@@ -215,6 +218,37 @@ bool MeasureFind(MDIFormMain &main)
     return kept;
 }
 
+/** A frame while the map is dragged to and fro, in a window of a small screen; and what a look at the whole
+ * circuit takes. */
+bool MeasureMap(MDIFormMain &main)
+{
+    constexpr int frames = 100;
+    main.resize(1366, 768);
+    OpenMap(main.TheDesk(), -1);
+    auto *window = main.findChild<FormMap *>();
+    window->showMaximized();
+    RunEventsFor(100);
+    MapView &view = window->View();
+    view.SetFocusCard(MapModel::FindCard(QStringLiteral("Velocity Loop")));
+    bool kept = true;
+    for (const auto &[name, zoom] :
+         {std::pair{"map-frame-while-panning", 1.3}, {"map-frame-whole", view.Zoom()}}) {
+        view.SetZoom(zoom, {});
+        int frame = 0;
+        const double all = MillisecondsOf([&] {
+            while (frame < frames) {
+                view.PanBy(frame++ % 40 < 20 ? QPointF(-9, -3) : QPointF(9, 3));
+                view.repaint();
+            }
+        });
+        kept &= Print(name, all / frames, "ms", 16);
+    }
+    DriveCircuit circuit(main.TheDesk().table);
+    kept &= Print("whole-circuit-evaluated", MedianOfFive([&] { circuit.Get().Follow(); }), "ms", 1);
+    window->close();
+    return kept;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -244,6 +278,7 @@ int main(int argc, char **argv)
     kept &= MeasureList(main);
     kept &= MeasureFind(main);
     kept &= MeasureCompare(main);
+    kept &= MeasureMap(main);
     kept &= MeasureWindows(main, emptyMiB);
     drive.GoOffLine(OffLineReason::CommandEnded);
     return kept ? 0 : 1;

@@ -17,6 +17,8 @@ void AddSafeJob(Tour &tour);
 void AddLostLinkJob(Tour &tour);
 /** The value of a wire, its path through the open windows, and from box to box; after the lost link job. */
 void AddFollowJob(Tour &tour);
+/** The map of the drive: a path, a block that a click opens, and what stands in the way of a stopped drive. */
+void AddMapJob(Tour &tour);
 /** A round through every window of the Blocks menu. */
 void AddBlockRound(Tour &tour);
 /** Finds a parameter by what it is called, and goes to its window. */

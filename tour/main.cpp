@@ -64,6 +64,7 @@ int main(int argc, char **argv)
     AddSafeJob(tour);
     AddLostLinkJob(tour);
     AddFollowJob(tour);
+    AddMapJob(tour);
     AddBlockRound(tour);
     AddFindJob(tour);
     AddOnlineRound(tour);

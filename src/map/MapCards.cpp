@@ -11,7 +11,7 @@ namespace
 {
 
 using namespace Param;
-using enum RowKind;
+using enum CardRowKind;
 
 constexpr CardRow AnalogInputs[] = {{"1", Linked, -1, AnalogIn1Destination},
                                     {"2", Linked, -1, AnalogIn2Destination},

@@ -10,7 +10,7 @@ namespace quorvik
 enum class CardGroup : std::uint8_t { Terminals, References, Loops, Logic, Service, Machine };
 
 /** What a row of a card shows. */
-enum class RowKind : std::uint8_t {
+enum class CardRowKind : std::uint8_t {
     Value,   ///< the parameter
     Faults,  ///< the names of the parameter's faults
     OnOff,   ///< whether a relay is drawn
@@ -22,7 +22,7 @@ enum class RowKind : std::uint8_t {
 
 struct CardRow {
     const char *caption;
-    RowKind kind = RowKind::Value;
+    CardRowKind kind = CardRowKind::Value;
     int param = -1;    ///< of Linked: what is shown, -1 for the linked parameter itself
     int selector = -1; ///< of Linked and OnOff
 };

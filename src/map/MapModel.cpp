@@ -75,7 +75,7 @@ int MapModel::RowShowing(int card, int p) const
 {
     const auto &rows = MapCards()[std::size_t(card)].rows;
     const auto at = std::ranges::find_if(
-        rows, [p](const CardRow &row) { return row.param == p && row.kind != RowKind::Clock; });
+        rows, [p](const CardRow &row) { return row.param == p && row.kind != CardRowKind::Clock; });
     return at == rows.end() ? -1 : int(at - rows.begin());
 }
 
@@ -130,22 +130,22 @@ MapRow MapModel::RowOf(const CardRow &row) const
     const std::int32_t rawValue = table_.Value(shown.param);
     shown.state = states_.Of(shown.param);
     switch (row.kind) {
-    case RowKind::Faults:
+    case CardRowKind::Faults:
         shown.value = FaultsInShort(rawValue);
         if (shown.value.isEmpty())
             shown.value = QStringLiteral("none");
         break;
-    case RowKind::OnOff:
+    case CardRowKind::OnOff:
         shown.value = rawValue != 0 ? QStringLiteral("On") : QStringLiteral("Off");
         break;
-    case RowKind::Links: {
+    case CardRowKind::Links: {
         int used = 0;
         for (int i = 0; i < InternalLinkCount; ++i)
             used += table_.Value(row.param + 2 * i) > 0 && table_.Value(row.param + 2 * i + 1) > 0 ? 1 : 0;
         shown.value = QStringLiteral("%1 of %2").arg(used).arg(InternalLinkCount);
         break;
     }
-    case RowKind::Clock:
+    case CardRowKind::Clock:
         shown.value = QStringLiteral("%1:%2")
                           .arg(table_.Value(row.param + 1), 2, 10, QChar(u'0'))
                           .arg(rawValue, 2, 10, QChar(u'0'));
@@ -274,9 +274,9 @@ QSet<int> MapModel::Interest() const
             for (const int p : {shown, row.selector})
                 if (p > 0)
                     wanted.insert(p);
-            if (row.kind == RowKind::Clock)
+            if (row.kind == CardRowKind::Clock)
                 wanted.insert(row.param + 1);
-            for (int link = 0; row.kind == RowKind::Links && link < 2 * InternalLinkCount; ++link)
+            for (int link = 0; row.kind == CardRowKind::Links && link < 2 * InternalLinkCount; ++link)
                 wanted.insert(row.param + link);
         }
     for (const int p : MarkInterest())
@@ -291,6 +291,18 @@ QStringList MapModel::MarkWords(int card) const
         if (mark.card == card)
             words.append(mark.words);
     return words;
+}
+
+QString MapModel::Words(int card, int row) const
+{
+    const MapRow &shown = Rows(card)[std::size_t(row)];
+    if (shown.param < 0)
+        return shown.caption;
+    const CardRow &entry = MapCards()[std::size_t(card)].rows[std::size_t(row)];
+    QString words = entry.selector >= 0 ? shown.caption : FullName(shown.param);
+    words += QStringLiteral(": ") + shown.value;
+    const QString state = states_.Describe(shown.param);
+    return state.isEmpty() ? words : words + QStringLiteral(", ") + state;
 }
 
 QString MapModel::Describe(int card) const

@@ -83,6 +83,8 @@ public:
 
     /** The way of a card's signals; of one row only where that is given. */
     MapPath PathOf(const Circuit &circuit, int card, int row = -1) const;
+    /** A row in full: number and name, value, and how old it is. */
+    QString Words(int card, int row) const;
     /** What a card is, in a sentence for a reader: title, rows, where from and where to, marks. */
     QString Describe(int card) const;
 

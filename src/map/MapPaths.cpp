@@ -71,7 +71,8 @@ QSet<int> MapModel::SignalsOf(int card, int row) const
     if (!entry.isMirror) {
         for (std::size_t i = 0; i < entry.rows.size(); ++i) {
             const CardRow &each = entry.rows[i];
-            if ((row >= 0 && row != int(i)) || each.kind == RowKind::Links || each.kind == RowKind::Clock)
+            if ((row >= 0 && row != int(i)) || each.kind == CardRowKind::Links ||
+                each.kind == CardRowKind::Clock)
                 continue;
             found.insert(each.selector >= 0 ? int(table_.Value(each.selector)) : each.param);
         }

@@ -346,14 +346,9 @@ QString MapView::ToolTipAt(const QPointF &place) const
     if (card >= 0) {
         QStringList lines = model_.MarkWords(card);
         const int row = layout_.RowAt(card, place);
-        if (row >= 0) {
-            const MapRow &shown = model_.Rows(card)[std::size_t(row)];
-            lines.append(shown.value.isEmpty() ? shown.caption
-                                               : shown.caption + QStringLiteral(": ") + shown.value);
-        } else {
-            lines.append(QStringLiteral("Click to open %1")
-                             .arg(QString::fromLatin1(MapCards()[std::size_t(card)].title)));
-        }
+        lines.append(row >= 0 ? model_.Words(card, row)
+                              : QStringLiteral("Click to open %1")
+                                    .arg(QString::fromLatin1(MapCards()[std::size_t(card)].title)));
         return lines.join(u'\n');
     }
     const int wire = layout_.WireAt(place, WirePixels / zoom_);

@@ -29,6 +29,7 @@ constexpr const char *Openers[][2] = {
     {"FormIOSimulator", "mnuToolsIOSimulator"},
     {"FormCompare", "mnuToolsCompare"},
     {"FormLinkDetails", "mnuToolsLinkDetails"},
+    {"FormMap", "mnuToolsMap"},
     {"FormColorSettings", "mnuOptionsColorSettings"},
 };
 

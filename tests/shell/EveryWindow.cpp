@@ -16,6 +16,7 @@
 #include "link/forms/FormLinkDetails.h"
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
+#include "map/FormMap.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/FormVirtualOperatorSetup.h"
 #include "platform/Progress.h"
@@ -117,6 +118,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormLinkDetails(desk.desk, statistics, packets); },
         [&] { return new FormCompare(desk.desk, comparing); },
         [&] { return new FormTripRecord(desk.desk); },
+        [&] { return new FormMap(desk.desk); },
         [&] { return new FormFind(desk.desk, finding, &desk.mainWindow); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },

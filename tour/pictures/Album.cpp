@@ -21,6 +21,7 @@
 #include "link/forms/FormLinkDetails.h"
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
+#include "map/FormMap.h"
 #include "model/ParameterTable.h"
 #include "operator/FormVirtualOperator.h"
 #include "operator/FormVirtualOperatorSetup.h"
@@ -253,6 +254,11 @@ void Album::TakeOthers()
     trips->resize(trips->sizeHint());
     Take(*trips, trips->objectName(), trips->HelpTopic());
     trips->close();
+
+    auto *map = new FormMap(desk_);
+    map->resize(map->sizeHint());
+    Take(*map, map->objectName(), map->HelpTopic());
+    map->close();
 
     SampleComparison sample(desk_);
     auto *comparison = new FormCompare(desk_, sample);
