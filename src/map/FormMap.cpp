@@ -78,7 +78,11 @@ FormMap::FormMap(Desk &givenDesk)
     view_->setFocus();
 }
 
-FormMap::~FormMap() = default;
+FormMap::~FormMap()
+{
+    // It loses the focus as it goes, and tells that to what would be gone by then.
+    delete view_;
+}
 
 QSize FormMap::sizeHint() const
 {

@@ -81,7 +81,7 @@ public:
         };
         if (!Arrives(way)) {
             for (const int node : way)
-                if (IsSwitch(node) && Arrives(Reach(node, Through::AllContacts))) {
+                if (TurnsAway(node)) {
                     block(BlockedBy(node));
                     break;
                 }
@@ -110,6 +110,17 @@ private:
     {
         const NodeKind kind = circuit_.NodeAt(node).kind;
         return kind == NodeKind::Switch || kind == NodeKind::Contact;
+    }
+
+    /** A switch with an open contact to which the step's beginning leads. */
+    bool TurnsAway(int node) const
+    {
+        return IsSwitch(node) && std::ranges::any_of(circuit_.Into(node), [this](int edge) {
+                   const Edge &wire = circuit_.EdgeAt(edge);
+                   return wire.kind == Edge::Kind::Signal && wire.from.node >= 0 && !Passes(edge, wire.to) &&
+                          Arrives(Reach(circuit_.NodeIn(circuit_.BlockOfEdge(edge), wire.from.node),
+                                        Through::AllContacts));
+               });
     }
 
     bool Passes(int edge, const Pin &pin) const

@@ -48,11 +48,12 @@ private:
     bool IsOn(const MapWire &wire) const
     {
         const auto isOnWay = [this](int node) { return found_.HasNode(node); };
+        if (!reached_[std::size_t(way_ == Way::Up ? wire.to : wire.from)])
+            return false;
         if (!wire.intoNodes.empty())
-            return reached_[std::size_t(wire.from)] && std::ranges::any_of(wire.intoNodes, isOnWay);
+            return std::ranges::any_of(wire.intoNodes, isOnWay);
         // Through the machine: no node stands for what comes out of it.
-        return reached_[std::size_t(way_ == Way::Up ? wire.to : wire.from)] &&
-               std::ranges::any_of(wire.params,
+        return std::ranges::any_of(wire.params,
                                    [&](int p) { return std::ranges::any_of(circuit_.NodesOf(p), isOnWay); });
     }
 
