@@ -149,6 +149,7 @@ NetValues::NetValues(const Net &net)
     , into_(net.nodes.size())
     , results_(net.nodes.size())
 {
+    const auto isBox = [&](int node) { return net.nodes[std::size_t(node)].kind == NodeKind::Value; };
     std::vector<std::vector<int>> onward(net.nodes.size());
     std::vector<int> waits(net.nodes.size());
     for (std::size_t i = 0; i < net.edges.size(); ++i) {
@@ -156,8 +157,8 @@ NetValues::NetValues(const Net &net)
         if (edge.kind != Edge::Kind::Signal || edge.to.node < 0)
             continue;
         into_[std::size_t(edge.to.node)].push_back(int(i));
-        // What a box gives is read, and waits for nothing.
-        if (edge.from.node < 0 || net.nodes[std::size_t(edge.from.node)].kind == NodeKind::Value)
+        // What a box gives is read, before all else, and waits for nothing.
+        if (edge.from.node < 0 || isBox(edge.from.node) || isBox(edge.to.node))
             continue;
         onward[std::size_t(edge.from.node)].push_back(edge.to.node);
         ++waits[std::size_t(edge.to.node)];
@@ -171,6 +172,7 @@ NetValues::NetValues(const Net &net)
     for (std::size_t node = 0; node < net.nodes.size(); ++node)
         if (waits[node] == 0)
             order_.push_back(int(node));
+    std::ranges::stable_partition(order_, isBox);
     // Elements in a loop without a box between them never come to their turn, and stay unknown.
     for (std::size_t i = 0; i < order_.size(); ++i)
         for (const int next : onward[std::size_t(order_[i])])
