@@ -1,4 +1,7 @@
-#include "blocks/BlockSheet.h"
+#include "blocks/BlockForm.h"
+#include "blocks/FormWhyNot.h"
+
+#include <QPushButton>
 
 namespace quorvik
 {
@@ -191,12 +194,27 @@ private:
     Shape jogStatus_;
 };
 
+class FormStartStopLogic final : public BlockForm
+{
+public:
+    using BlockForm::BlockForm;
+
+protected:
+    void Extend() override
+    {
+        QPushButton *why = AddButton(QStringLiteral("CommandWhyNot"), QStringLiteral("&Why?"),
+                                     QStringLiteral("Shows why the drive does not run"));
+        On(why, &QPushButton::clicked, this, [this] { OpenWhyNot(desk()); });
+    }
+};
+
 } // namespace
 
 constexpr BlockDescriptor BlockStartStopLogic = {.form = "FormStartStopLogic",
                                                  .window = "Start/Stop Logic",
                                                  .helpTopic = "Start Stop Logic.htm",
                                                  .rows = Rows,
-                                                 .sheet = MakeSheet<StartStopLogicSheet>};
+                                                 .sheet = MakeSheet<StartStopLogicSheet>,
+                                                 .make = MakeBlock<FormStartStopLogic>};
 
 } // namespace quorvik

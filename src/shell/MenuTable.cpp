@@ -113,6 +113,7 @@ constexpr MenuRow table[] = {
     {Command, "mnuToolsLinkDetails", "Lin&k Details...", ShowLinkDetails},
     {Command, "mnuToolsFind", "&Find...", ShowFind, "Ctrl+F"},
     {Command, "mnuToolsMap", "&Map of the Drive", [](Main &main) { OpenMap(main.TheDesk(), -1); }, "Ctrl+M"},
+    {Command, "mnuToolsWhyNot", "Wh&y Does It Not Run?", ShowWhyNot},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},

@@ -1,6 +1,7 @@
 #include "shell/OpenWindows.h"
 
 #include "blocks/BlockCatalogue.h"
+#include "blocks/FormWhyNot.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/FormVerifiedWrite.h"
 #include "emulator/forms/FormIOSimulator.h"
@@ -68,6 +69,11 @@ void ShowLinkDetails(MDIFormMain &main)
     ShowOnly(main, FormLinkDetails::Name(), [&main](Desk &desk) {
         return new FormLinkDetails(desk, main.AllEngines().statistics, main.AllEngines().packets);
     });
+}
+
+void ShowWhyNot(MDIFormMain &main)
+{
+    OpenWhyNot(main.TheDesk());
 }
 
 void ShowNotes(MDIFormMain &main)

@@ -11,6 +11,8 @@ void ShowCommunications(MDIFormMain &main);
 void ShowDebug(MDIFormMain &main);
 /** How well the line works, and what passes on it. */
 void ShowLinkDetails(MDIFormMain &main);
+/** What keeps the drive from running. */
+void ShowWhyNot(MDIFormMain &main);
 
 void ShowNotes(MDIFormMain &main);
 void ShowSelectDriveModel(MDIFormMain &main);

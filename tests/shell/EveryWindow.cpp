@@ -3,6 +3,7 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 #include "blocks/FormTripRecord.h"
+#include "blocks/FormWhyNot.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/ScriptedHost.h"
 #include "desktop/FormModifyParameterValue.h"
@@ -120,6 +121,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormTripRecord(desk.desk); },
         [&] { return new FormMap(desk.desk); },
         [&] { return new FormFind(desk.desk, finding, &desk.mainWindow); },
+        [&] { return new FormWhyNot(desk.desk); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },
         [&] { return new FormGettingStarted(desk.desk, &desk.mainWindow, true); },

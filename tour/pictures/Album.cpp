@@ -9,6 +9,7 @@
 #include "blocks/DriveCircuit.h"
 #include "blocks/FormTripRecord.h"
 #include "blocks/SignalFollower.h"
+#include "blocks/FormWhyNot.h"
 #include "blocks/diagram/DiagramFrame.h"
 #include "compare/forms/FormCompare.h"
 #include "compare/forms/FormVerifiedWrite.h"
@@ -259,6 +260,10 @@ void Album::TakeOthers()
     map->resize(map->sizeHint());
     Take(*map, map->objectName(), map->HelpTopic());
     map->close();
+    auto *why = new FormWhyNot(desk_);
+    why->resize(why->sizeHint());
+    Take(*why, why->objectName(), why->HelpTopic());
+    why->close();
 
     SampleComparison sample(desk_);
     auto *comparison = new FormCompare(desk_, sample);

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "circuit/WhyNot.h"
+#include "desktop/Form.h"
+#include "platform/Guard.h"
+
+#include <memory>
+#include <set>
+
+class QLabel;
+class QPushButton;
+class QTimer;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace quorvik
+{
+
+class DriveCircuit;
+
+/** "Why Does It Not Run?": what must hold until the motor turns, in the order of the signal, and what of it
+ * does not. */
+class FormWhyNot : public Form
+{
+    Q_OBJECT
+
+public:
+    explicit FormWhyNot(Desk &desk);
+    ~FormWhyNot() override;
+
+    static QString Caption() { return QStringLiteral("Why Does It Not Run?"); }
+    QSize sizeHint() const override;
+
+protected:
+    void Unload() override;
+
+private:
+    QWidget *MakeCommands();
+    void MakeList();
+    void TimerUpdateScreen_Timer();
+    Circuit &TheCircuit();
+    bool IsKnown(int p) const;
+    /** What the values are, and what follows from that. */
+    QString OriginText() const;
+    /** Polls what the explanation hangs on, and nothing else any more. */
+    void Watch(const std::vector<int> &params);
+    void ShowConditions();
+    void ShowCondition(QTreeWidgetItem &item, const Condition &condition, bool isFirst) const;
+    void EnableCommands();
+    int ChosenParam() const; ///< of the current row, -1 for none
+    void GoTo(int p);
+
+    WhyNot why_;
+    std::unique_ptr<DriveCircuit> ownCircuit_; ///< where the desk has none
+    std::set<int> watched_;
+    QLabel *labelOrigin_;
+    QLabel *labelHeadline_;
+    QTreeWidget *listConditions_;
+    QPushButton *commandFirst_ = nullptr;
+    QPushButton *commandGoTo_ = nullptr;
+    QPushButton *commandMap_ = nullptr;
+    QTimer *timerUpdateScreen_;
+    TickGuard tickGuard_;
+};
+
+/** Shows the one window as a child of the frame, made first where there is none. */
+void OpenWhyNot(Desk &desk);
+
+} // namespace quorvik
