@@ -13,6 +13,8 @@ void AddGoingOnline(Tour &tour);
 void AddMainJob(Tour &tour);
 /** The questions before risky commands, a comparison, and writes that are proved; after the main job. */
 void AddSafeJob(Tour &tour);
+/** A drive that does not run, its first cause and the way to its box; after the safe job. */
+void AddWhyNotJob(Tour &tour);
 /** A trip, and links that are lost and come back; after the safe job. */
 void AddLostLinkJob(Tour &tour);
 /** The value of a wire, its path through the open windows, and from box to box; after the lost link job. */

@@ -62,6 +62,7 @@ int main(int argc, char **argv)
     AddGoingOnline(tour);
     AddMainJob(tour);
     AddSafeJob(tour);
+    AddWhyNotJob(tour);
     AddLostLinkJob(tour);
     AddFollowJob(tour);
     AddMapJob(tour);

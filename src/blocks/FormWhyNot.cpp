@@ -21,12 +21,12 @@ namespace
 {
 
 constexpr int TickMs = 500;
-constexpr int ListLines = 17;
-constexpr int HeadlineLines = 4;
+constexpr int ListLines = 21;
+constexpr int HeadlineLines = 3;
 
 enum Column { StateColumn, ParameterColumn, ValueColumn, ExpectedColumn, SourceColumn, WindowColumn };
 /** Widths of the columns in characters. */
-constexpr int ColumnCharacters[] = {13, 27, 15, 33, 42, 18};
+constexpr int ColumnCharacters[] = {13, 31, 14, 41, 54, 18};
 
 /** A sign and a word, so that nothing hangs on a colour. */
 QString MarkOf(Verdict verdict)
@@ -107,6 +107,13 @@ QSize FormWhyNot::sizeHint() const
     for (const int characters : ColumnCharacters)
         width += characters * fontMetrics().averageCharWidth();
     return {width, (ListLines + HeadlineLines + 9) * fontMetrics().lineSpacing()};
+}
+
+void FormWhyNot::showEvent(QShowEvent *event)
+{
+    Form::showEvent(event);
+    // With what stands before it in sight.
+    listConditions_->scrollToItem(listConditions_->currentItem(), QAbstractItemView::PositionAtCenter);
 }
 
 void FormWhyNot::MakeList()
@@ -234,9 +241,7 @@ void FormWhyNot::ShowConditions()
         ShowCondition(*listConditions_->topLevelItem(row), why_.conditions[std::size_t(row)],
                       row == why_.first);
     if (before == 0 && count > 0) {
-        QTreeWidgetItem *item = listConditions_->topLevelItem(std::max(why_.first, 0));
-        listConditions_->setCurrentItem(item);
-        listConditions_->scrollToItem(item);
+        listConditions_->setCurrentItem(listConditions_->topLevelItem(std::max(why_.first, 0)));
     }
     EnableCommands();
 }

@@ -33,6 +33,7 @@ public:
 
 protected:
     void Unload() override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     QWidget *MakeCommands();

@@ -86,9 +86,11 @@ QString Conditions::Sentence(int p) const
 
 Condition Conditions::Of(int p, const QString &expected) const
 {
-    const std::vector<int> &nodes = circuit_.NodesOf(p);
-    const int made = walk_.MakerOf(p);
-    const int node = made >= 0 ? made : nodes.empty() ? -1 : nodes.front();
+    int node = walk_.MakerOf(p);
+    // A window in which it acts, rather than one that brings it or shows what a selector points at.
+    for (const int shown : circuit_.NodesOf(p))
+        if (node < 0 && circuit_.Into(shown).empty())
+            node = shown;
     Condition condition{.param = p,
                         .block = node >= 0 ? circuit_.Block(circuit_.BlockOfNode(node)).window : QString(),
                         .expected = expected,

@@ -260,10 +260,21 @@ void Album::TakeOthers()
     map->resize(map->sizeHint());
     Take(*map, map->objectName(), map->HelpTopic());
     map->close();
+    // An enable by a contact that is open.
+    const std::pair<int, std::int32_t> plant[] = {{Param::DigitalIn3Destination, Param::RunEnable},
+                                                  {Param::RunEnable, 0},
+                                                  {Param::DigitalIn3Status, 0}};
+    std::vector<std::pair<int, std::int32_t>> before;
+    for (const auto &[p, rawValue] : plant) {
+        before.emplace_back(p, desk_.table.Value(p));
+        desk_.table.SetValue(p, rawValue, ChangeCause::Emulated);
+    }
     auto *why = new FormWhyNot(desk_);
     why->resize(why->sizeHint());
     Take(*why, why->objectName(), why->HelpTopic());
     why->close();
+    for (const auto &[p, rawValue] : before)
+        desk_.table.SetValue(p, rawValue, ChangeCause::Emulated);
 
     SampleComparison sample(desk_);
     auto *comparison = new FormCompare(desk_, sample);
