@@ -41,7 +41,7 @@ void AddWhyNotJob(Tour &tour)
         [&tour] { return Headline(tour).startsWith(QLatin1String("(190) Forward Max Speed is 0.00 %.")); },
         [&tour] {
             tour.Say(QStringLiteral("   ") + Headline(tour));
-            tour.TakePicture(QStringLiteral("37-why-not"));
+            tour.TakePicture(QStringLiteral("39-why-not"));
             return tour.User().Click(tour.User()
                                          .WindowTitled(WhyNotWindow())
                                          ->findChild<QWidget *>(QStringLiteral("CommandFirst")));
@@ -51,7 +51,7 @@ void AddWhyNotJob(Tour &tour)
         QStringLiteral("Its box pulses; a click on it, to set it right"),
         [&tour] { return tour.User().WindowTitled(QStringLiteral("Velocity Loop")) != nullptr; },
         [&tour] {
-            tour.TakePicture(QStringLiteral("38-why-not-box"));
+            tour.TakePicture(QStringLiteral("39-why-not-box"));
             return tour.User().Click(tour.User()
                                          .WindowTitled(QStringLiteral("Velocity Loop"))
                                          ->findChild<QWidget *>(ControlName("Text1", limitBox)));

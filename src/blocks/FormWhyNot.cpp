@@ -218,6 +218,8 @@ void FormWhyNot::TimerUpdateScreen_Timer()
                                 .isKnown = [this](int p) { return IsKnown(p); }};
     why_ = ExplainStandstill(TheCircuit(), table, given);
     Watch(why_.reads);
+    if (desk().states.IsLost())
+        why_.headline = QStringLiteral("Why the drive does not run cannot be told while it does not answer.");
     labelOrigin_->setText(OriginText());
     if (labelHeadline_->text() != why_.headline)
         labelHeadline_->setText(why_.headline);

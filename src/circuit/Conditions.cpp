@@ -55,6 +55,9 @@ Conditions::Conditions(const Circuit &circuit, const ParameterTable &table, cons
 {
     const bool isRunning = table.Value(RunStatus) != 0 || table.Value(JogStatus) != 0;
     walk_.SetPredicting(!given.isOnLine || !isRunning);
+    const double turned = std::abs(walk_.ValueOf(VelFeedback).value_or(0));
+    const double asked = std::abs(walk_.ValueOf(FinalVelDemand).value_or(0));
+    isUnderWay_ = given.isOnLine && isRunning && turned >= SeenTurning && turned >= asked / 2;
 }
 
 bool Conditions::IsNothing(int p, double value) const
@@ -146,7 +149,9 @@ void Conditions::Judge(int p, Wanted wanted)
             ? std::optional(NetValues::Shown(table_.Value(p), table_[p].Attributes))
             : walk_.ValueOf(p);
     const bool isThere = value && !IsNothing(p, *value);
-    const bool holds = wanted == Wanted::False ? !isThere : isThere;
+    // A loop at work passes through zero.
+    const bool isAtWork = isUnderWay_ && wanted == Wanted::NotZero && walk_.IsComputed(p);
+    const bool holds = wanted == Wanted::False ? !isThere : isThere || isAtWork;
     const ValueSource source = SourceOf(p);
     const bool isRead = std::ranges::all_of(source.reads, [this](int read) { return IsKnown(read); });
     QString remedy = isRead ? source.Remedy(table_, wanted == Wanted::False) : QString();

@@ -15,6 +15,9 @@ class ParameterTable;
 /** Per cent below which a value counts as none: what the noise at an input alone makes of nothing. */
 inline constexpr double LeastPercent = 0.1;
 
+/** Per cent of the speed at which a motor is seen to turn, whatever counts as zero. */
+inline constexpr double SeenTurning = 1;
+
 /** How a condition stands. */
 enum class Verdict : std::uint8_t {
     Met,
@@ -95,6 +98,7 @@ private:
     /** The choice that a parameter makes turns out to be what blocks. */
     void Block(int p);
 
+    bool isUnderWay_ = false; ///< the motor turns as it is asked to
     SignalWalk walk_;
     const Circuit &circuit_;
     const ParameterTable &table_;

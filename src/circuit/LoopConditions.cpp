@@ -14,7 +14,6 @@ namespace
 {
 
 constexpr double PatientSeconds = 1; ///< so long a ramp may take until the motor is seen to turn
-constexpr double SlowSpeed = 1;      ///< per cent at which it is seen, whatever counts as zero
 
 bool IsProportionalGain(int p)
 {
@@ -53,7 +52,7 @@ void Conditions::AddRampTime()
     const double asked = walk_.ValueOf(RampInput).value_or(0);
     const int p = asked < 0 ? (isSetB ? RevAccelB : RevAccelA) : (isSetB ? FwdAccelB : FwdAccelA);
     const double level =
-        std::min(std::abs(asked), std::max(walk_.ValueOf(ZeroSpeedSet).value_or(0), SlowSpeed));
+        std::min(std::abs(asked), std::max(walk_.ValueOf(ZeroSpeedSet).value_or(0), SeenTurning));
     const double seconds = walk_.ValueOf(p).value_or(0);
     const bool isOnItsWay = !walk_.IsPredicting() &&
                             std::abs(walk_.ValueOf(RampOutput).value_or(0)) < level &&
@@ -88,7 +87,7 @@ void Conditions::AddGain(int input)
 void Conditions::AddRegen(double asked)
 {
     const double speed = given_.isOnLine ? walk_.ValueOf(VelFeedback).value_or(0) : 0;
-    const bool isBackwards = asked <= -LeastPercent && speed < SlowSpeed;
+    const bool isBackwards = asked <= -LeastPercent && speed < SeenTurning;
     const QString expected = QStringLiteral("must be True for a negative torque");
     if (table_.Value(RegenMode) != 0 && table_.IsModelDefined() && !table_.IsRegenerative()) {
         Add(Of(DriveModel, QStringLiteral("must be a regenerative one for a negative torque"), !isBackwards,

@@ -15,9 +15,8 @@ namespace
 {
 
 constexpr double LeastTurning = 0.5; ///< per cent of the speed
-constexpr double SeenTurning = 1;
-constexpr double LeastCurrent = 5; ///< per cent that a drive at work lets flow when it is asked for
-constexpr double FoldedBack = 100; ///< per cent, the nameplate of the motor
+constexpr double LeastCurrent = 5;   ///< per cent that a drive at work lets flow when it is asked for
+constexpr double FoldedBack = 100;   ///< per cent, the nameplate of the motor
 constexpr std::int32_t StateRun = 1;
 constexpr std::int32_t StateJog = 3;
 
@@ -107,6 +106,26 @@ private:
                 QStringLiteral("No field current flows: check field wiring, fuses and the field's supply.")));
     }
 
+    /** A tachometer or an encoder, against what the armature itself shows. */
+    void AddFeedback()
+    {
+        if (!IsOn(FeedbackSelect))
+            return;
+        const double own = Number(AFB);
+        const double measured = Number(VelFeedback);
+        const double level = Number(VFBLossLevel);
+        const bool isTurning = std::abs(own) > level;
+        Judge(InvertFeedback, QStringLiteral("must give the feedback the sign of the armature's own"),
+              !isTurning || std::abs(measured) < level || own * measured > 0,
+              QStringLiteral("The motor turns one way and the feedback says the other: turn this over, or "
+                             "swap the wires of the feedback."));
+        Judge(FeedbackSelect, QStringLiteral("must choose a feedback that is there"),
+              std::abs(own) - std::abs(measured) <= level,
+              QStringLiteral("The armature's own feedback, %1, is much larger: check coupling, cable and "
+                             "scaling of what is chosen.")
+                  .arg(conditions_.TextOf(AFB)));
+    }
+
     /** What comes of it at the motor. */
     void AddOutcome()
     {
@@ -117,6 +136,7 @@ private:
         Judge(CurrentFeedback, QStringLiteral("must follow the current's demand"), !isAsked || isFlowing,
               QStringLiteral("Current is asked for and none flows: check line fuses, contactor and the wires "
                              "of the armature."));
+        AddFeedback();
         if (!isAsked || !isFlowing)
             return;
         const bool isStalled = IsStalled();
