@@ -57,16 +57,19 @@ double ControlLoops::SelectedFeedback() const
     }
 }
 
-void ControlLoops::MeasureSpeed(double flux)
+void ControlLoops::Measure(double flux)
 {
+    // What is computed from a measured value takes it as it trembled, as the drive's boxes show it.
+    table_.PutWithin(Param::CurrentFeedback, current_ * FullScale + noise_(isEnabled_ ? 12 : 0));
     const double sign = table_.IsOn(Param::InvertFeedback) ? -1 : 1;
     const bool isTurning = std::abs(speed_) > 1e-4;
     const double tremble = isTurning ? 2 : 0;
+    const double voltage = ArmatureVoltage(flux) * FullScale + noise_(tremble);
     // The compensation is what the armature drops at nominal current.
-    const double drop = Fraction(table_.Get(Param::IRComp)) * current_;
+    const double drop = Fraction(table_.Get(Param::IRComp)) * table_.Get(Param::CurrentFeedback);
     table_.PutScaledWithin(Param::ArmatureVolts,
-                           ArmatureVoltage(flux) * table_.Scaled(Param::NameplateMotorVoltage));
-    table_.PutWithin(Param::AFB, (ArmatureVoltage(flux) - drop) * FullScale + noise_(tremble));
+                           voltage / FullScale * table_.Scaled(Param::NameplateMotorVoltage));
+    table_.PutWithin(Param::AFB, voltage - drop);
     table_.PutWithin(Param::TFB, sign * speed_ * FullScale + noise_(tremble));
     const double encoderRpm = table_.Get(Param::FullEncoderRPM);
     const double scale = encoderRpm > 0 ? table_.Get(Param::FullRPMLevel) / encoderRpm : 0;
@@ -176,7 +179,7 @@ void ControlLoops::Tick(double seconds, double flux)
 {
     const double step = seconds / Steps;
     for (int i = 0; i < Steps; ++i) {
-        MeasureSpeed(flux);
+        Measure(flux);
         ZeroSpeedLogic();
         VelocityStep(step);
         table_.PutWithin(Param::VelLoopOutput, velocityOutput_ * FullScale);
@@ -190,8 +193,6 @@ void ControlLoops::Tick(double seconds, double flux)
 
 void ControlLoops::Show(double flux, double seconds)
 {
-    const double tremble = isEnabled_ ? 12 : 0;
-    table_.PutWithin(Param::CurrentFeedback, current_ * FullScale + noise_(tremble));
     table_.PutWithin(Param::CurrentError,
                      table_.Get(Param::FinalIDemand) - table_.Get(Param::CurrentFeedback));
     Follow(currentFiltered_, current_, seconds, FilterTime);

@@ -30,7 +30,7 @@ public:
 
 private:
     void ZeroSpeedLogic();
-    void MeasureSpeed(double flux);
+    void Measure(double flux);
     double ArmatureVoltage(double flux) const; ///< of the nominal one
     double SelectedFeedback() const;
     void VelocityStep(double seconds);

@@ -55,7 +55,7 @@ void SetpointPath::Tick(double seconds)
         ramp_ = Ramp(input, seconds);
     table_.PutWithin(Param::RampOutput, ramp_);
     table_.Put(Param::RampingStatus,
-               std::abs(input - ramp_) > table_.Get(Param::RampThreshold) && IsRampEnabled(state));
+               std::abs(input - table_.Get(Param::RampOutput)) > table_.Get(Param::RampThreshold));
 
     const auto signedValue = [this](int value, int invert) {
         return table_.IsOn(invert) ? -table_.Get(value) : table_.Get(value);

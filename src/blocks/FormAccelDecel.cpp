@@ -61,7 +61,7 @@ private:
         ClickToFlip(QStringLiteral("Image1(1)"), set_.Area(),
                     QStringLiteral("Double-click to change over between the sets A and B"), RampSelect);
         d.Link(Box(RampSelect, {x + 4 - BoxSize(RampSelect).width() / 2, 2.5}).Bottom(), set_);
-        rampX_ = x + 16;
+        rampX_ = x + 13;
     }
 
     void DrawPath(Drawing &d)
@@ -72,7 +72,7 @@ private:
         const Port taken = d.Dot({15, y});
         const Shape ramp = d.Ramp({rampX_ - 4, y});
         d.Label(QStringLiteral("LabelRamp"), QStringLiteral("Ramp"), {rampX_ + 5, y - 5.5}, Qt::AlignLeft);
-        const double switchX = rampX_ + 14;
+        const double switchX = rampX_ + 10;
         bypass_ = d.Switch(QStringLiteral("LineRampBypass"), {switchX + 8, y + 4},
                            {{switchX, y}, {switchX, y + 8}});
         d.Line(input.Right(), taken);
@@ -85,7 +85,7 @@ private:
                     QStringLiteral("Double-click to pass the ramp by, or to take it again"), RampBypass);
         d.Link(Box(RampBypass, {switchX - 2, y + 15}, CaptionAt::Below).Top(), bypass_);
 
-        const double enableX = switchX + 20;
+        const double enableX = switchX + 17;
         enable_ = d.Switch(QStringLiteral("LineRampEnable"), {enableX + 9, y + 7},
                            {{enableX, y + 4}, {enableX, y + 10}});
         d.Line(bypass_.Pivot(), enable_.Contact(Enabled));
@@ -97,9 +97,11 @@ private:
                     FwdAccelA);
 
         const double pathY = y + 7;
-        const Port given = d.Dot({enableX + 12, pathY});
-        d.Line(enable_.Pivot(), given);
-        LastBox(d, given, RampOutput, {enableX + 16, pathY});
+        const Shape output = Box(RampOutput, {enableX + 11.5, pathY});
+        const Port given = d.Dot({output.Rect().right() + 3, pathY});
+        d.Wire(enable_.Pivot(), output.Left());
+        d.Line(output.Right(), given);
+        d.Wire(output.Right(), {given.at + QPointF(5, 0), Side::Left});
         DrawStatus(d, taken, given);
     }
 

@@ -40,11 +40,7 @@ protected:
                                    QStringLiteral("LineAbs"));
         const Shape counts = d.TimesFactor({absSwitch_.Pivot().at.x() + 4, y}, ConverterFullScale);
         const Shape range = d.Limiter({counts.Rect().right() + 4, y});
-        d.Gives(range, [](const NetInputs &inputs) {
-            const std::optional<double> asked = inputs.On(Side::Left);
-            return asked ? std::optional(std::clamp(*asked, -ConverterFullScale, ConverterFullScale))
-                         : std::nullopt;
-        });
+        d.Holds(range, -ConverterFullScale, ConverterFullScale);
         const double right = range.Rect().right();
         const Shape status = Box(AnalogOut1Status, {right + 5, y});
         const Shape converter = d.Function({right + 22, y}, {9, 10}, QStringLiteral("D/A"));

@@ -57,6 +57,13 @@ private:
         error_ = d.Sum({ErrorX, y}, QStringLiteral("+  +"));
         d.Chain({demand, sum, economy});
         d.Wire(enable.Top(), economy.Bottom());
+        // How long the motor has stood still is not known; a drive that runs saves nothing.
+        d.Gives(economy, [](const NetInputs &inputs) {
+            const std::optional<double> isEnabled = inputs.On(Side::Bottom);
+            const std::optional<double> state = inputs.Parameter(Param::DriveState);
+            const bool isStopped = !state || *state == 0 || *state == 8;
+            return isEnabled && (*isEnabled == 0 || !isStopped) ? inputs.On(Side::Left) : std::nullopt;
+        });
         d.Chain({economy, final, error_});
     }
 

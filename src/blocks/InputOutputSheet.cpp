@@ -25,7 +25,7 @@ std::optional<double> Calibrated(const NetInputs &inputs)
             return *gain;
         if (*status <= -*high)
             return -*gain;
-        return (*status - *low) / (*high - *low) * *gain;
+        return *high == *low ? std::nullopt : std::optional((*status - *low) / (*high - *low) * *gain);
     }
     if (*status < *low)
         return *bias;

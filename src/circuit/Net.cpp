@@ -72,11 +72,11 @@ Outcome GateOf(const NetInputs &inputs, bool decides)
     return isKnown ? Outcome(!decides) : std::nullopt;
 }
 
-Outcome LimitedBy(const NetInputs &inputs)
+Outcome LimitedBy(const NetInputs &inputs, const Node &node)
 {
-    Outcome value = inputs.On(Side::Left);
-    const Outcome lowest = inputs.On(Side::Bottom);
-    const Outcome highest = inputs.On(Side::Top);
+    const Outcome value = inputs.On(Side::Left);
+    const Outcome lowest = node.lowest ? node.lowest : inputs.On(Side::Bottom);
+    const Outcome highest = node.highest ? node.highest : inputs.On(Side::Top);
     if (!value || !lowest || !highest)
         return std::nullopt;
     return std::max(*lowest, std::min(*value, *highest));
@@ -222,8 +222,11 @@ Outcome NetValues::Compute(int index, const NetInputs::Reader &read) const
     const Node &node = net_.nodes[std::size_t(index)];
     const NetInputs inputs(net_, results_, into_[std::size_t(index)], read);
     switch (node.kind) {
-    case NodeKind::Value:
     case NodeKind::Signal:
+        if (node.formula)
+            return node.formula(inputs);
+        [[fallthrough]];
+    case NodeKind::Value:
         return read(node.param, node.perCount);
     case NodeKind::Constant:
         return node.number;
@@ -250,7 +253,7 @@ Outcome NetValues::Compute(int index, const NetInputs::Reader &read) const
         return value ? Outcome(std::abs(*value)) : std::nullopt;
     }
     case NodeKind::Limiter:
-        return node.formula ? node.formula(inputs) : LimitedBy(inputs);
+        return node.formula ? node.formula(inputs) : LimitedBy(inputs, node);
     case NodeKind::Comparator:
         return Compared(inputs, node.text);
     case NodeKind::Switch:

@@ -51,8 +51,10 @@ struct Node {
     int param = -1;      ///< of values and signals, and what a named formula rests on; -1 none
     double number = 0;   ///< of constants; factor of gains
     double perCount = 0; ///< of values: what a raw count stands for on its wires, 0 for what the box shows
-    int state = 0;       ///< switches: the contact touched, -1 none; contacts: 1 closed
-    NetFormula formula = {}; ///< of formulas
+    std::optional<double> lowest = {};  ///< of limiters at which no wire brings it
+    std::optional<double> highest = {}; ///< the same
+    int state = 0;                      ///< switches: the contact touched, -1 none; contacts: 1 closed
+    NetFormula formula = {};            ///< of formulas; of signals that no parameter has
 };
 
 /** The end of a wire at an element. */

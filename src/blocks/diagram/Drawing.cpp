@@ -186,12 +186,19 @@ Shape Drawing::Value(const QRectF &rect, int p)
     return Shape(rect, net_.Add({.kind = NodeKind::Value, .param = p}));
 }
 
-void Drawing::Gives(const Shape &shape, NetFormula formula)
+void Drawing::Gives(int index, NetFormula formula)
 {
-    Node &node = net_.nodes[std::size_t(shape.Node())];
-    if (node.kind != NodeKind::Limiter)
+    Node &node = net_.nodes[std::size_t(index)];
+    if (node.kind != NodeKind::Limiter && node.kind != NodeKind::Signal)
         node.kind = NodeKind::Formula;
     node.formula = std::move(formula);
+}
+
+void Drawing::Holds(const Shape &limiter, double lowest, double highest)
+{
+    Node &node = net_.nodes[std::size_t(limiter.Node())];
+    node.lowest = lowest;
+    node.highest = highest;
 }
 
 Shape Drawing::Group(const QRectF &rect, const QString &name, std::initializer_list<Shape> members)
