@@ -84,6 +84,19 @@ void BlockSheet::Follow()
     if (!rows_.isEmpty() && rows_.last().IsLinked())
         SetRowParam(LinkedRow, table_.Value(rows_.first().param));
     Update();
+    // A sheet that is only computed with has nobody to look at it.
+    if (drawing.Changed)
+        UpdateLooks();
+}
+
+void BlockSheet::UpdateLooks()
+{
+    if (!results_)
+        results_ = std::make_unique<NetValues>(drawing.TheNet());
+    results_->Follow(table_);
+    for (int i = 0; i < int(drawing.Elements().size()); ++i)
+        if (const auto look = LookOf(drawing.At(i), drawing.TheNet(), *results_))
+            drawing.SetLook(i, *look);
 }
 
 void BlockSheet::MeasureRows()

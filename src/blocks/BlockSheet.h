@@ -157,6 +157,8 @@ protected:
 
 private:
     void MeasureRows();
+    /** Brings up to date what the shapes show of the values around them. */
+    void UpdateLooks();
     void PlaceTable(const QRectF &frame, const Group &group, double captionWidth);
 
     ParameterTable &table_;
@@ -167,6 +169,7 @@ private:
     QList<SheetArea> areas_;
     QList<int> placed_;
     QList<int> extraInterest_;
+    std::unique_ptr<NetValues> results_; ///< of the drawing's net, made when somebody looks at it
 };
 
 /** Makes a block's sheet; what BlockDescriptor::sheet holds. */

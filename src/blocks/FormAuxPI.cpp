@@ -104,6 +104,7 @@ private:
         const Shape sum = d.Sum({103, y}, QStringLiteral(" + +"));
         d.Wire(pi_.RightAt(y - 4), proportional.Left());
         d.Wire(pi_.RightAt(y + 4), integral.Left());
+        d.ShowsLevel(pi_, integral, clamp_);
         d.Wire(proportional.Right(), sum.Top());
         d.Line(integral.Right(), integral_);
         d.Wire(integral_.To(Side::Right), sum.Bottom());

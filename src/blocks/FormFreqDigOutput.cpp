@@ -54,6 +54,9 @@ protected:
         const Shape on = Box(FreqDigitalOutOnValue, {comparatorX - 2, digitalY - 10});
         const Shape off =
             Box(FreqDigitalOutOffValue, {comparatorX - 2, digitalY + RowBelow}, CaptionAt::Below);
+        // The points are held against the counts of what is selected, whatever their units.
+        d.SetScale(on, PercentPerCount);
+        d.SetScale(off, PercentPerCount);
         d.Wire(absSwitch_.Pivot(), comparator.Left());
         d.Wire(on.Bottom(), comparator.Top());
         d.Wire(off.Top(), comparator.Bottom());

@@ -43,6 +43,9 @@ protected:
         const Shape off = Box(RelayOut1OffValue, {x - 2, y + RowBelow}, CaptionAt::Below);
         const Shape status = Box(RelayOut1Status, {x + 14, y});
         const Shape coil = d.Coil({x + 32, y});
+        // The points are held against the counts of what is selected, whatever their units.
+        d.SetScale(on, PercentPerCount);
+        d.SetScale(off, PercentPerCount);
         d.Wire(absSwitch_.Pivot(), comparator.Left());
         d.Wire(on.Bottom(), comparator.Top());
         d.Wire(off.Top(), comparator.Bottom());

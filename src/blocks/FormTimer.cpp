@@ -42,6 +42,7 @@ protected:
         d.Wire(count.Right(), comparator.Left());
         d.Wire(threshold.Bottom(), comparator.Top());
 
+        d.ShowsLevel(counter, count, threshold);
         const Shape greater = Box(TimerGreaterThan, {62, y + 10});
         const Shape less = Box(TimerLessThanOrEqual, {62, y + 18}, CaptionAt::Below);
         switch_ = d.Switch(QStringLiteral("LineSwitch"), {92, y + 14}, {{83, y + 10}, {83, y + 18}});

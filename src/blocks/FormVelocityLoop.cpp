@@ -114,6 +114,7 @@ private:
         d.Wire(clamp.Right(), pi.BottomAt(104));
         d.Wire(enable.Right(), pi.BottomAt(108));
         d.Wire(pi.Right(), output.Left());
+        d.ShowsLevel(pi, output, clamp);
         d.To(output.Right(), {141, DemandY}, QStringLiteral("(101) Final I Demand"), FinalIDemand,
              QStringLiteral("LabelFinalIDemand"));
     }

@@ -201,6 +201,15 @@ void Drawing::Holds(const Shape &limiter, double lowest, double highest)
     node.highest = highest;
 }
 
+void Drawing::ShowsLevel(const Shape &shape, const Shape &value, const Shape &level)
+{
+    for (Element &element : elements_)
+        if (element.node == shape.Node()) {
+            element.shownNode = value.Node();
+            element.levelNode = level.Node();
+        }
+}
+
 Shape Drawing::Group(const QRectF &rect, const QString &name, std::initializer_list<Shape> members)
 {
     const Shape group(rect, net_.Add({.kind = NodeKind::Group, .text = name}));
@@ -402,6 +411,14 @@ void Drawing::SetState(int index, int state)
     elements_[index].state = state;
     if (const int node = elements_[index].node; node >= 0)
         net_.nodes[std::size_t(node)].state = state;
+    Announce(index);
+}
+
+void Drawing::SetLook(int index, const ShapeLook &look)
+{
+    if (elements_.at(index).look == look)
+        return;
+    elements_[index].look = look;
     Announce(index);
 }
 

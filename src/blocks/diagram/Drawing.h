@@ -1,6 +1,7 @@
 #pragma once
 
 #include "blocks/diagram/Geometry.h"
+#include "blocks/diagram/ShapeLook.h"
 
 #include <QList>
 #include <QString>
@@ -75,6 +76,9 @@ struct Element {
     int partner = -1;     ///< links: index of the switch
     int node = -1;        ///< its index in the net, -1 where no signal passes it
     int edge = -1;        ///< wires and links: their index in the net
+    int shownNode = -1;   ///< of the value that is on its way to its level, -1 where there is none
+    int levelNode = -1;
+    ShapeLook look = {}; ///< what it shows of the values around it
 };
 
 class Drawing;
@@ -156,6 +160,8 @@ public:
     void Gives(const Port &signal, NetFormula formula) { Gives(signal.node, std::move(formula)); }
     /** Limits of a limiter at which no wire brings any. */
     void Holds(const Shape &limiter, double lowest, double highest);
+    /** A box shows how far a value is on its way to its level: to its clamp, or to the end of its time. */
+    void ShowsLevel(const Shape &shape, const Shape &value, const Shape &level);
     /** A box from which values go on together, as a set; see NodeKind::Group. */
     Shape Group(const QRectF &rect, const QString &name, std::initializer_list<Shape> members);
 
@@ -303,6 +309,7 @@ public:
 
     void SetState(int index, int state);
     void SetText(int index, const QString &text);
+    void SetLook(int index, const ShapeLook &look);
     void SetVisible(int index, bool visible);
     void SetFaint(int index, bool isFaint);
     void SetLit(int index, bool isLit);

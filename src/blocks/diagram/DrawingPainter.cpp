@@ -1,5 +1,6 @@
 #include "blocks/diagram/DrawingPainter.h"
 
+#include "blocks/diagram/ShapePainter.h"
 #include "desktop/BoxColors.h"
 
 #include <QPainter>
@@ -14,53 +15,6 @@ namespace
 constexpr double LineWidth = 0.24;
 constexpr double LitWidth = 0.4;
 constexpr double ContactRadius = 0.5;
-
-/** Characteristics drawn inside boxes, in fractions of the box: each stroke by itself. */
-QList<QPolygonF> Characteristic(const Element &element)
-{
-    const bool isOneSided = element.state == 0;
-    switch (element.symbol) {
-    case Symbol::Limiter:
-        if (isOneSided)
-            return {{{{0.12, 0.72}, {0.5, 0.72}, {0.78, 0.22}, {0.9, 0.22}}}};
-        return {{{{0.16, 0.78}, {0.34, 0.78}, {0.66, 0.22}, {0.84, 0.22}}}};
-    case Symbol::Ramp:
-        return {{{{0.14, 0.8}, {0.3, 0.8}, {0.62, 0.22}, {0.86, 0.22}}}};
-    case Symbol::Curve:
-        if (isOneSided)
-            return {{{{0.1, 0.78}, {0.26, 0.78}, {0.78, 0.2}, {0.92, 0.2}}}};
-        return {{{{0.08, 0.84}, {0.2, 0.84}, {0.8, 0.16}, {0.92, 0.16}}}};
-    case Symbol::Absolute:
-        return {{{{0.22, 0.12}, {0.5, 0.5}, {0.78, 0.12}}}};
-    case Symbol::Hysteresis:
-        return {{{{0.12, 0.78}, {0.66, 0.78}, {0.66, 0.22}}}, {{{0.34, 0.78}, {0.34, 0.22}, {0.88, 0.22}}}};
-    case Symbol::DeadBand:
-        return {{{{0.12, 0.84}, {0.36, 0.62}, {0.36, 0.5}, {0.64, 0.5}, {0.64, 0.38}, {0.88, 0.16}}}};
-    default:
-        return {};
-    }
-}
-
-/** The axes behind a characteristic. */
-QList<QPolygonF> Axes(const Element &element)
-{
-    const auto crossing = [](double level) {
-        const QList<QPointF> across = {QPointF(0.08, level), QPointF(0.92, level)};
-        const QList<QPointF> upwards = {QPointF(0.5, 0.1), QPointF(0.5, 0.9)};
-        return QList<QPolygonF>{QPolygonF(across), QPolygonF(upwards)};
-    };
-    const bool isOneSided = element.state == 0;
-    switch (element.symbol) {
-    case Symbol::Curve:
-        return isOneSided ? QList<QPolygonF>{{{{0.1, 0.1}, {0.1, 0.9}, {0.92, 0.9}}}} : crossing(0.5);
-    case Symbol::DeadBand:
-        return crossing(0.5);
-    case Symbol::Limiter:
-        return isOneSided ? crossing(0.72) : QList<QPolygonF>();
-    default:
-        return {};
-    }
-}
 
 } // namespace
 
@@ -143,11 +97,13 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
     case Symbol::Scale:
     case Symbol::Pi:
     case Symbol::Delay:
+        PaintMemory(*this, element);
+        break;
     case Symbol::Comparator:
-        PaintBox(element.rect);
+        PaintComparator(*this, element);
         break;
     case Symbol::Latch:
-        PaintLatch(element);
+        PaintLatch(*this, element);
         break;
     case Symbol::Limiter:
     case Symbol::Ramp:
@@ -155,7 +111,7 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
     case Symbol::DeadBand:
     case Symbol::Curve:
     case Symbol::Absolute:
-        PaintCharacteristic(element);
+        PaintCharacteristic(*this, element);
         break;
     case Symbol::Coil:
         PaintBox(element.rect);
@@ -312,42 +268,6 @@ void DrawingPainter::PaintRoll(const Element &element)
     const double hub = 0.5 * unit_;
     painter_.drawLine(centre - QPointF(hub, 0), centre + QPointF(hub, 0));
     painter_.drawLine(centre - QPointF(0, hub), centre + QPointF(0, hub));
-}
-
-void DrawingPainter::PaintCharacteristic(const Element &element)
-{
-    PaintBox(element.rect);
-    const auto place = [&](const QPointF &part) {
-        return Px(QPointF(element.rect.left() + part.x() * element.rect.width(),
-                          element.rect.top() + part.y() * element.rect.height()));
-    };
-    const auto strokes = [&](const QList<QPolygonF> &lines) {
-        for (const QPolygonF &parts : lines) {
-            QPolygonF line;
-            for (const QPointF &part : parts)
-                line.append(place(part));
-            painter_.drawPolyline(line);
-        }
-    };
-    SetInk(ink_.faint, 0.12);
-    strokes(Axes(element));
-    SetInk(ink_.curve, 0.25);
-    strokes(Characteristic(element));
-}
-
-void DrawingPainter::PaintLatch(const Element &element)
-{
-    PaintBox(element.rect);
-    // The step at S says that the change counts, the lamp at the output that the latch is set.
-    const Shape shape(element.rect);
-    const QPointF set = Drawing::SetInput(shape).at;
-    SetInk(ink_.curve, 0.2);
-    painter_.drawPolyline(Px(QPolygonF{
-        {set + QPointF(0.4, 0.7), set + QPointF(1, 0.7), set + QPointF(1, -0.7), set + QPointF(1.6, -0.7)}}));
-    const bool isSet = element.state != 0;
-    SetInk(isSet ? ink_.arm : line_, lineWidth_, isSet ? ink_.arm : ink_.paper);
-    const double lamp = 0.8 * unit_;
-    painter_.drawEllipse(Px(QPointF(element.rect.right() - 1.8, element.rect.top() + 1.8)), lamp, lamp);
 }
 
 void DrawingPainter::PaintArm(const Element &element)

@@ -32,25 +32,29 @@ public:
 
     void Paint(const Drawing &drawing, const QRectF &exposedCells);
 
+    // What the single shapes are painted with; see ShapePainter.h.
+
+    QPainter &Canvas() { return painter_; }
+    const DrawingInk &Ink() const { return ink_; }
+    double Unit() const { return unit_; }
+    /** @param cells the width of the line. */
+    void SetInk(const QColor &color, double cells, const QBrush &fill = Qt::NoBrush,
+                Qt::PenStyle style = Qt::SolidLine);
+    void PaintBox(const QRectF &rect);
+    QPointF Px(const QPointF &cells) const { return cells * unit_; }
+    QRectF Px(const QRectF &cells) const { return {cells.topLeft() * unit_, cells.size() * unit_}; }
+    QPolygonF Px(const QPolygonF &cells) const { return QTransform::fromScale(unit_, unit_).map(cells); }
+
 private:
     void PaintElement(const Drawing &drawing, const Element &element);
     void PaintWire(const QPolygonF &line, bool arrow);
-    void PaintBox(const QRectF &rect);
     void PaintRound(const Element &element);
     void PaintTriangle(const Element &element);
     void PaintGate(const Element &element);
     void PaintOr(const QRectF &rect);
     void PaintRoll(const Element &element);
-    void PaintCharacteristic(const Element &element);
-    void PaintLatch(const Element &element);
     void PaintArm(const Element &element);
     void PaintTerminal(const Element &element);
-    /** @param cells the width of the line. */
-    void SetInk(const QColor &color, double cells, const QBrush &fill = Qt::NoBrush,
-                Qt::PenStyle style = Qt::SolidLine);
-    QPointF Px(const QPointF &cells) const { return cells * unit_; }
-    QRectF Px(const QRectF &cells) const { return {cells.topLeft() * unit_, cells.size() * unit_}; }
-    QPolygonF Px(const QPolygonF &cells) const { return QTransform::fromScale(unit_, unit_).map(cells); }
 
     QPainter &painter_;
     const DrawingInk &ink_;
