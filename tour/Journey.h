@@ -21,6 +21,8 @@ void AddLostLinkJob(Tour &tour);
 void AddFollowJob(Tour &tour);
 /** The map of the drive: a path, a block that a click opens, and what stands in the way of a stopped drive. */
 void AddMapJob(Tour &tour);
+/** Shapes of the drawings that show what they do; on line, after the lost links. */
+void AddLiveShapesJob(Tour &tour);
 /** A round through every window of the Blocks menu. */
 void AddBlockRound(Tour &tour);
 /** Finds a parameter by what it is called, and goes to its window. */

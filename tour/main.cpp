@@ -66,6 +66,7 @@ int main(int argc, char **argv)
     AddLostLinkJob(tour);
     AddFollowJob(tour);
     AddMapJob(tour);
+    AddLiveShapesJob(tour);
     AddBlockRound(tour);
     AddFindJob(tour);
     AddOnlineRound(tour);

@@ -97,7 +97,7 @@ void DrawingPainter::PaintElement(const Drawing &drawing, const Element &element
     case Symbol::Scale:
     case Symbol::Pi:
     case Symbol::Delay:
-        PaintMemory(*this, element);
+        PaintCaptioned(*this, element);
         break;
     case Symbol::Comparator:
         PaintComparator(*this, element);

@@ -154,6 +154,23 @@ ShapeLook LimiterLook(const Surroundings &around, const Node &node, bool isOneSi
     return look;
 }
 
+/** A limiter in a box whose limit lines stand on it as elements of their own. */
+bool IsLimiterBox(const Element &element, const Surroundings &around)
+{
+    return element.symbol == Symbol::Function && around.CountOn(Side::Left) > 0 &&
+           around.CountOn(Side::Top) > 0 && around.CountOn(Side::Bottom) > 0;
+}
+
+/** The same place on wider and taller lines. */
+ShapeLook Spread(ShapeLook look)
+{
+    constexpr double across = 0.3 / (Place::BandRight - Place::BandLeft);
+    constexpr double up = 0.75 / (Place::Low - Place::High);
+    if (look.point)
+        look.point = QPointF(0.5 + (look.point->x() - 0.5) * across, 0.5 + (look.point->y() - 0.5) * up);
+    return look;
+}
+
 ShapeLook RampLook(const Surroundings &around)
 {
     const Value given = around.Behind();
@@ -282,7 +299,9 @@ ShapeLook ExactLook(const Element &element, const Net &net, const NetValues &val
     case Symbol::Absolute:
         return AbsoluteLook(around);
     default:
-        return LevelLook(element, values);
+        return IsLimiterBox(element, around)
+                   ? Spread(LimiterLook(around, net.nodes[std::size_t(element.node)], false))
+                   : LevelLook(element, values);
     }
 }
 
@@ -300,7 +319,8 @@ std::optional<ShapeLook> LookOf(const Element &element, const Net &net, const Ne
     case Symbol::Absolute:
         break;
     default:
-        if (element.levelNode < 0)
+        if (element.node < 0 ||
+            (element.levelNode < 0 && !IsLimiterBox(element, Surroundings(element.node, net, values))))
             return std::nullopt;
     }
     ShapeLook look = ExactLook(element, net, values);

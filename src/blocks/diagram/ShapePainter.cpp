@@ -10,7 +10,7 @@ namespace quorvik
 namespace
 {
 
-constexpr double PointRadius = 0.42;
+constexpr double PointRadius = 0.5;
 constexpr double LampRadius = 0.6;
 
 /** Characteristics drawn inside boxes, in fractions of the box: each stroke by itself. */
@@ -156,9 +156,10 @@ void PaintLatch(DrawingPainter &on, const Element &element)
     PaintLamp(on, element.rect.topRight() + QPointF(-1.8, 1.8), 0.8, element.state != 0);
 }
 
-void PaintMemory(DrawingPainter &on, const Element &element)
+void PaintCaptioned(DrawingPainter &on, const Element &element)
 {
     on.PaintBox(element.rect);
+    PaintPoint(on, element);
     if (!element.look.full)
         return;
     PaintGauge(on, element);

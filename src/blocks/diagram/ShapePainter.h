@@ -14,8 +14,7 @@ void PaintCharacteristic(DrawingPainter &on, const Element &element);
 /** A box with a lamp that says that the relation holds, and how far the value is from its level. */
 void PaintComparator(DrawingPainter &on, const Element &element);
 void PaintLatch(DrawingPainter &on, const Element &element);
-/** A box of something with a memory; along its bottom, where it has a level, how far it is on its way there.
- */
-void PaintMemory(DrawingPainter &on, const Element &element);
+/** A box that says in words what it is; along its bottom, where it has a level, how far it is on its way. */
+void PaintCaptioned(DrawingPainter &on, const Element &element);
 
 } // namespace quorvik
