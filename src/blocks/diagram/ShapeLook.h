@@ -16,10 +16,10 @@ struct Element;
  * downwards, rounded to what can be seen, so that a look that compares equal need not be painted again.
  */
 struct ShapeLook {
-    QPolygonF line;               ///< of a curve: its characteristic
-    QPointF origin;               ///< of a curve: where its axes cross
-    std::optional<QPointF> point; ///< the working point
-    std::optional<double> full;   ///< of what counts up to a level: how far it is, from 0 to 1
+    QPolygonF line = {};               ///< of a curve: its characteristic
+    QPointF origin = {};               ///< of a curve: where its axes cross
+    std::optional<QPointF> point = {}; ///< the working point
+    std::optional<double> full = {};   ///< of what counts up to a level: how far it is, from 0 to 1
     bool isActive = false;  ///< it limits, ramps, suppresses, stands at its clamp, or its relation holds
     bool isFlipped = false; ///< of a hysteresis that is on below its band
 
