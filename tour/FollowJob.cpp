@@ -66,8 +66,7 @@ void AddFollowJob(Tour &tour)
         QStringLiteral("Blocks, Setpoints"), [&tour] { return Window(tour, Ramp) != nullptr; },
         [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuBlockSetpointS")); });
     tour.Add(
-        QStringLiteral("Window, Tile; the mouse on the wire behind Ramp Input"),
-        [&tour] { return Window(tour, Setpoints) != nullptr; },
+        QStringLiteral("Window, Tile Vertical"), [&tour] { return Window(tour, Setpoints) != nullptr; },
         [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuWindowTileVertical")); });
     tour.Add(
         QStringLiteral("The mouse goes to the wire behind Reference 0"),
