@@ -72,11 +72,14 @@ void AddWhyNotJob(Tour &tour)
         [&tour] {
             tour.Say(QStringLiteral("   ") + Headline(tour));
             tour.User().WindowTitled(QStringLiteral("Velocity Loop"))->close();
-            tour.TakePicture(QStringLiteral("39-why-not-runs"));
-            tour.User().WindowTitled(WhyNotWindow())->close();
-            return QString();
+            return tour.User().ChooseMenu(QStringLiteral("mnuToolsWhyNot"));
         },
         followMs + demoCycleMs);
+    tour.Do(QStringLiteral("All conditions in sight"), [&tour] {
+        tour.TakePicture(QStringLiteral("39-why-not-runs"));
+        tour.User().WindowTitled(WhyNotWindow())->close();
+        return QString();
+    });
 }
 
 } // namespace quorvik

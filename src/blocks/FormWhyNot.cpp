@@ -224,17 +224,18 @@ void FormWhyNot::TimerUpdateScreen_Timer()
     if (labelHeadline_->text() != why_.headline)
         labelHeadline_->setText(why_.headline);
     const bool hasFirst = why_.first >= 0;
-    commandFirst_->setEnabled(hasFirst);
-    commandFirst_->setText(hasFirst ? QStringLiteral("&Open ") +
-                                          table.FullName(why_.conditions[std::size_t(why_.first)].param)
-                                    : QStringLiteral("&Open the First Cause"));
+    commandFirst_->setEnabled(hasFirst && !why_.conditions[std::size_t(why_.first)].block.isEmpty());
+    // An ampersand in a drive's own name would pass for a mnemonic.
+    const QString name = hasFirst ? table.FullName(why_.conditions[std::size_t(why_.first)].param)
+                                  : QStringLiteral("the First Cause");
+    commandFirst_->setText(QStringLiteral("&Open ") + QString(name).replace(u'&', QStringLiteral("&&")));
     ShowConditions();
 }
 
 void FormWhyNot::ShowConditions()
 {
     const int count = int(why_.conditions.size());
-    const int before = listConditions_->topLevelItemCount();
+    const int chosen = ChosenParam();
     while (listConditions_->topLevelItemCount() > count)
         delete listConditions_->takeTopLevelItem(listConditions_->topLevelItemCount() - 1);
     while (listConditions_->topLevelItemCount() < count)
@@ -242,10 +243,31 @@ void FormWhyNot::ShowConditions()
     for (int row = 0; row < count; ++row)
         ShowCondition(*listConditions_->topLevelItem(row), why_.conditions[std::size_t(row)],
                       row == why_.first);
-    if (before == 0 && count > 0) {
-        listConditions_->setCurrentItem(listConditions_->topLevelItem(std::max(why_.first, 0)));
-    }
+    Choose(chosen);
     EnableCommands();
+}
+
+void FormWhyNot::Choose(int chosen)
+{
+    // The first cause stays chosen and in sight until the user chooses another row, which then stays so.
+    const bool isFollowing = chosen == followed_;
+    const auto at = std::ranges::find(why_.conditions, chosen, &Condition::param);
+    int row = isFollowing && why_.first >= 0 ? why_.first
+              : at == why_.conditions.end()  ? 0
+                                             : int(at - why_.conditions.begin());
+    // A parameter may stand twice.
+    if (!isFollowing && ChosenParam() == chosen)
+        row = listConditions_->indexOfTopLevelItem(listConditions_->currentItem());
+    QTreeWidgetItem *item = listConditions_->topLevelItem(row);
+    if (!item)
+        return;
+    if (item != listConditions_->currentItem()) {
+        listConditions_->setCurrentItem(item);
+        listConditions_->scrollToItem(item, isFollowing ? QAbstractItemView::PositionAtCenter
+                                                        : QAbstractItemView::EnsureVisible);
+    }
+    if (isFollowing)
+        followed_ = ChosenParam();
 }
 
 void FormWhyNot::ShowCondition(QTreeWidgetItem &item, const Condition &condition, bool isFirst) const
@@ -279,9 +301,11 @@ int FormWhyNot::ChosenParam() const
 
 void FormWhyNot::EnableCommands()
 {
+    const QTreeWidgetItem *item = listConditions_->currentItem();
+    const bool hasBox = item && !item->text(WindowColumn).isEmpty();
     for (QPushButton *command : {commandGoTo_, commandMap_})
         if (command)
-            command->setEnabled(ChosenParam() > 0);
+            command->setEnabled(hasBox);
 }
 
 void FormWhyNot::GoTo(int p)

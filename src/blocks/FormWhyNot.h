@@ -46,6 +46,9 @@ private:
     /** Polls what the explanation hangs on, and nothing else any more. */
     void Watch(const std::vector<int> &params);
     void ShowConditions();
+    /** Keeps the user's row, or the first cause where the user has chosen none. @param chosen parameter of
+     * the row before, -1 for none. */
+    void Choose(int chosen);
     void ShowCondition(QTreeWidgetItem &item, const Condition &condition, bool isFirst) const;
     void EnableCommands();
     int ChosenParam() const; ///< of the current row, -1 for none
@@ -54,6 +57,7 @@ private:
     WhyNot why_;
     std::unique_ptr<DriveCircuit> ownCircuit_; ///< where the desk has none
     std::set<int> watched_;
+    int followed_ = -1; ///< parameter of the row that was chosen for the user, -1 before there was one
     QLabel *labelOrigin_;
     QLabel *labelHeadline_;
     QTreeWidget *listConditions_;

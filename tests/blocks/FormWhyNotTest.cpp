@@ -81,6 +81,7 @@ TEST_F(FormWhyNotTest, AsksTheDriveForWhatItShowsAndJudgesWhatItTold)
     line.Tells(RunEnable, 0);
     Tick();
     EXPECT_TRUE(RowOf(RunEnable)->font(0).bold());
+    EXPECT_EQ(List()->currentItem(), RowOf(RunEnable)) << "the first cause, once it is known";
     EXPECT_TRUE(Text("LabelHeadline").find("not known yet") != std::string::npos);
     Close();
     for (int p = 0; p <= desk.table.LastParam; ++p)
