@@ -26,7 +26,7 @@ constexpr int HeadlineLines = 3;
 
 enum Column { StateColumn, ParameterColumn, ValueColumn, ExpectedColumn, SourceColumn, WindowColumn };
 /** Widths of the columns in characters. */
-constexpr int ColumnCharacters[] = {13, 31, 14, 41, 54, 18};
+constexpr int ColumnCharacters[] = {13, 31, 14, 44, 54, 18};
 
 /** A sign and a word, so that nothing hangs on a colour. */
 QString MarkOf(Verdict verdict)

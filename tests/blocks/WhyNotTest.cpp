@@ -193,6 +193,11 @@ TEST(WhyNotTest, NamesWhatKeepsTheDriveFromRunning)
             << qPrintable(why.AsText());
         EXPECT_TRUE(why.headline.contains(QLatin1String(scenario.says))) << qPrintable(why.AsText());
         EXPECT_EQ(why.runs, scenario.first < 0);
+        for (std::size_t i = std::size_t(why.first + 1); i < why.conditions.size(); ++i)
+            EXPECT_FALSE(why.first >= 0 && why.conditions[i].verdict == Verdict::Blocks &&
+                         plant.parameters.AttrBit(Attr::ReadOnly, why.conditions[i].param))
+                << "what follows is no cause:\n"
+                << qPrintable(why.AsText());
     }
 }
 
