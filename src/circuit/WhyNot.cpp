@@ -199,8 +199,7 @@ private:
             reads.insert(reads.end(), source.reads.begin(), source.reads.end());
         }
         std::ranges::sort(reads);
-        const auto rest = std::ranges::unique(reads);
-        reads.erase(rest.begin(), rest.end());
+        reads.erase(std::unique(reads.begin(), reads.end()), reads.end());
         return reads;
     }
 
