@@ -6,12 +6,12 @@ namespace quorvik
 /** The measures of the map, pixels at zoom 1. */
 namespace MapMetrics
 {
-inline constexpr double CardWidth = 178;
+inline constexpr double CardWidth = 184;
 inline constexpr double HeaderHeight = 23;
 inline constexpr double RowHeight = 18;
 inline constexpr double CardFoot = 5;
 inline constexpr double SymbolHeight = 78; ///< of the motor
-inline constexpr double GutterWidth = 52;
+inline constexpr double GutterWidth = 48;
 inline constexpr double ChannelHeight = 34;
 inline constexpr double Margin = 18;
 inline constexpr double LegendHeight = 26;

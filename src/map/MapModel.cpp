@@ -121,7 +121,7 @@ MapRow MapModel::RowOf(const CardRow &row) const
         const int selected = table_.Value(row.selector);
         const bool isLinked = selected > 0 && selected <= table_.UpperBound();
         const QString name = isLinked ? table_[selected].Name : QStringLiteral("not linked");
-        shown.caption += (shown.caption.isEmpty() ? QString() : QStringLiteral("  ")) + name;
+        shown.caption += (shown.caption.isEmpty() ? QString() : QStringLiteral(" ")) + name;
         if (row.param < 0)
             shown.param = isLinked ? selected : -1;
     }

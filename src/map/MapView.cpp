@@ -86,12 +86,12 @@ QRectF MapView::CardOnScreen(int card) const
 
 int MapView::LitCard() const
 {
-    return hoverCard_ >= 0 ? hoverCard_ : hasFocus() ? focusCard_ : -1;
+    return hoverCard_ >= 0 ? hoverCard_ : hasFocus() && isKeyed_ ? focusCard_ : -1;
 }
 
 MapLight MapView::Light() const
 {
-    return {.card = LitCard(),
+    return {.card = hoverCard_ < 0 && hasFocus() ? focusCard_ : hoverCard_,
             .row = hoverRow_,
             .path = path_,
             .pulsing = pulsing_,
@@ -197,6 +197,7 @@ void MapView::BringIntoSight(int card)
 void MapView::SetFocusCard(int card)
 {
     focusCard_ = card;
+    isKeyed_ = true;
     hoverCard_ = hoverRow_ = -1;
     BringIntoSight(card);
     LightUp();
@@ -321,6 +322,10 @@ void MapView::keyPressEvent(QKeyEvent *event)
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
                event->key() == Qt::Key_Space) {
         Q_EMIT Activated(focusCard_, -1);
+    } else if (event->key() == Qt::Key_Escape && isKeyed_) {
+        isKeyed_ = false;
+        LightUp();
+        update();
     } else {
         QWidget::keyPressEvent(event);
     }
@@ -329,6 +334,7 @@ void MapView::keyPressEvent(QKeyEvent *event)
 void MapView::focusInEvent(QFocusEvent *event)
 {
     QWidget::focusInEvent(event);
+    isKeyed_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     LightUp();
     update();
 }

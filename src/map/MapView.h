@@ -83,6 +83,7 @@ private:
     bool isFitted_ = true;
     bool isRouted_ = false;
     int focusCard_ = 0;
+    bool isKeyed_ = false; ///< keys brought the focus, and its path is lit: nobody looks for one at first
     int hoverCard_ = -1;
     int hoverRow_ = -1;
     std::optional<MapPath> path_;

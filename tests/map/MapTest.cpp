@@ -263,10 +263,14 @@ TEST_F(MapTest, KeysMoveOpenAndZoom)
                           {Qt::Key_Right, "Internal Links"},
                           {Qt::Key_Up, "MOP"},
                           {Qt::Key_Up, "Setpoints"}};
+    EXPECT_FALSE(view.Light().path) << "nobody has looked for one";
     for (const Move &move : moves) {
         Press(move.key);
         EXPECT_EQ(view.FocusCard(), Card(move.card)) << move.card;
     }
+    EXPECT_TRUE(view.Light().path);
+    Press(Qt::Key_Escape);
+    EXPECT_FALSE(view.Light().path);
     const double fitted = view.Zoom();
     Press(Qt::Key_Plus);
     EXPECT_GT(view.Zoom(), fitted);
