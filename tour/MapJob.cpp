@@ -15,7 +15,7 @@ namespace
 
 FormMap *Map(Tour &tour)
 {
-    return qobject_cast<FormMap *>(tour.User().WindowTitled(QStringLiteral("Map of the Drive")));
+    return tour.TheProgram().Main().findChild<FormMap *>();
 }
 
 /** Where a card is on the map, or of one of its rows. */
@@ -45,7 +45,7 @@ void AddMapJob(Tour &tour)
         [&tour] { return Map(tour) && Map(tour)->Model().Wires().size() > 0; },
         [&tour, setpoints] {
             FormMap &map = *Map(tour);
-            map.showMaximized();
+            tour.User().WindowTitled(map.windowTitle())->showMaximized();
             QTest::mouseMove(&map.View(), Place(map, setpoints, 0));
             return QString();
         });
@@ -69,7 +69,10 @@ void AddMapJob(Tour &tour)
         [&tour, setpoints] {
             tour.TakePicture(QStringLiteral("49-map-to-block"));
             tour.User().WindowTitled(setpoints)->close();
-            Map(tour)->close();
+            QWidget *window = tour.User().WindowTitled(Map(tour)->windowTitle());
+            // What comes next is not maximised.
+            window->showNormal();
+            window->close();
             return QString();
         });
 }
