@@ -16,7 +16,8 @@ constexpr int OneCycleMs = 100000; ///< of the simulated drive's run and rest
 /** What the shape of an open block window shows; nothing special while the window is not there. */
 ShapeLook LookIn(Tour &tour, const QString &window, Symbol symbol)
 {
-    const auto *form = qobject_cast<const BlockForm *>(tour.User().WindowTitled(window));
+    const QWidget *frame = tour.User().WindowTitled(window);
+    const auto *form = frame ? frame->findChild<const BlockForm *>() : nullptr;
     if (!form)
         return {};
     const auto at = std::ranges::find(form->drawing().Elements(), symbol, &Element::symbol);
