@@ -222,11 +222,8 @@ Outcome NetValues::Compute(int index, const NetInputs::Reader &read) const
     const Node &node = net_.nodes[std::size_t(index)];
     const NetInputs inputs(net_, results_, into_[std::size_t(index)], read);
     switch (node.kind) {
-    case NodeKind::Signal:
-        if (node.formula)
-            return node.formula(inputs);
-        [[fallthrough]];
     case NodeKind::Value:
+    case NodeKind::Signal:
         return read(node.param, node.perCount);
     case NodeKind::Constant:
         return node.number;

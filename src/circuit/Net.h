@@ -54,7 +54,7 @@ struct Node {
     std::optional<double> lowest = {};  ///< of limiters at which no wire brings it
     std::optional<double> highest = {}; ///< the same
     int state = 0;                      ///< switches: the contact touched, -1 none; contacts: 1 closed
-    NetFormula formula = {};            ///< of formulas; of signals that no parameter has
+    NetFormula formula = {};            ///< of formulas
 };
 
 /** The end of a wire at an element. */

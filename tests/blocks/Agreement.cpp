@@ -60,8 +60,7 @@ Agreement::Known Agreement::KnownOf(int index) const
     if (node.kind == NodeKind::Constant)
         return Known::AsConstant;
     if (IsSource(node))
-        return node.kind == NodeKind::Value || node.param >= 0 || node.formula ? Known::AsValue
-                                                                               : Known::Never;
+        return node.kind == NodeKind::Value || node.param >= 0 ? Known::AsValue : Known::Never;
     if (node.kind == NodeKind::Memory || node.kind == NodeKind::Terminal || node.kind == NodeKind::Group ||
         (node.kind == NodeKind::Formula && !node.formula))
         return Known::Never;
@@ -75,6 +74,8 @@ Agreement::Known Agreement::KnownOf(int index) const
         least = std::min(least, one);
         most = std::max(most, one);
     }
+    if (circuit.Into(index).empty())
+        return Known::AsValue; // a formula of parameters alone
     return least == Known::Never && !IsSwitch(node) ? Known::Never : most;
 }
 

@@ -186,10 +186,10 @@ Shape Drawing::Value(const QRectF &rect, int p)
     return Shape(rect, net_.Add({.kind = NodeKind::Value, .param = p}));
 }
 
-void Drawing::Gives(int index, NetFormula formula)
+void Drawing::Gives(const Shape &shape, NetFormula formula)
 {
-    Node &node = net_.nodes[std::size_t(index)];
-    if (node.kind != NodeKind::Limiter && node.kind != NodeKind::Signal)
+    Node &node = net_.nodes[std::size_t(shape.Node())];
+    if (node.kind != NodeKind::Limiter)
         node.kind = NodeKind::Formula;
     node.formula = std::move(formula);
 }

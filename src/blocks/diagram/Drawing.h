@@ -155,9 +155,7 @@ public:
         net_.nodes[std::size_t(value.Node())].perCount = perCount;
     }
     /** A rule for what an element makes of its inputs, in place of its kind's. */
-    void Gives(const Shape &shape, NetFormula formula) { Gives(shape.Node(), std::move(formula)); }
-    /** What a signal is that no parameter has, from those that tell it. */
-    void Gives(const Port &signal, NetFormula formula) { Gives(signal.node, std::move(formula)); }
+    void Gives(const Shape &shape, NetFormula formula);
     /** Limits of a limiter at which no wire brings any. */
     void Holds(const Shape &limiter, double lowest, double highest);
     /** A box shows how far a value is on its way to its level: to its clamp, or to the end of its time. */
@@ -323,7 +321,6 @@ public:
 
 private:
     int Add(Element element);
-    void Gives(int node, NetFormula formula);
     void AddWire(const Port &from, const Port &to, double bend, bool arrow,
                  Edge::Kind kind = Edge::Kind::Signal);
     Shape Box(Symbol symbol, const QPointF &left, const QSizeF &size, const QString &name = {},
