@@ -21,7 +21,7 @@ namespace
 {
 
 constexpr int TickMs = 500;
-constexpr int SoonMs = 50;
+constexpr int SoonMs = 100;
 
 const BlockMenuEntry *BlockOf(int card)
 {
