@@ -76,10 +76,10 @@ TEST_F(ShapeLookTest, TheCurveFollowsItsPointsByWhatCanBeSeen)
     for (const auto &[p, raw, isSeen] :
          {std::tuple(AnalogIn1Status, 1026, false), std::tuple(AnalogIn1Status, 1100, true),
           std::tuple(AnalogIn1Bias, 2000, true), std::tuple(AnalogIn1Polarity, 1, true)}) {
-        const ShapeLook before = Look(Symbol::Curve);
+        const ShapeLook last = Look(Symbol::Curve);
         P(p) = raw;
         Tick();
-        EXPECT_EQ(Look(Symbol::Curve) != before, isSeen) << p;
+        EXPECT_EQ(Look(Symbol::Curve) != last, isSeen) << p;
     }
     EXPECT_LT(Look(Symbol::Curve).origin.y(), unipolar.origin.y()) << "room below zero";
 }
