@@ -51,7 +51,7 @@ private:
         const Shape setB =
             d.Group(tableB, QStringLiteral("Set B"),
                     {Placed(FwdAccelB), Placed(FwdDecelB), Placed(RevAccelB), Placed(RevDecelB)});
-        const double x = tableB.right() + 6;
+        const double x = tableB.right() + 5.5;
         const double yB = tableB.center().y();
         const double yA = tableA.bottom() + 3;
         const double middle = (yA + yB) / 2;
@@ -85,7 +85,7 @@ private:
                     QStringLiteral("Double-click to pass the ramp by, or to take it again"), RampBypass);
         d.Link(Box(RampBypass, {switchX - 2, y + 15}, CaptionAt::Below).Top(), bypass_);
 
-        const double enableX = switchX + 18.5;
+        const double enableX = switchX + 19;
         enable_ = d.Switch(QStringLiteral("LineRampEnable"), {enableX + 9, y + 7},
                            {{enableX, y + 4}, {enableX, y + 10}});
         d.Line(bypass_.Pivot(), enable_.Contact(Enabled));
