@@ -19,7 +19,8 @@ void AddWhyNotJob(Tour &tour);
 void AddLostLinkJob(Tour &tour);
 /** The value of a wire, its path through the open windows, and from box to box; after the lost link job. */
 void AddFollowJob(Tour &tour);
-/** The map of the drive: a path, a block that a click opens, and what stands in the way of a stopped drive. */
+/** The map of the drive: a path, a block that a click opens, and what stands in the way of a stopped drive.
+ */
 void AddMapJob(Tour &tour);
 /** Shapes of the drawings that show what they do; on line, after the lost links. */
 void AddLiveShapesJob(Tour &tour);

@@ -54,9 +54,9 @@ void Conditions::AddRampTime()
     const double level =
         std::min(std::abs(asked), std::max(walk_.ValueOf(ZeroSpeedSet).value_or(0), SeenTurning));
     const double seconds = walk_.ValueOf(p).value_or(0);
-    const bool isOnItsWay = !walk_.IsPredicting() &&
-                            std::abs(walk_.ValueOf(RampOutput).value_or(0)) < level &&
-                            seconds * level / 100 > PatientSeconds;
+    const double reached = std::abs(walk_.ValueOf(RampOutput).value_or(0));
+    const bool isOnItsWay =
+        !walk_.IsPredicting() && level > reached && seconds * level / 100 > PatientSeconds;
     Add(Of(p, QStringLiteral("must not hold the ramp back"), !isOnItsWay,
            QStringLiteral("The ramp has only come to %1 of %2; this is its time for 100 %. Wait, or shorten "
                           "it.")
