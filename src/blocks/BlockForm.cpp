@@ -63,7 +63,11 @@ BlockForm::BlockForm(Desk &desk, const BlockDescriptor &descriptor, int member)
     view_->Show(sheet_->drawing);
 }
 
-BlockForm::~BlockForm() = default;
+BlockForm::~BlockForm()
+{
+    // It listens to the sheet's controls, which go last of all.
+    delete follower_;
+}
 
 BlockForm *MakeBlockForm(Desk &desk, const BlockDescriptor &descriptor, int member)
 {

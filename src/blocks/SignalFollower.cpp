@@ -41,13 +41,19 @@ void Unite(CircuitPath &into, const CircuitPath &other)
     Unite(into.edges, other.edges);
 }
 
-/** Takes off the branches of a way down that end at a contact that is not touched. */
+/** Takes off the branches of a way down that a switch passes by, since it takes the signal from another one
+ * of them. A switch that takes it from elsewhere is where the way ends. */
 void Prune(const Circuit &circuit, CircuitPath &path)
 {
+    const auto isPassedBy = [&](int edge) {
+        const int target = circuit.EdgeAt(edge).to.node;
+        return !path.HasEdge(edge) && target >= 0 &&
+               path.HasNode(circuit.NodeIn(circuit.BlockOfEdge(edge), target));
+    };
     const auto leadsNowhere = [&](int node) {
         const std::vector<int> &onward = circuit.OutOf(node);
         return circuit.NodeAt(node).kind != NodeKind::Value && !onward.empty() &&
-               std::ranges::none_of(onward, [&](int edge) { return path.HasEdge(edge); });
+               std::ranges::all_of(onward, isPassedBy);
     };
     for (bool isDone = false; !isDone;) {
         const auto end = std::ranges::find_if(path.nodes, leadsNowhere);
@@ -82,7 +88,7 @@ SignalFollower::SignalFollower(Desk &desk, BlockForm &form, DiagramView &view)
     , drawing_(view.Shown())
     , window_(form.windowTitle())
     , into_(WireText::FindWires(drawing_.TheNet()))
-    , probe_(new WireProbe(view))
+    , probe_(new WireProbe(view, this))
     , tag_(new WireTag(&view))
 {
     for (int text = 0; text < drawing_.Texts().size(); ++text)

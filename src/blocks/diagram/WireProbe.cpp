@@ -124,8 +124,8 @@ void WireTag::ShowAt(const QString &text, const QPoint &place, const QList<QRect
     show();
 }
 
-WireProbe::WireProbe(DiagramView &view)
-    : QObject(&view)
+WireProbe::WireProbe(DiagramView &view, QObject *parent)
+    : QObject(parent)
     , view_(view)
 {
     view_.setMouseTracking(true);

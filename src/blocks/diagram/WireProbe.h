@@ -41,7 +41,8 @@ class WireProbe : public QObject
     Q_OBJECT
 
 public:
-    explicit WireProbe(DiagramView &view);
+    /** @param parent must go before the view does: it hears what goes on there to the last. */
+    WireProbe(DiagramView &view, QObject *parent);
 
     /** Makes a link of a text of the drawing, reached by Tab, that stands for the wire of its signal. */
     void MakeLink(int text);
