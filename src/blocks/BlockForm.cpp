@@ -186,7 +186,7 @@ void BlockForm::MakeRow(int index)
         const int p = RowParam(number);
         if (!InTable(p))
             return QString();
-        const QString state = desk().states.Describe(p);
+        QString state = desk().states.Describe(p);
         // The caption of a linked row has no room for the name.
         if (number != LinkedRow)
             return state;

@@ -315,6 +315,7 @@ std::vector<int> CustomRows(const Desk &desk)
 {
     const FormCustom *open = OpenCustom(desk);
     std::vector<int> rows;
+    rows.reserve(Slots);
     for (int row = 0; row < Slots; ++row)
         rows.push_back(open ? open->ParameterOf(row) : SavedNumber(desk.settings, row));
     return rows;

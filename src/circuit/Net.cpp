@@ -172,7 +172,7 @@ NetValues::NetValues(const Net &net)
     for (std::size_t node = 0; node < net.nodes.size(); ++node)
         if (waits[node] == 0)
             order_.push_back(int(node));
-    std::ranges::stable_partition(order_, isBox);
+    std::stable_partition(order_.begin(), order_.end(), isBox);
     // Elements in a loop without a box between them never come to their turn, and stay unknown.
     for (std::size_t i = 0; i < order_.size(); ++i)
         for (const int next : onward[std::size_t(order_[i])])

@@ -4,6 +4,7 @@
 #include "map/MapLayout.h"
 #include "map/MapMetrics.h"
 
+#include <QLineF>
 #include <algorithm>
 #include <array>
 #include <cmath>
