@@ -42,7 +42,7 @@ void AddMapJob(Tour &tour)
             [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuToolsMap")); });
     tour.Add(
         QStringLiteral("The map; the pointer on a reference lights its path"),
-        [&tour] { return Map(tour) && Map(tour)->Model().Wires().size() > 0; },
+        [&tour] { return Map(tour) && !Map(tour)->Model().Wires().empty(); },
         [&tour, setpoints] {
             FormMap &map = *Map(tour);
             tour.User().WindowTitled(map.windowTitle())->showMaximized();

@@ -113,8 +113,8 @@ private:
         const double low = card.top() + PortInset;
         const double high = card.bottom() - PortInset;
         wanted = std::clamp(wanted, low, high);
-        for (double distance = PortDistance; distance > 1; --distance)
-            for (double away = 0; away < card.height(); ++away)
+        for (int distance = int(PortDistance); distance > 1; --distance)
+            for (int away = 0; away < card.height(); ++away)
                 for (const double place : {wanted + away, wanted - away})
                     if (place >= low && place <= high && !IsTaken(end, place, distance))
                         return place;

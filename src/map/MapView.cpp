@@ -51,6 +51,7 @@ QSize MapView::sizeHint() const
 void MapView::Follow()
 {
     std::vector<std::vector<MapRow>> before;
+    before.reserve(std::size_t(MapModel::CardCount()));
     for (int card = 0; card < MapModel::CardCount(); ++card)
         before.push_back(model_.Rows(card));
     const std::vector<MapMark> marks = model_.Marks();
@@ -315,19 +316,32 @@ bool MapView::ZoomByKey(QKeyEvent *event)
 
 void MapView::keyPressEvent(QKeyEvent *event)
 {
-    if (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) {
-        QWidget::keyPressEvent(event);
-    } else if (MoveFocus(event->key()) || ZoomByKey(event)) {
+    const bool isForOthers = event->modifiers() & (Qt::AltModifier | Qt::MetaModifier);
+    if (!isForOthers && HandleKey(event))
         event->accept();
-    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
-               event->key() == Qt::Key_Space) {
+    else
+        QWidget::keyPressEvent(event);
+}
+
+bool MapView::HandleKey(QKeyEvent *event)
+{
+    if (MoveFocus(event->key()) || ZoomByKey(event))
+        return true;
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
         Q_EMIT Activated(focusCard_, -1);
-    } else if (event->key() == Qt::Key_Escape && isKeyed_) {
+        return true;
+    case Qt::Key_Escape:
+        if (!isKeyed_)
+            return false;
         isKeyed_ = false;
         LightUp();
         update();
-    } else {
-        QWidget::keyPressEvent(event);
+        return true;
+    default:
+        return false;
     }
 }
 

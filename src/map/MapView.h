@@ -70,6 +70,7 @@ private:
     void LightUp();
     void HoldInSight();
     void BringIntoSight(int card);
+    bool HandleKey(QKeyEvent *event); ///< whether it was one of the map's
     bool MoveFocus(int key);
     bool ZoomByKey(QKeyEvent *event);
     QString ToolTipAt(const QPointF &place) const;
