@@ -87,8 +87,19 @@ Outcome Compared(const NetInputs &inputs, const QString &relation)
     const auto values = AllOf(inputs);
     if (!values || values->size() != 2)
         return std::nullopt;
-    const double value = values->at(0);
-    const double level = values->at(1);
+    const std::optional<bool> holds = Holds(relation, values->at(0), values->at(1));
+    return holds ? Outcome(*holds) : std::nullopt;
+}
+
+Outcome Negated(const Outcome &value)
+{
+    return value ? Outcome(!IsTrue(*value)) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<bool> Holds(const QString &relation, double value, double level)
+{
     switch (relation.isEmpty() ? 0 : relation.at(0).unicode()) {
     case u'>':
         return value > level;
@@ -102,13 +113,6 @@ Outcome Compared(const NetInputs &inputs, const QString &relation)
         return std::nullopt;
     }
 }
-
-Outcome Negated(const Outcome &value)
-{
-    return value ? Outcome(!IsTrue(*value)) : std::nullopt;
-}
-
-} // namespace
 
 int Net::Add(Node node)
 {

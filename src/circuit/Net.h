@@ -88,6 +88,9 @@ struct Net {
     int Connect(const Pin &from, const Pin &to, Edge::Kind kind = Edge::Kind::Signal);
 };
 
+/** Whether a relation such as ">" holds between a value and its level; nothing for an unknown one. */
+std::optional<bool> Holds(const QString &relation, double value, double level);
+
 /** What enters an element. */
 class NetInputs
 {

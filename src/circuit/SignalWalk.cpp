@@ -234,10 +234,14 @@ Outcome SignalWalk::Work(int node) const
     }
     case NodeKind::Comparator: {
         const std::vector<int> inputs = Inputs(node);
-        const Outcome value = inputs.size() == 2 ? Result(SourceOf(inputs.front())) : std::nullopt;
-        const Outcome level = inputs.size() == 2 ? Result(SourceOf(inputs.back())) : std::nullopt;
-        const bool isAbove = found.text.startsWith(u'>');
-        return value && level ? Outcome(isAbove ? *value > *level : *value <= *level) : std::nullopt;
+        if (inputs.size() != 2)
+            return std::nullopt;
+        const Outcome value = Result(SourceOf(inputs.front()));
+        const Outcome level = Result(SourceOf(inputs.back()));
+        if (!value || !level)
+            return std::nullopt;
+        const std::optional<bool> holds = Holds(found.text, *value, *level);
+        return holds ? Outcome(*holds) : std::nullopt;
     }
     case NodeKind::Limiter:
     case NodeKind::Formula:
