@@ -77,6 +77,7 @@ void FormVirtualOperator::Form_Load()
     for (int index = 0; index < Records; ++index)
         FillRecord(index, isKnown.at(std::size_t(index)));
     ShowCommands();
+    timerUpdateScreen_->start();
 }
 
 void FormVirtualOperator::FillRecord(int index, bool isKnown)

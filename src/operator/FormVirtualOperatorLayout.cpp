@@ -102,8 +102,8 @@ FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOper
     On(&desk.document, &Document::VirtualSettingsLoaded, this, [this] { RefreshControls(); });
     On(&desk.table.Signals(), &TableSignals::Entered, this, [this] { ShowCommands(); });
     timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
+    timerUpdateScreen_->setInterval(UpdateInterval);
     On(timerUpdateScreen_, &QTimer::timeout, this, [this] { tickGuard_.Run([this] { ShowCommands(); }); });
-    timerUpdateScreen_->start(UpdateInterval);
     On(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state != Qt::ApplicationActive)
             commandJog_->Release();

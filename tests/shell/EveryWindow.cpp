@@ -33,6 +33,7 @@
 
 #include <QAbstractButton>
 #include <QSet>
+#include <QTimer>
 #include <memory>
 
 namespace quorvik::testing
@@ -44,6 +45,9 @@ namespace
 void Show(QWidget &window, const QString &picture, const Visit &visit)
 {
     SCOPED_TRACE(qPrintable(picture));
+    // However long it takes to come: what counts by the clock must not have moved.
+    for (auto *timer : window.findChildren<QTimer *>())
+        timer->stop();
     window.show();
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
