@@ -239,6 +239,7 @@ QLabel *BlockForm::StaticLabel(const QString &name) const
 
 void BlockForm::Write(int p, std::int32_t rawValue)
 {
+    const Intent intent(desk().table, Origin::Switch);
     // On line the acknowledgement of the write refreshes what hangs on the parameter.
     desk().table.SetParamValue(p, rawValue, true, !desk().table.PortOpen());
 }

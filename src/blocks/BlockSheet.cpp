@@ -231,6 +231,7 @@ void BlockSheet::ClickToFlip(const QString &name, const QRectF &cells, const QSt
 
 void BlockSheet::Write(int p, std::int32_t rawValue)
 {
+    const Intent intent(table_, Origin::Switch);
     // On line the acknowledgement of the write refreshes what hangs on the parameter.
     table_.SetParamValue(p, rawValue, true, !table_.PortOpen());
 }

@@ -152,6 +152,8 @@ protected:
     /** The row's box takes at least so many cells; called before the row is placed. */
     void SetMinimumBoxWidth(int row, double cells);
     void Write(int p, std::int32_t rawValue);
+    /** What is written while it lasts is one change. */
+    Intent Together() { return {table_, Origin::Switch}; }
     /** Keeps a parameter polled that no row shows, as long as a window shows the sheet. */
     void AddExtraInterest(int p) { extraInterest_.append(p); }
 

@@ -102,6 +102,7 @@ private:
 
     void CommandSet_Click()
     {
+        const Intent intent(desk().table, Origin::DriveCommand, QStringLiteral("Set the drive's clock"));
         // Each word comes from its own reading of the clock.
         for (int p = ClockSeconds; const auto word : ClockWords)
             Write(p++, word(desk().Now()));

@@ -117,7 +117,10 @@ protected:
         }
         commandClearFault_ = AddButton(QStringLiteral("CommandClearFault"), QStringLiteral("&Clear Fault"),
                                        QStringLiteral("Clears the latched fault in the drive"));
-        On(commandClearFault_, &QPushButton::clicked, this, [this] { Write(Param::ClearFault, 1); });
+        On(commandClearFault_, &QPushButton::clicked, this, [this] {
+            const Intent intent(desk().table, Origin::DriveCommand);
+            Write(Param::ClearFault, 1);
+        });
         // The drive has no command behind this button; it is there and does nothing.
         AddButton(QStringLiteral("CommandClearFaultLog"), QStringLiteral("Clear Fault Log"));
         QPushButton *atTheTrip =

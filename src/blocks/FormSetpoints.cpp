@@ -66,6 +66,7 @@ private:
               QStringLiteral("Click to step to the next reference"), {RefSelectMSB, RefSelectLSB}, [this] {
                   const int next = SelectedReference() + 1;
                   const int wrapped = next > 3 ? 0 : next;
+                  const Intent together = Together();
                   Write(RefSelectMSB, wrapped / 2);
                   Write(RefSelectLSB, wrapped % 2);
               });

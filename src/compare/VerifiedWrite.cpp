@@ -211,6 +211,9 @@ bool VerifiedWrite::TakeSet()
         Finish(End::OtherDrive);
         return false;
     }
+    for (WrittenRow &row : report_.rows)
+        if (now.Knows(row.value.param))
+            row.rawBefore = now.Value(row.value.param);
     if (!isResumed_)
         return true;
     for (int p = 0; p <= now.LastParam(); ++p)
@@ -242,6 +245,7 @@ void VerifiedWrite::BeginWriting()
         if (row.arrival == Arrival::NotSent)
             values.push_back(row.value);
     allInPhase_ = int(values.size());
+    Q_EMIT WritingBegins();
     link_.StartStore(std::move(values));
 }
 

@@ -52,6 +52,8 @@ Q_SIGNALS:
     /** So many values of all that are to be read, written and read back are through.
      * @param inPhase of them in the present phase, which has so many: allInPhase. */
     void Progressed(int done, int all, int inPhase, int allInPhase);
+    /** The rows that were not sent yet are sent now. */
+    void WritingBegins();
     /** The drive has taken a value. */
     void Taken(int p);
     void Finished();

@@ -39,6 +39,13 @@ void Document::MarkFile(bool modified)
     UpdateTitle();
 }
 
+void Document::BecomeSaved(const QString &path)
+{
+    FileName = path;
+    MarkFile(false);
+    Q_EMIT Saved();
+}
+
 void Document::BecomeUnnamed(bool modified)
 {
     FileName = Unnamed();

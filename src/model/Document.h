@@ -46,6 +46,8 @@ public:
 
     /** The set as a whole holds edits that no file has, or none; announced. */
     void MarkFile(bool modified);
+    /** The set is in this file, as it stands; announced with the mark. */
+    void BecomeSaved(const QString &path);
     /** The set is in no file from now on; announced with the mark. */
     void BecomeUnnamed(bool modified);
     /** Back to the factory set, in no file and without notes; the table is the caller's. */
@@ -63,6 +65,8 @@ Q_SIGNALS:
     /** The marks were set anew, whether or not they are other ones: something was entered, saved or opened.
      */
     void Marked();
+    /** The set was saved; FileName tells where. */
+    void Saved();
     /** A settings file has been read into VirtualSettings. */
     void VirtualSettingsLoaded();
 };

@@ -39,6 +39,26 @@ void ParameterTable::SetValue(int p, std::int32_t rawValue, ChangeCause cause)
         Q_EMIT signals_->Changed({.param = p, .before = before, .after = rawValue, .cause = cause});
 }
 
+void ParameterTable::BeginIntent(const IntentInfo &info)
+{
+    if (intentDepth_++ > 0)
+        return;
+    intent_ = info;
+    Q_EMIT signals_->IntentBegan();
+}
+
+void ParameterTable::NoteIntent(const QString &what)
+{
+    Q_EMIT signals_->IntentNoted(what);
+}
+
+void ParameterTable::EndIntent()
+{
+    if (intentDepth_ == 1)
+        Q_EMIT signals_->IntentEnded();
+    --intentDepth_;
+}
+
 bool ParameterTable::AttrBit(std::int32_t mask, int p) const
 {
     return (records_[p].Attributes & mask) > 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/Intent.h"
 #include "model/ParamTable.h"
 
 #include <QObject>
@@ -53,6 +54,12 @@ Q_SIGNALS:
     void Entered(int p, bool modified);
     /** The emulator has computed a value, whether or not it is another one. */
     void Computed(int p);
+    /** Somebody is about to change something; ParameterTable::CurrentIntent() tells what. */
+    void IntentBegan();
+    /** It has happened, whether or not a value changed. */
+    void IntentNoted(const QString &what);
+    /** It is over; CurrentIntent() still tells it. */
+    void IntentEnded();
 };
 
 /**
@@ -82,6 +89,12 @@ public:
     std::int16_t EditParamNumber = 0;
 
     TableSignals &Signals() const { return *signals_; }
+
+    /** What is being done just now, or null; see Intent. */
+    const IntentInfo *CurrentIntent() const { return intentDepth_ > 0 ? &intent_ : nullptr; }
+    void BeginIntent(const IntentInfo &info);
+    void NoteIntent(const QString &what);
+    void EndIntent();
 
     /** Whether the port is open: the only on-line state of the program. Set by whoever owns the link. */
     bool PortOpen() const { return portOpen_; }
@@ -167,6 +180,8 @@ private:
     RecordArray records_;
     std::unique_ptr<TableSignals> signals_;
     bool portOpen_ = false;
+    IntentInfo intent_;
+    int intentDepth_ = 0;
 };
 
 } // namespace quorvik

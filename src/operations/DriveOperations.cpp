@@ -161,11 +161,16 @@ OperationResult DriveOperations::ReadAnew()
 
 OperationResult DriveOperations::ReadAll()
 {
-    return RunScan(WholeScan::Reading);
+    Intent intent(table_, Origin::DriveCommand, QStringLiteral("Read the drive"));
+    OperationResult result = RunScan(WholeScan::Reading);
+    intent.Note(
+        QStringLiteral("Read the drive%1").arg(result.IsDone() ? QString() : QStringLiteral(", not whole")));
+    return result;
 }
 
 OperationResult DriveOperations::SendAll()
 {
+    const Intent intent(table_, Origin::File, QStringLiteral("Write the open set to the drive"));
     link_.StopOnlyRefusals = guards_.Asking ? MostStopOnlyRefusals : 0;
     return RunScan(WholeScan::Writing);
 }
@@ -193,6 +198,7 @@ OperationResult DriveOperations::RunScan(WholeScan kind)
             Guarded([this] { table_.RefreshAllDependents(); });
         SettleReading(scan);
     } else {
+        table_.NoteIntent(WriteSentence(scan));
         Q_EMIT WholeWriteEnded(WriteSentence(scan));
     }
     OperationResult result{.missing = {scan.missing.begin(), scan.missing.end()}};
@@ -205,6 +211,7 @@ OperationResult DriveOperations::RunScan(WholeScan kind)
 
 void DriveOperations::SaveDriveParameters()
 {
+    const Intent intent(table_, Origin::DriveCommand);
     table_.SetParamValue(Param::SaveParameters, 1, true, false);
     document_.DriveModified = false;
 }
@@ -216,6 +223,7 @@ OperationResult DriveOperations::LoadDriveParameters()
     // The link may have broken while the user was asked.
     if (!table_.PortOpen())
         return {Outcome::LinkLost};
+    const Intent intent(table_, Origin::DriveCommand);
     wasModified_ = document_.DriveModified;
     table_.SetParamValue(Param::LoadParameters, 1, true, false);
     document_.DriveModified = false;
@@ -228,6 +236,9 @@ OperationResult DriveOperations::RestartDrive(Restart command)
         return {Outcome::Cancelled};
     if (!table_.PortOpen())
         return {Outcome::LinkLost};
+    Intent intent(table_, Origin::DriveCommand);
+    intent.Note(command == Restart::ReInitialize ? QStringLiteral("Re-initialized the drive")
+                                                 : QStringLiteral("Reset the drive"));
     link_.SetDriveCommand(command);
     return {};
 }
@@ -276,6 +287,7 @@ bool DriveOperations::SaveInDrive()
     const auto isAsked = [this] { return table_.Value(Param::SaveParameters) == 1; };
     if (!mayStillSave())
         return false;
+    const Intent intent(table_, Origin::DriveCommand);
     table_.SetParamValue(Param::SaveParameters, 1, true, false);
     // While it is polled the table holds what the drive says, which is 1 until it has saved.
     table_.AddReadInterest(Param::SaveParameters);

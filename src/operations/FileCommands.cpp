@@ -28,6 +28,8 @@ OperationResult FileCommands::New()
 {
     if (!saving_.PromptSaveChanges())
         return {Outcome::Cancelled};
+    Intent intent(table_, Origin::File);
+    intent.Note(QStringLiteral("New set"));
     table_.ResetToDefaults();
     document_.BeginAnew();
     asker_.SelectDriveModel();
@@ -105,6 +107,7 @@ OperationResult FileCommands::Load(const QString &path, bool &isLoaded)
         if (OperationResult allowed = drive_.MaySendAll(set, leftOut); !allowed.IsDone())
             return allowed;
     }
+    const Intent intent(table_, Origin::File);
     {
         WriteHold hold(table_);
         failure = file_.LoadSettings(path);

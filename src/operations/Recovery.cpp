@@ -1,5 +1,6 @@
 #include "operations/Recovery.h"
 
+#include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
 #include "platform/Asker.h"
 #include "settings/RecoveryCopy.h"
@@ -7,7 +8,7 @@
 namespace quorvik
 {
 
-bool OfferLeftover(RecoveryCopy &copy, Asker &asker)
+bool OfferLeftover(RecoveryCopy &copy, ParameterTable &table, Asker &asker)
 {
     const std::optional<QString> name = copy.LeftoverName();
     if (!name)
@@ -27,9 +28,12 @@ bool OfferLeftover(RecoveryCopy &copy, Asker &asker)
         // No answer, as when the run ends meanwhile: it is asked again next time.
         return false;
     }
+    Intent intent(table, Origin::File);
     const QString failure = copy.Recover(*name);
-    if (failure.isEmpty())
+    if (failure.isEmpty()) {
+        intent.Note(QStringLiteral("Restored the unsaved changes of %1").arg(*name));
         return true;
+    }
     const QString kept = copy.KeepUnreadable();
     asker.MsgBox(QStringLiteral("%1\r\n\r\nThe copy is kept as \"%2\".").arg(failure, kept), MsgButtons::Ok,
                  MsgIcon::Exclamation, AppTitle());

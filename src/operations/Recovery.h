@@ -4,6 +4,7 @@ namespace quorvik
 {
 
 class Asker;
+class ParameterTable;
 class RecoveryCopy;
 
 /**
@@ -11,6 +12,6 @@ class RecoveryCopy;
  * until the next No; one that cannot be read is set aside, and the user is told where.
  * @return True when the set was taken over: it is in the table, marked as modified, under its old name.
  */
-bool OfferLeftover(RecoveryCopy &copy, Asker &asker);
+bool OfferLeftover(RecoveryCopy &copy, ParameterTable &table, Asker &asker);
 
 } // namespace quorvik

@@ -143,6 +143,7 @@ OperationResult SafeWrites::Run(const std::function<void()> &begin)
 {
     if (writing_.IsUnderWay())
         return {Outcome::Refused};
+    Intent intent(table_, Origin::Compare, QStringLiteral("Write and verify"));
     Progress progress(QStringLiteral("Writing and Verifying"), int(WholeScan::Storing), 0);
     QElapsedTimer clock;
     clock.start();
@@ -171,6 +172,7 @@ OperationResult SafeWrites::Run(const std::function<void()> &begin)
     PumpWhile([this] { return writing_.IsUnderWay(); });
     if (isOpenSet_ ? HoldsOthers(Report()) : hasChangedTable)
         document_.MarkFile(true);
+    intent.Note(QStringLiteral("Write and verify: %1").arg(Report().Summary()));
     const WriteReport::End end = Report().end;
     // What was held so that nothing is put over the set has arrived, or stands in the report.
     if (isOpenSet_ && end == WriteReport::End::Complete)

@@ -67,8 +67,7 @@ void SaveCommands::Save(int index)
             : file_.Save(chosen);
     if (failure.isEmpty()) {
         dialogFileName_ = chosen;
-        document_.FileName = chosen;
-        document_.MarkFile(false);
+        document_.BecomeSaved(chosen);
         return;
     }
     // Once the dialog was shown, a failure is told without a box.

@@ -51,6 +51,7 @@ void FormVirtualOperator::Form_Load()
     for (const int p :
          {Param::Run, Param::Stop, Param::Jog, Param::RunStatus, Param::LogicSelect, Param::DriveState})
         Watch(p);
+    const Intent intent(table, {Origin::VirtualOperator, QStringLiteral("Unassign all inputs")});
     // What an input drove until now may stand elsewhere in the drive than in the table, and so may what
     // nobody polls, and what is held until the user has decided between set and drive.
     const auto isHeld = [&table](int p) {
@@ -97,6 +98,7 @@ void FormVirtualOperator::FillRecord(int index, bool isKnown)
             ApplyLimits(index);
         AssignCaption(index);
         ShowSignal(index);
+        const Intent intent(table, Origin::VirtualOperator);
         if (!isKnown || table.Value(setting.Destination) != setting.Status)
             table.SetParamValue(setting.Destination, setting.Status, true, false);
     });
@@ -167,6 +169,9 @@ void FormVirtualOperator::VScrollSignal_Change(int index)
 {
     ShowSignal(index);
     const VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
+    const Intent intent(
+        desk().table,
+        {.origin = Origin::VirtualOperator, .title = {}, .canBeTakenBack = false, .isMovement = true});
     // An unassigned slider writes parameter 0, as an unassigned button does.
     desk().table.SetParamValue(setting.Destination, setting.Status, true, false);
 }
@@ -176,6 +181,7 @@ void FormVirtualOperator::CommandDigital_Click(int index)
     ParameterTable &table = desk().table;
     VirtualSetting &setting = desk().document.VirtualSettings.at(std::size_t(index));
     setting.Status = ~setting.Status;
+    const Intent intent(table, Origin::VirtualOperator);
     // Unlike a slider's, this write clears the modified marks and refreshes what hangs on the parameter.
     table.SetParamValue(setting.Destination,
                         setting.Status == PushedIn ? setting.GainClosed : setting.BiasOpen, false, true);

@@ -26,12 +26,14 @@ enum DriveState { Stopped, Running, Jogging = 3, JogStopping, JogDelaying, Emerg
 void FormVirtualOperator::CommandRun_Click()
 {
     isStopAsked_ = false;
+    const Intent intent(desk().table, Origin::VirtualOperator);
     desk().table.SetParamValue(Param::Run, 1, true, false);
 }
 
 void FormVirtualOperator::CommandStop_Click()
 {
     ParameterTable &table = desk().table;
+    const Intent intent(table, Origin::VirtualOperator);
     isStopAsked_ = true;
     table.SetParamValue(Param::Run, 0, true, false);
     EndJog();
@@ -45,12 +47,14 @@ void FormVirtualOperator::CommandStop_Click()
 void FormVirtualOperator::CommandJog_MouseDown()
 {
     isStopAsked_ = false;
+    const Intent intent(desk().table, Origin::VirtualOperator);
     desk().table.SetParamValue(Param::Jog, 1, true, false);
 }
 
 void FormVirtualOperator::CommandJog_MouseUp()
 {
     isStopAsked_ = true;
+    const Intent intent(desk().table, Origin::VirtualOperator);
     desk().table.SetParamValue(Param::Jog, 0, true, false);
 }
 

@@ -129,6 +129,8 @@ QString SettingsFile::LoadSettings(const QString &path)
     if (QString failure = ReadWhole(path, database, rows, notes); !failure.isEmpty())
         return failure;
 
+    Intent intent(table_, Origin::File);
+    intent.Note(QStringLiteral("Opened %1").arg(path));
     const int last = rows.RecordCount() - 1;
     if (last > table_.UpperBound())
         table_.Resize(last);

@@ -26,6 +26,8 @@ Engines::Engines(const Surroundings &given, Asker &asker)
     , backups(given.dataHome + QStringLiteral("/quorvik/backups"))
     , verifiedWrite(table, link, backups)
     , safeWrites(table, document, verifiedWrite, drive, snapshots, guards, asker)
+    , journal(given.dataHome + QStringLiteral("/quorvik/history.sqlite"))
+    , recorder(table, document, link, verifiedWrite, journal)
 {
     Ports ports(given.settings, given.devices);
     link.MSComm1.DeviceOf = [ports](int number) { return ports.DeviceOf(number); };

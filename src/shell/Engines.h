@@ -3,6 +3,8 @@
 #include "compare/Backups.h"
 #include "compare/VerifiedWrite.h"
 #include "emulator/DriveEmulator.h"
+#include "history/Journal.h"
+#include "history/Recorder.h"
 #include "link/DriveLink.h"
 #include "link/LinkStatistics.h"
 #include "link/PacketLog.h"
@@ -55,6 +57,8 @@ struct Engines {
     Backups backups;
     VerifiedWrite verifiedWrite;
     SafeWrites safeWrites;
+    Journal journal;
+    Recorder recorder;
 };
 
 } // namespace quorvik

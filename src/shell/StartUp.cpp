@@ -64,7 +64,7 @@ bool MDIFormMain::Load(const QString &commandLine)
 
     const QString path = SettingsPathOf(commandLine);
     // What a crash left goes before what was asked for, which can be opened again at any time.
-    if (OfferLeftover(engines_.recoveryCopy, asker)) {
+    if (OfferLeftover(engines_.recoveryCopy, engines_.table, asker)) {
         statusBar_->SetComStatus(false);
         if (!path.isEmpty() && path != engines_.document.FileName)
             strip_.Show({QStringLiteral("leftover"), Urgency::Warning,

@@ -73,7 +73,7 @@ TEST_F(RecoveryCopyTest, IsOfferedWithItsNameAndContent)
         const auto copy = CrashAndStartAnew(QStringLiteral("/machines/winder.Svx"));
         asker.Expect(QStringLiteral("changes to winder.Svx had not been saved"),
                      taken ? MsgAnswer::Yes : MsgAnswer::No);
-        EXPECT_EQ(OfferLeftover(*copy, asker), taken);
+        EXPECT_EQ(OfferLeftover(*copy, table, asker), taken);
         EXPECT_EQ(document.FileModified, taken);
         EXPECT_EQ(document.FileName,
                   taken ? QStringLiteral("/machines/winder.Svx") : QStringLiteral("unnamed"));
@@ -100,7 +100,7 @@ TEST_F(RecoveryCopyTest, GoesAwayWithItsReason)
         }
         PumpWhile([] { return true; }, QDeadlineTimer(3 * SoonMs));
         EXPECT_TRUE(QDir(Path("data/recovery")).isEmpty(QDir::Files | QDir::Hidden));
-        EXPECT_FALSE(OfferLeftover(*copy, asker));
+        EXPECT_FALSE(OfferLeftover(*copy, table, asker));
     }
 }
 
@@ -123,7 +123,7 @@ TEST_F(RecoveryCopyTest, ADamagedCopyIsToldAndKeptAndChangesNothing)
     asker.Expect(QStringLiteral("Recover them?"), MsgAnswer::Yes);
     const QByteArray content = Content(copy->Path());
     asker.Expect(QStringLiteral("malformed"));
-    EXPECT_FALSE(OfferLeftover(*copy, asker));
+    EXPECT_FALSE(OfferLeftover(*copy, table, asker));
     EXPECT_NE(table.Value(Edited), 321);
     EXPECT_FALSE(document.FileModified);
     EXPECT_FALSE(QFile::exists(copy->Path())) << "offered once";

@@ -93,7 +93,11 @@ void FormCompare::CommandCopy_Click()
 
 void FormCompare::CopyIntoOpenSet(const std::vector<ParamValue> &values, int from)
 {
-    const std::vector<RefusedRow> refused = MergeIntoSet(desk().table, values, sides_->Set(from));
+    const std::vector<RefusedRow> refused = [&] {
+        const Intent intent(desk().table, Origin::Compare,
+                            QStringLiteral("Copy from %1").arg(sides_->Set(from).name));
+        return MergeIntoSet(desk().table, values, sides_->Set(from));
+    }();
     sides_->Reload({Kind::OpenSet});
     TellCopied(values.size(), refused, QStringLiteral("the open set"));
 }
@@ -113,6 +117,12 @@ void FormCompare::CopyIntoFile(const std::vector<ParamValue> &values, int from, 
         return;
     const FileMerge merge =
         MergeIntoFile(target.path, values, sides_->Set(from), desk().table, host_.Saving());
+    if (merge.failure.isEmpty()) {
+        Intent intent(desk().table, Origin::Compare);
+        intent.Note(QStringLiteral("Copied %1 into %2")
+                        .arg(CountOf(values.size() - merge.refused.size(), QStringLiteral("value")),
+                             target.path));
+    }
     sides_->Reload(target);
     if (merge.failure.isEmpty())
         TellCopied(values.size(), merge.refused, u'"' + name + u'"');

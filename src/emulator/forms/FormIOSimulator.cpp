@@ -3,6 +3,7 @@
 #include "emulator/EmulatedBlock.h"
 #include "emulator/EmulatorTimings.h"
 #include "emulator/forms/Gauges.h"
+#include "model/Conversions.h"
 #include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 #include "platform/Numbers.h"
@@ -157,8 +158,13 @@ std::int32_t FormIOSimulator::Value(int p) const
 void FormIOSimulator::Store(int p, std::int32_t raw)
 {
     // On line the status is the drive's word, also where it does not fit the terminal.
-    if (!desk().table.PortOpen())
-        desk().table.SetValue(p, raw, ChangeCause::Emulated);
+    if (desk().table.PortOpen())
+        return;
+    const bool isSwitch = IsEnumerated(TypeCode(desk().table[p].Attributes));
+    const Intent intent(
+        desk().table,
+        {.origin = Origin::IOSimulator, .title = {}, .canBeTakenBack = false, .isMovement = !isSwitch});
+    desk().table.SetValue(p, raw, ChangeCause::Emulated);
 }
 
 void FormIOSimulator::ShowOutputs()

@@ -120,6 +120,7 @@ void FormSelectCommMode::CommandOK_Click()
 {
     if (optionSerialCommMode_[Offline]->isChecked()) {
         ParameterTable &table = desk().table;
+        const Intent intent(table, Origin::EditDialog, QStringLiteral("Select Drive Model"));
         table.SetValue(Param::DriveModel, ModelOfListItem(comboModels_->currentText()), ChangeCause::Entered);
         table.RefreshDependentParams(Param::DriveModel);
     }

@@ -50,6 +50,7 @@ void FormSelectDriveModel::CommandOK_Click()
 {
     // Choosing a model is no edit: nothing is sent, and neither file nor drive counts as modified.
     ParameterTable &table = desk().table;
+    const Intent intent(table, Origin::EditDialog, QStringLiteral("Select Drive Model"));
     table.SetValue(Param::DriveModel, ModelOfListItem(comboModels_->currentText()), ChangeCause::Entered);
     table.RefreshDependentParams(Param::DriveModel);
     accept();

@@ -270,7 +270,10 @@ void WizardForm::FinishSetup()
     // The link may have come or gone since the list was shown.
     ShowPlan();
     const RecordArray before = desk().table.Records();
-    const WritePlan written = WriteSetup();
+    const WritePlan written = [this] {
+        const Intent intent(desk().table, Origin::Mentor, MentorTitle());
+        return WriteSetup();
+    }();
     WatchWrites(written, before);
     for (const QString &notice : written.notices)
         desk().asker.MsgBox(notice, MsgButtons::Ok, MsgIcon::Information, MentorTitle());
