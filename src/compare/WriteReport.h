@@ -26,7 +26,7 @@ struct WrittenRow {
     ParamValue value;
     Arrival arrival = Arrival::NotSent;
     std::optional<std::int32_t> rawBefore = {}; ///< what the drive held, once its set was read
-    std::optional<std::int32_t> rawFound = {}; ///< what the drive holds, once it was read back
+    std::optional<std::int32_t> rawFound = {};  ///< what the drive holds, once it was read back
     int drivenBy = 0; ///< of a row that differs: the destination selector whose input sets it, or 0
 };
 

@@ -119,9 +119,9 @@ void FormCompare::CopyIntoFile(const std::vector<ParamValue> &values, int from, 
         MergeIntoFile(target.path, values, sides_->Set(from), desk().table, host_.Saving());
     if (merge.failure.isEmpty()) {
         Intent intent(desk().table, Origin::Compare);
-        intent.Note(QStringLiteral("Copied %1 into %2")
-                        .arg(CountOf(values.size() - merge.refused.size(), QStringLiteral("value")),
-                             target.path));
+        intent.Note(
+            QStringLiteral("Copied %1 into %2")
+                .arg(CountOf(values.size() - merge.refused.size(), QStringLiteral("value")), target.path));
     }
     sides_->Reload(target);
     if (merge.failure.isEmpty())
