@@ -105,6 +105,8 @@ int Recorder::BeginAction(Origin origin, const QString &title)
                               .title = title,
                               .setName = document_.FileName,
                               .link = connection_});
+    // A drive that is only looked at is not asked for more than the windows want.
+    AskForIdentity(connection_ != 0 && !isDriveKnown_);
     Gather();
     return lastAction_;
 }
@@ -273,7 +275,7 @@ void Recorder::OnComStatusChanged()
         connection_ = ++lastLink_;
         isBroken_ = false;
         known_.clear();
-        AskForIdentity(true);
+        isDriveKnown_ = false;
         return;
     }
     while (!pending_.empty())
@@ -298,7 +300,7 @@ void Recorder::AskForIdentity(bool wanted)
 
 void Recorder::LearnDrive(int p, std::int32_t rawValue)
 {
-    if (!asksForIdentity_ || std::ranges::find(IdentityParams, p) == std::end(IdentityParams))
+    if (isDriveKnown_ || std::ranges::find(IdentityParams, p) == std::end(IdentityParams))
         return;
     known_[p] = rawValue;
     const auto isKnown = [this](int param) { return param > table_.LastParam || known_.contains(param); };
@@ -308,6 +310,7 @@ void Recorder::LearnDrive(int p, std::int32_t rawValue)
         {.link = connection_,
          .time = JournalTime::Now(),
          .identity = DriveIdentity::Of([this](int param) { return known_[param]; }, table_.LastParam)});
+    isDriveKnown_ = true;
     AskForIdentity(false);
     Gather();
 }

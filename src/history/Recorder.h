@@ -89,6 +89,7 @@ private:
     std::map<int, int> written_;        ///< sequences of the rows of a verified write, by parameter
     std::map<int, std::int32_t> known_; ///< what tells drives apart, of this connection
     bool isBroken_ = false;
+    bool isDriveKnown_ = false; ///< of this connection
     bool asksForIdentity_ = false;
 };
 

@@ -140,7 +140,11 @@ protected:
         SCOPED_TRACE(name.toStdString());
         line.Exchanges();
         act();
-        EXPECT_TRUE(QTest::qWaitFor(isDone, 10000));
+        // The history asks once which drive it is.
+        const auto isIdentified = [this] {
+            return !Link().PortOpen() || Table().Row(Param::OperatingHours).ReadFlag == 0;
+        };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isDone() && isIdentified(); }, 10000));
         // What the last answer brings about has left by then.
         QTest::qWait(60);
         const QStringList trace = line.Exchanges();
