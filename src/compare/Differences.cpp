@@ -24,17 +24,6 @@ bool GivesCommand(int p)
            Param::ClearsItself(p);
 }
 
-RowKind KindOf(int p, std::int32_t attributes)
-{
-    if (p == Param::DriveModel || p == Param::DriveCurrent)
-        return RowKind::Model;
-    if (Param::IsClock(p))
-        return RowKind::Clock;
-    if (GivesCommand(p))
-        return RowKind::Command;
-    return (attributes & Attr::ReadOnly) > 0 ? RowKind::Status : RowKind::Setting;
-}
-
 SetValue ValueIn(const ParameterSet &set, int p)
 {
     if (!set.Knows(p))
@@ -144,6 +133,17 @@ QString TextIn(const ParameterSet &set, int p)
 
 } // namespace
 
+RowKind KindOf(int p, std::int32_t attributes)
+{
+    if (p == Param::DriveModel || p == Param::DriveCurrent)
+        return RowKind::Model;
+    if (Param::IsClock(p))
+        return RowKind::Clock;
+    if (GivesCommand(p))
+        return RowKind::Command;
+    return (attributes & Attr::ReadOnly) > 0 ? RowKind::Status : RowKind::Setting;
+}
+
 QString KindText(RowKind kind)
 {
     static const std::array<QString, RowKinds> texts = {QStringLiteral("setting"), QStringLiteral("model"),
@@ -209,7 +209,7 @@ QString ModelLine(const ParameterSet &set)
 bool DifferenceFilter::Shows(const DifferenceRow &row) const
 {
     return kinds[std::size_t(row.kind)] && (!onlyDiffering || row.differs || row.isIncomplete) &&
-           (!onlyChanged || row.IsChanged()) &&
+           (!onlyChanged || row.IsChanged()) && (!onlyKnown || !row.isIncomplete) &&
            (text.isEmpty() || QString::number(row.param).contains(text) ||
             row.name.contains(text, Qt::CaseInsensitive) || row.block.contains(text, Qt::CaseInsensitive));
 }

@@ -15,6 +15,9 @@ enum class RowKind : std::uint8_t { Setting, Model, Clock, Command, Status };
 inline constexpr int RowKinds = 5;
 inline constexpr int MostSets = 3;
 
+/** @param attributes of the parameter p. */
+RowKind KindOf(int p, std::int32_t attributes);
+
 /** "setting", "model" and so on. */
 QString KindText(RowKind kind);
 
@@ -64,6 +67,7 @@ struct DifferenceFilter {
     std::array<bool, RowKinds> kinds = {true, true, false, false, false}; ///< by RowKind
     bool onlyDiffering = true; ///< those that are not known on one side stay, too
     bool onlyChanged = false;  ///< from the factory value, on any side
+    bool onlyKnown = false;    ///< those of which every set has a value
 
     bool Shows(const DifferenceRow &row) const;
 };

@@ -13,15 +13,6 @@ namespace
 
 constexpr std::int32_t TwoDecimals = 2;
 
-QString ModelOrCode(std::int32_t model)
-{
-    try {
-        return ModelText(model);
-    } catch (const RuntimeFailure &) {
-        return QStringLiteral("model code %1").arg(model);
-    }
-}
-
 } // namespace
 
 DriveIdentity DriveIdentity::Of(const std::function<std::int32_t(int)> &value, int lastParam)
@@ -43,10 +34,19 @@ bool DriveIdentity::IsSameAs(const DriveIdentity &other, double hoursSince) cons
     return isSameMake && hours >= 0 && hours <= hoursSince + 1;
 }
 
+QString DriveIdentity::ModelName() const
+{
+    try {
+        return ModelText(model);
+    } catch (const RuntimeFailure &) {
+        return QStringLiteral("model code %1").arg(model);
+    }
+}
+
 QString DriveIdentity::Text() const
 {
     return QStringLiteral("%1 (%2 Amps), firmware %3 and %4, %5 operating hours")
-        .arg(ModelOrCode(model))
+        .arg(ModelName())
         .arg(driveAmps)
         .arg(NumberText(firmware, TwoDecimals), NumberText(triggerFirmware, TwoDecimals))
         .arg(operatingHours);

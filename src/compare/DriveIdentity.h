@@ -23,6 +23,8 @@ struct DriveIdentity {
      * gone on by no more than the time that passed.
      */
     bool IsSameAs(const DriveIdentity &other, double hoursSince) const;
+    /** "SVN100-000"; of a code that no list has, the code. */
+    QString ModelName() const;
     /** "SVN100-000 (174 Amps), firmware 1.00". */
     QString Text() const;
 

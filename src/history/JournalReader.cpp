@@ -169,8 +169,7 @@ QString JournalReader::ConnectionsWith(const DriveIdentity &drive, qint64 driveT
          {}, [&](const QSqlQuery &query) {
              const JournalSighting sighting = SightingOf(query);
              if (MayBeSame(sighting.identity, sighting.time.utcMs, drive, driveTimeUtcMs))
-                 pairs +=
-                     QStringLiteral("(%1,%2)").arg(query.value(8).toLongLong()).arg(query.value(9).toInt());
+                 pairs += QStringLiteral("(%1,%2)").arg(sighting.run).arg(sighting.link);
          });
     return pairs.isEmpty()
                ? QStringLiteral("0")
@@ -185,7 +184,9 @@ JournalSighting JournalReader::SightingOf(const QSqlQuery &query)
                          .triggerFirmware = query.value(5).toInt(),
                          .operatingHours = query.value(6).toInt(),
                          .lastParam = query.value(7).toInt()},
-            .time = {query.value(0).toLongLong(), query.value(1).toInt()}};
+            .time = {query.value(0).toLongLong(), query.value(1).toInt()},
+            .run = query.value(8).toLongLong(),
+            .link = query.value(9).toInt()};
 }
 
 std::vector<ShownAction> JournalReader::Actions(const JournalFilter &filter, qint64 beforeId, int limit)
@@ -247,12 +248,11 @@ std::vector<ShownAction> JournalReader::Actions(const JournalFilter &filter, qin
 std::optional<DriveIdentity> JournalReader::DriveOf(qint64 run, int link)
 {
     std::optional<DriveIdentity> drive;
-    Read(
-        QStringLiteral("SELECT time, offset, model, amps, firmware, trigger_firmware, hours, last_param FROM "
-                       "drives WHERE run = %1 AND link = %2")
-            .arg(run)
-            .arg(link),
-        {}, [&](const QSqlQuery &query) { drive = SightingOf(query).identity; });
+    Read(QStringLiteral("SELECT time, offset, model, amps, firmware, trigger_firmware, hours, last_param, "
+                        "run, link FROM drives WHERE run = %1 AND link = %2")
+             .arg(run)
+             .arg(link),
+         {}, [&](const QSqlQuery &query) { drive = SightingOf(query).identity; });
     return drive;
 }
 
@@ -278,13 +278,14 @@ ShownRow JournalReader::RowOf(const QSqlQuery &query)
         shown.rawFound = OptionalRaw(query.value(14));
         shown.textFound = query.value(15).toString();
     }
+    shown.run = query.value(16).toLongLong();
     return shown;
 }
 
 QString JournalReader::RowColumns()
 {
     return QStringLiteral("e.id, e.action, e.sequence, e.time, e.offset, e.param, e.name, e.raw_before, "
-                          "e.raw_after, e.text_before, e.text_after, %1, %2, %3, %4, %5")
+                          "e.raw_after, e.text_before, e.text_after, %1, %2, %3, %4, %5, e.run")
         .arg(LastResult(), OfLast("raw", EntryResult::Moved), OfLast("text", EntryResult::Moved),
              OfLast("raw", EntryResult::Differs), OfLast("text", EntryResult::Differs));
 }
@@ -305,27 +306,42 @@ std::vector<ShownRow> JournalReader::RowsOf(const ShownAction &action, const Jou
 std::vector<JournalSighting> JournalReader::Sightings()
 {
     std::vector<JournalSighting> found;
-    Read(
-        QStringLiteral("SELECT time, offset, model, amps, firmware, trigger_firmware, hours, last_param FROM "
-                       "drives ORDER BY time DESC"),
-        {}, [&](const QSqlQuery &query) { found.push_back(SightingOf(query)); });
+    Read(QStringLiteral("SELECT time, offset, model, amps, firmware, trigger_firmware, hours, last_param, "
+                        "run, link FROM drives ORDER BY time DESC"),
+         {}, [&](const QSqlQuery &query) { found.push_back(SightingOf(query)); });
     return found;
 }
 
-std::vector<ShownRow> JournalReader::TakenBy(const JournalSighting &drive, qint64 fromUtcMs, qint64 toUtcMs)
+std::vector<ShownRow> JournalReader::ChangesOn(const std::vector<JournalSighting> &connections,
+                                               qint64 fromUtcMs, qint64 toUtcMs)
 {
+    QStringList pairs;
+    for (const JournalSighting &sighting : connections)
+        pairs += QStringLiteral("(%1,%2)").arg(sighting.run).arg(sighting.link);
     std::vector<ShownRow> found;
-    const std::set<EntryResult> taken = {EntryResult::Acknowledged, EntryResult::Verified,
-                                         EntryResult::Differs};
+    if (pairs.isEmpty())
+        return found;
     Read(QStringLiteral(
              "SELECT %1 FROM entries e JOIN actions a ON a.run = e.run AND a.number = e.action WHERE "
-             "e.time > %2 AND e.time <= %3 AND %4 AND %5 IN (%6) ORDER BY e.id")
+             "e.time > %2 AND e.time <= %3 AND (a.run, a.link) IN (VALUES %4) ORDER BY e.id")
              .arg(RowColumns())
              .arg(fromUtcMs)
              .arg(toUtcMs)
-             .arg(ConnectionsWith(drive.identity, drive.time.utcMs), LastResult(), Numbers(taken)),
+             .arg(pairs.join(QLatin1Char(','))),
          {}, [&](const QSqlQuery &query) { found.push_back(RowOf(query)); });
     return found;
+}
+
+std::optional<qint64> JournalReader::CompleteSince()
+{
+    std::optional<qint64> since;
+    Read(QStringLiteral("SELECT CASE WHEN (SELECT min(id) FROM entries) > 1 THEN (SELECT time FROM entries "
+                        "ORDER BY id LIMIT 1) ELSE (SELECT min(began) FROM runs) END"),
+         {}, [&](const QSqlQuery &query) {
+             if (!query.isNull(0))
+                 since = query.value(0).toLongLong();
+         });
+    return since;
 }
 
 } // namespace quorvik

@@ -9,10 +9,12 @@
 namespace quorvik
 {
 
-/** A drive that the journal knows, as it was seen last. */
+/** A drive as it was seen at some time. */
 struct JournalSighting {
     DriveIdentity identity;
     JournalTime time;
+    qint64 run = 0; ///< of the connection that it was seen on; 0 for none
+    int link = 0;
 };
 
 /** Which rows of the journal are shown; a member that says nothing shows all. */
@@ -51,6 +53,7 @@ struct ShownRow {
     JournalRow row; ///< rawAfter and textAfter tell where a movement ended; result is the last one
     std::optional<std::int32_t> rawFound; ///< of Differs: what the drive holds
     QString textFound;
+    qint64 run = 0; ///< that it is of
 };
 
 /** Reads the journal while others write it. Nothing raises; a journal that cannot be read is empty, and
@@ -69,9 +72,12 @@ public:
     std::vector<ShownRow> RowsOf(const ShownAction &action, const JournalFilter &filter);
     /** All sightings of drives, the newest first; the same drive comes again and again. */
     std::vector<JournalSighting> Sightings();
-    /** Changes that a drive has taken between two moments, in their order: rows with the result Acknowledged,
-     * Verified or Differs of connections with a drive that may be this one. */
-    std::vector<ShownRow> TakenBy(const JournalSighting &drive, qint64 fromUtcMs, qint64 toUtcMs);
+    /** All changes on these connections between two moments, in their order, whatever became of them. */
+    std::vector<ShownRow> ChangesOn(const std::vector<JournalSighting> &connections, qint64 fromUtcMs,
+                                    qint64 toUtcMs);
+    /** Since when the journal holds every change: its beginning, or what was let go of last; nothing where
+     * there is no journal. */
+    std::optional<qint64> CompleteSince();
 
     /** Why the last call could not read the journal; empty where it could, or where there is none yet. */
     const QString &Failure() const { return failure_; }

@@ -6,6 +6,7 @@
 #include "compare/forms/FormVerifiedWrite.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "find/forms/FormFind.h"
+#include "history/PastStates.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormDebug.h"
 #include "link/forms/FormLinkDetails.h"
@@ -140,6 +141,12 @@ void ShowUnwrittenEntries(MDIFormMain &main)
 {
     if (FormCompare *window = ShowCompareWindow(main))
         window->CompareWithDrive({CompareSource::Kind::Unwritten});
+}
+
+void ShowCompareWith(MDIFormMain &main, const PastState &past, bool takesBack)
+{
+    if (FormCompare *window = ShowCompareWindow(main))
+        window->CompareWithPast(past.set, past.note, takesBack);
 }
 
 void ShowFactoryComparison(MDIFormMain &main, int p)

@@ -6,6 +6,7 @@ namespace quorvik
 {
 
 class MDIFormMain;
+struct PastState;
 
 void ShowCommunications(MDIFormMain &main);
 void ShowDebug(MDIFormMain &main);
@@ -32,6 +33,9 @@ void ShowCompare(MDIFormMain &main, bool readDrive);
 void ShowCompareWithBackup(MDIFormMain &main, const QString &path);
 /** What had not reached the drive when a link was lost, beside the drive, which is read. */
 void ShowUnwrittenEntries(MDIFormMain &main);
+/** A set as it was beside the drive, which is read, or off line beside the open set.
+ * @param takesBack whether its values are to be taken back: all that differ are ticked for copying. */
+void ShowCompareWith(MDIFormMain &main, const PastState &past, bool takesBack);
 /** The open set beside the factory's, at one parameter. */
 void ShowFactoryComparison(MDIFormMain &main, int p);
 /** The list of all parameters at the row of one. */

@@ -107,6 +107,8 @@ void CompareSides::ListSources()
     QList<CompareSource> sources{{Kind::OpenSet}, {Kind::Drive}, {Kind::Factory}};
     if (host_.UnwrittenEntries() || Uses({Kind::Unwritten}))
         sources.append({Kind::Unwritten});
+    if (!past_.name.isEmpty())
+        sources.append({Kind::Past});
     sources += files_;
     for (const CompareHost::KeptSet &kept : host_.KeptSets())
         sources.append({Kind::Backup, kept.path});
@@ -138,6 +140,8 @@ QString CompareSides::CaptionOf(const CompareSource &source) const
         return ShowableText(FileTitle(source.path), false);
     case Kind::Unwritten:
         return QStringLiteral("Entries not written");
+    case Kind::Past:
+        return past_.name;
     case Kind::None:
         break;
     }
@@ -201,6 +205,14 @@ void CompareSides::Select(int side, const CompareSource &source)
     Q_EMIT Changed();
 }
 
+void CompareSides::ListPast(const ParameterSet &set, const QString &note)
+{
+    past_ = set;
+    pastNote_ = note;
+    ListSources();
+    Reload({Kind::Past});
+}
+
 void CompareSides::ChooseFile(int side)
 {
     const QString folder = FilePath(desk_.document.FileName);
@@ -244,6 +256,10 @@ void CompareSides::Load(int side)
     case Kind::Unwritten:
         set = host_.UnwrittenEntries().value_or(ParameterSet{});
         set.name = QStringLiteral("entries not written");
+        break;
+    case Kind::Past:
+        set = past_;
+        failure = pastNote_;
         break;
     case Kind::None:
         set = {};

@@ -16,7 +16,7 @@ struct WriteReport;
 
 /** Where a set comes from. */
 struct CompareSource {
-    enum class Kind : std::uint8_t { None, OpenSet, Drive, Factory, File, Backup, Unwritten };
+    enum class Kind : std::uint8_t { None, OpenSet, Drive, Factory, File, Backup, Unwritten, Past };
 
     Kind kind = Kind::None;
     QString path = {}; ///< of a file and a backup
@@ -38,11 +38,14 @@ public:
     /** The sets compared, as many as Count(). */
     std::vector<const ParameterSet *> Sets() const;
     QStringList Names() const;
-    /** Why sets are missing, a sentence each. */
+    /** Why sets are missing, or values of them, a sentence each. */
     QStringList Failures() const;
 
     /** @param side 0 to 2. */
     void Select(int side, const CompareSource &source);
+    /** Lists a set of before under its name, in place of an earlier one. @param note what is to be said of
+     * it. */
+    void ListPast(const ParameterSet &set, const QString &note);
     /** Lets the user choose a file for a side. */
     void ChooseFile(int side);
     /** Whether values can be copied into a side's set: not into backups, and not into the factory table. */
@@ -74,7 +77,9 @@ private:
     ParameterSet drive_;          ///< as it was read last
     QString driveFailure_;        ///< why there is none, or no newer one
     bool isDriveCertain_ = false; ///< it was read, and the link has been up ever since
-    QList<CompareSource> files_;  ///< chosen so far
+    ParameterSet past_;           ///< worked out from the history; knows no row where there is none
+    QString pastNote_;
+    QList<CompareSource> files_; ///< chosen so far
     std::array<CompareSource, MostSets> sources_;
     std::array<ParameterSet, MostSets> sets_;
     std::array<QString, MostSets> failures_;

@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTimer>
@@ -144,10 +145,12 @@ QWidget *FormCompare::MakeFilters()
     On(textSearch_, &QLineEdit::textChanged, this, [this] { OnFilterChanged(); });
     checkDiffering_ = MakeCheck(QStringLiteral("CheckDiffering"), QStringLiteral("Only what d&iffers"), true);
     checkChanged_ = MakeCheck(QStringLiteral("CheckChanged"), QStringLiteral("Chan&ged from factory"), false);
+    checkKnown_ = MakeCheck(QStringLiteral("CheckKnown"), QStringLiteral("Kno&wn in every set"), false);
     searching->addWidget(label);
     searching->addWidget(textSearch_, 1);
     searching->addWidget(checkDiffering_);
     searching->addWidget(checkChanged_);
+    searching->addWidget(checkKnown_);
     rows->addLayout(searching);
     auto *kinds = new QHBoxLayout;
     kinds->addWidget(new QLabel(QStringLiteral("Show:"), filters));
@@ -223,10 +226,9 @@ void FormCompare::CompareWithFactory(int p)
     sides_->Select(0, {Kind::OpenSet});
     sides_->Select(1, {Kind::Factory});
     // Whatever kind it is of, and also where it has its factory value.
+    SetFilters(false);
     for (QCheckBox *kind : checkKinds_)
         kind->setChecked(true);
-    checkDiffering_->setChecked(false);
-    checkChanged_->setChecked(false);
     textSearch_->setText(desk().table[p].Name);
     for (int row = 0; row < proxy_->rowCount(); ++row)
         if (model_->Row(proxy_->mapToSource(proxy_->index(row, 0)).row()).param == p) {
@@ -234,6 +236,40 @@ void FormCompare::CompareWithFactory(int p)
             view_->scrollTo(proxy_->index(row, 0));
         }
     view_->setFocus();
+}
+
+void FormCompare::CompareWithPast(const ParameterSet &set, const QString &note, bool takesBack)
+{
+    sides_->ListPast(set, note);
+    sides_->Select(0, {Kind::Past});
+    sides_->Select(2, {});
+    if (desk().table.PortOpen()) {
+        // Reading waits, and the window may be closed meanwhile.
+        const QPointer<FormCompare> self = this;
+        CompareWithDrive({Kind::Past});
+        if (!self)
+            return;
+    } else {
+        sides_->Select(1, {Kind::OpenSet});
+    }
+    SetFilters(true);
+    checkKnown_->setChecked(takesBack);
+    comboDirection_->setCurrentIndex(comboDirection_->findData(QPoint(0, 1)));
+    TickShown(false);
+    if (takesBack)
+        TickShown(true);
+    view_->setFocus();
+}
+
+void FormCompare::SetFilters(bool onlyDiffering)
+{
+    textSearch_->clear();
+    checkDiffering_->setChecked(onlyDiffering);
+    checkChanged_->setChecked(false);
+    checkKnown_->setChecked(false);
+    const DifferenceFilter usual;
+    for (std::size_t kind = 0; kind < checkKinds_.size(); ++kind)
+        checkKinds_[kind]->setChecked(usual.kinds[kind]);
 }
 
 void FormCompare::CompareAnew()
@@ -266,7 +302,8 @@ void FormCompare::OnFilterChanged()
 {
     DifferenceFilter filter{.text = textSearch_->text().trimmed(),
                             .onlyDiffering = checkDiffering_->isChecked(),
-                            .onlyChanged = checkChanged_->isChecked()};
+                            .onlyChanged = checkChanged_->isChecked(),
+                            .onlyKnown = checkKnown_->isChecked()};
     for (std::size_t kind = 0; kind < filter.kinds.size(); ++kind)
         filter.kinds[kind] = checkKinds_[kind]->isChecked();
     proxy_->SetFilter(filter);

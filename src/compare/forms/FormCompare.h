@@ -3,6 +3,7 @@
 #include "compare/forms/CompareSides.h"
 #include "desktop/Form.h"
 #include "link/ParamValue.h"
+#include "model/Intent.h"
 
 #include <functional>
 #include <map>
@@ -38,6 +39,14 @@ public:
     /** Puts the open set beside the factory's, and shows the row of one parameter. */
     void CompareWithFactory(int p);
 
+    /**
+     * Puts a set as it was beside the drive, which is read, or off line beside the open set.
+     * @param note what is to be said of it.
+     * @param takesBack whether its values are to be taken back: then all of them that differ are ticked, and
+     * nothing else is shown.
+     */
+    void CompareWithPast(const ParameterSet &set, const QString &note, bool takesBack);
+
     CompareSides &Sides() { return *sides_; }
     /** Lets the user choose the file to export to; the program shows a dialog. */
     std::function<std::optional<QString>(const QString &folder)> ChooseExport;
@@ -52,6 +61,8 @@ private:
     void CompareAnew();
     void FollowOpenSet();
     void OnFilterChanged();
+    /** All filters as they usually are, but for one. */
+    void SetFilters(bool onlyDiffering);
     void ShowBanner();
     void ListDirections();
     void ShowCounts();
@@ -67,6 +78,8 @@ private:
     /** @param reasons by parameter, why it was not copied. */
     void TellRefused(const QString &sentence, const std::map<int, QString> &reasons);
     void Tell(const QString &sentence);
+    /** What copying from a side is to the history. */
+    IntentInfo IntentOf(int from) const;
     void CommandExport_Click();
 
     CompareHost &host_;
@@ -81,6 +94,7 @@ private:
     QLineEdit *textSearch_;
     QCheckBox *checkDiffering_;
     QCheckBox *checkChanged_;
+    QCheckBox *checkKnown_;
     std::array<QCheckBox *, RowKinds> checkKinds_{};
     QComboBox *comboDirection_;
     QTimer *timerUpdateScreen_;

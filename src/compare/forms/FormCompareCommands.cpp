@@ -91,11 +91,18 @@ void FormCompare::CommandCopy_Click()
     }
 }
 
+IntentInfo FormCompare::IntentOf(int from) const
+{
+    const QString &name = sides_->Set(from).name;
+    if (sides_->Source(from).kind == Kind::Past)
+        return {Origin::Undo, QStringLiteral("Take back to %1").arg(name)};
+    return {Origin::Compare, QStringLiteral("Copy from %1").arg(name)};
+}
+
 void FormCompare::CopyIntoOpenSet(const std::vector<ParamValue> &values, int from)
 {
     const std::vector<RefusedRow> refused = [&] {
-        const Intent intent(desk().table, Origin::Compare,
-                            QStringLiteral("Copy from %1").arg(sides_->Set(from).name));
+        const Intent intent(desk().table, IntentOf(from));
         return MergeIntoSet(desk().table, values, sides_->Set(from));
     }();
     sides_->Reload({Kind::OpenSet});
@@ -118,7 +125,7 @@ void FormCompare::CopyIntoFile(const std::vector<ParamValue> &values, int from, 
     const FileMerge merge =
         MergeIntoFile(target.path, values, sides_->Set(from), desk().table, host_.Saving());
     if (merge.failure.isEmpty()) {
-        Intent intent(desk().table, Origin::Compare);
+        Intent intent(desk().table, IntentOf(from));
         intent.Note(
             QStringLiteral("Copied %1 into %2")
                 .arg(CountOf(values.size() - merge.refused.size(), QStringLiteral("value")), target.path));
@@ -157,6 +164,7 @@ void FormCompare::CopyIntoDrive(std::vector<ParamValue> values, int from)
     if (!values.empty()) {
         // Writing waits, and the window may be closed meanwhile.
         const QPointer<FormCompare> self = this;
+        const Intent intent(desk().table, IntentOf(from));
         const WriteReport *report = host_.WriteDrive(values, source);
         if (!self || !report)
             return;
