@@ -264,7 +264,7 @@ TEST_F(FormCompareTest, TheDriveIsWrittenOnLineOnlyAndShowsWhatWasReadBack)
     Click("CommandReadDrive");
 
     const auto row = [](int p, Arrival arrival, std::optional<std::int32_t> rawFound) {
-        return WrittenRow{{p, p}, arrival, rawFound};
+        return WrittenRow{.value = {p, p}, .arrival = arrival, .rawFound = rawFound};
     };
     host.Report.rows = {row(Param::Reference1, Arrival::Verified, 218),
                         row(Param::Reference2, Arrival::Sent, {}),
@@ -279,6 +279,38 @@ TEST_F(FormCompareTest, TheDriveIsWrittenOnLineOnlyAndShowsWhatWasReadBack)
     EXPECT_EQ(QString::fromStdString(Text("LabelOutcome")),
               host.Report.Summary() + QStringLiteral("; 2 not copied: the column Note says why."));
     EXPECT_EQ(Cell(3, 7), QStringLiteral("Not copied: it is read only."));
+}
+
+TEST_F(FormCompareTest, WhatWasBeforeIsTakenBackAndNothingElse)
+{
+    ParameterSet past = ParameterSet::FactoryOf(desk.table, QStringLiteral("before 14:00"));
+    past.known.assign(past.known.size(), false);
+    past.known[Param::Reference1] = past.known[Param::Reference2] = true;
+    past.records[Param::Reference1].Value = 700;
+    for (const int p : {Param::Reference1, Param::Reference3})
+        P(p) = host.Drive.records[p].Value = p;
+    std::optional<Origin> origin;
+    QObject::connect(&desk.table.Signals(), &TableSignals::IntentBegan, &desk.table.Signals(),
+                     [&] { origin = desk.table.CurrentIntent()->origin; });
+    form = Show<FormCompare>(host);
+    // What was searched and ticked before must not be taken back with it.
+    Click("CommandTakeAll");
+    Type("TextSearch", "none");
+    for (const bool isOnLine : {false, true}) {
+        SCOPED_TRACE(isOnLine);
+        desk.table.SetPortOpen(isOnLine);
+        form->CompareWithPast(past, QStringLiteral("Of one nobody knew it."), true);
+        EXPECT_EQ(host.Readings, isOnLine ? 1 : 0);
+        EXPECT_THAT(ShownParams(), ElementsAre(Param::Reference1));
+        EXPECT_EQ(Text("LabelCounts"), "1 of 434 rows, 1 ticked");
+        EXPECT_EQ(Text("LabelBanner"), "Of one nobody knew it.");
+        Click("CommandCopy");
+        EXPECT_EQ(origin, Origin::Undo);
+        origin.reset();
+    }
+    EXPECT_EQ(P(Param::Reference1), 700);
+    EXPECT_EQ(P(Param::Reference3), Param::Reference3);
+    EXPECT_THAT(host.Written, ElementsAre(ParamValue{Param::Reference1, 700}));
 }
 
 TEST_F(FormCompareTest, ExportsTheShownRows)
