@@ -3,6 +3,8 @@
 #include "history/JournalWriter.h"
 
 #include <QSemaphore>
+#include <memory>
+#include <utility>
 
 namespace quorvik
 {
@@ -17,12 +19,14 @@ Journal::Journal(const QString &path, const JournalTimings &timings)
     connect(writer_, &JournalWriter::Written, this, &Journal::Written);
     connect(writer_, &JournalWriter::Trouble, this, &Journal::Trouble);
     connect(writer_, &JournalWriter::Recovered, this, &Journal::Recovered);
+    connect(writer_, &JournalWriter::News, this, &Journal::News);
     thread_.setObjectName(QStringLiteral("Journal"));
     thread_.start(QThread::LowPriority);
 }
 
 Journal::~Journal()
 {
+    QMetaObject::invokeMethod(writer_, &JournalWriter::WriteWaiting);
     Flush(timings_.closeMs);
     thread_.quit();
     thread_.wait();
@@ -33,9 +37,10 @@ void Journal::Begin(const QString &user)
     QMetaObject::invokeMethod(writer_, [writer = writer_, user] { writer->Begin(user); });
 }
 
-void Journal::Add(const JournalBatch &batch)
+void Journal::Add(JournalBatch batch)
 {
-    QMetaObject::invokeMethod(writer_, [writer = writer_, batch] { writer->Write(batch); });
+    QMetaObject::invokeMethod(
+        writer_, [writer = writer_, batch = std::move(batch)]() mutable { writer->Write(std::move(batch)); });
 }
 
 bool Journal::Flush(int milliseconds)

@@ -34,7 +34,7 @@ public:
     /** Opens the file and lets go of what is too old. @param user the login name, empty to keep none. */
     void Begin(const QString &user);
     /** Hands a batch to the writer; takes no time. */
-    void Add(const JournalBatch &batch);
+    void Add(JournalBatch batch);
     /** Blocks until all that was added is written or has failed: for tests and the end. @return whether that
      * was within milliseconds. */
     bool Flush(int milliseconds);
@@ -42,10 +42,14 @@ public:
 Q_SIGNALS:
     /** A batch is in the file. */
     void Written();
-    /** Something is wrong with the journal, or was: a sentence for the strip. Told once for each kind. */
+    /** It cannot be written at present, which is tried again by itself: a sentence for the strip. Told once
+     * for each kind of trouble until it is over. */
     void Trouble(const QString &sentence);
-    /** It can be written again. */
+    /** The trouble is over. */
     void Recovered();
+    /** Something has happened to it that the user should know: a damaged file was set aside, changes are
+     * missing. */
+    void News(const QString &sentence);
 
 private:
     QString path_;

@@ -3,7 +3,6 @@
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QUuid>
 #include <QVariant>
 #include <cstdlib>
 #include <utility>
@@ -112,43 +111,29 @@ bool JournalFilter::IsEmpty() const
 
 JournalReader::JournalReader(const QString &path)
     : path_(path)
-    , connection_(QUuid::createUuid().toString())
+    , file_(path, JournalFile::Access::Read, BusyMs)
 {
-}
-
-JournalReader::~JournalReader()
-{
-    if (QSqlDatabase::contains(connection_)) {
-        QSqlDatabase::database(connection_, false).close();
-        QSqlDatabase::removeDatabase(connection_);
-    }
 }
 
 bool JournalReader::Open()
 {
     failure_.clear();
-    if (QSqlDatabase::contains(connection_))
+    if (file_.WasReplaced())
+        file_.Close();
+    if (file_.IsOpen())
         return true;
-    // A reader must not make an empty file where there is none.
     if (!QFileInfo::exists(path_))
         return false;
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection_);
-    database.setDatabaseName(path_);
-    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(BusyMs));
-    if (database.open())
-        return true;
-    failure_ = database.lastError().text();
-    database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(connection_);
-    return false;
+    const JournalFault fault = file_.Open();
+    if (fault != JournalFault::None && fault != JournalFault::Empty)
+        failure_ = file_.FailureText();
+    return fault == JournalFault::None;
 }
 
 template<typename Take>
 void JournalReader::Read(const QString &statement, const QVariantList &values, Take take)
 {
-    if (!Open())
-        return;
-    QSqlQuery query(QSqlDatabase::database(connection_, false));
+    QSqlQuery query(file_.Database());
     query.setForwardOnly(true);
     query.prepare(statement);
     for (int i = 0; i < values.size(); ++i)
@@ -157,7 +142,7 @@ void JournalReader::Read(const QString &statement, const QVariantList &values, T
         while (query.next())
             take(query);
     if (query.lastError().isValid())
-        failure_ = query.lastError().text();
+        failure_ = query.lastError().databaseText();
 }
 
 QString JournalReader::ConnectionsWith(const DriveIdentity &drive, qint64 driveTimeUtcMs)
@@ -191,6 +176,8 @@ JournalSighting JournalReader::SightingOf(const QSqlQuery &query)
 
 std::vector<ShownAction> JournalReader::Actions(const JournalFilter &filter, qint64 beforeId, int limit)
 {
+    if (!Open())
+        return {};
     const Conditions rows = RowConditions(filter);
     Conditions actions;
     if (beforeId > 0)
@@ -292,6 +279,8 @@ QString JournalReader::RowColumns()
 
 std::vector<ShownRow> JournalReader::RowsOf(const ShownAction &action, const JournalFilter &filter)
 {
+    if (!Open())
+        return {};
     const Conditions rows = RowConditions(filter);
     std::vector<ShownRow> found;
     Read(QStringLiteral("SELECT %1 FROM entries e WHERE e.run = %2 AND e.action = %3 AND %4 ORDER BY e.id")
@@ -305,6 +294,8 @@ std::vector<ShownRow> JournalReader::RowsOf(const ShownAction &action, const Jou
 
 std::vector<JournalSighting> JournalReader::Sightings()
 {
+    if (!Open())
+        return {};
     std::vector<JournalSighting> found;
     Read(QStringLiteral("SELECT time, offset, model, amps, firmware, trigger_firmware, hours, last_param, "
                         "run, link FROM drives ORDER BY time DESC"),
@@ -315,6 +306,8 @@ std::vector<JournalSighting> JournalReader::Sightings()
 std::vector<ShownRow> JournalReader::ChangesOn(const std::vector<JournalSighting> &connections,
                                                qint64 fromUtcMs, qint64 toUtcMs)
 {
+    if (!Open())
+        return {};
     QStringList pairs;
     for (const JournalSighting &sighting : connections)
         pairs += QStringLiteral("(%1,%2)").arg(sighting.run).arg(sighting.link);

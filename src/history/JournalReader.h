@@ -1,10 +1,12 @@
 #pragma once
 
 #include "history/JournalEntry.h"
+#include "history/JournalFile.h"
 
-#include <QSqlDatabase>
 #include <QVariant>
 #include <set>
+
+class QSqlQuery;
 
 namespace quorvik
 {
@@ -62,9 +64,6 @@ class JournalReader
 {
 public:
     explicit JournalReader(const QString &path);
-    ~JournalReader();
-    JournalReader(const JournalReader &) = delete;
-    JournalReader &operator=(const JournalReader &) = delete;
 
     /** The newest actions first. @param beforeId only older ones than this; 0 for the newest of all. */
     std::vector<ShownAction> Actions(const JournalFilter &filter, qint64 beforeId, int limit);
@@ -83,6 +82,7 @@ public:
     const QString &Failure() const { return failure_; }
 
 private:
+    /** Follows the path where another file lies there by now. @return whether there is something to read. */
     bool Open();
     /** Gives each row of a query to take. */
     template<typename Take> void Read(const QString &statement, const QVariantList &values, Take take);
@@ -94,7 +94,7 @@ private:
     static QString RowColumns();
 
     QString path_;
-    QString connection_;
+    JournalFile file_;
     QString failure_;
 };
 
