@@ -26,7 +26,7 @@ Journal::Journal(const QString &path, const JournalTimings &timings)
 
 Journal::~Journal()
 {
-    QMetaObject::invokeMethod(writer_, &JournalWriter::WriteWaiting);
+    QMetaObject::invokeMethod(writer_, &JournalWriter::Finish);
     Flush(timings_.closeMs);
     thread_.quit();
     thread_.wait();

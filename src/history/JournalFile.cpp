@@ -1,12 +1,12 @@
 #include "history/JournalFile.h"
 
 #include "history/JournalTables.h"
+#include "platform/FileLock.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QSqlQuery>
 #include <QUuid>
 #include <QVariant>
@@ -42,12 +42,6 @@ constexpr int LowestByte = 0xff;
 QString LockPath(const QString &path)
 {
     return path + QStringLiteral(".lock");
-}
-
-/** @return whether somebody else holds it. A folder that takes no lock file has nobody who renames in it. */
-bool IsHeldByAnother(QLockFile &lock, int milliseconds)
-{
-    return !lock.tryLock(milliseconds) && lock.error() == QLockFile::LockFailedError;
 }
 
 } // namespace
@@ -105,8 +99,9 @@ JournalFault JournalFile::Open()
 {
     if (access_ == Access::Write)
         QDir().mkpath(QFileInfo(path_).path());
-    QLockFile lock(LockPath(path_));
-    if (IsHeldByAnother(lock, busyMs_)) {
+    // A folder that takes no lock file has nobody who renames in it.
+    FileLock lock(LockPath(path_));
+    if (lock.Acquire(busyMs_) == FileLock::Outcome::Refused) {
         failureText_ = QStringLiteral("locked");
         return JournalFault::Busy;
     }
@@ -194,8 +189,8 @@ void JournalFile::Close()
 bool JournalFile::SetAside(QString &newPath)
 {
     Close();
-    QLockFile lock(LockPath(path_));
-    if (IsHeldByAnother(lock, busyMs_))
+    FileLock lock(LockPath(path_));
+    if (lock.Acquire(busyMs_) == FileLock::Outcome::Refused)
         return false;
     if (!mark_ || MarkOf(path_) != mark_)
         return true;

@@ -5,6 +5,7 @@
 #include <QSqlQuery>
 #include <QVariant>
 #include <cstdlib>
+#include <map>
 #include <utility>
 
 namespace quorvik
@@ -226,9 +227,15 @@ std::vector<ShownAction> JournalReader::Actions(const JournalFilter &filter, qin
              shown.rowCount = query.value(14).toInt();
              found.push_back(std::move(shown));
          });
-    for (ShownAction &shown : found)
-        if (shown.action.link > 0)
-            shown.drive = DriveOf(shown.run.id, shown.action.link);
+    std::map<std::pair<qint64, int>, std::optional<DriveIdentity>> drives;
+    for (ShownAction &shown : found) {
+        if (shown.action.link == 0)
+            continue;
+        const auto [known, isNew] = drives.try_emplace({shown.run.id, shown.action.link});
+        if (isNew)
+            known->second = DriveOf(shown.run.id, shown.action.link);
+        shown.drive = known->second;
+    }
     return found;
 }
 

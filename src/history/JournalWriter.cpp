@@ -124,6 +124,13 @@ void JournalWriter::WriteWaiting()
         LetGoOfTooMany();
 }
 
+void JournalWriter::Finish()
+{
+    // A program that never did anything leaves no run behind.
+    if (!waiting_.empty())
+        WriteWaiting();
+}
+
 template<typename Work> bool JournalWriter::Try(Work work)
 {
     retry_.stop();

@@ -39,6 +39,8 @@ public:
     void Write(JournalBatch batch);
     /** Tries once more to write what is waiting. */
     void WriteWaiting();
+    /** The same at the end of the program. */
+    void Finish();
 
 Q_SIGNALS:
     void Written();

@@ -2,26 +2,20 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <cerrno>
-#include <sys/file.h>
 
 namespace quorvik
 {
 
 SingleInstance::SingleInstance(const QString &lockFile)
-    : lockFile_(lockFile)
+    : folder_(QFileInfo(lockFile).absolutePath())
+    , lock_(lockFile)
 {
 }
 
 bool SingleInstance::Acquire()
 {
-    QDir().mkpath(QFileInfo(lockFile_).absolutePath());
-    if (!lockFile_.isOpen() && !lockFile_.open(QIODevice::ReadWrite))
-        return true;
-    if (::flock(lockFile_.handle(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
-        return true;
-    lockFile_.close();
-    return false;
+    QDir().mkpath(folder_);
+    return lock_.Acquire(0) != FileLock::Outcome::Refused;
 }
 
 } // namespace quorvik

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFile>
+#include "platform/FileLock.h"
+
 #include <QString>
 
 namespace quorvik
@@ -21,7 +22,8 @@ public:
     bool Acquire();
 
 private:
-    QFile lockFile_;
+    QString folder_;
+    FileLock lock_;
 };
 
 } // namespace quorvik

@@ -86,6 +86,7 @@ constexpr MenuRow table[] = {
     {Check, "mnuOptionsAskBeforeRisky", "Ask Before &Risky Commands"},
     {Check, "mnuOptionsReconnect", "Reconnect by &Itself"},
     {Check, "mnuOptionsKeepLayout", "Keep &Window Layout"},
+    {Check, "mnuOptionsKeepLoginName", "Keep Login &Name in History"},
 
     {Menu, "mnuBlock", "&Blocks"},
 

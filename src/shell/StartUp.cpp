@@ -4,6 +4,7 @@
 #include "platform/Asker.h"
 #include "platform/CommandLine.h"
 #include "platform/Guard.h"
+#include "platform/LoginName.h"
 #include "platform/SettingsStore.h"
 #include "platform/cRegistry.h"
 #include "shell/MDIFormMain.h"
@@ -33,6 +34,8 @@ bool MDIFormMain::Load(const QString &commandLine)
                      AppTitle());
         return false;
     }
+    const SettingsStore &settings = surroundings_.settings;
+    engines_.journal.Begin(ReadKeepLoginName(settings) ? LoginName() : QString());
     if (const QString sentence = engines_.InitGlobals(surroundings_.programFolder); !sentence.isEmpty()) {
         asker.MsgBox(sentence, MsgButtons::Ok, MsgIcon::None, {});
         return false;
@@ -40,13 +43,13 @@ bool MDIFormMain::Load(const QString &commandLine)
     isLoaded_ = true;
     engines_.emulator.TimerEmulateSvx.start();
 
-    const SettingsStore &settings = surroundings_.settings;
     ReadWindowPlace(settings, *this);
     ReadColors(settings, colors_);
     menus_.Entry(QStringLiteral("mnuOptionsShowTipsonStartup"))->setChecked(ReadShowTips(settings));
     menus_.Entry(QStringLiteral("mnuOptionsAskBeforeRisky"))->setChecked(ReadAskBeforeRisky(settings));
     menus_.Entry(QStringLiteral("mnuOptionsReconnect"))->setChecked(ReadReconnect(settings));
     menus_.Entry(QStringLiteral("mnuOptionsKeepLayout"))->setChecked(ReadKeepLayout(settings));
+    menus_.Entry(QStringLiteral("mnuOptionsKeepLoginName"))->setChecked(ReadKeepLoginName(settings));
     engines_.backups.Newest = ReadBackups(settings);
     // On the screen before the first dialog, which needs something to stand on.
     show();
@@ -112,6 +115,9 @@ bool MDIFormMain::Unload(bool asks)
     });
     Guarded([&] { StoreAskBeforeRisky(settings, engines_.guards.Asking); });
     Guarded([&] { StoreReconnect(settings, engines_.reconnection.BySelf); });
+    Guarded([&] {
+        StoreKeepLoginName(settings, menus_.Entry(QStringLiteral("mnuOptionsKeepLoginName"))->isChecked());
+    });
     Guarded([&] { StoreWindowPlace(settings, *this); });
     Guarded([&] { StoreColors(settings, colors_); });
 

@@ -30,6 +30,8 @@ const QString UnsavedLine = QStringLiteral("unsaved");
 const QString UnwrittenLine = QStringLiteral("unwritten");
 const QString RanLine = QStringLiteral("ran");
 const QString TripLine = QStringLiteral("trip");
+const QString HistoryLine = QStringLiteral("history");
+const QString HistoryNewsLine = QStringLiteral("history news");
 
 QString Counted(std::size_t count, const QString &one, const QString &many)
 {
@@ -90,6 +92,13 @@ void StatusLines::FollowEngines()
     };
     On(&engines_.saving, &SaveCommands::SaveFailed, this, showFailure(QStringLiteral("save")));
     On(&engines_.recoveryCopy, &RecoveryCopy::WriteFailed, this, showFailure(QStringLiteral("recovery")));
+    On(&engines_.journal, &Journal::Trouble, this, [this](const QString &sentence) {
+        strip_.Show({HistoryLine, Urgency::Warning, sentence});
+    });
+    On(&engines_.journal, &Journal::Recovered, this, [this] { strip_.Withdraw(HistoryLine); });
+    On(&engines_.journal, &Journal::News, this, [this](const QString &sentence) {
+        strip_.Show({HistoryNewsLine, Urgency::News, sentence});
+    });
     On(&engines_.document, &Document::TitleChanged, this, [this] {
         if (engines_.document.HasUnsavedEdits)
             return;

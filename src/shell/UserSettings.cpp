@@ -60,6 +60,12 @@ const QString &KeepLayout()
     return key;
 }
 
+const QString &KeepLogin()
+{
+    static const QString key = QStringLiteral("Keep Login Name in History");
+    return key;
+}
+
 /** A check mark of the Options menu. */
 bool ReadFlag(const SettingsStore &settings, const QString &key, bool isUsual = true)
 {
@@ -138,6 +144,16 @@ bool ReadShowTips(const SettingsStore &settings)
 void StoreShowTips(SettingsStore &settings, bool show)
 {
     StoreFlag(settings, ShowTips(), show);
+}
+
+bool ReadKeepLoginName(const SettingsStore &settings)
+{
+    return ReadFlag(settings, KeepLogin());
+}
+
+void StoreKeepLoginName(SettingsStore &settings, bool keep)
+{
+    StoreFlag(settings, KeepLogin(), keep);
 }
 
 int ReadBackups(const SettingsStore &settings)

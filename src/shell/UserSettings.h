@@ -26,6 +26,10 @@ void StoreReconnect(SettingsStore &settings, bool bySelf);
 bool ReadKeepLayout(const SettingsStore &settings);
 void StoreKeepLayout(SettingsStore &settings, bool keep);
 
+/** Whether the history tells who has worked; it does where nothing is stored. */
+bool ReadKeepLoginName(const SettingsStore &settings);
+void StoreKeepLoginName(SettingsStore &settings, bool keep);
+
 /** How many sets of drives are kept before something is written to them, 1 to 10000; Backups::UsualNewest
  * where nothing usable is stored. */
 int ReadBackups(const SettingsStore &settings);

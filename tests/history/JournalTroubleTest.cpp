@@ -171,11 +171,14 @@ TEST_F(JournalTest, ADamagedFileIsSetAside)
         const QStringList files =
             QDir(QFileInfo(path).path()).entryList({QStringLiteral("*-damaged-*.sqlite")});
         EXPECT_EQ(files.size(), aside + news.size()) << i;
+        if (i % 2 == 0 && news.isEmpty()) {
+            EXPECT_EQ(Count("entries WHERE text_after = raw_after || ' %'"), 609) << i;
+        }
         aside = int(files.size());
         for (const QString &line : std::exchange(news, {}))
             EXPECT_THAT(files, ::testing::Contains(line.section(u'/', -1).chopped(1)));
     }
-    EXPECT_GT(aside, Rounds / 2);
+    EXPECT_GT(aside, Rounds / 4);
     EXPECT_THAT(troubles, IsEmpty());
 }
 
