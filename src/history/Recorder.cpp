@@ -163,6 +163,7 @@ void Recorder::OnChanged(const ParamChange &change)
     case ChangeCause::Entered:
     case ChangeCause::File:
     case ChangeCause::Factory:
+    case ChangeCause::Undone:
         break;
     case ChangeCause::Rule:
         // What follows a value goes with it: at once, or on line when the drive has taken it.

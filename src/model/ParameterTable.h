@@ -32,6 +32,7 @@ enum class ChangeCause : std::uint8_t {
     Rule,      ///< another parameter's rule holds it within its limits
     Command,   ///< a command was carried out, or cannot be any more
     TakenBack, ///< the drive refused what was entered
+    Undone,    ///< off line: what was done was taken back, or done again
 };
 
 struct ParamChange {

@@ -27,9 +27,9 @@ void EntryRules::EditParameter(int accessClass, int p)
 {
     if (accessClass != Access::ReadWrite && accessClass != Access::IcrReadWrite)
         return;
-    table_.EditParamNumber = ToInt16(p);
     // What the dialog does for the entry, as taking another input off the destination, belongs to it.
     const Intent intent(table_, Origin::EditDialog);
+    table_.EditParamNumber = ToInt16(p);
     // On line the acknowledgement of the write refreshes what hangs on the parameter.
     if (const std::optional<std::int32_t> rawValue = asker_.EditValue(p, table_.Value(p)))
         table_.SetParamValue(p, *rawValue, true, !table_.PortOpen());

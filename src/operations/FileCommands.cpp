@@ -3,6 +3,7 @@
 #include "compare/ParameterSet.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
+#include "model/PathFunctions.h"
 #include "operations/DriveOperations.h"
 #include "operations/EntryRules.h"
 #include "operations/SaveCommands.h"
@@ -28,7 +29,7 @@ OperationResult FileCommands::New()
 {
     if (!saving_.PromptSaveChanges())
         return {Outcome::Cancelled};
-    Intent intent(table_, Origin::File);
+    Intent intent(table_, Origin::File, QStringLiteral("New"));
     intent.Note(QStringLiteral("New set"));
     table_.ResetToDefaults();
     document_.BeginAnew();
@@ -107,7 +108,7 @@ OperationResult FileCommands::Load(const QString &path, bool &isLoaded)
         if (OperationResult allowed = drive_.MaySendAll(set, leftOut); !allowed.IsDone())
             return allowed;
     }
-    const Intent intent(table_, Origin::File);
+    const Intent intent(table_, Origin::File, QStringLiteral("Open %1").arg(FileTitle(path)));
     {
         WriteHold hold(table_);
         failure = file_.LoadSettings(path);

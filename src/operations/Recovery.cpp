@@ -28,7 +28,7 @@ bool OfferLeftover(RecoveryCopy &copy, ParameterTable &table, Asker &asker)
         // No answer, as when the run ends meanwhile: it is asked again next time.
         return false;
     }
-    Intent intent(table, Origin::File);
+    Intent intent(table, Origin::File, QStringLiteral("Recover %1").arg(FileTitle(*name)));
     const QString failure = copy.Recover(*name);
     if (failure.isEmpty()) {
         intent.Note(QStringLiteral("Restored the unsaved changes of %1").arg(*name));

@@ -2,6 +2,7 @@
 
 #include "model/Document.h"
 #include "model/ParameterTable.h"
+#include "model/PathFunctions.h"
 #include "settings/SettingsTables.h"
 
 namespace quorvik
@@ -129,7 +130,7 @@ QString SettingsFile::LoadSettings(const QString &path)
     if (QString failure = ReadWhole(path, database, rows, notes); !failure.isEmpty())
         return failure;
 
-    Intent intent(table_, Origin::File);
+    Intent intent(table_, Origin::File, QStringLiteral("Open %1").arg(FileTitle(path)));
     intent.Note(QStringLiteral("Opened %1").arg(path));
     const int last = rows.RecordCount() - 1;
     if (last > table_.UpperBound())
