@@ -5,6 +5,7 @@
 #include "platform/Guard.h"
 
 #include <QScopedValueRollback>
+#include <algorithm>
 #include <utility>
 
 namespace quorvik
@@ -78,13 +79,14 @@ const UndoStep *UndoStack::Next(Way way) const
 
 CleanState UndoStack::CleanNow() const
 {
-    return {document_.HasUnsavedEdits ? 0 : state_, document_.Notes, document_.VirtualSettings};
+    const int state = document_.HasUnsavedEdits ? 0 : state_;
+    return {state, state, document_.Notes, document_.VirtualSettings};
 }
 
 bool UndoStack::IsClean() const
 {
-    return clean_.state == state_ && clean_.notes == document_.Notes &&
-           clean_.virtualSettings == document_.VirtualSettings;
+    return clean_.state > 0 && state_ >= clean_.state && state_ <= clean_.upTo &&
+           clean_.notes == document_.Notes && clean_.virtualSettings == document_.VirtualSettings;
 }
 
 void UndoStack::Begin()
@@ -109,7 +111,11 @@ void UndoStack::End()
     if (pending.isOnLine != table_.PortOpen())
         return;
     UndoStep step = StepOf(pending);
-    const bool isStep = pending.isOnLine ? step.HasEntries() : !step.rows.empty();
+    // A value that was entered again waits to be sent, and is the same.
+    const bool isStep =
+        pending.isOnLine ? step.HasEntries() : std::ranges::any_of(step.rows, [](const auto &row) {
+            return !IsSameButFlags(row.second.before, row.second.after);
+        });
     if (!isStep && step.documentBefore == step.documentAfter) {
         if (pending.isMarked)
             clean_.state = 0;
@@ -159,8 +165,7 @@ void UndoStack::AddRow(UndoStep &step, const Pending &pending, int p) const
     }
     // What the emulator has computed meanwhile is no part of it.
     row.before.Value = noted != pending.before.end() ? noted->second : row.after.Value;
-    // A value that was entered again waits to be sent, and is the same.
-    if (row.isEntered ? !IsSameButFlags(row.before, row.after) : !IsSame(row.before, row.after))
+    if (!IsSame(row.before, row.after))
         step.rows[p] = row;
 }
 
@@ -302,10 +307,13 @@ void UndoStack::OnHeard()
 
 void UndoStack::Push(UndoStep step)
 {
+    const bool wasClean = IsClean();
     step.stateBefore = state_;
     step.stateAfter = state_ = ++lastState_;
     if (step.ChangesDocument())
         clean_ = CleanNow();
+    else if (wasClean && !document_.HasUnsavedEdits)
+        clean_.upTo = state_;
     step.cleanAfter = clean_;
     takesRules_ = table_.PortOpen();
     done_.push_back(std::move(step));

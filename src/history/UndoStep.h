@@ -45,6 +45,7 @@ struct DocumentState {
 /** The set as it was when its file was opened or saved last. */
 struct CleanState {
     int state = 0; ///< see UndoStep; 0 where no way leads back to it
+    int upTo = 0;  ///< the last one of those that count as no edit
     QString notes = {};
     std::array<VirtualSetting, 12> virtualSettings = {};
 };

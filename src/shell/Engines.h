@@ -5,6 +5,7 @@
 #include "emulator/DriveEmulator.h"
 #include "history/Journal.h"
 #include "history/Recorder.h"
+#include "history/UndoStack.h"
 #include "link/DriveLink.h"
 #include "link/LinkStatistics.h"
 #include "link/PacketLog.h"
@@ -19,6 +20,7 @@
 #include "operations/SaveCommands.h"
 #include "operations/Snapshots.h"
 #include "operations/TripRecords.h"
+#include "operations/UndoCommands.h"
 #include "settings/RecoveryCopy.h"
 #include "settings/SettingsFile.h"
 #include "shell/Surroundings.h"
@@ -59,6 +61,8 @@ struct Engines {
     SafeWrites safeWrites;
     Journal journal;
     Recorder recorder;
+    UndoStack undoStack;
+    UndoCommands undo;
 };
 
 } // namespace quorvik

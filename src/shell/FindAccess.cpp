@@ -7,6 +7,7 @@
 #include "shell/MDIFormMain.h"
 #include "shell/MenuTable.h"
 #include "shell/OpenWindows.h"
+#include "shell/UndoEntries.h"
 
 #include <QAction>
 
@@ -108,7 +109,9 @@ FindHost::Command FindAccess::CommandOf(const QString &key) const
         command.shown = entry->isChecked() ? QStringLiteral("On") : QStringLiteral("Off");
     else
         command.shown = entry->shortcut().toString(QKeySequence::NativeText);
-    if (!entry->isEnabled())
+    if (const std::optional<Way> way = UndoEntries::WayOf(key))
+        command.whyNot = entry->isEnabled() ? QString() : main_.AllEngines().undo.Explanation(*way);
+    else if (!entry->isEnabled())
         command.whyNot = main_.AllEngines().table.PortOpen() ? QStringLiteral("can be chosen off line only")
                                                              : QStringLiteral("can be chosen on line only");
     return command;

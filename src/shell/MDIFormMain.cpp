@@ -12,6 +12,7 @@
 #include "shell/NoticeStrip.h"
 #include "shell/StatusBarMain.h"
 #include "shell/StatusLines.h"
+#include "shell/UndoEntries.h"
 #include "shell/WindowCommands.h"
 
 #include <QAction>
@@ -160,6 +161,7 @@ void MDIFormMain::ConnectCommands()
     On(windows_, &WindowCommands::GoesBack, this, [this](QWidget *form) { menus_.TakeBack(form); });
     AddKeys(this);
     menus_.FollowFront(*windows_);
+    new UndoEntries(engines_, menus_, this);
 }
 
 void MDIFormMain::AddKeys(QWidget *window)

@@ -115,6 +115,10 @@ constexpr MenuRow table[] = {
     {Command, "mnuToolsFind", "&Find...", ShowFind, "Ctrl+F"},
     {Command, "mnuToolsMap", "&Map of the Drive", [](Main &main) { OpenMap(main.TheDesk(), -1); }, "Ctrl+M"},
     {Command, "mnuToolsWhyNot", "Wh&y Does It Not Run?", ShowWhyNot},
+    {Separator, "mnuToolsSeparator4"},
+    {Command, "mnuToolsUndo", "&Undo", [](Main &main) { main.AllEngines().undo.Undo(); }, "Ctrl+Z"},
+    {Command, "mnuToolsRedo", "Re&do", [](Main &main) { main.AllEngines().undo.Redo(); },
+     "Ctrl+Shift+Z; Ctrl+Y"},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},
