@@ -28,6 +28,8 @@ void AddLiveShapesJob(Tour &tour);
 void AddBlockRound(Tour &tour);
 /** Finds a parameter by what it is called, and goes to its window. */
 void AddFindJob(Tour &tour);
+/** An entry on line, taken back; the drive holds the old value again. */
+void AddUndoJob(Tour &tour);
 /** The windows of the other menus that are of use on line. */
 void AddOnlineRound(Tour &tour);
 /** A drawing seen more closely, a window taken out of the frame, and the option that keeps both. */

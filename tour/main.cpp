@@ -69,6 +69,7 @@ int main(int argc, char **argv)
     AddLiveShapesJob(tour);
     AddBlockRound(tour);
     AddFindJob(tour);
+    AddUndoJob(tour);
     AddOnlineRound(tour);
     AddWindowsJob(tour);
     AddRestart(tour);

@@ -70,6 +70,7 @@ private:
     void OnChanged(const ParamChange &change);
     void Note(const ParamChange &change, bool isEntered);
     void Overwritten(const ParamChange &change);
+    void AddToNewest(const ParamChange &change);
     void OnEntered(bool modified);
     void OnMarked();
     void OnUnsent(int p, std::int32_t rawValue);

@@ -109,8 +109,9 @@ FindHost::Command FindAccess::CommandOf(const QString &key) const
         command.shown = entry->isChecked() ? QStringLiteral("On") : QStringLiteral("Off");
     else
         command.shown = entry->shortcut().toString(QKeySequence::NativeText);
-    if (const std::optional<Way> way = UndoEntries::WayOf(key))
-        command.whyNot = entry->isEnabled() ? QString() : main_.AllEngines().undo.Explanation(*way);
+    if (const std::optional<Way> way = UndoEntries::WayOf(key); way && !entry->isEnabled())
+        command.whyNot = *way == Way::Undo ? QStringLiteral("has nothing to take back")
+                                           : QStringLiteral("has nothing to do again");
     else if (!entry->isEnabled())
         command.whyNot = main_.AllEngines().table.PortOpen() ? QStringLiteral("can be chosen off line only")
                                                              : QStringLiteral("can be chosen on line only");
