@@ -1,0 +1,131 @@
+#include "history/HistoryTexts.h"
+
+#include "model/PathFunctions.h"
+
+#include <QDateTime>
+#include <QStringList>
+#include <array>
+#include <cstdlib>
+
+namespace quorvik::HistoryTexts
+{
+
+namespace
+{
+
+constexpr int MinutesOfHour = 60;
+constexpr int SecondsOfMinute = 60;
+
+QDateTime ThereAndThen(const JournalTime &time)
+{
+    return QDateTime::fromMSecsSinceEpoch(time.utcMs, Qt::OffsetFromUTC,
+                                          time.offsetMinutes * SecondsOfMinute);
+}
+
+QChar SignOf(int minutes)
+{
+    return minutes < 0 ? u'-' : u'+';
+}
+
+/** "UTC+2", "UTC-3:30". */
+QString Zone(int minutes)
+{
+    const int size = std::abs(minutes);
+    QString text = QStringLiteral("UTC%1%2").arg(SignOf(minutes)).arg(size / MinutesOfHour);
+    if (const int rest = size % MinutesOfHour; rest != 0)
+        text += QStringLiteral(":%1").arg(rest, 2, 10, QLatin1Char('0'));
+    return text;
+}
+
+QString InZone(const QString &text, const JournalTime &time, int minutesNow)
+{
+    return time.offsetMinutes == minutesNow ? text : text + u' ' + Zone(time.offsetMinutes);
+}
+
+} // namespace
+
+QString Time(const JournalTime &time, int minutesNow)
+{
+    return InZone(ThereAndThen(time).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), time, minutesNow);
+}
+
+QString WholeTime(const JournalTime &time)
+{
+    const int size = std::abs(time.offsetMinutes);
+    return QStringLiteral("%1 %2%3:%4")
+        .arg(ThereAndThen(time).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")))
+        .arg(SignOf(time.offsetMinutes))
+        .arg(size / MinutesOfHour, 2, 10, QLatin1Char('0'))
+        .arg(size % MinutesOfHour, 2, 10, QLatin1Char('0'));
+}
+
+QString Run(const JournalRun &run, int minutesNow)
+{
+    QStringList parts{
+        QStringLiteral("Run of ") +
+        InZone(ThereAndThen(run.began).toString(QStringLiteral("yyyy-MM-dd HH:mm")), run.began, minutesNow)};
+    if (!run.user.isEmpty())
+        parts += run.user;
+    if (!run.version.isEmpty())
+        parts += QStringLiteral("Quorvik ") + run.version;
+    return parts.join(QStringLiteral(", "));
+}
+
+QString Parameter(const JournalRow &row)
+{
+    return QStringLiteral("(%1) ").arg(row.param) + row.name;
+}
+
+QString Before(const JournalRow &row)
+{
+    return row.rawBefore ? row.textBefore : QStringLiteral("not known");
+}
+
+QString Result(const ShownRow &row)
+{
+    const QString name = NameOf(row.row.result);
+    return row.rawFound ? QStringLiteral("%1, the drive has ").arg(name) + row.textFound : name;
+}
+
+QString Results(const std::vector<ShownRow> &rows)
+{
+    std::array<int, EntryResults> counts{};
+    for (const ShownRow &row : rows)
+        if (const auto number = std::size_t(row.row.result); number < counts.size())
+            ++counts[number];
+    QStringList parts;
+    for (int number = 0; number < EntryResults; ++number) {
+        const int count = counts[std::size_t(number)];
+        const QString name = NameOf(EntryResult(number));
+        if (count > 0 && !name.isEmpty())
+            parts += count == int(rows.size()) ? name : QStringLiteral("%1 ").arg(count) + name;
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+QString Set(const JournalAction &action)
+{
+    return FileTitle(action.setName);
+}
+
+QString Drive(const ShownAction &action)
+{
+    if (action.action.link == 0)
+        return QStringLiteral("off line");
+    return action.drive ? action.drive->Text() : QStringLiteral("not known");
+}
+
+QString Title(const ShownAction &action)
+{
+    if (!action.action.title.isEmpty())
+        return action.action.title;
+    return action.rowCount == 1 ? QStringLiteral("1 value")
+                                : QStringLiteral("%1 values").arg(action.rowCount);
+}
+
+bool IsOneLine(const ShownAction &action)
+{
+    return action.rowCount == 1 && action.action.title.isEmpty();
+}
+
+} // namespace quorvik::HistoryTexts
