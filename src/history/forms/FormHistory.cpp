@@ -2,6 +2,7 @@
 
 #include "history/Journal.h"
 #include "history/forms/ExportHistory.h"
+#include "history/forms/FormStateAt.h"
 #include "history/forms/HistoryFilters.h"
 #include "history/forms/HistoryHost.h"
 #include "history/forms/HistoryModel.h"
@@ -23,6 +24,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -72,7 +74,7 @@ FormHistory::FormHistory(Desk &givenDesk, HistoryHost &host)
     layout->addWidget(MakeCommands());
 
     On(filters_, &HistoryFilters::Changed, this, [this] {
-        labelOutcome_->clear();
+        labelOutcome_->hide();
         model_->SetFilter(filters_->Filter());
         ShowEmptiness();
     });
@@ -88,7 +90,7 @@ FormHistory::FormHistory(Desk &givenDesk, HistoryHost &host)
             timerFollow_.start();
     });
     timerUpdateScreen_.setObjectName(QStringLiteral("TimerUpdateScreen"));
-    On(&timerUpdateScreen_, &QTimer::timeout, this, [this] { filters_->FollowLink(); });
+    On(&timerUpdateScreen_, &QTimer::timeout, this, [this] { FollowLink(); });
     timerUpdateScreen_.start(TickMs);
     host.Refresh();
     model_->SetFilter(filters_->Filter());
@@ -96,25 +98,77 @@ FormHistory::FormHistory(Desk &givenDesk, HistoryHost &host)
     view_->setFocus();
 }
 
+QPushButton *FormHistory::MakeButton(const QString &name, const QString &caption, const QString &toolTip,
+                                     void (FormHistory::*act)())
+{
+    auto *button = new QPushButton(caption, this);
+    button->setObjectName(name);
+    button->setToolTip(toolTip);
+    On(button, &QPushButton::clicked, this, [this, act] { (this->*act)(); });
+    return button;
+}
+
 QWidget *FormHistory::MakeCommands()
 {
     auto *commands = new QWidget(this);
-    auto *layout = new QHBoxLayout(commands);
-    layout->setContentsMargins({});
-    auto *exporting = new QPushButton(QStringLiteral("E&xport..."), commands);
-    exporting->setObjectName(QStringLiteral("CommandExport"));
-    exporting->setToolTip(QStringLiteral("Writes all that the filters show to a CSV or PDF file"));
-    On(exporting, &QPushButton::clicked, this, [this] { CommandExport_Click(); });
-    layout->addWidget(labelOutcome_, 1);
-    layout->addWidget(exporting);
+    auto *rows = new QVBoxLayout(commands);
+    rows->setContentsMargins({});
+    rows->addWidget(labelOutcome_);
+    labelOutcome_->hide();
+    auto *layout = new QHBoxLayout;
+    layout->addWidget(MakeButton(QStringLiteral("CommandTakeBack"), QStringLiteral("&Take Back..."),
+                                 QStringLiteral("Compares with what the selected values were before"),
+                                 &FormHistory::CommandTakeBack_Click));
+    layout->addWidget(MakeButton(QStringLiteral("CommandStateAt"), QStringLiteral("&State at This Time..."),
+                                 QStringLiteral("Compares with what a drive held at a moment"),
+                                 &FormHistory::CommandStateAt_Click));
+    layout->addStretch(1);
+    layout->addWidget(MakeButton(QStringLiteral("CommandExport"), QStringLiteral("E&xport..."),
+                                 QStringLiteral("Writes all that the filters show to a CSV or PDF file"),
+                                 &FormHistory::CommandExport_Click));
     layout->addWidget(MakeCommandHelp());
     layout->addWidget(MakeCommandClose());
+    rows->addLayout(layout);
     return commands;
 }
 
 void FormHistory::ShowOnly(int p)
 {
     filters_->ShowOnly(p);
+}
+
+void FormHistory::FollowLink()
+{
+    AskForDrive(desk().table.PortOpen() && !host_.ThisDrive());
+    filters_->FollowLink();
+}
+
+void FormHistory::AskForDrive(bool isWanted)
+{
+    if (isWanted == !asked_.empty())
+        return;
+    ParameterTable &table = desk().table;
+    if (isWanted)
+        DriveIdentity::Of(
+            [this, &table](int p) {
+                if (p <= table.LastParam)
+                    asked_.push_back(p);
+                return 0;
+            },
+            table.LastParam);
+    for (const int p : asked_) {
+        if (isWanted)
+            table.AddReadInterest(p);
+        else
+            table.RemoveReadInterest(p);
+    }
+    if (!isWanted)
+        asked_.clear();
+}
+
+void FormHistory::Unload()
+{
+    AskForDrive(false);
 }
 
 void FormHistory::FollowJournal()
@@ -175,6 +229,9 @@ void FormHistory::ShowMenu(const QPoint &place)
         add("mnuHistoryOnly", QStringLiteral("&Only This Parameter"), {},
             [this, p = row->row.param] { ShowOnly(p); });
     }
+    add("mnuHistoryTakeBack", QStringLiteral("&Take Back..."), {}, [this] { CommandTakeBack_Click(); });
+    add("mnuHistoryStateAt", QStringLiteral("State &at This Time..."), {},
+        [this] { CommandStateAt_Click(); });
     add("mnuHistoryCopy", QStringLiteral("&Copy"), QKeySequence(QKeySequence::Copy), [this] { CopyLines(); });
     menu->popup(view_->viewport()->mapToGlobal(place));
 }
@@ -186,6 +243,33 @@ void FormHistory::CopyLines()
         lines += model_->Spoken(line);
     if (!lines.isEmpty())
         QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+}
+
+void FormHistory::CommandTakeBack_Click()
+{
+    std::vector<ShownRow> rows;
+    for (const QModelIndex &line : view_->SelectedLines())
+        for (const ShownRow &row : model_->RowsAt(line))
+            // A line and one below it may both be selected.
+            if (std::ranges::find(rows, row.id, &ShownRow::id) == rows.end())
+                rows.push_back(row);
+    if (rows.empty())
+        Tell(QStringLiteral("Select what is to be taken back: nothing that is selected changed a value."));
+    else
+        host_.TakeBack(rows);
+}
+
+void FormHistory::CommandStateAt_Click()
+{
+    std::vector<JournalSighting> drives = host_.Drives();
+    if (drives.empty()) {
+        Tell(QStringLiteral("The history knows of no drive yet: nothing was written to one."));
+        return;
+    }
+    const QPointer<FormHistory> self = this;
+    FormStateAt dialog(desk(), this, std::move(drives), model_->ActionAt(view_->currentIndex()));
+    if (dialog.exec() == QDialog::Accepted && self)
+        host_.StateAt(dialog.Drive(), dialog.UtcMs());
 }
 
 void FormHistory::CommandExport_Click()
@@ -223,6 +307,7 @@ void FormHistory::CommandExport_Click()
 void FormHistory::Tell(const QString &sentence)
 {
     labelOutcome_->setText(sentence);
+    labelOutcome_->show();
     QAccessibleEvent event(labelOutcome_, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
 }

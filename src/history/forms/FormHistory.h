@@ -36,13 +36,23 @@ public:
     /** Lets the user choose the file to export to; the program shows a dialog. */
     std::function<std::optional<QString>(const QString &folder)> ChooseExport;
 
+protected:
+    void Unload() override;
+
 private:
     QWidget *MakeCommands();
+    QPushButton *MakeButton(const QString &name, const QString &caption, const QString &toolTip,
+                            void (FormHistory::*act)());
+    void FollowLink();
+    /** The drive is asked who it is, until it has told. */
+    void AskForDrive(bool isWanted);
     void FollowJournal();
     void ShowEmptiness();
     void ShowInWindow(const QModelIndex &line);
     void ShowMenu(const QPoint &place);
     void CopyLines();
+    void CommandTakeBack_Click();
+    void CommandStateAt_Click();
     void CommandExport_Click();
     void Tell(const QString &sentence);
 
@@ -53,6 +63,7 @@ private:
     QStackedWidget *middle_;
     QLabel *labelEmpty_;
     QLabel *labelOutcome_;
+    std::vector<int> asked_; ///< parameters with a read interest of this window
     QTimer timerFollow_{this};
     QTimer timerUpdateScreen_{this};
 };

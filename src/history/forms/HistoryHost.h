@@ -24,6 +24,13 @@ public:
     virtual void Refresh() = 0;
     /** The drive that is on line, once it has told what it is. */
     virtual std::optional<JournalSighting> ThisDrive() = 0;
+
+    /** Opens the comparison with what these values were before, ready to be copied back. */
+    virtual void TakeBack(const std::vector<ShownRow> &rows) = 0;
+    /** The drives that the journal knows, each once, as it was seen last. */
+    virtual std::vector<JournalSighting> Drives() = 0;
+    /** Opens the comparison with what a drive held at a moment. */
+    virtual void StateAt(const JournalSighting &drive, qint64 utcMs) = 0;
 };
 
 } // namespace quorvik

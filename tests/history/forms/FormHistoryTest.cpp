@@ -213,6 +213,32 @@ TEST_F(FormHistoryTest, WorksByTheKeyboard)
     EXPECT_THAT(Cells(0, HistoryModel::ToColumn), ElementsAre("2 %"));
 }
 
+TEST_F(FormHistoryTest, HandsOverWhatIsToBeTakenBackAndWhichMomentIsWanted)
+{
+    host.Add({}, 217, {1});
+    host.Time.utcMs = 1763800353456;
+    host.Add({.origin = Origin::Mentor}, 218, {2, 3});
+    Open();
+    const QModelIndex burst = Line(0, 0);
+    View().setExpanded(burst, true);
+    for (const QModelIndex &line : {burst, Model().index(1, 0, burst), Line(0, 1)})
+        View().selectionModel()->select(line, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    Click("CommandTakeBack");
+    std::vector<int> values;
+    for (const ShownRow &row : host.TakenBack)
+        values.push_back(row.row.rawAfter);
+    EXPECT_THAT(values, ElementsAre(2, 3, 1)) << "each once";
+
+    Click("CommandStateAt");
+    EXPECT_EQ(Text("LabelOutcome"), "The history knows of no drive yet: nothing was written to one.");
+    host.Drive = JournalSighting{DriveIdentity(), host.Time};
+    View().selectionModel()->setCurrentIndex(burst, QItemSelectionModel::NoUpdate);
+    QTimer::singleShot(0, form,
+                       [] { FindIn<QPushButton>(QApplication::activeModalWidget(), "CommandOK")->click(); });
+    Click("CommandStateAt");
+    EXPECT_EQ(host.StateWanted, 1763800353999) << "with all that was changed in that second";
+}
+
 TEST_F(FormHistoryTest, SaysWhatThereIsNotToSee)
 {
     Open();

@@ -27,6 +27,13 @@ public:
     void Refresh() override { ++Refreshed; }
     std::optional<JournalSighting> ThisDrive() override { return Drive; }
 
+    void TakeBack(const std::vector<ShownRow> &rows) override { TakenBack = rows; }
+    std::vector<JournalSighting> Drives() override
+    {
+        return Drive ? std::vector{*Drive} : std::vector<JournalSighting>();
+    }
+    void StateAt(const JournalSighting &, qint64 utcMs) override { StateWanted = utcMs; }
+
     /** As the program does when it starts. */
     void BeginRun()
     {
@@ -34,6 +41,7 @@ public:
         journal = std::make_unique<Journal>(path);
         journal->Begin(QStringLiteral("anna"));
         lastAction_ = lastSequence_ = 0;
+        Flush();
     }
     /** What is done is told by an origin, and more where it matters. */
     struct Deed {
@@ -76,6 +84,8 @@ public:
     std::optional<JournalSighting> Drive;
     JournalTime Time = JournalTime::Now();
     int Refreshed = 0;
+    std::vector<ShownRow> TakenBack;
+    qint64 StateWanted = 0;
 
 private:
     int lastAction_ = 0;
