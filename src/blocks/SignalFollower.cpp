@@ -73,11 +73,6 @@ CircuitPath PathDown(const Circuit &circuit, int node)
     return path;
 }
 
-bool IsStale(ValueState state)
-{
-    return state == ValueState::Old || state == ValueState::Never || state == ValueState::Lost;
-}
-
 } // namespace
 
 SignalFollower::SignalFollower(Desk &desk, BlockForm &form, DiagramView &view)
@@ -280,10 +275,8 @@ void SignalFollower::GreyWires()
         const int from = isWire ? net.edges[std::size_t(element.edge)].from.node : element.node;
         if (!isWire && element.symbol != Symbol::Dot)
             continue;
-        const bool isFaint = canBeStale && from >= 0 &&
-                             std::ranges::any_of(WireText::SourcesOf(net, into_, from), [this](int p) {
-                                 return form_.Sheet().InTable(p) && IsStale(desk_.states.Of(p));
-                             });
+        const bool isFaint =
+            canBeStale && from >= 0 && !WireText::StaleSourcesOf(desk_, net, into_, from).empty();
         isAnyFaint_ = isAnyFaint_ || isFaint;
         drawing_.SetFaint(i, isFaint);
     }

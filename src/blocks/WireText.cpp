@@ -4,6 +4,7 @@
 #include "desktop/Desk.h"
 #include "link/ValueStates.h"
 #include "model/Conversions.h"
+#include "model/FullNames.h"
 #include "model/ShownText.h"
 #include "model/TextTables.h"
 #include "platform/RuntimeFailure.h"
@@ -28,6 +29,12 @@ bool IsTouched(const Net &net, const Edge &edge)
         return true;
     const Node &to = net.nodes[std::size_t(edge.to.node)];
     return to.kind == NodeKind::Contact ? to.state == 1 : to.state == edge.to.contact;
+}
+
+/** Whether the drive may have another value by now. */
+bool IsStale(ValueState state)
+{
+    return state == ValueState::Old || state == ValueState::Never || state == ValueState::Lost;
 }
 
 } // namespace
@@ -61,8 +68,22 @@ std::vector<int> WireText::SourcesOf(const Net &net, const WiresInto &into, int 
         for (const int edge : into[std::size_t(next)])
             if (IsTouched(net, net.edges[std::size_t(edge)]))
                 open.push_back(net.edges[std::size_t(edge)].from.node);
+        // Which contact is touched hangs on a value, too.
+        for (const Edge &edge : net.edges)
+            if (edge.kind == Edge::Kind::Control && edge.to.node == next)
+                open.push_back(edge.from.node);
     }
     return sources;
+}
+
+std::vector<int> WireText::StaleSourcesOf(const Desk &desk, const Net &net, const WiresInto &into, int node)
+{
+    std::vector<int> stale = SourcesOf(net, into, node);
+    std::erase_if(stale,
+                  [&desk](int p) { return p > desk.table.UpperBound() || !IsStale(desk.states.Of(p)); });
+    std::ranges::sort(stale);
+    stale.erase(std::unique(stale.begin(), stale.end()), stale.end());
+    return stale;
 }
 
 bool WireText::IsParameter(int node) const
@@ -283,6 +304,15 @@ QString WireText::OfDriveState() const
            QStringLiteral(": ") + state;
 }
 
+QString WireText::Reservation(int node) const
+{
+    constexpr int mostNames = 2;
+    const std::vector<int> stale = StaleSourcesOf(desk_, net_, into_, node);
+    return stale.empty() ? QString()
+                         : QStringLiteral(", from values that are not of now: ") +
+                               FullNames(desk_.table, stale, mostNames, QStringLiteral(", "));
+}
+
 QString WireText::OfEdge(int edge) const
 {
     const int from = EdgeAt(edge).from.node;
@@ -305,8 +335,9 @@ QString WireText::OfEdge(int edge) const
         if (made.kind == NodeKind::Constant)
             return number + Gap + QStringLiteral("always");
         if (made.kind == NodeKind::Formula && made.param > 0)
-            return made.text + Gap + number + Gap + QStringLiteral("by ") + OfDriveState();
-        return number + Gap + QStringLiteral("computed");
+            return made.text + Gap + number + Gap + QStringLiteral("by ") + OfDriveState() +
+                   Reservation(from);
+        return number + Gap + QStringLiteral("computed") + Reservation(from);
     }
     // What only the drive can work out, it tells in the box behind.
     if (leadsToBox)

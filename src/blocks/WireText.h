@@ -9,7 +9,8 @@ struct Desk;
 
 /**
  * What a wire of a block's net carries, in words: "(102) Current Feedback  12.30 %  read 0.2 s ago" of a
- * parameter's value, "72.88 %  computed" of what its elements make of them, "not known: PI has memory".
+ * parameter's value, "72.88 %  computed" of what its elements make of them, with the names of those that may
+ * have changed since, "not known: PI has memory".
  * Wires that carry no value, of sets and selectors, tell what they stand for.
  */
 class WireText
@@ -30,9 +31,11 @@ public:
     /** By element, the wires that bring it values, alone or as members of a set. */
     using WiresInto = std::vector<std::vector<int>>;
     static WiresInto FindWires(const Net &net);
-    /** The parameters whose values an element's result comes from, through the contacts that are touched;
-     * each as far as the first box or name on the way. */
+    /** The parameters whose values an element's result comes from, through the contacts that are touched,
+     * and those that move these; each as far as the first box or name on the way. */
     static std::vector<int> SourcesOf(const Net &net, const WiresInto &into, int node);
+    /** Those of them, in rising order, that the drive may have other values of by now. */
+    static std::vector<int> StaleSourcesOf(const Desk &desk, const Net &net, const WiresInto &into, int node);
 
 private:
     /** What a number on a wire is measured in. */
@@ -59,6 +62,8 @@ private:
     QString WhyUnknown(int node) const;
     QString OfGroup(int node) const;
     QString OfDriveState() const;
+    /** Names the values behind an element that are not of now; empty where all are. */
+    QString Reservation(int node) const;
 
     const Desk &desk_;
     const Drawing &drawing_;

@@ -246,20 +246,35 @@ TEST_F(FollowTest, AParameterTakesARowOfTheCustomWindowOpenOrClosed)
     }
 }
 
-TEST_F(FollowTest, AWireIsFaintWhileItsValueIsNotTheDrives)
+TEST_F(FollowTest, AWireIsFaintAndItsTagSaysSoWhileItsValueIsNotTheDrives)
 {
+    Set({{Param::DriveState, 1}, {Param::Reference0, 7288}, {Param::ReferenceInvert, 1}});
     Open("FormSetpoints");
     OnLine drive(desk.link);
     Tick();
+    const auto checkTag = [this](const std::string &more) {
+        Hover(Param::RampInput, true);
+        EXPECT_EQ(TagText(), "-72.88 %  computed" + more);
+        HoverAt({0, 0});
+    };
+    const std::string stale = ", from values that are not of now: ";
+    checkTag(stale + "(215) Ref Select (MSB), (216) Ref Select (LSB), and 3 more");
     const auto isFaint = [this] { return WireAtBox(Param::Reference0, false).isFaint; };
     EXPECT_TRUE(isFaint());
     drive.Tells(Param::Reference0, P(Param::Reference0));
     Tick();
     EXPECT_FALSE(isFaint());
+    for (const int p : {Param::RefSelectLSB, Param::RefSelectMSB, Param::JogStatus})
+        drive.Tells(p, P(p));
+    checkTag(stale + "(222) Reference Invert");
+    drive.Tells(Param::ReferenceInvert, 1);
+    checkTag("");
     EXPECT_TRUE(WireAtBox(Param::Reference1, false).isFaint);
     drive.Leaves();
     Tick();
     EXPECT_TRUE(isFaint());
+    Hover(Param::RampInput, true);
+    EXPECT_NE(TagText().find(stale), std::string::npos) << TagText();
 }
 
 } // namespace quorvik::testing
