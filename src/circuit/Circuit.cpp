@@ -92,6 +92,7 @@ void Circuit::JoinParameters()
 void Circuit::FindLinks()
 {
     links_ = operatorLinks_;
+    // The blocks come in the order of the catalogue, which has inputs before links as the drive has.
     const auto selected = [this](int selector) {
         const std::int32_t p = table_.Value(selector);
         return p > 0 && p <= table_.UpperBound() ? int(p) : -1;

@@ -93,7 +93,9 @@ public:
 
     /** The nodes that show a parameter, by box or by name. */
     const std::vector<int> &NodesOf(int p) const;
-    /** All links in force. */
+    /** All links in force, in the order in which a drive and the emulator serve them at each tick: analog,
+     * digital and frequency inputs, then internal links. What the virtual operator writes stands before them,
+     * since it is written once. */
     const std::vector<CircuitLink> &Links() const { return links_; }
 
     /** All that a node's value comes from, or goes to, through all windows. The node itself is in it. */

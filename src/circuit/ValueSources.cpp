@@ -3,6 +3,8 @@
 #include "model/ParameterTable.h"
 #include "model/ShownText.h"
 
+#include <ranges>
+
 namespace quorvik
 {
 
@@ -76,7 +78,8 @@ QString ValueSource::Remedy(const ParameterTable &table, bool wantsFalse) const
 
 ValueSource SourceOfValue(const Circuit &circuit, const ParameterTable &table, int p)
 {
-    for (const CircuitLink &link : circuit.Links())
+    // Each overwrites what those before it have written.
+    for (const CircuitLink &link : std::views::reverse(circuit.Links()))
         if (link.destination == p && link.kind != CircuitLink::Kind::Output)
             return SourceBehind(link, table);
     return {};

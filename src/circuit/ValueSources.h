@@ -21,6 +21,7 @@ struct ValueSource {
     QString Remedy(const ParameterTable &table, bool wantsFalse) const;
 };
 
+/** Of several that write a parameter, the one whose value stands. */
 ValueSource SourceOfValue(const Circuit &circuit, const ParameterTable &table, int p);
 
 } // namespace quorvik

@@ -67,6 +67,14 @@ std::vector<Scenario> Scenarios()
     const auto open = [](Input input) {
         return [input](Terminals &wires) { wires.digital[std::size_t(input)] = false; };
     };
+    const auto closed = [](Input input) {
+        return [input](Terminals &wires) { wires.digital[std::size_t(input)] = true; };
+    };
+    const auto byPanel = [](Plant &plant) {
+        plant.circuit.Get().SetOperatorLinks({{.kind = CircuitLink::Kind::Operator,
+                                               .destination = Param::Run,
+                                               .name = QStringLiteral("Slider")}});
+    };
     const auto putting = [](const Values &values) { return [values](Plant &plant) { plant.Put(values); }; };
     const auto referring = [](int percent) {
         return [percent](Terminals &wires) { wires.analog[0] = percent * AnalogFull / 100; };
@@ -79,6 +87,26 @@ std::vector<Scenario> Scenarios()
          {{DigitalIn3Destination, RunEnable}},
          RunEnable,
          "(22) Run Enable is False: digital input 3 is its source and reads Open. Close digital input 3."},
+        {"two inputs on one parameter: the higher one wins",
+         {{DigitalIn3Destination, RunEnable}, {DigitalIn7Destination, RunEnable}},
+         RunEnable,
+         "digital input 7 is its source and reads Open",
+         {},
+         closed(JogContact)},
+        {"a link after an input",
+         {{DigitalIn3Destination, RunEnable},
+          {InternalLink1Source, RampBypass},
+          {InternalLink1Destination, RunEnable}},
+         RunEnable,
+         "Internal Link 1 brings it from",
+         {},
+         closed(JogContact)},
+        {"an input after the virtual operator", {}, Run, "digital input 1", byPanel, open(RunContact)},
+        {"the virtual operator alone",
+         {{DigitalIn1Destination, 0}},
+         Run,
+         ": Slider of the Virtual Operator writes it.",
+         byPanel},
         {"enable off in the set", {{RunEnable, 0}}, RunEnable, "set it to True"},
         {"stop is open", {}, Stop, "Close digital input 2", {}, open(StopContact)},
         {"no run command", {}, Run, "Close digital input 1", {}, open(RunContact)},
