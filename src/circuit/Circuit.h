@@ -28,7 +28,7 @@ struct CircuitLink {
     int selector = -1;    ///< the parameter that chooses, -1 for none
     int source = -1;      ///< parameter, -1 where the source is no parameter
     int destination = -1; ///< parameter, -1 where it ends at an output
-    QString name = {};    ///< "Internal Link 3", "Digital In 1", "Slider 2"
+    QString name = {};    ///< "Internal Link 3", "Digital In 1", "Run of the Virtual Operator"
 };
 
 /** Nodes and edges that belong to one path, in rising order; they count through all blocks. */

@@ -45,7 +45,7 @@ ValueSource SourceBehind(const CircuitLink &link, const ParameterTable &table)
         return source;
     } else {
         source.name = link.name;
-        source.text = QStringLiteral("%1 of the Virtual Operator writes it").arg(link.name);
+        source.text = QStringLiteral("%1 writes it").arg(link.name);
         return source;
     }
     source.reads = {status};

@@ -16,7 +16,7 @@ std::vector<CircuitLink> OperatorLinks(const Desk &desk)
     const auto add = [&links](int p, const QString &control) {
         links.push_back({.kind = CircuitLink::Kind::Operator,
                          .destination = p,
-                         .name = FormVirtualOperator::Caption() + QStringLiteral(", ") + control});
+                         .name = control + QStringLiteral(" of the ") + FormVirtualOperator::Caption()});
     };
     add(Param::Run, QStringLiteral("Run"));
     add(Param::Stop, QStringLiteral("Stop"));

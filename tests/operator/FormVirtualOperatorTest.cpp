@@ -1,6 +1,7 @@
 #include "operator/PanelTest.h"
 
 #include "operator/JogButton.h"
+#include "operator/OperatorLinks.h"
 #include "operator/VirtualSlider.h"
 
 #include <QAction>
@@ -71,6 +72,25 @@ TEST_F(VirtualOperator, OpeningUnassignsAllInputsAndWritesOnlyWhatDiffers)
     EXPECT_EQ(Record(245).WriteFlag, WriteState::None);
     Click("CommandClose");
     EXPECT_EQ(Record(1).ReadFlag, watched);
+}
+
+TEST_F(VirtualOperator, TellsWhichControlWritesWhatWhileItIsOpen)
+{
+    const auto controls = [this] {
+        std::string found;
+        for (const CircuitLink &link : OperatorLinks(desk.desk))
+            found += std::to_string(link.destination) + " " + link.name.toStdString() + "; ";
+        return found;
+    };
+    Setting(2) = {217, 0, 5000, 4321};
+    Setting(8) = {22, 0, 1, 0};
+    EXPECT_EQ(controls(), "");
+    Open();
+    EXPECT_EQ(controls(), "239 Run of the Virtual Operator; 240 Stop of the Virtual Operator; "
+                          "241 Jog of the Virtual Operator; 217 Signal C of the Virtual Operator; "
+                          "22 Digital C of the Virtual Operator; ");
+    Click("CommandClose");
+    EXPECT_EQ(controls(), "");
 }
 
 TEST_F(VirtualOperator, ThePanelShowsWhatTheDriveDoes)
