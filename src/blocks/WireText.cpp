@@ -22,15 +22,6 @@ constexpr QLatin1String Gap("  ");
 /** Elements on the way to a unit; a loop without a box would have no end. */
 constexpr int FarthestUnit = 40;
 
-/** Whether a wire passes its signal to the switch that it ends at. */
-bool IsTouched(const Net &net, const Edge &edge)
-{
-    if (edge.to.node < 0 || edge.to.contact < 0)
-        return true;
-    const Node &to = net.nodes[std::size_t(edge.to.node)];
-    return to.kind == NodeKind::Contact ? to.state == 1 : to.state == edge.to.contact;
-}
-
 /** Whether the drive may have another value by now. */
 bool IsStale(ValueState state)
 {
@@ -66,7 +57,7 @@ std::vector<int> WireText::SourcesOf(const Net &net, const WiresInto &into, int 
             continue;
         }
         for (const int edge : into[std::size_t(next)])
-            if (IsTouched(net, net.edges[std::size_t(edge)]))
+            if (net.Passes(net.edges[std::size_t(edge)]))
                 open.push_back(net.edges[std::size_t(edge)].from.node);
         // Which contact is touched hangs on a value, too.
         for (const Edge &edge : net.edges)
@@ -103,8 +94,7 @@ int WireText::MakerOf(int node) const
         if (!isPassage)
             break;
         const std::vector<int> &into = WiresTo(node);
-        const auto given =
-            std::ranges::find_if(into, [this](int edge) { return IsTouched(net_, EdgeAt(edge)); });
+        const auto given = std::ranges::find_if(into, [this](int edge) { return net_.Passes(EdgeAt(edge)); });
         if (given == into.end() || EdgeAt(*given).from.node < 0)
             break;
         node = EdgeAt(*given).from.node;
@@ -274,7 +264,7 @@ QString WireText::WhyUnknown(int node) const
             break;
         }
         const auto unknown = std::ranges::find_if(
-            into, [this](int edge) { return IsTouched(net_, EdgeAt(edge)) && !values_.OnEdge(edge); });
+            into, [this](int edge) { return net_.Passes(EdgeAt(edge)) && !values_.OnEdge(edge); });
         if (unknown == into.end())
             return QStringLiteral("%1 is known to the drive only").arg(NameOf(node));
         node = EdgeAt(*unknown).from.node;

@@ -191,16 +191,9 @@ bool Circuit::IsTraced(int edge) const
     return kind == Edge::Kind::Signal || kind == Edge::Kind::Member;
 }
 
-bool Circuit::IsActive(int edge) const
+bool Circuit::Passes(int edge) const
 {
-    const auto passes = [this, edge](const Pin &pin) {
-        if (pin.node < 0 || pin.contact < 0)
-            return true;
-        const Node &node = NodeAt(NodeIn(BlockOfEdge(edge), pin.node));
-        return node.kind == NodeKind::Contact ? node.state == 1 : node.state == pin.contact;
-    };
-    const Edge &found = EdgeAt(edge);
-    return passes(found.from) && passes(found.to);
+    return Block(BlockOfEdge(edge)).net->Passes(EdgeAt(edge));
 }
 
 void Circuit::Visit(int node, Way way, Through through, CircuitPath &path, std::vector<int> &open) const
@@ -212,7 +205,7 @@ void Circuit::Visit(int node, Way way, Through through, CircuitPath &path, std::
         open.push_back(next);
     };
     for (const int edge : way == Way::Up ? Into(node) : OutOf(node)) {
-        if (!IsTraced(edge) || (through == Through::ActiveContacts && !IsActive(edge)))
+        if (!IsTraced(edge) || (through == Through::ActiveContacts && !Passes(edge)))
             continue;
         AddTo(path.edges, edge);
         reach(FarEnd(edge, way));
@@ -290,7 +283,7 @@ std::vector<CircuitNeighbour> Circuit::Neighbours(int p, Way way) const
                 const int next = FarEnd(edge, way);
                 if (next < 0 || !IsTraced(edge))
                     continue;
-                const bool isActive = step.isActive && IsActive(edge);
+                const bool isActive = step.isActive && Passes(edge);
                 if (const Node &node = NodeAt(next); HasParameter(node)) {
                     if (way == Way::Up || node.kind == NodeKind::Value)
                         add({.param = node.param, .node = next, .isActive = isActive});

@@ -83,6 +83,8 @@ public:
     const Node &NodeAt(int node) const;
     const Edge &EdgeAt(int edge) const; ///< its pins name nodes of the block's own net
 
+    bool Passes(int edge) const; ///< see Net::Passes()
+
     /** The values; see NetValues. */
     std::optional<double> Result(int node) const;
     std::optional<double> OnEdge(int edge) const;
@@ -118,8 +120,6 @@ private:
     CircuitPath Trace(int node, Way way, Through through) const;
     std::vector<CircuitNeighbour> Neighbours(int p, Way way) const;
     void Visit(int node, Way way, Through through, CircuitPath &path, std::vector<int> &open) const;
-    /** Whether a wire passes its signal now: no switch at its end touches another contact. */
-    bool IsActive(int edge) const;
     int FarEnd(int edge, Way way) const; ///< -1 outside all drawings
     bool IsMade(int node) const;         ///< a box that a wire enters
     bool IsTraced(int edge) const;

@@ -126,6 +126,17 @@ int Net::Connect(const Pin &from, const Pin &to, Edge::Kind kind)
     return int(edges.size()) - 1;
 }
 
+bool Net::Passes(const Edge &edge) const
+{
+    const auto isTouched = [this](const Pin &pin) {
+        if (pin.node < 0 || pin.contact < 0)
+            return true;
+        const Node &node = nodes[std::size_t(pin.node)];
+        return node.kind == NodeKind::Contact ? node.state == 1 : node.state == pin.contact;
+    };
+    return isTouched(edge.from) && isTouched(edge.to);
+}
+
 Outcome NetInputs::At(int index) const
 {
     const Pin &from = net_.edges[std::size_t(edges_[std::size_t(index)])].from;

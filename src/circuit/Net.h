@@ -86,6 +86,8 @@ struct Net {
     int Add(Node node);
     /** Adds a wire. @return its index. */
     int Connect(const Pin &from, const Pin &to, Edge::Kind kind = Edge::Kind::Signal);
+    /** Whether a wire passes its signal now: no switch at an end of it touches another contact. */
+    bool Passes(const Edge &edge) const;
 };
 
 /** Whether a relation such as ">" holds between a value and its level; nothing for an unknown one. */

@@ -117,18 +117,10 @@ private:
     {
         return IsSwitch(node) && std::ranges::any_of(circuit_.Into(node), [this](int edge) {
                    const Edge &wire = circuit_.EdgeAt(edge);
-                   return wire.kind == Edge::Kind::Signal && wire.from.node >= 0 && !Passes(edge, wire.to) &&
+                   return wire.kind == Edge::Kind::Signal && wire.from.node >= 0 && !circuit_.Passes(edge) &&
                           Arrives(Reach(circuit_.NodeIn(circuit_.BlockOfEdge(edge), wire.from.node),
                                         Through::AllContacts));
                });
-    }
-
-    bool Passes(int edge, const Pin &pin) const
-    {
-        if (pin.node < 0 || pin.contact < 0)
-            return true;
-        const Node &node = circuit_.NodeAt(circuit_.NodeIn(circuit_.BlockOfEdge(edge), pin.node));
-        return node.kind == NodeKind::Contact ? node.state == 1 : node.state == pin.contact;
     }
 
     /** All that leads to a node in its drawing, as far as the step's beginning. */
@@ -140,9 +132,8 @@ private:
                 continue;
             for (const int edge : circuit_.Into(found[i])) {
                 const Edge &wire = circuit_.EdgeAt(edge);
-                const bool isOpen = Passes(edge, wire.from) && Passes(edge, wire.to);
                 if (wire.kind != Edge::Kind::Signal || wire.from.node < 0 ||
-                    (through == Through::ActiveContacts && !isOpen))
+                    (through == Through::ActiveContacts && !circuit_.Passes(edge)))
                     continue;
                 const int next = circuit_.NodeIn(circuit_.BlockOfEdge(edge), wire.from.node);
                 if (std::ranges::find(found, next) == found.end())
