@@ -151,6 +151,12 @@ Outcome NetInputs::On(Side side, int index) const
     return std::nullopt;
 }
 
+int NetInputs::CountOn(Side side) const
+{
+    return int(std::ranges::count_if(
+        edges_, [&](int edge) { return net_.edges[std::size_t(edge)].to.side == side; }));
+}
+
 Outcome NetInputs::OnContact(int contact) const
 {
     for (int i = 0; i < Count(); ++i)
@@ -230,6 +236,12 @@ Outcome NetValues::Entering(int node) const
 {
     const std::vector<int> &wires = into_[std::size_t(node)];
     return wires.size() == 1 ? OnEdge(wires.front()) : std::nullopt;
+}
+
+NetInputs NetValues::InputsOf(int node) const
+{
+    static const NetInputs::Reader readsNothing = [](int, double) { return std::nullopt; };
+    return {net_, results_, Into(node), readsNothing};
 }
 
 Outcome NetValues::Compute(int index, const NetInputs::Reader &read) const

@@ -115,6 +115,7 @@ public:
     const Pin &PinAt(int index) const { return net_.edges[std::size_t(edges_[std::size_t(index)])].to; }
     /** What enters at a side, the index-th there from the left or from above. */
     std::optional<double> On(Side side, int index = 0) const;
+    int CountOn(Side side) const;
     /** What the contact of a switch is given. */
     std::optional<double> OnContact(int contact) const;
     /** A parameter's value, as NetValues reads it. */
@@ -146,6 +147,8 @@ public:
     std::optional<double> OnEdge(int edge) const;
     /** What enters a value box: what it ought to show. */
     std::optional<double> Entering(int node) const;
+    /** What enters an element, as of the last Follow(); of parameters it tells nothing. */
+    NetInputs InputsOf(int node) const;
     /** Wires that end at a node, in the order of NetInputs. */
     std::span<const int> Into(int node) const { return into_[std::size_t(node)]; }
 

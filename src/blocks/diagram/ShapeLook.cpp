@@ -38,25 +38,14 @@ public:
     Surroundings(int node, const Net &net, const NetValues &values)
         : net_(net)
         , values_(values)
+        , inputs_(values.InputsOf(node))
         , node_(node)
     {
     }
 
     Value Result() const { return values_.Result(node_); }
-    /** What enters at a side; see NetInputs::On(). */
-    Value On(Side side, int index = 0) const
-    {
-        for (const int edge : values_.Into(node_))
-            if (net_.edges[std::size_t(edge)].to.side == side && index-- == 0)
-                return values_.OnEdge(edge);
-        return std::nullopt;
-    }
-    int CountOn(Side side) const
-    {
-        const auto into = values_.Into(node_);
-        return int(std::ranges::count_if(
-            into, [&](int edge) { return net_.edges[std::size_t(edge)].to.side == side; }));
-    }
+    Value On(Side side, int index = 0) const { return inputs_.On(side, index); }
+    int CountOn(Side side) const { return inputs_.CountOn(side); }
     /** What the first box behind the element shows, by closed contacts; turned by the inverters between. */
     Value Behind() const { return Behind(node_); }
     /** The contact of the switch that the element moves, -1 for none. */
@@ -92,6 +81,7 @@ private:
 
     const Net &net_;
     const NetValues &values_;
+    NetInputs inputs_;
     int node_;
 };
 
