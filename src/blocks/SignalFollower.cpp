@@ -45,11 +45,7 @@ void Unite(CircuitPath &into, const CircuitPath &other)
  * of them. A switch that takes it from elsewhere is where the way ends. */
 void Prune(const Circuit &circuit, CircuitPath &path)
 {
-    const auto isPassedBy = [&](int edge) {
-        const int target = circuit.EdgeAt(edge).to.node;
-        return !path.HasEdge(edge) && target >= 0 &&
-               path.HasNode(circuit.NodeIn(circuit.BlockOfEdge(edge), target));
-    };
+    const auto isPassedBy = [&](int edge) { return !path.HasEdge(edge) && path.HasNode(circuit.To(edge)); };
     const auto leadsNowhere = [&](int node) {
         const std::vector<int> &onward = circuit.OutOf(node);
         return circuit.NodeAt(node).kind != NodeKind::Value && !onward.empty() &&
@@ -219,17 +215,15 @@ CircuitPath SignalFollower::PathOf(const Circuit &circuit, int block) const
     }
     const int local = drawing_.At(followed_.element).edge;
     const int edge = circuit.EdgeIn(block, local);
-    const Edge &wire = circuit.EdgeAt(edge);
     path.edges = {edge};
-    if (wire.from.node >= 0) {
-        const int from = circuit.NodeIn(block, wire.from.node);
+    if (const int from = circuit.From(edge); from >= 0) {
         Unite(path, circuit.Upstream(from, through));
         // At a contact that is not touched the signal ends.
         if (!circuit.Downstream(from, through).HasEdge(edge))
             return path;
     }
-    if (wire.to.node >= 0)
-        Unite(path, PathDown(circuit, circuit.NodeIn(block, wire.to.node)));
+    if (const int to = circuit.To(edge); to >= 0)
+        Unite(path, PathDown(circuit, to));
     return path;
 }
 

@@ -56,9 +56,9 @@ Circuit::Circuit(const ParameterTable &table, std::vector<BlockNet> blocks)
     into_.resize(std::size_t(nodes_));
     outOf_.resize(std::size_t(nodes_));
     for (int edge = 0; edge < edges_; ++edge) {
-        if (const int end = FarEnd(edge, Way::Down); end >= 0)
+        if (const int end = To(edge); end >= 0)
             into_[std::size_t(end)].push_back(edge);
-        if (const int start = FarEnd(edge, Way::Up); start >= 0)
+        if (const int start = From(edge); start >= 0)
             outOf_[std::size_t(start)].push_back(edge);
     }
     JoinParameters();
@@ -173,11 +173,13 @@ const std::vector<int> &Circuit::NodesOf(int p) const
     return p <= 0 || p >= int(nodesOf_.size()) ? none : nodesOf_[std::size_t(p)];
 }
 
-int Circuit::FarEnd(int edge, Way way) const
+std::vector<int> Circuit::Inputs(int node) const
 {
-    const Edge &found = EdgeAt(edge);
-    const int local = way == Way::Up ? found.from.node : found.to.node;
-    return local < 0 ? -1 : NodeIn(BlockOfEdge(edge), local);
+    const Joined &block = blocks_[std::size_t(BlockOfNode(node))];
+    std::vector<int> inputs;
+    for (const int local : block.values.Into(LocalNode(node)))
+        inputs.push_back(block.firstEdge + local);
+    return inputs;
 }
 
 bool Circuit::IsMade(int node) const

@@ -84,11 +84,16 @@ public:
     const Edge &EdgeAt(int edge) const; ///< its pins name nodes of the block's own net
 
     bool Passes(int edge) const; ///< see Net::Passes()
+    /** The nodes at which an edge begins and ends; -1 outside all drawings. */
+    int From(int edge) const { return NodeOf(edge, EdgeAt(edge).from); }
+    int To(int edge) const { return NodeOf(edge, EdgeAt(edge).to); }
 
     /** The values; see NetValues. */
     std::optional<double> Result(int node) const;
     std::optional<double> OnEdge(int edge) const;
     std::optional<double> Entering(int node) const;
+    /** The edges that bring signals to a node, in the order of NetInputs. */
+    std::vector<int> Inputs(int node) const;
     /** Edges that end at a node, or begin there; of every kind. */
     const std::vector<int> &Into(int node) const { return into_[std::size_t(node)]; }
     const std::vector<int> &OutOf(int node) const { return outOf_[std::size_t(node)]; }
@@ -120,8 +125,12 @@ private:
     CircuitPath Trace(int node, Way way, Through through) const;
     std::vector<CircuitNeighbour> Neighbours(int p, Way way) const;
     void Visit(int node, Way way, Through through, CircuitPath &path, std::vector<int> &open) const;
-    int FarEnd(int edge, Way way) const; ///< -1 outside all drawings
-    bool IsMade(int node) const;         ///< a box that a wire enters
+    int NodeOf(int edge, const Pin &pin) const
+    {
+        return pin.node < 0 ? -1 : NodeIn(BlockOfEdge(edge), pin.node);
+    }
+    int FarEnd(int edge, Way way) const { return way == Way::Up ? From(edge) : To(edge); }
+    bool IsMade(int node) const; ///< a box that a wire enters
     bool IsTraced(int edge) const;
     void JoinParameters();
     void FindLinks();

@@ -190,7 +190,7 @@ void Conditions::IntoValue(int p, Wanted wanted)
     seen_.push_back(p);
     outputs_.push_back(p);
     if (const int made = walk_.MakerOf(p); made >= 0)
-        Into(walk_.SourceOf(walk_.Inputs(made).front()), wanted);
+        Into(circuit_.From(circuit_.Inputs(made).front()), wanted);
     outputs_.pop_back();
     Judge(p, wanted);
 }
@@ -236,8 +236,8 @@ void Conditions::Into(int node, Wanted wanted)
     case NodeKind::Joint:
     case NodeKind::Gain:
     case NodeKind::Absolute:
-        for (const int edge : walk_.Inputs(node))
-            Into(walk_.SourceOf(edge), wanted);
+        for (const int edge : circuit_.Inputs(node))
+            Into(circuit_.From(edge), wanted);
         break;
     case NodeKind::Constant:
     case NodeKind::Terminal:
@@ -254,18 +254,18 @@ void Conditions::IntoGate(int node, Wanted wanted, bool needsAll)
     std::vector<Condition> best;
     std::vector<int> bestSeen;
     int fewest = -1;
-    for (const int edge : walk_.Inputs(node)) {
+    for (const int edge : circuit_.Inputs(node)) {
         if (needsAll) {
-            Into(walk_.SourceOf(edge), wanted);
+            Into(circuit_.From(edge), wanted);
             continue;
         }
         const std::vector<Condition> before = found_;
         const std::vector<int> seenBefore = seen_;
-        Into(walk_.SourceOf(edge), wanted);
+        Into(circuit_.From(edge), wanted);
         const int hindrances = int(std::ranges::count(found_, Verdict::Blocks, &Condition::verdict));
         // What leads to nothing that is known is no way.
         const bool isWay = found_.size() > before.size() || seen_.size() > seenBefore.size() ||
-                           walk_.Result(walk_.SourceOf(edge)).has_value();
+                           walk_.Result(circuit_.From(edge)).has_value();
         const bool isSetting = !found_.empty() && !walk_.IsComputed(found_.back().param);
         if (isWay && (fewest < 0 || hindrances < fewest ||
                       (hindrances == fewest && isSetting && wanted == Wanted::False))) {
@@ -327,11 +327,11 @@ void Conditions::IntoSum(int node, Wanted wanted)
         return value && std::abs(*value) >= LeastPercent;
     };
     const int main = walk_.InputOn(node, Side::Left) >= 0 ? walk_.InputOn(node, Side::Left)
-                                                          : walk_.SourceOf(walk_.Inputs(node).front());
+                                                          : circuit_.From(circuit_.Inputs(node).front());
     const bool isCancelled = isSomething(main) && !isSomething(node) && walk_.Result(node);
     std::vector<int> others;
-    for (const int edge : walk_.Inputs(node))
-        if (const int input = walk_.SourceOf(edge); input != main && isSomething(input))
+    for (const int edge : circuit_.Inputs(node))
+        if (const int input = circuit_.From(edge); input != main && isSomething(input))
             others.push_back(input);
     if (isSomething(main) || others.empty() || isCancelled)
         Into(main, wanted);

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <tuple>
 
 namespace quorvik
 {
@@ -16,31 +15,12 @@ using Outcome = std::optional<double>;
 
 } // namespace
 
-std::vector<int> SignalWalk::Inputs(int node) const
-{
-    std::vector<int> inputs;
-    for (const int edge : circuit_.Into(node))
-        if (circuit_.EdgeAt(edge).kind == Edge::Kind::Signal)
-            inputs.push_back(edge);
-    std::ranges::sort(inputs, {}, [this](int edge) {
-        const Pin &pin = circuit_.EdgeAt(edge).to;
-        return std::tuple(pin.side, pin.along, edge);
-    });
-    return inputs;
-}
-
-int SignalWalk::SourceOf(int edge) const
-{
-    const int local = circuit_.EdgeAt(edge).from.node;
-    return local < 0 ? -1 : circuit_.NodeIn(circuit_.BlockOfEdge(edge), local);
-}
-
 std::vector<int> SignalWalk::InputsOn(int node, Side side) const
 {
     std::vector<int> found;
-    for (const int edge : Inputs(node))
-        if (circuit_.EdgeAt(edge).to.side == side && SourceOf(edge) >= 0)
-            found.push_back(SourceOf(edge));
+    for (const int edge : circuit_.Inputs(node))
+        if (circuit_.EdgeAt(edge).to.side == side && circuit_.From(edge) >= 0)
+            found.push_back(circuit_.From(edge));
     return found;
 }
 
@@ -54,9 +34,9 @@ std::vector<int> SignalWalk::SelectorsOf(int node) const
 {
     std::vector<int> selectors;
     for (const int edge : circuit_.Into(node)) {
-        if (circuit_.EdgeAt(edge).kind != Edge::Kind::Control || SourceOf(edge) < 0)
+        if (circuit_.EdgeAt(edge).kind != Edge::Kind::Control || circuit_.From(edge) < 0)
             continue;
-        if (const int p = circuit_.NodeAt(SourceOf(edge)).param; p > 0)
+        if (const int p = circuit_.NodeAt(circuit_.From(edge)).param; p > 0)
             selectors.push_back(p);
     }
     return selectors;
@@ -67,8 +47,8 @@ std::vector<int> SignalWalk::MembersOf(int group) const
     std::vector<int> members;
     if (group >= 0)
         for (const int edge : circuit_.Into(group))
-            if (circuit_.EdgeAt(edge).kind == Edge::Kind::Member && SourceOf(edge) >= 0)
-                members.push_back(SourceOf(edge));
+            if (circuit_.EdgeAt(edge).kind == Edge::Kind::Member && circuit_.From(edge) >= 0)
+                members.push_back(circuit_.From(edge));
     return members;
 }
 
@@ -77,14 +57,14 @@ int SignalWalk::TakenInput(int node, bool isAsked) const
     const std::vector<int> selectors = SelectorsOf(node);
     const Node &found = circuit_.NodeAt(node);
     if (found.kind == NodeKind::Contact)
-        return Inputs(node).empty() ? -1 : SourceOf(Inputs(node).front());
+        return circuit_.Inputs(node).empty() ? -1 : circuit_.From(circuit_.Inputs(node).front());
     int contact = found.state;
     if (isAsked && selectors.size() == 1 && IsComputed(selectors.front()))
         contact = ValueOf(selectors.front()).value_or(0) != 0;
     int touched = -1;
     bool isStopped = false;
-    for (const int edge : Inputs(node)) {
-        const int input = SourceOf(edge);
+    for (const int edge : circuit_.Inputs(node)) {
+        const int input = circuit_.From(edge);
         if (circuit_.EdgeAt(edge).to.contact == contact)
             touched = input;
         isStopped = isStopped || (input >= 0 && circuit_.NodeAt(input).kind == NodeKind::Constant);
@@ -98,8 +78,8 @@ int SignalWalk::TakenInput(int node, bool isAsked) const
 
 int SignalWalk::OtherInput(int node, int taken) const
 {
-    for (const int edge : Inputs(node))
-        if (const int input = SourceOf(edge);
+    for (const int edge : circuit_.Inputs(node))
+        if (const int input = circuit_.From(edge);
             input >= 0 && input != taken && circuit_.NodeAt(input).kind != NodeKind::Constant)
             return input;
     return -1;
@@ -115,7 +95,7 @@ int SignalWalk::MakerOf(int p) const
     if (!IsComputed(p))
         return -1;
     for (const int node : circuit_.NodesOf(p))
-        if (circuit_.NodeAt(node).kind == NodeKind::Value && !Inputs(node).empty())
+        if (circuit_.NodeAt(node).kind == NodeKind::Value && !circuit_.Inputs(node).empty())
             return node;
     return -1;
 }
@@ -140,7 +120,7 @@ Outcome SignalWalk::ValueOf(int p) const
 {
     const int made = isPredicting_ ? MakerOf(p) : -1;
     if (made >= 0)
-        if (const Outcome worked = Result(SourceOf(Inputs(made).front())))
+        if (const Outcome worked = Result(circuit_.From(circuit_.Inputs(made).front())))
             return worked;
     return NetValues::Shown(table_.Value(p), table_[p].Attributes);
 }
@@ -158,8 +138,8 @@ Outcome SignalWalk::Result(int node) const
 Outcome SignalWalk::Gate(int node, bool decides) const
 {
     bool isAnyKnown = false;
-    for (const int edge : Inputs(node)) {
-        const Outcome value = Result(SourceOf(edge));
+    for (const int edge : circuit_.Inputs(node)) {
+        const Outcome value = Result(circuit_.From(edge));
         if (value && (*value != 0) == decides)
             return decides;
         isAnyKnown = isAnyKnown || value.has_value();
@@ -201,7 +181,8 @@ Outcome SignalWalk::Work(int node) const
     case NodeKind::Constant:
         return found.number;
     case NodeKind::Joint:
-        return Inputs(node).size() == 1 ? Result(SourceOf(Inputs(node).front())) : std::nullopt;
+        return circuit_.Inputs(node).size() == 1 ? Result(circuit_.From(circuit_.Inputs(node).front()))
+                                                 : std::nullopt;
     case NodeKind::Sum:
         return Summed(node);
     case NodeKind::Gain: {
@@ -233,11 +214,11 @@ Outcome SignalWalk::Work(int node) const
         return isClosed ? Result(TakenInput(node, true)) : Outcome(0.0);
     }
     case NodeKind::Comparator: {
-        const std::vector<int> inputs = Inputs(node);
+        const std::vector<int> inputs = circuit_.Inputs(node);
         if (inputs.size() != 2)
             return std::nullopt;
-        const Outcome value = Result(SourceOf(inputs.front()));
-        const Outcome level = Result(SourceOf(inputs.back()));
+        const Outcome value = Result(circuit_.From(inputs.front()));
+        const Outcome level = Result(circuit_.From(inputs.back()));
         if (!value || !level)
             return std::nullopt;
         const std::optional<bool> holds = Holds(found.text, *value, *level);

@@ -29,9 +29,6 @@ public:
     void SetPredicting(bool isPredicting) { isPredicting_ = isPredicting; }
     bool IsPredicting() const { return isPredicting_; }
 
-    /** The wires that bring signals to a node, in the order of its sides: left from above, top, bottom. */
-    std::vector<int> Inputs(int node) const;
-    int SourceOf(int edge) const; ///< -1 outside all drawings
     std::vector<int> InputsOn(int node, Side side) const;
     int InputOn(int node, Side side) const;       ///< the first one, -1 for none
     std::vector<int> SelectorsOf(int node) const; ///< parameters that move a switch

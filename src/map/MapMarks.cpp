@@ -116,10 +116,8 @@ private:
     bool TurnsAway(int node) const
     {
         return IsSwitch(node) && std::ranges::any_of(circuit_.Into(node), [this](int edge) {
-                   const Edge &wire = circuit_.EdgeAt(edge);
-                   return wire.kind == Edge::Kind::Signal && wire.from.node >= 0 && !circuit_.Passes(edge) &&
-                          Arrives(Reach(circuit_.NodeIn(circuit_.BlockOfEdge(edge), wire.from.node),
-                                        Through::AllContacts));
+                   return circuit_.EdgeAt(edge).kind == Edge::Kind::Signal && circuit_.From(edge) >= 0 &&
+                          !circuit_.Passes(edge) && Arrives(Reach(circuit_.From(edge), Through::AllContacts));
                });
     }
 
@@ -131,11 +129,10 @@ private:
             if (IsBeginning(found[i]))
                 continue;
             for (const int edge : circuit_.Into(found[i])) {
-                const Edge &wire = circuit_.EdgeAt(edge);
-                if (wire.kind != Edge::Kind::Signal || wire.from.node < 0 ||
+                const int next = circuit_.From(edge);
+                if (circuit_.EdgeAt(edge).kind != Edge::Kind::Signal || next < 0 ||
                     (through == Through::ActiveContacts && !circuit_.Passes(edge)))
                     continue;
-                const int next = circuit_.NodeIn(circuit_.BlockOfEdge(edge), wire.from.node);
                 if (std::ranges::find(found, next) == found.end())
                     found.push_back(next);
             }
@@ -165,10 +162,9 @@ private:
     {
         QStringList selectors;
         for (const int edge : circuit_.Into(node)) {
-            const Edge &wire = circuit_.EdgeAt(edge);
-            if (wire.kind != Edge::Kind::Control || wire.from.node < 0)
+            const int from = circuit_.From(edge);
+            if (circuit_.EdgeAt(edge).kind != Edge::Kind::Control || from < 0)
                 continue;
-            const int from = circuit_.NodeIn(circuit_.BlockOfEdge(edge), wire.from.node);
             if (const int p = circuit_.NodeAt(from).param; p > 0)
                 selectors.append(QStringLiteral("%1 is %2").arg(Name(p), Shown(p)));
         }
@@ -188,15 +184,13 @@ private:
         QString by;
         bool hasLimits = limit.kind == NodeKind::Limiter;
         for (const int edge : circuit_.Into(node)) {
-            const Edge &wire = circuit_.EdgeAt(edge);
             const std::optional<double> brought = circuit_.OnEdge(edge);
-            if (wire.to.side == Side::Left) {
+            if (circuit_.EdgeAt(edge).to.side == Side::Left) {
                 entering = brought;
                 continue;
             }
             hasLimits = true;
-            const int from =
-                wire.from.node < 0 ? -1 : circuit_.NodeIn(circuit_.BlockOfEdge(edge), wire.from.node);
+            const int from = circuit_.From(edge);
             if (result && brought && from >= 0 && circuit_.NodeAt(from).param > 0 &&
                 std::abs(*brought - *result) < LeastDifference)
                 by = QStringLiteral(" by ") + Name(circuit_.NodeAt(from).param);

@@ -40,12 +40,9 @@ Agreement::Agreement(ParameterTable &table)
 void Agreement::Collect(int node, std::vector<int> &cone) const
 {
     const Circuit &circuit = drive_.Get();
-    for (const int edge : circuit.Into(node)) {
-        const Pin &from = circuit.EdgeAt(edge).from;
-        if (circuit.EdgeAt(edge).kind != Edge::Kind::Signal || from.node < 0)
-            continue;
-        const int before = circuit.NodeIn(circuit.BlockOfEdge(edge), from.node);
-        if (std::ranges::find(cone, before) != cone.end())
+    for (const int edge : circuit.Inputs(node)) {
+        const int before = circuit.From(edge);
+        if (before < 0 || std::ranges::find(cone, before) != cone.end())
             continue;
         cone.push_back(before);
         if (!IsSource(circuit.NodeAt(before)))
@@ -66,11 +63,9 @@ Agreement::Known Agreement::KnownOf(int index) const
         return Known::Never;
     Known least = Known::AsValue;
     Known most = Known::Never;
-    for (const int edge : circuit.Into(index)) {
-        const int from = circuit.EdgeAt(edge).from.node;
-        if (circuit.EdgeAt(edge).kind != Edge::Kind::Signal)
-            continue;
-        const Known one = from < 0 ? Known::Never : KnownOf(circuit.NodeIn(circuit.BlockOfEdge(edge), from));
+    for (const int edge : circuit.Inputs(index)) {
+        const int from = circuit.From(edge);
+        const Known one = from < 0 ? Known::Never : KnownOf(from);
         least = std::min(least, one);
         most = std::max(most, one);
     }
@@ -152,11 +147,7 @@ std::set<std::string> Agreement::Missing(const std::function<bool(int p)> &isCom
     const Circuit &circuit = drive_.Get();
     std::set<std::string> missing;
     for (const Box &box : boxes_) {
-        const auto wire = std::ranges::find_if(circuit.Into(box.node), [&](int edge) {
-            return circuit.EdgeAt(edge).kind == Edge::Kind::Signal;
-        });
-        const int from = circuit.EdgeAt(*wire).from.node;
-        const Known known = KnownOf(circuit.NodeIn(circuit.BlockOfEdge(*wire), from));
+        const Known known = KnownOf(circuit.From(circuit.Inputs(box.node).front()));
         if (known == Known::Never || !isComputed(circuit.NodeAt(box.node).param))
             continue;
         if (known == Known::AsValue && !box.wasNonZero)
@@ -165,13 +156,11 @@ std::set<std::string> Agreement::Missing(const std::function<bool(int p)> &isCom
             if (!IsSwitch(circuit.NodeAt(element)))
                 continue;
             const auto touched = touched_.find(element);
-            for (const int edge : circuit.Into(element)) {
-                const Edge &input = circuit.EdgeAt(edge);
-                if (input.kind != Edge::Kind::Signal ||
-                    KnownOf(circuit.NodeIn(circuit.BlockOfEdge(edge), input.from.node)) == Known::Never)
+            for (const int edge : circuit.Inputs(element)) {
+                if (KnownOf(circuit.From(edge)) == Known::Never)
                     continue;
                 const bool isContact = circuit.NodeAt(element).kind == NodeKind::Contact;
-                const int position = isContact ? 1 : input.to.contact;
+                const int position = isContact ? 1 : circuit.EdgeAt(edge).to.contact;
                 if (touched == touched_.end() || !touched->second.contains(position))
                     missing.insert(Name(box.node) + " with " + Name(element) + " at " +
                                    std::to_string(position));

@@ -59,8 +59,7 @@ TEST_F(CircuitTest, EveryWireComesFromSomethingAndGoesOnOrLeavesBehindABox)
         const NodeKind from = net.nodes[std::size_t(wire.from.node)].kind;
         EXPECT_TRUE(wire.to.node >= 0 || from == NodeKind::Value) << where;
         // A wire drawn against its signal would leave a joint without one.
-        const int node = circuit.NodeIn(circuit.BlockOfEdge(edge), wire.from.node);
-        EXPECT_TRUE(from != NodeKind::Joint || !circuit.Into(node).empty()) << where;
+        EXPECT_TRUE(from != NodeKind::Joint || !circuit.Into(circuit.From(edge)).empty()) << where;
     }
 }
 
