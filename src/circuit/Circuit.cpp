@@ -221,16 +221,11 @@ void Circuit::Visit(int node, Way way, Through through, CircuitPath &path, std::
         if (way == Way::Down || IsMade(other))
             reach(other);
     }
-    for (std::size_t i = 0; i < links_.size(); ++i) {
-        const CircuitLink &link = links_[i];
-        if (link.kind != CircuitLink::Kind::Internal)
-            continue;
+    for (const CircuitLink &link : links_) {
         const int here = way == Way::Up ? link.destination : link.source;
-        const int there = way == Way::Up ? link.source : link.destination;
-        if (here != found.param)
+        if (link.kind != CircuitLink::Kind::Internal || here != found.param)
             continue;
-        AddTo(path.links, int(i));
-        for (const int other : NodesOf(there))
+        for (const int other : NodesOf(way == Way::Up ? link.source : link.destination))
             reach(other);
     }
 }

@@ -35,7 +35,6 @@ struct CircuitLink {
 struct CircuitPath {
     std::vector<int> nodes;
     std::vector<int> edges;
-    std::vector<int> links; ///< indexes of Circuit::Links()
 
     bool HasNode(int node) const;
     bool HasEdge(int edge) const;
