@@ -52,6 +52,8 @@ struct MapMark {
 struct MapPath {
     std::vector<bool> cards;
     std::vector<bool> wires;
+
+    bool operator==(const MapPath &) const = default;
 };
 
 /**

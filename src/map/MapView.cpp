@@ -60,13 +60,9 @@ void MapView::Follow()
         layout_.Route(model_.Wires());
         isRouted_ = true;
     }
-    const auto sameWay = [](const std::optional<MapPath> &one, const std::optional<MapPath> &other) {
-        return one.has_value() == other.has_value() &&
-               (!one || (one->cards == other->cards && one->wires == other->wires));
-    };
     const std::optional<MapPath> litBefore = path_;
     LightUp();
-    if (isRewired || !sameWay(litBefore, path_)) {
+    if (isRewired || litBefore != path_) {
         update();
         return;
     }
