@@ -127,19 +127,18 @@ WireText::Unit WireText::UnitOfBox(const Node &node) const
     return {Unit::Kind::Like, node.param};
 }
 
-WireText::Unit WireText::UnitBehind(int node, int depth) const
+std::optional<WireText::Unit> WireText::OwnUnit(int node) const
 {
-    if (node < 0 || depth > FarthestUnit)
-        return {};
-    switch (NodeAt(node).kind) {
+    const Node &found = NodeAt(node);
+    switch (found.kind) {
     case NodeKind::Value:
     case NodeKind::Signal:
-        return IsParameter(node) ? UnitOfBox(NodeAt(node)) : Unit{};
+        return IsParameter(node) ? UnitOfBox(found) : Unit{};
     case NodeKind::Not:
     case NodeKind::And:
     case NodeKind::Nand:
     case NodeKind::Or:
-        return {Unit::Kind::Logic};
+        return Unit{Unit::Kind::Logic};
     case NodeKind::Joint:
     case NodeKind::Sum:
     case NodeKind::Gain:
@@ -147,14 +146,23 @@ WireText::Unit WireText::UnitBehind(int node, int depth) const
     case NodeKind::Limiter:
     case NodeKind::Switch:
     case NodeKind::Contact:
-        for (const Edge &edge : net_.edges)
-            if (edge.from.node == node && edge.kind == Edge::Kind::Signal)
-                if (const Unit unit = UnitBehind(edge.to.node, depth + 1); unit.kind != Unit::Kind::None)
-                    return unit;
-        return {};
+        return std::nullopt;
     default:
-        return {};
+        return Unit{};
     }
+}
+
+WireText::Unit WireText::UnitBehind(int node, int depth) const
+{
+    if (node < 0 || depth > FarthestUnit)
+        return {};
+    if (const std::optional<Unit> own = OwnUnit(node))
+        return *own;
+    for (const Edge &edge : net_.edges)
+        if (edge.from.node == node && edge.kind == Edge::Kind::Signal)
+            if (const Unit unit = UnitBehind(edge.to.node, depth + 1); unit.kind != Unit::Kind::None)
+                return unit;
+    return {};
 }
 
 WireText::Unit WireText::UnitBefore(int node, int depth) const
@@ -162,35 +170,19 @@ WireText::Unit WireText::UnitBefore(int node, int depth) const
     if (node < 0 || depth > FarthestUnit)
         return {};
     const Node &found = NodeAt(node);
-    switch (found.kind) {
-    case NodeKind::Value:
-    case NodeKind::Signal:
-        return IsParameter(node) ? UnitOfBox(found) : Unit{};
-    case NodeKind::Constant:
+    if (found.kind == NodeKind::Comparator)
+        return {Unit::Kind::Logic};
+    if (found.kind == NodeKind::Constant) {
         if (found.text.endsWith(u'%'))
             return {Unit::Kind::Like, Param::Reference0};
         return {found.text == QStringLiteral("False") ? Unit::Kind::Logic : Unit::Kind::None};
-    case NodeKind::Comparator:
-    case NodeKind::Not:
-    case NodeKind::And:
-    case NodeKind::Nand:
-    case NodeKind::Or:
-        return {Unit::Kind::Logic};
-    case NodeKind::Joint:
-    case NodeKind::Sum:
-    case NodeKind::Gain:
-    case NodeKind::Absolute:
-    case NodeKind::Limiter:
-    case NodeKind::Switch:
-    case NodeKind::Contact:
-        for (const int edge : WiresTo(node))
-            if (const Unit unit = UnitBefore(EdgeAt(edge).from.node, depth + 1);
-                unit.kind != Unit::Kind::None)
-                return unit;
-        return {};
-    default:
-        return {};
     }
+    if (const std::optional<Unit> own = OwnUnit(node))
+        return *own;
+    for (const int edge : WiresTo(node))
+        if (const Unit unit = UnitBefore(EdgeAt(edge).from.node, depth + 1); unit.kind != Unit::Kind::None)
+            return unit;
+    return {};
 }
 
 WireText::Unit WireText::UnitOf(int edge) const

@@ -54,6 +54,8 @@ private:
     /** The box that a wire enters, past joints; -1 for none. */
     int BoxBehind(int node) const;
     Unit UnitOf(int edge) const;
+    /** Of an element by itself; nothing where it follows from what is next to it. */
+    std::optional<Unit> OwnUnit(int node) const;
     Unit UnitBehind(int node, int depth) const;
     Unit UnitBefore(int node, int depth) const;
     Unit UnitOfBox(const Node &node) const;
