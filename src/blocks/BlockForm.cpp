@@ -123,8 +123,7 @@ void BlockForm::Load()
         const SheetRow &row = SheetRowAt(i);
         if (!row.IsFixed())
             continue;
-        const QString number = QString::number(row.param);
-        SetPlainToolTip(boxes_[i].label, NumberAndName(number, desk().table[row.param].Name));
+        SetPlainToolTip(boxes_[i].label, desk().table.FullName(row.param));
         desk().table.AddReadInterest(row.param);
     }
     for (const int p : sheet_->ExtraInterest())
@@ -190,7 +189,7 @@ void BlockForm::MakeRow(int index)
         // The caption of a linked row has no room for the name.
         if (number != LinkedRow)
             return state;
-        const QString name = NumberAndName(QString::number(p), desk().table[p].Name);
+        const QString name = desk().table.FullName(p);
         return state.isEmpty() ? name : name + QStringLiteral(", ") + state;
     });
     On(box, &ValueBox::clicked, this, [this, number] { Text1_Click(number); });

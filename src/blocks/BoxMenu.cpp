@@ -1,7 +1,6 @@
 #include "blocks/BoxMenu.h"
 
 #include "blocks/BlockCatalogue.h"
-#include "blocks/BlockSheet.h"
 #include "blocks/CustomRows.h"
 #include "circuit/Circuit.h"
 #include "model/ParameterTable.h"
@@ -17,11 +16,6 @@ namespace quorvik
 
 namespace
 {
-
-QString NameOf(const Desk &desk, int p)
-{
-    return NumberAndName(QString::number(p), desk.table[p].Name);
-}
 
 /** The text of an entry; a name may hold what would be a mnemonic. */
 QString Plain(QString text)
@@ -46,7 +40,7 @@ void AddNeighbours(Desk &desk, QMenu *menu, const std::vector<CircuitNeighbour> 
             menu->addAction(QStringLiteral("Not at present:"))->setEnabled(false);
         isActive = neighbour.isActive;
         const QString window = WindowOf(*circuit, neighbour);
-        QString text = NameOf(desk, neighbour.param);
+        QString text = desk.table.FullName(neighbour.param);
         if (!window.isEmpty())
             text += QStringLiteral(" - ") + window;
         if (neighbour.link >= 0)
@@ -64,8 +58,8 @@ void AddCustomRows(Desk &desk, QMenu *menu, int p)
     for (std::size_t row = 0; row < rows.size(); ++row) {
         const int old = rows[row];
         const bool isUsed = old > 0 && old <= desk.table.UpperBound();
-        const QString text =
-            isUsed ? QStringLiteral("In place of %1").arg(NameOf(desk, old)) : QStringLiteral("Free row");
+        const QString text = isUsed ? QStringLiteral("In place of %1").arg(desk.table.FullName(old))
+                                    : QStringLiteral("Free row");
         QAction *entry = menu->addAction(Plain(text));
         entry->setEnabled(old != p);
         On(entry, &QAction::triggered, menu, [&desk, row, p] { PutInCustomRow(desk, int(row), p); });
@@ -100,7 +94,7 @@ QMenu *MakeBoxMenu(Desk &desk, int p, QWidget *box, const std::function<void()> 
     AddCustomRows(desk, addMenu("BoxAddToCustom", QStringLiteral("&Add to Custom")), p);
     add("BoxCopy", QStringLiteral("C&opy"), [&desk, p] {
         const ParamRecord &record = desk.table[p];
-        QApplication::clipboard()->setText(NameOf(desk, p) + u'\t' +
+        QApplication::clipboard()->setText(desk.table.FullName(p) + u'\t' +
                                            ShownText(record.Value, record.Attributes));
     });
     return menu;

@@ -10,7 +10,6 @@
 #include "platform/RuntimeFailure.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace quorvik
 {
@@ -198,18 +197,14 @@ QString WireText::Number(double value, const Unit &unit) const
     if (unit.kind == Unit::Kind::None)
         return QString::number(value);
     const std::int32_t attributes = desk_.table[unit.param].Attributes;
-    const double counts =
-        IsEnumerated(TypeCode(attributes)) ? value : value * std::pow(10.0, DecimalsOf(attributes));
-    constexpr double most = 1e9; // what a raw value can say
-    return std::abs(counts) < most ? ShownText(std::int32_t(std::lround(counts)), attributes)
-                                   : QString::number(value);
+    const std::optional<std::int32_t> raw = RawOfShown(value, attributes);
+    return raw ? ShownText(*raw, attributes) : QString::number(value);
 }
 
 QString WireText::OfParameter(const Desk &desk, int p)
 {
     const ParamRecord &record = desk.table[p];
-    QStringList parts{NumberAndName(QString::number(p), record.Name),
-                      ShownText(record.Value, record.Attributes)};
+    QStringList parts{desk.table.FullName(p), ShownText(record.Value, record.Attributes)};
     if (const QString state = desk.states.Describe(p); !state.isEmpty())
         parts.append(state);
     return parts.join(Gap);
@@ -282,8 +277,7 @@ QString WireText::OfDriveState() const
     } catch (const RuntimeFailure &) {
         // A state that has no name.
     }
-    return NumberAndName(QString::number(Param::DriveState), desk_.table[Param::DriveState].Name) +
-           QStringLiteral(": ") + state;
+    return desk_.table.FullName(Param::DriveState) + QStringLiteral(": ") + state;
 }
 
 QString WireText::Reservation(int node) const

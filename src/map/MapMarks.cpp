@@ -150,12 +150,12 @@ private:
         return std::ranges::any_of(way, [this](int node) { return IsBeginning(node); });
     }
 
-    QString Name(int p) const { return QStringLiteral("(%1) %2").arg(p).arg(table_[p].Name); }
     QString Shown(int p) const { return ShownText(table_.Value(p), table_[p].Attributes); }
-    QString Told(int p) const { return QStringLiteral("%1 is %2.").arg(Name(p), Shown(p)); }
+    QString Told(int p) const { return QStringLiteral("%1 is %2.").arg(table_.FullName(p), Shown(p)); }
     QString Follows() const
     {
-        return QStringLiteral("%1 does not follow %2: ").arg(Name(step_.to), Name(step_.from.front()));
+        return QStringLiteral("%1 does not follow %2: ")
+            .arg(table_.FullName(step_.to), table_.FullName(step_.from.front()));
     }
 
     QString BlockedBy(int node) const
@@ -166,7 +166,7 @@ private:
             if (circuit_.EdgeAt(edge).kind != Edge::Kind::Control || from < 0)
                 continue;
             if (const int p = circuit_.NodeAt(from).param; p > 0)
-                selectors.append(QStringLiteral("%1 is %2").arg(Name(p), Shown(p)));
+                selectors.append(QStringLiteral("%1 is %2").arg(table_.FullName(p), Shown(p)));
         }
         if (selectors.isEmpty())
             return QString::fromLatin1(step_.held);
@@ -193,7 +193,7 @@ private:
             const int from = circuit_.From(edge);
             if (result && brought && from >= 0 && circuit_.NodeAt(from).param > 0 &&
                 std::abs(*brought - *result) < LeastDifference)
-                by = QStringLiteral(" by ") + Name(circuit_.NodeAt(from).param);
+                by = QStringLiteral(" by ") + table_.FullName(circuit_.NodeAt(from).param);
         }
         if (!hasLimits || !result || !entering || std::abs(*result - *entering) < LeastDifference)
             return {};
@@ -202,7 +202,7 @@ private:
             return (QString::number(value, 'f', 2) + u' ' + unit).trimmed();
         };
         return QStringLiteral("%1 is held at %2%3; %4 is asked for.")
-            .arg(Name(step_.to), number(*result), by, number(*entering));
+            .arg(table_.FullName(step_.to), number(*result), by, number(*entering));
     }
 
     const Circuit &circuit_;

@@ -107,11 +107,6 @@ bool MapModel::Follow(const Circuit &circuit)
     return wires_ != before;
 }
 
-QString MapModel::FullName(int p) const
-{
-    return QStringLiteral("(%1) %2").arg(p).arg(table_[p].Name);
-}
-
 MapRow MapModel::RowOf(const CardRow &row) const
 {
     MapRow shown;
@@ -225,11 +220,11 @@ void MapModel::AddDrawn(const Circuit &circuit, int p)
         if (card == owner || IsEndOfLink(circuit, node))
             continue;
         if (IsUsed(circuit, node))
-            AddSignal(AddWire(owner, card, false), p, FullName(p), node);
+            AddSignal(AddWire(owner, card, false), p, table_.FullName(p), node);
         else if (circuit.NodeAt(node).kind == NodeKind::Signal && IsMade(circuit, node))
             for (const int there : circuit.NodesOf(p))
                 if (CardOfNode(circuit, there) == owner)
-                    AddSignal(AddWire(card, owner, false), p, FullName(p), there);
+                    AddSignal(AddWire(card, owner, false), p, table_.FullName(p), there);
     }
 }
 
@@ -252,9 +247,10 @@ void MapModel::AddLinks(const Circuit &circuit)
         if (!wire)
             continue;
         const int p = link.destination > 0 ? link.destination : link.source;
-        QString words = link.name + QStringLiteral(": ") + FullName(p);
+        QString words = link.name + QStringLiteral(": ") + table_.FullName(p);
         if (link.kind == CircuitLink::Kind::Internal)
-            words = QStringLiteral("%1: %2 to %3").arg(link.name, FullName(link.source), FullName(p));
+            words = QStringLiteral("%1: %2 to %3")
+                        .arg(link.name, table_.FullName(link.source), table_.FullName(p));
         wire->fromRow = wire->params.empty() ? fromRow : wire->fromRow;
         wire->toRow = wire->params.empty() ? toRow : wire->toRow;
         AddSignal(wire, p, words);
@@ -299,7 +295,7 @@ QString MapModel::Words(int card, int row) const
     if (shown.param < 0)
         return shown.caption;
     const CardRow &entry = MapCards()[std::size_t(card)].rows[std::size_t(row)];
-    QString words = entry.selector >= 0 ? shown.caption : FullName(shown.param);
+    QString words = entry.selector >= 0 ? shown.caption : table_.FullName(shown.param);
     words += QStringLiteral(": ") + shown.value;
     const QString state = states_.Describe(shown.param);
     return state.isEmpty() ? words : words + QStringLiteral(", ") + state;

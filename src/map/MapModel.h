@@ -102,7 +102,6 @@ private:
     MapWire *AddWire(int from, int to, bool isLink);
     void AddSignal(MapWire *wire, int p, const QString &words, int intoNode = -1) const;
     int RowShowing(int card, int p) const;
-    QString FullName(int p) const;
 
     const ParameterTable &table_;
     const ValueStates &states_;
