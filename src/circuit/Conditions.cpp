@@ -78,7 +78,7 @@ QString Conditions::TextOf(int p) const
     // Nobody computes it off line: what it would be is shown.
     if (const std::optional<double> value = walk_.ValueOf(p);
         value && !given_.isOnLine && walk_.IsComputed(p))
-        raw = std::int32_t(std::lround(*value * std::pow(10, DecimalsOf(record.Attributes))));
+        raw = RawOfShown(*value, record.Attributes).value_or(raw);
     return ShownText(raw, record.Attributes);
 }
 
@@ -146,7 +146,7 @@ void Conditions::Judge(int p, Wanted wanted)
 {
     const std::optional<double> value =
         given_.isOnLine && walk_.IsComputed(p)
-            ? std::optional(NetValues::Shown(table_.Value(p), table_[p].Attributes))
+            ? std::optional(ShownNumber(table_.Value(p), table_[p].Attributes))
             : walk_.ValueOf(p);
     const bool isThere = value && !IsNothing(p, *value);
     // A loop at work passes through zero.

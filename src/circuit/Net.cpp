@@ -4,7 +4,6 @@
 #include "model/ParameterTable.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <tuple>
 
@@ -201,21 +200,13 @@ NetValues::NetValues(const Net &net)
                 order_.push_back(next);
 }
 
-double NetValues::Shown(std::int32_t rawValue, std::int32_t attributes)
-{
-    static constexpr std::array<double, 4> divisors = {1.0, 10.0, 100.0, 1000.0};
-    if (IsEnumerated(TypeCode(attributes)))
-        return rawValue;
-    return rawValue / divisors[std::size_t(DecimalsOf(attributes))];
-}
-
 NetInputs::Reader NetValues::ReaderOf(const ParameterTable &table)
 {
     return [&table](int p, double perCount) -> Outcome {
         if (p < 0 || p > table.UpperBound())
             return std::nullopt;
         return perCount != 0 ? Outcome(table[p].Value * perCount)
-                             : Shown(table[p].Value, table[p].Attributes);
+                             : ShownNumber(table[p].Value, table[p].Attributes);
     };
 }
 

@@ -154,8 +154,6 @@ public:
 
     /** Reads the values of a table; nothing for a number outside it. */
     static NetInputs::Reader ReaderOf(const ParameterTable &table);
-    /** A parameter's raw value as its box shows it. */
-    static double Shown(std::int32_t rawValue, std::int32_t attributes);
 
 private:
     std::optional<double> Compute(int node, const NetInputs::Reader &read) const;

@@ -1,5 +1,6 @@
 #include "circuit/SignalWalk.h"
 
+#include "model/Conversions.h"
 #include "model/ParameterTable.h"
 
 #include <algorithm>
@@ -122,7 +123,7 @@ Outcome SignalWalk::ValueOf(int p) const
     if (made >= 0)
         if (const Outcome worked = Result(circuit_.From(circuit_.Inputs(made).front())))
             return worked;
-    return NetValues::Shown(table_.Value(p), table_[p].Attributes);
+    return ShownNumber(table_.Value(p), table_[p].Attributes);
 }
 
 Outcome SignalWalk::Result(int node) const

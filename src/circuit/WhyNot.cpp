@@ -1,5 +1,6 @@
 #include "circuit/WhyNot.h"
 
+#include "model/Conversions.h"
 #include "model/Faults.h"
 #include "model/ParameterTable.h"
 
@@ -44,7 +45,7 @@ public:
 
 private:
     bool IsOn(int p) const { return table_.Value(p) != 0; }
-    double Number(int p) const { return NetValues::Shown(table_.Value(p), table_[p].Attributes); }
+    double Number(int p) const { return ShownNumber(table_.Value(p), table_[p].Attributes); }
     bool IsStarted() const { return IsOn(ArmPilotStatus) && (IsOn(RunStatus) || IsOn(JogStatus)); }
     bool IsTorqueMode() const { return IsOn(DriveModeLSB); }
 

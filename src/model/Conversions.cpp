@@ -6,9 +6,23 @@
 #include "platform/Numbers.h"
 
 #include <array>
+#include <cmath>
+#include <limits>
 
 namespace quorvik
 {
+
+namespace
+{
+
+/** What one stands for in a raw value. */
+double CountsOfOne(std::int32_t attributes)
+{
+    static constexpr std::array<double, 4> counts = {1.0, 10.0, 100.0, 1000.0};
+    return counts[std::size_t(DecimalsOf(attributes))];
+}
+
+} // namespace
 
 int TypeCode(std::int32_t attributes)
 {
@@ -27,9 +41,20 @@ int DecimalsOf(std::int32_t attributes)
 
 QString NumberText(std::int32_t rawValue, std::int32_t attributes)
 {
-    static constexpr std::array<double, 4> divisors = {1.0, 10.0, 100.0, 1000.0};
-    const int decimals = DecimalsOf(attributes);
-    return FormatFixed(rawValue / divisors[std::size_t(decimals)], decimals);
+    return FormatFixed(rawValue / CountsOfOne(attributes), DecimalsOf(attributes));
+}
+
+double ShownNumber(std::int32_t rawValue, std::int32_t attributes)
+{
+    return IsEnumerated(TypeCode(attributes)) ? rawValue : rawValue / CountsOfOne(attributes);
+}
+
+std::optional<std::int32_t> RawOfShown(double number, std::int32_t attributes)
+{
+    const double raw =
+        std::round(IsEnumerated(TypeCode(attributes)) ? number : number * CountsOfOne(attributes));
+    using Limits = std::numeric_limits<std::int32_t>;
+    return raw >= Limits::min() && raw <= Limits::max() ? std::optional(std::int32_t(raw)) : std::nullopt;
 }
 
 QString UnitText(std::int32_t attributes)

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 
 namespace quorvik
 {
@@ -30,6 +31,12 @@ QString LimitsText(const ParamRecord &record);
 
 /** The raw value as a plain number with the parameter's decimals. */
 QString NumberText(std::int32_t rawValue, std::int32_t attributes);
+
+/** The number that a box shows for a raw value: 72.88 for "72.88 %", of a list the raw value itself. */
+double ShownNumber(std::int32_t rawValue, std::int32_t attributes);
+
+/** The raw value whose shown number is nearest, halves away from zero; nothing where none can be as large. */
+std::optional<std::int32_t> RawOfShown(double number, std::int32_t attributes);
 
 /** The unit column of the type: "%", "Hz", "Sec", "Amps", "RPM", "Volts", "C" or empty. */
 QString UnitText(std::int32_t attributes);

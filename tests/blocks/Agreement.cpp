@@ -83,7 +83,7 @@ double Agreement::Blur(const Box &box) const
         values.Follow([&](int p, double perCount) {
             std::optional<double> value = NetValues::ReaderOf(table_)(p, perCount);
             if (value && p == blurred)
-                *value += counts * (perCount != 0 ? perCount : NetValues::Shown(1, table_[p].Attributes));
+                *value += counts * (perCount != 0 ? perCount : ShownNumber(1, table_[p].Attributes));
             return value;
         });
         return values.Entering(circuit.LocalNode(box.node)).value_or(0);
@@ -99,7 +99,7 @@ bool Agreement::Agrees(const Box &box) const
 {
     const Node &node = drive_.Get().NodeAt(box.node);
     const ParamRecord &record = table_[node.param];
-    const double count = node.perCount != 0 ? node.perCount : NetValues::Shown(1, record.Attributes);
+    const double count = node.perCount != 0 ? node.perCount : ShownNumber(1, record.Attributes);
     const double asked = *drive_.Get().Entering(box.node) / count;
     const double held = std::clamp(asked, double(record.Min), double(std::max(record.Min, record.Max)));
     constexpr double tiny = 1e-6;

@@ -4,7 +4,9 @@
 #include "model/TextTables.h"
 #include "platform/RuntimeFailure.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <vector>
 
 namespace quorvik::testing
@@ -66,6 +68,29 @@ TEST(ConversionsTest, EntriesBecomeRawValues)
     for (int decimals = 0; decimals <= 3; ++decimals)
         for (std::int32_t raw = -32768; raw <= 65535; raw += 7)
             ASSERT_EQ(EntryToRaw(NumberText(raw, decimals), decimals), raw) << decimals;
+}
+
+TEST(ConversionsTest, AShownNumberComesBackAsItsRawValue)
+{
+    constexpr std::int32_t percent = 10 * 32 + 2;
+    constexpr std::int32_t list = 2 * 32 + 2;
+    const std::tuple<double, std::int32_t, std::optional<std::int32_t>> rows[] = {
+        {72.88, percent, 7288},
+        {-72.88, percent, -7288},
+        {0.005, percent, 1},
+        {-0.005, percent, -1},
+        {2, list, 2},
+        {21474836.47, percent, 2147483647},
+        {3e7, percent, {}},
+        {-3e7, percent, {}},
+        {std::numeric_limits<double>::quiet_NaN(), list, {}},
+    };
+    for (const auto &[number, attributes, raw] : rows) {
+        EXPECT_EQ(RawOfShown(number, attributes), raw) << number;
+        if (raw && std::abs(number) >= 1) {
+            EXPECT_DOUBLE_EQ(ShownNumber(*raw, attributes), number);
+        }
+    }
 }
 
 TEST(ConversionsTest, TablesHaveEnds)
