@@ -52,6 +52,8 @@ BlockForm::BlockForm(Desk &desk, const BlockDescriptor &descriptor, int member)
            QString::fromLatin1(descriptor.helpTopic))
     , descriptor_(descriptor)
     , member_(member)
+    , interest_(desk.table)
+    , trackedParam_(desk.table)
     , view_(new DiagramView(this))
     , sheet_(descriptor.sheet(descriptor, member, desk.table, Ruler()))
     , timerUpdateScreen_(new QTimer(this))
@@ -124,10 +126,10 @@ void BlockForm::Load()
         if (!row.IsFixed())
             continue;
         SetPlainToolTip(boxes_[i].label, desk().table.FullName(row.param));
-        desk().table.AddReadInterest(row.param);
+        interest_.Add(row.param);
     }
     for (const int p : sheet_->ExtraInterest())
-        desk().table.AddReadInterest(p);
+        interest_.Add(p);
     On(timerUpdateScreen_, &QTimer::timeout, this,
        [this] { tickGuard_.Run([this] { TimerUpdateScreen_Timer(); }); });
     // A value must not pass for live until the next tick once it no longer is.
@@ -143,13 +145,8 @@ void BlockForm::Unload()
     timerUpdateScreen_->stop();
     follower_->End();
     desk().states.disconnect(this);
-    for (const SheetRow &row : sheet_->Rows())
-        if (row.IsFixed())
-            desk().table.RemoveReadInterest(row.param);
-    if (trackedParam_ >= 0)
-        desk().table.RemoveReadInterest(trackedParam_);
-    for (const int p : sheet_->ExtraInterest())
-        desk().table.RemoveReadInterest(p);
+    interest_.Clear();
+    trackedParam_.Clear();
 }
 
 QSize BlockForm::sizeHint() const

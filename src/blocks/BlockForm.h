@@ -4,6 +4,7 @@
 #include "blocks/diagram/DiagramView.h"
 #include "desktop/Form.h"
 #include "link/ValueStates.h"
+#include "model/ReadInterest.h"
 #include "platform/Guard.h"
 
 #include <QList>
@@ -123,7 +124,8 @@ private:
     const BlockDescriptor &descriptor_;
     int member_;
     QList<RowControls> boxes_;
-    int trackedParam_ = -1; ///< TrackedParam: what the linked row keeps polled, -1 none
+    ReadInterest interest_;     ///< in the rows, and in what else the drawing hangs on
+    ReadInterest trackedParam_; ///< TrackedParam: in what the linked row shows
     QList<GuardedArea> areas_;
     QList<QWidget *> buttonRow_;
     DiagramView *view_;

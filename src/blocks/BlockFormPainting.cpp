@@ -107,14 +107,7 @@ void BlockForm::PaintLinkedCaption()
 
 void BlockForm::Text1_Change()
 {
-    const int selected = desk().table.Value(sheet_->Rows().first().param);
-    // A number outside the table fails here, before any count has moved.
-    static_cast<void>(desk().table[selected]);
-    if (trackedParam_ >= 0)
-        desk().table.RemoveReadInterest(trackedParam_);
-    trackedParam_ = -1;
-    desk().table.AddReadInterest(selected);
-    trackedParam_ = selected;
+    trackedParam_.Set({desk().table.Value(sheet_->Rows().first().param)});
 }
 
 } // namespace quorvik

@@ -48,6 +48,7 @@ QString MarkOf(Verdict verdict)
 
 FormWhyNot::FormWhyNot(Desk &givenDesk)
     : Form(givenDesk, QStringLiteral("FormWhyNot"), Caption(), QStringLiteral("Why Not.htm"))
+    , watched_(givenDesk.table)
     , labelOrigin_(new QLabel(this))
     , labelHeadline_(new QLabel(this))
     , listConditions_(new QTreeWidget(this))
@@ -98,7 +99,7 @@ FormWhyNot::~FormWhyNot() = default;
 void FormWhyNot::Unload()
 {
     timerUpdateScreen_->stop();
-    Watch({});
+    watched_.Clear();
 }
 
 QSize FormWhyNot::sizeHint() const
@@ -199,25 +200,13 @@ QString FormWhyNot::OriginText() const
         "from the drawings.");
 }
 
-void FormWhyNot::Watch(const std::vector<int> &params)
-{
-    const std::set<int> wanted(params.begin(), params.end());
-    for (const int p : wanted)
-        if (!watched_.contains(p))
-            desk().table.AddReadInterest(p);
-    for (const int p : watched_)
-        if (!wanted.contains(p))
-            desk().table.RemoveReadInterest(p);
-    watched_ = wanted;
-}
-
 void FormWhyNot::TimerUpdateScreen_Timer()
 {
     const ParameterTable &table = desk().table;
     const ConditionsGiven given{.isOnLine = table.PortOpen() || desk().states.IsLost(),
                                 .isKnown = [this](int p) { return IsKnown(p); }};
     why_ = ExplainStandstill(TheCircuit(), table, given);
-    Watch(why_.reads);
+    watched_.Set({why_.reads.begin(), why_.reads.end()});
     if (desk().states.IsLost())
         why_.headline = QStringLiteral("Why the drive does not run cannot be told while it does not answer.");
     labelOrigin_->setText(OriginText());

@@ -2,10 +2,10 @@
 
 #include "circuit/WhyNot.h"
 #include "desktop/Form.h"
+#include "model/ReadInterest.h"
 #include "platform/Guard.h"
 
 #include <memory>
-#include <set>
 
 class QLabel;
 class QPushButton;
@@ -43,8 +43,6 @@ private:
     bool IsKnown(int p) const;
     /** What the values are, and what follows from that. */
     QString OriginText() const;
-    /** Polls what the explanation hangs on, and nothing else any more. */
-    void Watch(const std::vector<int> &params);
     void ShowConditions();
     /** Keeps the user's row, or the first cause where the user has chosen none. @param chosen parameter of
      * the row before, -1 for none. */
@@ -56,7 +54,7 @@ private:
 
     WhyNot why_;
     std::unique_ptr<DriveCircuit> ownCircuit_; ///< where the desk has none
-    std::set<int> watched_;
+    ReadInterest watched_;                     ///< what the explanation hangs on
     int followed_ = -1; ///< parameter of the row that was chosen for the user, -1 before there was one
     QLabel *labelOrigin_;
     QLabel *labelHeadline_;

@@ -49,6 +49,7 @@ FormMap::FormMap(Desk &givenDesk)
     , labelCard_(new QLabel(this))
     , timerUpdateScreen_(new QTimer(this))
     , soon_(new QTimer(this))
+    , interest_(givenDesk.table)
 {
     labelCard_->setObjectName(QStringLiteral("LabelCard"));
     labelCard_->setTextFormat(Qt::PlainText);
@@ -70,7 +71,7 @@ FormMap::FormMap(Desk &givenDesk)
     soon_->setInterval(SoonMs);
     On(soon_, &QTimer::timeout, this, [this] { tickGuard_.Run([this] { TimerUpdateScreen_Timer(); }); });
     On(&desk().states, &ValueStates::StateChanged, this, [this](int p) {
-        if (interest_.contains(p) && !soon_->isActive())
+        if (interest_.Contains(p) && !soon_->isActive())
             soon_->start();
     });
     tickGuard_.Run([this] { TimerUpdateScreen_Timer(); });
@@ -96,9 +97,7 @@ void FormMap::Unload()
     timerUpdateScreen_->stop();
     soon_->stop();
     desk().states.disconnect(this);
-    for (const int p : std::as_const(interest_))
-        desk().table.RemoveReadInterest(p);
-    interest_.clear();
+    interest_.Clear();
 }
 
 Circuit &FormMap::TheCircuit()
@@ -135,19 +134,7 @@ void FormMap::MakeButtons(QBoxLayout *layout)
 void FormMap::TimerUpdateScreen_Timer()
 {
     view_->Follow();
-    FollowInterest();
-}
-
-void FormMap::FollowInterest()
-{
-    const QSet<int> wanted = model_.Interest();
-    for (const int p : wanted)
-        if (!interest_.contains(p))
-            desk().table.AddReadInterest(p);
-    for (const int p : std::as_const(interest_))
-        if (!wanted.contains(p))
-            desk().table.RemoveReadInterest(p);
-    interest_ = wanted;
+    interest_.Set(model_.Interest());
 }
 
 void FormMap::ShowCard(int card)

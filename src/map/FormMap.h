@@ -2,9 +2,9 @@
 
 #include "desktop/Form.h"
 #include "map/MapModel.h"
+#include "model/ReadInterest.h"
 #include "platform/Guard.h"
 
-#include <QSet>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -51,7 +51,6 @@ private:
     Circuit &TheCircuit();
     void MakeButtons(QBoxLayout *layout);
     void TimerUpdateScreen_Timer();
-    void FollowInterest();
     void ShowCard(int card);
     void Open(int card, int row);
     void ChooseMember(int card);
@@ -68,7 +67,7 @@ private:
     QLabel *labelCard_;
     QTimer *timerUpdateScreen_;
     QTimer *soon_; ///< after the state of a value has changed
-    QSet<int> interest_;
+    ReadInterest interest_;
     TickGuard tickGuard_;
 };
 

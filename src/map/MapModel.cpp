@@ -260,9 +260,9 @@ void MapModel::AddLinks(const Circuit &circuit)
     }
 }
 
-QSet<int> MapModel::Interest() const
+std::set<int> MapModel::Interest() const
 {
-    QSet<int> wanted;
+    std::set<int> wanted;
     for (std::size_t card = 0; card < rows_.size(); ++card)
         for (std::size_t i = 0; i < MapCards()[card].rows.size(); ++i) {
             const CardRow &row = MapCards()[card].rows[i];

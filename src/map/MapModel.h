@@ -5,6 +5,7 @@
 
 #include <QSet>
 #include <QStringList>
+#include <set>
 #include <vector>
 
 namespace quorvik
@@ -81,7 +82,7 @@ public:
     /** The marks of a card, sentence by sentence. */
     QStringList MarkWords(int card) const;
     /** All parameters whose values are needed: rows, selectors, and what marks hang on. */
-    QSet<int> Interest() const;
+    std::set<int> Interest() const;
 
     /** The way of a card's signals; of one row only where that is given. */
     MapPath PathOf(const Circuit &circuit, int card, int row = -1) const;

@@ -50,7 +50,7 @@ void FormVirtualOperator::Form_Load()
     ParameterTable &table = desk().table;
     for (const int p :
          {Param::Run, Param::Stop, Param::Jog, Param::RunStatus, Param::LogicSelect, Param::DriveState})
-        Watch(p);
+        watched_.Add(p);
     const Intent intent(table, {Origin::VirtualOperator, QStringLiteral("Unassign all inputs")});
     // What an input drove until now may stand elsewhere in the drive than in the table, and so may what
     // nobody polls, and what is held until the user has decided between set and drive.
@@ -70,7 +70,7 @@ void FormVirtualOperator::Form_Load()
             continue;
         table.SetParamValue(p, 0, true, false);
         // A drive that runs refuses it, and then the table must tell so.
-        Watch(p);
+        watched_.Add(p);
     }
     // Run and Stop act as a maintained command.
     if (table.Value(Param::LogicSelect) != TwoWire || isHeld(Param::LogicSelect))
@@ -102,14 +102,6 @@ void FormVirtualOperator::FillRecord(int index, bool isKnown)
         if (!isKnown || table.Value(setting.Destination) != setting.Status)
             table.SetParamValue(setting.Destination, setting.Status, true, false);
     });
-}
-
-void FormVirtualOperator::Watch(int p)
-{
-    if (watched_.contains(p))
-        return;
-    desk().table.AddReadInterest(p);
-    watched_.append(p);
 }
 
 void FormVirtualOperator::AssignCaption(int index)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/Form.h"
+#include "model/ReadInterest.h"
 #include "platform/Guard.h"
 
 #include <QList>
@@ -89,7 +90,6 @@ private:
     /** @param isKnown whether the table's value is the drive's, so that an equal one needs no write. */
     void FillRecord(int index, bool isKnown);
     void ShowSignal(int index);
-    void Watch(int p);
 
     void EndJog();
     /** What the drive does as far as it tells; off line the commands of the table. */
@@ -104,7 +104,7 @@ private:
     void FollowOwnerSoon();
 
     VirtualOperatorFields &fields_;
-    QList<int> watched_;       ///< read interest that the panel holds
+    ReadInterest watched_;
     bool isStopAsked_ = false; ///< of a drive that has not yet told that it obeys
     OperatorButton *commandRun_;
     OperatorButton *commandStop_;

@@ -123,8 +123,7 @@ QStringList FormVirtualOperator::WhyStopMayFail() const
     };
     if (!table.PortOpen() && !table.DriveIsStopped())
         reasons << QStringLiteral("there is no link to it");
-    if (table.PortOpen() && !table.DriveIsStopped() &&
-        std::any_of(watched_.cbegin(), watched_.cend(), isWaiting))
+    if (table.PortOpen() && !table.DriveIsStopped() && std::ranges::any_of(watched_.Params(), isWaiting))
         reasons << QStringLiteral("it does not let go of its inputs while it runs");
     // A set that was neither read nor written says nothing of the drive.
     if (table.PortOpen() && table[Param::LogicSelect].WriteFlag == WriteState::Held)
@@ -186,9 +185,7 @@ void FormVirtualOperator::Unload()
 {
     timerUpdateScreen_->stop();
     EndJog();
-    for (const int p : watched_)
-        desk().table.RemoveReadInterest(p);
-    watched_.clear();
+    watched_.Clear();
 }
 
 } // namespace quorvik

@@ -65,6 +65,7 @@ protected:
 FormVirtualOperator::FormVirtualOperator(Desk &desk, QWidget *owner, VirtualOperatorFields &fields)
     : Form(desk, QStringLiteral("FormVirtualOperator"), Caption(), QStringLiteral("Virtual Operator.htm"))
     , fields_(fields)
+    , watched_(desk.table)
     , commandRun_(new OperatorButton(OperatorSymbol::Run, this))
     , commandStop_(new OperatorButton(OperatorSymbol::Stop, this))
     , commandJog_(new JogButton(this))

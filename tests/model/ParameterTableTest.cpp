@@ -1,4 +1,6 @@
 #include "ModelFixture.h"
+#include "model/ReadInterest.h"
+#include "platform/RuntimeFailure.h"
 
 #include <QObject>
 
@@ -39,6 +41,39 @@ TEST_F(ModelTest, EachChangeIsAnnouncedWithItsCauseAndACopyHasNoListeners)
         {123, 0, 174, ChangeCause::Rule}};
     EXPECT_EQ(changes, expected);
     EXPECT_EQ(entries, (std::vector<std::pair<int, bool>>{{100, true}, {100, false}, {406, true}}));
+}
+
+TEST_F(ModelTest, InterestsAreCountedByOwnerAndGivenBack)
+{
+    const auto flags = [this] {
+        std::vector<int> found;
+        for (const int p : {100, 101, 102, 433})
+            found.push_back(At(p).ReadFlag);
+        return found;
+    };
+    using Flags = std::vector<int>;
+    ReadInterest other(table);
+    other.Set({100, 433});
+    {
+        ReadInterest interest(table);
+        interest.Set({100, 101});
+        interest.Add(101);
+        EXPECT_EQ(flags(), (Flags{2, 1, 0, 1}));
+        interest.Set({101, 102, 433});
+        EXPECT_EQ(flags(), (Flags{1, 1, 1, 2}));
+        EXPECT_THROW(interest.Set({100, 434}), RuntimeFailure);
+        interest.Set({101, 102, 433});
+        EXPECT_EQ(flags(), (Flags{1, 1, 1, 2})) << "what was half done is not done again";
+    }
+    EXPECT_EQ(flags(), (Flags{1, 0, 0, 1}));
+    // Of a table that has become shorter what is left is given back.
+    table.FileLastParam = 432;
+    table.ResetToDefaults();
+    EXPECT_THROW(other.Set({101}), RuntimeFailure);
+    other.Set({101});
+    table.FileLastParam = 433;
+    table.ResetToDefaults();
+    EXPECT_EQ(flags(), (Flags{0, 1, 0, 0}));
 }
 
 } // namespace quorvik::testing

@@ -54,6 +54,7 @@ FormFind::FormFind(Desk &givenDesk, FindHost &host, QWidget *mainWindow)
     , textFind_(new QLineEdit(this))
     , listFound_(new QTreeView(this))
     , labelFound_(new QLabel(this))
+    , read_(givenDesk.table)
     , wasOnline_(givenDesk.table.PortOpen())
 {
     setParent(mainWindow, Qt::Dialog);
@@ -166,17 +167,6 @@ void FormFind::FollowTable()
     timerFollow_.start();
 }
 
-void FormFind::ReadOnly(const std::set<int> &params)
-{
-    for (const int p : params)
-        if (!read_.contains(p))
-            desk().table.AddReadInterest(p);
-    for (const int p : read_)
-        if (!params.contains(p))
-            desk().table.RemoveReadInterest(p);
-    read_ = params;
-}
-
 void FormFind::ReadRowsInSight()
 {
     std::set<int> params;
@@ -188,12 +178,12 @@ void FormFind::ReadRowsInSight()
         if (entry.kind == FindKind::Parameter && entry.number <= desk().table.UpperBound())
             params.insert(entry.number);
     }
-    ReadOnly(params);
+    read_.Set(params);
 }
 
 void FormFind::Unload()
 {
-    ReadOnly({});
+    read_.Clear();
 }
 
 void FormFind::Follow()

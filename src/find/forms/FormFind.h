@@ -2,6 +2,7 @@
 
 #include "desktop/Form.h"
 #include "find/RecentFinds.h"
+#include "model/ReadInterest.h"
 
 #include <QTimer>
 #include <set>
@@ -48,7 +49,6 @@ private:
     void Follow();
     /** The drive is asked for what can be seen, and for nothing else. */
     void ReadRowsInSight();
-    void ReadOnly(const std::set<int> &params);
     void Search();
     void SpeakCurrent();
     void ShowMenu(const QPoint &place);
@@ -67,7 +67,7 @@ private:
     QLineEdit *textFind_;
     QTreeView *listFound_;
     QLabel *labelFound_;
-    std::set<int> read_;    ///< parameters with a read interest of this window
+    ReadInterest read_;     ///< in what can be seen
     std::set<int> changed_; ///< since the rows followed last
     bool wasOnline_;
     QTimer timerFollow_{this};
