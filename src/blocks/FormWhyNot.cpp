@@ -1,6 +1,5 @@
 #include "blocks/FormWhyNot.h"
 
-#include "blocks/DriveCircuit.h"
 #include "desktop/PlainText.h"
 #include "link/ValueStates.h"
 #include "model/ParameterTable.h"
@@ -48,6 +47,7 @@ QString MarkOf(Verdict verdict)
 
 FormWhyNot::FormWhyNot(Desk &givenDesk)
     : Form(givenDesk, QStringLiteral("FormWhyNot"), Caption(), QStringLiteral("Why Not.htm"))
+    , circuit_(givenDesk)
     , watched_(givenDesk.table)
     , labelOrigin_(new QLabel(this))
     , labelHeadline_(new QLabel(this))
@@ -93,8 +93,6 @@ FormWhyNot::FormWhyNot(Desk &givenDesk)
     timerUpdateScreen_->start(TickMs);
     listConditions_->setFocus();
 }
-
-FormWhyNot::~FormWhyNot() = default;
 
 void FormWhyNot::Unload()
 {
@@ -162,16 +160,6 @@ QWidget *FormWhyNot::MakeCommands()
     return commands;
 }
 
-Circuit &FormWhyNot::TheCircuit()
-{
-    if (Circuit *shared = desk().TheCircuit())
-        return *shared;
-    if (!ownCircuit_)
-        ownCircuit_ = std::make_unique<DriveCircuit>(desk().table);
-    ownCircuit_->Get().Follow();
-    return ownCircuit_->Get();
-}
-
 bool FormWhyNot::IsKnown(int p) const
 {
     switch (desk().states.Of(p)) {
@@ -205,7 +193,7 @@ void FormWhyNot::TimerUpdateScreen_Timer()
     const ParameterTable &table = desk().table;
     const ConditionsGiven given{.isOnLine = table.PortOpen() || desk().states.IsLost(),
                                 .isKnown = [this](int p) { return IsKnown(p); }};
-    why_ = ExplainStandstill(TheCircuit(), table, given);
+    why_ = ExplainStandstill(circuit_.Get(), table, given);
     watched_.Set({why_.reads.begin(), why_.reads.end()});
     if (desk().states.IsLost())
         why_.headline = QStringLiteral("Why the drive does not run cannot be told while it does not answer.");

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "blocks/DeskCircuit.h"
 #include "circuit/WhyNot.h"
 #include "desktop/Form.h"
 #include "model/ReadInterest.h"
 #include "platform/Guard.h"
-
-#include <memory>
 
 class QLabel;
 class QPushButton;
@@ -16,8 +15,6 @@ class QTreeWidgetItem;
 namespace quorvik
 {
 
-class DriveCircuit;
-
 /** "Why Does It Not Run?": what must hold until the motor turns, in the order of the signal, and what of it
  * does not. */
 class FormWhyNot : public Form
@@ -26,7 +23,6 @@ class FormWhyNot : public Form
 
 public:
     explicit FormWhyNot(Desk &desk);
-    ~FormWhyNot() override;
 
     static QString Caption() { return QStringLiteral("Why Does It Not Run?"); }
     QSize sizeHint() const override;
@@ -39,7 +35,6 @@ private:
     QWidget *MakeCommands();
     void MakeList();
     void TimerUpdateScreen_Timer();
-    Circuit &TheCircuit();
     bool IsKnown(int p) const;
     /** What the values are, and what follows from that. */
     QString OriginText() const;
@@ -53,9 +48,9 @@ private:
     void GoTo(int p);
 
     WhyNot why_;
-    std::unique_ptr<DriveCircuit> ownCircuit_; ///< where the desk has none
-    ReadInterest watched_;                     ///< what the explanation hangs on
-    int followed_ = -1; ///< parameter of the row that was chosen for the user, -1 before there was one
+    DeskCircuit circuit_;
+    ReadInterest watched_; ///< what the explanation hangs on
+    int followed_ = -1;    ///< parameter of the row that was chosen for the user, -1 before there was one
     QLabel *labelOrigin_;
     QLabel *labelHeadline_;
     QTreeWidget *listConditions_;

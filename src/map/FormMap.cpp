@@ -2,7 +2,6 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
-#include "blocks/DriveCircuit.h"
 #include "desktop/PlainText.h"
 #include "link/ValueStates.h"
 #include "map/MapView.h"
@@ -43,9 +42,10 @@ FormMap::FormMap(Desk &givenDesk)
     : Form(givenDesk, Name(), QStringLiteral("Map of the Drive"), QStringLiteral("Map.htm"))
     , ChoosePrinter([this](QPrinter &printer) { return ShowPrinterDialog(printer); })
     , ChooseFile([this](const QString &folder) { return ShowSaveDialog(folder); })
+    , circuit_(givenDesk)
     , model_(givenDesk.table, givenDesk.states)
     , view_(new MapView(
-          model_, [this]() -> Circuit & { return TheCircuit(); }, this))
+          model_, [this]() -> Circuit & { return circuit_.Get(); }, this))
     , labelCard_(new QLabel(this))
     , timerUpdateScreen_(new QTimer(this))
     , soon_(new QTimer(this))
@@ -100,16 +100,6 @@ void FormMap::Unload()
     interest_.Clear();
 }
 
-Circuit &FormMap::TheCircuit()
-{
-    if (Circuit *circuit = desk().TheCircuit())
-        return *circuit;
-    if (!ownCircuit_)
-        ownCircuit_ = std::make_unique<DriveCircuit>(desk().table);
-    ownCircuit_->Get().Follow();
-    return ownCircuit_->Get();
-}
-
 void FormMap::MakeButtons(QBoxLayout *layout)
 {
     const auto add = [this, layout](const char *name, const QString &caption, const QString &toolTip,
@@ -153,7 +143,7 @@ void FormMap::ShowCard(int card)
 bool FormMap::Reveal(int p)
 {
     int row = -1;
-    const int card = model_.CardOf(TheCircuit(), p, &row);
+    const int card = model_.CardOf(circuit_.Get(), p, &row);
     if (card < 0)
         return false;
     view_->Reveal(card, row);

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "blocks/DeskCircuit.h"
 #include "desktop/Form.h"
 #include "map/MapModel.h"
 #include "model/ReadInterest.h"
 #include "platform/Guard.h"
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 class QBoxLayout;
@@ -18,7 +18,6 @@ class QTimer;
 namespace quorvik
 {
 
-class DriveCircuit;
 class MapView;
 
 /** The map of the drive: every block as a card with its values, and the wires between them. */
@@ -48,7 +47,6 @@ protected:
     void Unload() override;
 
 private:
-    Circuit &TheCircuit();
     void MakeButtons(QBoxLayout *layout);
     void TimerUpdateScreen_Timer();
     void ShowCard(int card);
@@ -61,7 +59,7 @@ private:
     /** Draws the whole map on a page, with a line of what it shows above it. */
     void PaintPage(QPagedPaintDevice &device) const;
 
-    std::unique_ptr<DriveCircuit> ownCircuit_; ///< where the desk has none
+    DeskCircuit circuit_;
     MapModel model_;
     MapView *view_;
     QLabel *labelCard_;
