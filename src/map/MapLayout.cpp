@@ -1,8 +1,8 @@
 #include "map/MapLayout.h"
 
+#include "blocks/diagram/Geometry.h"
 #include "map/MapMetrics.h"
 
-#include <QLineF>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -31,15 +31,6 @@ double HeightOf(const MapCard &card)
 double ColumnLeft(int column)
 {
     return Margin + column * (CardWidth + GutterWidth);
-}
-
-double DistanceTo(const QLineF &line, const QPointF &place)
-{
-    const QPointF along = line.p2() - line.p1();
-    const double length = QPointF::dotProduct(along, along);
-    const double share =
-        length > 0 ? std::clamp(QPointF::dotProduct(place - line.p1(), along) / length, 0.0, 1.0) : 0;
-    return QLineF(place, line.p1() + share * along).length();
 }
 
 } // namespace
@@ -133,12 +124,10 @@ int MapLayout::WireAt(const QPointF &place, double distance) const
 {
     int nearest = -1;
     for (std::size_t i = 0; i < ways_.size(); ++i)
-        for (int k = 0; k + 1 < ways_[i].size(); ++k)
-            if (const double away = DistanceTo(QLineF(ways_[i][k], ways_[i][k + 1]), place);
-                away <= distance) {
-                distance = away;
-                nearest = int(i);
-            }
+        if (const double away = DistanceFrom(ways_[i], place); away <= distance) {
+            distance = away;
+            nearest = int(i);
+        }
     return nearest;
 }
 

@@ -1,6 +1,8 @@
 #include "blocks/diagram/Geometry.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace quorvik
 {
@@ -58,6 +60,21 @@ QPolygonF ArrowHead(const QPolygonF &line)
     const QPointF along = back / length * ArrowLength;
     const QPointF across = QPointF(-back.y(), back.x()) / length * ArrowHalfWidth;
     return {{tip, tip + along + across, tip + along - across}};
+}
+
+double DistanceFrom(const QPolygonF &line, const QPointF &place)
+{
+    double least = std::numeric_limits<double>::infinity();
+    for (qsizetype i = 1; i < line.size(); ++i) {
+        const QPointF from = line.at(i - 1);
+        const QPointF along = line.at(i) - from;
+        const double length = QPointF::dotProduct(along, along);
+        const double share =
+            length > 0 ? std::clamp(QPointF::dotProduct(place - from, along) / length, 0.0, 1.0) : 0;
+        const QPointF off = place - (from + share * along);
+        least = std::min(least, std::hypot(off.x(), off.y()));
+    }
+    return least;
 }
 
 QPointF OpenArmEnd(const QPointF &pivot, const QPointF &contact)

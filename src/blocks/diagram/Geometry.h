@@ -64,6 +64,9 @@ QPolygonF RouteWire(const Port &from, const Port &to, double bend);
 /** The three corners of an arrow head with its tip at the end of a line; empty for a line without length. */
 QPolygonF ArrowHead(const QPolygonF &line);
 
+/** How far a place lies from the nearest piece of a line; infinite for a line of less than two corners. */
+double DistanceFrom(const QPolygonF &line, const QPointF &place);
+
 /** Where the free end of a make contact's arm hangs while the contact is open. */
 QPointF OpenArmEnd(const QPointF &pivot, const QPointF &contact);
 

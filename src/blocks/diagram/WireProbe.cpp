@@ -6,24 +6,12 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <algorithm>
-#include <cmath>
 
 namespace quorvik
 {
 
 namespace
 {
-
-/** Of a place from a piece of a line, in its own unit. */
-double Distance(const QPointF &place, const QPointF &from, const QPointF &to)
-{
-    const QPointF along = to - from;
-    const double length = QPointF::dotProduct(along, along);
-    const double share =
-        length > 0 ? std::clamp(QPointF::dotProduct(place - from, along) / length, 0.0, 1.0) : 0;
-    const QPointF off = place - (from + share * along);
-    return std::hypot(off.x(), off.y());
-}
 
 int Overlap(const QRect &one, const QRect &other)
 {
@@ -47,11 +35,10 @@ int WireAt(const Drawing &drawing, const QPointF &cell, double reach)
         if (element.edge < 0 || !element.visible)
             continue;
         const QPolygonF line = element.symbol == Symbol::Link ? drawing.LinkLine(element) : element.points;
-        for (qsizetype piece = 1; piece < line.size(); ++piece)
-            if (const double off = Distance(cell, line.at(piece - 1), line.at(piece)); off < least) {
-                least = off;
-                nearest = i;
-            }
+        if (const double off = DistanceFrom(line, cell); off < least) {
+            least = off;
+            nearest = i;
+        }
     }
     return nearest;
 }
