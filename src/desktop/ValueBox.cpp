@@ -1,6 +1,7 @@
 #include "desktop/ValueBox.h"
 
 #include "desktop/PlainText.h"
+#include "desktop/Pulse.h"
 #include "desktop/ValueMark.h"
 #include "platform/Guard.h"
 
@@ -8,7 +9,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QToolTip>
-#include <QVariantAnimation>
 #include <cmath>
 
 namespace quorvik
@@ -83,16 +83,10 @@ QSize ValueBox::sizeHint() const
 
 void ValueBox::Pulse()
 {
-    constexpr int pulseMs = 1500;
-    auto *fade = new QVariantAnimation(this);
-    fade->setStartValue(1.0);
-    fade->setEndValue(0.0);
-    fade->setDuration(pulseMs);
-    connect(fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
-        pulse_ = value.toDouble();
+    quorvik::Pulse(this, [this](double strength) {
+        pulse_ = strength;
         update();
     });
-    fade->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void ValueBox::paintEvent(QPaintEvent *)

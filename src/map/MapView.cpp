@@ -1,6 +1,7 @@
 #include "map/MapView.h"
 
 #include "desktop/PlainText.h"
+#include "desktop/Pulse.h"
 #include "map/MapMetrics.h"
 
 #include <QApplication>
@@ -8,7 +9,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QToolTip>
-#include <QVariantAnimation>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -203,22 +203,16 @@ void MapView::SetFocusCard(int card)
 
 void MapView::Reveal(int card, int row)
 {
-    constexpr int pulseMs = 1500;
     setFocus(Qt::OtherFocusReason);
     SetFocusCard(card);
     if (!isFitted_)
         PanBy(QRectF(rect()).center() - CardOnScreen(card).center());
     pulsing_ = card;
     pulsingRow_ = row;
-    auto *fade = new QVariantAnimation(this);
-    fade->setStartValue(1.0);
-    fade->setEndValue(0.0);
-    fade->setDuration(pulseMs);
-    connect(fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
-        pulse_ = value.toDouble();
+    Pulse(this, [this](double strength) {
+        pulse_ = strength;
         update(CardOnScreen(pulsing_).toAlignedRect().adjusted(-12, -12, 12, 12));
     });
-    fade->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void MapView::mousePressEvent(QMouseEvent *event)
