@@ -1,6 +1,7 @@
 // The map on paper: printer and PDF file.
 
 #include "desktop/SaveDialog.h"
+#include "desktop/UsualPaper.h"
 #include "map/FormMap.h"
 #include "map/MapView.h"
 #include "model/Document.h"
@@ -12,7 +13,6 @@
 #include <QBuffer>
 #include <QFileDialog>
 #include <QLabel>
-#include <QLocale>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPdfWriter>
@@ -104,10 +104,9 @@ void FormMap::CommandPdf_Click()
     pdf.open(QIODevice::WriteOnly);
     {
         QPdfWriter writer(&pdf);
-        const bool isMetric = QLocale().measurementSystem() == QLocale::MetricSystem;
-        writer.setPageLayout(
-            QPageLayout(QPageSize(isMetric ? QPageSize::A4 : QPageSize::Letter), QPageLayout::Landscape,
-                        QMarginsF(MarginMm, MarginMm, MarginMm, MarginMm), QPageLayout::Millimeter));
+        writer.setPageLayout(QPageLayout(UsualPaper(), QPageLayout::Landscape,
+                                         QMarginsF(MarginMm, MarginMm, MarginMm, MarginMm),
+                                         QPageLayout::Millimeter));
         writer.setTitle(windowTitle());
         PaintPage(writer);
     }

@@ -1,10 +1,10 @@
 #include "compare/forms/ExportComparison.h"
 
+#include "desktop/UsualPaper.h"
 #include "platform/AtomicFile.h"
 
 #include <QBuffer>
 #include <QFileInfo>
-#include <QLocale>
 #include <QPageLayout>
 #include <QPdfWriter>
 #include <QTextCursor>
@@ -63,10 +63,8 @@ QByteArray AsPdf(const CompareReport &report)
     QBuffer pdf;
     pdf.open(QIODevice::WriteOnly);
     QPdfWriter writer(&pdf);
-    const bool isMetric = QLocale().measurementSystem() == QLocale::MetricSystem;
-    writer.setPageLayout(QPageLayout(QPageSize(isMetric ? QPageSize::A4 : QPageSize::Letter),
-                                     QPageLayout::Landscape, QMarginsF(Margin, Margin, Margin, Margin),
-                                     QPageLayout::Millimeter));
+    writer.setPageLayout(QPageLayout(UsualPaper(), QPageLayout::Landscape,
+                                     QMarginsF(Margin, Margin, Margin, Margin), QPageLayout::Millimeter));
     writer.setTitle(QStringLiteral("Comparison of Sarvex Parameters"));
     QTextDocument document;
     QFont font = document.defaultFont();

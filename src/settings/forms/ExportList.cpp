@@ -1,14 +1,13 @@
 #include "settings/forms/ExportList.h"
 
 #include "desktop/SaveDialog.h"
+#include "desktop/UsualPaper.h"
 #include "platform/AtomicFile.h"
 #include "settings/forms/PrintData.h"
 
 #include <QBuffer>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLocale>
-#include <QPageSize>
 #include <QPdfWriter>
 
 namespace quorvik
@@ -32,12 +31,6 @@ const ExportKind &PdfKind()
 {
     static const ExportKind kind{QStringLiteral("PDF document (*.pdf)"), QStringLiteral("pdf")};
     return kind;
-}
-
-QPageSize UsualPaper()
-{
-    const bool isMetric = QLocale().measurementSystem() == QLocale::MetricSystem;
-    return QPageSize(isMetric ? QPageSize::A4 : QPageSize::Letter);
 }
 
 } // namespace
