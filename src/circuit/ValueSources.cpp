@@ -3,7 +3,7 @@
 #include "model/ParameterTable.h"
 #include "model/ShownText.h"
 
-#include <ranges>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -79,10 +79,11 @@ QString ValueSource::Remedy(const ParameterTable &table, bool wantsFalse) const
 ValueSource SourceOfValue(const Circuit &circuit, const ParameterTable &table, int p)
 {
     // Each overwrites what those before it have written.
-    for (const CircuitLink &link : std::views::reverse(circuit.Links()))
-        if (link.destination == p && link.kind != CircuitLink::Kind::Output)
-            return SourceBehind(link, table);
-    return {};
+    const std::vector<CircuitLink> &links = circuit.Links();
+    const auto last = std::find_if(links.rbegin(), links.rend(), [p](const CircuitLink &link) {
+        return link.destination == p && link.kind != CircuitLink::Kind::Output;
+    });
+    return last == links.rend() ? ValueSource() : SourceBehind(*last, table);
 }
 
 } // namespace quorvik
