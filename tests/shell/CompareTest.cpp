@@ -1,4 +1,6 @@
 #include "compare/forms/FormCompare.h"
+#include "history/PastStates.h"
+#include "shell/OpenWindows.h"
 #include "shell/ShellFixture.h"
 
 #include <QTableView>
@@ -66,6 +68,41 @@ TEST_F(CompareOverTheWire, TheMenuReadsTheDriveAsideAndCopiesIntoIt)
         QString::fromStdString(Text("LabelOutcome")).startsWith(QStringLiteral("2 written and verified")))
         << Text("LabelOutcome");
     EXPECT_NE(Find<QComboBox>("ComboSide(0)")->findText(QStringLiteral("Backup "), Qt::MatchStartsWith), -1);
+    Set().DriveModified = false;
+}
+
+TEST_F(CompareOverTheWire, WhatTheDriveHasTakenIsTakenBack)
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral("1"));
+    drive.Set(Param::FwdAccelA, 60);
+    UseDrive(drive);
+    LoadQuietly();
+    Trigger("mnuToolsCompare");
+    Click("CommandReadDrive");
+    Click("CommandTakeAll");
+    auto *direction = Find<QComboBox>("ComboDirection");
+    direction->setCurrentIndex(direction->findText(QStringLiteral("open set to drive"), Qt::MatchStartsWith));
+    Click("CommandCopy");
+    EXPECT_EQ(drive.Value(Param::FwdAccelA), 50);
+
+    Engines &engines = main->AllEngines();
+    JournalReader reader(engines.journal.Path());
+    PastStates past(reader, engines.backups, Table());
+    const auto changes = [&] {
+        engines.recorder.HandOver();
+        EXPECT_TRUE(engines.journal.Flush(10'000));
+        const JournalFilter ofRamp{.param = Param::FwdAccelA};
+        return reader.RowsOf(reader.Actions(ofRamp, 0, 1).at(0), ofRamp);
+    };
+    ShowCompareWith(*main, past.Before(changes()), true);
+    EXPECT_EQ(ShownRows(), QStringList{QStringLiteral("226 6.0 Sec 5.0 Sec -1.0 Sec")});
+    Click("CommandCopy");
+    EXPECT_EQ(drive.Value(Param::FwdAccelA), 60);
+    EXPECT_EQ(changes().at(0).row.result, EntryResult::Verified);
+    const qint64 now = JournalTime::Now().utcMs;
+    const PastState state = past.StateAt(past.Drives().at(0), now);
+    EXPECT_EQ(state.set.Value(Param::FwdAccelA), 60) << state.note.toStdString();
+    EXPECT_EQ(state.set.Value(Param::JogReference), drive.Value(Param::JogReference)) << "of the backup";
     Set().DriveModified = false;
 }
 

@@ -95,7 +95,7 @@ IntentInfo FormCompare::IntentOf(int from) const
 {
     const QString &name = sides_->Set(from).name;
     if (sides_->Source(from).kind == Kind::Past)
-        return {Origin::Undo, QStringLiteral("Take back to %1").arg(name)};
+        return {Origin::Undo, QStringLiteral("Back to %1").arg(name)};
     return {Origin::Compare, QStringLiteral("Copy from %1").arg(name)};
 }
 
