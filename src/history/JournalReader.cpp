@@ -334,6 +334,8 @@ std::vector<ShownRow> JournalReader::ChangesOn(const std::vector<JournalSighting
 
 std::optional<qint64> JournalReader::CompleteSince()
 {
+    if (!Open())
+        return {};
     std::optional<qint64> since;
     Read(QStringLiteral("SELECT CASE WHEN (SELECT min(id) FROM entries) > 1 THEN (SELECT time FROM entries "
                         "ORDER BY id LIMIT 1) ELSE (SELECT min(began) FROM runs) END"),
