@@ -102,7 +102,7 @@ TEST_F(CompareOverTheWire, WhatTheDriveHasTakenIsTakenBack)
     const qint64 now = JournalTime::Now().utcMs;
     const PastState state = past.StateAt(past.Drives().at(0), now);
     EXPECT_EQ(state.set.Value(Param::FwdAccelA), 60) << state.note.toStdString();
-    EXPECT_EQ(state.set.Value(Param::JogReference), drive.Value(Param::JogReference)) << "of the backup";
+    EXPECT_TRUE(state.set.Knows(Param::JogReference)) << "by the backup that the write made";
     Set().DriveModified = false;
 }
 
