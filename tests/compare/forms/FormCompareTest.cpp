@@ -288,7 +288,7 @@ TEST_F(FormCompareTest, WhatWasBeforeIsTakenBackAndNothingElse)
     past.known[Param::Reference1] = past.known[Param::Reference2] = true;
     past.records[Param::Reference1].Value = 700;
     for (const int p : {Param::Reference1, Param::Reference3})
-        P(p) = host.Drive.records[p].Value = p;
+        P(p) = p;
     std::optional<Origin> origin;
     QObject::connect(&desk.table.Signals(), &TableSignals::IntentBegan, &desk.table.Signals(),
                      [&] { origin = desk.table.CurrentIntent()->origin; });
@@ -296,21 +296,14 @@ TEST_F(FormCompareTest, WhatWasBeforeIsTakenBackAndNothingElse)
     // What was searched and ticked before must not be taken back with it.
     Click("CommandTakeAll");
     Type("TextSearch", "none");
-    for (const bool isOnLine : {false, true}) {
-        SCOPED_TRACE(isOnLine);
-        desk.table.SetPortOpen(isOnLine);
-        form->CompareWithPast(past, QStringLiteral("Of one nobody knew it."), true);
-        EXPECT_EQ(host.Readings, isOnLine ? 1 : 0);
-        EXPECT_THAT(ShownParams(), ElementsAre(Param::Reference1));
-        EXPECT_EQ(Text("LabelCounts"), "1 of 434 rows, 1 ticked");
-        EXPECT_EQ(Text("LabelBanner"), "Of one nobody knew it.");
-        Click("CommandCopy");
-        EXPECT_EQ(origin, Origin::Undo);
-        origin.reset();
-    }
+    form->CompareWithPast(past, QStringLiteral("Of one nobody knew it."), true);
+    EXPECT_THAT(ShownParams(), ElementsAre(Param::Reference1));
+    EXPECT_EQ(Text("LabelCounts"), "1 of 434 rows, 1 ticked");
+    EXPECT_EQ(Text("LabelBanner"), "Of one nobody knew it.");
+    Click("CommandCopy");
+    EXPECT_EQ(origin, Origin::Undo);
     EXPECT_EQ(P(Param::Reference1), 700);
     EXPECT_EQ(P(Param::Reference3), Param::Reference3);
-    EXPECT_THAT(host.Written, ElementsAre(ParamValue{Param::Reference1, 700}));
 }
 
 TEST_F(FormCompareTest, ExportsTheShownRows)
