@@ -1,7 +1,10 @@
 #include "shell/ShellFixture.h"
 
+#include "history/JournalReader.h"
+#include "platform/LoginName.h"
 #include "platform/Ports.h"
 
+#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
@@ -142,6 +145,44 @@ TEST_F(NewsTest, ATripIsNamedInThePanelAndTheLineAndLeadsToTheLog)
     EXPECT_TRUE(main->findChild<QWidget *>(QStringLiteral("FormFaultLog")));
     Drive().GoOffLine(OffLineReason::BrokenOff);
     EXPECT_FALSE(Find("DriveFault")->isVisible());
+}
+
+TEST_F(NewsTest, TheHistoryTellsWhatBecomesOfItAndWhoWorked)
+{
+    const QString path = folder.filePath(QStringLiteral("data/quorvik/history.sqlite"));
+    for (const bool keepsName : {true, false}) {
+        main.reset();
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write("no history") > 0);
+        file.close();
+        Store("Options", "Keep Login Name in History", keepsName ? "True" : "False");
+        MakeWindow();
+        LoadQuietly();
+        EXPECT_TRUE(Says(QStringLiteral("was begun anew. The old one lies in ")));
+        EXPECT_EQ(Entry("mnuOptionsKeepLoginName")->isChecked(), keepsName);
+        {
+            const Intent intent(Table(), Origin::EditDialog);
+            Table().SetParamValue(Param::Reference0, 5, true, true);
+        }
+        Engines &engines = main->AllEngines();
+        engines.recorder.HandOver();
+        ASSERT_TRUE(engines.journal.Flush(6000));
+        const std::vector<ShownAction> actions = JournalReader(path).Actions({}, 0, 9);
+        ASSERT_EQ(actions.size(), 1U);
+        EXPECT_EQ(actions[0].run.user, keepsName ? LoginName() : QString());
+
+        // What cannot be written is told as long as that is so.
+        const QString away = folder.filePath(QStringLiteral("away"));
+        ASSERT_TRUE(QDir().rename(QFileInfo(path).path(), away));
+        QFile obstacle(QFileInfo(path).path());
+        ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+        Table().SetParamValue(Param::Reference0, 6, true, true);
+        engines.recorder.HandOver();
+        EXPECT_TRUE(Says(QStringLiteral("The history is not kept at present: its file cannot be made")));
+        obstacle.remove();
+        ASSERT_TRUE(QDir().rename(away, QFileInfo(path).path()));
+    }
 }
 
 } // namespace quorvik::testing
