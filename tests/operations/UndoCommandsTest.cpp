@@ -225,6 +225,25 @@ TEST_F(UndoOnLineTest, AVerifiedWriteGoesBackVerified)
     EXPECT_EQ(simulated.Value(Param::RevAccelA), 300);
 }
 
+TEST_F(UndoOnLineTest, AFileThatWasSentGoesBackAsAWhole)
+{
+    guards.Asking = false;
+    table.Row(Param::Reference2).Value = 4321;
+    ASSERT_EQ(file.Save(Path("sent.Svx")), QString());
+    table.Row(Param::Reference2).Value = 0;
+    simulated.Send(QStringLiteral("fault refuse:%1").arg(int(Param::RevAccelB)));
+    table.Row(Param::RevAccelB).Value = 7;
+    asker.Expect("Could not write value");
+    commands.LoadAndAssignSettingsFromFile(Path("sent.Svx"));
+    EXPECT_EQ(simulated.Value(Param::Reference2), 4321);
+    EXPECT_EQ(Caption(Way::Undo), "Undo Open sent.Svx");
+    EXPECT_TRUE(undo.Undo().IsDone());
+    EXPECT_EQ(simulated.Value(Param::Reference2), 0);
+    EXPECT_EQ(writes.Report().rows.size(), 1U) << "and not what the drive had refused";
+    EXPECT_EQ(document.FileName, Document::Unnamed());
+    EXPECT_TRUE(document.HasUnsavedEdits);
+}
+
 TEST_F(UndoOnLineTest, AReadingAndTheLinkEndIt)
 {
     EditAndSend(Param::FwdAccelA, 5);
