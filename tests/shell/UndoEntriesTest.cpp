@@ -11,8 +11,8 @@ class UndoEntries : public ShellTest
 protected:
     void Edit(int p, std::int32_t rawValue)
     {
-        asker.OnEditValue = [rawValue](int, std::int32_t) { return rawValue; };
-        main->TheDesk().rules.EditParameter(Table().AccessClass(p), p);
+        const Intent intent(Table(), Origin::EditDialog);
+        Table().SetParamValue(p, rawValue, true, true);
     }
     static void Press(QWidget *widget, Qt::Key key) { QTest::keyClick(widget, key, Qt::ControlModifier); }
 };
