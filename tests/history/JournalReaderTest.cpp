@@ -86,9 +86,10 @@ TEST_F(JournalTest, FiltersShowWhatTheySay)
     EXPECT_EQ(movement.row.rawAfter, 77);
     EXPECT_EQ(movement.rawFound, 78);
     EXPECT_EQ(movement.row.result, EntryResult::Differs);
-    EXPECT_EQ(reader.TakenBy({drive, {now, 0}}, now - 8001, now).size(), 1U);
-    EXPECT_EQ(reader.TakenBy({drive, {now, 0}}, now - 8000, now).size(), 0U);
-    EXPECT_EQ(reader.Sightings().front().identity, other);
+    const std::vector<JournalSighting> seen = reader.Sightings();
+    EXPECT_EQ(seen.front().identity, other);
+    EXPECT_EQ(reader.ChangesOn({seen.back()}, now - 8001, now).size(), 1U);
+    EXPECT_EQ(reader.ChangesOn({seen.back()}, now - 8000, now).size(), 0U);
 }
 
 TEST_F(JournalTest, WhatIsTooOldGoesWithAllThatBelongsToIt)
