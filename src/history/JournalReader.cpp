@@ -1,9 +1,11 @@
 #include "history/JournalReader.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
+#include <algorithm>
 #include <cstdlib>
 #include <map>
 #include <utility>
@@ -67,20 +69,39 @@ struct Conditions {
     }
 };
 
+/** What most changes come to. */
+bool IsCommon(EntryResult result)
+{
+    return result < EntryResult::Differs || result == EntryResult::Moved;
+}
+
 /** What the filter says of the rows e of an action. */
 Conditions RowConditions(const JournalFilter &filter)
 {
     Conditions conditions;
     if (filter.param)
         conditions.Add(QStringLiteral("e.param = %1").arg(*filter.param));
-    if (!filter.results.empty())
-        conditions.Add(LastResult() + QStringLiteral(" IN (%1)").arg(Numbers(filter.results)));
+    if (!filter.results.empty()) {
+        const QString numbers = Numbers(filter.results);
+        // The few that went wrong are found at once, without a look at what each row came to.
+        if (std::ranges::none_of(filter.results, IsCommon))
+            conditions.Add(
+                QStringLiteral("(e.result IN (%1) OR (e.run, e.sequence) IN (SELECT run, sequence FROM "
+                               "results WHERE result IN (%1)))")
+                    .arg(numbers));
+        conditions.Add(LastResult() + QStringLiteral(" IN (%1)").arg(numbers));
+    }
     if (!filter.text.isEmpty()) {
         const QString pattern = Anywhere(filter.text);
-        conditions.Add(QStringLiteral("(e.name LIKE ? ESCAPE '!' OR e.text_before LIKE ? ESCAPE '!' OR "
-                                      "e.text_after LIKE ? ESCAPE '!' OR '(' || e.param || ')' LIKE ? "
-                                      "ESCAPE '!')"),
-                       {pattern, pattern, pattern, pattern});
+        QString shown = QStringLiteral("e.name LIKE ? ESCAPE '!' OR e.text_before LIKE ? ESCAPE '!' OR "
+                                       "e.text_after LIKE ? ESCAPE '!'");
+        QVariantList values = {pattern, pattern, pattern};
+        static const QRegularExpression partOfNumber(QStringLiteral("^\\(?[0-9]*\\)?$"));
+        if (partOfNumber.match(filter.text).hasMatch()) {
+            shown += QStringLiteral(" OR '(' || e.param || ')' LIKE ? ESCAPE '!'");
+            values += pattern;
+        }
+        conditions.Add(u'(' + shown + u')', values);
     }
     return conditions;
 }
@@ -197,9 +218,8 @@ std::vector<ShownAction> JournalReader::Actions(const JournalFilter &filter, qin
         if (!filter.text.isEmpty() && !filter.param && filter.results.empty()) {
             const QString pattern = Anywhere(filter.text);
             shown +=
-                QStringLiteral(" OR a.title LIKE ? ESCAPE '!' OR a.set_name LIKE ? ESCAPE '!' OR %1 LIKE "
-                               "? ESCAPE '!'")
-                    .arg(Notes());
+                QStringLiteral(" OR a.title LIKE ? ESCAPE '!' OR a.set_name LIKE ? ESCAPE '!' OR (a.run, "
+                               "a.number) IN (SELECT run, action FROM notes WHERE text LIKE ? ESCAPE '!')");
             values += {pattern, pattern, pattern};
         }
         actions.Add(u'(' + shown + u')', values);

@@ -159,6 +159,9 @@ void Recorder::OnChanged(const ParamChange &change)
 {
     const IntentInfo *intent = table_.CurrentIntent();
     const bool isOnLine = table_.PortOpen();
+    // What a program begins with is nobody's doing.
+    if (change.cause == ChangeCause::Factory && intent == nullptr)
+        return;
     switch (change.cause) {
     case ChangeCause::Entered:
     case ChangeCause::File:
