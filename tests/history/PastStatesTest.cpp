@@ -108,7 +108,8 @@ protected:
     PastStates states{reader, backups, table};
 };
 
-class PastStateAt : public PastStatesTest, public ::testing::WithParamInterface<Case>
+class PastStateAt : public PastStatesTest,
+                    public ::testing::WithParamInterface<std::pair<const std::string, Case>>
 {
 };
 
