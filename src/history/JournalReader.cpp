@@ -204,6 +204,8 @@ std::vector<ShownAction> JournalReader::Actions(const JournalFilter &filter, qin
     Conditions actions;
     if (beforeId > 0)
         actions.Add(QStringLiteral("a.id < %1").arg(beforeId));
+    if (filter.fromId > 0)
+        actions.Add(QStringLiteral("a.id >= %1").arg(filter.fromId));
     if (!filter.origins.empty())
         actions.Add(QStringLiteral("a.origin IN (%1)").arg(Numbers(filter.origins)));
     if (filter.sinceUtcMs > 0)

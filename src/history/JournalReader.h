@@ -26,6 +26,7 @@ struct JournalFilter {
     std::set<Origin> origins = {};
     std::set<EntryResult> results = {};
     qint64 sinceUtcMs = 0;
+    qint64 fromId = 0; ///< no actions with a lower id: for who searches piece by piece
     std::optional<JournalSighting> drive =
         {}; ///< only what was done on line with a drive that may be this one
 

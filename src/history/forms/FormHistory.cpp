@@ -79,6 +79,7 @@ FormHistory::FormHistory(Desk &givenDesk, HistoryHost &host)
         ShowEmptiness();
     });
     On(view_, &HistoryView::Chosen, this, [this](const QModelIndex &line) { ShowInWindow(line); });
+    On(view_, &HistoryView::Fetched, this, [this] { ShowEmptiness(); });
     On(view_, &HistoryView::CopyWanted, this, [this] { CopyLines(); });
     On(view_, &QWidget::customContextMenuRequested, this, [this](const QPoint &place) { ShowMenu(place); });
     timerFollow_.setObjectName(QStringLiteral("TimerFollow"));
@@ -182,7 +183,7 @@ void FormHistory::ShowEmptiness()
     QString sentence;
     if (!model_->Failure().isEmpty())
         sentence = QStringLiteral("The journal cannot be read: %1").arg(model_->Failure());
-    else if (model_->rowCount() == 0)
+    else if (model_->rowCount() == 0 && !model_->HasOlder())
         sentence =
             filters_->Filter().IsEmpty()
                 ? QStringLiteral("Nothing is recorded yet. From now on each change of a value, and each "

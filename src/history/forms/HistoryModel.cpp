@@ -2,6 +2,7 @@
 
 #include "history/HistoryTexts.h"
 
+#include <QElapsedTimer>
 #include <algorithm>
 #include <ranges>
 
@@ -13,6 +14,12 @@ namespace
 
 /** Results come within that time, and so does what another program has begun to write. */
 constexpr qint64 SettledAfterMs = 600000;
+
+/** A search keeps nothing else waiting: it takes so long at once, in milliseconds. */
+constexpr qint64 LongestSearchMs = 10;
+constexpr qint64 FirstPiece = 2000; ///< ids
+constexpr qint64 LeastPiece = 200;
+constexpr qint64 MostPiece = 1000000;
 
 } // namespace
 
@@ -62,14 +69,35 @@ std::vector<ShownAction> HistoryModel::ReadActions(const JournalFilter &filter, 
     return page;
 }
 
+std::vector<ShownAction> HistoryModel::ReadPiece()
+{
+    JournalFilter piece = filter_;
+    piece.fromId = std::max(qint64(1), searchedTo_ - piece_);
+    QElapsedTimer taken;
+    taken.start();
+    std::vector<ShownAction> page = ReadActions(piece, searchedTo_);
+    if (!failure_.isEmpty()) {
+        searchedTo_ = 0;
+        return {};
+    }
+    searchedTo_ = int(page.size()) == Page ? page.back().id : piece.fromId;
+    if (taken.elapsed() > LongestSearchMs)
+        piece_ = std::max(LeastPiece, piece_ / 2);
+    else if (taken.elapsed() < LongestSearchMs / 2)
+        piece_ = std::min(MostPiece, piece_ * 2);
+    return page;
+}
+
 void HistoryModel::SetFilter(const JournalFilter &filter)
 {
     beginResetModel();
     runs_.clear();
     filter_ = filter;
-    oldestId_ = 0;
-    const std::vector<ShownAction> page = ReadActions(filter_, 0);
-    hasOlder_ = int(page.size()) == Page;
+    piece_ = FirstPiece;
+    const std::vector<ShownAction> newest = reader_.Actions({}, 0, 1);
+    searchedTo_ = newest.empty() ? 0 : newest.front().id + 1;
+    failure_ = reader_.Failure();
+    const std::vector<ShownAction> page = HasOlder() ? ReadPiece() : std::vector<ShownAction>();
     for (const ShownAction &action : page) {
         auto known =
             std::ranges::find_if(runs_, [&action](const auto &run) { return run->run.id == action.run.id; });
@@ -78,7 +106,6 @@ void HistoryModel::SetFilter(const JournalFilter &filter)
         Node *run = known->get();
         run->below.push_back(
             std::make_unique<Node>(Node{.kind = Node::Kind::Action, .above = run, .action = action}));
-        oldestId_ = action.id;
     }
     endResetModel();
 }
@@ -120,17 +147,12 @@ void HistoryModel::InsertPage(const std::vector<ShownAction> &page)
                 std::make_unique<Node>(Node{.kind = Node::Kind::Action, .above = run, .action = *next}));
         endInsertRows();
     }
-    if (!page.empty())
-        oldestId_ = page.back().id;
 }
 
 void HistoryModel::FetchOlder()
 {
-    if (!hasOlder_)
-        return;
-    const std::vector<ShownAction> page = ReadActions(filter_, oldestId_);
-    hasOlder_ = int(page.size()) == Page;
-    InsertPage(page);
+    if (HasOlder())
+        InsertPage(ReadPiece());
 }
 
 HistoryModel::Node *HistoryModel::Find(const ShownAction &action) const
@@ -179,28 +201,28 @@ void HistoryModel::Update(Node *action, const ShownAction &now)
 
 void HistoryModel::FollowJournal()
 {
-    if (runs_.empty()) {
+    if (!failure_.isEmpty()) {
         SetFilter(filter_);
         return;
     }
     // A clock that was set back must hide nothing.
-    qint64 newestMs = 0;
+    const qint64 nowMs = JournalTime::Now().utcMs;
+    qint64 newestMs = runs_.empty() ? nowMs : 0;
     for (const auto &run : runs_)
         newestMs = std::max(newestMs, run->below.front()->action.action.time.utcMs);
     JournalFilter recent = filter_;
-    recent.sinceUtcMs =
-        std::max(filter_.sinceUtcMs, std::min(newestMs, JournalTime::Now().utcMs) - SettledAfterMs);
+    recent.sinceUtcMs = std::max(filter_.sinceUtcMs, std::min(newestMs, nowMs) - SettledAfterMs);
+    // What is older comes as it is searched.
+    recent.fromId = searchedTo_;
     std::vector<ShownAction> now;
     while (true) {
         const std::vector<ShownAction> page = ReadActions(recent, now.empty() ? 0 : now.back().id);
         if (!failure_.isEmpty())
             return;
         now.insert(now.end(), page.begin(), page.end());
-        if (int(page.size()) < Page || page.back().id < oldestId_)
+        if (int(page.size()) < Page)
             break;
     }
-    // Those below the oldest page that was read come with theirs.
-    std::erase_if(now, [this](const ShownAction &action) { return action.id < oldestId_; });
 
     std::vector<Node *> gone;
     for (const auto &run : runs_)

@@ -33,15 +33,17 @@ public:
     HistoryModel(JournalReader &reader, QObject *parent);
     ~HistoryModel() override;
 
-    /** Begins anew, with the newest page. */
+    /** Begins anew, with the newest ones. */
     void SetFilter(const JournalFilter &filter);
     const JournalFilter &Filter() const { return filter_; }
     /** Takes up what is new, and what became of the entries of the last minutes. */
     void FollowJournal();
 
-    /** The view asks for older pages by these. By canFetchMore() it would fetch one at each new layout, which
-     * each page brings about: all of them, one after the other. */
-    bool HasOlder() const { return hasOlder_; }
+    /** The view asks for older ones by these, again and again until it has enough. By canFetchMore() it would
+     * do so at each new layout, which each page brings about, and read all there is. */
+    bool HasOlder() const { return searchedTo_ > 1; }
+    /** Reads a page, or searches so much of the journal as takes no time: of what filters seldom show it may
+     * find nothing. */
     void FetchOlder();
 
     /** Why the journal could not be read the last time; empty where it could. */
@@ -88,6 +90,8 @@ private:
     /** The changes of an action, read when they are wanted first. */
     const std::vector<ShownRow> &RowsOf(Node &action) const;
     std::vector<ShownAction> ReadActions(const JournalFilter &filter, qint64 beforeId);
+    /** What FetchOlder() reads. */
+    std::vector<ShownAction> ReadPiece();
     /** @param isNewest whether a run that is not here yet goes to the top. */
     Node *RunOf(const JournalRun &run, bool isNewest);
     void Insert(const ShownAction &action, bool isNewest);
@@ -101,8 +105,8 @@ private:
     JournalReader &reader_;
     JournalFilter filter_;
     std::vector<std::unique_ptr<Node>> runs_; ///< the one with the newest action first
-    qint64 oldestId_ = 0;                     ///< of the actions that were read
-    bool hasOlder_ = false;
+    qint64 searchedTo_ = 0;                   ///< actions from this id on were looked at
+    qint64 piece_ = 0;                        ///< so many ids are searched at once
     QString failure_;
     int minutesNow_; ///< what the computer's zone adds to UTC
 };

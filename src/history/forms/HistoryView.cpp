@@ -16,7 +16,7 @@ namespace
 {
 
 /** Widths of the columns in characters; the drive takes what is left. */
-constexpr std::array<int, HistoryModel::Columns> ColumnCharacters = {28, 15, 32, 15, 15, 20, 18, 20};
+constexpr std::array<int, HistoryModel::Columns> ColumnCharacters = {28, 19, 38, 15, 15, 24, 20, 24};
 constexpr int RowsInSight = 20;
 constexpr int FewestRows = 4;
 /** Older pages are fetched when so many heights of the window are left below. */
@@ -32,6 +32,8 @@ HistoryView::HistoryView(HistoryModel *model, QWidget *parent)
     setAccessibleName(QStringLiteral("History"));
     setUniformRowHeights(true);
     setAlternatingRowColors(true);
+    // The end of a file's name tells more than its folders.
+    setTextElideMode(Qt::ElideMiddle);
     setAllColumnsShowFocus(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -88,6 +90,7 @@ void HistoryView::FetchAhead()
     if (!model_->HasOlder() || bar->maximum() - bar->value() > HeightsAhead * bar->pageStep())
         return;
     model_->FetchOlder();
+    Q_EMIT Fetched();
     // What came may lie in a run that is closed.
     timerFetch_.start();
 }

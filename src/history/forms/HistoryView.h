@@ -31,6 +31,8 @@ Q_SIGNALS:
     /** By a double click or Enter. */
     void Chosen(const QModelIndex &index);
     void CopyWanted();
+    /** More of the journal was looked through. */
+    void Fetched();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
