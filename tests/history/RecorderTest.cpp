@@ -72,7 +72,8 @@ protected:
             const std::vector<ShownRow> rows = reader.RowsOf(shown, {});
             if (rows.empty())
                 lines.push_back((who + shown.action.title).toStdString());
-            for (const auto &[id, row, rawFound, textFound] : rows)
+            for (const ShownRow &shownRow : rows) {
+                const JournalRow &row = shownRow.row;
                 lines.push_back((who + QStringLiteral("(%1) %2 to %3 %4")
                                            .arg(row.param)
                                            .arg(row.rawBefore.value_or(-1))
@@ -80,6 +81,7 @@ protected:
                                            .arg(NameOf(row.result)))
                                     .trimmed()
                                     .toStdString());
+            }
         }
         EXPECT_EQ(reader.Failure(), QString());
         return lines;
