@@ -140,8 +140,10 @@ JournalReader::JournalReader(const QString &path)
 bool JournalReader::Open()
 {
     failure_.clear();
-    if (file_.WasReplaced())
+    if (file_.WasReplaced()) {
+        query_.reset();
         file_.Close();
+    }
     if (file_.IsOpen())
         return true;
     if (!QFileInfo::exists(path_))
@@ -155,9 +157,13 @@ bool JournalReader::Open()
 template<typename Take>
 void JournalReader::Read(const QString &statement, const QVariantList &values, Take take)
 {
-    QSqlQuery query(file_.Database());
-    query.setForwardOnly(true);
-    query.prepare(statement);
+    // The rows of many actions are asked for one after the other.
+    if (!query_ || query_->lastQuery() != statement) {
+        query_.emplace(file_.Database());
+        query_->setForwardOnly(true);
+        query_->prepare(statement);
+    }
+    QSqlQuery &query = *query_;
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values[i]);
     if (query.exec())
@@ -165,6 +171,7 @@ void JournalReader::Read(const QString &statement, const QVariantList &values, T
             take(query);
     if (query.lastError().isValid())
         failure_ = query.lastError().databaseText();
+    query.finish();
 }
 
 QString JournalReader::ConnectionsWith(const DriveIdentity &drive, qint64 driveTimeUtcMs)
@@ -312,12 +319,10 @@ std::vector<ShownRow> JournalReader::RowsOf(const ShownAction &action, const Jou
         return {};
     const Conditions rows = RowConditions(filter);
     std::vector<ShownRow> found;
-    Read(QStringLiteral("SELECT %1 FROM entries e WHERE e.run = %2 AND e.action = %3 AND %4 ORDER BY e.id")
-             .arg(RowColumns())
-             .arg(action.run.id)
-             .arg(action.action.number)
-             .arg(rows.Joined()),
-         rows.values, [&](const QSqlQuery &query) { found.push_back(RowOf(query)); });
+    Read(QStringLiteral("SELECT %1 FROM entries e WHERE e.run = ? AND e.action = ? AND %2 ORDER BY e.id")
+             .arg(RowColumns(), rows.Joined()),
+         QVariantList{action.run.id, action.action.number} + rows.values,
+         [&](const QSqlQuery &query) { found.push_back(RowOf(query)); });
     return found;
 }
 

@@ -3,10 +3,10 @@
 #include "history/JournalEntry.h"
 #include "history/JournalFile.h"
 
+#include <QSqlQuery>
 #include <QVariant>
+#include <optional>
 #include <set>
-
-class QSqlQuery;
 
 namespace quorvik
 {
@@ -96,6 +96,7 @@ private:
 
     QString path_;
     JournalFile file_;
+    std::optional<QSqlQuery> query_; ///< the last one, for the same question about something else
     QString failure_;
 };
 
