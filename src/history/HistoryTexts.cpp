@@ -117,15 +117,19 @@ QString Drive(const ShownAction &action)
 
 QString Title(const ShownAction &action)
 {
-    if (!action.action.title.isEmpty())
-        return action.action.title;
-    return action.rowCount == 1 ? QStringLiteral("1 value")
-                                : QStringLiteral("%1 values").arg(action.rowCount);
+    return action.action.title.isEmpty() ? QStringLiteral("%1 values").arg(action.rowCount)
+                                         : action.action.title;
+}
+
+QString OnlyRow(const ShownAction &action, const JournalRow &row)
+{
+    const QString name = Parameter(row);
+    return action.action.title.isEmpty() ? name : name + QStringLiteral(" \u00b7 ") + action.action.title;
 }
 
 bool IsOneLine(const ShownAction &action)
 {
-    return action.rowCount == 1 && action.action.title.isEmpty();
+    return action.rowCount == 1;
 }
 
 } // namespace quorvik::HistoryTexts

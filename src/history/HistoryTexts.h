@@ -31,7 +31,10 @@ QString Set(const JournalAction &action);
 QString Drive(const ShownAction &action);
 /** The title; of an action without one how much it changed: "3 values". */
 QString Title(const ShownAction &action);
-/** Whether it is one line: the change of one value, with nothing else to say. */
+/** What a line of its own says of the only row that is shown of an action: "(226) Fwd Accel A", and behind it
+ * the title, where there is one. */
+QString OnlyRow(const ShownAction &action, const JournalRow &row);
+/** Whether it is one line: one value changed, or only one is shown. */
 bool IsOneLine(const ShownAction &action);
 
 } // namespace quorvik::HistoryTexts

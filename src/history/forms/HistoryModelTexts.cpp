@@ -21,7 +21,9 @@ QString HistoryModel::TextOf(const QModelIndex &index) const
     case OriginColumn:
         return isBelow ? QString() : NameOf(action->action.origin);
     case WhatColumn:
-        return row ? HistoryTexts::Parameter(row->row) : HistoryTexts::Title(*action);
+        if (!row)
+            return HistoryTexts::Title(*action);
+        return isBelow ? HistoryTexts::Parameter(row->row) : HistoryTexts::OnlyRow(*action, row->row);
     case FromColumn:
         return row ? HistoryTexts::Before(row->row) : QString();
     case ToColumn:

@@ -133,6 +133,9 @@ TEST_F(FormHistoryTest, ActionsOfSeveralRowsOpenAndTellWhatBecameOfThem)
     EXPECT_EQ(Cell(third, HistoryModel::FromColumn), "30 %");
     EXPECT_EQ(Cell(third, HistoryModel::ResultColumn), "differs, the drive has 39 %");
     EXPECT_EQ(Model().RowsAt(burst).size(), 3);
+    Pick("ComboResult", Find<QComboBox>("ComboResult")->findText(QStringLiteral("differs")));
+    EXPECT_EQ(Cell(Line(0, 0), HistoryModel::WhatColumn), "(217) Reference 217 \302\267 <b>Basic</b>");
+    EXPECT_EQ(Cell(Line(0, 0), HistoryModel::ToColumn), "40 %");
 }
 
 TEST_F(FormHistoryTest, FiltersNarrowTheList)
