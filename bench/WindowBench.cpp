@@ -9,6 +9,9 @@
 #include "blocks/DriveCircuit.h"
 #include "compare/forms/FormCompare.h"
 #include "find/forms/FormFind.h"
+#include "history/forms/FormHistory.h"
+#include "history/forms/HistoryModel.h"
+#include "history/forms/HistoryView.h"
 #include "map/FormMap.h"
 #include "map/MapView.h"
 #include "settings/forms/FormViewParameters.h"
@@ -218,6 +221,62 @@ bool MeasureFind(MDIFormMain &main)
     return kept;
 }
 
+/** Writes 100,000 rows into the journal: nine changes of one value to one of several. */
+void FillHistory(Journal &journal)
+{
+    constexpr int rowsInAll = 100000;
+    constexpr int rowsAtOnce = 1000;
+    constexpr int rowsOfMany = 10;
+    int action = 1000; // what the program does by itself has numbers too
+    for (int sequence = action; sequence < rowsInAll + action;) {
+        JournalBatch batch;
+        while (int(batch.rows.size()) < rowsAtOnce) {
+            batch.actions.push_back({.number = ++action,
+                                     .time = JournalTime::Now(),
+                                     .origin = Origin::EditDialog,
+                                     .title = QString(),
+                                     .setName = QStringLiteral("/home/anna/pump.Svx")});
+            for (int row = 0; row < (action % rowsOfMany == 0 ? rowsOfMany : 1); ++row)
+                batch.rows.push_back({.action = action,
+                                      .sequence = ++sequence,
+                                      .time = JournalTime::Now(),
+                                      .param = Param::Reference0 + row,
+                                      .name = QStringLiteral("Reference 0"),
+                                      .rawBefore = sequence,
+                                      .rawAfter = sequence + 1,
+                                      .textBefore = QStringLiteral("1.00 %"),
+                                      .textAfter = QStringLiteral("2.00 %"),
+                                      .result = EntryResult::Acknowledged});
+        }
+        journal.Add(batch);
+        journal.Flush(10000);
+    }
+}
+
+/** The history over a full journal, from the command to the first page painted, and another page. */
+bool MeasureHistory(MDIFormMain &main)
+{
+    FillHistory(main.AllEngines().journal);
+    FormHistory *window = nullptr;
+    const double opening = MillisecondsOf([&] {
+        ShowHistory(main);
+        window = main.findChild<FormHistory *>();
+        window->View().viewport()->repaint();
+    });
+    auto *model = qobject_cast<HistoryModel *>(window->View().model());
+    double page = 0;
+    for (int i = 0; i < 20; ++i)
+        page = std::max(page, MillisecondsOf([&] {
+                            model->FetchOlder();
+                            window->View().scrollToBottom();
+                            window->View().viewport()->repaint();
+                        }));
+    bool kept = Print("history-opening", opening, "ms", 50);
+    kept &= Print("history-page-worst", page, "ms", 50);
+    window->close();
+    return kept;
+}
+
 /** A frame while the map is dragged to and fro, in a window of a small screen; and what a look at the whole
  * circuit takes. */
 bool MeasureMap(MDIFormMain &main)
@@ -277,6 +336,7 @@ int main(int argc, char **argv)
     drive.ReadAll();
     kept &= MeasureList(main);
     kept &= MeasureFind(main);
+    kept &= MeasureHistory(main);
     kept &= MeasureCompare(main);
     kept &= MeasureMap(main);
     kept &= MeasureWindows(main, emptyMiB);

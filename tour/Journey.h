@@ -15,6 +15,8 @@ void AddMainJob(Tour &tour);
 void AddSafeJob(Tour &tour);
 /** A drive that does not run, its first cause and the way to its box; after the safe job. */
 void AddWhyNotJob(Tour &tour);
+/** What was done so far, and how one of it was before; after the why not job. */
+void AddHistoryJob(Tour &tour);
 /** A trip, and links that are lost and come back; after the safe job. */
 void AddLostLinkJob(Tour &tour);
 /** The value of a wire, its path through the open windows, and from box to box; after the lost link job. */

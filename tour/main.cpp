@@ -63,6 +63,7 @@ int main(int argc, char **argv)
     AddMainJob(tour);
     AddSafeJob(tour);
     AddWhyNotJob(tour);
+    AddHistoryJob(tour);
     AddLostLinkJob(tour);
     AddFollowJob(tour);
     AddMapJob(tour);

@@ -9,6 +9,7 @@
 #include "shell/CompareAccess.h"
 #include "shell/Engines.h"
 #include "shell/FindAccess.h"
+#include "shell/HistoryAccess.h"
 #include "shell/MenuBar.h"
 #include "shell/WindowAsker.h"
 
@@ -64,6 +65,7 @@ public:
     FilePrint &Print() { return print_; }
     CompareHost &Comparing() { return compareAccess_; }
     FindHost &Finding() { return findAccess_; }
+    HistoryHost &History() { return historyAccess_; }
     VirtualOperatorFields &VirtualOperator() { return virtualOperator_; }
     MenuBar &Menus() { return menus_; }
     WindowCommands &Windows() { return *windows_; }
@@ -112,6 +114,7 @@ private:
     FilePrint print_{desk_};
     CompareAccess compareAccess_{engines_};
     FindAccess findAccess_{*this, surroundings_.programFolder + QStringLiteral("/quorvik.words")};
+    HistoryAccess historyAccess_{*this};
     VirtualOperatorFields virtualOperator_;
     QTimer TimerDelay;
     std::unique_ptr<DriveCircuit> circuit_; ///< made when it is asked for first

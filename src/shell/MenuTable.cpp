@@ -119,6 +119,7 @@ constexpr MenuRow table[] = {
     {Command, "mnuToolsUndo", "&Undo", [](Main &main) { main.AllEngines().undo.Undo(); }, "Ctrl+Z"},
     {Command, "mnuToolsRedo", "Re&do", [](Main &main) { main.AllEngines().undo.Redo(); },
      "Ctrl+Shift+Z; Ctrl+Y"},
+    {Command, "mnuToolsHistory", "&History...", ShowHistory, "Ctrl+H"},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},

@@ -7,6 +7,7 @@
 #include "emulator/forms/FormIOSimulator.h"
 #include "find/forms/FormFind.h"
 #include "history/PastStates.h"
+#include "history/forms/FormHistory.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormDebug.h"
 #include "link/forms/FormLinkDetails.h"
@@ -177,6 +178,12 @@ void ShowWriteReport(MDIFormMain &main)
     for (int position = 1; position < desk.forms.Count(); ++position)
         if (auto *report = qobject_cast<FormVerifiedWrite *>(desk.forms.At(position)))
             report->ShowReport(writes.Report());
+}
+
+void ShowHistory(MDIFormMain &main)
+{
+    ShowOnly(main, FormHistory::Name(),
+             [&main](Desk &desk) { return new FormHistory(desk, main.History()); });
 }
 
 void ShowFind(MDIFormMain &main)

@@ -43,6 +43,9 @@ void ShowInList(MDIFormMain &main, int p);
 /** What the last verified write came to. */
 void ShowWriteReport(MDIFormMain &main);
 
+/** What was changed, when, from where, and what became of it. */
+void ShowHistory(MDIFormMain &main);
+
 /** One field over parameters, windows, commands and help; the one that is open takes what is typed next. */
 void ShowFind(MDIFormMain &main);
 

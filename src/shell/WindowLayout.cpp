@@ -30,6 +30,7 @@ constexpr const char *Openers[][2] = {
     {"FormCompare", "mnuToolsCompare"},
     {"FormLinkDetails", "mnuToolsLinkDetails"},
     {"FormMap", "mnuToolsMap"},
+    {"FormHistory", "mnuToolsHistory"},
     {"FormColorSettings", "mnuOptionsColorSettings"},
 };
 

@@ -10,6 +10,9 @@
 #include "emulator/forms/FormIOSimulator.h"
 #include "find/forms/FormFind.h"
 #include "find/forms/ScriptedFind.h"
+#include "history/forms/FormHistory.h"
+#include "history/forms/FormStateAt.h"
+#include "history/forms/ScriptedHistory.h"
 #include "link/DriveLink.h"
 #include "link/LinkStatistics.h"
 #include "link/PacketLog.h"
@@ -100,6 +103,9 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
     FilePrint print(desk.desk);
     ScriptedHost comparing(desk);
     ScriptedFind finding(desk);
+    ScriptedHistory past(desk);
+    ShownAction entry;
+    entry.action.time.utcMs = QDateTime({2026, 11, 22}, {9, 52, 37}).toMSecsSinceEpoch();
     VirtualOperatorFields fields;
     FormVirtualOperator panel(desk.desk, &desk.mainWindow, fields);
     const auto edit = [&](int p) {
@@ -125,6 +131,8 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormTripRecord(desk.desk); },
         [&] { return new FormMap(desk.desk); },
         [&] { return new FormFind(desk.desk, finding, &desk.mainWindow); },
+        [&] { return new FormHistory(desk.desk, past); },
+        [&] { return new FormStateAt(desk.desk, &desk.mainWindow, {JournalSighting()}, &entry); },
         [&] { return new FormWhyNot(desk.desk); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },

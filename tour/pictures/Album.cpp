@@ -1,6 +1,7 @@
 #include "Album.h"
 #include "SampleComparison.h"
 #include "SampleFind.h"
+#include "SampleHistory.h"
 #include "SampleLink.h"
 #include "ValueLegend.h"
 
@@ -17,6 +18,9 @@
 #include "desktop/FormModifyParameterValue.h"
 #include "emulator/forms/FormIOSimulator.h"
 #include "find/forms/FormFind.h"
+#include "history/forms/FormHistory.h"
+#include "history/forms/FormStateAt.h"
+#include "history/forms/HistoryView.h"
 #include "link/DriveLink.h"
 #include "link/forms/FormCommunications.h"
 #include "link/forms/FormLinkDetails.h"
@@ -298,6 +302,17 @@ void Album::TakeOthers()
     find->findChild<QLineEdit *>(QStringLiteral("TextFind"))->setText(QStringLiteral("ramp"));
     Take(*find, find->objectName(), find->HelpTopic());
     find->close();
+
+    SampleHistory past;
+    auto *history = new FormHistory(desk_, past);
+    history->resize(history->sizeHint());
+    history->View().expandAll();
+    Take(*history, history->objectName(), history->HelpTopic());
+    {
+        FormStateAt moment(desk_, history, past.Drives(), nullptr);
+        Take(moment, moment.objectName(), moment.HelpTopic());
+    }
+    history->close();
 
     FilePrint print(desk_);
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);

@@ -96,6 +96,7 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    QApplication::setApplicationVersion(QStringLiteral(QUORVIK_VERSION));
     QApplication::setStyle(new MarkStyle(QStringLiteral("Fusion")));
 
     QCommandLineParser options;
