@@ -7,6 +7,7 @@
 #include <QDateTimeEdit>
 #include <QFormLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace quorvik
@@ -38,6 +39,7 @@ FormStateAt::FormStateAt(Desk &givenDesk, QWidget *owner, std::vector<JournalSig
     comboDrive_->setCurrentIndex(IndexOf(action));
     editMoment_->setObjectName(QStringLiteral("EditMoment"));
     editMoment_->setAccessibleName(QStringLiteral("Moment, in this computer's time"));
+    editMoment_->findChild<QLineEdit *>()->setAccessibleName(editMoment_->accessibleName());
     editMoment_->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     editMoment_->setCalendarPopup(true);
     editMoment_->setDateTime(action ? QDateTime::fromMSecsSinceEpoch(action->action.time.utcMs)
