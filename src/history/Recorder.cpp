@@ -188,8 +188,9 @@ void Recorder::OnChanged(const ParamChange &change)
         return;
     const int p = change.param;
     EndPending(p, EntryResult::GivenUp);
-    const JournalRow &row = AddRow(ActionNumber(), p, change.before, change.after,
-                                   isOnLine ? EntryResult::Queued : EntryResult::Kept);
+    // On line it is the drive's value that another one takes the place of, and not what waited to be sent.
+    const JournalRow &row = AddRow(ActionNumber(), p, isOnLine ? Heard(p) : std::optional(change.before),
+                                   change.after, isOnLine ? EntryResult::Queued : EntryResult::Kept);
     if (isOnLine) {
         pending_[p] = {row.sequence, row.action, change.after};
         unverified_.erase(p);
@@ -239,11 +240,13 @@ void Recorder::OnWriteTaken(int p)
     const std::int32_t rawValue = Param::IsCommand(p) ? 1 : table_.Value(p);
     const auto found = pending_.find(p);
     const Pending write = found != pending_.end() ? found->second : [&] {
-        // One of the whole set, of which nobody knew what the drive held.
-        const JournalRow &row = AddRow(ActionNumber(), p, {}, rawValue, EntryResult::Queued);
+        // One of the whole set, which the table held already.
+        const JournalRow &row = AddRow(ActionNumber(), p, Heard(p), rawValue, EntryResult::Queued);
         return Pending{row.sequence, row.action, rawValue};
     }();
     pending_.erase(p);
+    if (CanBeReadBack(p))
+        heard_[p] = rawValue;
     AddResult(write.sequence, EntryResult::Acknowledged);
     takenAction_ = write.action;
     if (CanBeReadBack(p))
@@ -253,13 +256,20 @@ void Recorder::OnWriteTaken(int p)
 void Recorder::OnUnsent(int p, EntryResult result)
 {
     if (!pending_.contains(p))
-        AddRow(ActionNumber(), p, {}, table_.Value(p), result);
+        AddRow(ActionNumber(), p, Heard(p), table_.Value(p), result);
     EndPending(p, result);
+}
+
+std::optional<std::int32_t> Recorder::Heard(int p) const
+{
+    const auto found = heard_.find(p);
+    return found == heard_.end() ? std::nullopt : std::optional(found->second);
 }
 
 void Recorder::OnConfirmed(int p, std::int32_t rawValue)
 {
-    LearnDrive(p, rawValue);
+    heard_[p] = rawValue;
+    LearnDrive(p);
     const auto found = unverified_.find(p);
     if (found == unverified_.end())
         return;
@@ -278,7 +288,7 @@ void Recorder::OnComStatusChanged()
     if (link_.PortOpen()) {
         connection_ = ++lastLink_;
         isBroken_ = false;
-        known_.clear();
+        heard_.clear();
         isDriveKnown_ = false;
         return;
     }
@@ -302,18 +312,17 @@ void Recorder::AskForIdentity(bool wanted)
     }
 }
 
-void Recorder::LearnDrive(int p, std::int32_t rawValue)
+void Recorder::LearnDrive(int p)
 {
     if (isDriveKnown_ || std::ranges::find(IdentityParams, p) == std::end(IdentityParams))
         return;
-    known_[p] = rawValue;
-    const auto isKnown = [this](int param) { return param > table_.LastParam || known_.contains(param); };
+    const auto isKnown = [this](int param) { return param > table_.LastParam || heard_.contains(param); };
     if (!std::ranges::all_of(IdentityParams, isKnown))
         return;
-    batch_.drives.push_back(
-        {.link = connection_,
-         .time = JournalTime::Now(),
-         .identity = DriveIdentity::Of([this](int param) { return known_[param]; }, table_.LastParam)});
+    batch_.drives.push_back({.link = connection_,
+                             .time = JournalTime::Now(),
+                             .identity = DriveIdentity::Of(
+                                 [this](int param) { return Heard(param).value_or(0); }, table_.LastParam)});
     isDriveKnown_ = true;
     AskForIdentity(false);
     Gather();

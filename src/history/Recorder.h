@@ -55,7 +55,9 @@ private:
     void OnComStatusChanged();
     void OnWritingBegins();
     void OnWritingFinished();
-    void LearnDrive(int p, std::int32_t rawValue);
+    void LearnDrive(int p);
+    /** What the drive is known to hold; nothing where it has not told. */
+    std::optional<std::int32_t> Heard(int p) const;
 
     JournalRow &AddRow(int action, int p, std::optional<std::int32_t> rawBefore, std::int32_t rawAfter,
                        EntryResult result);
@@ -87,7 +89,7 @@ private:
     std::map<int, Pending> unverified_; ///< by parameter: taken, not read since
     std::map<int, Movement> movements_; ///< by parameter
     std::map<int, int> written_;        ///< sequences of the rows of a verified write, by parameter
-    std::map<int, std::int32_t> known_; ///< what tells drives apart, of this connection
+    std::map<int, std::int32_t> heard_; ///< what the drive has told or taken on this connection
     bool isBroken_ = false;
     bool isDriveKnown_ = false; ///< of this connection
     bool asksForIdentity_ = false;
