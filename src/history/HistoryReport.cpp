@@ -37,7 +37,7 @@ QStringList HistoryFields(const ShownAction &action, const ShownRow *row)
                << row->row.textAfter << HistoryTexts::Result(*row);
     else
         fields << QString() << QString() << QString() << QString() << QString();
-    return fields << action.action.setName << HistoryTexts::Drive(action);
+    return fields << action.action.setName << HistoryTexts::WholeDrive(action);
 }
 
 QString ReadHistory(JournalReader &reader, const JournalFilter &filter, const TakeHistoryRow &take)

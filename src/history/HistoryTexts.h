@@ -29,6 +29,8 @@ QString Results(const std::vector<ShownRow> &rows);
 QString Set(const JournalAction &action);
 /** The drive in words; "off line", or "not known" where it never told what it is. */
 QString Drive(const ShownAction &action);
+/** The same with all that tells drives apart. */
+QString WholeDrive(const ShownAction &action);
 /** The title; of an action without one how much it changed: "3 values". */
 QString Title(const ShownAction &action);
 /** What a line of its own says of the only row that is shown of an action: "(226) Fwd Accel A", and behind it

@@ -145,7 +145,7 @@ QWidget *FormCompare::MakeFilters()
     On(textSearch_, &QLineEdit::textChanged, this, [this] { OnFilterChanged(); });
     checkDiffering_ = MakeCheck(QStringLiteral("CheckDiffering"), QStringLiteral("Only what d&iffers"), true);
     checkChanged_ = MakeCheck(QStringLiteral("CheckChanged"), QStringLiteral("Chan&ged from factory"), false);
-    checkKnown_ = MakeCheck(QStringLiteral("CheckKnown"), QStringLiteral("Kno&wn in every set"), false);
+    checkKnown_ = MakeCheck(QStringLiteral("CheckKnown"), QStringLiteral("Known in e&very set"), false);
     searching->addWidget(label);
     searching->addWidget(textSearch_, 1);
     searching->addWidget(checkDiffering_);

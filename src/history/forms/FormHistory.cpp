@@ -117,7 +117,7 @@ QWidget *FormHistory::MakeCommands()
     rows->addWidget(labelOutcome_);
     labelOutcome_->hide();
     auto *layout = new QHBoxLayout;
-    layout->addWidget(MakeButton(QStringLiteral("CommandTakeBack"), QStringLiteral("&Take Back..."),
+    layout->addWidget(MakeButton(QStringLiteral("CommandTakeBack"), QStringLiteral("Ta&ke Back..."),
                                  QStringLiteral("Compares with what the selected values were before"),
                                  &FormHistory::CommandTakeBack_Click));
     layout->addWidget(MakeButton(QStringLiteral("CommandStateAt"), QStringLiteral("&State at This Time..."),

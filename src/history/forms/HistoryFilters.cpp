@@ -65,7 +65,7 @@ HistoryFilters::HistoryFilters(const Desk &desk, HistoryHost &host, QWidget *par
     AddLabeled(first, QStringLiteral("&Parameter:"), comboParameter_, 1);
     rows->addLayout(first);
     auto *second = new QHBoxLayout;
-    AddLabeled(second, QStringLiteral("&Origin:"), comboOrigin_, 0);
+    AddLabeled(second, QStringLiteral("Ori&gin:"), comboOrigin_, 0);
     AddLabeled(second, QStringLiteral("Res&ult:"), comboResult_, 0);
     AddLabeled(second, QStringLiteral("&Days:"), comboDays_, 0);
     second->addWidget(checkThisDrive_);

@@ -44,6 +44,8 @@ QString HistoryModel::ToolTipOf(const QModelIndex &index) const
     const ShownAction *action = ActionAt(index);
     if (action && index.column() == SetColumn)
         return action->action.setName;
+    if (action && index.column() == DriveColumn)
+        return HistoryTexts::WholeDrive(*action);
     return TextOf(index);
 }
 

@@ -15,7 +15,7 @@ namespace quorvik
 namespace
 {
 
-/** Widths of the columns in characters; the drive takes what is left. */
+/** Widths of the columns in characters; what was done takes what is left. */
 constexpr std::array<int, HistoryModel::Columns> ColumnCharacters = {28, 19, 38, 15, 15, 24, 20, 24};
 constexpr int RowsInSight = 20;
 constexpr int FewestRows = 4;
@@ -54,7 +54,8 @@ HistoryView::HistoryView(HistoryModel *model, QWidget *parent)
 
 void HistoryView::SizeColumns()
 {
-    header()->setStretchLastSection(true);
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(HistoryModel::WhatColumn, QHeaderView::Stretch);
     for (int column = 0; column < HistoryModel::Columns; ++column)
         header()->resizeSection(column,
                                 ColumnCharacters[std::size_t(column)] * fontMetrics().averageCharWidth() +
