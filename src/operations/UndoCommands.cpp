@@ -4,6 +4,7 @@
 #include "link/DriveLink.h"
 #include "model/FullNames.h"
 #include "model/ShownText.h"
+#include "operations/Guards.h"
 #include "operations/Merge.h"
 #include "operations/SafeWrites.h"
 #include "operations/SaveCommands.h"
@@ -57,7 +58,8 @@ QString ChangedText(int p, const UndoRow &row, std::int32_t rawFound, Way way)
 } // namespace
 
 UndoCommands::UndoCommands(ParameterTable &table, Document &document, DriveLink &link, UndoStack &stack,
-                           Snapshots &snapshots, SafeWrites &writes, SaveCommands &saving, Asker &asker)
+                           Snapshots &snapshots, SafeWrites &writes, SaveCommands &saving,
+                           const Guards &guards, Asker &asker)
     : table_(table)
     , document_(document)
     , link_(link)
@@ -65,6 +67,7 @@ UndoCommands::UndoCommands(ParameterTable &table, Document &document, DriveLink 
     , snapshots_(snapshots)
     , writes_(writes)
     , saving_(saving)
+    , guards_(guards)
     , asker_(asker)
 {
 }
@@ -153,6 +156,8 @@ OperationResult UndoCommands::GoOnLine(Way way)
     }
     if (!plan.changed.isEmpty() && !MayOverwrite(way, plan.changed))
         return {Outcome::Cancelled};
+    if (!MayStart(way, plan.values))
+        return {Outcome::Cancelled};
     if (!isThere())
         return gone();
     OperationResult result = Enter(way, plan, from, fresh);
@@ -211,6 +216,24 @@ bool UndoCommands::MayOverwrite(Way way, const QString &changed)
                 .explanation = changed,
                 .choices = {{MsgAnswer::Yes, QStringLiteral("&Overwrite")}, {MsgAnswer::Cancel}},
                 .safe = MsgAnswer::Cancel}) == MsgAnswer::Yes;
+}
+
+bool UndoCommands::MayStart(Way way, const std::vector<ParamValue> &values)
+{
+    QStringList inputs;
+    for (const auto &[p, rawValue] : values)
+        if (table_.AttrBit(Attr::Destination, p) && (rawValue == Param::Run || rawValue == Param::Jog))
+            inputs += table_.FullName(p) + QStringLiteral(" = ") + table_.FullName(rawValue);
+    if (inputs.isEmpty() || !guards_.Asking)
+        return true;
+    const QString verb = VerbOf(way);
+    return asker_.Ask({.text = QStringLiteral("Put inputs back on Run or Jog? Where such an input is on, the "
+                                              "drive starts at once."),
+                       .title = verb,
+                       .icon = MsgIcon::Exclamation,
+                       .explanation = inputs.join(QStringLiteral("\r\n")),
+                       .choices = {{MsgAnswer::Yes, u'&' + verb}, {MsgAnswer::Cancel}},
+                       .safe = MsgAnswer::Cancel}) == MsgAnswer::Yes;
 }
 
 OperationResult UndoCommands::Enter(Way way, const Plan &plan, const ParameterSet &from,

@@ -10,6 +10,7 @@ namespace quorvik
 
 class Asker;
 class DriveLink;
+class Guards;
 class SafeWrites;
 class SaveCommands;
 class Snapshots;
@@ -23,7 +24,8 @@ class UndoCommands
 {
 public:
     UndoCommands(ParameterTable &table, Document &document, DriveLink &link, UndoStack &stack,
-                 Snapshots &snapshots, SafeWrites &writes, SaveCommands &saving, Asker &asker);
+                 Snapshots &snapshots, SafeWrites &writes, SaveCommands &saving, const Guards &guards,
+                 Asker &asker);
 
     OperationResult Undo() { return Go(Way::Undo); }
     OperationResult Redo() { return Go(Way::Redo); }
@@ -55,6 +57,8 @@ private:
                           const std::map<int, std::int32_t> &fresh);
     ParameterSet SetOf(const UndoStep &step, Way way) const;
     bool MayOverwrite(Way way, const QString &changed);
+    /** Whether inputs may be put back on what starts the motor. */
+    bool MayStart(Way way, const std::vector<ParamValue> &values);
     OperationResult Refuse(Way way, const QString &why);
     bool Settled(const std::vector<int> &params);
 
@@ -65,6 +69,7 @@ private:
     Snapshots &snapshots_;
     SafeWrites &writes_;
     SaveCommands &saving_;
+    const Guards &guards_;
     Asker &asker_;
     bool isUnderWay_ = false;
 };

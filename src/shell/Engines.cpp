@@ -29,7 +29,7 @@ Engines::Engines(const Surroundings &given, Asker &asker)
     , journal(given.dataHome + QStringLiteral("/quorvik/history.sqlite"))
     , recorder(table, document, link, verifiedWrite, journal)
     , undoStack(table, document, link, verifiedWrite)
-    , undo(table, document, link, undoStack, snapshots, safeWrites, saving, asker)
+    , undo(table, document, link, undoStack, snapshots, safeWrites, saving, guards, asker)
 {
     Ports ports(given.settings, given.devices);
     link.MSComm1.DeviceOf = [ports](int number) { return ports.DeviceOf(number); };

@@ -170,8 +170,12 @@ TEST_F(UndoOnLineTest, WhatTheStateForbidsIsToldAndStays)
     EXPECT_EQ(simulated.Value(In1), 0);
     EXPECT_EQ(Caption(Way::Undo), caption);
     SetState(0);
-    EXPECT_TRUE(undo.Undo().IsDone());
-    EXPECT_EQ(simulated.Value(In1), Param::Run);
+    for (const MsgAnswer answer : {MsgAnswer::Cancel, MsgAnswer::Yes}) {
+        asker.Expect("Where such an input is on, the drive starts at once.", answer);
+        undo.Undo();
+        EXPECT_EQ(asker.Shown.last().safe, MsgAnswer::Cancel);
+        EXPECT_EQ(simulated.Value(In1) == Param::Run, answer == MsgAnswer::Yes);
+    }
 }
 
 TEST_F(UndoOnLineTest, WhatTheDriveRefusesStays)

@@ -30,7 +30,7 @@ protected:
     VerifiedWrite writing{table, link, backups};
     SafeWrites writes{table, document, writing, drive, snapshots, guards, asker};
     UndoStack stack{table, document, link, writing};
-    UndoCommands undo{table, document, link, stack, snapshots, writes, saving, asker};
+    UndoCommands undo{table, document, link, stack, snapshots, writes, saving, guards, asker};
 };
 
 } // namespace quorvik::testing
