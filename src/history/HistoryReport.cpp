@@ -68,7 +68,8 @@ QString ReadHistory(JournalReader &reader, const JournalFilter &filter, const Ta
 QByteArray HistoryCsvHead(const HistoryReport &report)
 {
     QByteArray head;
-    for (const QStringList &line : HistoryHeading(report) << HistoryHeads())
+    const QList<QStringList> lines = HistoryHeading(report) << HistoryHeads();
+    for (const QStringList &line : lines)
         head += CsvLine(line);
     return head;
 }

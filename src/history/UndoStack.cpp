@@ -116,6 +116,13 @@ void UndoStack::End()
             return !IsSameButFlags(row.second.before, row.second.after);
         });
     if (!isStep && step.documentBefore == step.documentAfter) {
+        if (!pending.isOnLine && !done_.empty())
+            for (auto &[p, row] : step.rows) {
+                row.isEntered = false;
+                const auto [found, isNew] = done_.back().rows.try_emplace(p, row);
+                if (!isNew)
+                    found->second.after = row.after;
+            }
         if (pending.isMarked)
             clean_.state = 0;
         return;

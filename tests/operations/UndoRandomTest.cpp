@@ -160,14 +160,14 @@ protected:
 
 TEST_F(UndoRandomTest, BringsEveryByteBack)
 {
-    for (unsigned seed = 1; seed <= 8 && !HasFatalFailure(); ++seed)
+    for (unsigned seed = 1; seed <= 4 && !HasFatalFailure(); ++seed)
         UndoAndRedo(seed);
 }
 
 TEST_F(UndoRandomTest, BringsBackWhatTheEmulatorHasOverwritten)
 {
     ticks = true;
-    for (unsigned seed = 100; seed <= 108 && !HasFatalFailure(); ++seed)
+    for (unsigned seed = 100; seed <= 103 && !HasFatalFailure(); ++seed)
         UndoAndRedo(seed);
 }
 
