@@ -21,7 +21,8 @@ QString Caption()
 
 FormHistory *TheWindow(Tour &tour)
 {
-    return qobject_cast<FormHistory *>(tour.User().WindowTitled(Caption()));
+    const QWidget *frame = tour.User().WindowTitled(Caption());
+    return frame ? frame->findChild<FormHistory *>() : nullptr;
 }
 
 /** The newest line below the newest run. */
