@@ -139,6 +139,15 @@ void AddSaving(Tour &tour)
         });
 }
 
+/** Whether the program has ended; asked whether to save, the user has said No. */
+bool HasEnded(Tour &tour)
+{
+    // What the virtual operator changed, or an undo has put back, is not worth keeping.
+    if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+        return tour.User().Click(box->button(QMessageBox::No)), false;
+    return !tour.TheProgram().IsRunning();
+}
+
 } // namespace
 
 QString SavedFile(const Tour &tour)
@@ -210,7 +219,7 @@ void AddRestart(Tour &tour)
         QStringLiteral("File, Exit"), [&tour] { return !IsOnline(tour); },
         [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuFileExit")); });
     tour.Add(
-        QStringLiteral("The program is started again"), [&tour] { return !tour.TheProgram().IsRunning(); },
+        QStringLiteral("The program is started again"), [&tour] { return HasEnded(tour); },
         [&tour] {
             tour.TheProgram().Start();
             return QString();
@@ -253,14 +262,7 @@ void AddLeaving(Tour &tour)
     tour.Do(QStringLiteral("File, Exit"),
             [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuFileExit")); });
     tour.Add(
-        QStringLiteral("The window has gone"),
-        [&tour] {
-            // What the virtual operator changed is not worth keeping.
-            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
-                return tour.User().Click(box->button(QMessageBox::No)), false;
-            return !tour.TheProgram().IsRunning();
-        },
-        [] { return QString(); });
+        QStringLiteral("The window has gone"), [&tour] { return HasEnded(tour); }, [] { return QString(); });
 }
 
 } // namespace quorvik

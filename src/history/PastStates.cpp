@@ -371,8 +371,10 @@ PastState PastStates::Before(const std::vector<ShownRow> &rows)
     KeepSettings(values);
     const QString name =
         rows.empty() ? QString() : QStringLiteral("before %1").arg(TimeText(since, "yyyy-MM-dd HH:mm:ss"));
-    QString note = QStringLiteral("What %1 held before the chosen changes.")
-                       .arg(CountOf(qsizetype(values.size()), QStringLiteral("parameter")));
+    QString note = values.size() == 1
+                       ? QStringLiteral("What a parameter held before it was changed.")
+                       : QStringLiteral("What %1 held before the chosen changes.")
+                             .arg(CountOf(qsizetype(values.size()), QStringLiteral("parameter")));
     if (unknown > 0)
         note += QStringLiteral(" Of %1 nobody knew it.").arg(CountOf(unknown, QStringLiteral("parameter")));
     if (told > qsizetype(values.size()))
