@@ -7,6 +7,7 @@
 #include "model/ShownText.h"
 #include "platform/Guard.h"
 
+#include <QDir>
 #include <algorithm>
 #include <utility>
 
@@ -24,6 +25,12 @@ constexpr int IdentityParams[] = {Param::DriveModel, Param::DriveCurrent, Param:
 bool CanBeReadBack(int p)
 {
     return !Param::ClearsItself(p);
+}
+
+/** A text with paths: the user's own folder says who that is, which is not the journal's business. */
+QString WithoutHome(QString text)
+{
+    return text.replace(QDir::homePath() + u'/', QStringLiteral("~/"));
 }
 
 /** The wire carries 16 bits of a value. */
@@ -48,13 +55,13 @@ Recorder::Recorder(ParameterTable &table, Document &document, DriveLink &link, V
     On(&signalsOf, &TableSignals::IntentNoted, this, [this](const QString &what) {
         if (table_.CurrentIntent() == nullptr)
             return;
-        batch_.notes.push_back({ActionNumber(), what});
+        batch_.notes.push_back({ActionNumber(), WithoutHome(what)});
         Gather();
     });
     On(&signalsOf, &TableSignals::Changed, this, [this](const ParamChange &change) { OnChanged(change); });
     On(&document, &Document::Saved, this, [this] {
         const int action = BeginAction(Origin::File, {});
-        batch_.notes.push_back({action, QStringLiteral("Saved %1").arg(document_.FileName)});
+        batch_.notes.push_back({action, WithoutHome(QStringLiteral("Saved %1").arg(document_.FileName))});
     });
     On(&link, &DriveLink::WriteTaken, this, [this](int p) { OnWriteTaken(p); });
     On(&link, &DriveLink::WriteRefused, this,
@@ -102,8 +109,8 @@ int Recorder::BeginAction(Origin origin, const QString &title)
     batch_.actions.push_back({.number = ++lastAction_,
                               .time = JournalTime::Now(),
                               .origin = origin,
-                              .title = title,
-                              .setName = document_.FileName,
+                              .title = WithoutHome(title),
+                              .setName = WithoutHome(document_.FileName),
                               .link = connection_});
     // A drive that is only looked at is not asked for more than the windows want.
     AskForIdentity(connection_ != 0 && !isDriveKnown_);
