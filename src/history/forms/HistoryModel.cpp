@@ -4,7 +4,6 @@
 
 #include <QElapsedTimer>
 #include <algorithm>
-#include <ranges>
 
 namespace quorvik
 {
@@ -188,6 +187,7 @@ void HistoryModel::Update(Node *action, const ShownAction &now)
     const int shown = int(action->below.size());
     action->action = now;
     action->isRead = false;
+    Q_EMIT dataChanged(line, line.siblingAtColumn(Columns - 1));
     if (shown > 0 && int(RowsOf(*action).size()) != shown) {
         beginRemoveRows(line, 0, shown - 1);
         action->below.clear();
@@ -196,7 +196,6 @@ void HistoryModel::Update(Node *action, const ShownAction &now)
     } else if (shown > 0) {
         Q_EMIT dataChanged(index(0, 0, line), index(shown - 1, Columns - 1, line));
     }
-    Q_EMIT dataChanged(line, line.siblingAtColumn(Columns - 1));
 }
 
 void HistoryModel::FollowJournal()
@@ -233,7 +232,8 @@ void HistoryModel::FollowJournal()
     for (Node *action : gone)
         Remove(action);
     // The oldest first, so that a new run goes over the ones before it.
-    for (const ShownAction &action : std::views::reverse(now)) {
+    std::ranges::reverse(now);
+    for (const ShownAction &action : now) {
         if (Node *known = Find(action))
             Update(known, action);
         else
