@@ -112,10 +112,9 @@ QString Drive(const ShownAction &action)
 {
     if (action.action.link == 0)
         return QStringLiteral("off line");
-    return action.drive ? QStringLiteral("%1, %2 h")
-                              .arg(action.drive->ModelName())
-                              .arg(action.drive->operatingHours)
-                        : QStringLiteral("not known");
+    return action.drive
+               ? QStringLiteral("%1, %2 h").arg(action.drive->ModelName()).arg(action.drive->operatingHours)
+               : QStringLiteral("not known");
 }
 
 QString WholeDrive(const ShownAction &action)
