@@ -15,6 +15,13 @@ constexpr std::int32_t TwoDecimals = 2;
 
 } // namespace
 
+std::span<const int> DriveIdentity::Params()
+{
+    static constexpr int params[] = {Param::DriveModel, Param::DriveCurrent, Param::ControlFirmwareVersion,
+                                     Param::TriggerFirmwareVersion, Param::OperatingHours};
+    return params;
+}
+
 DriveIdentity DriveIdentity::Of(const std::function<std::int32_t(int)> &value, int lastParam)
 {
     return {.model = value(Param::DriveModel),

@@ -3,6 +3,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <span>
 
 namespace quorvik
 {
@@ -16,6 +17,8 @@ struct DriveIdentity {
     std::int32_t operatingHours = 0;  ///< (421)
     int lastParam = 0;
 
+    /** The parameters that it is made of. */
+    static std::span<const int> Params();
     /** @param value gives a raw value of the drive by parameter number. */
     static DriveIdentity Of(const std::function<std::int32_t(int)> &value, int lastParam);
     /**

@@ -29,8 +29,10 @@ void DriveEmulator::Tick()
         return;
     const bool online = table_.PortOpen();
     AnnouncePanels(online);
-    if (!online && !table_.OutputsHeld)
+    if (!online && !table_.OutputsHeld) {
         EmulateAll();
+        Q_EMIT Emulated();
+    }
 }
 
 void DriveEmulator::AnnouncePanels(bool online)

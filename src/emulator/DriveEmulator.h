@@ -65,6 +65,8 @@ Q_SIGNALS:
      * text.
      */
     void StatusPanels(const QString &driveStatus, const QString &driveModel);
+    /** All blocks went through, off line. */
+    void Emulated();
 
 private:
     void Tick();

@@ -17,10 +17,6 @@ namespace quorvik
 namespace
 {
 
-/** What DriveIdentity is made of. */
-constexpr int IdentityParams[] = {Param::DriveModel, Param::DriveCurrent, Param::ControlFirmwareVersion,
-                                  Param::TriggerFirmwareVersion, Param::OperatingHours};
-
 /** Whether the drive can be asked for what it was given. */
 bool CanBeReadBack(int p)
 {
@@ -311,7 +307,7 @@ void Recorder::AskForIdentity(bool wanted)
 {
     if (std::exchange(asksForIdentity_, wanted) == wanted)
         return;
-    for (const int p : IdentityParams) {
+    for (const int p : DriveIdentity::Params()) {
         if (wanted)
             table_.AddReadInterest(p);
         else
@@ -321,10 +317,10 @@ void Recorder::AskForIdentity(bool wanted)
 
 void Recorder::LearnDrive(int p)
 {
-    if (isDriveKnown_ || std::ranges::find(IdentityParams, p) == std::end(IdentityParams))
+    if (isDriveKnown_ || std::ranges::find(DriveIdentity::Params(), p) == DriveIdentity::Params().end())
         return;
     const auto isKnown = [this](int param) { return param > table_.LastParam || heard_.contains(param); };
-    if (!std::ranges::all_of(IdentityParams, isKnown))
+    if (!std::ranges::all_of(DriveIdentity::Params(), isKnown))
         return;
     batch_.drives.push_back({.link = connection_,
                              .time = JournalTime::Now(),

@@ -3,8 +3,10 @@
 #include "link/PacketLayer.h"
 #include "link/Trace.h"
 #include "model/ParameterTable.h"
+#include "platform/Clock.h"
 #include "platform/Guard.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvik
@@ -66,6 +68,26 @@ void DriveLink::Report(const RuntimeFailure &failure)
 void DriveLink::SerialCommTimer_Timer()
 {
     QUORVIK_LINK_TRACE() << "SerialCommTimer";
+    if (quietLeft_ > 0 && !MustServe()) {
+        const int step = std::min(quietLeft_, timings_.quietStep);
+        SerialCommTimer.setInterval(step);
+        SerialCommTimer.start();
+        quietLeft_ -= step;
+        return;
+    }
+    const bool wasQuiet = std::exchange(quietLeft_, 0) == 0;
+    if (!OffLineRequested && DriveCommand == Restart::None) {
+        DiscardInput();
+        if (wasQuiet) {
+            inStepUs_ = MicrosecondsUp();
+            Q_EMIT PassBegins();
+        }
+    }
+    ServeTick();
+}
+
+void DriveLink::ServeTick()
+{
     if (OffLineRequested) {
         QUORVIK_LINK_TRACE() << " Going offline";
         BreakOff();
@@ -76,9 +98,7 @@ void DriveLink::SerialCommTimer_Timer()
         ServeDriveCommand();
         return;
     }
-    DiscardInput();
-    Q_EMIT PassBegins();
-    isStoring_ = false;
+    isStoring_ = isRetryPending_ = false;
     if (ReadPropsIndex < 1 && !table_.WritePending && !stores_.IsUnderWay()) {
         BeginReadScan();
         return;
@@ -99,8 +119,7 @@ void DriveLink::SerialCommTimeout_Timer()
     if (!PortOpen())
         return;
     const qsizetype received = TakeInput(true).size();
-    if (MSComm1.RThreshold() == Wire::ReadReplyLength)
-        wholeRead_.BrokeOff(CurrentParam);
+    ReadBrokeOff();
     if (received == 0) {
         QUORVIK_LINK_TRACE() << " No Response";
         HandleNoResponses();
@@ -123,6 +142,7 @@ void DriveLink::MSComm1_OnComm()
         return;
     }
     SerialCommTimeout.stop();
+    answeredUs_ = MicrosecondsUp();
     ParsePacket(TakeInput(true));
 }
 
@@ -132,8 +152,7 @@ void DriveLink::ParsePacket(const QByteArray &buffer)
     NoResponseCount = 0;
     if (MSComm1.RThreshold() != buffer.size()) {
         QUORVIK_LINK_TRACE() << " Incorrect Packet Size";
-        if (MSComm1.RThreshold() == Wire::ReadReplyLength)
-            wholeRead_.BrokeOff(CurrentParam);
+        ReadBrokeOff();
         HandlePacketSizeErrors();
         if (PortOpen())
             timerDelay_.start();
@@ -168,6 +187,9 @@ void DriveLink::ArmSerialCommTimer()
 
 void DriveLink::ArmSerialCommTimer(int milliseconds)
 {
+    isSampleSent_ = false;
+    quietLeft_ = 0;
+    earlierTickUs_ = 0;
     if (!PortOpen())
         return;
     SerialCommTimer.setInterval(milliseconds);

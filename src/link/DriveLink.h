@@ -94,6 +94,18 @@ public:
      * of the table is sent. */
     void CancelScan();
 
+    /**
+     * From now on p is read as often as the line allows, in the pauses and between the rows of a scan, until
+     * RemoveSampling() was called as often; see SampleInterest. What it tells goes the way of all reading:
+     * Asked(), Confirmed(), ValueRead(). A parameter that the drive does not have is left out.
+     */
+    void AddSampling(int p) { ++sampled_[p]; }
+    void RemoveSampling(int p);
+    /** When the value was asked for that Confirmed() is about, and when its answer was complete; on
+     * MicrosecondsUp(). */
+    qint64 AskedUs() const { return askedUs_; }
+    qint64 AnsweredUs() const { return answeredUs_; }
+
     /** The drive is told so at the next tick, without a reply, and the link goes down. */
     void SetDriveCommand(Restart command) { DriveCommand = command; }
     /** Whether a Run, Stop or Jog still waits to be sent. */
@@ -178,10 +190,11 @@ private:
     void MSComm1_OnComm();
     void TimerDelay_Timer();
 
+    void ServeTick();
     void BeginReadScan();
     void ReadNext();
     bool IsWanted(int p) const;
-    void TakeValue(std::int32_t rawValue);
+    void TakeValue(int p, std::int32_t rawValue);
     void WriteNext();
     void GoOnScanning();
     void EndWriting();
@@ -199,9 +212,22 @@ private:
     bool IsIdle() const;
     void BeginSoon(bool isIdle);
     void Scanned(int p);
+    /** What goes on when a round over the sampled parameters is over. */
+    enum class AfterSamples : std::uint8_t { Pause, Reading, Writing, Storing };
+    void Pause();
+    bool IsRoundDue() const;
+    void BeginRound(AfterSamples after);
+    void AskForSample(int p, bool isNeighbour);
+    void GoOnSampling();
+    void LeaveSampling();
+    bool IsSamplingInPause() const;
+    bool MustServe() const;
+    std::optional<int> NextSample() const;
+    void BeginQuiet();
     void ParseReadPropPacket(const QByteArray &packet);
     void ServeDriveCommand();
 
+    void ReadBrokeOff();
     void HandleBCCErrors();
     void HandlePacketSizeErrors();
     void HandleNoResponses();
@@ -225,6 +251,20 @@ private:
     LinkTimings timings_;
     QTimer timerDelay_;
     WholeRead wholeRead_;
+    std::map<int, int> sampled_; ///< how many want it, by parameter
+    AfterSamples afterSamples_ = AfterSamples::Pause;
+    bool isSampleSent_ = false;   ///< what awaits its answer is a sample
+    int paramAsked_ = 0;          ///< of the read that is awaiting its answer
+    int sampledLast_ = -1;        ///< the parameter sampled last: the next one goes on from it
+    int samplesLeft_ = 0;         ///< of the round under way
+    bool isRetryPending_ = false; ///< a refused write is for the next tick, not for a gap before it
+    int quietLeft_ = 0;           ///< milliseconds of a pause that shows sampling to be in step
+    qint64 tickDueUs_ = 0;        ///< of a pause that is filled with samples
+    qint64 earlierTickUs_ = 0;    ///< the tick that a write before its turn must not put off, or 0
+    qint64 sampledUs_ = 0;        ///< when the last sample was answered
+    qint64 inStepUs_ = 0;         ///< the last pause in which nothing was on the line
+    qint64 askedUs_ = 0;
+    qint64 answeredUs_ = 0;
     int paramSent_ = 0;                    ///< of the write that is awaiting its answer
     std::int32_t rawValueSent_ = 0;        ///< of the same
     bool isFirstSent_ = false;             ///< it went before its turn: the cursor is another's

@@ -73,6 +73,8 @@ void DriveLink::OnComStatusChange()
         table_.DriveStateUnread = false;
         ReadPropsIndex = 0;
         isSizeUnknown_ = false;
+        isSampleSent_ = isRetryPending_ = false;
+        quietLeft_ = 0;
     }
     Q_EMIT ComStatusChanged();
     if (!PortOpen())
@@ -97,6 +99,11 @@ void DriveLink::StartScan(WholeScan kind)
 void DriveLink::BeginScanAnew()
 {
     CurrentParam = 0;
+    if (IsSamplingInPause()) {
+        // The tick comes as soon as the sample is there.
+        tickDueUs_ = 0;
+        return;
+    }
     // A reply that is still awaited could not be told from the scan's: the scan begins after the pause.
     if (!SerialCommTimeout.isActive())
         return;

@@ -5,7 +5,6 @@
 #include "platform/Guard.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 namespace quorvik
@@ -17,12 +16,6 @@ namespace
 constexpr double UsOfSecond = 1e6;
 
 } // namespace
-
-qint64 MicrosecondsUp()
-{
-    using namespace std::chrono;
-    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
-}
 
 LinkStatistics::LinkStatistics(DriveLink &link, FineClock clock, WallClock wallClock)
     : link_(link)

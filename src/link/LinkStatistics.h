@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/PacketMeaning.h"
+#include "platform/Clock.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -17,9 +18,6 @@ namespace quorvik
 class DriveLink;
 enum class LinkFault;
 
-/** Tells a time in microseconds that only goes on, from any beginning. */
-using FineClock = std::function<qint64()>;
-qint64 MicrosecondsUp();
 /** Tells the computer's clock, in milliseconds since 1970. */
 using WallClock = std::function<qint64()>;
 

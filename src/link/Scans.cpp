@@ -3,6 +3,7 @@
 #include "link/Trace.h"
 #include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
+#include "platform/Clock.h"
 
 #include <utility>
 
@@ -63,14 +64,24 @@ void DriveLink::ReadNext()
         SendWrite(*first, true);
         return;
     }
+    if (IsRoundDue()) {
+        BeginRound(AfterSamples::Reading);
+        return;
+    }
     CurrentParam = Seek(CurrentParam, table_.LastParam, [this](int p) {
         return (table_[p].WriteFlag == WriteState::None || wholeRead_.IsOfRows()) && IsWanted(p);
     });
     if (CurrentParam > table_.LastParam) {
         QUORVIK_LINK_TRACE() << " ReadScanComplete";
         wholeRead_.EndPass();
-        ArmSerialCommTimer(wholeRead_.IsOfRows() ? std::min(timings_.quiet, timings_.scanPause)
-                                                 : timings_.scanPause);
+        // Nothing is asked for before the account of a reading is closed: what was answered too much must
+        // show.
+        if (wholeRead_.IsOfRows())
+            ArmSerialCommTimer(std::min(timings_.quiet, timings_.scanPause));
+        else if (wholeRead_.IsUnderWay())
+            ArmSerialCommTimer();
+        else
+            Pause();
         // There was nothing to write.
         EndWriting();
         return;
@@ -81,32 +92,42 @@ void DriveLink::ReadNext()
 
 void DriveLink::AskFor(int p, const QByteArray &request)
 {
+    paramAsked_ = p;
     Q_EMIT Asked(p);
+    askedUs_ = MicrosecondsUp();
     SendRequest(request, Wire::ReadReplyLength);
 }
 
 void DriveLink::ParseReadPacket(const QByteArray &packet)
 {
     QUORVIK_LINK_TRACE() << "ParseReadPacket";
-    const bool isAlone = wholeRead_.IsSettling();
+    const int p = paramAsked_;
+    const bool isOfScan = !isSampleSent_;
+    const bool isAlone = isOfScan && wholeRead_.IsSettling();
     if (!IsBccGood(packet)) {
-        QUORVIK_LINK_TRACE() << " Invalid BCC for p[" << CurrentParam;
-        wholeRead_.RowFailed(CurrentParam);
+        QUORVIK_LINK_TRACE() << " Invalid BCC for p[" << p;
+        if (isOfScan)
+            wholeRead_.RowFailed(p);
         HandleBCCErrors();
     } else {
         BCCErrorCount = 0;
-        const ParamRecord &record = table_[CurrentParam];
-        const std::int32_t rawValue = RetrieveData(packet.at(2), packet.at(3), IsUnsigned(CurrentParam));
-        const bool isBeside = wholeRead_.IsOfRows();
-        wholeRead_.RowRead(CurrentParam);
+        const ParamRecord &record = table_[p];
+        const std::int32_t rawValue = RetrieveData(packet.at(2), packet.at(3), IsUnsigned(p));
+        const bool isBeside = isOfScan && wholeRead_.IsOfRows();
+        if (isOfScan)
+            wholeRead_.RowRead(p);
         if (isBeside)
-            Q_EMIT Fetched(CurrentParam, rawValue);
+            Q_EMIT Fetched(p, rawValue);
         // The program's own value is the newer one while its write is pending.
         if (record.WriteFlag == WriteState::None && (!isBeside || record.ReadFlag > 0))
-            TakeValue(rawValue);
-        Q_EMIT Confirmed(CurrentParam, rawValue);
-        QUORVIK_LINK_TRACE() << " Param[" << CurrentParam << "] = " << record.Value;
-        Q_EMIT ValueRead(CurrentParam);
+            TakeValue(p, rawValue);
+        Q_EMIT Confirmed(p, rawValue);
+        QUORVIK_LINK_TRACE() << " Param[" << p << "] = " << record.Value;
+        Q_EMIT ValueRead(p);
+    }
+    if (!isOfScan) {
+        GoOnSampling();
+        return;
     }
 
     ++CurrentParam;
@@ -118,7 +139,7 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
         return;
     }
     const bool isEnd = CurrentParam > table_.LastParam;
-    if (!isEnd && IsWanted(CurrentParam) && !FirstWrite()) {
+    if (!isEnd && IsWanted(CurrentParam) && !FirstWrite() && !IsRoundDue()) {
         QUORVIK_LINK_TRACE() << " ACK Sent";
         AskFor(CurrentParam, QByteArray(1, Wire::Ack));
         return;
@@ -128,13 +149,13 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
     ReadNext();
 }
 
-void DriveLink::TakeValue(std::int32_t rawValue)
+void DriveLink::TakeValue(int p, std::int32_t rawValue)
 {
-    table_.SetValue(CurrentParam, rawValue, ChangeCause::Drive);
-    if (CurrentParam == Param::DriveState)
+    table_.SetValue(p, rawValue, ChangeCause::Drive);
+    if (p == Param::DriveState)
         table_.DriveStateUnread = false;
     // A Jog from before the link broke, whose button is long let go of.
-    if (CurrentParam == Param::Jog && std::exchange(isJogUnsettled_, false) && rawValue != 0)
+    if (p == Param::Jog && std::exchange(isJogUnsettled_, false) && rawValue != 0)
         table_.QueueWrite(Param::Jog, 0);
 }
 
@@ -156,13 +177,17 @@ void DriveLink::WriteNext()
         SendWrite(*first, true);
         return;
     }
+    if (IsRoundDue()) {
+        BeginRound(AfterSamples::Writing);
+        return;
+    }
     const auto isQueued = [this](int p) { return table_[p].WriteFlag == WriteState::Queued; };
     CurrentParam = Seek(CurrentParam, table_.LastParam, isQueued);
     if (CurrentParam > table_.LastParam) {
         QUORVIK_LINK_TRACE() << " WriteScanComplete";
         // What was changed behind the cursor during this scan is for the next one.
         table_.WritePending = Seek(0, table_.LastParam, isQueued) <= table_.LastParam;
-        ArmSerialCommTimer();
+        Pause();
         EndWriting();
         return;
     }
@@ -209,7 +234,7 @@ void DriveLink::GoOnScanning()
         WriteNext();
     } else {
         QUORVIK_LINK_TRACE() << " Finished Writing";
-        ArmSerialCommTimer();
+        Pause();
         EndWriting();
     }
 }
@@ -282,7 +307,9 @@ void DriveLink::RefuseWrite()
         if (isStopOnly && ++stopOnlyRefused_ == StopOnlyRefusals)
             GiveUpStopOnly();
     }
-    ArmSerialCommTimer();
+    isRetryPending_ = true;
+    earlierTickUs_ = 0;
+    Pause();
 }
 
 void DriveLink::GiveUpStopOnly()

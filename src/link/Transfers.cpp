@@ -63,13 +63,17 @@ void DriveLink::StoreNext()
         SendWrite(*first, true);
         return;
     }
+    if (IsRoundDue()) {
+        BeginRound(AfterSamples::Storing);
+        return;
+    }
     if (stores_.IsStopping()) {
-        ArmSerialCommTimer();
+        Pause();
         EndScan(ScanResult::End::Cancelled);
         return;
     }
     if (stores_.IsRoundOver()) {
-        ArmSerialCommTimer();
+        Pause();
         if (stores_.BeginRound())
             return;
         for (const ParamValue &value : stores_.RefusedOnes()) {

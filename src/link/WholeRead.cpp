@@ -127,6 +127,11 @@ void WholeRead::BrokeOff(int p)
 {
     if (isUnderWay_ && ++breaks_[p] >= MostBreaksOfARow)
         givenUp_.insert(p);
+    BrokeOff();
+}
+
+void WholeRead::BrokeOff()
+{
     if (IsOfRows())
         settling_ = Settling::RowToRead;
 }

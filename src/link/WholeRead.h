@@ -42,6 +42,7 @@ public:
     void RowRead(int p);
     void RowFailed(int p); ///< its reply was damaged
     void BrokeOff(int p);  ///< no reply, or one of a wrong length: the scan begins anew
+    void BrokeOff();       ///< the same, at a read that is none of its rows
     void StrayReply();     ///< bytes came that nothing had asked for
 
     bool HasRead() const { return hasRead_; }

@@ -13,4 +13,10 @@ using MsClock = std::function<qint64()>;
  * laptop was shut is old when it is opened. */
 qint64 MillisecondsUp();
 
+/** Tells a time in microseconds that only goes on, from any beginning. */
+using FineClock = std::function<qint64()>;
+
+/** The time of the steady clock that the system never sets. */
+qint64 MicrosecondsUp();
+
 } // namespace quorvik

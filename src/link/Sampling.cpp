@@ -1,0 +1,154 @@
+// Parameters that are read as fast as the line allows, between everything else. They fill the pauses, which
+// become as long as they would have been, and take a round of their own now and then within a scan.
+
+#include "link/DriveLink.h"
+#include "link/PacketLayer.h"
+#include "link/Trace.h"
+#include "model/ParameterTable.h"
+#include "platform/Arithmetic.h"
+#include "platform/Clock.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quorvik
+{
+
+namespace
+{
+
+constexpr qint64 UsPerMs = 1000;
+
+} // namespace
+
+void DriveLink::RemoveSampling(int p)
+{
+    const auto found = sampled_.find(p);
+    if (found != sampled_.end() && --found->second == 0)
+        sampled_.erase(found);
+}
+
+std::optional<int> DriveLink::NextSample() const
+{
+    auto next = sampled_.upper_bound(sampledLast_);
+    if (next == sampled_.end() || next->first > table_.LastParam)
+        next = sampled_.begin();
+    if (next == sampled_.end() || next->first > table_.LastParam)
+        return std::nullopt;
+    return next->first;
+}
+
+void DriveLink::Pause()
+{
+    const qint64 earlier = std::exchange(earlierTickUs_, 0);
+    if (!NextSample()) {
+        ArmSerialCommTimer();
+        return;
+    }
+    tickDueUs_ = earlier > 0 ? earlier : MicrosecondsUp() + timings_.scanPause * UsPerMs;
+    BeginRound(AfterSamples::Pause);
+}
+
+bool DriveLink::IsRoundDue() const
+{
+    // After a time-out a row is read alone, to see what the line still brings.
+    return NextSample() && !wholeRead_.IsSettling() &&
+           MicrosecondsUp() - sampledUs_ >= timings_.sampleEvery * UsPerMs;
+}
+
+void DriveLink::BeginRound(AfterSamples after)
+{
+    afterSamples_ = after;
+    samplesLeft_ = int(sampled_.size());
+    AskForSample(NextSample().value_or(sampledLast_), false);
+}
+
+void DriveLink::AskForSample(int p, bool isNeighbour)
+{
+    QUORVIK_LINK_TRACE() << " Sample Param[" << p << "]";
+    isSampleSent_ = true;
+    sampledLast_ = p;
+    AskFor(p,
+           isNeighbour ? QByteArray(1, Wire::Ack) : BuildPacket(Wire::Command::Read, ToInt16(p), 0, false));
+}
+
+bool DriveLink::IsSamplingInPause() const
+{
+    return isSampleSent_ && afterSamples_ == AfterSamples::Pause && SerialCommTimeout.isActive();
+}
+
+bool DriveLink::MustServe() const
+{
+    return OffLineRequested || DriveCommand != Restart::None || ReadPropsIndex >= 1 ||
+           (table_.WritePending && !isRetryPending_);
+}
+
+void DriveLink::GoOnSampling()
+{
+    isSampleSent_ = false;
+    sampledUs_ = MicrosecondsUp();
+    --samplesLeft_;
+    const bool isPause = afterSamples_ == AfterSamples::Pause;
+    const bool isOver = isPause ? MustServe() || sampledUs_ >= tickDueUs_ : samplesLeft_ <= 0;
+    const std::optional<int> next = NextSample();
+    if (next && !isOver && (isPause || !FirstWrite())) {
+        const bool isNeighbour = *next == paramAsked_ + 1;
+        if (!isNeighbour)
+            Send(QByteArray(1, Wire::Eot));
+        AskForSample(*next, isNeighbour);
+        return;
+    }
+    Send(QByteArray(1, Wire::Eot));
+    LeaveSampling();
+}
+
+void DriveLink::LeaveSampling()
+{
+    switch (afterSamples_) {
+    case AfterSamples::Reading:
+        ReadNext();
+        return;
+    case AfterSamples::Writing:
+        WriteNext();
+        return;
+    case AfterSamples::Storing:
+        StoreNext();
+        return;
+    case AfterSamples::Pause:
+        break;
+    }
+    const qint64 restUs = tickDueUs_ - sampledUs_;
+    if (MustServe()) {
+        // What it put off is not to wait for longer: a slider on its way would keep all boxes from being
+        // read.
+        earlierTickUs_ = restUs > 0 ? tickDueUs_ : 0;
+        ServeTick();
+    } else if (restUs > 0) {
+        ArmSerialCommTimer(int(restUs / UsPerMs));
+    } else if (sampledUs_ - inStepUs_ >= timings_.sampleQuiet * UsPerMs) {
+        BeginQuiet();
+    } else {
+        ServeTick();
+    }
+}
+
+void DriveLink::BeginQuiet()
+{
+    // One reply too many would give each channel the value of its neighbour, for ever: now and then the line
+    // is left alone for so long that it would show.
+    const int step = std::min(timings_.quietStep, timings_.quiet);
+    ArmSerialCommTimer(step);
+    quietLeft_ = timings_.quiet - step;
+}
+
+void DriveLink::ReadBrokeOff()
+{
+    if (MSComm1.RThreshold() != Wire::ReadReplyLength)
+        return;
+    if (isSampleSent_)
+        wholeRead_.BrokeOff();
+    else
+        wholeRead_.BrokeOff(CurrentParam);
+}
+
+} // namespace quorvik
