@@ -10,6 +10,13 @@ inline bool Print(const char *name, double value, const char *unit, double limit
     return value <= limit;
 }
 
+/** The same of a figure that is the better the higher. */
+inline bool PrintAtLeast(const char *name, double value, const char *unit, double limit)
+{
+    std::printf("%s: %.4g %s (at least %g)\n", name, value, unit, limit);
+    return value >= limit;
+}
+
 /** Resident memory of this process, in MiB. */
 inline double ResidentMiB()
 {

@@ -12,6 +12,13 @@
 namespace quorvik
 {
 
+namespace
+{
+
+constexpr qint64 UsPerMs = 1000;
+
+} // namespace
+
 Q_LOGGING_CATEGORY(linkTrace, "quorvik.link", QtInfoMsg)
 
 DriveLink::DriveLink(ParameterTable &table, LinkTimings timings)
@@ -99,6 +106,8 @@ void DriveLink::ServeTick()
         return;
     }
     isStoring_ = isRetryPending_ = false;
+    // What the tick is for goes first.
+    roundDueUs_ = MicrosecondsUp() + timings_.sampleEvery * UsPerMs;
     if (ReadPropsIndex < 1 && !table_.WritePending && !stores_.IsUnderWay()) {
         BeginReadScan();
         return;
@@ -152,6 +161,8 @@ void DriveLink::ParsePacket(const QByteArray &buffer)
     NoResponseCount = 0;
     if (MSComm1.RThreshold() != buffer.size()) {
         QUORVIK_LINK_TRACE() << " Incorrect Packet Size";
+        if (buffer.size() > MSComm1.RThreshold())
+            Q_EMIT OutOfStep();
         ReadBrokeOff();
         HandlePacketSizeErrors();
         if (PortOpen())
@@ -201,6 +212,7 @@ void DriveLink::DiscardInput()
     if (MSComm1.InBufferCount() > 0) {
         wholeRead_.StrayReply();
         TakeInput(false);
+        Q_EMIT OutOfStep();
     }
     MSComm1.ClearInput();
 }

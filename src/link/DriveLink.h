@@ -99,7 +99,7 @@ public:
      * RemoveSampling() was called as often; see SampleInterest. What it tells goes the way of all reading:
      * Asked(), Confirmed(), ValueRead(). A parameter that the drive does not have is left out.
      */
-    void AddSampling(int p) { ++sampled_[p]; }
+    void AddSampling(int p);
     void RemoveSampling(int p);
     /** When the value was asked for that Confirmed() is about, and when its answer was complete; on
      * MicrosecondsUp(). */
@@ -143,6 +143,9 @@ Q_SIGNALS:
     /** Bytes have come from the drive.
      * @param isAwaited false for what nobody waited for, which reaches nothing. */
     void Received(const QByteArray &bytes, bool isAwaited);
+    /** More has come than was asked for: each answer since PassBegins() may have been the one to another
+     * question. */
+    void OutOfStep();
     /** After a pause: what is asked for now is no answer to anything from before. */
     void PassBegins();
     /** One exchange failed; Broken() tells when it was one too many. */
@@ -199,6 +202,7 @@ private:
     void GoOnScanning();
     void EndWriting();
     std::optional<int> FirstWrite() const;
+    std::optional<int> WriteBeforeRead() const;
     void SendWrite(int p, bool isFirst);
     void ReadProps(std::int16_t paramNumber);
     void ParsePacket(const QByteArray &buffer);
@@ -219,7 +223,7 @@ private:
     void BeginRound(AfterSamples after);
     void AskForSample(int p, bool isNeighbour);
     void GoOnSampling();
-    void LeaveSampling();
+    void LeaveSampling(qint64 now);
     bool IsSamplingInPause() const;
     bool MustServe() const;
     std::optional<int> NextSample() const;
@@ -261,7 +265,7 @@ private:
     int quietLeft_ = 0;           ///< milliseconds of a pause that shows sampling to be in step
     qint64 tickDueUs_ = 0;        ///< of a pause that is filled with samples
     qint64 earlierTickUs_ = 0;    ///< the tick that a write before its turn must not put off, or 0
-    qint64 sampledUs_ = 0;        ///< when the last sample was answered
+    qint64 roundDueUs_ = 0;       ///< when a round is due within a scan
     qint64 inStepUs_ = 0;         ///< the last pause in which nothing was on the line
     qint64 askedUs_ = 0;
     qint64 answeredUs_ = 0;

@@ -21,11 +21,18 @@ constexpr qint64 UsPerMs = 1000;
 
 } // namespace
 
+void DriveLink::AddSampling(int p)
+{
+    ++sampled_[p];
+    MSComm1.SetLowLatency(true);
+}
+
 void DriveLink::RemoveSampling(int p)
 {
     const auto found = sampled_.find(p);
     if (found != sampled_.end() && --found->second == 0)
         sampled_.erase(found);
+    MSComm1.SetLowLatency(!sampled_.empty());
 }
 
 std::optional<int> DriveLink::NextSample() const
@@ -52,8 +59,7 @@ void DriveLink::Pause()
 bool DriveLink::IsRoundDue() const
 {
     // After a time-out a row is read alone, to see what the line still brings.
-    return NextSample() && !wholeRead_.IsSettling() &&
-           MicrosecondsUp() - sampledUs_ >= timings_.sampleEvery * UsPerMs;
+    return NextSample() && !wholeRead_.IsSettling() && MicrosecondsUp() >= roundDueUs_;
 }
 
 void DriveLink::BeginRound(AfterSamples after)
@@ -86,12 +92,13 @@ bool DriveLink::MustServe() const
 void DriveLink::GoOnSampling()
 {
     isSampleSent_ = false;
-    sampledUs_ = MicrosecondsUp();
+    const qint64 now = MicrosecondsUp();
+    roundDueUs_ = now + timings_.sampleEvery * UsPerMs;
     --samplesLeft_;
     const bool isPause = afterSamples_ == AfterSamples::Pause;
-    const bool isOver = isPause ? MustServe() || sampledUs_ >= tickDueUs_ : samplesLeft_ <= 0;
+    const bool isOver = isPause ? MustServe() || now >= tickDueUs_ : samplesLeft_ <= 0;
     const std::optional<int> next = NextSample();
-    if (next && !isOver && (isPause || !FirstWrite())) {
+    if (next && !isOver && (isPause || !WriteBeforeRead())) {
         const bool isNeighbour = *next == paramAsked_ + 1;
         if (!isNeighbour)
             Send(QByteArray(1, Wire::Eot));
@@ -99,10 +106,10 @@ void DriveLink::GoOnSampling()
         return;
     }
     Send(QByteArray(1, Wire::Eot));
-    LeaveSampling();
+    LeaveSampling(now);
 }
 
-void DriveLink::LeaveSampling()
+void DriveLink::LeaveSampling(qint64 now)
 {
     switch (afterSamples_) {
     case AfterSamples::Reading:
@@ -117,7 +124,7 @@ void DriveLink::LeaveSampling()
     case AfterSamples::Pause:
         break;
     }
-    const qint64 restUs = tickDueUs_ - sampledUs_;
+    const qint64 restUs = tickDueUs_ - now;
     if (MustServe()) {
         // What it put off is not to wait for longer: a slider on its way would keep all boxes from being
         // read.
@@ -125,11 +132,23 @@ void DriveLink::LeaveSampling()
         ServeTick();
     } else if (restUs > 0) {
         ArmSerialCommTimer(int(restUs / UsPerMs));
-    } else if (sampledUs_ - inStepUs_ >= timings_.sampleQuiet * UsPerMs) {
+    } else if (now - inStepUs_ >= timings_.sampleQuiet * UsPerMs) {
         BeginQuiet();
     } else {
         ServeTick();
     }
+}
+
+std::optional<int> DriveLink::WriteBeforeRead() const
+{
+    const std::optional<int> first = FirstWrite();
+    if (first || !table_.WritePending || isRetryPending_ || wholeRead_.IsUnderWay() || !NextSample())
+        return first;
+    // Who records the answer to an entry does not wait for the end of a scan.
+    for (int p = 0; p <= table_.LastParam; ++p)
+        if (table_[p].WriteFlag == WriteState::Queued)
+            return p;
+    return std::nullopt;
 }
 
 void DriveLink::BeginQuiet()

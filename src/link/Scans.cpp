@@ -60,7 +60,7 @@ bool DriveLink::IsWanted(int p) const
 
 void DriveLink::ReadNext()
 {
-    if (const std::optional<int> first = FirstWrite()) {
+    if (const std::optional<int> first = WriteBeforeRead()) {
         SendWrite(*first, true);
         return;
     }
@@ -139,7 +139,7 @@ void DriveLink::ParseReadPacket(const QByteArray &packet)
         return;
     }
     const bool isEnd = CurrentParam > table_.LastParam;
-    if (!isEnd && IsWanted(CurrentParam) && !FirstWrite() && !IsRoundDue()) {
+    if (!isEnd && IsWanted(CurrentParam) && !WriteBeforeRead() && !IsRoundDue()) {
         QUORVIK_LINK_TRACE() << " ACK Sent";
         AskFor(CurrentParam, QByteArray(1, Wire::Ack));
         return;
@@ -204,7 +204,7 @@ void DriveLink::SendWrite(int p, bool isFirst)
 {
     ParamRecord &record = table_.Row(p);
     // A whole table brings no Jog along from another day.
-    if (p == Param::Jog && isJogUnsettled_ && !isFirst)
+    if (p == Param::Jog && isJogUnsettled_ && !record.WriteFirst)
         table_.SetValue(p, 0, ChangeCause::Command);
     QUORVIK_LINK_TRACE() << " Write Param[" << p << "]=" << record.Value;
     QByteArray packet;

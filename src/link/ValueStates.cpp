@@ -52,10 +52,7 @@ ValueStates::ValueStates(ParameterTable &table, DriveLink &link, MsClock clock)
     // While the flags of what is to be written still stand.
     On(&link, &DriveLink::BreakingOff, this, [this] { Lose(); });
     On(&link, &DriveLink::PassBegins, this, [this] { passBeganAt_ = clock_(); });
-    On(&link, &DriveLink::Received, this, [this](const QByteArray &, bool isAwaited) {
-        if (!isAwaited)
-            ForgetPass();
-    });
+    On(&link, &DriveLink::OutOfStep, this, [this] { ForgetPass(); });
     On(&link, &DriveLink::Asked, this, [this](int p) { ++At(p).unanswered; });
     On(&link, &DriveLink::Confirmed, this,
        [this](int p, std::int32_t rawValue) { Confirm(p, rawValue, false); });

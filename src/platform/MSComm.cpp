@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <utility>
 
+#include <linux/serial.h>
 #include <sys/file.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -186,7 +188,24 @@ QString MSComm::SetPortOpen(bool open)
     open_ = true;
     connect(port_.get(), &QSerialPort::readyRead, this, &MSComm::Read);
     WatchForLoss();
+    if (isLowLatency_)
+        ApplyLatency();
     return {};
+}
+
+void MSComm::SetLowLatency(bool low)
+{
+    if (std::exchange(isLowLatency_, low) != low)
+        ApplyLatency();
+}
+
+void MSComm::ApplyLatency()
+{
+    serial_struct settings{};
+    if (!port_ || ::ioctl(port_->handle(), TIOCGSERIAL, &settings) != 0)
+        return;
+    settings.flags = isLowLatency_ ? settings.flags | ASYNC_LOW_LATENCY : settings.flags & ~ASYNC_LOW_LATENCY;
+    ::ioctl(port_->handle(), TIOCSSERIAL, &settings);
 }
 
 QByteArray MSComm::Input()

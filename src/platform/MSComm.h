@@ -48,6 +48,10 @@ public:
     /** Of the last attempt to open it. */
     Failure OpenFailure() const { return failure_; }
 
+    /** Has the adapter hand over what it receives at once, where it gathers for many milliseconds otherwise;
+     * one that cannot is left as it is. */
+    void SetLowLatency(bool low);
+
     int RThreshold() const { return rThreshold_; }
     /** Bytes that raise OnComm; 0 raises none. */
     void SetRThreshold(int bytes) { rThreshold_ = bytes; }
@@ -69,6 +73,7 @@ private:
     void Read();
     void Raise();
     void WatchForLoss();
+    void ApplyLatency();
     void Retire();
 
     std::unique_ptr<QSerialPort> port_; ///< none while closed, and none once its adapter was pulled out
@@ -76,6 +81,7 @@ private:
     std::vector<std::unique_ptr<QSerialPort>> retired_;
     QByteArray buffer_;
     bool open_ = false;
+    bool isLowLatency_ = false;
     Failure failure_ = Failure::None;
     int raising_ = 0;
     int commPort_ = 1;

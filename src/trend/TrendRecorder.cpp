@@ -41,9 +41,9 @@ TrendRecorder::TrendRecorder(ParameterTable &table, const Document &document, Dr
         isBroken_ = false;
     });
     On(&link, &DriveLink::Failed, this, [this] { isBroken_ = true; });
-    On(&link, &DriveLink::Received, this, [this](const QByteArray &, bool isAwaited) {
+    On(&link, &DriveLink::OutOfStep, this, [this] {
         // After a failure it is the answer that was given up; else nobody knows which one it is.
-        if (!isAwaited && !isBroken_)
+        if (!isBroken_)
             TakeBack(passUs_);
     });
     On(&link, &DriveLink::WriteTaken, this, [this](int p) { OnWriteTaken(p); });
