@@ -178,13 +178,13 @@ TEST_F(SamplingTest, FailuresCountAsInAScan)
         const int before = told[30];
         ASSERT_TRUE(WaitUntil([&] { return told[30] > before + 5; }));
         QObject::disconnect(broken);
-        std::optional<LinkFault> told;
+        std::optional<LinkFault> ended;
         const QMetaObject::Connection expected =
-            QObject::connect(&link, &DriveLink::Broken, [&](LinkFault fault) { told = fault; });
+            QObject::connect(&link, &DriveLink::Broken, [&](LinkFault fault) { ended = fault; });
         asker.Expect({});
         Answer(ReadRequest(30), row.reply);
         EXPECT_TRUE(WaitForOffLine());
-        EXPECT_EQ(told, row.fault);
+        EXPECT_EQ(ended, row.fault);
         QObject::disconnect(expected);
         sampled.Set({});
     }
