@@ -16,16 +16,25 @@ struct StepQuestion {
     qint64 endUs = 0;             ///< what is later does not belong to the answer; 0 for all there is
 };
 
-/** The answer to a step, as a drive engineer reads it off a plot. Times are milliseconds from the step. */
+/**
+ * The answer to a step, as a drive engineer reads it off a plot. Times are milliseconds from the step, and
+ * percent are of the way from before to after.
+ *
+ * Dead time is the time until the signal begins to move, as if there were no noise: the moments at which it
+ * passes a row of low levels (from 3 % of the way, or where it stands clear of the noise) are followed back
+ * to no way at all. So it is Td of an answer of the first order, exp(-(t - Td) / T), and of one of the second
+ * that begins at Td, although both cross 5 % later.
+ */
 struct StepFigures {
-    double before = 0; ///< shown number where the signal stood
-    double after = 0;  ///< where it ended
-    double deadMs = 0; ///< until it has gone a twentieth of the way, less what the rise takes for it
-    double riseMs = 0; ///< from 10 to 90 % of the way
-    double overshootPercent = 0;      ///< of the height; 0 where it stays below its end
+    double before = 0;                ///< shown number where the signal stood
+    double after = 0;                 ///< where it ended
+    double deadMs = 0;                ///< until it begins to move
+    double riseMs = 0;                ///< from 10 to 90 % of the way, each passed for the first time
+    double overshootPercent = 0;      ///< of the way; 0 where it does not rise clearly above its end
     std::optional<double> settlingMs; ///< until it stays in the band; nothing where it never does
     double steadyError = 0;           ///< target less end, in shown numbers; 0 without a target
-    double uncertaintyMs = 0;         ///< of each time: what the sampling leaves open
+    double uncertaintyMs = 0;         ///< of dead time and rise: what sampling and noise leave open
+    double settlingUncertaintyMs = 0; ///< of the settling time, which noise moves further
     double uncertaintyPercent = 0;    ///< of the overshoot: what noise and sampling leave open
 };
 
@@ -36,6 +45,7 @@ enum class StepFailure : std::uint8_t {
     NoStep,    ///< the signal does not move by more than its noise
     Gap,       ///< the link was silent within the answer
 };
+/** Empty for none. */
 QString SentenceOf(StepFailure failure);
 
 struct StepResult {
