@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
-#include <span>
 #include <vector>
 
 namespace quorvik
@@ -16,6 +14,7 @@ namespace
 {
 
 constexpr double UsPerMs = 1000;
+constexpr double WholePercent = 100;
 constexpr std::size_t LeastBefore = 3;
 constexpr std::size_t LeastAnswer = 10;
 constexpr double HeightOfNoise = 5; ///< a smaller step is none
@@ -87,7 +86,7 @@ StepFailure Collect(const TrendTrack &track, const StepQuestion &question, Recor
     if (record.before.size() < LeastBefore)
         return StepFailure::NoSamples;
     record.lastMs = double(lastUs - question.stepUs) / UsPerMs;
-    const double endMs = record.lastMs * (1 - std::clamp(question.endPercent, 1.0, 90.0) / 100);
+    const double endMs = record.lastMs * (1 - std::clamp(question.endPercent, 1.0, 90.0) / WholePercent);
     for (std::size_t i = begin - 1; i < end; ++i) {
         const double ms = double(samples[i].timeUs - question.stepUs) / UsPerMs;
         record.points.push_back({ms, double(samples[i].rawValue)});
@@ -125,31 +124,23 @@ double PassedMs(const Points &points, double level, double noise)
     return ms;
 }
 
-/** Means over a time around each point. A straight line stays as it is. */
+/** Means over a time around each point, of times as of ways: a straight line stays as it is. */
 Points Smoothed(const Points &points, double halfMs)
 {
     Points smooth;
     std::size_t begin = 0;
     std::size_t end = 0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        // As wide to the left as to the right, also at the ends.
-        const double half =
-            std::min({halfMs, points[i].ms - points.front().ms, points.back().ms - points[i].ms});
-        while (begin < i && points[begin].ms < points[i].ms - half)
-            ++begin;
-        while (begin > 0 && points[begin - 1].ms >= points[i].ms - half)
-            --begin;
-        end = std::max(end, i + 1);
-        while (end < points.size() && points[end].ms <= points[i].ms + half)
-            ++end;
-        while (end > i + 1 && points[end - 1].ms > points[i].ms + half)
-            --end;
-        Point mean;
-        for (std::size_t k = begin; k < end; ++k) {
-            mean.ms += points[k].ms;
-            mean.way += points[k].way;
+    Point sum;
+    for (const Point &point : points) {
+        for (; end < points.size() && points[end].ms <= point.ms + halfMs; ++end) {
+            sum.ms += points[end].ms;
+            sum.way += points[end].way;
         }
-        smooth.push_back({mean.ms / double(end - begin), mean.way / double(end - begin)});
+        for (; points[begin].ms < point.ms - halfMs; ++begin) {
+            sum.ms -= points[begin].ms;
+            sum.way -= points[begin].way;
+        }
+        smooth.push_back({sum.ms / double(end - begin), sum.way / double(end - begin)});
     }
     return smooth;
 }
@@ -194,29 +185,74 @@ private:
     std::array<std::array<double, 4>, 3> rows_{};
 };
 
+/** The time between the two samples around a moment. */
+double IntervalAt(const Points &points, double ms)
+{
+    const auto to = std::ranges::upper_bound(points, ms, {}, &Point::ms);
+    if (to == points.begin() || to == points.end())
+        return 0;
+    return to->ms - std::prev(to)->ms;
+}
+
+/** How far noise moves a passage: by as much time as it takes the signal to move by the noise, less what
+ * several samples in that time know better. */
+double MovedMs(double noise, double msOfWay, double intervalMs)
+{
+    return std::min(noise * msOfWay, std::sqrt(noise * msOfWay * intervalMs));
+}
+
+struct Beginning {
+    double ms = 0;
+    double uncertaintyMs = 0;
+};
+
 /**
  * When the signal begins to move. Near its beginning the time of an answer is d + a sqrt(way) + b way, of the
  * first order by b and of the second by a; what both leave out is nearly the same part of the rise.
  */
-double BeginMs(const Points &points, double riseMs, double noise)
+Beginning BeginningOf(const Points &points, double riseMs, double noise)
 {
-    static constexpr std::array<double, 7> levels = {0.03, 0.05, 0.08, 0.12, 0.17, 0.23, 0.30};
-    static constexpr double leftOut = 0.012;
-    const double scale = std::clamp(4 * noise / levels.front(), 1.0, 2.0);
+    static constexpr std::array<double, 7> Levels = {0.03, 0.05, 0.08, 0.12, 0.17, 0.23, 0.30};
+    static constexpr double LeftOut = 0.012;
+    static constexpr double LeftOpen = 0.006;
+    static constexpr std::ptrdiff_t LeastWithin = 4;
+    // Levels within the noise tell nothing.
+    const double scale = std::clamp(4 * noise / Levels.front(), 1.0, 2.0);
+    std::array<double, Levels.size()> times{};
     Plane plane;
-    double earliest = std::numeric_limits<double>::max();
-    for (const double level : levels) {
-        const double ms = PassedMs(points, level * scale, noise);
-        earliest = std::min(earliest, ms);
-        plane.Add(std::sqrt(level * scale), level * scale, ms);
+    for (std::size_t i = 0; i < Levels.size(); ++i) {
+        times[i] = PassedMs(points, Levels[i] * scale, noise);
+        plane.Add(std::sqrt(Levels[i] * scale), Levels[i] * scale, times[i]);
     }
-    return std::clamp(plane.Fit()[0] - leftOut * scale * riseMs, 0.0, std::max(earliest, 0.0));
+    const double intervalMs = IntervalAt(points, times.front());
+    double variance = 0;
+    for (std::size_t i = 0; i < Levels.size(); ++i) {
+        const std::size_t next = std::min(i + 1, Levels.size() - 1);
+        const double msOfWay =
+            std::max(times[next] - times[next - 1], 0.0) / ((Levels[next] - Levels[next - 1]) * scale);
+        Plane share;
+        for (std::size_t k = 0; k < Levels.size(); ++k)
+            share.Add(std::sqrt(Levels[k] * scale), Levels[k] * scale, k == i ? 1 : 0);
+        variance += std::pow(share.Fit()[0] * MovedMs(noise, msOfWay, intervalMs), 2);
+    }
+    double earliest = 0;
+    const auto low = std::ranges::lower_bound(points, times.front(), {}, &Point::ms);
+    const auto high = std::ranges::lower_bound(points, times.back(), {}, &Point::ms);
+    // So few cannot tell how it began, but it stood still at the last one before.
+    if (high - low < LeastWithin && low != points.begin())
+        earliest = std::max(std::prev(low)->ms, 0.0);
+    const double latest = std::max(times.front(), earliest);
+    return {std::clamp(plane.Fit()[0] - LeftOut * scale * riseMs, earliest, latest),
+            intervalMs + 2 * std::sqrt(variance) + LeftOpen * scale * riseMs};
 }
 
 /** The highest of the signal, by a parabola through what lies around it. */
 double PeakOf(const Points &points, const Points &smooth, double halfMs, std::size_t &count)
 {
-    const auto highest = std::ranges::max_element(smooth, {}, &Point::way);
+    // What has nothing behind it could be anything.
+    const auto last = std::ranges::upper_bound(smooth, smooth.back().ms - halfMs, {}, &Point::ms);
+    const auto highest =
+        std::ranges::max_element(smooth.begin(), std::max(last, smooth.begin() + 1), {}, &Point::way);
     const auto index = std::size_t(highest - smooth.begin());
     std::size_t begin = index;
     while (begin > 0 && points[begin - 1].ms >= highest->ms - halfMs)
@@ -256,15 +292,6 @@ std::optional<double> SettledMs(const Points &points, double level, double half,
     const Point &to = points[index];
     const double edge = from.way > level ? level + half : level - half;
     return from.ms + (to.ms - from.ms) * (edge - from.way) / (to.way - from.way);
-}
-
-/** The time between the two samples around a moment. */
-double IntervalAt(const Points &points, double ms)
-{
-    const auto to = std::ranges::upper_bound(points, ms, {}, &Point::ms);
-    if (to == points.begin() || to == points.end())
-        return 0;
-    return to->ms - std::prev(to)->ms;
 }
 
 } // namespace
@@ -309,15 +336,20 @@ StepResult StepResponseOf(const TrendTrack &track, const StepQuestion &question)
     const double lowMs = PassedMs(points, 0.1, noise);
     const double highMs = PassedMs(points, 0.9, noise);
     figures.riseMs = highMs - lowMs;
-    figures.deadMs = BeginMs(points, figures.riseMs, noise);
-
-    // Noise moves a passage by as much as it takes the signal to move by the noise, less what more samples
-    // in that time know better.
-    const double intervalMs =
-        std::max({IntervalAt(points, lowMs), IntervalAt(points, highMs), record.spanMs / 2});
-    const double steepMs = std::max(PassedMs(points, 0.95, noise) - PassedMs(points, 0.85, noise), 0.0) / 0.1;
-    const double noiseMs = std::min(noise * steepMs, std::sqrt(noise * steepMs * intervalMs));
-    figures.uncertaintyMs = intervalMs + 2 * noiseMs;
+    const Beginning beginning = BeginningOf(points, figures.riseMs, noise);
+    figures.deadMs = beginning.ms;
+    const double spanMs = record.spanMs / 2;
+    figures.deadUncertaintyMs = beginning.uncertaintyMs + spanMs;
+    const double intervalMs = std::max(IntervalAt(points, lowMs), IntervalAt(points, highMs));
+    double variance = 0;
+    for (const double level : {0.1, 0.9}) {
+        static constexpr double Around = 0.05;
+        const double msOfWay =
+            (PassedMs(points, level + Around, noise) - PassedMs(points, level - Around, noise)) /
+            (2 * Around);
+        variance += std::pow(MovedMs(noise, std::max(msOfWay, 0.0), intervalMs), 2);
+    }
+    figures.uncertaintyMs = intervalMs + 2 * std::sqrt(variance) + spanMs;
 
     const double halfMs = figures.riseMs / 8;
     const Points smooth = Smoothed(points, halfMs);
@@ -334,22 +366,26 @@ StepResult StepResponseOf(const TrendTrack &track, const StepQuestion &question)
 
     std::size_t count = 1;
     const double over = PeakOf(points, smooth, figures.riseMs / 4, count) - 1;
-    const double overNoise = 2 * noise / std::sqrt(double(count)) + levelNoise;
-    figures.uncertaintyPercent = 100 * overNoise;
-    figures.overshootPercent = over > overNoise ? 100 * over : 0;
+    // The highest of many, and in the middle of a parabola: beyond what one value scatters by.
+    static constexpr double Scattering = 5.5;
+    static constexpr double BetweenSamples = 0.05;
+    const double overNoise = Scattering * noise / std::sqrt(double(count)) + levelNoise +
+                             BetweenSamples * std::pow(intervalMs / std::max(figures.riseMs, intervalMs), 2);
+    figures.uncertaintyPercent = WholePercent * overNoise;
+    figures.overshootPercent = over > overNoise ? WholePercent * over : 0;
 
     const double level = question.target ? (*question.target / one - rawBefore) / rawHeight : 1;
-    const double half = question.settlingPercent / 100;
-    const double open = 2 * smoothNoise + (question.target ? 0 : levelNoise);
-    const double endMs = record.lastMs * (1 - question.endPercent / 100);
+    const double half = question.settlingPercent / WholePercent;
+    const double open = 3 * smoothNoise + (question.target ? 0 : levelNoise);
+    const double endMs = record.lastMs * (1 - question.endPercent / WholePercent);
     figures.settlingMs = SettledMs(smooth, level, half, endMs);
     if (figures.settlingMs) {
         const std::optional<double> early = SettledMs(smooth, level, half + open, endMs);
         const std::optional<double> late =
             SettledMs(smooth, level, std::max(half - open, 0.0), record.lastMs);
-        figures.settlingUncertaintyMs =
-            intervalMs + std::max(*figures.settlingMs - early.value_or(0),
-                                  late.value_or(record.lastMs) - *figures.settlingMs);
+        figures.settlingUncertaintyMs = intervalMs + spanMs +
+                                        std::max(*figures.settlingMs - early.value_or(0),
+                                                 late.value_or(record.lastMs) - *figures.settlingMs);
     }
     return {StepFailure::None, figures};
 }

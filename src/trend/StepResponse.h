@@ -33,7 +33,8 @@ struct StepFigures {
     double overshootPercent = 0;      ///< of the way; 0 where it does not rise clearly above its end
     std::optional<double> settlingMs; ///< until it stays in the band; nothing where it never does
     double steadyError = 0;           ///< target less end, in shown numbers; 0 without a target
-    double uncertaintyMs = 0;         ///< of dead time and rise: what sampling and noise leave open
+    double uncertaintyMs = 0;         ///< of the rise: what sampling and noise leave open
+    double deadUncertaintyMs = 0;     ///< of the dead time
     double settlingUncertaintyMs = 0; ///< of the settling time, which noise moves further
     double uncertaintyPercent = 0;    ///< of the overshoot: what noise and sampling leave open
 };
