@@ -42,8 +42,10 @@ void SampleRing::DropBefore(qint64 timeUs)
 
 void SampleRing::DropSince(qint64 timeUs)
 {
-    while (!samples_.empty() && samples_.back().timeUs >= timeUs)
+    while (!samples_.empty() && samples_.back().timeUs >= timeUs) {
         samples_.pop_back();
+        ++takenBack_;
+    }
     isInterrupted_ = true;
 }
 

@@ -59,10 +59,14 @@ public:
     const TrendSample *At(qint64 timeUs) const;
     /** Counts what was ever appended: a reader knows from it what is new. */
     qint64 Appended() const { return appended_; }
+    /** Counts what was ever taken back. Samples have positions from 0 on, in which one that replaces another
+     * takes over its own; the last one's is one less than Appended() less this. */
+    qint64 TakenBack() const { return takenBack_; }
 
 private:
     std::deque<TrendSample> samples_;
     qint64 appended_ = 0;
+    qint64 takenBack_ = 0;
     bool isInterrupted_ = true;
 };
 
