@@ -1,38 +1,22 @@
 #pragma once
 
-#include "trend/TrendData.h"
+#include "trend/StoredRecording.h"
 #include "trend/TrendTimings.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QStringList>
 #include <QThread>
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace quorvik
 {
 
+class TrendFollower;
 class TrendRecorder;
 class TrendWriter;
-
-/** Why a recording was kept. The numbers are kept in files. */
-enum class RecordingKind : std::uint8_t {
-    Running = 0, ///< written along while it ran
-    Capture = 1, ///< around a trigger
-    Trip = 2,    ///< of the time before a trip, kept by itself
-};
-
-/** A recording's file, without its samples. */
-struct StoredRecording {
-    QString path;
-    RecordingKind kind = RecordingKind::Running;
-    TrendHead head;
-    QStringList channels; ///< names of the parameters, "(193) Velocity Feedback"
-    qint64 durationMs = 0;
-    bool isKept = false;    ///< the user wants it: it is never cleared away by itself
-    bool isComplete = true; ///< false where it was cut off: the program ended or crashed meanwhile
-    bool isRunning = false; ///< a program is writing it just now
-};
 
 /**
  * The recordings of this user: one SQLite file each, in one folder, written by a thread of its own. What is
@@ -58,7 +42,8 @@ public:
 
     /** Writes a recording into a file of its own; takes no time. @return its path. */
     QString Save(TrendDataPtr data, RecordingKind kind);
-    /** The newest first. Reads the head of each file. */
+    /** The newest first. Reads the heads of the files, but of those that have not changed since. What is no
+     * recording is left out, what is one and cannot be read says why. */
     std::vector<StoredRecording> List();
     /** @param failure gets a sentence where it cannot be read. @return null then. */
     TrendDataPtr Load(const QString &path, QString *failure);
@@ -77,10 +62,22 @@ Q_SIGNALS:
     void Recovered();
 
 private:
+    /** What was read of a file, and what it was like then. */
+    struct Listed {
+        QDateTime changed;
+        qint64 size = 0;
+        StoredRecording recording;
+    };
+
+    /** A name for a recording's file that no program has given. */
+    QString NewPath() const;
+
     QString folder_;
     TrendTimings timings_;
     QThread thread_;
-    TrendWriter *writer_ = nullptr; ///< lives in the thread
+    TrendWriter *writer_; ///< lives in the thread
+    std::unique_ptr<TrendFollower> follower_;
+    std::map<QString, Listed> listed_; ///< by path
 };
 
 } // namespace quorvik

@@ -3,7 +3,7 @@
 #include "trend/TrendData.h"
 
 #include <QObject>
-#include <set>
+#include <utility>
 #include <vector>
 
 namespace quorvik
@@ -46,11 +46,17 @@ Q_SIGNALS:
     void Saved(int tripNumber, const QString &path);
 
 private:
+    void FollowLink();
+    void ChooseChannels();
+    void Await();
+    void Keep(const TrendDataPtr &capture);
+
     TrendRecorder &recorder_;
     TrendStore &store_;
     DriveLink &link_;
     std::vector<int> channels_ = UsualChannels();
     std::vector<std::pair<int, QString>> paths_;
+    std::vector<int> awaited_; ///< trips in the capture that is still running
     bool isOn_ = false;
 };
 
