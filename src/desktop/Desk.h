@@ -62,6 +62,13 @@ struct Desk {
     std::function<void(int p)> ShowInList = [](int) {};
     /** Opens the comparison of the open set with the factory's at one parameter. Filled in by the shell. */
     std::function<void(int p)> CompareWithFactory = [](int) {};
+    /** Opens the trend recorder and adds a parameter to what it records. Filled in by the shell. */
+    std::function<void(int p)> AddToTrend = [](int) {};
+    /** The file of what was recorded around a trip of this run, by the number of its trip record; empty for
+     * none. Filled in by the shell. */
+    std::function<QString(int tripNumber)> RecordingOfTrip = [](int) { return QString(); };
+    /** Opens the trend recorder at a recording's file. Filled in by the shell. */
+    std::function<void(const QString &path)> ShowRecording = [](const QString &) {};
     /** The circuit of the drive with the values of this moment; null where a part of the program is tried by
      * itself. Filled in by the shell. */
     std::function<Circuit *()> TheCircuit = []() -> Circuit * { return nullptr; };
