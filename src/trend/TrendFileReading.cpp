@@ -21,7 +21,6 @@ constexpr qint64 MostRaw = std::numeric_limits<std::int32_t>::max();
 constexpr qint64 LeastRaw = std::numeric_limits<std::int32_t>::min();
 constexpr qint64 MostParam = 9999;
 constexpr qint64 MostOffsetMinutes = 18 * 60;
-constexpr qsizetype MostText = 20'000;
 /** An hour of the fastest line many times over. */
 constexpr std::size_t MostSamples = 10'000'000;
 
@@ -44,7 +43,8 @@ public:
     QString Text()
     {
         const QVariant value = query_.value(column_++);
-        isGood_ = isGood_ && value.typeId() == QMetaType::QString && value.toString().size() <= MostText;
+        isGood_ = isGood_ && value.typeId() == QMetaType::QString &&
+                  value.toString().size() <= TrendTables::MostText;
         return value.toString();
     }
     /** The last of a row. */
@@ -75,7 +75,8 @@ public:
     QString Text(const char *key)
     {
         const QVariant value = rows_[QLatin1String(key)];
-        isGood_ = isGood_ && value.typeId() == QMetaType::QString && value.toString().size() <= MostText;
+        isGood_ = isGood_ && value.typeId() == QMetaType::QString &&
+                  value.toString().size() <= TrendTables::MostText;
         return value.toString();
     }
 

@@ -12,11 +12,7 @@ namespace quorvik
 namespace
 {
 
-/** What is written for a text, which may be null only here. */
-QString Text(const QString &text)
-{
-    return text.isNull() ? QStringLiteral("") : text;
-}
+using TrendTables::Written;
 
 bool IsSame(const TrendChannel &left, const TrendChannel &right)
 {
@@ -90,15 +86,15 @@ QSqlError TrendFile::WriteHead(const TrendBatch &batch)
         put("began_us", head.beganUs);
         put("began_utc_ms", head.beganUtcMs);
         put("offset_minutes", head.offsetMinutes);
-        put("set_name", Text(head.setName));
+        put("set_name", Written(head.setName));
         if (batch.triggerUs)
             put("trigger_us", *batch.triggerUs);
     }
     // What the user has given it meanwhile stays, unless the recording has got others since.
     if (isFirst || head.title != writtenHead_->title)
-        put("title", Text(head.title), !head.title.isEmpty());
+        put("title", Written(head.title), !head.title.isEmpty());
     if (isFirst || head.notes != writtenHead_->notes)
-        put("notes", Text(head.notes), !head.notes.isEmpty());
+        put("notes", Written(head.notes), !head.notes.isEmpty());
     if (head.drive && (isFirst || head.drive != writtenHead_->drive)) {
         put("drive_model", head.drive->model);
         put("drive_amps", head.drive->driveAmps);
@@ -128,9 +124,9 @@ QSqlError TrendFile::WriteChannels(const TrendBatch &batch)
     for (std::size_t i = 0; i < channels.size() && !error.isValid(); ++i) {
         const TrendChannel &channel = channels[i];
         error = Put(
-            query, {qint64(i), channel.param, int(channel.pace), channel.attributes, Text(channel.name),
+            query, {qint64(i), channel.param, int(channel.pace), channel.attributes, Written(channel.name),
                     TrendTables::CheckOf({qint64(i), channel.param, qint64(channel.pace), channel.attributes},
-                                         channel.name)});
+                                         Written(channel.name))});
     }
     if (!error.isValid())
         error = Run(QStringLiteral("DELETE FROM samples WHERE param NOT IN (SELECT param FROM channels)"));
@@ -170,8 +166,9 @@ QSqlError TrendFile::WriteMarks(const TrendBatch &batch)
     for (const TrendMark &mark : batch.marks)
         if (!error.isValid())
             error =
-                Put(query, {mark.timeUs, int(mark.kind), mark.param, Text(mark.text),
-                            TrendTables::CheckOf({mark.timeUs, qint64(mark.kind), mark.param}, mark.text)});
+                Put(query,
+                    {mark.timeUs, int(mark.kind), mark.param, Written(mark.text),
+                     TrendTables::CheckOf({mark.timeUs, qint64(mark.kind), mark.param}, Written(mark.text))});
     return error;
 }
 
@@ -198,9 +195,9 @@ bool TrendFile::Complete()
 bool TrendFile::Keep(const QString &title, const QString &notes)
 {
     return Whole(QStringLiteral("BEGIN IMMEDIATE"), [&] {
-        QSqlError error = PutHead(QStringLiteral("title"), Text(title));
+        QSqlError error = PutHead(QStringLiteral("title"), Written(title));
         if (!error.isValid())
-            error = PutHead(QStringLiteral("notes"), Text(notes));
+            error = PutHead(QStringLiteral("notes"), Written(notes));
         if (!error.isValid())
             error = PutHead(QStringLiteral("kept"), 1);
         return error;

@@ -33,6 +33,13 @@ const QStringList &Statements()
     return statements;
 }
 
+QString Written(const QString &text)
+{
+    // Not null, and without halves of characters.
+    const QByteArray bytes = text.left(MostText).toUtf8();
+    return bytes.isEmpty() ? QStringLiteral("") : QString::fromUtf8(bytes);
+}
+
 int CheckOf(std::initializer_list<qint64> numbers, const QString &text)
 {
     std::array<qint64, MostNumbers> bytes{};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QStringList>
 #include <initializer_list>
 
@@ -10,6 +11,12 @@ namespace quorvik::TrendTables
 inline constexpr int Version = 1;
 /** Tells SQLite's tools whose file it is: "QVKt". */
 inline constexpr int ApplicationId = 0x51564b74;
+
+/** A longer text is cut. */
+inline constexpr qsizetype MostText = 20'000;
+
+/** What is written for a text: what comes back when it is read. */
+QString Written(const QString &text);
 
 /** Makes the tables, in order. */
 const QStringList &Statements();
