@@ -26,6 +26,7 @@ namespace
 
 /** Widths of the columns in characters. */
 constexpr int ColumnCharacters[] = {11, 9, 26, 16, 38};
+constexpr int TickMs = 500;
 
 std::optional<QString> ShowSaveDialog(const QString &suggested, QWidget *owner, Asker &asker)
 {
@@ -76,6 +77,9 @@ FormTripRecord::FormTripRecord(Desk &givenDesk)
     layout->addWidget(MakeCommands());
     On(&desk().trips, &TripRecords::Recorded, this, [this] { ListTrips(); });
     On(&desk().trips, &TripRecords::Completed, this, [this] { ListTrips(); });
+    timerUpdateScreen_.setObjectName(QStringLiteral("TimerUpdateScreen"));
+    On(&timerUpdateScreen_, &QTimer::timeout, this, [this] { FollowRecording(); });
+    timerUpdateScreen_.start(TickMs);
     ListTrips();
 }
 
@@ -97,6 +101,15 @@ QWidget *FormTripRecord::MakeCommands()
     SetPlainToolTip(commandExport_, QStringLiteral("Writes the shown trip to a CSV file"));
     On(commandExport_, &QPushButton::clicked, this, [this] { CommandExport_Click(); });
     layout->addWidget(commandExport_);
+    commandRecording_ = new QPushButton(QStringLiteral("&Recording Before It..."), commands);
+    commandRecording_->setObjectName(QStringLiteral("CommandRecording"));
+    SetPlainToolTip(commandRecording_,
+                    QStringLiteral("Shows in the trend recorder what was recorded until the trip"));
+    On(commandRecording_, &QPushButton::clicked, this, [this] {
+        if (const QString path = desk().RecordingOfTrip(chosen_); !path.isEmpty())
+            desk().ShowRecording(path);
+    });
+    layout->addWidget(commandRecording_);
     layout->addStretch();
     layout->addWidget(MakeCommandClose());
     layout->addWidget(MakeCommandHelp());
@@ -137,6 +150,7 @@ void FormTripRecord::ShowTrip()
         chosen_ = desk().trips.Records().at(std::size_t(row)).number;
     const TripRecord *record = Chosen();
     commandExport_->setEnabled(record != nullptr);
+    FollowRecording();
     labelSummary_->setText(record
                                ? TripSummary(*record)
                                : QStringLiteral("The drive has not tripped while the program was on line."));
@@ -149,6 +163,11 @@ void FormTripRecord::ShowTrip()
         items.append(new QTreeWidgetItem(TripFields(value, desk().table)));
     listValues_->addTopLevelItems(items);
     listValues_->verticalScrollBar()->setValue(scrolled);
+}
+
+void FormTripRecord::FollowRecording()
+{
+    commandRecording_->setVisible(Chosen() != nullptr && !desk().RecordingOfTrip(chosen_).isEmpty());
 }
 
 void FormTripRecord::CommandExport_Click()

@@ -2,6 +2,7 @@
 
 #include "desktop/Form.h"
 
+#include <QTimer>
 #include <functional>
 #include <optional>
 
@@ -36,11 +37,15 @@ private:
     void ShowTrip();
     const TripRecord *Chosen() const;
     void CommandExport_Click();
+    /** What was recorded around the trip comes some seconds after it. */
+    void FollowRecording();
 
     QListWidget *listTrips_;
     QLabel *labelSummary_;
     QTreeWidget *listValues_;
     QPushButton *commandExport_ = nullptr;
+    QPushButton *commandRecording_ = nullptr;
+    QTimer timerUpdateScreen_{this};
     int chosen_ = 0; ///< the number of the trip that is shown
 };
 
