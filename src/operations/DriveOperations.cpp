@@ -92,6 +92,8 @@ void DriveOperations::GoOffLine(OffLineReason reason)
     if (!link_.PortOpen())
         return;
     const QScopedValueRollback leaving(leaving_, true);
+    if (reason != OffLineReason::BrokenOff)
+        Q_EMIT Leaving();
     BeforeLeaving(reason);
     // A Stop that was pressed a moment ago leaves before the line does.
     if (reason != OffLineReason::BrokenOff)

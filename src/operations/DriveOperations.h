@@ -89,6 +89,9 @@ public:
     int SaveLimitMs = 5000;
 
 Q_SIGNALS:
+    /** The link goes down by the user's wish, and still carries what a listener has to put in order; it may
+     * wait for that. */
+    void Leaving();
     /** A fault of the program that ends it; the user has been told. */
     void FatalError();
     /** The link is up beside the open set, which GoOnLineAside() left alone. */

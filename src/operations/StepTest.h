@@ -6,6 +6,7 @@
 #include "trend/TrendData.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 #include <deque>
@@ -16,6 +17,7 @@ namespace quorvik
 {
 
 class Asker;
+struct Question;
 class DriveOperations;
 class ParameterTable;
 class TrendRecorder;
@@ -37,7 +39,7 @@ enum class StepState : std::uint8_t {
 /** A change of a reference for a while. */
 struct StepWish {
     TunedLoop loop = TunedLoop::Velocity;
-    int param = 0;            ///< one of StepTest::SourcesOf()
+    int param = -1;           ///< one of StepTest::SourcesOf()
     std::int32_t rawSize = 0; ///< added to what stands there; below 0 for downwards
     int holdMs = 3000;        ///< 500 to 30000
 };
@@ -52,10 +54,10 @@ struct StepSources {
 struct StepTry {
     QDateTime time;
     TunedLoop loop = TunedLoop::Velocity;
-    int param = -1;                                  ///< what was changed
-    std::vector<std::pair<int, std::int32_t>> gains; ///< raw, at the time
-    StepResult result;
-    TrendDataPtr data; ///< from before the step up to its end, its trigger at the step
+    int param = -1;                                       ///< what was changed
+    std::vector<std::pair<int, std::int32_t>> gains = {}; ///< raw, at the time
+    StepResult result = {};
+    TrendDataPtr data = {}; ///< from before the step up to its end, its trigger at the step
 };
 
 /** A value that a broken link has left in the drive. */
@@ -130,33 +132,35 @@ public:
     void RestoreLeftover();
 
 Q_SIGNALS:
-    /** State, sentence or leftover are others. */
+    /** State, sentence, leftover, or whether it can be put back are others. */
     void StateChanged();
     /** Another step was made. */
     void TriesChanged();
 
 private:
     QString Refusal(const StepWish &wish) const;
-    bool Ask(const StepWish &wish);
-    QString MachineSentence(const StepWish &wish) const;
+    std::vector<Question> QuestionsBefore(const StepWish &wish) const;
     QString Watch(TunedLoop loop);
-    void WriteWhenSeen();
+    bool IsWatched() const;
     void Write(std::int32_t rawValue);
-    void OnSent();
+    void TakeBackInTable(std::int32_t rawValue);
     void OnTaken(int p);
     void OnRefused(int p, bool *isTold);
     void OnTold(int p, std::int32_t rawValue);
     void OnMark(const TrendMark &mark);
-    void OnEntered(int p, std::int32_t rawValue);
-    void OnTimer();
+    void OnChangedElsewhere(int p, std::int32_t rawValue);
+    void OnTick();
     void FollowLink();
     void LeaveInTime();
     void BeginHold(qint64 stepUs);
     void PutBack();
+    void LeaveBehind(bool isSure, const QString &why);
+    void OnLeftoverTold(std::int32_t rawValue);
     void Keep();
     void End(const QString &sentence);
     void SetState(StepState state, const QString &sentence);
-    QString Shown(int p, std::int32_t rawValue) const;
+    std::int32_t RawStepped() const { return rawBefore_ + wish_.rawSize; }
+    QString Named(std::int32_t rawValue) const;
 
     ParameterTable &table_;
     DriveLink &link_;
@@ -166,18 +170,20 @@ private:
     StepTimings timings_;
     ReadInterest polled_;
     SampleInterest sampled_;
-    QTimer timer_;
+    QTimer tick_;
+    QElapsedTimer since_; ///< the state, or what it waits for, is another one
     StepState state_ = StepState::Idle;
     QString sentence_;
-    StepWish wish_;
+    StepWish wish_; ///< its parameter is -1 where a change comes from elsewhere
     std::int32_t rawBefore_ = 0;
-    qint64 sentUs_ = 0;      ///< when the last packet left
-    qint64 stepUs_ = 0;      ///< when the change took effect
-    qint64 endUs_ = 0;       ///< up to when the answer counts
-    bool isWritten_ = false; ///< the step has been queued for the drive
-    bool isTaken_ = false;   ///< the drive has taken the step
-    bool isBack_ = false;    ///< what stood before has been queued for the drive
-    bool isOwn_ = false;     ///< the change of the table is our own
+    std::optional<std::int32_t> rawOther_; ///< what the drive told last in place of the step
+    qint64 sentUs_ = 0;                    ///< when the last packet left
+    qint64 stepUs_ = 0;                    ///< when the change took effect
+    qint64 endUs_ = 0;                     ///< up to when the answer counts; 0 while there is none
+    bool isWritten_ = false;               ///< the step has been queued for the drive
+    bool isTaken_ = false;                 ///< the drive has taken the step
+    bool isBack_ = false;                  ///< what stood before has been queued for the drive
+    bool isOwn_ = false;                   ///< the change of the table is made here
     std::deque<StepTry> tries_;
     std::optional<StepLeftover> leftover_;
 };
