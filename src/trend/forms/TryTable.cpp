@@ -1,0 +1,147 @@
+#include "trend/forms/TryTable.h"
+
+#include "desktop/PlainText.h"
+#include "model/ParameterTable.h"
+#include "model/ShownText.h"
+#include "platform/Guard.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+
+namespace quorvik
+{
+
+namespace
+{
+
+enum TryRow { Gains, Dead, Rise, Overshoot, Settling, SteadyError, TryRows };
+
+constexpr const char *Captions[] = {"Gains",   "Dead time, ms", "Rise, ms",
+                                    "Over, %", "Settling, ms",  "Steady error"};
+
+const QString &NoFigure()
+{
+    static const QString none = QStringLiteral("-");
+    return none;
+}
+
+QString WithDoubt(double figure, double doubt, int decimals)
+{
+    return QStringLiteral("%1 ± %2").arg(figure, 0, 'f', decimals).arg(doubt, 0, 'f', decimals);
+}
+
+QString GainsText(const StepTry &made, const ParameterTable &table)
+{
+    QStringList texts;
+    for (const auto &[p, rawValue] : made.gains)
+        texts << ShownText(rawValue, table[p].Attributes);
+    return texts.join(QStringLiteral(" / "));
+}
+
+QString NamedGains(const StepTry &made, const ParameterTable &table)
+{
+    QStringList lines;
+    for (const auto &[p, rawValue] : made.gains)
+        lines << table.FullName(p) + QStringLiteral(" = ") + ShownText(rawValue, table[p].Attributes);
+    return lines.join(u'\n');
+}
+
+/** The texts below the gains. */
+QStringList FigureTexts(const StepTry &made)
+{
+    if (made.result.failure != StepFailure::None)
+        return {NoFigure(), NoFigure(), NoFigure(), NoFigure(), NoFigure()};
+    const StepFigures &figures = made.result.figures;
+    return {WithDoubt(figures.deadMs, figures.uncertaintyMs, 0),
+            WithDoubt(figures.riseMs, figures.uncertaintyMs, 0),
+            WithDoubt(figures.overshootPercent, figures.uncertaintyPercent, 1),
+            figures.settlingMs ? WithDoubt(*figures.settlingMs, figures.settlingUncertaintyMs, 0)
+                               : QStringLiteral("never"),
+            QString::number(figures.steadyError, 'f', 2)};
+}
+
+} // namespace
+
+QString TitleOf(const StepTry &made, const ParameterTable &table)
+{
+    return QStringLiteral("%1, %2, %3")
+        .arg(made.loop == TunedLoop::Velocity ? QStringLiteral("Velocity loop")
+                                              : QStringLiteral("Current loop"),
+             made.time.toString(QStringLiteral("hh:mm:ss")), GainsText(made, table));
+}
+
+TryTable::TryTable(const ParameterTable &table, QWidget *parent)
+    : QTableWidget(TryRows, 0, parent)
+    , table_(table)
+{
+    setObjectName(QStringLiteral("TableTries"));
+    setAccessibleName(QStringLiteral("The last answers"));
+    setEditTriggers(NoEditTriggers);
+    setSelectionBehavior(SelectColumns);
+    setSelectionMode(SingleSelection);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QStringList captions;
+    for (const char *caption : Captions)
+        captions << QString::fromLatin1(caption);
+    setVerticalHeaderLabels(captions);
+    verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    On(this, &QTableWidget::itemSelectionChanged, this, [this] {
+        const QModelIndexList columns = selectionModel()->selectedColumns();
+        if (!columns.isEmpty())
+            Q_EMIT Picked(columns.first().column());
+    });
+}
+
+void TryTable::Show(const std::deque<StepTry> &tries)
+{
+    // The columns move on: what was picked stands elsewhere now.
+    clearSelection();
+    setColumnCount(int(tries.size()));
+    for (int column = 0; column < int(tries.size()); ++column) {
+        const StepTry &made = tries[std::size_t(column)];
+        auto *header = new QTableWidgetItem(made.time.toString(QStringLiteral("hh:mm:ss")));
+        header->setToolTip(PlainToolTip(TitleOf(made, table_)));
+        setHorizontalHeaderItem(column, header);
+        const QString failure = SentenceOf(made.result.failure);
+        Put(Gains, column, GainsText(made, table_), NamedGains(made, table_));
+        const QStringList figures = FigureTexts(made);
+        for (int i = 0; i < figures.size(); ++i)
+            Put(Dead + i, column, figures[i], failure);
+    }
+    updateGeometry();
+}
+
+void TryTable::Put(int row, int column, const QString &text, const QString &toolTip)
+{
+    auto *item = new QTableWidgetItem(text);
+    item->setToolTip(PlainToolTip(toolTip));
+    setItem(row, column, item);
+}
+
+QString TryTable::AsText() const
+{
+    QStringList lines;
+    QStringList heads{QStringLiteral("Time")};
+    for (int column = 0; column < columnCount(); ++column)
+        heads << horizontalHeaderItem(column)->text();
+    lines << heads.join(u'\t');
+    for (int row = 0; row < TryRows; ++row) {
+        QStringList cells{verticalHeaderItem(row)->text()};
+        for (int column = 0; column < columnCount(); ++column)
+            cells << item(row, column)->text();
+        lines << cells.join(u'\t');
+    }
+    return lines.join(u'\n') + u'\n';
+}
+
+QSize TryTable::sizeHint() const
+{
+    const int height = horizontalHeader()->sizeHint().height() + verticalHeader()->length() +
+                       horizontalScrollBar()->sizeHint().height() + 2 * frameWidth();
+    return {QTableWidget::sizeHint().width(), height};
+}
+
+} // namespace quorvik
