@@ -28,14 +28,14 @@ struct GainEffect {
 };
 
 constexpr GainEffect Effects[] = {
-    {Param::PropGainA, "More makes the rise shorter, and too much makes it hunt."},
-    {Param::PropGainB, "More makes the rise shorter, and too much makes it hunt."},
-    {Param::IntegralTimeA, "Shorter takes the steady error away sooner, and overshoots more."},
-    {Param::IntegralTimeB, "Shorter takes the steady error away sooner, and overshoots more."},
-    {Param::OvershootGainA, "More damps the overshoot when the demand changes."},
-    {Param::OvershootGainB, "More damps the overshoot when the demand changes."},
-    {Param::IProportionalGain, "More makes the current rise faster, and too much makes it rough."},
-    {Param::IIntegralTime, "Shorter takes the current's error away sooner, and overshoots more."},
+    {Param::PropGainA, "More: a shorter rise, too much: it hunts"},
+    {Param::PropGainB, "More: a shorter rise, too much: it hunts"},
+    {Param::IntegralTimeA, "Shorter: no error sooner, more overshoot"},
+    {Param::IntegralTimeB, "Shorter: no error sooner, more overshoot"},
+    {Param::OvershootGainA, "More: less overshoot, a softer start"},
+    {Param::OvershootGainB, "More: less overshoot, a softer start"},
+    {Param::IProportionalGain, "More: a faster rise, too much: it is rough"},
+    {Param::IIntegralTime, "Shorter: no error sooner, more overshoot"},
 };
 
 QString EffectOf(int p)

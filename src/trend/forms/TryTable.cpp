@@ -14,10 +14,10 @@ namespace quorvik
 namespace
 {
 
-enum TryRow { Gains, Dead, Rise, Overshoot, Settling, SteadyError, TryRows };
+enum TryRow { Proportional, Integral, Damping, Dead, Rise, Overshoot, Settling, SteadyError, TryRows };
 
-constexpr const char *Captions[] = {"Gains",   "Dead time, ms", "Rise, ms",
-                                    "Over, %", "Settling, ms",  "Steady error"};
+constexpr const char *Captions[] = {"Proportional", "Integral", "Overshoot gain", "Dead time, ms",
+                                    "Rise, ms",     "Over, %",  "Settling, ms",   "Steady error"};
 
 const QString &NoFigure()
 {
@@ -36,14 +36,6 @@ QString GainsText(const StepTry &made, const ParameterTable &table)
     for (const auto &[p, rawValue] : made.gains)
         texts << ShownText(rawValue, table[p].Attributes);
     return texts.join(QStringLiteral(" / "));
-}
-
-QString NamedGains(const StepTry &made, const ParameterTable &table)
-{
-    QStringList lines;
-    for (const auto &[p, rawValue] : made.gains)
-        lines << table.FullName(p) + QStringLiteral(" = ") + ShownText(rawValue, table[p].Attributes);
-    return lines.join(u'\n');
 }
 
 /** The texts below the gains. */
@@ -106,7 +98,13 @@ void TryTable::Show(const std::deque<StepTry> &tries)
         header->setToolTip(PlainToolTip(TitleOf(made, table_)));
         setHorizontalHeaderItem(column, header);
         const QString failure = SentenceOf(made.result.failure);
-        Put(Gains, column, GainsText(made, table_), NamedGains(made, table_));
+        // A loop may have fewer of them.
+        for (int i = 0; i < Dead; ++i) {
+            const bool isThere = i < int(made.gains.size());
+            const auto [p, rawValue] = isThere ? made.gains[std::size_t(i)] : std::pair(0, 0);
+            Put(i, column, isThere ? ShownText(rawValue, table_[p].Attributes) : NoFigure(),
+                isThere ? table_.FullName(p) : QString());
+        }
         const QStringList figures = FigureTexts(made);
         for (int i = 0; i < figures.size(); ++i)
             Put(Dead + i, column, figures[i], failure);

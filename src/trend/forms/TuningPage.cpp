@@ -30,7 +30,7 @@ namespace
 {
 
 constexpr int TickMs = 200;
-constexpr int WidthInCharacters = 46;
+constexpr int WidthInCharacters = 54;
 constexpr double MsPerSecond = 1000;
 constexpr double UsualHoldSeconds = 3;
 
@@ -80,7 +80,6 @@ TuningPage::TuningPage(Desk &desk, TrendHost &host, QWidget *parent)
     setObjectName(QStringLiteral("TuningPage"));
     setWidgetResizable(true);
     setFrameShape(NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto *page = new QWidget(this);
     comboLoop_ = MakeList(page, "ComboLoop", "Loop to tune");
     comboLoop_->addItems({QStringLiteral("Velocity loop"), QStringLiteral("Current loop")});
@@ -134,8 +133,8 @@ QWidget *TuningPage::MakeStepFields(QWidget *parent)
                                   "Writes what stood in the drive before the step that was broken off");
     labelSource_ = MakeLine(fields, "LabelStepSource");
     labelState_ = MakeLine(fields, "LabelStepState");
-    // A sentence of three lines must not push the table about.
-    labelState_->setMinimumHeight(3 * labelState_->fontMetrics().lineSpacing());
+    // A sentence of two lines must not push the table about.
+    labelState_->setMinimumHeight(2 * labelState_->fontMetrics().lineSpacing());
     labelState_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     auto *form = new QFormLayout;

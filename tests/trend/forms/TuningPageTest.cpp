@@ -128,8 +128,8 @@ TEST_F(TuningPageTest, RecordsTheNextChangeButNotThatOfAGain)
     EXPECT_EQ(overlay, steps.Tries().front().data);
     EXPECT_TRUE(title.startsWith(QStringLiteral("Velocity loop, "))) << qPrintable(title);
     Click("CommandCopyTries");
-    EXPECT_TRUE(
-        QApplication::clipboard()->text().contains(QStringLiteral("Gains\t10.01 % / 0.500 Sec / 0.00 %")))
+    EXPECT_TRUE(QApplication::clipboard()->text().contains(
+        QStringLiteral("Proportional\t10.01 %\nIntegral\t0.500 Sec\n")))
         << qPrintable(QApplication::clipboard()->text());
 }
 
