@@ -82,21 +82,40 @@ int TrendView::PlotCount() const
     return last + 1;
 }
 
+bool TrendView::IsFree(int colour) const
+{
+    return std::ranges::find(curves_, colour, &TrendCurve::colour) == curves_.end();
+}
+
 int TrendView::FreeColour() const
 {
-    for (int colour = 0;; ++colour)
-        if (std::ranges::find(curves_, colour, &TrendCurve::colour) == curves_.end())
-            return colour;
+    int colour = 0;
+    while (!IsFree(colour))
+        ++colour;
+    return colour;
 }
 
 void TrendView::FollowChannels()
 {
     const TrendData &data = Shown();
-    std::erase_if(curves_, [&](const TrendCurve &curve) { return data.TrackOf(curve.param) == nullptr; });
+    std::erase_if(curves_, [&](const TrendCurve &curve) {
+        if (data.TrackOf(curve.param) != nullptr)
+            return false;
+        rested_[curve.param] = curve;
+        return true;
+    });
     for (const TrendTrack &track : data.tracks) {
         const int p = track.channel.param;
         if (CurveOf(p) != nullptr)
             continue;
+        // After a look at another recording, or a change of the channels, it is drawn as before.
+        if (const auto rested = rested_.find(p); rested != rested_.end()) {
+            TrendCurve curve = rested->second;
+            if (!IsFree(curve.colour))
+                curve.colour = FreeColour();
+            curves_.push_back(curve);
+            continue;
+        }
         // Beside the one that came before it: what is chosen together is compared.
         const int plot = curves_.empty() ? 0 : curves_.back().plot;
         curves_.push_back({.param = p, .plot = plot, .colour = FreeColour()});

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <array>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -99,6 +100,7 @@ private:
     void FollowChannels();
     void DropEmptyPlots();
     void AlignOverlays();
+    bool IsFree(int colour) const;
     int FreeColour() const;
     qint64 AlignedUs(const TrendData &data) const;
 
@@ -106,6 +108,7 @@ private:
     TrendDataPtr kept_;
     bool isFrozen_ = false;
     std::vector<TrendCurve> curves_;
+    std::map<int, TrendCurve> rested_; ///< how curves were drawn that the shown recording does not have
     std::vector<TrendOverlay> overlays_;
     std::array<std::optional<qint64>, 2> cursors_;
     qint64 fromUs_ = 0;
