@@ -20,7 +20,6 @@ const QString KeepKey = QStringLiteral("KeepMs");
 const QString TriggerKey = QStringLiteral("Trigger");
 const QString TripKey = QStringLiteral("BeforeTrip");
 
-constexpr int MostTemplates = 50;
 constexpr int MostColours = 64;
 constexpr int LongestMs = 3600000;
 constexpr int ShortestWindowMs = 100;
@@ -95,7 +94,7 @@ void StoreArrangement(SettingsStore &settings, const TrendArrangement &channels)
 std::vector<NamedArrangement> LoadUserTemplates(const SettingsStore &settings)
 {
     std::vector<NamedArrangement> templates;
-    for (int index = 0; index < MostTemplates; ++index) {
+    for (int index = 0; index < MostUserTemplates; ++index) {
         const QString text = settings.GetSetting(Section, ControlName("Template", index));
         const qsizetype bar = text.indexOf(u'|');
         if (bar < 0)
@@ -107,13 +106,13 @@ std::vector<NamedArrangement> LoadUserTemplates(const SettingsStore &settings)
 
 void StoreUserTemplates(SettingsStore &settings, const std::vector<NamedArrangement> &templates)
 {
-    const int count = std::min(int(templates.size()), MostTemplates);
+    const int count = std::min(int(templates.size()), MostUserTemplates);
     for (int index = 0; index < count; ++index) {
         const NamedArrangement &one = templates[std::size_t(index)];
         settings.SaveSetting(Section, ControlName("Template", index), TextOf(one.channels) + u'|' + one.name);
     }
     // The end of the list: what stood behind it may be of a longer one.
-    if (count < MostTemplates)
+    if (count < MostUserTemplates)
         settings.SaveSetting(Section, ControlName("Template", count), {});
 }
 

@@ -33,6 +33,7 @@ struct NamedArrangement {
 TrendArrangement LoadArrangement(const SettingsStore &settings);
 void StoreArrangement(SettingsStore &settings, const TrendArrangement &channels);
 
+inline constexpr int MostUserTemplates = 50;
 std::vector<NamedArrangement> LoadUserTemplates(const SettingsStore &settings);
 void StoreUserTemplates(SettingsStore &settings, const std::vector<NamedArrangement> &templates);
 
