@@ -93,17 +93,18 @@ void FiguresPanel::Refresh()
 
 QString FiguresPanel::TimesText() const
 {
-    const TrendData &data = view_.Shown();
+    const TrendData &shown = view_.Shown();
     const auto seconds = [](double value) { return QString::number(value, 'f', 4) + QStringLiteral(" s"); };
     const std::optional<qint64> a = view_.Cursor(0);
     const std::optional<qint64> b = view_.Cursor(1);
     if (!a || !b)
         return QStringLiteral("Of what is seen, %1 to %2. Set cursors A and B in the plot for what is "
                               "between them.")
-            .arg(seconds(SecondsAt(data, view_.FromUs())), seconds(SecondsAt(data, view_.ToUs())));
+            .arg(seconds(SecondsAt(shown, view_.FromUs())), seconds(SecondsAt(shown, view_.ToUs())));
     const double difference = double(*b - *a) / UsPerSecond;
-    QString text = QStringLiteral("A at %1, B at %2, B - A %3")
-                       .arg(seconds(SecondsAt(data, *a)), seconds(SecondsAt(data, *b)), seconds(difference));
+    QString text =
+        QStringLiteral("A at %1, B at %2, B - A %3")
+            .arg(seconds(SecondsAt(shown, *a)), seconds(SecondsAt(shown, *b)), seconds(difference));
     if (*a != *b)
         text += QStringLiteral(", 1 / (B - A) %1 Hz").arg(QString::number(1 / std::abs(difference), 'g', 5));
     return text;
@@ -135,7 +136,7 @@ void FiguresPanel::ShowRow(int row, const TrendTrack &track, qint64 fromUs, qint
         QTableWidgetItem *item = tableFigures_->item(row, column);
         if (item == nullptr) {
             item = new QTableWidgetItem;
-            item->setTextAlignment(int((column == Name ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter));
+            item->setTextAlignment((column == Name ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
             tableFigures_->setItem(row, column, item);
         }
         if (item->text() != text)

@@ -75,7 +75,11 @@ FormTrend::FormTrend(Desk &givenDesk, TrendHost &host)
     above->addWidget(MakeTabs());
     above->setStretchFactor(0, 1);
     above->setChildrenCollapsible(false);
-    layout->addWidget(above, 1);
+    beside_ = new QSplitter(Qt::Horizontal, this);
+    beside_->addWidget(above);
+    beside_->setStretchFactor(0, 1);
+    beside_->setChildrenCollapsible(false);
+    layout->addWidget(beside_, 1);
     layout->addWidget(MakeCommands());
 
     On(plot_, &TrendPlot::ParameterDropped, this, [this](int p, int plot) {
@@ -257,6 +261,10 @@ QWidget *FormTrend::MakeCommands()
                [this] { AskForNotes(); });
     FillExportMenu(MakeButton(layout, "CommandExport", QStringLiteral("E&xport"),
                               QStringLiteral("Writes the shown recording, or its picture, to a file"), {}));
+    commandTuning_ = MakeButton(layout, "CommandTuning", QStringLiteral("T&uning"),
+                                QStringLiteral("Steps on a loop, and what its gains do"),
+                                [this] { ShowTuning(commandTuning_->isChecked()); });
+    commandTuning_->setCheckable(true);
     layout->addStretch(1);
     layout->addWidget(MakeCommandHelp());
     layout->addWidget(MakeCommandClose());

@@ -25,6 +25,7 @@ class TemplatesMenu;
 class TrendHost;
 class TrendPlot;
 class TriggerPanel;
+class TuningPage;
 struct Desk;
 struct KeptCapture;
 
@@ -93,6 +94,9 @@ private:
     QPushButton *commandPause_ = nullptr;
     QPushButton *commandFollow_ = nullptr;
     QPushButton *commandLive_ = nullptr;
+    QPushButton *commandTuning_ = nullptr;
+    QSplitter *beside_ = nullptr;  ///< plots and tabs, and the tuning page at their right
+    TuningPage *tuning_ = nullptr; ///< made when it is wanted first
     QComboBox *comboKeep_ = nullptr;
     QLabel *labelState_ = nullptr;
     QLabel *labelTold_ = nullptr;

@@ -17,12 +17,14 @@
 #include "trend/forms/TrendPlot.h"
 #include "trend/forms/TriggerPanel.h"
 #include "trend/forms/TriggerText.h"
+#include "trend/forms/TuningPage.h"
 
 #include <QAccessible>
 #include <QComboBox>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTabWidget>
 #include <algorithm>
 
@@ -59,6 +61,8 @@ void FormTrend::Unload()
 {
     isClosing_ = true;
     timerUpdateScreen_.stop();
+    // Also puts back what a step has changed.
+    ShowTuning(false);
     host_.Recorder().Stop();
     if (!view_.IsLive())
         view_.ShowLive();
@@ -241,7 +245,22 @@ void FormTrend::Export(const QString &suffix)
         Tell(result.sentence);
 }
 
-void FormTrend::ShowTuning(bool) {}
+void FormTrend::ShowTuning(bool isWanted)
+{
+    if (isWanted && tuning_ == nullptr) {
+        tuning_ = new TuningPage(desk(), host_, beside_);
+        beside_->addWidget(tuning_);
+        On(tuning_, &TuningPage::OverlayWanted, this,
+           [this](const TrendDataPtr &answer, const QString &title) {
+               view_.RemoveOverlays();
+               view_.AddOverlay(answer, title);
+           });
+    }
+    if (tuning_ != nullptr)
+        tuning_->setVisible(isWanted);
+    if (isWanted)
+        tuning_->setFocus(Qt::ShortcutFocusReason);
+}
 
 void FormTrend::Tell(const QString &sentence)
 {
