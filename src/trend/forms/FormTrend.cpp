@@ -6,6 +6,7 @@
 #include "trend/forms/CaptureBar.h"
 #include "trend/forms/ChannelLegend.h"
 #include "trend/forms/FiguresPanel.h"
+#include "trend/forms/FormRecordings.h"
 #include "trend/forms/StateText.h"
 #include "trend/forms/TemplatesMenu.h"
 #include "trend/forms/TrendExport.h"

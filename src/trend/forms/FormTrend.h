@@ -4,6 +4,7 @@
 #include "trend/TrendView.h"
 #include "trend/forms/TrendSettings.h"
 
+#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <optional>
@@ -21,6 +22,7 @@ namespace quorvik
 class CaptureBar;
 class ChannelLegend;
 class FiguresPanel;
+class FormRecordings;
 class TemplatesMenu;
 class TrendHost;
 class TrendPlot;
@@ -100,6 +102,7 @@ private:
     QComboBox *comboKeep_ = nullptr;
     QLabel *labelState_ = nullptr;
     QLabel *labelTold_ = nullptr;
+    QPointer<FormRecordings> recordings_; ///< opened from here
     QTimer timerUpdateScreen_{this};
     QTimer timerTold_{this};
     QString shownPath_; ///< of the other recording that is shown

@@ -9,6 +9,7 @@
 #include "trend/forms/CaptureBar.h"
 #include "trend/forms/ChannelLegend.h"
 #include "trend/forms/FiguresPanel.h"
+#include "trend/forms/FormRecordings.h"
 #include "trend/forms/FormTrend.h"
 #include "trend/forms/StateText.h"
 #include "trend/forms/TitleDialog.h"
@@ -61,6 +62,9 @@ void FormTrend::Unload()
 {
     isClosing_ = true;
     timerUpdateScreen_.stop();
+    // It opens what it lists in this window.
+    if (recordings_ != nullptr)
+        recordings_->close();
     // Also puts back what a step has changed.
     ShowTuning(false);
     host_.Recorder().Stop();
@@ -199,7 +203,21 @@ void FormTrend::OverlayRecording(const QString &path)
         view_.AddOverlay(recording, RecordingText(*recording));
 }
 
-void FormTrend::ShowRecordings() {}
+void FormTrend::ShowRecordings()
+{
+    if (recordings_ == nullptr) {
+        const QPointer<FormTrend> self = this;
+        recordings_ = new FormRecordings(desk(), host_, [self](const QString &path, bool asOverlay) {
+            if (!self)
+                return;
+            if (asOverlay)
+                self->OverlayRecording(path);
+            else
+                self->OpenRecording(path);
+        });
+    }
+    desk().ShowChild(recordings_, true);
+}
 
 void FormTrend::AskForNotes()
 {
