@@ -87,10 +87,12 @@ QMenu *MakeBoxMenu(Desk &desk, int p, QWidget *box, const std::function<void()> 
         AddNeighbours(desk, addMenu("BoxWhereFrom", QStringLiteral("&Where from")), circuit->SourcesOf(p));
         AddNeighbours(desk, addMenu("BoxFeeds", QStringLiteral("What it &feeds")), circuit->FeedsOf(p));
     }
-    add("BoxLightPath", QStringLiteral("Light its &path\tW"), lightPath);
+    if (lightPath)
+        add("BoxLightPath", QStringLiteral("Light its &path\tW"), lightPath);
     menu->addSeparator();
     add("BoxShowInList", QStringLiteral("Show in &list"), [&desk, p] { desk.ShowInList(p); });
     add("BoxCompare", QStringLiteral("Compare with fa&ctory"), [&desk, p] { desk.CompareWithFactory(p); });
+    add("BoxAddToTrend", QStringLiteral("Add to &Trend"), [&desk, p] { desk.AddToTrend(p); });
     AddCustomRows(desk, addMenu("BoxAddToCustom", QStringLiteral("&Add to Custom")), p);
     add("BoxCopy", QStringLiteral("C&opy"), [&desk, p] {
         const ParamRecord &record = desk.table[p];

@@ -3,6 +3,8 @@
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
 #include "blocks/BoxMenu.h"
+#include "blocks/PathDown.h"
+#include "desktop/ParameterDrag.h"
 #include "desktop/ValueBox.h"
 #include "link/ValueStates.h"
 #include "platform/Guard.h"
@@ -41,34 +43,6 @@ void Unite(CircuitPath &into, const CircuitPath &other)
     Unite(into.edges, other.edges);
 }
 
-/** Takes off the branches of a way down that a switch passes by, since it takes the signal from another one
- * of them. A switch that takes it from elsewhere is where the way ends. */
-void Prune(const Circuit &circuit, CircuitPath &path)
-{
-    const auto isPassedBy = [&](int edge) { return !path.HasEdge(edge) && path.HasNode(circuit.To(edge)); };
-    const auto leadsNowhere = [&](int node) {
-        const std::vector<int> &onward = circuit.OutOf(node);
-        return circuit.NodeAt(node).kind != NodeKind::Value && !onward.empty() &&
-               std::ranges::all_of(onward, isPassedBy);
-    };
-    for (bool isDone = false; !isDone;) {
-        const auto end = std::ranges::find_if(path.nodes, leadsNowhere);
-        isDone = end == path.nodes.end();
-        if (isDone)
-            continue;
-        for (const int edge : circuit.Into(*end))
-            std::erase(path.edges, edge);
-        path.nodes.erase(end);
-    }
-}
-
-CircuitPath PathDown(const Circuit &circuit, int node)
-{
-    CircuitPath path = circuit.Downstream(node, Through::ActiveContacts);
-    Prune(circuit, path);
-    return path;
-}
-
 } // namespace
 
 SignalFollower::SignalFollower(Desk &desk, BlockForm &form, DiagramView &view)
@@ -94,6 +68,8 @@ SignalFollower::SignalFollower(Desk &desk, BlockForm &form, DiagramView &view)
             End();
     });
     On(probe_, &WireProbe::Activated, this, [this](int text) { Jump(text); });
+    On(probe_, &WireProbe::MenuAsked, this,
+       [this](int element, const QPoint &place) { ShowWireMenu(element, place); });
     On(probe_, &WireProbe::PathAsked, this, [this](int element, const QRect &around) {
         Follow({.element = element});
         ShowTag(around.center(), around);
@@ -105,6 +81,8 @@ void SignalFollower::AddBox(ValueBox *box, int index)
     boxes_.resize(std::max(boxes_.size(), std::size_t(index) + 1));
     boxes_[std::size_t(index)] = box;
     box->installEventFilter(this);
+    new ParameterDrag(
+        box, [this, index] { return ParamOf(index); }, [this](int p) { return desk_.table.FullName(p); });
 }
 
 void SignalFollower::Tick()
@@ -154,13 +132,25 @@ QRect SignalFollower::PlaceOf(int index) const
 QString SignalFollower::Text()
 {
     if (followed_.row >= 0) {
-        const int p = form_.Sheet().Rows().at(followed_.row).param;
-        return form_.Sheet().InTable(p) ? WireText::OfParameter(desk_, p) : QString();
+        const int p = ParamOf(followed_.row);
+        return p < 0 ? QString() : WireText::OfParameter(desk_, p);
     }
+    return WireText(desk_, drawing_, Values()).OfEdge(drawing_.At(followed_.element).edge);
+}
+
+const NetValues &SignalFollower::Values()
+{
     if (!values_)
         values_ = std::make_unique<NetValues>(drawing_.TheNet());
     values_->Follow(desk_.table);
-    return WireText(desk_, drawing_, *values_).OfEdge(drawing_.At(followed_.element).edge);
+    return *values_;
+}
+
+/** The parameter of a row; -1 where it shows none at present. */
+int SignalFollower::ParamOf(int index) const
+{
+    const int p = form_.Sheet().Rows().at(index).param;
+    return form_.Sheet().InTable(p) ? p : -1;
 }
 
 QList<QRect> SignalFollower::EndsOf(int element) const
@@ -373,12 +363,21 @@ bool SignalFollower::HandleBoxKey(int index, int key, Qt::KeyboardModifiers modi
 
 void SignalFollower::ShowMenu(int index, const QPoint &globalPlace)
 {
-    const int p = form_.Sheet().Rows().at(index).param;
-    if (!form_.Sheet().InTable(p))
+    const int p = ParamOf(index);
+    if (p < 0)
         return;
     End();
     QMenu *menu = MakeBoxMenu(desk_, p, boxes_[std::size_t(index)], [this, index] { FollowBox(index); });
     menu->popup(globalPlace);
+}
+
+void SignalFollower::ShowWireMenu(int element, const QPoint &globalPlace)
+{
+    const int p = WireText(desk_, drawing_, Values()).ParameterOf(drawing_.At(element).edge);
+    if (p < 0)
+        return;
+    End();
+    MakeBoxMenu(desk_, p, &view_, {})->popup(globalPlace);
 }
 
 } // namespace quorvik

@@ -64,6 +64,9 @@ private:
     void Jump(int text);
     bool HandleBoxKey(int index, int key, Qt::KeyboardModifiers modifiers);
     void ShowMenu(int index, const QPoint &globalPlace);
+    void ShowWireMenu(int element, const QPoint &globalPlace);
+    int ParamOf(int index) const;
+    const NetValues &Values();
     int IndexOfBox(const QObject *box) const;
     QRect PlaceOf(int index) const;
 

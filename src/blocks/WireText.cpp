@@ -289,6 +289,17 @@ QString WireText::Reservation(int node) const
                                FullNames(desk_.table, stale, mostNames, QStringLiteral(", "));
 }
 
+int WireText::ParameterOf(int edge) const
+{
+    const int from = EdgeAt(edge).from.node;
+    const int maker = from < 0 ? -1 : MakerOf(from);
+    if (maker >= 0 && IsParameter(maker))
+        return NodeAt(maker).param;
+    const int box = BoxBehind(EdgeAt(edge).to.node);
+    const bool isGroup = maker >= 0 && NodeAt(maker).kind == NodeKind::Group;
+    return !isGroup && box >= 0 && IsParameter(box) ? NodeAt(box).param : -1;
+}
+
 QString WireText::OfEdge(int edge) const
 {
     const int from = EdgeAt(edge).from.node;

@@ -27,6 +27,8 @@ public:
     }
 
     QString OfEdge(int edge) const;
+    /** The parameter whose value a wire carries, from its box or into it; -1 for none. */
+    int ParameterOf(int edge) const;
     static QString OfParameter(const Desk &desk, int p);
     /** By element, the wires that bring it values, alone or as members of a set. */
     using WiresInto = std::vector<std::vector<int>>;

@@ -2,6 +2,7 @@
 
 #include "blocks/BlockCatalogue.h"
 #include "blocks/BlockForm.h"
+#include "blocks/BoxMenu.h"
 #include "desktop/PlainText.h"
 #include "link/ValueStates.h"
 #include "map/MapView.h"
@@ -62,6 +63,8 @@ FormMap::FormMap(Desk &givenDesk)
     layout->addLayout(buttons);
 
     On(view_, &MapView::Activated, this, [this](int card, int row) { Open(card, row); });
+    On(view_, &MapView::MenuAsked, this,
+       [this](int card, int row, const QPoint &place) { ShowMenu(card, row, place); });
     On(view_, &MapView::LitChanged, this, [this](int card) { ShowCard(card); });
     timerUpdateScreen_->setObjectName(QStringLiteral("TimerUpdateScreen"));
     On(timerUpdateScreen_, &QTimer::timeout, this,
@@ -183,6 +186,30 @@ void FormMap::ChooseMember(int card)
     menu->setActiveAction(menu->actions().first());
     const QPointF below = view_->CardOnScreen(card).bottomLeft();
     menu->popup(view_->mapToGlobal(below.toPoint()));
+}
+
+void FormMap::ShowMenu(int card, int row, const QPoint &globalPlace)
+{
+    const std::vector<MapRow> &rows = model_.Rows(card);
+    const auto isInTable = [this](int p) { return p > 0 && p <= desk().table.UpperBound(); };
+    if (row >= 0) {
+        if (const int p = rows[std::size_t(row)].param; isInTable(p))
+            MakeBoxMenu(desk(), p, view_, {})->popup(globalPlace);
+        return;
+    }
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("MenuCard"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const MapRow &each : rows)
+        if (const int p = each.param; isInTable(p))
+            On(menu->addAction(
+                   QStringLiteral("Add %1 to Trend")
+                       .arg(QString(desk().table.FullName(p)).replace(u'&', QStringLiteral("&&")))),
+               &QAction::triggered, this, [this, p] { desk().AddToTrend(p); });
+    if (menu->isEmpty())
+        delete menu;
+    else
+        menu->popup(globalPlace);
 }
 
 void OpenMap(Desk &desk, int p)

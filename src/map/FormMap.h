@@ -52,6 +52,7 @@ private:
     void ShowCard(int card);
     void Open(int card, int row);
     void ChooseMember(int card);
+    void ShowMenu(int card, int row, const QPoint &globalPlace);
     void CommandPrint_Click();
     void CommandPdf_Click();
     bool ShowPrinterDialog(QPrinter &printer);

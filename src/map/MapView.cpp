@@ -43,11 +43,6 @@ MapView::MapView(MapModel &model, std::function<Circuit &()> circuit, QWidget *p
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-QSize MapView::sizeHint() const
-{
-    return layout_.Size().toSize();
-}
-
 void MapView::Follow()
 {
     std::vector<std::vector<MapRow>> before;
@@ -79,11 +74,6 @@ QRectF MapView::CardOnScreen(int card) const
 {
     const QRectF place = layout_.Card(card);
     return {place.topLeft() * zoom_ - origin_, place.size() * zoom_};
-}
-
-int MapView::LitCard() const
-{
-    return hoverCard_ >= 0 ? hoverCard_ : hasFocus() && isKeyed_ ? focusCard_ : -1;
 }
 
 MapLight MapView::Light() const
@@ -269,6 +259,21 @@ void MapView::wheelEvent(QWheelEvent *event)
     event->accept();
 }
 
+void MapView::contextMenuEvent(QContextMenuEvent *event)
+{
+    const QPointF place = ToMap(event->pos());
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        AskMenuOfFocus();
+    else if (const int card = layout_.CardAt(place); card >= 0)
+        Q_EMIT MenuAsked(card, layout_.RowAt(card, place), event->globalPos());
+}
+
+void MapView::AskMenuOfFocus()
+{
+    const QPointF below = CardOnScreen(focusCard_).bottomLeft();
+    Q_EMIT MenuAsked(focusCard_, -1, mapToGlobal(below.toPoint()));
+}
+
 bool MapView::MoveFocus(int key)
 {
     const int dx = key == Qt::Key_Right ? 1 : key == Qt::Key_Left ? -1 : 0;
@@ -322,6 +327,11 @@ bool MapView::HandleKey(QKeyEvent *event)
     case Qt::Key_Enter:
     case Qt::Key_Space:
         Q_EMIT Activated(focusCard_, -1);
+        return true;
+    case Qt::Key_F10:
+        if (event->modifiers() != Qt::ShiftModifier)
+            return false;
+        AskMenuOfFocus();
         return true;
     case Qt::Key_Escape:
         if (!isKeyed_)

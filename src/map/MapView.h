@@ -41,12 +41,14 @@ public:
     /** The place of a card in the widget. */
     QRectF CardOnScreen(int card) const;
 
-    QSize sizeHint() const override;
+    QSize sizeHint() const override { return layout_.Size().toSize(); }
     QSize minimumSizeHint() const override { return {320, 200}; }
 
 Q_SIGNALS:
     /** A card is to be opened; row -1 for the card as a whole. */
     void Activated(int card, int row);
+    /** A menu was asked for, of a row or, -1, of the card as a whole. */
+    void MenuAsked(int card, int row, const QPoint &globalPlace);
     /** The card that is lit is another one, or its words are; -1 for none. */
     void LitChanged(int card);
 
@@ -58,6 +60,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
@@ -65,12 +68,13 @@ protected:
 
 private:
     QPointF ToMap(const QPointF &pixel) const { return (pixel + origin_) / zoom_; }
-    int LitCard() const;
+    int LitCard() const { return hoverCard_ >= 0 ? hoverCard_ : hasFocus() && isKeyed_ ? focusCard_ : -1; }
     void SetHover(int card, int row);
     void LightUp();
     void HoldInSight();
     void BringIntoSight(int card);
     bool HandleKey(QKeyEvent *event); ///< whether it was one of the map's
+    void AskMenuOfFocus();
     bool MoveFocus(int key);
     bool ZoomByKey(QKeyEvent *event);
     QString ToolTipAt(const QPointF &place) const;

@@ -180,6 +180,12 @@ void WireProbe::HandleSheet(QEvent *event)
         Q_EMIT Pointed(wire, move->position().toPoint());
         break;
     }
+    case QEvent::ContextMenu: {
+        const auto *menu = static_cast<QContextMenuEvent *>(event);
+        if (const int wire = WireAt(view_.Shown(), view_.ToCells(menu->pos())); wire >= 0)
+            Q_EMIT MenuAsked(wire, menu->globalPos());
+        break;
+    }
     case QEvent::Leave:
     case QEvent::Resize:
     case QEvent::Move:
@@ -216,6 +222,10 @@ void WireProbe::HandleLabel(int text, QEvent *event)
         Leave();
         break;
     }
+    case QEvent::ContextMenu:
+        if (const int wire = WireOfText(text); wire >= 0)
+            Q_EMIT MenuAsked(wire, static_cast<QContextMenuEvent *>(event)->globalPos());
+        break;
     case QEvent::MouseButtonRelease: {
         const auto *release = static_cast<QMouseEvent *>(event);
         if (release->button() == Qt::LeftButton && label->rect().contains(release->position().toPoint()))

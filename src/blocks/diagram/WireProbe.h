@@ -55,6 +55,8 @@ Q_SIGNALS:
     void Left();
     /** A link was clicked, or Enter pressed on it. */
     void Activated(int text);
+    /** A menu was asked for on a wire, or on the name at its end. */
+    void MenuAsked(int element, const QPoint &globalPlace);
     /** The key for the path was pressed on a link. */
     void PathAsked(int element, const QRect &around);
 
