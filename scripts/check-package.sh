@@ -17,7 +17,7 @@ fail() { echo "check-package: $*" >&2; exit 1; }
 equal() { [ "$2" = "$3" ] || fail "$1: \"$2\" instead of \"$3\""; }
 
 lintian --allow-root --fail-on error "$deb"
-for needed in libqt6sql6-sqlite libqt6svg6 libqt6widgets6 libqt6serialport6; do
+for needed in libqt6sql6-sqlite libqt6svg6 libqt6widgets6 libqt6serialport6 libqcustomplot; do
     dpkg-deb -f "$deb" Depends | grep -q "$needed" || fail "the package does not depend on $needed"
 done
 
