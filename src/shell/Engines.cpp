@@ -1,10 +1,31 @@
 #include "shell/Engines.h"
 
+#include "model/Faults.h"
 #include "platform/Guard.h"
 #include "platform/Ports.h"
 
 namespace quorvik
 {
+
+namespace
+{
+
+/** Tells those who record that the drive has tripped. */
+void NoteTrip(Engines &engines)
+{
+    const TripRecord &trip = engines.trips.Records().front();
+    // When that was is not known.
+    if (trip.isOfBefore)
+        return;
+    // The record itself waits for a reading of what is latched.
+    const std::int32_t rawFaults = engines.states.DriveValue(Param::LatchedFault).value_or(0);
+    const QString what = rawFaults == 0 ? QStringLiteral("EStop") : FaultsInShort(rawFaults);
+    const QString text = QStringLiteral("Trip %1: %2").arg(trip.number).arg(what);
+    engines.trend.NoteFault(text);
+    engines.tripTrend.NoteTrip(trip.number, text);
+}
+
+} // namespace
 
 Engines::Engines(const Surroundings &given, Asker &asker)
     : document(table)
@@ -30,7 +51,14 @@ Engines::Engines(const Surroundings &given, Asker &asker)
     , recorder(table, document, link, verifiedWrite, journal)
     , undoStack(table, document, link, verifiedWrite)
     , undo(table, document, link, undoStack, snapshots, safeWrites, saving, guards, asker)
+    , trend(table, document, link, emulator)
+    , beforeTrips(table, document, link, emulator)
+    , recordings(given.dataHome + QStringLiteral("/quorvik/recordings"))
+    , tripTrend(beforeTrips, recordings, link)
+    , steps(table, link, states, trend, drive, asker)
 {
+    recordings.Follow(trend);
+    On(&trips, &TripRecords::Recorded, &trips, [this] { NoteTrip(*this); });
     Ports ports(given.settings, given.devices);
     link.MSComm1.DeviceOf = [ports](int number) { return ports.DeviceOf(number); };
     // Whatever the system calls it when it is plugged in the next time.

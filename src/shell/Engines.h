@@ -19,11 +19,15 @@
 #include "operations/SafeWrites.h"
 #include "operations/SaveCommands.h"
 #include "operations/Snapshots.h"
+#include "operations/StepTest.h"
 #include "operations/TripRecords.h"
 #include "operations/UndoCommands.h"
 #include "settings/RecoveryCopy.h"
 #include "settings/SettingsFile.h"
 #include "shell/Surroundings.h"
+#include "trend/TrendRecorder.h"
+#include "trend/TrendStore.h"
+#include "trend/TripTrend.h"
 
 namespace quorvik
 {
@@ -63,6 +67,11 @@ struct Engines {
     Recorder recorder;
     UndoStack undoStack;
     UndoCommands undo;
+    TrendRecorder trend;       ///< of the trend window
+    TrendRecorder beforeTrips; ///< of tripTrend alone
+    TrendStore recordings;
+    TripTrend tripTrend;
+    StepTest steps;
 };
 
 } // namespace quorvik

@@ -85,6 +85,9 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     desk_.TheCircuit = [this] { return &TheCircuit(); };
     desk_.ShowInList = [this](int p) { ShowInList(*this, p); };
     desk_.CompareWithFactory = [this](int p) { ShowFactoryComparison(*this, p); };
+    desk_.AddToTrend = [this](int p) { AddToTrend(*this, p); };
+    desk_.RecordingOfTrip = [this](int tripNumber) { return engines_.tripTrend.PathOf(tripNumber); };
+    desk_.ShowRecording = [this](const QString &path) { ShowRecording(*this, path); };
     // For every window of the program, boxes included.
     QApplication::setWindowIcon(IconOf(QStringLiteral("quorvik")));
     setStatusBar(statusBar_);

@@ -11,6 +11,7 @@
 #include "shell/FindAccess.h"
 #include "shell/HistoryAccess.h"
 #include "shell/MenuBar.h"
+#include "shell/TrendAccess.h"
 #include "shell/WindowAsker.h"
 
 #include <QElapsedTimer>
@@ -66,6 +67,7 @@ public:
     CompareHost &Comparing() { return compareAccess_; }
     FindHost &Finding() { return findAccess_; }
     HistoryHost &History() { return historyAccess_; }
+    TrendHost &Trends() { return trendAccess_; }
     VirtualOperatorFields &VirtualOperator() { return virtualOperator_; }
     MenuBar &Menus() { return menus_; }
     WindowCommands &Windows() { return *windows_; }
@@ -115,6 +117,7 @@ private:
     CompareAccess compareAccess_{engines_};
     FindAccess findAccess_{*this, surroundings_.programFolder + QStringLiteral("/quorvik.words")};
     HistoryAccess historyAccess_{*this};
+    TrendAccess trendAccess_{engines_};
     VirtualOperatorFields virtualOperator_;
     QTimer TimerDelay;
     std::unique_ptr<DriveCircuit> circuit_; ///< made when it is asked for first

@@ -120,6 +120,7 @@ constexpr MenuRow table[] = {
     {Command, "mnuToolsRedo", "Re&do", [](Main &main) { main.AllEngines().undo.Redo(); },
      "Ctrl+Shift+Z; Ctrl+Y"},
     {Command, "mnuToolsHistory", "&History...", ShowHistory, "Ctrl+H"},
+    {Command, "mnuToolsTrend", "&Trend...", ShowTrend, "Ctrl+T", "trend"},
 
     {Menu, "mnuMentors", "&MENTORs"},
     {Command, "mnuMentorsBasic", "&Basic Setup...", ShowBasicMentor, "", "mentor"},

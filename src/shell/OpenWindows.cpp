@@ -20,6 +20,7 @@
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
 #include "shell/MDIFormMain.h"
+#include "trend/forms/FormTrend.h"
 #include "wizards/OpenMentors.h"
 
 #include <QAction>
@@ -42,15 +43,21 @@ template<typename Make> void ShowOnly(MDIFormMain &main, const QString &name, Ma
     desk.ShowChild(make(desk), true);
 }
 
-FormCompare *ShowCompareWindow(MDIFormMain &main)
+/** The open window of a kind; null for none. */
+template<typename Window> Window *OpenOne(MDIFormMain &main)
 {
-    Desk &desk = main.TheDesk();
-    ShowOnly(main, FormCompare::Name(),
-             [&main](Desk &onDesk) { return new FormCompare(onDesk, main.Comparing()); });
-    for (int position = 1; position < desk.forms.Count(); ++position)
-        if (auto *window = qobject_cast<FormCompare *>(desk.forms.At(position)))
+    const FormsCollection &forms = main.TheDesk().forms;
+    for (int position = 1; position < forms.Count(); ++position)
+        if (auto *window = qobject_cast<Window *>(forms.At(position)))
             return window;
     return nullptr;
+}
+
+FormCompare *ShowCompareWindow(MDIFormMain &main)
+{
+    ShowOnly(main, FormCompare::Name(),
+             [&main](Desk &onDesk) { return new FormCompare(onDesk, main.Comparing()); });
+    return OpenOne<FormCompare>(main);
 }
 
 } // namespace
@@ -158,16 +165,13 @@ void ShowFactoryComparison(MDIFormMain &main, int p)
 
 void ShowInList(MDIFormMain &main, int p)
 {
-    const FormsCollection &forms = main.TheDesk().forms;
     OpenViewParameters(main.TheDesk(), main.Print(), ReportFilter::All);
-    for (int position = 1; position < forms.Count(); ++position)
-        if (auto *list = qobject_cast<FormViewParameters *>(forms.At(position)))
-            list->SelectParameter(p);
+    if (auto *list = OpenOne<FormViewParameters>(main))
+        list->SelectParameter(p);
 }
 
 void ShowWriteReport(MDIFormMain &main)
 {
-    Desk &desk = main.TheDesk();
     SafeWrites &writes = main.AllEngines().safeWrites;
     const QString name = QStringLiteral("FormVerifiedWrite");
     ShowOnly(main, name, [&main, &writes](Desk &onDesk) {
@@ -175,9 +179,8 @@ void ShowWriteReport(MDIFormMain &main)
                                      {[&writes] { writes.Resume(); }, [&writes] { writes.RetryRefused(); },
                                       [&main](const QString &path) { ShowCompareWithBackup(main, path); }});
     });
-    for (int position = 1; position < desk.forms.Count(); ++position)
-        if (auto *report = qobject_cast<FormVerifiedWrite *>(desk.forms.At(position)))
-            report->ShowReport(writes.Report());
+    if (auto *report = OpenOne<FormVerifiedWrite>(main))
+        report->ShowReport(writes.Report());
 }
 
 void ShowHistory(MDIFormMain &main)
@@ -186,16 +189,31 @@ void ShowHistory(MDIFormMain &main)
              [&main](Desk &desk) { return new FormHistory(desk, main.History()); });
 }
 
+void ShowTrend(MDIFormMain &main)
+{
+    ShowOnly(main, FormTrend::Name(), [&main](Desk &desk) { return new FormTrend(desk, main.Trends()); });
+}
+
+void AddToTrend(MDIFormMain &main, int p)
+{
+    ShowTrend(main);
+    if (auto *window = OpenOne<FormTrend>(main))
+        window->AddChannel(p);
+}
+
+void ShowRecording(MDIFormMain &main, const QString &path)
+{
+    ShowTrend(main);
+    if (auto *window = OpenOne<FormTrend>(main))
+        window->OpenRecording(path);
+}
+
 void ShowFind(MDIFormMain &main)
 {
     // It stands free before the frame, where no child window covers it.
-    Desk &desk = main.TheDesk();
-    FormFind *window = nullptr;
-    for (int position = 1; position < desk.forms.Count(); ++position)
-        if (auto *open = qobject_cast<FormFind *>(desk.forms.At(position)))
-            window = open;
+    auto *window = OpenOne<FormFind>(main);
     if (!window)
-        window = new FormFind(desk, main.Finding(), &main);
+        window = new FormFind(main.TheDesk(), main.Finding(), &main);
     window->TakeFocus();
 }
 

@@ -46,6 +46,13 @@ void ShowWriteReport(MDIFormMain &main);
 /** What was changed, when, from where, and what became of it. */
 void ShowHistory(MDIFormMain &main);
 
+/** The trend recorder. */
+void ShowTrend(MDIFormMain &main);
+/** The trend recorder, with a parameter added to what it records. */
+void AddToTrend(MDIFormMain &main, int p);
+/** The trend recorder with a recording of before. */
+void ShowRecording(MDIFormMain &main, const QString &path);
+
 /** One field over parameters, windows, commands and help; the one that is open takes what is typed next. */
 void ShowFind(MDIFormMain &main);
 

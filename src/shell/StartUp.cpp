@@ -13,6 +13,7 @@
 #include "shell/UserSettings.h"
 #include "shell/WindowCommands.h"
 #include "shell/WindowLayout.h"
+#include "trend/forms/TrendSettings.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -51,6 +52,7 @@ bool MDIFormMain::Load(const QString &commandLine)
     menus_.Entry(QStringLiteral("mnuOptionsKeepLayout"))->setChecked(ReadKeepLayout(settings));
     menus_.Entry(QStringLiteral("mnuOptionsKeepLoginName"))->setChecked(ReadKeepLoginName(settings));
     engines_.backups.Newest = ReadBackups(settings);
+    LoadTripTrend(settings, engines_.tripTrend);
     // On the screen before the first dialog, which needs something to stand on.
     show();
     QCoreApplication::processEvents();
@@ -118,6 +120,7 @@ bool MDIFormMain::Unload(bool asks)
     Guarded([&] {
         StoreKeepLoginName(settings, menus_.Entry(QStringLiteral("mnuOptionsKeepLoginName"))->isChecked());
     });
+    Guarded([&] { StoreTripTrend(settings, engines_.tripTrend); });
     Guarded([&] { StoreWindowPlace(settings, *this); });
     Guarded([&] { StoreColors(settings, colors_); });
 

@@ -32,6 +32,7 @@ const QString RanLine = QStringLiteral("ran");
 const QString TripLine = QStringLiteral("trip");
 const QString HistoryLine = QStringLiteral("history");
 const QString HistoryNewsLine = QStringLiteral("history news");
+const QString RecordingLine = QStringLiteral("recording");
 
 QString Counted(std::size_t count, const QString &one, const QString &many)
 {
@@ -99,6 +100,10 @@ void StatusLines::FollowEngines()
     On(&engines_.journal, &Journal::News, this, [this](const QString &sentence) {
         strip_.Show({HistoryNewsLine, Urgency::News, sentence});
     });
+    On(&engines_.recordings, &TrendStore::Trouble, this, [this](const QString &sentence) {
+        strip_.Show({RecordingLine, Urgency::Warning, sentence});
+    });
+    On(&engines_.recordings, &TrendStore::Recovered, this, [this] { strip_.Withdraw(RecordingLine); });
     On(&engines_.document, &Document::TitleChanged, this, [this] {
         if (engines_.document.HasUnsavedEdits)
             return;

@@ -31,6 +31,7 @@ constexpr const char *Openers[][2] = {
     {"FormLinkDetails", "mnuToolsLinkDetails"},
     {"FormMap", "mnuToolsMap"},
     {"FormHistory", "mnuToolsHistory"},
+    {"FormTrend", "mnuToolsTrend"},
     {"FormColorSettings", "mnuOptionsColorSettings"},
 };
 

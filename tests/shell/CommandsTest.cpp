@@ -80,6 +80,7 @@ TEST_F(Commands, EntriesOpenTheirWindows)
         {"mnuToolsSelectModel", "FormSelectDriveModel"},
         {"mnuToolsIOSimulator", "FormIOSimulator"},
         {"mnuToolsMap", "FormMap"},
+        {"mnuToolsTrend", "FormTrend"},
         {"mnuMentorsBasic", "FormWizardBasic"},
         {"mnuMentorIO", "FormWizardIO"},
         {"mnuHelpAbout", "FormAbout"},
@@ -88,6 +89,12 @@ TEST_F(Commands, EntriesOpenTheirWindows)
     };
     for (const auto &[entry, name] : windows)
         EXPECT_EQ(Opened(entry), Name(name)) << entry;
+    // The open window takes what else is to be recorded.
+    for (const int p : {Param::VelFeedback, Param::VelFeedback, Param::FinalVelDemand})
+        main->TheDesk().AddToTrend(p);
+    EXPECT_NE(main->AllEngines().trend.Data().TrackOf(Param::VelFeedback), nullptr);
+    EXPECT_NE(main->AllEngines().trend.Data().TrackOf(Param::FinalVelDemand), nullptr);
+    EXPECT_EQ(main->findChildren<QWidget *>(Name("FormTrend")).size(), 1);
     Trigger("mnuBlockRelayOutput(2)");
     InModal([this] { Controls(Find("FormRelayOutputs")).Click("CommandIOMentor"); },
             [](const QWidget *mentor) { EXPECT_EQ(mentor->objectName(), Name("FormWizardIO")); });

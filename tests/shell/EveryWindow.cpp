@@ -31,6 +31,8 @@
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
 #include "support/Controls.h"
+#include "trend/forms/FormTrend.h"
+#include "trend/forms/ScriptedTrend.h"
 #include "wizards/basic/FormWizardBasic.h"
 #include "wizards/io/FormWizardIO.h"
 
@@ -104,6 +106,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
     ScriptedHost comparing(desk);
     ScriptedFind finding(desk);
     ScriptedHistory past(desk);
+    ScriptedTrend trend(desk);
     ShownAction entry;
     entry.action.time.utcMs = QDateTime({2026, 11, 22}, {9, 52, 37}).toMSecsSinceEpoch();
     VirtualOperatorFields fields;
@@ -133,6 +136,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormFind(desk.desk, finding, &desk.mainWindow); },
         [&] { return new FormHistory(desk.desk, past); },
         [&] { return new FormStateAt(desk.desk, &desk.mainWindow, {JournalSighting()}, &entry); },
+        [&] { return new FormTrend(desk.desk, trend); },
         [&] { return new FormWhyNot(desk.desk); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },

@@ -137,14 +137,26 @@ TEST_F(NewsTest, ATripIsNamedInThePanelAndTheLineAndLeadsToTheLog)
     SimulatedDrive drive(SimulatedDrive::Live());
     GoOnLine(drive);
     ASSERT_TRUE(QTest::qWaitFor([this] { return !Table().DriveStateUnread; }));
+    Engines &engines = main->AllEngines();
+    engines.tripTrend.SetOn(true);
+    engines.trend.AddChannel(Param::VelFeedback, TrendPace::Fast);
+    engines.trend.Start();
     drive.Send(QStringLiteral("trip 64"));
     ASSERT_TRUE(Says(QStringLiteral("Phase Loss at ")));
     EXPECT_TRUE(QTest::qWaitFor([this] { return Text("DriveFault") == ": Phase Loss"; }));
     EXPECT_EQ(Text("DriveStatus"), "EStop");
+    for (const TrendRecorder *recorder : {&engines.trend, &engines.beforeTrips}) {
+        const std::vector<TrendMark> &marks = recorder->Data().marks;
+        const auto fault = std::ranges::find(marks, TrendMarkKind::Fault, &TrendMark::kind);
+        ASSERT_NE(fault, marks.end()) << (recorder == &engines.trend);
+        EXPECT_TRUE(fault->text.startsWith(Name("Trip 1: "))) << fault->text.toStdString();
+    }
     Click("DriveFault");
     EXPECT_TRUE(main->findChild<QWidget *>(QStringLiteral("FormFaultLog")));
     Drive().GoOffLine(OffLineReason::BrokenOff);
     EXPECT_FALSE(Find("DriveFault")->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !main->TheDesk().RecordingOfTrip(1).isEmpty(); }))
+        << "what there was of it is kept when the link ends";
 }
 
 TEST_F(NewsTest, TheHistoryTellsWhatBecomesOfItAndWhoWorked)
