@@ -2,11 +2,14 @@
 #include "blocks/CustomRows.h"
 #include "blocks/DriveCircuit.h"
 #include "blocks/SignalFollower.h"
+#include "desktop/ParameterMime.h"
 #include "support/OnLine.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
 #include <QMenu>
+#include <QTimer>
 
 namespace quorvik::testing
 {
@@ -228,6 +231,85 @@ TEST_F(FollowTest, AMenuLeadsToNeighboursAndCopies)
     const qsizetype heading = entries.indexOf(Entry(sources, Name("Not at present:")));
     EXPECT_LT(entries.indexOf(Entry(sources, Name("(217) "))), heading);
     EXPECT_GT(entries.indexOf(Entry(sources, Name("(218) "))), heading);
+}
+
+TEST_F(FollowTest, ABoxAndAWireAddToTheTrend)
+{
+    std::vector<int> added;
+    desk.desk.AddToTrend = [&added](int p) { added.push_back(p); };
+    Open("FormVelocityLoop");
+    Entry(OpenMenu(Param::VelFeedback), Name("Add to &Trend"))->trigger();
+    const QPoint place = MiddleOf(WireAtBox(Param::FinalVelDemand, true));
+    QContextMenuEvent ask(QContextMenuEvent::Mouse, place, View().mapToGlobal(place));
+    QCoreApplication::sendEvent(&View(), &ask);
+    const auto *menu = View().findChild<QMenu *>(Name("BoxMenu"), Qt::FindDirectChildrenOnly);
+    ASSERT_NE(menu, nullptr);
+    Entry(menu, Name("Add to &Trend"))->trigger();
+    EXPECT_EQ(added, (std::vector<int>{Param::VelFeedback, Param::FinalVelDemand}));
+}
+
+/** Takes what is dropped on it. */
+class DropTarget : public QWidget
+{
+public:
+    DropTarget() { setAcceptDrops(true); }
+
+    std::optional<int> Dropped;
+    QString Text;
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override { event->acceptProposedAction(); }
+    void dropEvent(QDropEvent *event) override
+    {
+        Dropped = ParameterOf(*event->mimeData());
+        Text = event->mimeData()->text();
+        event->acceptProposedAction();
+    }
+};
+
+TEST_F(FollowTest, ABoxIsDraggedAsItsParameterAndAClickStaysOne)
+{
+    Open("FormSetpoints");
+    // The first reference is an input's, and not for editing.
+    constexpr int reference = Param::Reference0 + 1;
+    ValueBox *box = BoxOf(reference);
+    std::vector<int> edited;
+    desk.asker.OnEditValue = [&edited](int p, std::int32_t) {
+        edited.push_back(p);
+        return std::nullopt;
+    };
+    const QPoint middle = box->rect().center();
+    const auto move = [&](const QPoint &by) {
+        const QPoint place = middle + by;
+        QMouseEvent event(QEvent::MouseMove, place, box->mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                          {});
+        QCoreApplication::sendEvent(box, &event);
+    };
+    // A hand that trembles on the box clicks it all the same.
+    const QPoint tremble(QApplication::startDragDistance() + 1, 0);
+    ASSERT_TRUE(box->rect().contains(middle + tremble));
+    QTest::mousePress(box, Qt::LeftButton, {}, middle);
+    move(tremble);
+    QTest::mouseRelease(box, Qt::LeftButton, {}, middle + tremble);
+    EXPECT_EQ(edited, std::vector<int>{reference});
+
+    DropTarget target;
+    target.setGeometry(form->x() + form->width() + 50, form->y(), 100, 100);
+    target.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&target));
+    QTest::mousePress(box, Qt::LeftButton, {}, middle);
+    // The drag has a loop of its own until it is dropped.
+    QTimer::singleShot(0, &target, [&target] {
+        QTest::mouseMove(target.windowHandle(), QPoint(40, 40));
+        QTest::mouseMove(target.windowHandle(), QPoint(50, 50));
+        QTest::mouseRelease(target.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    });
+    move(QPoint(box->width(), 3 * box->height()));
+    EXPECT_EQ(target.Dropped, reference);
+    EXPECT_EQ(target.Text, desk.table.FullName(reference));
+    EXPECT_EQ(edited.size(), 1U) << "a drag edits nothing";
+    QTest::mouseClick(box, Qt::LeftButton);
+    EXPECT_EQ(edited.size(), 2U);
 }
 
 TEST_F(FollowTest, AParameterTakesARowOfTheCustomWindowOpenOrClosed)

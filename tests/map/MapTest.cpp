@@ -4,6 +4,7 @@
 #include "map/MapView.h"
 #include "support/WindowTest.h"
 
+#include <QContextMenuEvent>
 #include <QFile>
 #include <QLineF>
 #include <QMenu>
@@ -302,6 +303,30 @@ TEST_F(MapTest, AClickOpensAndADragPans)
     EXPECT_EQ(view.CardOnScreen(Card("Setpoints")).center().toPoint(), place + QPoint(-60, 0));
     QTest::mouseClick(&view, Qt::LeftButton, {}, place + QPoint(-60, 0));
     EXPECT_EQ(Others(), QStringList{QStringLiteral("Setpoints")});
+}
+
+TEST_F(MapTest, ItsMenusAddToTheTrend)
+{
+    std::vector<int> added;
+    desk.desk.AddToTrend = [&added](int p) { added.push_back(p); };
+    Open();
+    MapView &view = map->View();
+    const int card = Card("Setpoints");
+    const QPoint place = view.CardOnScreen(card).center().toPoint();
+    QContextMenuEvent ask(QContextMenuEvent::Mouse, place, view.mapToGlobal(place));
+    QCoreApplication::sendEvent(&view, &ask);
+    const auto *ofRow = view.findChild<QMenu *>(Name("BoxMenu"));
+    ASSERT_NE(ofRow, nullptr);
+    ofRow->findChild<QAction *>(Name("BoxAddToTrend"))->trigger();
+    view.SetFocusCard(card);
+    QTest::keyClick(&view, Qt::Key_F10, Qt::ShiftModifier);
+    const auto *ofCard = map->findChild<QMenu *>(Name("MenuCard"));
+    ASSERT_NE(ofCard, nullptr);
+    ofCard->actions().first()->trigger();
+    const std::vector<MapRow> &rows = map->Model().Rows(card);
+    ASSERT_EQ(added.size(), 2U);
+    EXPECT_NE(std::ranges::find(rows, added[0], &MapRow::param), rows.end());
+    EXPECT_EQ(added[1], rows.front().param);
 }
 
 TEST_F(MapTest, ShowsWhereAParameterStands)
