@@ -32,6 +32,8 @@ void AddBlockRound(Tour &tour);
 void AddFindJob(Tour &tour);
 /** An entry on line, taken back; the drive holds the old value again. */
 void AddUndoJob(Tour &tour);
+/** A recording on line, a capture of the answer to a change, and the file of its values. */
+void AddTrendJob(Tour &tour);
 /** The windows of the other menus that are of use on line. */
 void AddOnlineRound(Tour &tour);
 /** A drawing seen more closely, a window taken out of the frame, and the option that keeps both. */

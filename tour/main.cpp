@@ -71,6 +71,7 @@ int main(int argc, char **argv)
     AddBlockRound(tour);
     AddFindJob(tour);
     AddUndoJob(tour);
+    AddTrendJob(tour);
     AddOnlineRound(tour);
     AddWindowsJob(tour);
     AddRestart(tour);

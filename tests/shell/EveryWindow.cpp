@@ -31,6 +31,7 @@
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
 #include "support/Controls.h"
+#include "trend/forms/FormRecordings.h"
 #include "trend/forms/FormTrend.h"
 #include "trend/forms/ScriptedTrend.h"
 #include "wizards/basic/FormWizardBasic.h"
@@ -137,6 +138,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormHistory(desk.desk, past); },
         [&] { return new FormStateAt(desk.desk, &desk.mainWindow, {JournalSighting()}, &entry); },
         [&] { return new FormTrend(desk.desk, trend); },
+        [&] { return new FormRecordings(desk.desk, trend, {}); },
         [&] { return new FormWhyNot(desk.desk); },
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },

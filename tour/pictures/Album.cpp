@@ -3,6 +3,7 @@
 #include "SampleFind.h"
 #include "SampleHistory.h"
 #include "SampleLink.h"
+#include "SampleTrend.h"
 #include "ValueLegend.h"
 
 #include "blocks/BlockCatalogue.h"
@@ -38,6 +39,8 @@
 #include "shell/FormAbout.h"
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
+#include "trend/forms/FormRecordings.h"
+#include "trend/forms/FormTrend.h"
 #include "wizards/basic/FormWizardBasic.h"
 #include "wizards/io/FormWizardIO.h"
 
@@ -313,6 +316,18 @@ void Album::TakeOthers()
         Take(moment, moment.objectName(), moment.HelpTopic());
     }
     history->close();
+
+    SampleTrend machine(desk_);
+    auto *trend = new FormTrend(desk_, machine);
+    trend->resize(trend->sizeHint());
+    trend->OpenRecording(machine.StepPath());
+    Take(*trend, trend->objectName(), trend->HelpTopic());
+    trend->close();
+    auto *recordings = new FormRecordings(desk_, machine, [](const QString &, bool) {});
+    recordings->resize(recordings->sizeHint());
+    recordings->Choose(machine.StepPath());
+    Take(*recordings, recordings->objectName(), recordings->HelpTopic());
+    recordings->close();
 
     FilePrint print(desk_);
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);

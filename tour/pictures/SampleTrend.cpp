@@ -146,12 +146,13 @@ SampleTrend::SampleTrend(Desk &desk)
     Keep(cut({9, 20, 0}, 4), RecordingKind::Trip, "Trip 1: Phase Loss", "");
     const TrendData step = Step(desk.table, {9, 52, 37});
     Keep(step, RecordingKind::Running, "Gain 12, after the service", "");
-    store_.Flush(FlushMs);
 }
 
 void SampleTrend::Keep(const TrendData &data, RecordingKind kind, const char *title, const char *notes)
 {
     stepPath_ = store_.Save(std::make_shared<const TrendData>(data), kind);
+    // Only what is written can be given a title.
+    store_.Flush(FlushMs);
     if (*title)
         store_.Keep(stepPath_, QString::fromUtf8(title), QString::fromUtf8(notes));
 }
