@@ -36,14 +36,15 @@ TrendRecorder::TrendRecorder(ParameterTable &table, const Document &document, Dr
 {
     // These come by the hundred a second.
     connect(&link, &DriveLink::Confirmed, this, &TrendRecorder::OnConfirmed);
-    On(&link, &DriveLink::PassBegins, this, [this] {
-        passUs_ = clock_();
-        isBroken_ = false;
+    On(&link, &DriveLink::PassBegins, this, [this] { passUs_ = clock_(); });
+    On(&link, &DriveLink::Failed, this, [this](LinkFault fault) {
+        if (fault == LinkFault::NoReply)
+            restBytes_ = link_.MSComm1.RThreshold();
     });
-    On(&link, &DriveLink::Failed, this, [this] { isBroken_ = true; });
-    On(&link, &DriveLink::OutOfStep, this, [this] {
-        // After a failure it is the answer that was given up; else nobody knows which one it is.
-        if (!isBroken_)
+    On(&link, &DriveLink::Received, this, [this](const QByteArray &bytes, bool isAwaited) {
+        // What was given up may still come, or its rest. Of more than that nobody knows since when.
+        restBytes_ = (isAwaited ? link_.MSComm1.RThreshold() : restBytes_) - int(bytes.size());
+        if (restBytes_ < 0)
             TakeBack(passUs_);
     });
     On(&link, &DriveLink::WriteTaken, this, [this](int p) { OnWriteTaken(p); });

@@ -122,7 +122,7 @@ private:
     qint64 nextTriggerUs_ = 0;
     int taken_ = 0; ///< triggers since it was armed
     int keepMs_;
-    bool isBroken_ = false; ///< an answer was given up in this pass
+    int restBytes_ = 0; ///< of an answer that was given up
     bool isRunning_ = false;
     bool wasOpen_ = false;
 };

