@@ -17,6 +17,8 @@ namespace
 
 constexpr qint64 UsPerSecond = 1'000'000;
 constexpr int SecondDecimals = 6;
+constexpr qint64 MsPerSecond = 1000;
+constexpr int MsDecimals = 3;
 constexpr qint64 MsPerMinute = 60'000;
 constexpr qsizetype BlockBytes = 1 << 18;
 
@@ -74,15 +76,19 @@ private:
         const SampleRing &samples = data_.tracks[index].samples;
         return next_[index] < samples.Size() ? &samples[next_[index]] : nullptr;
     }
-    QByteArray Beginning(qint64 timeUs) const
+    QByteArray Beginning(qint64 timeUs)
     {
         // As the clock on the wall said, whatever zone the file is read in.
         const qint64 localMs = data_.UtcMsAt(timeUs) + data_.head.offsetMinutes * MsPerMinute;
-        const QDateTime local = QDateTime::fromMSecsSinceEpoch(localMs, Qt::UTC);
-        return SecondsText(timeUs - zeroUs_) + ',' +
-               local.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")).toLatin1() + ',';
+        // A calendar takes longer than all the rest of a line.
+        if (std::exchange(second_, localMs / MsPerSecond) != localMs / MsPerSecond || secondText_.isEmpty())
+            secondText_ = QDateTime::fromMSecsSinceEpoch(localMs, Qt::UTC)
+                              .toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"))
+                              .toLatin1();
+        return SecondsText(timeUs - zeroUs_) + ',' + secondText_ + '.' +
+               QByteArray::number(localMs % MsPerSecond).rightJustified(MsDecimals, '0') + ',';
     }
-    QByteArray MarkLine(const TrendMark &mark) const
+    QByteArray MarkLine(const TrendMark &mark)
     {
         return Beginning(mark.timeUs) + ",," + QByteArray(2 * qsizetype(next_.size()), ',') + ',' +
                CsvField(mark.text) + "\r\n";
@@ -116,6 +122,8 @@ private:
     std::size_t taken_ = 0;
     std::size_t total_ = 0;
     qint64 zeroUs_ = 0;
+    qint64 second_ = -1; ///< of the text below
+    QByteArray secondText_;
 };
 
 } // namespace
