@@ -158,12 +158,12 @@ TEST_F(TrendRecorderTest, OverABadLineNothingWrongIsKeptAndNoTriggerLostOrDouble
         torn += isTorn ? 1 : 0;
         // Where a time-out lies around the passage, all that can be known is between two samples.
         const qint64 openUs =
-            samples[after].timeUs - samples[after - 1].timeUs + samples[after].spanUs + 2000;
+            samples[after].timeUs - samples[after - 1].timeUs + samples[after].spanUs + 10'000;
         const bool isHit = std::abs(*next - metUs) <= openUs;
         EXPECT_TRUE(isHit || isTorn) << "met at " << metUs << ", fired at " << *next;
         next += isHit ? 1 : 0;
     }
-    EXPECT_LT(torn, 20) << injected << " faults";
+    EXPECT_LT(torn, 60) << injected << " faults";
     for (std::size_t i = 0; i < fired.size(); ++i) {
         const TrendData &capture = *recorder.Captures().at(i);
         EXPECT_EQ(capture.triggerUs, fired[i]);
@@ -193,8 +193,14 @@ TEST_F(TrendRecorderTest, OneReplyTooManyTakesBackWhatItMayHaveShifted)
     int passes = 0;
     QObject::connect(&link, &DriveLink::PassBegins, [&] { ++passes; });
     ASSERT_TRUE(Waits([&] { return passes >= 3; }));
+    // Or it comes while nobody waits for one: then those before it may have been one too early.
+    const SampleRing &first = recorder.Data().tracks.front().samples;
+    const qint64 takenBack = first.TakenBack();
+    EXPECT_GT(takenBack, 0);
+    ASSERT_TRUE(Waits([&] { return !first.IsEmpty() && !link.SerialCommTimeout.isActive(); }));
+    terminal.Write(ValueReply(0));
+    ASSERT_TRUE(Waits([&] { return first.TakenBack() > takenBack; }));
     recorder.Stop();
-    EXPECT_GT(recorder.Data().tracks.front().samples.TakenBack(), 0);
     ExpectTruth();
 
     link.Close();
