@@ -1,12 +1,10 @@
 #include "trend/TrendCsv.h"
 
-#include "model/Conversions.h"
 #include "trend/TrendFixture.h"
 
 #include <QBuffer>
 #include <QDateTime>
 #include <gmock/gmock.h>
-#include <map>
 
 namespace quorvik::testing
 {
@@ -94,38 +92,6 @@ TEST(TrendCsvTest, ALineForEachMoment)
                                         "", "", "1", "Bipolar", ""),
                             ElementsAre("0.200000", "2026-03-01T00:00:00.700", "0.200000", "0.200000", "",
                                         "32767", "327.67", "0", "Unipolar", "")));
-}
-
-TEST(TrendCsvTest, EverythingComesBack)
-{
-    TrendData data;
-    std::size_t total = 0;
-    for (int i = 0; i < 3; ++i) {
-        SampledSignal signal;
-        signal.seed = unsigned(i);
-        signal.toSeconds = 20;
-        data.tracks.push_back(signal.Track([i](double seconds) { return 100 * std::sin(seconds + i); }));
-        data.tracks.back().channel = Channel(i, TwoDecimals, "A");
-        total += data.tracks.back().samples.Size();
-    }
-    const std::vector<Cells> lines = Written(data);
-    std::vector<std::size_t> next(3);
-    double last = -1;
-    for (std::size_t i = 1; i < lines.size(); ++i) {
-        ASSERT_EQ(lines[i].size(), 12u);
-        ASSERT_GE(std::stod(lines[i][0]), last);
-        last = std::stod(lines[i][0]);
-        for (std::size_t track = 0; track < 3; ++track) {
-            const std::string &raw = lines[i][5 + 2 * track];
-            if (raw.empty())
-                continue;
-            const TrendSample &sample = data.tracks[track].samples[next[track]++];
-            ASSERT_EQ(std::llround(std::stod(lines[i][0]) * 1e6), sample.timeUs);
-            ASSERT_EQ(std::stoi(raw), sample.rawValue);
-            ASSERT_NEAR(std::stod(lines[i][6 + 2 * track]), sample.rawValue / 100.0, 1e-9);
-        }
-    }
-    EXPECT_EQ(next[0] + next[1] + next[2], total);
 }
 
 TEST(TrendCsvTest, EndsWhereItIsToldToOrCannotGoOn)
