@@ -1,9 +1,12 @@
 #include "trend/forms/FormRecordings.h"
 
+#include "model/Document.h"
+#include "model/PathFunctions.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
 #include "trend/TrendStore.h"
 #include "trend/forms/RecordingTexts.h"
+#include "trend/forms/TrendExport.h"
 #include "trend/forms/TrendHost.h"
 
 #include <QAccessible>
@@ -14,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -39,6 +43,9 @@ constexpr int FollowMs = 150;
 
 FormRecordings::FormRecordings(Desk &givenDesk, TrendHost &host, OpenRecording open)
     : Form(givenDesk, Name(), QStringLiteral("Recordings"), QStringLiteral("Trend.htm"))
+    , ChooseExport([this](const QString &folder) {
+        return ShowTrendExportDialog(QStringLiteral("csv"), folder, this, desk().asker);
+    })
     , host_(host)
     , open_(std::move(open))
     , textFilter_(new QLineEdit(this))
@@ -157,7 +164,10 @@ QWidget *FormRecordings::MakeCommands()
     commandDelete_ =
         MakeButton("CommandDelete", QStringLiteral("&Delete..."), QStringLiteral("Deletes the file (Delete)"),
                    &FormRecordings::CommandDelete_Click);
-    for (QPushButton *button : {commandOpen_, commandOverlay_, commandKeep_, commandDelete_})
+    commandExport_ =
+        MakeButton("CommandExport", QStringLiteral("E&xport..."),
+                   QStringLiteral("Writes all samples to a CSV file"), &FormRecordings::CommandExport_Click);
+    for (QPushButton *button : {commandOpen_, commandOverlay_, commandKeep_, commandExport_, commandDelete_})
         layout->addWidget(button);
     layout->addStretch(1);
     layout->addWidget(MakeCommandHelp());
@@ -231,6 +241,7 @@ void FormRecordings::Follow()
     commandOpen_->setEnabled(one != nullptr && canRead);
     commandOverlay_->setEnabled(canRead);
     commandKeep_->setEnabled(one != nullptr && canRead);
+    commandExport_->setEnabled(one != nullptr && canRead);
     commandDelete_->setEnabled(std::ranges::any_of(
         selected, [](const StoredRecording *recording) { return !recording->isRunning; }));
     textTitle_->setEnabled(commandKeep_->isEnabled());
@@ -285,6 +296,30 @@ void FormRecordings::CommandKeep_Click()
     if (!failure.isEmpty())
         desk().asker.MsgBox(failure, MsgButtons::Ok, MsgIcon::Exclamation, windowTitle());
     List();
+}
+
+void FormRecordings::CommandExport_Click()
+{
+    const std::vector<const StoredRecording *> selected = Selected();
+    if (selected.size() != 1)
+        return;
+    const QString recordingPath = selected.front()->path;
+    const std::optional<QString> path = ChooseExport(FilePath(desk().document.FileName));
+    if (!path)
+        return;
+    QString failure;
+    const TrendDataPtr recording = host_.Store().Load(recordingPath, &failure);
+    if (!recording) {
+        desk().asker.MsgBox(failure, MsgButtons::Ok, MsgIcon::Exclamation, windowTitle());
+        return;
+    }
+    const QPointer<FormRecordings> self = this;
+    Asker &asker = desk().asker;
+    const TrendExportResult result = ExportTrendCsv(*path, recording, asker);
+    if (result.isFailed)
+        asker.MsgBox(result.sentence, MsgButtons::Ok, MsgIcon::Exclamation, QString());
+    else if (self)
+        Tell(result.sentence);
 }
 
 void FormRecordings::CommandDelete_Click()

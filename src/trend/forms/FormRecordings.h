@@ -5,6 +5,7 @@
 
 #include <QTimer>
 #include <functional>
+#include <optional>
 
 class QLabel;
 class QLineEdit;
@@ -30,6 +31,9 @@ public:
 
     FormRecordings(Desk &desk, TrendHost &host, OpenRecording open);
 
+    /** Lets the user choose the file to export to; the program shows a dialog. */
+    std::function<std::optional<QString>(const QString &folder)> ChooseExport;
+
     QSize sizeHint() const override;
     /** Chooses one, where it is in the list. */
     void Choose(const QString &path);
@@ -50,6 +54,7 @@ private:
     void CommandOverlay_Click();
     void CommandKeep_Click();
     void CommandDelete_Click();
+    void CommandExport_Click();
 
     TrendHost &host_;
     OpenRecording open_;
@@ -63,6 +68,7 @@ private:
     QPushButton *commandOverlay_ = nullptr;
     QPushButton *commandKeep_ = nullptr;
     QPushButton *commandDelete_ = nullptr;
+    QPushButton *commandExport_ = nullptr;
     QString shown_; ///< path of the one whose title and notes stand in the fields
     QTimer timerFollow_{this};
 };
