@@ -121,7 +121,8 @@ std::vector<StoredRecording> TrendStore::List()
                 now.recording = {};
                 now.recording.path = path;
                 now.recording.firstUtcMs = info.lastModified().toMSecsSinceEpoch();
-                now.recording.failure = Sentence(QStringLiteral("The recording"), path, file.Failure());
+                now.recording.failure =
+                    Sentence(QStringLiteral("Cannot read the recording"), path, file.Failure());
             }
             now.recording.isRunning = isRunning;
         }

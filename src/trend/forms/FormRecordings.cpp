@@ -32,7 +32,7 @@ namespace
 {
 
 /** Widths of the columns in characters. */
-constexpr int ColumnCharacters[] = {19, 34, 24, 10, 40, 34};
+constexpr int ColumnCharacters[] = {23, 34, 22, 11, 40, 36};
 constexpr int NotesLines = 3;
 constexpr int ListLines = 14;
 constexpr int MostTitle = 120;
