@@ -62,6 +62,7 @@ class HeadRows
 public:
     void Add(const QString &key, const QVariant &value) { rows_[key] = value; }
     bool Has(const char *key) const { return rows_.contains(QLatin1String(key)); }
+    bool IsEmpty() const { return rows_.empty(); }
     bool IsGood() const { return isGood_; }
 
     qint64 Number(const char *key, qint64 least, qint64 most)
@@ -102,6 +103,12 @@ bool TrendFile::ReadHeadRows(StoredRecording &recording, std::optional<qint64> &
     }
     if (query.lastError().isValid())
         return Fail(query.lastError());
+    if (rows.IsEmpty()) {
+        // The program ended before the first sample was in it.
+        wasBusy_ = wasDamaged_ = false;
+        failure_ = QStringLiteral("nothing was recorded in it");
+        return false;
+    }
     recording.kind = RecordingKind(rows.Number("kind", 0, qint64(RecordingKind::Trip)));
     recording.isKept = rows.Number("kept", 0, 1) == 1;
     recording.isComplete = rows.Number("complete", 0, 1) == 1;

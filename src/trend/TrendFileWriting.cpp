@@ -5,6 +5,7 @@
 #include "trend/TrendTimings.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvik
 {
@@ -13,6 +14,8 @@ namespace
 {
 
 using TrendTables::Written;
+
+constexpr std::size_t RowsAtOnce = 200;
 
 bool IsSame(const TrendChannel &left, const TrendChannel &right)
 {
@@ -140,19 +143,30 @@ QSqlError TrendFile::WriteSamples(const TrendPart &part)
     const int p = part.channel.param;
     QSqlError error =
         Run(QStringLiteral("DELETE FROM samples WHERE param = %1 AND position >= %2").arg(p).arg(part.from));
-    QSqlQuery query(QSqlDatabase::database(connection_, false));
-    query.prepare(
-        QStringLiteral("INSERT INTO samples (param, position, time_us, span_us, gap, raw, checksum) "
-                       "VALUES (?, ?, ?, ?, ?, ?, ?)"));
     qint64 position = std::max(part.from, part.first);
-    for (const TrendSample &sample : part.samples) {
-        if (error.isValid())
-            break;
-        const qint64 span = sample.spanUs;
-        const int gap = sample.isAfterGap;
-        error = Put(query, {p, position, sample.timeUs, span, gap, sample.rawValue,
-                            TrendTables::CheckOf({p, position, sample.timeUs, span, gap, sample.rawValue})});
-        ++position;
+    // Numbers alone: many rows in one statement's text are several times faster than one by one.
+    for (std::size_t begin = 0; begin < part.samples.size() && !error.isValid(); begin += RowsAtOnce) {
+        QString rows;
+        const std::size_t end = std::min(begin + RowsAtOnce, part.samples.size());
+        for (std::size_t i = begin; i < end; ++i, ++position) {
+            const TrendSample &sample = part.samples[i];
+            const qint64 span = sample.spanUs;
+            const qint64 gap = sample.isAfterGap;
+            const int check = TrendTables::CheckOf({p, position, sample.timeUs, span, gap, sample.rawValue});
+            rows += i == begin ? QStringLiteral("(") : QStringLiteral(",(");
+            bool isFirst = true;
+            for (const qint64 number :
+                 {qint64(p), position, sample.timeUs, span, gap, qint64(sample.rawValue), qint64(check)}) {
+                if (!std::exchange(isFirst, false))
+                    rows += u',';
+                rows += QString::number(number);
+            }
+            rows += u')';
+        }
+        error =
+            Run(QStringLiteral("INSERT INTO samples (param, position, time_us, span_us, gap, raw, checksum) "
+                               "VALUES ") +
+                rows);
     }
     return error;
 }

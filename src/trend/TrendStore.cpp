@@ -107,6 +107,9 @@ std::vector<StoredRecording> TrendStore::List()
     const QFileInfoList files =
         QDir(folder_).entryInfoList({QLatin1Char('*') + TrendFile::Suffix()}, QDir::Files);
     for (const QFileInfo &info : files) {
+        // One that is just being made, or whose program got no further.
+        if (info.size() == 0)
+            continue;
         const QString path = info.filePath();
         Listed now{.changed = info.lastModified(), .size = info.size(), .recording = {}};
         const bool isRunning = TrendFile::IsBeingWritten(path);
