@@ -146,6 +146,17 @@ TEST_F(ClockTest, TheTripsAreShownAndExported)
     tell(DriveState, 8);
     ASSERT_EQ(list->count(), 2);
     EXPECT_EQ(list->currentRow(), 1) << "the one that is looked at stays";
+    auto *recording = Find("CommandRecording");
+    EXPECT_FALSE(recording->isVisible()) << "nothing was recorded before it";
+    QString opened;
+    desk.desk.RecordingOfTrip = [](int number) { return number == 1 ? QStringLiteral("one") : QString(); };
+    desk.desk.ShowRecording = [&](const QString &shown) { opened = shown; };
+    Tick();
+    Click("CommandRecording");
+    EXPECT_EQ(opened, QStringLiteral("one"));
+    list->setCurrentRow(0);
+    EXPECT_FALSE(recording->isVisible()) << "of the other trip there is none";
+    list->setCurrentRow(1);
     const QString path = desk.folder.filePath(QStringLiteral("trip.csv"));
     trips->ChooseExport = [&](const QString &suggested) {
         EXPECT_TRUE(suggested.endsWith(QStringLiteral(".csv")));
