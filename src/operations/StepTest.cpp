@@ -166,16 +166,25 @@ bool StepTest::IsWatched() const
     const qint64 now = MicrosecondsUp();
     if (track == nullptr || track->samples.IsEmpty() || now - track->samples.Last().timeUs > FreshUs)
         return false;
-    const std::size_t first = track->samples.IndexFrom(now - timings_.beforeMs * UsPerMs);
+    const std::size_t first = track->samples.IndexFrom(now - 2 * timings_.beforeMs * UsPerMs);
     return since_.elapsed() >= timings_.beforeMs && track->samples.Size() - first >= LeastSamples;
 }
 
 void StepTest::Write(std::int32_t rawValue)
 {
+    const QScopedValueRollback own(isOwn_, true);
+    if (table_.CurrentIntent() != nullptr) {
+        // A dialog is open: what is entered there can be taken back, and this must be no part of it.
+        ParamRecord &record = table_.Row(wish_.param);
+        record.WriteFlag = WriteState::Held;
+        table_.SetValue(wish_.param, rawValue, ChangeCause::Undone);
+        record.WriteFlag = WriteState::Queued;
+        table_.WritePending = true;
+        return;
+    }
     const Intent intent(table_, {.origin = Origin::Program,
                                  .title = QStringLiteral("Step of ") + table_.FullName(wish_.param),
                                  .canBeTakenBack = false});
-    const QScopedValueRollback own(isOwn_, true);
     // No mark of something unsaved: it is on its way there and back.
     table_.QueueWrite(wish_.param, rawValue);
 }
@@ -313,7 +322,7 @@ void StepTest::Keep()
     StepTry made{.time = QDateTime::currentDateTime(), .loop = wish_.loop, .param = wish_.param};
     for (const int p : GainsOf(wish_.loop))
         made.gains.emplace_back(p, table_.Value(p));
-    TrendData cut = recorder_.Data().Cut(stepUs_ - timings_.beforeMs * UsPerMs, endUs_);
+    TrendData cut = recorder_.Data().Cut(stepUs_ - 2 * timings_.beforeMs * UsPerMs, endUs_);
     cut.triggerUs = stepUs_;
     StepQuestion question{.stepUs = stepUs_, .target = {}, .endUs = endUs_};
     const TrendTrack *const demand = cut.TrackOf(SetpointOf(wish_.loop));

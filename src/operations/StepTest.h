@@ -72,7 +72,7 @@ struct StepLeftover {
 struct StepTimings {
     int leastHoldMs = 500;
     int mostHoldMs = 30000;
-    int beforeMs = 600;   ///< of samples before the step
+    int beforeMs = 600;   ///< of samples before the step, and up to twice as much where they are rare
     int samplesMs = 4000; ///< how long they are waited for
     int writeMs = 4000;   ///< how long the drive may take for a write
     int checkMs = 250;    ///< how long it may take to tell what it holds, before that is put back

@@ -1,5 +1,5 @@
 #include "operations/StepTest.h"
-#include "OperationsFixture.h"
+#include "UndoFixture.h"
 #include "drive/DriveCommands.h"
 #include "drive/DriveServer.h"
 #include "drive/MotorModel.h"
@@ -18,7 +18,7 @@ using drive::State;
 using ::testing::ElementsAre;
 
 /** A program on line with a drive in this process that runs at 30 %. Of the drive's own we see all. */
-class StepTestTest : public OperationsTest
+class StepTestTest : public UndoCommandsTest
 {
 protected:
     static constexpr std::int32_t Before = 3000;
@@ -270,6 +270,28 @@ TEST_F(StepTestTest, WritesNothingByItselfAfterABrokenLink)
         EXPECT_FALSE(steps.Leftover());
         drive.GoOffLine(OffLineReason::User);
     }
+}
+
+TEST_F(StepTestTest, IsNoPartOfWhatCanBeTakenBack)
+{
+    table.AddReadInterest(Param::PropGainA);
+    GoOnLine();
+    ASSERT_TRUE(Comes([this] { return states.Of(Param::PropGainA) == ValueState::Live; }));
+    asker.Expect("Make the step?", MsgAnswer::Yes);
+    ASSERT_TRUE(steps.Make(wish));
+    ASSERT_TRUE(Comes(StepState::Holding)) << qPrintable(steps.Sentence());
+    EXPECT_EQ(stack.Next(Way::Undo), nullptr);
+    asker.OnEditValue = [this](int, std::int32_t) {
+        steps.Restore();
+        EXPECT_TRUE(Comes(StepState::Idle));
+        return std::optional(1100);
+    };
+    rules.EditParameter(Access::ReadWrite, Param::PropGainA);
+    EXPECT_EQ(InDrive(), Before);
+    ASSERT_NE(stack.Next(Way::Undo), nullptr);
+    EXPECT_EQ(stack.Next(Way::Undo)->rows.size(), 1U);
+    EXPECT_TRUE(stack.Next(Way::Undo)->rows.contains(Param::PropGainA));
+    document.DriveModified = false;
 }
 
 TEST_F(StepTestTest, SaysWhatTheDriveRefuses)
