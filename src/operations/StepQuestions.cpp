@@ -176,7 +176,7 @@ std::vector<Question> StepTest::QuestionsBefore(const StepWish &wish) const
         lines << QStringLiteral("Nothing holds the speed while the drive runs by torque.");
     const int holdMs = std::clamp(wish.holdMs, timings_.leastHoldMs, timings_.mostHoldMs);
     questions.push_back(
-        {.text = QStringLiteral("%1 %2 will be changed by %3 for %4 s. Make the step?")
+        {.text = QStringLiteral("%1 %2 will be changed by %3 for %4\u00a0s. Make the step?")
                      .arg(machine, isSpeed ? QStringLiteral("Its speed") : QStringLiteral("Its torque"), size,
                           QString::number(holdMs / MsPerSecond)),
          .title = title,

@@ -38,6 +38,13 @@ QString GainsText(const StepTry &made, const ParameterTable &table)
     return texts.join(QStringLiteral(" / "));
 }
 
+/** Nothing has no sign. */
+QString ErrorText(double error)
+{
+    const QString text = QString::number(error, 'f', 2);
+    return text == QStringLiteral("-0.00") ? text.mid(1) : text;
+}
+
 /** The texts below the gains. */
 QStringList FigureTexts(const StepTry &made)
 {
@@ -49,7 +56,7 @@ QStringList FigureTexts(const StepTry &made)
             WithDoubt(figures.overshootPercent, figures.uncertaintyPercent, 1),
             figures.settlingMs ? WithDoubt(*figures.settlingMs, figures.settlingUncertaintyMs, 0)
                                : QStringLiteral("never"),
-            QString::number(figures.steadyError, 'f', 2)};
+            ErrorText(figures.steadyError)};
 }
 
 } // namespace

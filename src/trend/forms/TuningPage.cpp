@@ -92,6 +92,7 @@ TuningPage::TuningPage(Desk &desk, TrendHost &host, QWidget *parent)
     layout->addWidget(MakeStepFields(page));
     layout->addWidget(MakeTries(page), 1);
     setWidget(page);
+    setFocusProxy(comboLoop_);
 
     On(comboLoop_, &QComboBox::currentIndexChanged, this, [this] { FollowLoop(); });
     On(&steps_, &StepTest::StateChanged, this, [this] { ShowState(); });
@@ -133,9 +134,11 @@ QWidget *TuningPage::MakeStepFields(QWidget *parent)
                                   "Writes what stood in the drive before the step that was broken off");
     labelSource_ = MakeLine(fields, "LabelStepSource");
     labelState_ = MakeLine(fields, "LabelStepState");
-    // A sentence of two lines must not push the table about.
-    labelState_->setMinimumHeight(2 * labelState_->fontMetrics().lineSpacing());
-    labelState_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    // What comes and goes must not push a button from under the pointer.
+    for (QLabel *label : {labelSource_, labelState_}) {
+        label->setMinimumHeight(2 * label->fontMetrics().lineSpacing());
+        label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    }
 
     auto *form = new QFormLayout;
     form->addRow(QStringLiteral("Step of"), comboReference_);
@@ -222,9 +225,8 @@ void TuningPage::FollowSources()
     }
     const int chosen = comboReference_->currentIndex();
     if (chosen >= 0 && steps_.IsRamped(sources_[std::size_t(chosen)]))
-        labelSource_->setText(QStringLiteral("It goes through the ramp, whose time the answer shows. The "
-                                             "setpoints behind the ramp show the gains."));
-    labelSource_->setVisible(!labelSource_->text().isEmpty());
+        labelSource_->setText(QStringLiteral("The answer shows the ramp. A setpoint behind it shows the "
+                                             "gains."));
 }
 
 void TuningPage::TakeUsualSize()
@@ -283,6 +285,8 @@ void TuningPage::ShowState()
     commandStep_->setEnabled(canStep);
     commandRecordNext_->setEnabled(isIdle && isOnLine);
     commandRestore_->setEnabled(steps_.IsUnderWay());
+    commandRestore_->setText(steps_.State() == StepState::Listening ? QStringLiteral("Stop Waiting")
+                                                                    : QStringLiteral("Put Back"));
     commandCopy_->setEnabled(!steps_.Tries().empty());
     QString sentence = steps_.Sentence();
     if (steps_.State() == StepState::Holding)
