@@ -9,6 +9,8 @@
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
 
+#include <utility>
+
 namespace quorvik
 {
 
@@ -62,7 +64,11 @@ void StepTest::OnLeftoverTold(std::int32_t rawValue)
 {
     const int p = leftover_->param;
     leftover_->isSure = true;
-    if (rawValue != leftover_->rawStepped) {
+    if (rawValue == leftover_->rawStepped) {
+        rawOther_.reset();
+    } else if (std::exchange(rawOther_, rawValue) == rawValue) {
+        // Told twice, for answers that are out of step may tell another parameter's value once.
+        rawOther_.reset();
         leftover_.reset();
         polled_.Clear();
         sentence_ = QStringLiteral("%1 stands at %2 in the drive: nothing is left of the step.")
@@ -75,8 +81,7 @@ bool StepTest::CanRestoreLeftover() const
 {
     if (!leftover_ || state_ != StepState::Idle || !link_.PortOpen() || leftover_->param > table_.LastParam)
         return false;
-    const ValueState state = states_.Of(leftover_->param);
-    return (state == ValueState::Live || state == ValueState::Old) &&
+    return states_.Of(leftover_->param) == ValueState::Live &&
            states_.DriveValue(leftover_->param) == leftover_->rawStepped;
 }
 
