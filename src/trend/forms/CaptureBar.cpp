@@ -18,7 +18,6 @@ CaptureBar::CaptureBar(QWidget *parent)
     , row_(new QHBoxLayout)
     , labelNone_(new QLabel(QStringLiteral("None yet. Each one is kept under Recordings by itself."), this))
     , commandOverlayAll_(new QPushButton(QStringLiteral("Overlay All"), this))
-    , commandNoOverlay_(new QPushButton(QStringLiteral("No Overlay"), this))
 {
     auto *label = new QLabel(QStringLiteral("Captures:"), this);
     label->setObjectName(QStringLiteral("LabelCaptures"));
@@ -26,8 +25,6 @@ CaptureBar::CaptureBar(QWidget *parent)
     commandOverlayAll_->setObjectName(QStringLiteral("CommandOverlayAll"));
     commandOverlayAll_->setToolTip(
         QStringLiteral("Lays all captures over what is shown, trigger on trigger"));
-    commandNoOverlay_->setObjectName(QStringLiteral("CommandNoOverlay"));
-    commandNoOverlay_->setToolTip(QStringLiteral("Takes away what is laid over"));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(label);
@@ -36,9 +33,7 @@ CaptureBar::CaptureBar(QWidget *parent)
     layout->addLayout(row_);
     layout->addStretch(1);
     layout->addWidget(commandOverlayAll_);
-    layout->addWidget(commandNoOverlay_);
     On(commandOverlayAll_, &QPushButton::clicked, this, [this] { Q_EMIT OverlayAllWanted(); });
-    On(commandNoOverlay_, &QPushButton::clicked, this, [this] { Q_EMIT NoOverlayWanted(); });
     Rebuild();
 }
 
@@ -103,7 +98,6 @@ void CaptureBar::Rebuild()
     SetShown(shown_);
     labelNone_->setVisible(captures_.empty());
     commandOverlayAll_->setVisible(captures_.size() > 1);
-    commandNoOverlay_->setVisible(!captures_.empty());
 }
 
 } // namespace quorvik

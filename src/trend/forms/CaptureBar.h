@@ -40,7 +40,6 @@ Q_SIGNALS:
     void ShowWanted(const quorvik::KeptCapture &capture);
     void OverlayWanted(const quorvik::KeptCapture &capture);
     void OverlayAllWanted();
-    void NoOverlayWanted();
 
 private:
     void Rebuild();
@@ -51,7 +50,6 @@ private:
     QBoxLayout *row_;
     QLabel *labelNone_;
     QPushButton *commandOverlayAll_;
-    QPushButton *commandNoOverlay_;
     const TrendData *shown_ = nullptr;
     int taken_ = 0;
 };

@@ -16,6 +16,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QTimer>
+#include <algorithm>
 #include <array>
 
 namespace quorvik
@@ -25,7 +26,7 @@ namespace
 {
 
 /** Widths in characters; the name takes what is left. */
-constexpr std::array<int, ChannelModel::Columns> Characters = {26, 14, 12, 12, 12, 11, 6, 10, 6};
+constexpr std::array<int, ChannelModel::Columns> Characters = {34, 14, 12, 12, 12, 11, 6, 10, 6};
 constexpr int NamesInSight = 12;
 
 } // namespace
@@ -99,10 +100,38 @@ void ChannelLegend::MakeTable()
     header->setSectionResizeMode(ChannelModel::Name, QHeaderView::Stretch);
     header->setMinimumSectionSize(Characters[ChannelModel::Fast] * fontMetrics().averageCharWidth());
     for (int column = 1; column < ChannelModel::Columns; ++column)
-        header->resizeSection(column, Characters[std::size_t(column)] * fontMetrics().averageCharWidth());
+        header->resizeSection(column,
+                              std::max(Characters[std::size_t(column)] * fontMetrics().averageCharWidth(),
+                                       header->sectionSizeHint(column)));
+    On(&view_, &TrendView::CursorsChanged, this, [this] { FitColumns(); });
     tableChannels_->installEventFilter(this);
     On(tableChannels_, &QWidget::customContextMenuRequested, this,
        [this](const QPoint &place) { ShowMenu(place); });
+}
+
+void ChannelLegend::FitColumns()
+{
+    const bool hasA = view_.Cursor(0).has_value();
+    const bool hasB = view_.Cursor(1).has_value();
+    tableChannels_->setColumnHidden(ChannelModel::AtA, !hasA);
+    tableChannels_->setColumnHidden(ChannelModel::AtB, !hasB);
+    tableChannels_->setColumnHidden(ChannelModel::Difference, !hasA || !hasB);
+    QHeaderView *header = tableChannels_->horizontalHeader();
+    int others = 0;
+    for (int column = 1; column < ChannelModel::Columns; ++column)
+        others += header->sectionSize(column);
+    const int least = Characters[ChannelModel::Name] * fontMetrics().averageCharWidth();
+    // Where there is no room for the names, the table scrolls.
+    const bool hasRoom = tableChannels_->viewport()->width() - others >= least;
+    header->setSectionResizeMode(ChannelModel::Name, hasRoom ? QHeaderView::Stretch : QHeaderView::Fixed);
+    if (!hasRoom)
+        header->resizeSection(ChannelModel::Name, least);
+}
+
+void ChannelLegend::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    FitColumns();
 }
 
 void ChannelLegend::Refresh()

@@ -38,9 +38,12 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void MakeTable();
+    /** Columns that say something, and room for the names. */
+    void FitColumns();
     void AddTyped();
     int CurrentParam() const;
     void Select(int param);

@@ -25,7 +25,9 @@
 #include <QSignalBlocker>
 #include <QSplitter>
 #include <QTabWidget>
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace quorvik
 {
@@ -34,8 +36,9 @@ namespace
 {
 
 constexpr int TickMs = 250;
-constexpr int WidthCharacters = 157;
-constexpr int HeightLines = 37;
+constexpr int WidthCharacters = 183;
+constexpr int HeightLines = 43;
+constexpr int TabLines = 15;
 constexpr QSize MostSize(1300, 640);
 
 struct KeepTime {
@@ -68,16 +71,16 @@ FormTrend::FormTrend(Desk &givenDesk, TrendHost &host)
     , plot_(new TrendPlot(view_, this))
 {
     plot_->setObjectName(QStringLiteral("TrendPlot"));
-    auto *above = new QSplitter(Qt::Vertical, this);
+    above_ = new QSplitter(Qt::Vertical, this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(MakeRecordingRow());
     layout->addWidget(MakeStateRow());
-    above->addWidget(plot_);
-    above->addWidget(MakeTabs());
-    above->setStretchFactor(0, 1);
-    above->setChildrenCollapsible(false);
+    above_->addWidget(plot_);
+    above_->addWidget(MakeTabs());
+    above_->setStretchFactor(0, 1);
+    above_->setChildrenCollapsible(false);
     beside_ = new QSplitter(Qt::Horizontal, this);
-    beside_->addWidget(above);
+    beside_->addWidget(above_);
     beside_->setStretchFactor(0, 1);
     beside_->setChildrenCollapsible(false);
     layout->addWidget(beside_, 1);
@@ -94,6 +97,8 @@ FormTrend::FormTrend(Desk &givenDesk, TrendHost &host)
     On(&recorder, &TrendRecorder::Captured, this,
        [this](const TrendDataPtr &capture) { TakeCapture(capture); });
     On(&view_, &TrendView::DataChanged, this, [this] { Follow(); });
+    On(&view_, &TrendView::CurvesChanged, this,
+       [this] { commandNoOverlay_->setVisible(!view_.Overlays().empty()); });
     On(&view_, &TrendView::WindowChanged, this, [this] {
         const QSignalBlocker quiet(commandFollow_);
         commandFollow_->setChecked(view_.Follows());
@@ -106,7 +111,18 @@ FormTrend::FormTrend(Desk &givenDesk, TrendHost &host)
     Restore();
     Follow();
     timerUpdateScreen_.start(TickMs);
+    resize(FormTrend::sizeHint());
     legend_->FocusAdding();
+}
+
+void FormTrend::showEvent(QShowEvent *event)
+{
+    Form::showEvent(event);
+    // The tabs take what they need, and never the larger part.
+    const int room = above_->height();
+    const int tabs = std::min(TabLines * fontMetrics().height(), room * 2 / 5);
+    if (!std::exchange(isLaidOut_, true))
+        above_->setSizes({room - tabs, tabs});
 }
 
 QSize FormTrend::sizeHint() const
@@ -194,6 +210,9 @@ QWidget *FormTrend::MakeStateRow()
     commandLive_ = MakeButton(state, "CommandLive", QStringLiteral("Back to Li&ve"),
                               QStringLiteral("Shows what is recorded now, or was recorded last"),
                               [this] { view_.ShowLive(); });
+    commandNoOverlay_ = MakeButton(state, "CommandNoOverlay", QStringLiteral("No Overlay"),
+                                   QStringLiteral("Takes away what is laid over the recording"),
+                                   [this] { view_.RemoveOverlays(); });
     layout->addLayout(state);
     layout->addWidget(labelTold_);
     return row;
@@ -232,7 +251,6 @@ QWidget *FormTrend::MakeTabs()
             if (capture.data.get() != &view_.Shown())
                 view_.AddOverlay(capture.data, capture.title);
     });
-    On(captures_, &CaptureBar::NoOverlayWanted, this, [this] { view_.RemoveOverlays(); });
     QWidget *scrolled = Scrolled(page);
     scrolled->setObjectName(QStringLiteral("PageTrigger"));
     tabs_->addTab(scrolled, QStringLiteral("Trigger"));

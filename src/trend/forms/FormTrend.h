@@ -57,6 +57,7 @@ public:
 
 protected:
     void Unload() override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     QWidget *MakeRecordingRow();
@@ -96,8 +97,10 @@ private:
     QPushButton *commandPause_ = nullptr;
     QPushButton *commandFollow_ = nullptr;
     QPushButton *commandLive_ = nullptr;
+    QPushButton *commandNoOverlay_ = nullptr;
     QPushButton *commandTuning_ = nullptr;
-    QSplitter *beside_ = nullptr;  ///< plots and tabs, and the tuning page at their right
+    QSplitter *above_ = nullptr;   ///< plots above the tabs
+    QSplitter *beside_ = nullptr;  ///< these, and the tuning page at their right
     TuningPage *tuning_ = nullptr; ///< made when it is wanted first
     QComboBox *comboKeep_ = nullptr;
     QLabel *labelState_ = nullptr;
@@ -106,6 +109,7 @@ private:
     QTimer timerUpdateScreen_{this};
     QTimer timerTold_{this};
     QString shownPath_; ///< of the other recording that is shown
+    bool isLaidOut_ = false;
     bool isClosing_ = false;
 };
 

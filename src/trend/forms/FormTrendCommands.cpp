@@ -116,6 +116,7 @@ void FormTrend::Follow()
     commandPause_->setEnabled(!view_.IsOther());
     commandFollow_->setChecked(view_.Follows());
     commandLive_->setVisible(view_.IsOther());
+    commandNoOverlay_->setVisible(!view_.Overlays().empty());
     captures_->SetShown(view_.IsOther() ? &view_.Shown() : nullptr);
     if (view_.IsLive())
         shownPath_.clear();

@@ -25,14 +25,19 @@ QString RateText(const TrendRecorder &recorder)
 {
     double sum = 0;
     int count = 0;
-    for (const TrendTrack &track : recorder.Data().tracks)
-        if (const auto rate = recorder.RateOf(track.channel.param);
-            rate && track.channel.pace == TrendPace::Fast) {
+    bool isAnyFast = false;
+    for (const TrendTrack &track : recorder.Data().tracks) {
+        if (track.channel.pace != TrendPace::Fast)
+            continue;
+        isAnyFast = true;
+        if (const auto rate = recorder.RateOf(track.channel.param)) {
             sum += *rate;
             ++count;
         }
+    }
     if (count == 0)
-        return QStringLiteral("at the pace of the windows");
+        return isAnyFast ? QStringLiteral("no samples just now")
+                         : QStringLiteral("at the pace of the windows");
     const QString each = recorder.Data().tracks.size() == 1 ? QString()
                          : std::size_t(count) == recorder.Data().tracks.size()
                              ? QStringLiteral(" each")
