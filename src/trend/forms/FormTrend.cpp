@@ -120,7 +120,7 @@ void FormTrend::showEvent(QShowEvent *event)
     Form::showEvent(event);
     // The tabs take what they need, and never the larger part.
     const int room = above_->height();
-    const int tabs = std::min(TabLines * fontMetrics().height(), room * 2 / 5);
+    const int tabs = std::min(TabLines * fontMetrics().height(), room / 2);
     if (!std::exchange(isLaidOut_, true))
         above_->setSizes({room - tabs, tabs});
 }
@@ -225,6 +225,7 @@ QWidget *FormTrend::MakeTabs()
     const auto told = [this](const QString &sentence) { Tell(sentence); };
     tabs_ = new QTabWidget(this);
     tabs_->setObjectName(QStringLiteral("Tabs"));
+    tabs_->setAccessibleName(QStringLiteral("Channels, figures, trigger and trips"));
     legend_ = new ChannelLegend(
         table, recorder, view_, [this](int colour) { return plot_->ColourOf(colour); }, this);
     On(legend_, &ChannelLegend::Told, this, told);
@@ -301,6 +302,7 @@ void FormTrend::FillExportMenu(QPushButton *button)
                                                       {"svg", "Picture as &SVG..."},
                                                       {"pdf", "Picture as P&DF..."}}};
     auto *menu = new QMenu(button);
+    menu->setObjectName(QStringLiteral("MenuExport"));
     for (const Entry &entry : entries) {
         const QString suffix = QString::fromLatin1(entry.suffix);
         QAction *action = menu->addAction(QString::fromLatin1(entry.caption));

@@ -16,7 +16,7 @@ namespace quorvik
 namespace
 {
 
-constexpr int Characters = 9;
+constexpr int Characters = 8;
 
 bool HasTexts(const ParamRecord &record)
 {
@@ -31,6 +31,8 @@ LevelField::LevelField(const QString &name, const QString &spoken, QWidget *pare
     , list_(new QComboBox(this))
     , unit_(new QLabel(this))
 {
+    setObjectName(name + QStringLiteral("Field"));
+    unit_->setObjectName(name + QStringLiteral("Unit"));
     text_->setObjectName(name);
     text_->setAccessibleName(spoken);
     text_->setMinimumWidth(Characters * fontMetrics().averageCharWidth());

@@ -69,8 +69,14 @@ TrendExportResult ExportTrendCsv(const QString &path, const TrendDataPtr &data, 
             &progress, [&progress, part] { progress.Advance(int(part * Steps)); }, Qt::QueuedConnection);
         return !isCancelled.load();
     };
-    const std::unique_ptr<QThread> thread(
-        QThread::create([&] { Guarded([&] { failure = WriteWhole(path, *data, goOn); }); }));
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        try {
+            failure = WriteWhole(path, *data, goOn);
+        } catch (const RuntimeFailure &raised) {
+            // Told by the program's own thread.
+            failure = raised.Sentence();
+        }
+    }));
     On(thread.get(), &QThread::finished, &progress, [&progress] { progress.End(); });
     On(&progress, &Progress::CancelWanted, thread.get(), [&isCancelled] { isCancelled = true; });
     thread->start();

@@ -26,7 +26,7 @@ constexpr double MsPerSecond = 1000;
 constexpr double LeastLength = 0.1;
 constexpr double MostSeconds = 3600;
 constexpr int MostCaptures = 10;
-constexpr int ListCharacters = 18;
+constexpr int ListCharacters = 12;
 
 constexpr TriggerKind Kinds[] = {TriggerKind::Rising, TriggerKind::Falling, TriggerKind::Leaving,
                                  TriggerKind::Equals, TriggerKind::Edit,    TriggerKind::Fault,
@@ -110,13 +110,13 @@ void TriggerPanel::MakeFields(QGridLayout *grid)
 {
     const auto add = [&](const QString &caption, QWidget *field, int row, int column) {
         auto *label = new QLabel(caption, this);
+        label->setObjectName(QStringLiteral("LabelOf") + field->objectName());
         label->setBuddy(field);
         grid->addWidget(label, row, column);
         grid->addWidget(field, row + 1, column);
         return label;
     };
-    add(QStringLiteral("Trigger"), comboKind_, 0, 1)
-        ->setToolTip(QStringLiteral("What is waited for"));
+    add(QStringLiteral("Trigger"), comboKind_, 0, 1)->setToolTip(QStringLiteral("What is waited for"));
     labelSignal_ = add(QStringLiteral("Channel"), comboSignal_, 0, 0);
     labelLevel_ = add(QStringLiteral("Level"), level_, 0, 2);
     labelHigh_ = add(QStringLiteral("to"), high_, 0, 3);

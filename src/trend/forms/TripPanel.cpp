@@ -13,14 +13,23 @@
 namespace quorvik
 {
 
+namespace
+{
+
+constexpr int MsPerSecond = 1000;
+
+} // namespace
+
 TripPanel::TripPanel(const ParameterTable &table, TrendRecorder &recorder, TripTrend &trips, QWidget *parent)
     : QWidget(parent)
     , table_(table)
     , recorder_(recorder)
     , trips_(trips)
-    , checkOn_(new QCheckBox(QStringLiteral("Keep &30 s before a trip"), this))
+    , checkOn_(new QCheckBox(this))
     , labelChannels_(new QLabel(this))
 {
+    checkOn_->setText(
+        QStringLiteral("Keep &%1 s before a trip").arg(recorder.Timings().tripMs / MsPerSecond));
     checkOn_->setObjectName(QStringLiteral("CheckBeforeTrip"));
     checkOn_->setToolTip(QStringLiteral("While a drive is on line these channels are recorded all the time, "
                                         "and what was before a trip is kept under Recordings"));
