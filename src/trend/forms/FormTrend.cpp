@@ -68,13 +68,14 @@ FormTrend::FormTrend(Desk &givenDesk, TrendHost &host)
     })
     , host_(host)
     , view_(host.Recorder())
-    , plot_(new TrendPlot(view_, this))
 {
-    plot_->setObjectName(QStringLiteral("TrendPlot"));
     above_ = new QSplitter(Qt::Vertical, this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(MakeRecordingRow());
     layout->addWidget(MakeStateRow());
+    // Made in the order in which the Tab key goes.
+    plot_ = new TrendPlot(view_, this);
+    plot_->setObjectName(QStringLiteral("TrendPlot"));
     above_->addWidget(plot_);
     above_->addWidget(MakeTabs());
     above_->setStretchFactor(0, 1);
@@ -240,6 +241,7 @@ QWidget *FormTrend::MakeTabs()
     captures_ = new CaptureBar(page);
     layout->addWidget(trigger_);
     layout->addWidget(captures_);
+    layout->addStretch(1);
     captures_->setContentsMargins(trigger_->layout()->contentsMargins());
     On(trigger_, &TriggerPanel::Told, this, told);
     On(captures_, &CaptureBar::ShowWanted, this,

@@ -86,7 +86,7 @@ private:
 
     TrendHost &host_;
     TrendView view_;
-    TrendPlot *plot_;
+    TrendPlot *plot_ = nullptr;
     ChannelLegend *legend_ = nullptr;
     FiguresPanel *figures_ = nullptr;
     TriggerPanel *trigger_ = nullptr;

@@ -143,7 +143,6 @@ void TriggerPanel::MakeFields(QGridLayout *grid)
     grid->setColumnStretch(1, 2);
     grid->setColumnStretch(4, 1);
     grid->setVerticalSpacing(2);
-    grid->setRowStretch(4, 1);
 }
 
 TriggerKind TriggerPanel::Kind() const
@@ -280,6 +279,8 @@ void TriggerPanel::ArmOrDisarm()
     if (!recorder_.IsRunning())
         recorder_.Start();
     recorder_.Arm(*setting);
+    // With the decimals in which they are compared.
+    ShapeFields();
 }
 
 void TriggerPanel::TriggerNow()
