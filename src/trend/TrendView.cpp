@@ -29,6 +29,8 @@ const TrendData &TrendView::Live() const
 
 void TrendView::Show(TrendDataPtr data)
 {
+    if (!IsOther())
+        liveSpanUs_ = toUs_ - fromUs_;
     kept_ = std::move(data);
     isFrozen_ = false;
     follows_ = false;
@@ -42,6 +44,9 @@ void TrendView::Show(TrendDataPtr data)
 
 void TrendView::ShowLive()
 {
+    // As much of it as before the other recording.
+    if (IsOther())
+        fromUs_ = toUs_ - liveSpanUs_;
     kept_.reset();
     isFrozen_ = false;
     follows_ = true;

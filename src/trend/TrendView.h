@@ -113,6 +113,7 @@ private:
     std::array<std::optional<qint64>, 2> cursors_;
     qint64 fromUs_ = 0;
     qint64 toUs_ = 10'000'000;
+    qint64 liveSpanUs_ = 10'000'000; ///< what was seen of the live recording before another one was shown
     bool follows_ = true;
 };
 

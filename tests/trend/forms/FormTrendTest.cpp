@@ -108,6 +108,7 @@ TEST_F(FormTrendTest, ShowsAndKeepsWhatATriggerCaught)
     ASSERT_EQ(std::ranges::count(kept, RecordingKind::Capture, &StoredRecording::kind), 1);
     Click("CommandLive");
     EXPECT_FALSE(Visible("CommandLive"));
+    EXPECT_EQ(form->View().ToUs() - form->View().FromUs(), 10'000'000);
     const auto stored = std::ranges::find(kept, RecordingKind::Capture, &StoredRecording::kind);
     form->OpenRecording(stored->path);
     EXPECT_THAT(Text("LabelState"), HasSubstr("rises through 50.00 %"));
