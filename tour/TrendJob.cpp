@@ -178,6 +178,22 @@ void AddTrigger(Tour &tour)
         });
 }
 
+void AddTuning(Tour &tour)
+{
+    tour.Do(QStringLiteral("The page for tuning"),
+            [&tour] { return tour.User().Click(In<QWidget>(tour, "CommandTuning")); });
+    tour.Add(
+        QStringLiteral("An input drives the reference; the page says why it offers no step"),
+        [&tour] {
+            const auto *why = In<QLabel>(tour, "LabelStepSource");
+            return why && why->isVisible() && why->text().contains(QLatin1String("a step would not stay"));
+        },
+        [&tour] {
+            tour.TakePicture(QStringLiteral("50-trend-tuning"));
+            return tour.User().Click(In<QWidget>(tour, "CommandTuning"));
+        });
+}
+
 bool IsFileDialogOpen()
 {
     const QWidget *modal = QApplication::activeModalWidget();
@@ -234,6 +250,7 @@ void AddTrendJob(Tour &tour)
 {
     AddRecording(tour);
     AddTrigger(tour);
+    AddTuning(tour);
     AddExport(tour);
 }
 
