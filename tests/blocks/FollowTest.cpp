@@ -270,6 +270,7 @@ TEST_F(FollowTest, ABoxIsDraggedAsItsParameterAndAClickStaysOne)
     ASSERT_TRUE(box->rect().contains(middle + tremble));
     QTest::mousePress(box, Qt::LeftButton, {}, middle);
     move(tremble);
+    EXPECT_EQ(box->findChild<QDrag *>(), nullptr);
     QTest::mouseRelease(box, Qt::LeftButton, {}, middle + tremble);
     EXPECT_EQ(edited, std::vector<int>{reference});
 
