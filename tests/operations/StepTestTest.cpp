@@ -54,6 +54,8 @@ protected:
 
     void ServeAnew()
     {
+        // What is sent to a dead line is lost.
+        terminal.Read();
         server = std::make_unique<drive::DriveServer>(driveTable, commands, faults, terminal, 0);
     }
     void Turn(double seconds)
