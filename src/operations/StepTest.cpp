@@ -270,6 +270,7 @@ void StepTest::OnMark(const TrendMark &mark)
 void StepTest::BeginHold(qint64 stepUs)
 {
     stepUs_ = stepUs;
+    recorder_.AlignAt(stepUs);
     SetState(StepState::Holding, wish_.param < 0
                                      ? QStringLiteral("Recording the answer...")
                                      : QStringLiteral("%1 stands at %2. Esc puts it back at once.")

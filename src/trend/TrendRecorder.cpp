@@ -114,6 +114,9 @@ void TrendRecorder::SetChannels(const std::vector<std::pair<int, TrendPace>> &ch
 
 void TrendRecorder::Start()
 {
+    // What belongs to the one under way is handed over first.
+    if (isRunning_)
+        Stop();
     for (TrendTrack &track : data_.tracks) {
         track.samples.Clear();
         track.channel.attributes = table_[track.channel.param].Attributes;
@@ -354,7 +357,14 @@ void TrendRecorder::Fire(qint64 timeUs)
     const qint64 postUs = setting.windowMs * UsPerMs - PreUs();
     nextTriggerUs_ = timeUs + std::max(postUs, setting.holdOffMs * UsPerMs);
     Mark(timeUs, TrendMarkKind::Trigger, setting.param, QStringLiteral("Trigger"));
+    AlignAt(timeUs);
     Q_EMIT Triggered(timeUs);
+}
+
+void TrendRecorder::AlignAt(qint64 timeUs)
+{
+    data_.triggerUs = timeUs;
+    Q_EMIT Aligned();
 }
 
 void TrendRecorder::Capture()

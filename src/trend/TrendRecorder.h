@@ -76,6 +76,8 @@ public:
     bool IsWaiting() const;
     const std::vector<TrendDataPtr> &Captures() const { return captures_; }
 
+    /** Earlier recordings are laid over this one at this moment from now on; a trigger does the same. */
+    void AlignAt(qint64 timeUs);
     /** The drive has tripped; told by whoever knows. */
     void NoteFault(const QString &text);
 
@@ -84,6 +86,8 @@ Q_SIGNALS:
     void ChannelsChanged(); ///< the tracks of Data() are others
     void Marked(const quorvik::TrendMark &mark);
     void Triggered(qint64 timeUs);
+    /** Data().triggerUs is another moment. */
+    void Aligned();
     void Captured(quorvik::TrendDataPtr capture);
 
 private:

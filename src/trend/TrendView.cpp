@@ -19,6 +19,11 @@ TrendView::TrendView(TrendRecorder &recorder)
         if (recorder_.IsRunning() && recorder_.Data().FirstUs() >= recorder_.Data().LastUs() && !IsOther())
             ShowLive();
     });
+    On(&recorder, &TrendRecorder::Aligned, this, [this] {
+        AlignOverlays();
+        if (!overlays_.empty())
+            Q_EMIT CurvesChanged();
+    });
     FollowChannels();
 }
 

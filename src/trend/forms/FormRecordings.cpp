@@ -217,7 +217,8 @@ void FormRecordings::Choose(const QString &path)
     for (int i = 0; i < listRecordings_->topLevelItemCount(); ++i)
         if (QTreeWidgetItem *item = listRecordings_->topLevelItem(i);
             item->data(0, Qt::UserRole).toString() == path)
-            listRecordings_->setCurrentItem(item, 0, QItemSelectionModel::ClearAndSelect);
+            listRecordings_->setCurrentItem(item, 0,
+                                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 std::vector<const StoredRecording *> FormRecordings::Selected() const

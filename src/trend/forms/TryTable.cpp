@@ -51,7 +51,7 @@ QStringList FigureTexts(const StepTry &made)
     if (made.result.failure != StepFailure::None)
         return {NoFigure(), NoFigure(), NoFigure(), NoFigure(), NoFigure()};
     const StepFigures &figures = made.result.figures;
-    return {WithDoubt(figures.deadMs, figures.uncertaintyMs, 0),
+    return {WithDoubt(figures.deadMs, figures.deadUncertaintyMs, 0),
             WithDoubt(figures.riseMs, figures.uncertaintyMs, 0),
             WithDoubt(figures.overshootPercent, figures.uncertaintyPercent, 1),
             figures.settlingMs ? WithDoubt(*figures.settlingMs, figures.settlingUncertaintyMs, 0)
