@@ -227,6 +227,13 @@ QByteArray DriveLink::TakeInput(bool isAwaited)
 
 void DriveLink::Send(const QByteArray &bytes)
 {
+    if (std::exchange(endsRun_, false)) {
+        const QByteArray end(1, Wire::Eot);
+        Q_EMIT Sent(end);
+        Q_EMIT Sent(bytes);
+        MSComm1.Output(end + bytes);
+        return;
+    }
     Q_EMIT Sent(bytes);
     MSComm1.Output(bytes);
 }

@@ -257,6 +257,7 @@ private:
     WholeRead wholeRead_;
     std::map<int, int> sampled_; ///< how many want it, by parameter
     AfterSamples afterSamples_ = AfterSamples::Pause;
+    bool endsRun_ = false;        ///< what is sent next has an EOT before it
     bool isSampleSent_ = false;   ///< what awaits its answer is a sample
     int paramAsked_ = 0;          ///< of the read that is awaiting its answer
     int sampledLast_ = -1;        ///< the parameter sampled last: the next one goes on from it

@@ -100,8 +100,8 @@ void DriveLink::GoOnSampling()
     const std::optional<int> next = NextSample();
     if (next && !isOver && (isPause || !WriteBeforeRead())) {
         const bool isNeighbour = *next == paramAsked_ + 1;
-        if (!isNeighbour)
-            Send(QByteArray(1, Wire::Eot));
+        // With the request behind it in one piece: a turn of the line less.
+        endsRun_ = !isNeighbour;
         AskForSample(*next, isNeighbour);
         return;
     }
