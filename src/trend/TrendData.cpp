@@ -64,6 +64,11 @@ const TrendSample *SampleRing::At(qint64 timeUs) const
     return isKnown ? &samples_[next - 1] : nullptr;
 }
 
+QString TriggerByHand()
+{
+    return QStringLiteral("Trigger by hand");
+}
+
 const TrendTrack *TrendData::TrackOf(int param) const
 {
     const auto found =

@@ -87,6 +87,9 @@ struct TrendMark {
     QString text;   ///< "(217) Reference 0: 10.00 % to 20.00 %"
 };
 
+/** The text of the mark of a trigger that nobody waited for. */
+QString TriggerByHand();
+
 /** What is known of a recording as a whole. */
 struct TrendHead {
     QString title;

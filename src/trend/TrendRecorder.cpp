@@ -330,7 +330,7 @@ void TrendRecorder::Pull()
         return;
     if (!IsWaiting())
         taken_ = 0;
-    Fire(clock_());
+    Fire(clock_(), TriggerByHand());
 }
 
 bool TrendRecorder::IsWaiting() const
@@ -346,7 +346,7 @@ qint64 TrendRecorder::PreUs() const
     return setting.windowMs * UsPerMs * setting.prePercent / WholePercent;
 }
 
-void TrendRecorder::Fire(qint64 timeUs)
+void TrendRecorder::Fire(qint64 timeUs, const QString &why)
 {
     const TriggerSetting &setting = trigger_.Setting();
     const int most = std::clamp(setting.captures, 1, timings_.mostCaptures);
@@ -356,7 +356,7 @@ void TrendRecorder::Fire(qint64 timeUs)
     fired_.push_back(timeUs);
     const qint64 postUs = setting.windowMs * UsPerMs - PreUs();
     nextTriggerUs_ = timeUs + std::max(postUs, setting.holdOffMs * UsPerMs);
-    Mark(timeUs, TrendMarkKind::Trigger, setting.param, QStringLiteral("Trigger"));
+    Mark(timeUs, TrendMarkKind::Trigger, setting.param, why);
     AlignAt(timeUs);
     Q_EMIT Triggered(timeUs);
 }

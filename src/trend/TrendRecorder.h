@@ -100,7 +100,7 @@ private:
     void TakeBack(qint64 sinceUs);
     void Mark(qint64 timeUs, TrendMarkKind kind, int param, const QString &text);
     void MarkEdit(qint64 timeUs, int p, std::int32_t rawBefore, std::int32_t rawAfter);
-    void Fire(qint64 timeUs);
+    void Fire(qint64 timeUs, const QString &why = QStringLiteral("Trigger"));
     void Capture();
     void FollowInterest();
     void Tidy();

@@ -38,7 +38,7 @@ namespace
 constexpr int TickMs = 250;
 constexpr int WidthCharacters = 183;
 constexpr int HeightLines = 43;
-constexpr int TabLines = 15;
+constexpr int TabLines = 13;
 constexpr QSize MostSize(1300, 640);
 
 struct KeepTime {

@@ -160,7 +160,11 @@ void FormTrend::RecordOrStop()
 void FormTrend::TakeCapture(const TrendDataPtr &capture)
 {
     auto titled = std::make_shared<TrendData>(*capture);
-    const TriggerSetting &trigger = host_.Recorder().Setting();
+    TriggerSetting trigger = host_.Recorder().Setting();
+    if (std::ranges::any_of(titled->marks, [&](const TrendMark &mark) {
+            return mark.timeUs == titled->triggerUs && mark.text == TriggerByHand();
+        }))
+        trigger.kind = TriggerKind::ByHand;
     const TrendTrack *track = titled->TrackOf(trigger.param);
     titled->head.title =
         QStringLiteral("Capture: %1").arg(TriggerText(trigger, track == nullptr ? nullptr : &track->channel));
@@ -215,6 +219,8 @@ void FormTrend::ShowRecordings()
                 self->OverlayRecording(path);
             else
                 self->OpenRecording(path);
+            // The list may cover the plots.
+            self->desk().ShowChild(self, true);
         });
     }
     desk().ShowChild(recordings_, true);
