@@ -139,8 +139,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     Bench bench;
     const std::set<int> one{Param::VelFeedback};
-    const std::set<int> four{Param::VelFeedback, Param::VelocityDemand, Param::Reference0,
-                             Param::DriveState};
+    const std::set<int> four{Param::VelFeedback, Param::VelocityDemand, Param::Reference0, Param::DriveState};
     std::set<int> eight;
     std::set<int> window;
     for (int p = 0; p < 8; ++p)
