@@ -80,7 +80,7 @@ QString TrendStore::NewPath() const
 
 QString TrendStore::Save(TrendDataPtr data, RecordingKind kind)
 {
-    const QString path = NewPath();
+    QString path = NewPath();
     QMetaObject::invokeMethod(writer_, [writer = writer_, data = std::move(data), kind, path] {
         TrendBatch batch;
         batch.path = path;

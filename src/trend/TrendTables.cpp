@@ -46,7 +46,7 @@ int CheckOf(std::initializer_list<qint64> numbers, const QString &text)
     std::size_t count = 0;
     for (const qint64 number : numbers)
         bytes[count++] = qToLittleEndian(number);
-    const auto size = qsizetype(count * sizeof(qint64));
+    const auto size = qsizetype(count) * qsizetype(sizeof(qint64));
     const QByteArrayView packed(reinterpret_cast<const char *>(bytes.data()), size);
     const quint16 check = qChecksum(packed);
     return text.isEmpty() ? check : check ^ qChecksum(text.toUtf8());

@@ -65,9 +65,8 @@ void ChannelModel::Reload()
     // Curves of one plot stand together, in the order in which they are drawn.
     std::vector<TrendCurve> curves = view_.Curves();
     std::ranges::stable_sort(curves, {}, &TrendCurve::plot);
-    std::vector<int> params;
-    for (const TrendCurve &curve : curves)
-        params.push_back(curve.param);
+    std::vector<int> params(curves.size());
+    std::ranges::transform(curves, params.begin(), &TrendCurve::param);
     if (params == params_) {
         Refresh();
         return;

@@ -322,7 +322,7 @@ qint64 PlotBoard::OriginUs() const
 QString PlotBoard::OriginText() const
 {
     const TrendData &data = view_.Shown();
-    const QString what = data.triggerUs ? QStringLiteral("the trigger") : QStringLiteral("the beginning");
+    QString what = data.triggerUs ? QStringLiteral("the trigger") : QStringLiteral("the beginning");
     if (data.head.beganUtcMs == 0)
         return what;
     const QDateTime clock = QDateTime::fromMSecsSinceEpoch(data.UtcMsAt(OriginUs()), Qt::OffsetFromUTC,

@@ -65,7 +65,7 @@ QString PlotBoard::TextAt(const QPoint &position) const
 {
     for (const PlotArea &area : areas_)
         for (const auto &marks : area.marks)
-            if (const QString text = marks->TextAt(position); !text.isEmpty())
+            if (QString text = marks->TextAt(position); !text.isEmpty())
                 return text;
     return {};
 }

@@ -4,7 +4,7 @@
 #define signals Q_SIGNALS
 #define slots Q_SLOTS
 #define emit
-#define foreach(item, items) for (item : items)
+#define foreach(item, items) for (item : items) // NOLINT(bugprone-macro-parentheses): one declares
 #include <qcustomplot.h>
 #undef signals
 #undef slots
