@@ -37,6 +37,8 @@ public:
     /** Both must outlive it. */
     PlotBoard(QCustomPlot &canvas, TrendView &view);
     ~PlotBoard();
+    PlotBoard(const PlotBoard &) = delete;
+    PlotBoard &operator=(const PlotBoard &) = delete;
 
     /** The curves or their arrangement are others. */
     void Rebuild();
