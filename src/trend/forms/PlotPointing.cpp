@@ -141,12 +141,12 @@ void PlotCanvas::mouseDoubleClickEvent(QMouseEvent *event)
 QRectF PlotCanvas::Box() const
 {
     const QRectF frames = board_.Frames();
-    const auto [left, right] = std::minmax(pressedAt_.x(), pointer_.x());
-    const auto [top, bottom] = std::minmax(pressedAt_.y(), pointer_.y());
-    const bool isTimeOnly = bottom - top < ValueBoxFrom;
-    return {QPointF(std::max(left, frames.left()), isTimeOnly ? frames.top() : std::max(top, frames.top())),
-            QPointF(std::min(right, frames.right()),
-                    isTimeOnly ? frames.bottom() : std::min(bottom, frames.bottom()))};
+    QRectF box = QRectF(pressedAt_, pointer_).normalized();
+    if (box.height() < ValueBoxFrom) {
+        box.setTop(frames.top());
+        box.setBottom(frames.bottom());
+    }
+    return box & frames;
 }
 
 void PlotCanvas::TakeBox()
