@@ -64,10 +64,11 @@ void StepTest::OnLeftoverTold(std::int32_t rawValue)
 {
     const int p = leftover_->param;
     leftover_->isSure = true;
-    if (rawValue == leftover_->rawStepped) {
+    const std::optional<std::int32_t> rawLast = std::exchange(rawOther_, rawValue);
+    if (rawValue == leftover_->rawStepped)
         rawOther_.reset();
-    } else if (std::exchange(rawOther_, rawValue) == rawValue) {
-        // Told twice, for answers that are out of step may tell another parameter's value once.
+    // Told twice, for answers that are out of step may tell another parameter's value once.
+    if (rawOther_ && rawLast == rawOther_) {
         rawOther_.reset();
         leftover_.reset();
         polled_.Clear();
