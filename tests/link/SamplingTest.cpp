@@ -71,7 +71,7 @@ TEST_F(SamplingTest, ALongScanLeavesRoomForIt)
     sampled.Set({30});
     peer.Answer = [this](const QByteArray &frame) {
         // Each answer takes a while, as on a real line.
-        QTimer::singleShot(2, [this, reply = peer.DriveAnswer(frame)] { peer.Send(reply); });
+        QTimer::singleShot(2, &link, [this, reply = peer.DriveAnswer(frame)] { peer.Send(reply); });
         return QByteArray();
     };
     ASSERT_TRUE(WaitFor(ReadRequest(30), 3));
@@ -212,10 +212,10 @@ TEST_F(SamplingTest, OneReplyTooManyShowsInTheNextQuietPause)
     // It comes before the answer to the next question, is taken for it, and so is each one after it.
     peer.Answer = [&](const QByteArray &frame) {
         const QByteArray reply = peer.DriveAnswer(frame);
-        QTimer::singleShot(3, [this, reply] { peer.Send(reply); });
+        QTimer::singleShot(3, &link, [this, reply] { peer.Send(reply); });
         if (frame == ReadRequest(10) && !sinceExtra.isValid()) {
             sinceExtra.start();
-            QTimer::singleShot(4, [this, reply] { peer.Send(reply); });
+            QTimer::singleShot(4, &link, [this, reply] { peer.Send(reply); });
         }
         return QByteArray();
     };
