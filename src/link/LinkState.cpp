@@ -14,7 +14,7 @@ QString DriveLink::Open()
     if (QString failure = MSComm1.SetPortOpen(true); !failure.isEmpty())
         return failure;
     // What was left undone when the link was up before must not strike now.
-    OffLineRequested = false;
+    OffLineRequested = endsRun_ = isSampleSent_ = false;
     DriveCommand = Restart::None;
     NoResponseCount = PacketSizeErrorCount = BCCErrorCount = WriteRetryCount = 0;
     refusals_.clear();

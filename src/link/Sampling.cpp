@@ -131,7 +131,8 @@ void DriveLink::LeaveSampling(qint64 now)
         earlierTickUs_ = restUs > 0 ? tickDueUs_ : 0;
         ServeTick();
     } else if (restUs > 0) {
-        ArmSerialCommTimer(int(restUs / UsPerMs));
+        // Long enough for what was answered too much to show.
+        ArmSerialCommTimer(std::max(int(restUs / UsPerMs), timings_.quiet));
     } else if (now - inStepUs_ >= timings_.sampleQuiet * UsPerMs) {
         BeginQuiet();
     } else {
