@@ -106,7 +106,8 @@ Question AskRestart(const Situation &now)
             .icon = MsgIcon::Exclamation,
             .explanation = WhatIsAtStake(now),
             .choices = {{MsgAnswer::Yes, u'&' + verb}, {MsgAnswer::Cancel}},
-            .safe = MsgAnswer::Cancel};
+            .safe = MsgAnswer::Cancel,
+            .word = QStringLiteral("restart")};
 }
 
 Question AskLoad(const Situation &now)
@@ -116,19 +117,21 @@ Question AskLoad(const Situation &now)
             .icon = MsgIcon::Exclamation,
             .explanation = WhatIsAtStake(now),
             .choices = {{MsgAnswer::Yes, QStringLiteral("&Load Parameters")}, {MsgAnswer::Cancel}},
-            .safe = MsgAnswer::Cancel};
+            .safe = MsgAnswer::Cancel,
+            .word = QStringLiteral("load")};
 }
 
 // ---- a write of many values
 
-Question AskToWrite(const QString &text, const QString &explanation)
+Question AskToWrite(const QString &word, const QString &text, const QString &explanation)
 {
     return {.text = text,
             .title = QStringLiteral("Write Parameters"),
             .icon = MsgIcon::Exclamation,
             .explanation = explanation,
             .choices = {{MsgAnswer::Yes, QStringLiteral("&Write")}, {MsgAnswer::Cancel}},
-            .safe = MsgAnswer::Cancel};
+            .safe = MsgAnswer::Cancel,
+            .word = word};
 }
 
 bool DriveRuns(const Situation &now)
@@ -139,7 +142,7 @@ bool DriveRuns(const Situation &now)
 Question TellThatItRuns(const Situation &now)
 {
     Question told =
-        AskToWrite(QStringLiteral("Nothing was written, because the drive is not stopped."),
+        AskToWrite({}, QStringLiteral("Nothing was written, because the drive is not stopped."),
                    Lines({StateSentence(now.InDrive(Param::DriveState)),
                           QStringLiteral("The link stays open, and windows show the open set as it "
                                          "was. Stop the drive, then write with File, Write and Verify.")}));
@@ -156,7 +159,7 @@ bool IsStateUnknown(const Situation &now)
 Question AskWithoutState(const Situation &now)
 {
     return AskToWrite(
-        QStringLiteral("Write without knowing whether the drive runs?"),
+        QStringLiteral("unknown-state"), QStringLiteral("Write without knowing whether the drive runs?"),
         Lines({StateSentence(now.InDrive(Param::DriveState)),
                QStringLiteral("A drive that runs takes some of the values and refuses others.")}));
 }
@@ -192,7 +195,7 @@ QString RatingText(std::optional<std::int32_t> model, std::optional<std::int32_t
 
 Question AskForOtherModel(const Situation &now)
 {
-    return AskToWrite(QStringLiteral("Write the set of another drive model?"),
+    return AskToWrite(QStringLiteral("other-model"), QStringLiteral("Write the set of another drive model?"),
                       Lines({QStringLiteral("The set: ") +
                                  RatingText(now.InSet(Param::DriveModel), now.InSet(Param::DriveCurrent)),
                              QStringLiteral("The drive: ") + RatingText(now.InDrive(Param::DriveModel),
@@ -238,6 +241,7 @@ Question AskForCommands(const Situation &now)
                      ShownText(command.rawValue, now.from->records[command.param].Attributes);
     lines << QString() << StateSentence(now.InDrive(Param::DriveState));
     Question question = AskToWrite(
+        QStringLiteral("commands"),
         QStringLiteral("The set gives the drive commands, which take effect as soon as they are sent:"),
         Lines(lines));
     question.choices = {{MsgAnswer::No, QStringLiteral("Send &without commands")},

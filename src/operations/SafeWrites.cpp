@@ -124,7 +124,8 @@ OperationResult SafeWrites::Resume()
         .icon = MsgIcon::Exclamation,
         .explanation = FullNames(table_, report.changed, MostNamed, QStringLiteral("\r\n")),
         .choices = {{MsgAnswer::Yes, QStringLiteral("&Resume")}, {MsgAnswer::Cancel}},
-        .safe = MsgAnswer::Cancel};
+        .safe = MsgAnswer::Cancel,
+        .word = QStringLiteral("changed-drive")};
     if (asker_.Ask(question) != MsgAnswer::Yes)
         return {Outcome::Cancelled};
     if (!table_.PortOpen())

@@ -18,6 +18,14 @@ QString Question::WholeText() const
     return explanation.isEmpty() ? text : text + QStringLiteral("\r\n\r\n") + explanation;
 }
 
+QString Question::VerbOf(MsgAnswer answer) const
+{
+    const auto found = std::ranges::find(choices, answer, &Choice::answer);
+    if (found == choices.end() || found->verb.isEmpty())
+        return QStringLiteral("Yes");
+    return QString(found->verb).remove(u'&');
+}
+
 std::optional<std::int32_t> Asker::EditValue(int, std::int32_t)
 {
     return std::nullopt;

@@ -28,10 +28,13 @@ struct Question {
     QString explanation = {}; ///< stands below the text
     std::vector<Choice> choices;
     MsgAnswer safe; ///< the default button, and what Escape and closing mean unless there is a Cancel
+    /** What a command line calls it, where it can be answered beforehand; empty where it cannot. */
+    QString word = {};
 
     bool Has(MsgAnswer answer) const;
     MsgAnswer AnswerOfEscape() const { return Has(MsgAnswer::Cancel) ? MsgAnswer::Cancel : safe; }
-    QString WholeText() const; ///< with the explanation
+    QString WholeText() const;              ///< with the explanation
+    QString VerbOf(MsgAnswer answer) const; ///< what its button says, without the mark of its key; or "Yes"
 };
 
 /** What a file dialog is to offer; the filters are those of the settings files. */

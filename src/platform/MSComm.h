@@ -39,6 +39,19 @@ public:
     int CommPort() const { return commPort_; }
     void SetCommPort(int number) { commPort_ = number; }
 
+    /**
+     * Begins to reach a device that is not there at once, as one behind a network; SetPortOpen(true) then
+     * takes it over. Nothing to do for a serial port, nor while the port is open.
+     */
+    void Prepare() {}
+    /** From Prepare() until it is known whether the device is reached; PrepareEnded() tells. */
+    bool IsPreparing() const { return false; }
+    /** Gives it up; PrepareEnded() is told. */
+    void CancelPreparing() {}
+    /** How long the network takes there and back, in milliseconds, as it was measured when it was connected;
+     * 0 for a serial port. */
+    int RoundTripMs() const { return 0; }
+
     bool PortOpen() const { return open_; }
     /**
      * Opens or closes the port. @return an empty text, or why it could not be opened, in words a technician
@@ -66,6 +79,7 @@ public:
     void Output(const QByteArray &bytes);
 
 Q_SIGNALS:
+    void PrepareEnded();
     /** CommEvent tells what happened. */
     void OnComm();
 

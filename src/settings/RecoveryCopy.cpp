@@ -37,6 +37,8 @@ QString RecoveryCopy::NamePath() const
 
 void RecoveryCopy::OnMarksChanged()
 {
+    if (folder_.isEmpty())
+        return;
     if (!document_.HasUnsavedEdits) {
         // What an earlier run left is not ours to remove before it was offered.
         if (std::exchange(isOurs_, false))

@@ -24,7 +24,7 @@ public:
      * promised. */
     static constexpr int WriteDelayMs = 3000;
 
-    /** @param folder where the copy lies; made when it is needed. */
+    /** @param folder where the copy lies; made when it is needed. Empty for a run that keeps none. */
     RecoveryCopy(Document &document, SettingsFile &file, const QString &folder,
                  int writeDelayMs = WriteDelayMs);
 

@@ -1,7 +1,7 @@
 #include "shell/CompareAccess.h"
 
 #include "blocks/BlockCatalogue.h"
-#include "shell/Engines.h"
+#include "operations/Engines.h"
 
 namespace quorvik
 {

@@ -2,15 +2,16 @@
 
 #include "desktop/BoxColors.h"
 #include "desktop/Desk.h"
+#include "operations/Engines.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/SingleInstance.h"
 #include "platform/Strip.h"
 #include "settings/forms/FilePrint.h"
 #include "shell/CompareAccess.h"
-#include "shell/Engines.h"
 #include "shell/FindAccess.h"
 #include "shell/HistoryAccess.h"
 #include "shell/MenuBar.h"
+#include "shell/Surroundings.h"
 #include "shell/TrendAccess.h"
 #include "shell/WindowAsker.h"
 

@@ -4,7 +4,7 @@
 #include "model/Faults.h"
 #include "platform/Guard.h"
 #include "platform/Strip.h"
-#include "shell/Engines.h"
+#include "operations/Engines.h"
 #include "shell/MDIFormMain.h"
 #include "shell/OpenWindows.h"
 #include "shell/StatusBarMain.h"

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "link/LinkTimings.h"
-#include "platform/Ports.h"
+#include "operations/Engines.h"
 
 #include <QString>
 
@@ -10,7 +9,6 @@ namespace quorvik
 
 class Asker;
 class HTMLHelp;
-class SettingsStore;
 
 /** What one run of the program is given from outside; tests and the tour give it places of their own. */
 struct Surroundings {
@@ -23,6 +21,11 @@ struct Surroundings {
     QString dataHome;      ///< the user's data folder, where desktops look for applications and file types
     LinkTimings timings;
     Ports::Source devices = &Ports::Present; ///< the serial devices that are there now
+
+    EnginePlaces ForEngines() const
+    {
+        return {settings, programFolder, dataHome + QStringLiteral("/quorvik"), timings, devices};
+    }
 };
 
 } // namespace quorvik

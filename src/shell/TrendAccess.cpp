@@ -1,6 +1,6 @@
 #include "shell/TrendAccess.h"
 
-#include "shell/Engines.h"
+#include "operations/Engines.h"
 
 namespace quorvik
 {

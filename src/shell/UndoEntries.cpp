@@ -1,7 +1,7 @@
 #include "shell/UndoEntries.h"
 
 #include "platform/Guard.h"
-#include "shell/Engines.h"
+#include "operations/Engines.h"
 #include "shell/MenuBar.h"
 
 #include <QAction>

@@ -1,6 +1,5 @@
 #include "shell/UserSettings.h"
 
-#include "compare/Backups.h"
 #include "desktop/BoxColors.h"
 #include "platform/Numbers.h"
 #include "platform/SettingsStore.h"
@@ -19,8 +18,6 @@ namespace
 
 constexpr double twipsPerPixel = 15;
 constexpr QSize smallestWindow{320, 240};
-constexpr int lastCommPort = 16;
-constexpr int mostBackups = 10000;
 
 constexpr const char *colorKeys[] = {"ReadWrite", "ICR-RW", "ICR-RO", "ReadOnly", "LinkedDestination"};
 
@@ -30,27 +27,9 @@ const QString &Startup()
     return section;
 }
 
-const QString &Options()
-{
-    static const QString section = QStringLiteral("Options");
-    return section;
-}
-
 const QString &ShowTips()
 {
     static const QString key = QStringLiteral("Show Tips at Startup");
-    return key;
-}
-
-const QString &AskBeforeRisky()
-{
-    static const QString key = QStringLiteral("Ask Before Risky Commands");
-    return key;
-}
-
-const QString &ReconnectByItself()
-{
-    static const QString key = QStringLiteral("Reconnect by Itself");
     return key;
 }
 
@@ -58,25 +37,6 @@ const QString &KeepLayout()
 {
     static const QString key = QStringLiteral("Keep Window Layout");
     return key;
-}
-
-const QString &KeepLogin()
-{
-    static const QString key = QStringLiteral("Keep Login Name in History");
-    return key;
-}
-
-/** A check mark of the Options menu. */
-bool ReadFlag(const SettingsStore &settings, const QString &key, bool isUsual = true)
-{
-    const QString text =
-        settings.GetSetting(Options(), key, isUsual ? QStringLiteral("True") : QStringLiteral("False"));
-    return text.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0 && text != QLatin1String("0");
-}
-
-void StoreFlag(SettingsStore &settings, const QString &key, bool isChecked)
-{
-    settings.SaveSetting(Options(), key, isChecked ? QStringLiteral("True") : QStringLiteral("False"));
 }
 
 double ReadNumber(const SettingsStore &settings, const QString &section, const QString &key, double fallback)
@@ -138,69 +98,22 @@ QRect OntoScreen(QRect place, const QMargins &frame)
 
 bool ReadShowTips(const SettingsStore &settings)
 {
-    return ReadFlag(settings, ShowTips());
+    return ReadOption(settings, ShowTips());
 }
 
 void StoreShowTips(SettingsStore &settings, bool show)
 {
-    StoreFlag(settings, ShowTips(), show);
-}
-
-bool ReadKeepLoginName(const SettingsStore &settings)
-{
-    return ReadFlag(settings, KeepLogin());
-}
-
-void StoreKeepLoginName(SettingsStore &settings, bool keep)
-{
-    StoreFlag(settings, KeepLogin(), keep);
-}
-
-int ReadBackups(const SettingsStore &settings)
-{
-    const double stored = ReadNumber(settings, Options(), QStringLiteral("Backups"), 0);
-    return stored >= 1 && stored <= mostBackups ? int(stored) : Backups::UsualNewest;
-}
-
-bool ReadAskBeforeRisky(const SettingsStore &settings)
-{
-    return ReadFlag(settings, AskBeforeRisky());
-}
-
-void StoreAskBeforeRisky(SettingsStore &settings, bool ask)
-{
-    StoreFlag(settings, AskBeforeRisky(), ask);
-}
-
-bool ReadReconnect(const SettingsStore &settings)
-{
-    return ReadFlag(settings, ReconnectByItself(), false);
-}
-
-void StoreReconnect(SettingsStore &settings, bool bySelf)
-{
-    StoreFlag(settings, ReconnectByItself(), bySelf);
+    StoreOption(settings, ShowTips(), show);
 }
 
 bool ReadKeepLayout(const SettingsStore &settings)
 {
-    return ReadFlag(settings, KeepLayout(), false);
+    return ReadOption(settings, KeepLayout(), false);
 }
 
 void StoreKeepLayout(SettingsStore &settings, bool keep)
 {
-    StoreFlag(settings, KeepLayout(), keep);
-}
-
-int ReadCommPort(const SettingsStore &settings)
-{
-    const double number = ReadNumber(settings, Options(), QStringLiteral("CommPort"), 0);
-    return number >= 1 && number <= lastCommPort ? int(number) : 0;
-}
-
-void StoreCommPort(SettingsStore &settings, int number)
-{
-    settings.SaveSetting(Options(), QStringLiteral("CommPort"), QString::number(number));
+    StoreOption(settings, KeepLayout(), keep);
 }
 
 void ReadColors(const SettingsStore &settings, AccessColors &colors)

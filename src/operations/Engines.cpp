@@ -1,4 +1,4 @@
-#include "shell/Engines.h"
+#include "operations/Engines.h"
 
 #include "model/Faults.h"
 #include "platform/Guard.h"
@@ -27,10 +27,11 @@ void NoteTrip(Engines &engines)
 
 } // namespace
 
-Engines::Engines(const Surroundings &given, Asker &asker)
+Engines::Engines(const EnginePlaces &given, Asker &asker)
     : document(table)
     , file(table, document)
-    , recoveryCopy(document, file, given.dataHome + QStringLiteral("/quorvik/recovery"))
+    , recoveryCopy(document, file,
+                   given.keepsRecoveryCopy ? given.dataFolder + QStringLiteral("/recovery") : QString())
     , link(table, given.timings)
     , statistics(link)
     , packets(link, statistics)
@@ -44,16 +45,16 @@ Engines::Engines(const Surroundings &given, Asker &asker)
     , drive(table, document, link, rules, saving, asker, snapshots, guards)
     , fileCommands(table, document, rules, asker, file, saving, drive)
     , reconnection(table, document, link, states, drive)
-    , backups(given.dataHome + QStringLiteral("/quorvik/backups"))
+    , backups(given.dataFolder + QStringLiteral("/backups"))
     , verifiedWrite(table, link, backups)
     , safeWrites(table, document, verifiedWrite, drive, snapshots, guards, asker)
-    , journal(given.dataHome + QStringLiteral("/quorvik/history.sqlite"))
+    , journal(given.dataFolder + QStringLiteral("/history.sqlite"))
     , recorder(table, document, link, verifiedWrite, journal)
     , undoStack(table, document, link, verifiedWrite)
     , undo(table, document, link, undoStack, snapshots, safeWrites, saving, guards, asker)
     , trend(table, document, link, emulator)
     , beforeTrips(table, document, link, emulator)
-    , recordings(given.dataHome + QStringLiteral("/quorvik/recordings"))
+    , recordings(given.dataFolder + QStringLiteral("/recordings"))
     , tripTrend(beforeTrips, recordings, link)
     , steps(table, link, states, trend, drive, asker)
 {

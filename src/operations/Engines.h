@@ -22,9 +22,9 @@
 #include "operations/StepTest.h"
 #include "operations/TripRecords.h"
 #include "operations/UndoCommands.h"
+#include "platform/Ports.h"
 #include "settings/RecoveryCopy.h"
 #include "settings/SettingsFile.h"
-#include "shell/Surroundings.h"
 #include "trend/TrendRecorder.h"
 #include "trend/TrendStore.h"
 #include "trend/TripTrend.h"
@@ -32,9 +32,19 @@
 namespace quorvik
 {
 
+/** Where the engines of one run read and keep what outlives it. */
+struct EnginePlaces {
+    SettingsStore &settings;
+    QString programFolder; ///< where Presets.fil lies
+    QString dataFolder;    ///< of backups, history and recordings; made when it is needed
+    LinkTimings timings = {};
+    Ports::Source devices = &Ports::Present; ///< the serial devices that are there now
+    bool keepsRecoveryCopy = true;           ///< of an open set with unsaved edits
+};
+
 /** The engines of one run of the program, in the order in which they build on each other. */
 struct Engines {
-    Engines(const Surroundings &surroundings, Asker &asker);
+    Engines(const EnginePlaces &places, Asker &asker);
 
     /**
      * Brings the table to the factory state.
