@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/PortTransport.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <cstdint>
@@ -7,18 +9,16 @@
 #include <memory>
 #include <vector>
 
-class QSerialPort;
-class QSocketNotifier;
-
 namespace quorvik
 {
 
 /**
  * A serial port chosen by number, 1 to 16, which raises OnComm when at least RThreshold bytes are buffered.
  *
- * 38400 baud, no parity, 8 data bits, 1 stop bit, no handshaking: the drive speaks nothing else. A port whose
- * adapter is pulled out stays open and silent; closing and opening it once the adapter is back makes it speak
- * again. An open port is this program's alone.
+ * Behind a number stands a device of this computer, or the address of one that a server lends over the
+ * network (PortAddress). 38400 baud, no parity, 8 data bits, 1 stop bit, no handshaking: the drive speaks
+ * nothing else. A port whose adapter is pulled out, or whose server is gone, stays open and silent; closing
+ * and opening it once it is back makes it speak again. An open port is this program's alone.
  */
 class MSComm : public QObject
 {
@@ -26,8 +26,7 @@ class MSComm : public QObject
 
 public:
     enum CommEvents { EvReceive = 2 };
-    /** Why a port could not be opened. */
-    enum class Failure : std::uint8_t { None, NotPresent, NoPermission, InUse, Other };
+    using Failure = PortTransport::Failure;
 
     explicit MSComm(QObject *parent = nullptr);
     ~MSComm() override;
@@ -43,18 +42,19 @@ public:
      * Begins to reach a device that is not there at once, as one behind a network; SetPortOpen(true) then
      * takes it over. Nothing to do for a serial port, nor while the port is open.
      */
-    void Prepare() {}
+    void Prepare();
     /** From Prepare() until it is known whether the device is reached; PrepareEnded() tells. */
-    bool IsPreparing() const { return false; }
-    /** Gives it up; PrepareEnded() is told. */
-    void CancelPreparing() {}
+    bool IsPreparing() const { return prepared_ && !isPrepared_; }
+    /** Gives up what Prepare() has begun or reached; PrepareEnded() is told of the former. */
+    void CancelPreparing();
     /** How long the network takes there and back, in milliseconds, as it was measured when it was connected;
      * 0 for a serial port. */
-    int RoundTripMs() const { return 0; }
+    int RoundTripMs() const { return transport_ ? transport_->RoundTripMs() : 0; }
 
     bool PortOpen() const { return open_; }
     /**
-     * Opens or closes the port. @return an empty text, or why it could not be opened, in words a technician
+     * Opens or closes the port; one that Prepare() has not reached before, and that takes its time, is waited
+     * for in the event loop. @return an empty text, or why it could not be opened, in words a technician
      * can act on; the port is then closed. May be called from a handler of OnComm.
      */
     QString SetPortOpen(bool open);
@@ -84,15 +84,17 @@ Q_SIGNALS:
     void OnComm();
 
 private:
+    QString OpenNow();
+    void TakeOver(std::unique_ptr<PortTransport> transport);
     void Read();
     void Raise();
-    void WatchForLoss();
-    void ApplyLatency();
     void Retire();
 
-    std::unique_ptr<QSerialPort> port_; ///< none while closed, and none once its adapter was pulled out
-    std::unique_ptr<QSocketNotifier> hangUp_;
-    std::vector<std::unique_ptr<QSerialPort>> retired_;
+    std::unique_ptr<PortTransport> transport_; ///< none while closed, and none once its other end is gone
+    std::unique_ptr<PortTransport> prepared_;  ///< what is being reached, or waits to be taken over
+    QString preparedDevice_;
+    bool isPrepared_ = false; ///< it is reached, or known not to be
+    std::vector<std::unique_ptr<PortTransport>> retired_;
     QByteArray buffer_;
     bool open_ = false;
     bool isLowLatency_ = false;
