@@ -23,6 +23,8 @@ BatchRun::BatchRun(const EnginePlaces &places, const QCommandLineParser &parser,
         isInterrupted_ = true;
         if (Progress *progress = asker_.UnderWay())
             progress->Cancel();
+        else if (engines_->link.MSComm1.IsPreparing())
+            engines_->drive.GiveUpReaching();
         else if (engines_->link.IsAskingForSize())
             engines_->drive.GoOffLine(OffLineReason::User);
     });

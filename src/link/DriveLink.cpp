@@ -23,6 +23,7 @@ Q_LOGGING_CATEGORY(linkTrace, "quorvik.link", QtInfoMsg)
 
 DriveLink::DriveLink(ParameterTable &table, LinkTimings timings)
     : table_(table)
+    , onWire_(timings)
     , timings_(timings)
 {
     const std::pair<QTimer *, int> intervals[] = {
@@ -128,6 +129,8 @@ void DriveLink::SerialCommTimeout_Timer()
     if (!PortOpen())
         return;
     const qsizetype received = TakeInput(true).size();
+    replyTime_.Missed();
+    FollowReplyTime();
     ReadBrokeOff();
     if (received == 0) {
         QUORVIK_LINK_TRACE() << " No Response";
@@ -136,7 +139,7 @@ void DriveLink::SerialCommTimeout_Timer()
         QUORVIK_LINK_TRACE() << " Incorrect Packet Size: " << received;
         HandlePacketSizeErrors();
     }
-    ArmSerialCommTimer();
+    PauseForLate();
 }
 
 void DriveLink::MSComm1_OnComm()
@@ -152,6 +155,8 @@ void DriveLink::MSComm1_OnComm()
     }
     SerialCommTimeout.stop();
     answeredUs_ = MicrosecondsUp();
+    replyTime_.Answered(double(answeredUs_ - sentUs_) / UsPerMs);
+    FollowReplyTime();
     ParsePacket(TakeInput(true));
 }
 
@@ -205,6 +210,20 @@ void DriveLink::ArmSerialCommTimer(int milliseconds)
         return;
     SerialCommTimer.setInterval(milliseconds);
     SerialCommTimer.start();
+}
+
+void DriveLink::PauseForLate()
+{
+    ArmSerialCommTimer(std::max(timings_.scanPause, timings_.latePause));
+}
+
+void DriveLink::FollowReplyTime()
+{
+    if (!replyTime_.IsOverNetwork())
+        return;
+    timings_ = WithReplyTime(onWire_, replyTime_);
+    SerialCommTimeout.setInterval(timings_.replyTimeout);
+    timerDelay_.setInterval(timings_.sizeErrorPause);
 }
 
 void DriveLink::DiscardInput()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LinkTimings.h"
+#include "link/ReplyTime.h"
 #include "link/StoreList.h"
 #include "link/WholeRead.h"
 #include "platform/MSComm.h"
@@ -111,7 +112,10 @@ public:
     /** Whether a Run, Stop or Jog still waits to be sent. */
     bool HasFirstWrite() const { return FirstWrite().has_value(); }
 
+    /** Those in force: over a network they follow its replies. */
     const LinkTimings &Timings() const { return timings_; }
+    /** How long replies take; of a wire nothing is known. */
+    const ReplyTime &TheReplyTime() const { return replyTime_; }
 
     /** After how many different refusals of stop-only parameters a writing gives up the rest of them; 0 for
      * never. */
@@ -244,6 +248,9 @@ private:
     void OnComStatusChange();
     void ArmSerialCommTimer();
     void ArmSerialCommTimer(int milliseconds);
+    /** The pause after which what was still awaited has come. */
+    void PauseForLate();
+    void FollowReplyTime();
     void SendRequest(const QByteArray &request, int replyLength);
     void AskFor(int p, const QByteArray &request);
     void Send(const QByteArray &bytes);
@@ -252,7 +259,10 @@ private:
     bool IsUnsigned(int paramNumber) const;
 
     ParameterTable &table_;
+    LinkTimings onWire_;
     LinkTimings timings_;
+    ReplyTime replyTime_;
+    qint64 sentUs_ = 0; ///< when the last request left
     QTimer timerDelay_;
     WholeRead wholeRead_;
     std::map<int, int> sampled_; ///< how many want it, by parameter

@@ -1,9 +1,11 @@
 #include "link/DriveProbe.h"
 
 #include "link/PacketLayer.h"
+#include "link/ReplyTime.h"
 #include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 #include "platform/Guard.h"
+#include "platform/PortAddress.h"
 
 #include <utility>
 
@@ -25,6 +27,7 @@ DriveProbe::Answer::Kind KindOf(MSComm::Failure failure)
     case MSComm::Failure::NoPermission:
         return Kind::NoPermission;
     case MSComm::Failure::NotPresent:
+    case MSComm::Failure::NotReached:
         return Kind::NotPresent;
     default:
         return Kind::Failed;
@@ -41,6 +44,10 @@ DriveProbe::DriveProbe(const ParameterTable &table, const LinkTimings &timings)
     port_.DeviceOf = [this](int) { return device_; };
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
+    On(&port_, &MSComm::PrepareEnded, this, [this] {
+        if (step_ == Step::Reaching)
+            Begin();
+    });
     On(&port_, &MSComm::OnComm, this, [this] { Receive(); });
     On(&timer_, &QTimer::timeout, this, [this] { TimeOut(); });
 }
@@ -51,19 +58,31 @@ void DriveProbe::Start(const QString &device, const std::set<int> &params)
     device_ = device;
     params_ = params;
     answer_ = {};
+    step_ = Step::Reaching;
+    port_.Prepare();
+    if (!port_.IsPreparing())
+        Begin();
+}
+
+void DriveProbe::Begin()
+{
     if (const QString failure = port_.SetPortOpen(true); !failure.isEmpty()) {
         End(KindOf(port_.OpenFailure()), failure);
         return;
     }
+    ReplyTime replyTime;
+    replyTime.Begin(timings_.replyTimeout, port_.RoundTripMs());
+    timeoutMs_ = replyTime.TimeoutMs();
     step_ = Step::Properties;
     Ask(false);
 }
 
 void DriveProbe::Cancel()
 {
-    timer_.stop();
-    port_.SetPortOpen(false);
     step_ = Step::Idle;
+    timer_.stop();
+    port_.CancelPreparing();
+    port_.SetPortOpen(false);
 }
 
 void DriveProbe::Ask(bool isRepetition)
@@ -75,7 +94,7 @@ void DriveProbe::Ask(bool isRepetition)
     port_.SetRThreshold(isValue ? Wire::ReadReplyLength : Wire::PropertiesReplyLength);
     port_.Output(BuildPacket(isValue ? Wire::Command::Read : Wire::Command::ReadProperties,
                              ToInt16(isValue ? *params_.begin() : Param::FirstSelector), 0, false));
-    timer_.start(timings_.replyTimeout);
+    timer_.start(timeoutMs_);
 }
 
 void DriveProbe::Receive()
@@ -108,7 +127,7 @@ void DriveProbe::TakeReply(const QByteArray &reply)
     }
     if (isRepetition_) {
         port_.SetRThreshold(1);
-        timer_.start(QuietTimeouts * timings_.replyTimeout);
+        timer_.start(QuietTimeouts * timeoutMs_);
     } else {
         GoOn();
     }
@@ -126,7 +145,7 @@ void DriveProbe::TimeOut()
     else if (!isRepetition_)
         Ask(true);
     else
-        End(Answer::Kind::Silent, QStringLiteral("No drive answers on serial port %1.").arg(device_));
+        End(Answer::Kind::Silent, QStringLiteral("No drive answers %1.").arg(PortAddress::PlaceOf(device_)));
 }
 
 void DriveProbe::GoOn()
@@ -136,10 +155,9 @@ void DriveProbe::GoOn()
     else
         params_.erase(params_.upper_bound(answer_.lastParam), params_.end());
     if (params_.empty()) {
-        End(Answer::Kind::Drive,
-            QStringLiteral("A Sarvex drive answers on serial port %1 (last parameter %2).")
-                .arg(device_)
-                .arg(answer_.lastParam));
+        End(Answer::Kind::Drive, QStringLiteral("A Sarvex drive answers %1 (last parameter %2).")
+                                     .arg(PortAddress::PlaceOf(device_))
+                                     .arg(answer_.lastParam));
         return;
     }
     step_ = Step::Value;

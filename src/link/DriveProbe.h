@@ -48,8 +48,8 @@ public:
 
     /**
      * Begins to ask; whatever was asked before is given up.
-     * @param device path of a device. @param params whose values are wanted besides; those beyond the drive's
-     * last parameter are left out of the answer.
+     * @param device path or address of a device. @param params whose values are wanted besides; those beyond
+     * the drive's last parameter are left out of the answer.
      */
     void Start(const QString &device, const std::set<int> &params = {});
     bool IsRunning() const { return step_ != Step::Idle; }
@@ -61,8 +61,9 @@ Q_SIGNALS:
     void Finished(const DriveProbe::Answer &answer);
 
 private:
-    enum class Step { Idle, Properties, Value, Ending };
+    enum class Step { Idle, Reaching, Properties, Value, Ending };
 
+    void Begin();
     void Ask(bool isRepetition);
     void Receive();
     void TimeOut();
@@ -72,6 +73,7 @@ private:
 
     const ParameterTable &table_;
     LinkTimings timings_;
+    int timeoutMs_ = 0; ///< for one reply
     MSComm port_;
     QTimer timer_;
     QString device_;

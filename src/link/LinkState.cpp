@@ -13,6 +13,10 @@ QString DriveLink::Open()
 {
     if (QString failure = MSComm1.SetPortOpen(true); !failure.isEmpty())
         return failure;
+    replyTime_.Begin(onWire_.replyTimeout, MSComm1.RoundTripMs());
+    timings_ = WithReplyTime(onWire_, replyTime_);
+    SerialCommTimeout.setInterval(timings_.replyTimeout);
+    timerDelay_.setInterval(timings_.sizeErrorPause);
     // What was left undone when the link was up before must not strike now.
     OffLineRequested = endsRun_ = isSampleSent_ = false;
     DriveCommand = Restart::None;
@@ -110,7 +114,7 @@ void DriveLink::BeginScanAnew()
     SerialCommTimeout.stop();
     if (MSComm1.RThreshold() == Wire::ReadReplyLength)
         Send(QByteArray(1, Wire::Eot));
-    ArmSerialCommTimer();
+    PauseForLate();
 }
 
 void DriveLink::CancelScan()

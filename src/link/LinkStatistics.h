@@ -82,7 +82,7 @@ private:
     static constexpr int RecentSlots = int(RecentSeconds * 1'000'000 / SlotUs);
     static constexpr qint64 BucketUs = 100;
     /** Beyond any time-out; the last bucket takes what is longer. */
-    static constexpr std::size_t Buckets = 2500;
+    static constexpr std::size_t Buckets = 21'000;
 
     void FollowLink();
     void OnSent(const QByteArray &bytes);

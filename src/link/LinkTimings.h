@@ -7,6 +7,7 @@ namespace quorvik
 struct LinkTimings {
     int scanPause = 300;       ///< SerialCommTimer: pause between scans
     int replyTimeout = 220;    ///< SerialCommTimeout: longest wait for one reply
+    int latePause = 0;         ///< the pause after a reply that did not come, where it is the longer one
     int sizeErrorPause = 1000; ///< what is still arriving after a wrong length has arrived by then
     int lastCommand = 1000;    ///< how long going off line waits for a Run, Stop or Jog to leave
     int quiet = 25;            ///< after a reading beside the table: what was sent too much has come by then

@@ -31,6 +31,7 @@ void DriveLink::SendRequest(const QByteArray &request, int replyLength)
         return;
     MSComm1.SetRThreshold(replyLength);
     Send(request);
+    sentUs_ = MicrosecondsUp();
     SerialCommTimeout.start();
 }
 

@@ -66,6 +66,15 @@ OperationResult DriveOperations::GoOnLine()
 {
     if (waitingForDrive_ || leaving_)
         return {Outcome::Refused};
+    {
+        // A server in the network takes its time to be reached.
+        const QScopedValueRollback waiting(waitingForDrive_, true);
+        isGivenUp_ = false;
+        link_.MSComm1.Prepare();
+        PumpWhile([this] { return link_.MSComm1.IsPreparing(); });
+    }
+    if (isGivenUp_)
+        return {Outcome::Cancelled};
     if (const QString failure = link_.Open(); !failure.isEmpty()) {
         asker_.MsgBox(failure, MsgButtons::Ok, MsgIcon::None, AppTitle());
         return {Outcome::Refused};
@@ -87,6 +96,12 @@ OperationResult DriveOperations::GoOnLine()
     return {Outcome::Refused};
 }
 
+void DriveOperations::GiveUpReaching()
+{
+    isGivenUp_ = true;
+    link_.MSComm1.CancelPreparing();
+}
+
 void DriveOperations::GoOffLine(OffLineReason reason)
 {
     if (!link_.PortOpen())
@@ -106,6 +121,10 @@ void DriveOperations::GoOffLine(OffLineReason reason)
 OperationResult DriveOperations::ToggleComStatus()
 {
     // A second click that arrives while the first is still being served: nothing it could mean is left to do.
+    if (link_.MSComm1.IsPreparing()) {
+        GiveUpReaching();
+        return {Outcome::Cancelled};
+    }
     if (leaving_ || (waitingForDrive_ && !link_.PortOpen()))
         return {Outcome::Refused};
     if (link_.PortOpen()) {

@@ -51,6 +51,8 @@ public:
     OperationResult GoOnLineAside();
     /** Whether something of the open set is still held beside the drive. */
     bool IsAside() const;
+    /** Ends the wait for a server in the network, and with it what waits; does nothing at any other time. */
+    void GiveUpReaching();
     /** Does nothing off line. Blocks, pumping events, while the drive saves or a last command leaves. */
     void GoOffLine(OffLineReason reason);
     /** The user's switch. Ends the wait of GoOnLine(), too. */
@@ -127,6 +129,7 @@ private:
     Snapshots &snapshots_;
     Guards &guards_;
     bool waitingForDrive_ = false;
+    bool isGivenUp_ = false; ///< before the drive's port was reached
     bool leaving_ = false;
     bool wasModified_ = false; ///< Document::DriveModified before the drive was told to load
 };

@@ -53,6 +53,11 @@ QString PortAddress::WhyNot(const QString &device)
                         .arg(device);
 }
 
+QString PortAddress::PlaceOf(const QString &device)
+{
+    return (IsMeant(device) ? QStringLiteral("at ") : QStringLiteral("on serial port ")) + device;
+}
+
 QString PortAddress::Text() const
 {
     QUrl url;

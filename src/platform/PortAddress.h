@@ -24,6 +24,8 @@ struct PortAddress {
     static bool IsMeant(const QString &device);
     /** Why a device that is meant as an address is none, in a sentence; empty for a good one. */
     static QString WhyNot(const QString &device);
+    /** Where a device is, for a sentence: "on serial port /dev/ttyUSB0", "at tcp://host:port". */
+    static QString PlaceOf(const QString &device);
     /** As it is written. */
     QString Text() const;
 

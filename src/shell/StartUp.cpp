@@ -106,6 +106,7 @@ bool MDIFormMain::Unload(bool asks)
         // Nobody is there to say whether the drive is to keep what it was given.
         engines_.document.DriveModified = false;
     }
+    engines_.drive.GiveUpReaching();
     if (engines_.link.PortOpen())
         Guarded([&] { engines_.drive.GoOffLine(OffLineReason::User); });
 
