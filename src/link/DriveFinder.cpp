@@ -2,6 +2,7 @@
 
 #include "platform/Guard.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvik
@@ -20,8 +21,11 @@ void DriveFinder::Start(const QList<PortStatus> &ports)
     ports_.clear();
     drives_.clear();
     for (const PortStatus &port : ports)
-        if (port.use == PortStatus::Use::Free)
+        if (port.CanBeAsked())
             ports_.append(port);
+    // Those of this computer answer sooner.
+    std::ranges::stable_partition(ports_,
+                                  [](const PortStatus &port) { return port.use == PortStatus::Use::Free; });
     AskNext();
 }
 
@@ -58,6 +62,8 @@ QString DriveFinder::TextOf(const DriveProbe::Answer &answer)
         return QStringLiteral("no permission");
     case Kind::NotPresent:
         return QStringLiteral("not present");
+    case Kind::NotReached:
+        return QStringLiteral("not reached");
     case Kind::Failed:
         break;
     }

@@ -27,8 +27,9 @@ DriveProbe::Answer::Kind KindOf(MSComm::Failure failure)
     case MSComm::Failure::NoPermission:
         return Kind::NoPermission;
     case MSComm::Failure::NotPresent:
-    case MSComm::Failure::NotReached:
         return Kind::NotPresent;
+    case MSComm::Failure::NotReached:
+        return Kind::NotReached;
     default:
         return Kind::Failed;
     }

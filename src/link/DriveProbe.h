@@ -34,6 +34,7 @@ public:
             Busy,         ///< in use by another program, or by this one
             NoPermission, ///< for this user
             NotPresent,   ///< nothing is plugged in
+            NotReached,   ///< the network, or the server on it
             Failed,       ///< not opened for another reason
         };
 

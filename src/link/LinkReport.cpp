@@ -59,18 +59,35 @@ QString DirectionText(Packet::Source source)
 
 } // namespace
 
+namespace
+{
+
+QString NetworkSentence(const LinkStatistics &statistics)
+{
+    const std::optional<LinkStatistics::Network> network = statistics.OverNetwork();
+    if (!network)
+        return {};
+    return QStringLiteral(" Over the network, at %1: an answer takes %2 ms, and is waited for %3 ms.")
+        .arg(network->address)
+        .arg(network->replyMs, 0, 'f', 1)
+        .arg(network->timeoutMs);
+}
+
+} // namespace
+
 QString StateSentence(const LinkStatistics &statistics)
 {
     const QString of = QStringLiteral(" These are the figures of the connection that began at %1.");
     switch (statistics.StateOf()) {
     case LinkStatistics::State::OnLine:
-        return QStringLiteral("On line since %1.").arg(TimeText(statistics.Since()));
+        return QStringLiteral("On line since %1.").arg(TimeText(statistics.Since())) +
+               NetworkSentence(statistics);
     case LinkStatistics::State::Ended:
         return QStringLiteral("Off line since %1.").arg(TimeText(statistics.Until())) +
-               of.arg(TimeText(statistics.Since()));
+               of.arg(TimeText(statistics.Since())) + NetworkSentence(statistics);
     case LinkStatistics::State::Lost:
         return QStringLiteral("The link was lost at %1.").arg(TimeText(statistics.Until())) +
-               of.arg(TimeText(statistics.Since()));
+               of.arg(TimeText(statistics.Since())) + NetworkSentence(statistics);
     case LinkStatistics::State::Never:
         break;
     }

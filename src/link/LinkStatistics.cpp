@@ -45,6 +45,7 @@ void LinkStatistics::FollowLink()
 void LinkStatistics::Begin()
 {
     state_ = State::OnLine;
+    device_ = link_.MSComm1.DeviceOf(link_.MSComm1.CommPort());
     since_ = Now();
     beganAt_ = sentAt_ = clock_();
     isBroken_ = false;
@@ -54,6 +55,14 @@ void LinkStatistics::Begin()
     slots_ = {};
     failed_.clear();
     silences_.clear();
+}
+
+std::optional<LinkStatistics::Network> LinkStatistics::OverNetwork() const
+{
+    const ReplyTime &reply = link_.TheReplyTime();
+    if (state_ == State::Never || !reply.IsOverNetwork())
+        return std::nullopt;
+    return Network{device_, reply.SmoothedMs(), reply.TimeoutMs()};
 }
 
 int LinkStatistics::Key() const

@@ -56,6 +56,13 @@ public:
     const QDateTime &Since() const { return since_; }
     const QDateTime &Until() const { return until_; }
     const Counts &Totals() const { return counts_; }
+    /** Of a connection over a network; nothing for a wire. */
+    struct Network {
+        QString address;
+        double replyMs = 0; ///< how long question and answer take, smoothed
+        int timeoutMs = 0;  ///< how long a reply is waited for
+    };
+    std::optional<Network> OverNetwork() const;
     /** The last of them, the newest last. */
     const std::deque<Silence> &Silences() const { return silences_; }
     /** The answer time that this percentage of the answers kept to, in milliseconds, to a tenth; nothing
@@ -98,6 +105,7 @@ private:
     FineClock clock_;
     WallClock wallClock_;
     State state_ = State::Never;
+    QString device_; ///< of the connection
     QDateTime since_;
     QDateTime until_;
     qint64 beganAt_ = 0;

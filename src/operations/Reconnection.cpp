@@ -78,6 +78,7 @@ void Reconnection::Take(const DriveProbe::Answer &answer)
     case Kind::Drive:
         break;
     case Kind::NotPresent:
+    case Kind::NotReached:
         Tell(Finding::NoAdapter);
         return;
     case Kind::Busy:

@@ -1,5 +1,6 @@
 #include "platform/Ports.h"
 
+#include "platform/PortAddress.h"
 #include "platform/PortLock.h"
 #include "platform/SettingsStore.h"
 
@@ -97,7 +98,10 @@ bool IsPseudoTerminal(const QString &path)
 PortStatus StatusOf(int number, const QString &path, const QList<SerialDevice> &present)
 {
     PortStatus port{.number = number, .device = path};
-    if (const SerialDevice *device = FindDevice(present, path)) {
+    if (PortAddress::IsMeant(path)) {
+        port.adapter = QStringLiteral("Network");
+        port.use = PortStatus::Use::Network;
+    } else if (const SerialDevice *device = FindDevice(present, path)) {
         port.adapter = device->adapter.isEmpty() ? device->description : device->adapter;
         port.serialNumber = device->serialNumber;
         port.use = PortStatus::Use::Free;
@@ -120,6 +124,8 @@ QString PortStatus::Text() const
     switch (use) {
     case Use::Free:
         return QStringLiteral("free");
+    case Use::Network:
+        return QStringLiteral("behind the network, not asked");
     case Use::InUse:
         return isOurs ? QStringLiteral("in use by this program")
                       : QStringLiteral("in use by another program");
@@ -237,10 +243,12 @@ QList<PortStatus> Ports::WithUse(QList<PortStatus> ports)
 {
     QStringList devices;
     for (const PortStatus &port : std::as_const(ports))
-        if (port.use != PortStatus::Use::NotPresent)
+        if (port.use == PortStatus::Use::Free)
             devices.append(port.device);
     const std::map<QString, qint64> users = UsersOfPorts(devices);
     for (PortStatus &port : ports) {
+        if (port.use == PortStatus::Use::Network)
+            continue;
         const QFileInfo info(port.device);
         if (const auto user = users.find(port.device); user != users.end()) {
             port.use = PortStatus::Use::InUse;
@@ -288,6 +296,14 @@ QString Ports::PluggedIn(const QString &path) const
 {
     if (path.isEmpty())
         return QStringLiteral("No device has been chosen for this port.");
+    if (PortAddress::IsMeant(path)) {
+        const QString why = PortAddress::WhyNot(path);
+        return why.isEmpty()
+                   ? QStringLiteral("Behind the network. Nothing on this line is secret, and nothing "
+                                    "proves who answers: keep it inside the machine network or in a "
+                                    "tunnel.")
+                   : why;
+    }
     const QList<SerialDevice> present = present_();
     if (const SerialDevice *device = FindDevice(present, path))
         return device->description;

@@ -19,9 +19,15 @@ struct SerialDevice {
     QString product = {};      ///< maker's and product's number: whose serial number that is
 };
 
-/** What stands behind a port number now. */
+/** What stands behind a port number now: a device of this computer, or an address (PortAddress). */
 struct PortStatus {
-    enum class Use : std::uint8_t { Free, InUse, NoPermission, NotPresent };
+    enum class Use : std::uint8_t {
+        Free,
+        Network, ///< behind the network, where nobody looks without being asked to
+        InUse,
+        NoPermission,
+        NotPresent,
+    };
 
     int number = 0; ///< 0 for a device that no number stands for
     QString device = {};
@@ -36,6 +42,8 @@ struct PortStatus {
     QString Name() const;
     /** The use in words. */
     QString Text() const;
+    /** Whether a drive can be looked for there. */
+    bool CanBeAsked() const { return use == Use::Free || use == Use::Network; }
 };
 
 /**

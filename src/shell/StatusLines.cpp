@@ -2,9 +2,10 @@
 
 #include "blocks/FormTripRecord.h"
 #include "model/Faults.h"
-#include "platform/Guard.h"
-#include "platform/Strip.h"
 #include "operations/Engines.h"
+#include "platform/Guard.h"
+#include "platform/PortAddress.h"
+#include "platform/Strip.h"
 #include "shell/MDIFormMain.h"
 #include "shell/OpenWindows.h"
 #include "shell/StatusBarMain.h"
@@ -112,11 +113,16 @@ void StatusLines::FollowEngines()
     });
 }
 
-QString StatusLines::PortText() const
+QString StatusLines::Device() const
 {
     const MSComm &port = engines_.link.MSComm1;
-    const int number = port.CommPort();
-    const QString device = port.DeviceOf ? port.DeviceOf(number) : QString();
+    return port.DeviceOf ? port.DeviceOf(port.CommPort()) : QString();
+}
+
+QString StatusLines::PortText() const
+{
+    const int number = engines_.link.MSComm1.CommPort();
+    const QString device = Device();
     const QString name = QStringLiteral("Com%1").arg(number);
     return device.isEmpty() ? name : name + QStringLiteral(" (") + device + u')';
 }
@@ -189,7 +195,8 @@ void StatusLines::ShowLost()
     QString sentence =
         QStringLiteral("No answer from the drive since %1 on %2. Values are old.").arg(since, PortText());
     if (search.Found() == Finding::NoAdapter)
-        sentence += QStringLiteral(" The adapter is not plugged in.");
+        sentence += PortAddress::IsMeant(Device()) ? QStringLiteral(" The server is not reached.")
+                                                   : QStringLiteral(" The adapter is not plugged in.");
     else if (search.Found() == Finding::InUse)
         sentence += QStringLiteral(" Another program has the port.");
     strip_.Show({LinkLine,

@@ -25,6 +25,7 @@ public:
      * @param text empty where no state is known. */
     void ShowDriveState(const QString &text);
     /** "Com5 (/dev/ttyUSB0)". */
+    QString Device() const;
     QString PortText() const;
 
 private:

@@ -46,8 +46,9 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
 
     comboDevice_->setObjectName(QStringLiteral("ComboDevice"));
     comboDevice_->setAccessibleName(QStringLiteral("Device behind the com port"));
-    comboDevice_->setToolTip(
-        QStringLiteral("The device that this com port stands for. Choose another, or type its path."));
+    comboDevice_->setToolTip(QStringLiteral("The device that this com port stands for. Choose another, or "
+                                            "type its path, or tcp://host:port or rfc2217://host:port "
+                                            "for one behind the network."));
     comboDevice_->setEditable(true);
     comboDevice_->setInsertPolicy(QComboBox::NoInsert);
     // A path stands as it was typed, not as one in the list goes on.
@@ -58,8 +59,8 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
     labelPluggedIn_->setObjectName(QStringLiteral("LabelPluggedIn"));
     labelPluggedIn_->setTextFormat(Qt::PlainText);
     labelPluggedIn_->setWordWrap(true);
-    // Room for a long name, so that the window does not jump while adapters come and go.
-    labelPluggedIn_->setMinimumHeight(2 * labelPluggedIn_->fontMetrics().lineSpacing());
+    // Room for a long name, or what is to be said of an address, so that the window does not jump.
+    labelPluggedIn_->setMinimumHeight(3 * labelPluggedIn_->fontMetrics().lineSpacing());
     labelPluggedIn_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     auto *labelCommPort = new QLabel(QStringLiteral("Com Port:"), this);

@@ -175,7 +175,7 @@ void PortList::Show(const QList<PortStatus> &ports)
     if (ports == shown_)
         return;
     for (const PortStatus &port : ports)
-        if (port.use != PortStatus::Use::Free)
+        if (!port.CanBeAsked())
             answers_.erase(port.device);
     const QSignalBlocker quiet(treePorts_);
     // Where the user stands in the list, and what is in sight of it, stays.
@@ -197,7 +197,7 @@ void PortList::Show(const QList<PortStatus> &ports)
 void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
 {
     const auto answer = answers_.find(port.device);
-    const bool isAnswered = port.use == PortStatus::Use::Free && answer != answers_.end();
+    const bool isAnswered = port.CanBeAsked() && answer != answers_.end();
     const QString state = !isAnswered ? port.Text()
                           : answer->second.kind == DriveProbe::Answer::Kind::Drive
                               ? QStringLiteral("a Sarvex drive answers")
