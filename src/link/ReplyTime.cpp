@@ -14,6 +14,9 @@ namespace
 constexpr double OfVariation = 1.0 / 4;
 constexpr double OfTime = 1.0 / 8;
 constexpr double Variations = 4;
+/** A line that is dead is to be known as such after a few misses, so the time grows less than TCP's. */
+constexpr double LongerEach = 0.5;
+constexpr double LongestFactor = 2;
 
 } // namespace
 
@@ -31,9 +34,9 @@ void ReplyTime::Answered(double milliseconds)
 {
     if (!isOverNetwork_)
         return;
-    backedOff_ = 1;
     if (std::exchange(isDoubtful_, false))
         return;
+    backedOff_ = 1;
     variation_ += OfVariation * (std::abs(smoothed_ - milliseconds) - variation_);
     smoothed_ += OfTime * (milliseconds - smoothed_);
 }
@@ -41,7 +44,7 @@ void ReplyTime::Answered(double milliseconds)
 void ReplyTime::Missed()
 {
     isDoubtful_ = true;
-    backedOff_ = std::min(2 * backedOff_, LongestMs);
+    backedOff_ = std::min(backedOff_ + LongerEach, LongestFactor);
 }
 
 int ReplyTime::TimeoutMs() const

@@ -22,7 +22,7 @@ public:
     /** A reply has come after so many milliseconds. The first one after a miss tells nothing: it may be the
      * one that was missed. */
     void Answered(double milliseconds);
-    /** None has come: the next one gets twice the time. */
+    /** None has come: the next ones get more time, up to twice as much. */
     void Missed();
 
     /** Between the time-out on a wire and LongestMs. */
@@ -34,7 +34,7 @@ private:
     bool isOverNetwork_ = false;
     bool isDoubtful_ = false;
     int onWireMs_ = 0;
-    int backedOff_ = 1; ///< factor
+    double backedOff_ = 1; ///< factor, until a reply can be told again
     double smoothed_ = 0;
     double variation_ = 0;
 };

@@ -24,9 +24,11 @@ NetworkTransport::NetworkTransport(PortAddress address)
 {
     if (address_.protocol == PortAddress::Protocol::Rfc2217)
         control_.emplace();
+    again_.setSingleShot(true);
     limit_.setSingleShot(true);
     settle_.setSingleShot(true);
     On(&limit_, &QTimer::timeout, this, [this] { TimeOut(); });
+    On(&again_, &QTimer::timeout, this, [this] { Connect(); });
     On(&settle_, &QTimer::timeout, this, [this] { End(Failure::None, {}); });
     On(&socket_, &QTcpSocket::hostFound, this, [this] { asked_.start(); });
     On(&socket_, &QTcpSocket::connected, this, [this] { Connected(); });
@@ -42,8 +44,16 @@ NetworkTransport::~NetworkTransport()
 
 void NetworkTransport::Open()
 {
-    step_ = Step::Connecting;
     limit_.start(OpenLimitMs);
+    Connect();
+}
+
+void NetworkTransport::Connect()
+{
+    if (control_)
+        control_.emplace();
+    said_.clear();
+    step_ = Step::Connecting;
     asked_.start();
     socket_.connectToHost(address_.host, address_.port);
 }
@@ -123,6 +133,13 @@ void NetworkTransport::SocketEnded()
         Receive();
         if (step_ != Step::Settling)
             return;
+        settle_.stop();
+        if (OpenLimitMs - limit_.remainingTime() < BusyLimitMs) {
+            step_ = Step::Waiting;
+            socket_.abort();
+            again_.start(BusyPauseMs);
+            return;
+        }
         const QString said = SaidText();
         End(Failure::InUse,
             QStringLiteral(
@@ -154,7 +171,7 @@ void NetworkTransport::SocketEnded()
 
 void NetworkTransport::TimeOut()
 {
-    if (step_ == Step::Connecting)
+    if (step_ == Step::Connecting || step_ == Step::Waiting)
         End(Failure::NotReached,
             QStringLiteral("%1 did not answer within %2 seconds. Check cable, address and "
                            "network.")
@@ -170,6 +187,7 @@ void NetworkTransport::TimeOut()
 
 void NetworkTransport::End(Failure failure, const QString &sentence)
 {
+    again_.stop();
     limit_.stop();
     settle_.stop();
     step_ = failure == Failure::None ? Step::Open : Step::Closed;
@@ -182,6 +200,7 @@ void NetworkTransport::End(Failure failure, const QString &sentence)
 void NetworkTransport::Close()
 {
     const bool wasOpen = std::exchange(step_, Step::Closed) == Step::Open;
+    again_.stop();
     limit_.stop();
     settle_.stop();
     socket_.disconnect(this);

@@ -29,6 +29,11 @@ public:
     /** How long a raw connection must stand before it counts, in milliseconds. */
     static constexpr int SettleMs = 100;
 
+    /** For how long a connection that is closed at once is tried again: a server lets go of its port only a
+     * moment after the last client has left. In milliseconds, and the pause between. */
+    static constexpr int BusyLimitMs = 1500;
+    static constexpr int BusyPauseMs = 200;
+
     explicit NetworkTransport(PortAddress address);
     ~NetworkTransport() override;
 
@@ -40,8 +45,9 @@ public:
     int RoundTripMs() const override { return roundTripMs_; }
 
 private:
-    enum class Step : std::uint8_t { Closed, Connecting, Settling, Open };
+    enum class Step : std::uint8_t { Closed, Connecting, Settling, Waiting, Open };
 
+    void Connect();
     void Connected();
     void Receive();
     void Agree();
@@ -56,6 +62,7 @@ private:
     Step step_ = Step::Closed;
     QTimer limit_;
     QTimer settle_;
+    QTimer again_;
     QElapsedTimer asked_;
     int roundTripMs_ = 1;
     QByteArray buffer_; ///< of the line, not fetched yet
