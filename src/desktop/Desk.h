@@ -7,6 +7,9 @@
 #include <cstdint>
 #include <functional>
 
+class QMenu;
+class QWidget;
+
 namespace quorvik
 {
 
@@ -60,6 +63,9 @@ struct Desk {
     std::function<void(int p)> ShowOnMap = [](int) {};
     /** Opens the list of all parameters at the row of one. Filled in by the shell. */
     std::function<void(int p)> ShowInList = [](int) {};
+    /** The context menu of a parameter's value box, for a window that shows it otherwise; none where a part
+     * of the program is tried by itself. It deletes itself once it is closed. Filled in by the shell. */
+    std::function<QMenu *(int p, QWidget *parent)> MenuOf = [](int, QWidget *) -> QMenu * { return nullptr; };
     /** Opens the comparison of the open set with the factory's at one parameter. Filled in by the shell. */
     std::function<void(int p)> CompareWithFactory = [](int) {};
     /** Opens the trend recorder and adds a parameter to what it records. Filled in by the shell. */

@@ -79,8 +79,7 @@ QString ValueFacts::Values() const
 QString ValueFacts::Limits() const
 {
     const ParamRecord &record = Record();
-    QString range = ShownText(record.Min, record.Attributes) + QStringLiteral(" to ") +
-                    ShownText(record.Max, record.Attributes);
+    QString range = RangeText(record.Min, record.Max, record.Attributes);
     if (IsEnumerated(TypeCode(record.Attributes))) {
         QStringList options;
         const int count = EnumCount(TypeCode(record.Attributes));

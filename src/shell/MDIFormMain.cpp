@@ -2,6 +2,7 @@
 #include "shell/OpenWindows.h"
 
 #include "blocks/BlockCatalogue.h"
+#include "blocks/BoxMenu.h"
 #include "blocks/DriveCircuit.h"
 #include "desktop/HTMLHelp.h"
 #include "map/FormMap.h"
@@ -83,6 +84,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     setObjectName(QStringLiteral("MDIFormMain"));
     desk_.ShowOnMap = [this](int p) { OpenMap(desk_, p); };
     desk_.TheCircuit = [this] { return &TheCircuit(); };
+    desk_.MenuOf = [this](int p, QWidget *parent) { return MakeBoxMenu(desk_, p, parent, {}); };
     desk_.ShowInList = [this](int p) { ShowInList(*this, p); };
     desk_.CompareWithFactory = [this](int p) { ShowFactoryComparison(*this, p); };
     desk_.AddToTrend = [this](int p) { AddToTrend(*this, p); };

@@ -330,7 +330,9 @@ void Album::TakeOthers()
     recordings->close();
 
     FilePrint print(desk_);
+    desk_.BlockOf = [](int p) { return BlocksShowing(p).value(0); };
     auto *list = new FormViewParameters(desk_, print, ReportFilter::All);
+    list->resize(list->sizeHint());
     Take(*list, list->objectName(), list->HelpTopic());
     list->close();
 

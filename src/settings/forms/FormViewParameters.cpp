@@ -1,8 +1,10 @@
 #include "settings/forms/FormViewParameters.h"
 
+#include "compare/Differences.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
+#include "operations/EntryRules.h"
 #include "platform/Asker.h"
 #include "platform/Guard.h"
 #include "platform/SettingsStore.h"
@@ -11,10 +13,13 @@
 #include "settings/forms/ParameterListModel.h"
 #include "settings/forms/ValueDelegate.h"
 
+#include <QAction>
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTreeView>
@@ -26,7 +31,8 @@ namespace
 {
 
 /** Widths of the columns in characters. */
-constexpr std::array<int, ParameterListModel::Columns> ColumnCharacters = {8, 44, 16, 16, 10, 8};
+constexpr std::array<int, ParameterListModel::Columns> ColumnCharacters = {8, 36, 14, 16, 10,
+                                                                           8, 22, 7,  24, 14};
 /** How often the list follows the table, in milliseconds. */
 constexpr int FollowInterval = 250;
 
@@ -40,6 +46,20 @@ const QString &ShowStatesKey()
 {
     static const QString key = QStringLiteral("Show State and Age");
     return key;
+}
+
+const QString &ColumnsKey()
+{
+    static const QString key = QStringLiteral("Columns");
+    return key;
+}
+
+/** Whether number or name have all the words, each in any part of them. */
+bool HasWords(const ReportRow &row, const QStringList &words)
+{
+    const QString text = row.numberText + u' ' + row.name;
+    return std::ranges::all_of(
+        words, [&text](const QString &word) { return text.contains(word, Qt::CaseInsensitive); });
 }
 
 QPushButton *MakeButton(QWidget *form, const QString &name, const QString &caption)
@@ -60,19 +80,77 @@ const QString &FormViewParameters::Caption()
 FormViewParameters::FormViewParameters(Desk &desk, FilePrint &print, ReportFilter filter)
     : Form(desk, QStringLiteral("FormViewParameters"), Caption(), QStringLiteral("View Parameters.htm"))
     , filter_(filter)
-    , list_(new ParameterListModel(desk.table, desk.states, this))
+    , list_(new ParameterListModel(desk.table, desk.states, desk.BlockOf, this))
     , listView_(new QTreeView(this))
     , checkStates_(new QCheckBox(QStringLiteral("Show &state and age"), this))
+    , checkSettings_(new QCheckBox(QStringLiteral("Settings on&ly"), this))
+    , textSearch_(new QLineEdit(this))
     , labelTotal_(new QLabel(this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(MakeFilters());
+    layout->addWidget(MakeSearch());
     layout->addWidget(MakeListView(), 1);
     layout->addWidget(MakeCommands(print));
     SelectView(filter);
     BuildList();
+    ReadFile();
     FollowTable();
+    MakeKeys();
     listView_->setFocus();
+}
+
+QWidget *FormViewParameters::MakeSearch()
+{
+    auto *search = new QWidget(this);
+    auto *layout = new QHBoxLayout(search);
+    layout->setContentsMargins({});
+    auto *label = new QLabel(QStringLiteral("&Number or name:"), search);
+    label->setBuddy(textSearch_);
+    textSearch_->setObjectName(QStringLiteral("TextSearch"));
+    textSearch_->setAccessibleName(QStringLiteral("Part of number or name"));
+    textSearch_->setClearButtonEnabled(true);
+    textSearch_->setPlaceholderText(QStringLiteral("any part of them"));
+    On(textSearch_, &QLineEdit::textChanged, this, [this] { BuildList(); });
+    checkSettings_->setObjectName(QStringLiteral("CheckSettings"));
+    checkSettings_->setToolTip(QStringLiteral("Leaves out what the drive measures, its clock and commands"));
+    On(checkSettings_, &QCheckBox::toggled, this, [this] { BuildList(); });
+    layout->addWidget(label);
+    layout->addWidget(textSearch_, 1);
+    layout->addWidget(checkSettings_);
+    return search;
+}
+
+void FormViewParameters::MakeKeys()
+{
+    const auto add = [this](const QList<QKeySequence> &keys, void (*act)(Desk & desk, int p)) {
+        auto *action = new QAction(listView_);
+        action->setShortcuts(keys);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        On(action, &QAction::triggered, this, [this, act] {
+            if (const int p = CurrentParameter(); p >= 0)
+                act(desk(), p);
+        });
+        listView_->addAction(action);
+        return action;
+    };
+    QAction *open = add({Qt::Key_Return, Qt::Key_Enter}, [](Desk &desk, int p) { desk.ShowParameter(p); });
+    add({Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter},
+        [](Desk &desk, int p) { desk.rules.EditParameter(desk.table.AccessClass(p), p); });
+    On(listView_, &QTreeView::doubleClicked, open, [open](const QModelIndex &) { open->trigger(); });
+    listView_->setContextMenuPolicy(Qt::CustomContextMenu);
+    On(listView_, &QWidget::customContextMenuRequested, this,
+       [this](const QPoint &place) { ShowRowMenu(place); });
+    // From the field into the rows without the Tab key.
+    auto *down = new QAction(textSearch_);
+    down->setShortcut(Qt::Key_Down);
+    down->setShortcutContext(Qt::WidgetShortcut);
+    On(down, &QAction::triggered, this, [this] {
+        if (!listView_->currentIndex().isValid())
+            listView_->setCurrentIndex(list_->index(0, 0));
+        listView_->setFocus();
+    });
+    textSearch_->addAction(down);
 }
 
 QWidget *FormViewParameters::MakeFilters()
@@ -117,7 +195,6 @@ QWidget *FormViewParameters::MakeListView()
     listView_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     listView_->setModel(list_);
     listView_->setItemDelegateForColumn(ParameterListModel::ValueColumn, new ValueDelegate(listView_));
-    ShowStates(WantsStates());
     QHeaderView *header = listView_->header();
     const int character = fontMetrics().averageCharWidth();
     int width = 0;
@@ -125,13 +202,16 @@ QWidget *FormViewParameters::MakeListView()
         header->resizeSection(column, ColumnCharacters[std::size_t(column)] * character);
         width += ColumnCharacters[std::size_t(column)] * character;
     }
-    // In a narrower window the names give way, not the values behind them.
-    header->setStretchLastSection(false);
-    header->setSectionResizeMode(1, QHeaderView::Stretch);
+    header->setStretchLastSection(true);
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    On(header, &QWidget::customContextMenuRequested, this,
+       [this](const QPoint &place) { ShowColumnsMenu(place); });
+    RestoreColumns();
     // No column sorts before it is clicked.
     header->setSortIndicator(-1, Qt::AscendingOrder);
     listView_->setSortingEnabled(true);
-    listView_->setMinimumSize(width / 2, fontMetrics().lineSpacing() * 8);
+    ShowStates(WantsStates());
+    listView_->setMinimumSize(width / 3, fontMetrics().lineSpacing() * 8);
     size_ = QSize(width + 3 * fontMetrics().height(), fontMetrics().lineSpacing() * 32);
     return listView_;
 }
@@ -181,8 +261,73 @@ void FormViewParameters::SelectParameter(int p)
 
 void FormViewParameters::BuildList()
 {
-    list_->SetRows(CollectRows(desk().table, filter_));
+    const int current = CurrentParameter();
+    QList<ReportRow> rows = CollectRows(desk().table, filter_);
+    const QStringList words = textSearch_->text().split(u' ', Qt::SkipEmptyParts);
+    const bool onlySettings = checkSettings_->isChecked();
+    rows.removeIf([&](const ReportRow &row) {
+        return !HasWords(row, words) ||
+               (onlySettings && KindOf(row.param, desk().table[row.param].Attributes) != RowKind::Setting);
+    });
+    list_->SetRows(rows);
     labelTotal_->setText(QStringLiteral("Total: %1").arg(list_->rowCount()));
+    SelectParameter(current);
+}
+
+int FormViewParameters::CurrentParameter() const
+{
+    const QModelIndex current = listView_->currentIndex();
+    const int p = current.isValid() ? Rows().at(current.row()).param : -1;
+    // A drive with fewer parameters may have come after the rows.
+    return p <= desk().table.UpperBound() ? p : -1;
+}
+
+void FormViewParameters::ReadFile()
+{
+    ParameterSet file;
+    fileShown_ = desk().document.FileName;
+    if (desk().document.FileName != Document::Unnamed()) {
+        QString failure;
+        file = ParameterSet::FromFile(desk().document.FileName, desk().table, failure);
+    }
+    list_->SetFile(std::move(file));
+}
+
+void FormViewParameters::RestoreColumns()
+{
+    const QString kept = desk().settings.GetSetting(Section(), ColumnsKey());
+    if (!kept.isEmpty())
+        listView_->header()->restoreState(QByteArray::fromBase64(kept.toLatin1()));
+}
+
+void FormViewParameters::Unload()
+{
+    desk().settings.SaveSetting(Section(), ColumnsKey(),
+                                QString::fromLatin1(listView_->header()->saveState().toBase64()));
+}
+
+void FormViewParameters::ShowColumnsMenu(const QPoint &place)
+{
+    QHeaderView *header = listView_->header();
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (int column = ParameterListModel::BlockColumn; column < ParameterListModel::Columns; ++column) {
+        QAction *entry = menu->addAction(ParameterListModel::HeadOf(column));
+        entry->setCheckable(true);
+        entry->setChecked(!header->isSectionHidden(column));
+        On(entry, &QAction::toggled, this,
+           [header, column](bool isShown) { header->setSectionHidden(column, !isShown); });
+    }
+    menu->popup(header->mapToGlobal(place));
+}
+
+void FormViewParameters::ShowRowMenu(const QPoint &place)
+{
+    const int p = CurrentParameter();
+    if (p < 0)
+        return;
+    if (QMenu *menu = desk().MenuOf(p, this))
+        menu->popup(listView_->viewport()->mapToGlobal(place));
 }
 
 void FormViewParameters::FollowTable()
@@ -190,6 +335,11 @@ void FormViewParameters::FollowTable()
     On(&desk().table.Signals(), &TableSignals::Changed, this,
        [this](const ParamChange &change) { changed_.insert(change.param); });
     On(&desk().states, &ValueStates::StateChanged, this, [this](int p) { changed_.insert(p); });
+    On(&desk().document, &Document::Saved, this, [this] { ReadFile(); });
+    On(&desk().document, &Document::TitleChanged, this, [this] {
+        if (fileShown_ != desk().document.FileName)
+            ReadFile();
+    });
     timerFollow_.setObjectName(QStringLiteral("TimerFollow"));
     timerFollow_.setInterval(FollowInterval);
     On(&timerFollow_, &QTimer::timeout, this, [this] { Follow(); });

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QLabel;
+class QLineEdit;
 class QRadioButton;
 class QTreeView;
 
@@ -19,8 +20,9 @@ class FilePrint;
 class ParameterListModel;
 
 /**
- * "View Parameters": the parameter table as a list, all of it or what differs from the factory values. Values
- * and their states follow the table; which rows there are changes on Refresh or with the filter.
+ * "View Parameters": the parameter table as a list, all of it or what differs from the factory values, and of
+ * that what is searched for. Values and their states follow the table; which rows there are changes on
+ * Refresh or with the filters. A row leads to its box, and can be edited.
  */
 class FormViewParameters : public Form
 {
@@ -45,6 +47,14 @@ public:
 private:
     void BuildList();
     QWidget *MakeFilters();
+    QWidget *MakeSearch();
+    void MakeKeys();
+    void RestoreColumns();
+    void ShowColumnsMenu(const QPoint &place);
+    void ShowRowMenu(const QPoint &place);
+    void ReadFile();
+    /** The parameter of the current row, or -1. */
+    int CurrentParameter() const;
     QWidget *MakeListView();
     void FollowTable();
     void Follow();
@@ -54,12 +64,19 @@ private:
     QWidget *MakeCommands(FilePrint &print);
     void CommandExport_Click();
 
+protected:
+    void Unload() override;
+
+private:
     ReportFilter filter_;
     QSize size_;
     ParameterListModel *list_;
     QTreeView *listView_;
     QCheckBox *checkStates_;
+    QCheckBox *checkSettings_;
+    QLineEdit *textSearch_;
     QLabel *labelTotal_;
+    QString fileShown_;     ///< whose values stand in the last column
     std::set<int> changed_; ///< since the list followed last
     QTimer timerFollow_{this};
     std::array<QRadioButton *, 2> optionView_{};

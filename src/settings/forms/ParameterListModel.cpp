@@ -1,6 +1,7 @@
 #include "settings/forms/ParameterListModel.h"
 
 #include "desktop/PlainText.h"
+#include "model/Conversions.h"
 #include "model/ParameterTable.h"
 #include "model/ShownText.h"
 
@@ -11,10 +12,11 @@ namespace quorvik
 {
 
 ParameterListModel::ParameterListModel(const ParameterTable &table, const ValueStates &states,
-                                       QObject *parent)
+                                       std::function<QString(int p)> blockOf, QObject *parent)
     : QAbstractTableModel(parent)
     , table_(table)
     , states_(states)
+    , blockOf_(std::move(blockOf))
 {
 }
 
@@ -35,7 +37,7 @@ void ParameterListModel::Follow(const std::set<int> &params)
         const ParamRecord &record = table_[shown.param];
         // One value without a text must not stop all others.
         shown.valueText = ShownText(record.Value, record.Attributes);
-        Q_EMIT dataChanged(index(row, ValueColumn), index(row, AgeColumn));
+        Q_EMIT dataChanged(index(row, ValueColumn), index(row, RangeColumn));
     }
 }
 
@@ -43,6 +45,13 @@ void ParameterListModel::FollowAges()
 {
     if (!rows_.isEmpty())
         Q_EMIT dataChanged(index(0, AgeColumn), index(rowCount() - 1, AgeColumn));
+}
+
+void ParameterListModel::SetFile(ParameterSet file)
+{
+    file_ = std::move(file);
+    if (!rows_.isEmpty())
+        Q_EMIT dataChanged(index(0, FileColumn), index(rowCount() - 1, FileColumn));
 }
 
 int ParameterListModel::rowCount(const QModelIndex &parent) const
@@ -73,19 +82,46 @@ std::optional<qint64> ParameterListModel::AgeOf(const ReportRow &row) const
     }
 }
 
+QString ParameterListModel::FileText(const ReportRow &row) const
+{
+    // A command in a file is none that would be given.
+    if (!file_.Knows(row.param) || Param::IsCommand(row.param))
+        return {};
+    const ParamRecord &record = file_.records[row.param];
+    return ShownText(record.Value, record.Attributes);
+}
+
 QString ParameterListModel::TextOf(const ReportRow &row, int column) const
 {
     if (column < ReportColumns)
         return ReportField(row, column);
-    if (column == StateColumn)
+    const ParamRecord *record = row.param <= table_.UpperBound() ? &table_[row.param] : nullptr;
+    switch (column) {
+    case StateColumn:
         return NameOf(StateOf(row));
-    const std::optional<qint64> age = AgeOf(row);
-    return age ? AgeText(*age) : QString();
+    case AgeColumn: {
+        const std::optional<qint64> age = AgeOf(row);
+        return age ? AgeText(*age) : QString();
+    }
+    case BlockColumn:
+        return blockOf_(row.param);
+    case UnitColumn:
+        return record ? UnitText(record->Attributes) : QString();
+    case RangeColumn:
+        return record ? RangeText(record->Min, record->Max, record->Attributes) : QString();
+    default:
+        return FileText(row);
+    }
 }
 
-QString ParameterListModel::ToolTipOf(const ReportRow &row) const
+QString ParameterListModel::ToolTipOf(const ReportRow &row, int column) const
 {
-    return row.param <= table_.UpperBound() ? PlainToolTip(states_.Describe(row.param)) : QString();
+    // What a column is too narrow for.
+    if (column == NameColumn || column >= BlockColumn)
+        return PlainToolTip(TextOf(row, column));
+    return column >= ValueColumn && row.param <= table_.UpperBound()
+               ? PlainToolTip(states_.Describe(row.param))
+               : QString();
 }
 
 QVariant ParameterListModel::data(const QModelIndex &index, int role) const
@@ -97,7 +133,7 @@ QVariant ParameterListModel::data(const QModelIndex &index, int role) const
     case StateRole:
         return int(StateOf(row));
     case Qt::ToolTipRole:
-        return index.column() >= ValueColumn ? QVariant(ToolTipOf(row)) : QVariant();
+        return ToolTipOf(row, index.column());
     case Qt::AccessibleTextRole:
         return index.column() == ValueColumn
                    ? QVariant(row.valueText + QStringLiteral(", ") + NameOf(StateOf(row)))
@@ -110,15 +146,22 @@ QVariant ParameterListModel::data(const QModelIndex &index, int role) const
     }
 }
 
-QVariant ParameterListModel::headerData(int section, Qt::Orientation orientation, int role) const
+QString ParameterListModel::HeadOf(int column)
 {
     static const QString heads[] = {QStringLiteral("Tag"),    QStringLiteral("Name"),
                                     QStringLiteral("Preset"), QStringLiteral("Value"),
-                                    QStringLiteral("State"),  QStringLiteral("Age")};
+                                    QStringLiteral("State"),  QStringLiteral("Age"),
+                                    QStringLiteral("Block"),  QStringLiteral("Unit"),
+                                    QStringLiteral("Range"),  QStringLiteral("In the file")};
+    return heads[column];
+}
+
+QVariant ParameterListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
     if (orientation != Qt::Horizontal)
         return {};
     if (role == Qt::DisplayRole)
-        return heads[section];
+        return HeadOf(section);
     if (role == Qt::TextAlignmentRole)
         return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
     return {};
@@ -140,6 +183,14 @@ void ParameterListModel::SortNow()
     const bool isDescending = sortOrder_ == Qt::DescendingOrder;
     if (sortColumn_ < ReportColumns) {
         SortRows(rows_, sortColumn_, isDescending);
+        return;
+    }
+    if (sortColumn_ > AgeColumn) {
+        std::ranges::stable_sort(rows_, [&](const ReportRow &left, const ReportRow &right) {
+            const int order =
+                TextOf(left, sortColumn_).compare(TextOf(right, sortColumn_), Qt::CaseInsensitive);
+            return isDescending ? order > 0 : order < 0;
+        });
         return;
     }
     const auto keyOf = [this](const ReportRow &row) {

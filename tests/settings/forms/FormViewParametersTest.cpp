@@ -1,9 +1,12 @@
 #include "settings/forms/FormViewParameters.h"
+#include "settings/SettingsFile.h"
 #include "settings/forms/FilePrint.h"
 #include "support/OnLine.h"
 #include "support/WindowTest.h"
 
 #include <QCheckBox>
+#include <QHeaderView>
+#include <QLineEdit>
 #include <QTreeView>
 
 namespace quorvik::testing
@@ -17,7 +20,7 @@ using namespace Param;
 class ViewParameters : public WindowTest
 {
 protected:
-    enum { ValueColumn = 3, StateColumn, AgeColumn };
+    enum { ValueColumn = 3, StateColumn, AgeColumn, BlockColumn, UnitColumn, RangeColumn, FileColumn };
 
     void Open(ReportFilter filter = ReportFilter::All)
     {
@@ -92,6 +95,59 @@ TEST_F(ViewParameters, ValuesFollowTheTableAndRowsStayWhereTheyAre)
     desk.table.Resize(Reference0);
     Follow();
     EXPECT_EQ(told, QStringList()) << "a drive with fewer parameters has come";
+}
+
+TEST_F(ViewParameters, SearchAndFilterChooseRowsAndKeysLeadOn)
+{
+    int shown = -1;
+    desk.desk.ShowParameter = [&shown](int p) {
+        shown = p;
+        return true;
+    };
+    Open();
+    auto *search = Find<QLineEdit>("TextSearch");
+    QTest::keyClicks(search, QStringLiteral("ERENCE 2"));
+    ASSERT_GT(form->Rows().size(), 1);
+    for (const ReportRow &row : form->Rows())
+        EXPECT_TRUE(row.name.contains(QLatin1String("erence"), Qt::CaseInsensitive))
+            << row.name.toStdString();
+    QTest::keyClick(search, Qt::Key_Down);
+    form->SelectParameter(Reference2);
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(shown, Reference2);
+    desk.asker.OnEditValue = [](int, std::int32_t) { return std::optional(777); };
+    QTest::keyClick(list, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(desk.table.Value(Reference2), 777);
+    search->clear();
+    const qsizetype all = form->Rows().size();
+    Click("CheckSettings");
+    EXPECT_LT(form->Rows().size(), all);
+    for (const ReportRow &row : form->Rows())
+        EXPECT_EQ(desk.table[row.param].Attributes & Attr::ReadOnly, 0) << row.param;
+}
+
+TEST_F(ViewParameters, ShowsWhatTheFileHoldsAndRemembersItsColumns)
+{
+    desk.desk.BlockOf = [](int p) {
+        return p == Reference1 ? QStringLiteral("Velocity Setpoint") : QString();
+    };
+    Open();
+    EXPECT_EQ(Cell(Reference1, FileColumn), "") << "there is no file";
+    const QString path = desk.folder.filePath(QStringLiteral("kept.Svx"));
+    desk.table.SetParamValue(Reference1, 4321, true, false);
+    ASSERT_EQ(SettingsFile(desk.table, desk.document).Save(path), QString());
+    desk.document.BecomeSaved(path);
+    desk.table.SetParamValue(Reference1, 1, true, false);
+    EXPECT_EQ(Cell(Reference1, FileColumn), "43.21 %");
+    EXPECT_EQ(Cell(Reference1, BlockColumn), "Velocity Setpoint");
+    EXPECT_EQ(Cell(Reference1, UnitColumn), "%");
+    EXPECT_NE(Cell(Reference1, RangeColumn).find(" to "), std::string::npos);
+    list->header()->resizeSection(BlockColumn, 333);
+    list->setColumnHidden(UnitColumn, true);
+    Close();
+    Open();
+    EXPECT_EQ(list->columnWidth(BlockColumn), 333);
+    EXPECT_TRUE(list->isColumnHidden(UnitColumn));
 }
 
 } // namespace
