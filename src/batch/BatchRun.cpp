@@ -4,6 +4,8 @@
 #include "platform/Guard.h"
 #include "platform/LoginName.h"
 
+#include <QCoreApplication>
+
 namespace quorvik
 {
 
@@ -27,6 +29,8 @@ BatchRun::BatchRun(const EnginePlaces &places, const QCommandLineParser &parser,
             engines_->drive.GiveUpReaching();
         else if (engines_->link.IsAskingForSize())
             engines_->drive.GoOffLine(OffLineReason::User);
+        else if (engines_->link.IsScanning())
+            engines_->link.CancelScan();
     });
 }
 
@@ -92,6 +96,14 @@ void BatchRun::GoOffLine()
         output_.Say(QStringLiteral("The drive loses what was written when its power goes, unless it saves "
                                    "it: --save has it do so."));
     engines_->drive.GoOffLine(OffLineReason::User);
+    // What the link has to say of its end comes through the event loop, which nobody runs any more.
+    QCoreApplication::sendPostedEvents();
+}
+
+QString BatchRun::PortDevice() const
+{
+    const MSComm &port = engines_->link.MSComm1;
+    return port.DeviceOf(port.CommPort());
 }
 
 ExitCode BatchRun::CodeOf(const OperationResult &result) const

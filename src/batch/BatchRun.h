@@ -41,6 +41,9 @@ public:
     /** Goes off line; what the drive has not saved in its memory is told. */
     void GoOffLine();
 
+    /** The device of the port that was chosen, as a path or an address; what names it to people. */
+    QString PortDevice() const;
+
     /** SIGINT or SIGTERM has come: the operation under way was cancelled, and no other is to begin. */
     bool IsInterrupted() const { return isInterrupted_; }
 

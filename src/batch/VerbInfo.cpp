@@ -1,41 +1,56 @@
 #include "batch/BatchRun.h"
+#include "batch/DriveReading.h"
 #include "batch/Verbs.h"
-#include "model/ShownText.h"
+#include "model/Conversions.h"
+#include "model/TextTables.h"
+#include "platform/RuntimeFailure.h"
 
 namespace quorvik
 {
 
+namespace
+{
+
+QVariant StateWord(const ParameterSet &set)
+{
+    if (!set.Knows(Param::DriveState))
+        return {};
+    const std::int32_t state = set.Value(Param::DriveState);
+    try {
+        return DriveStateText(state);
+    } catch (const RuntimeFailure &) {
+        return QString::number(state);
+    }
+}
+
+} // namespace
+
 ExitCode RunInfo(BatchRun &run)
 {
+    if (!run.Arguments().isEmpty())
+        return run.UsageFailure(QStringLiteral("info takes no argument."));
     if (const ExitCode code = run.GoOnLine(); code != ExitCode::Done)
         return code;
-    Engines &engines = run.Eng();
     const std::span<const int> params = DriveIdentity::Params();
     std::set<int> wanted{params.begin(), params.end()};
     wanted.insert(Param::DriveState);
-    const std::map<int, std::int32_t> values = engines.snapshots.ReadFresh(wanted);
-    if (values.empty())
-        return ExitCode::NoLink;
-    const auto value = [&values](int p) {
-        const auto found = values.find(p);
-        return found == values.end() ? std::nullopt : std::optional(found->second);
-    };
-    const auto shown = [&](int p) {
-        const std::optional<std::int32_t> raw = value(p);
-        return raw ? QVariant(ShownText(*raw, engines.table[p].Attributes)) : QVariant();
-    };
+    ParameterSet set;
+    const ExitCode code = ReadParams(run, wanted, set);
+    if (code == ExitCode::NoLink || code == ExitCode::Interrupted)
+        return code;
     run.Output().Begin(QStringLiteral("drive"),
                        {{QStringLiteral("model"), QStringLiteral("Model"), 12},
-                        {QStringLiteral("rated_current"), QStringLiteral("Rated current"), 14},
+                        {QStringLiteral("rated_amps"), QStringLiteral("Rated Amps"), 10, true},
                         {QStringLiteral("firmware"), QStringLiteral("Firmware"), 9},
                         {QStringLiteral("trigger_firmware"), QStringLiteral("Trigger"), 9},
-                        {QStringLiteral("operating_hours"), QStringLiteral("Hours"), 10},
-                        {QStringLiteral("last_parameter"), QStringLiteral("Last parameter"), 15, true},
+                        {QStringLiteral("operating_hours"), QStringLiteral("Hours"), 10, true},
+                        {QStringLiteral("last_parameter"), QStringLiteral("Last parameter"), 14, true},
                         {QStringLiteral("state"), QStringLiteral("State")}});
-    run.Output().Row({shown(Param::DriveModel), shown(Param::DriveCurrent),
-                      shown(Param::ControlFirmwareVersion), shown(Param::TriggerFirmwareVersion),
-                      shown(Param::OperatingHours), engines.table.LastParam, shown(Param::DriveState)});
-    return values.size() == wanted.size() ? ExitCode::Done : ExitCode::Differs;
+    run.Output().Row({ShownValue(set, Param::DriveModel), PlainValue(set, Param::DriveCurrent),
+                      ShownValue(set, Param::ControlFirmwareVersion),
+                      ShownValue(set, Param::TriggerFirmwareVersion), PlainValue(set, Param::OperatingHours),
+                      int(run.Eng().table.LastParam), StateWord(set)});
+    return code;
 }
 
 } // namespace quorvik

@@ -10,6 +10,8 @@ namespace
 
 constexpr Verb AllVerbs[] = {
     {"info", "", "Tells which drive answers: model, firmware, hours, state.", nullptr, RunInfo},
+    {"read", "[PARAMETER...]", "Reads parameters by number, range (10-20) or name; all where none is named.",
+     nullptr, RunRead},
 };
 
 } // namespace

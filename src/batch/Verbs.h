@@ -10,5 +10,6 @@ namespace quorvik
 class BatchRun;
 
 ExitCode RunInfo(BatchRun &run);
+ExitCode RunRead(BatchRun &run);
 
 } // namespace quorvik
