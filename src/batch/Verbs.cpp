@@ -12,6 +12,10 @@ constexpr Verb AllVerbs[] = {
     {"info", "", "Tells which drive answers: model, firmware, hours, state.", nullptr, RunInfo},
     {"read", "[PARAMETER...]", "Reads parameters by number, range (10-20) or name; all where none is named.",
      nullptr, RunRead},
+    {"write", "PARAMETER=VALUE...",
+     "Writes values as shown (226=5.0, 226=\"5.0 Sec\") or raw (226=raw:50), and "
+     "reads them back.",
+     AddWriteOptions, RunWrite},
 };
 
 } // namespace

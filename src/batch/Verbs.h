@@ -11,5 +11,7 @@ class BatchRun;
 
 ExitCode RunInfo(BatchRun &run);
 ExitCode RunRead(BatchRun &run);
+void AddWriteOptions(QCommandLineParser &parser);
+ExitCode RunWrite(BatchRun &run);
 
 } // namespace quorvik

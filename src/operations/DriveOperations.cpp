@@ -290,12 +290,18 @@ void DriveOperations::PromptSaveToDrive(OffLineReason reason)
                            "power loss or processor reset."),
             MsgButtons::YesNo, MsgIcon::Question, AppTitle()) != MsgAnswer::Yes)
         return;
+    SaveInMemory();
+}
+
+OperationResult DriveOperations::SaveInMemory()
+{
     if (SaveInDrive()) {
         document_.DriveModified = false;
-        return;
+        return {};
     }
     table_.DropCommand(Param::SaveParameters);
     ShowNotSavedMessage();
+    return {table_.PortOpen() ? Outcome::Refused : Outcome::LinkLost};
 }
 
 bool DriveOperations::SaveInDrive()

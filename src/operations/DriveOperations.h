@@ -83,7 +83,9 @@ public:
     /** Takes such parameters out of what is queued: they stay what the drive has. */
     void LeaveOut(const LeftOut &leftOut);
 
-    void SaveDriveParameters();            ///< command 406
+    void SaveDriveParameters(); ///< command 406
+    /** The same, and waits until the drive has done so; it is told where it has not. */
+    OperationResult SaveInMemory();
     OperationResult LoadDriveParameters(); ///< command 407
     OperationResult RestartDrive(Restart command);
 
