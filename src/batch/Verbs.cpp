@@ -16,6 +16,12 @@ constexpr Verb AllVerbs[] = {
      "Writes values as shown (226=5.0, 226=\"5.0 Sec\") or raw (226=raw:50), and "
      "reads them back.",
      AddWriteOptions, RunWrite},
+    {"backup", "FILE", "Reads the whole drive into a settings file.", AddBackupOptions, RunBackup},
+    {"restore", "FILE", "Writes a backup back to its drive; prints the plan, and does it with --yes.",
+     AddWriteSetOptions, RunRestore},
+    {"write-set", "FILE",
+     "Writes the settings of any file to the drive; prints the plan, and does it with --yes.",
+     AddWriteSetOptions, RunWriteSet},
 };
 
 } // namespace

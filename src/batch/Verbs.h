@@ -13,5 +13,10 @@ ExitCode RunInfo(BatchRun &run);
 ExitCode RunRead(BatchRun &run);
 void AddWriteOptions(QCommandLineParser &parser);
 ExitCode RunWrite(BatchRun &run);
+void AddBackupOptions(QCommandLineParser &parser);
+ExitCode RunBackup(BatchRun &run);
+void AddWriteSetOptions(QCommandLineParser &parser);
+ExitCode RunRestore(BatchRun &run);
+ExitCode RunWriteSet(BatchRun &run);
 
 } // namespace quorvik

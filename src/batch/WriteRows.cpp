@@ -42,7 +42,7 @@ void AddSaveOption(QCommandLineParser &parser)
                       QStringLiteral("Has the drive save its parameters in its memory afterwards.")});
 }
 
-void PrintReport(BatchRun &run)
+void PrintReport(BatchRun &run, bool onlyNews)
 {
     const WriteReport &report = run.Eng().safeWrites.Report();
     const ParameterTable &table = run.Eng().table;
@@ -63,6 +63,9 @@ void PrintReport(BatchRun &run)
     };
     for (const WrittenRow &row : report.rows) {
         const int p = row.value.param;
+        // Of a whole set people want to see what is another value now, or has not arrived.
+        if (isText && onlyNews && row.arrival == Arrival::Verified && row.rawBefore == row.value.rawValue)
+            continue;
         const bool isInTable = p <= table.LastParam;
         const std::int32_t attributes = isInTable ? table[p].Attributes : 0;
         QVariantList fields{p, isInTable ? QVariant(table[p].Name) : QVariant(),

@@ -94,6 +94,25 @@ void VerifiedWrite::RetryRefused()
     Resume(true);
 }
 
+UnfinishedWrite VerifiedWrite::Unfinished() const
+{
+    UnfinishedWrite unfinished{.report = report_, .rawBefore = {}, .begunAt = begunAt_};
+    for (int p = 0; p <= before_.LastParam(); ++p)
+        if (before_.Knows(p))
+            unfinished.rawBefore[p] = before_.Value(p);
+    return unfinished;
+}
+
+void VerifiedWrite::TakeUp(const UnfinishedWrite &unfinished)
+{
+    report_ = unfinished.report;
+    // Limits and access are the factory's until the drive's own selectors are in force.
+    std::map<int, std::int32_t> values = unfinished.rawBefore;
+    std::erase_if(values, [this](const auto &value) { return value.first > table_.LastParam; });
+    before_ = SetOfDrive(values, table_, {});
+    begunAt_ = unfinished.begunAt;
+}
+
 void VerifiedWrite::Cancel()
 {
     if (IsUnderWay())

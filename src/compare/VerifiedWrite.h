@@ -14,6 +14,13 @@ class Backups;
 class DriveLink;
 struct ScanResult;
 
+/** All that a resumption has to know of a write that ended early. */
+struct UnfinishedWrite {
+    WriteReport report;
+    std::map<int, std::int32_t> rawBefore; ///< the drive when the write was begun, by parameter
+    qint64 begunAt = 0;                    ///< seconds since 1970
+};
+
 /**
  * Writes a list of values to the drive and can answer for each: first the drive's set is read and kept as a
  * file, then the values are sent in an order in which none is refused for what is still to come, then all
@@ -41,6 +48,10 @@ public:
     void Resume(bool acceptsChanged);
     /** Sends what was refused once more. */
     void RetryRefused();
+    /** What another run of the program has to know to resume the last write, also while it is under way. */
+    UnfinishedWrite Unfinished() const;
+    /** Takes up such a write for Resume(); the last one's report is gone. Not while one is under way. */
+    void TakeUp(const UnfinishedWrite &unfinished);
     /** Stops between two parameters; what was sent is still read back. A second call ends that, too. */
     void Cancel();
 

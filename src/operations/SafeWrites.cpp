@@ -84,16 +84,21 @@ OperationResult SafeWrites::WriteOpenSet()
     for (int p = 0; p <= std::min<int>(table_.LastParam, set.LastParam()); ++p)
         if ((set.records[p].Attributes & Attr::ReadOnly) == 0 && !Param::IsClock(p) && !Param::IsCommand(p))
             values.push_back({p, set.Value(p)});
-    return WriteGuarded(values, set, true);
+    return WriteGuarded(values, set, true, true);
 }
 
 OperationResult SafeWrites::Write(const std::vector<ParamValue> &values, const ParameterSet &from)
 {
-    return table_.PortOpen() ? WriteGuarded(values, from, false) : OperationResult{Outcome::Refused};
+    return table_.PortOpen() ? WriteGuarded(values, from, false, false) : OperationResult{Outcome::Refused};
+}
+
+OperationResult SafeWrites::WriteWholeSet(const std::vector<ParamValue> &values, const ParameterSet &from)
+{
+    return table_.PortOpen() ? WriteGuarded(values, from, true, false) : OperationResult{Outcome::Refused};
 }
 
 OperationResult SafeWrites::WriteGuarded(const std::vector<ParamValue> &values, const ParameterSet &from,
-                                         bool isWhole)
+                                         bool isWhole, bool isOpenSet)
 {
     std::vector<ParamValue> chosen = values;
     if (guards_.Asking) {
@@ -105,7 +110,7 @@ OperationResult SafeWrites::WriteGuarded(const std::vector<ParamValue> &values, 
             return {isWhole && Guards::Forbids(fresh) ? Outcome::Refused : Outcome::Cancelled};
         std::erase_if(chosen, [&leftOut](const ParamValue &value) { return leftOut->contains(value.param); });
     }
-    isOpenSet_ = isWhole;
+    isOpenSet_ = isOpenSet;
     return Run([&] { writing_.Begin(chosen); });
 }
 

@@ -36,6 +36,8 @@ public:
      * @param from the set that the values are of, for the questions: its model and rated current.
      */
     OperationResult Write(const std::vector<ParamValue> &values, const ParameterSet &from);
+    /** The same of a whole set, which no drive that runs is given. */
+    OperationResult WriteWholeSet(const std::vector<ParamValue> &values, const ParameterSet &from);
     /** The rest of a write that ended early: goes on line where needed, and goes on with the same drive only.
      */
     OperationResult Resume();
@@ -51,7 +53,7 @@ Q_SIGNALS:
 
 private:
     OperationResult WriteGuarded(const std::vector<ParamValue> &values, const ParameterSet &from,
-                                 bool isWhole);
+                                 bool isWhole, bool isOpenSet);
     OperationResult EnsureOnLine();
     OperationResult Run(const std::function<void()> &begin);
     OperationResult ResultOfReport() const;
