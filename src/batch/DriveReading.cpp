@@ -6,6 +6,7 @@
 #include "model/FullNames.h"
 #include "model/ShownText.h"
 #include "model/TextTables.h"
+#include "platform/RuntimeFailure.h"
 
 #include <algorithm>
 
@@ -27,6 +28,18 @@ void AddLeads(int p, const std::map<int, std::int32_t> &values, std::set<int> &l
         // A selector hands over the limits of the parameter that it stands at.
         if (const auto found = values.find(lead); found != values.end() && found->second >= 0)
             AddLeads(found->second, values, leads);
+    }
+}
+
+/** A state by its word, as the status bar has it; of the table it is a number without a list. */
+QString TextOf(int p, std::int32_t rawValue, std::int32_t attributes)
+{
+    if (p != Param::DriveState)
+        return ShownText(rawValue, attributes);
+    try {
+        return DriveStateText(rawValue);
+    } catch (const RuntimeFailure &) {
+        return QString::number(rawValue);
     }
 }
 
@@ -96,7 +109,7 @@ QVariant PlainValue(const ParameterSet &set, int p)
 
 QVariant ShownValue(const ParameterSet &set, int p)
 {
-    return set.Knows(p) ? QVariant(ShownText(set.Value(p), set.records[p].Attributes)) : QVariant();
+    return set.Knows(p) ? QVariant(TextOf(p, set.Value(p), set.records[p].Attributes)) : QVariant();
 }
 
 QVariant RawValue(const ParameterSet &set, int p)

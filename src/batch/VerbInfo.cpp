@@ -1,29 +1,9 @@
 #include "batch/BatchRun.h"
 #include "batch/DriveReading.h"
 #include "batch/Verbs.h"
-#include "model/Conversions.h"
-#include "model/TextTables.h"
-#include "platform/RuntimeFailure.h"
 
 namespace quorvik
 {
-
-namespace
-{
-
-QVariant StateWord(const ParameterSet &set)
-{
-    if (!set.Knows(Param::DriveState))
-        return {};
-    const std::int32_t state = set.Value(Param::DriveState);
-    try {
-        return DriveStateText(state);
-    } catch (const RuntimeFailure &) {
-        return QString::number(state);
-    }
-}
-
-} // namespace
 
 ExitCode RunInfo(BatchRun &run)
 {
@@ -49,7 +29,7 @@ ExitCode RunInfo(BatchRun &run)
     run.Output().Row({ShownValue(set, Param::DriveModel), PlainValue(set, Param::DriveCurrent),
                       ShownValue(set, Param::ControlFirmwareVersion),
                       ShownValue(set, Param::TriggerFirmwareVersion), PlainValue(set, Param::OperatingHours),
-                      int(run.Eng().table.LastParam), StateWord(set)});
+                      int(run.Eng().table.LastParam), ShownValue(set, Param::DriveState)});
     return code;
 }
 

@@ -9,9 +9,12 @@ namespace
 {
 
 constexpr Verb AllVerbs[] = {
+    {"ports", "", "Tells which ports there are, and at which of them a drive answers.", AddPortsOptions,
+     RunPorts},
     {"info", "", "Tells which drive answers: model, firmware, hours, state.", nullptr, RunInfo},
     {"read", "[PARAMETER...]", "Reads parameters by number, range (10-20) or name; all where none is named.",
      nullptr, RunRead},
+    {"watch", "PARAMETER...", "Prints values as fast as the line tells them.", AddWatchOptions, RunWatch},
     {"write", "PARAMETER=VALUE...",
      "Writes values as shown (226=5.0, 226=\"5.0 Sec\") or raw (226=raw:50), and "
      "reads them back.",
@@ -22,6 +25,10 @@ constexpr Verb AllVerbs[] = {
     {"write-set", "FILE",
      "Writes the settings of any file to the drive; prints the plan, and does it with --yes.",
      AddWriteSetOptions, RunWriteSet},
+    {"compare", "A B", "Tells in what two sets differ: a file, \"drive\" or \"factory\" each.",
+     AddCompareOptions, RunCompare},
+    {"list", "FILE", "Lists a settings file, the \"drive\" or the \"factory\" set.", AddListOptions, RunList},
+    {"journal", "", "Lists what was changed, the newest first.", AddJournalOptions, RunJournal},
 };
 
 } // namespace

@@ -11,6 +11,8 @@ class BatchRun;
 
 ExitCode RunInfo(BatchRun &run);
 ExitCode RunRead(BatchRun &run);
+void AddWatchOptions(QCommandLineParser &parser);
+ExitCode RunWatch(BatchRun &run);
 void AddWriteOptions(QCommandLineParser &parser);
 ExitCode RunWrite(BatchRun &run);
 void AddBackupOptions(QCommandLineParser &parser);
@@ -18,5 +20,13 @@ ExitCode RunBackup(BatchRun &run);
 void AddWriteSetOptions(QCommandLineParser &parser);
 ExitCode RunRestore(BatchRun &run);
 ExitCode RunWriteSet(BatchRun &run);
+void AddCompareOptions(QCommandLineParser &parser);
+ExitCode RunCompare(BatchRun &run);
+void AddListOptions(QCommandLineParser &parser);
+ExitCode RunList(BatchRun &run);
+void AddPortsOptions(QCommandLineParser &parser);
+ExitCode RunPorts(BatchRun &run);
+void AddJournalOptions(QCommandLineParser &parser);
+ExitCode RunJournal(BatchRun &run);
 
 } // namespace quorvik
