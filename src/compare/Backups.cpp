@@ -4,6 +4,7 @@
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/TextTables.h"
+#include "platform/FileLock.h"
 #include "platform/RuntimeFailure.h"
 #include "settings/SettingsFile.h"
 
@@ -16,6 +17,9 @@ namespace quorvik
 
 namespace
 {
+
+/** How long another program may take to keep a set of its own, in milliseconds. */
+constexpr int MostWaitMs = 3000;
 
 const QString &TimeForm()
 {
@@ -66,6 +70,9 @@ QString Backups::Keep(const ParameterSet &set, const ParameterTable &like, const
     const QDir folder(folder_);
     if (!folder.mkpath(QStringLiteral(".")))
         return QStringLiteral("The folder %1 cannot be made.").arg(QDir::toNativeSeparators(folder_));
+    // Two programs that keep a set in the same second would find the same name free.
+    FileLock lock(folder.filePath(QStringLiteral(".lock")));
+    lock.Acquire(MostWaitMs);
     ParameterTable table = TableOf(set, like);
     Document document(table);
     document.Notes = QStringLiteral("The drive's set as it was on %1, before something was written to it.")
