@@ -40,6 +40,8 @@ void AddOnlineRound(Tour &tour);
 void AddWindowsJob(Tour &tour);
 /** What the windows job has left, after a restart. */
 void AddKeptWindows(Tour &tour);
+/** The list of recent files, after a restart. */
+void AddRecentFilesJob(Tour &tour);
 /** Ends the program, starts it again, opens the file of the main job and looks at what it holds. */
 void AddRestart(Tour &tour);
 /** The windows that are of use off line, and both Mentors page by page. */

@@ -76,6 +76,7 @@ int main(int argc, char **argv)
     AddWindowsJob(tour);
     AddRestart(tour);
     AddKeptWindows(tour);
+    AddRecentFilesJob(tour);
     AddOfflineRound(tour);
     AddLeaving(tour);
     QObject::connect(&tour, &Tour::Finished, &application,

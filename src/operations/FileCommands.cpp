@@ -44,10 +44,22 @@ OperationResult FileCommands::Open()
     const std::optional<QString> path = saving_.ChooseFile();
     if (!path)
         return {Outcome::Cancelled};
+    return LoadChosen(*path);
+}
+
+OperationResult FileCommands::Open(const QString &path)
+{
+    if (!saving_.PromptSaveChanges())
+        return {Outcome::Cancelled};
+    return LoadChosen(path);
+}
+
+OperationResult FileCommands::LoadChosen(const QString &path)
+{
     bool isLoaded = false;
-    OperationResult result = Load(*path, isLoaded);
+    OperationResult result = Load(path, isLoaded);
     if (isLoaded)
-        saving_.SaveTo(*path);
+        saving_.SaveTo(path);
     return result;
 }
 

@@ -24,12 +24,15 @@ public:
 
     OperationResult New();
     OperationResult Open();
+    /** The same for a file that is chosen already. */
+    OperationResult Open(const QString &path);
     OperationResult ReadFromDrive(); ///< goes on line for it, and off line again
     OperationResult WriteToDrive();  ///< the same
     /** Loads a file, telling the user of a failure; on line, sends it to the drive. */
     OperationResult LoadAndAssignSettingsFromFile(const QString &path);
 
 private:
+    OperationResult LoadChosen(const QString &path);
     /** @param isLoaded gets whether the open set is the file's now, whatever became of sending it. */
     OperationResult Load(const QString &path, bool &isLoaded);
     OperationResult ResultOf(const QString &failure);

@@ -95,7 +95,8 @@ void FindAccess::AddCommands(FindIndex &index) const
         if (row.kind == MenuKind::Menu) {
             menu = Plain(row.caption);
             isShown = main_.Menus().Entry(name)->isVisible();
-        } else if (row.kind != MenuKind::Separator && isShown && name != QLatin1String(ItsOwnEntry)) {
+        } else if (row.kind != MenuKind::Separator && row.kind != MenuKind::Submenu && isShown &&
+                   name != QLatin1String(ItsOwnEntry)) {
             index.Add({FindKind::Command, 0, name, Plain(row.caption), menu}, {});
         }
     }

@@ -9,8 +9,10 @@
 #include "operator/OperatorLinks.h"
 #include "platform/Guard.h"
 #include "platform/Waiting.h"
+#include "shell/DroppedFiles.h"
 #include "shell/Icons.h"
 #include "shell/NoticeStrip.h"
+#include "shell/RecentFiles.h"
 #include "shell/StatusBarMain.h"
 #include "shell/StatusLines.h"
 #include "shell/UndoEntries.h"
@@ -167,6 +169,10 @@ void MDIFormMain::ConnectCommands()
     AddKeys(this);
     menus_.FollowFront(*windows_);
     new UndoEntries(engines_, menus_, this);
+    const auto open = [this](const QString &path) { engines_.fileCommands.Open(path); };
+    new RecentFiles(engines_.document, surroundings_.settings, strip_,
+                    menus_.Menu(QStringLiteral("mnuFileRecent")), open, this);
+    new DroppedFiles(this, strip_, open);
 }
 
 void MDIFormMain::AddKeys(QWidget *window)

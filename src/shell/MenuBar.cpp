@@ -38,6 +38,10 @@ void MenuBar::AddTable()
             continue;
         }
         QMenu *menu = main_->menuBar()->actions().last()->menu();
+        if (row.kind == MenuKind::Submenu) {
+            AddMenu(menu, name, caption);
+            continue;
+        }
         if (row.kind == MenuKind::Separator) {
             menu->addSeparator()->setObjectName(name);
             continue;

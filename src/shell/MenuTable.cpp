@@ -77,6 +77,7 @@ constexpr MenuRow table[] = {
     {Separator, "mnuVerifySeparator"},
     {Command, "mnuFileWriteVerify", "Write and &Verify...",
      [](Main &main) { main.AllEngines().safeWrites.WriteOpenSet(); }, "", "write"},
+    {Submenu, "mnuFileRecent", "Recent &Files"},
 
     {Menu, "mnuOptions", "&Options"},
     {Command, "mnuOptionsCommunications", "&Communications", ShowCommunications, "", "port"},

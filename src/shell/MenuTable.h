@@ -7,7 +7,7 @@ namespace quorvik
 
 class MDIFormMain;
 
-enum class MenuKind { Menu, Command, Check, Separator };
+enum class MenuKind { Menu, Submenu, Command, Check, Separator };
 
 enum class MenuEnabled { Always, Online, Offline };
 
