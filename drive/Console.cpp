@@ -48,6 +48,7 @@ void Console::ReadInput()
     if (count <= 0) {
         // A closed input stays readable for ever.
         input_->setEnabled(false);
+        Q_EMIT InputEnded();
         return;
     }
     partial_.append(buffer, int(count));

@@ -41,6 +41,7 @@ public:
 
 Q_SIGNALS:
     void QuitAsked();
+    void InputEnded();
 
 private:
     void ReadInput();

@@ -37,6 +37,7 @@ struct Options {
     CommandTimings timings;
     bool demo = false;
     bool frozen = false;
+    bool endsWithInput = false;
 };
 
 int Complain(const QString &sentence)
@@ -79,6 +80,7 @@ QString ReadOptions(const QCoreApplication &application, Options &options)
         {name("restart-ms"), name("How long a restart is silent."), name("ms")},
         {name("demo"), name("The machine runs by itself.")},
         {name("frozen"), name("The machine stands still until \"thaw\".")},
+        {name("end-with-input"), name("Ends when the standard input is closed.")},
     });
     parser.process(application);
     QString problem;
@@ -96,6 +98,7 @@ QString ReadOptions(const QCoreApplication &application, Options &options)
         NumberOf(parser, name("restart-ms"), 0, longestMs, problem).value_or(options.timings.restart);
     options.demo = parser.isSet(name("demo"));
     options.frozen = parser.isSet(name("frozen"));
+    options.endsWithInput = parser.isSet(name("end-with-input"));
     if (problem.isEmpty() && options.model && (*options.model & 15) > 10)
         problem = QStringLiteral("There is no drive model %1.").arg(*options.model);
     return problem;
@@ -156,6 +159,8 @@ int main(int argc, char **argv)
     Console console({table, commands, faults, server, machine});
     console.SetFrozen(options.frozen);
     On(&console, &Console::QuitAsked, &application, &QCoreApplication::quit);
+    if (options.endsWithInput)
+        On(&console, &Console::InputEnded, &application, &QCoreApplication::quit);
     console.Follow(STDIN_FILENO);
 
     DemoScript demo(table, machine.Inputs());

@@ -65,6 +65,9 @@ private:
     bool isInterrupted_ = false;
 };
 
+/** What every command takes beside its own options. */
+void AddCommonOptions(QCommandLineParser &parser);
+
 /** Runs one command line, the program's own name first. @return the exit code. */
 int RunBatch(const QStringList &arguments, const EnginePlaces &places);
 

@@ -1,4 +1,5 @@
 #include "batch/BatchRun.h"
+#include "batch/CommandPages.h"
 #include "batch/Verb.h"
 #include "platform/Guard.h"
 
@@ -6,9 +7,6 @@
 #include <algorithm>
 
 namespace quorvik
-{
-
-namespace
 {
 
 void AddCommonOptions(QCommandLineParser &parser)
@@ -29,6 +27,9 @@ void AddCommonOptions(QCommandLineParser &parser)
          QStringLiteral("word")},
     });
 }
+
+namespace
+{
 
 QString OverviewText()
 {
@@ -72,6 +73,15 @@ int RunBatch(const QStringList &arguments, const EnginePlaces &places)
     }
     if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
         Print(stdout, OverviewText());
+        return Code(ExitCode::Done);
+    }
+    // For the package's build; of no use to people.
+    if (arguments.mid(1) == QStringList{QStringLiteral("completion"), QStringLiteral("bash")}) {
+        Print(stdout, BashCompletion());
+        return Code(ExitCode::Done);
+    }
+    if (arguments.mid(1) == QStringList{QStringLiteral("manual")}) {
+        Print(stdout, ManualSections());
         return Code(ExitCode::Done);
     }
     const auto found =

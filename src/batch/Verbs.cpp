@@ -29,6 +29,8 @@ constexpr Verb AllVerbs[] = {
      AddCompareOptions, RunCompare},
     {"list", "FILE", "Lists a settings file, the \"drive\" or the \"factory\" set.", AddListOptions, RunList},
     {"journal", "", "Lists what was changed, the newest first.", AddJournalOptions, RunJournal},
+    {"selftest", "", "Tries the installation against a simulated drive of its own.", AddSelftestOptions,
+     RunSelftest},
 };
 
 } // namespace

@@ -29,4 +29,7 @@ ExitCode RunPorts(BatchRun &run);
 void AddJournalOptions(QCommandLineParser &parser);
 ExitCode RunJournal(BatchRun &run);
 
+void AddSelftestOptions(QCommandLineParser &parser);
+ExitCode RunSelftest(BatchRun &run);
+
 } // namespace quorvik
