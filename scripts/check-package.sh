@@ -17,7 +17,7 @@ fail() { echo "check-package: $*" >&2; exit 1; }
 equal() { [ "$2" = "$3" ] || fail "$1: \"$2\" instead of \"$3\""; }
 
 lintian --allow-root --fail-on error "$deb"
-for needed in libqt6sql6-sqlite libqt6svg6 libqt6widgets6 libqt6serialport6 libqcustomplot; do
+for needed in libqt6core6 libqt6network6 libqt6sql6 libqt6sql6-sqlite libqt6svg6 libqt6widgets6 libqt6serialport6 libqcustomplot; do
     dpkg-deb -f "$deb" Depends | grep -q "$needed" || fail "the package does not depend on $needed"
 done
 
@@ -25,8 +25,34 @@ root=$work/root
 dpkg -x "$deb" "$root"
 version=$(dpkg-deb -f "$deb" Version)
 equal "sarvex-drive --version" "$("$root/usr/bin/sarvex-drive" --version)" "sarvex-drive $version"
+equal "quorvik-batch --version" "$("$root/usr/bin/quorvik-batch" --version)" "quorvik-batch $version"
 equal "quorvik-tour --version" "$(QT_QPA_PLATFORM=offscreen build/release/bin/quorvik-tour --version)" "Quorvik $version"
 grep -q "^## $version " CHANGELOG.md || fail "CHANGELOG.md has no entry for $version"
+
+if ldd "$root/usr/lib/quorvik/quorvik-batch" | grep -E 'Qt6(Gui|Widgets)'; then fail "quorvik-batch needs windows"; fi
+if [ -e "$root/usr/lib/quorvik/quorvik-jet" ]; then
+    dpkg-deb -f "$deb" Depends | grep -q libmdb || fail "the package does not depend on libmdb"
+fi
+for page in "$root"/usr/share/man/man1/*.gz; do
+    warnings=$(LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 man --warnings -l "$page" 2>&1 >/dev/null)
+    equal "warnings of $(basename "$page")" "$warnings" ""
+done
+completion=$root/usr/share/bash-completion/completions/quorvik-batch
+# What the completion offers for a command line, its last word being typed.
+offered() {
+    bash -c '. "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); compopt() { :; }
+        _quorvik_batch; printf "%s\n" "${COMPREPLY[@]}"' - "$completion" "$@"
+}
+bash -n "$completion"
+verbs=$("$root/usr/bin/quorvik-batch" --help | sed -n '/^Verbs:/,/^$/s/^  \([a-z-]*\) .*/\1/p')
+[ -n "$verbs" ] || fail "quorvik-batch --help names no verb"
+for verb in $verbs; do
+    offered quorvik-batch "$verb" | grep -qx -- "$verb" || fail "the completion does not know $verb"
+    gunzip -c "$root/usr/share/man/man1/quorvik-batch.1.gz" | sed 's/\\-/-/g' | grep -q "^\.SS $verb" ||
+        fail "the man page does not tell $verb"
+done
+equal "ports offered" "$(offered quorvik-batch info --port Com1 | head -1)" Com1
+offered quorvik-batch info --js | grep -qx -- --json || fail "the completion does not know --json"
 
 desktop-file-validate "$root/usr/share/applications/quorvik.desktop"
 update-mime-database "$root/usr/share/mime" >/dev/null
@@ -45,6 +71,9 @@ for name in "press 4.Svx" b.svx C.SVX; do
     equal "type of $name" "$(xdg-mime query filetype "$work/$name")" "$type"
 done
 equal "program of the type" "$(xdg-mime query default "$type")" quorvik.desktop
+
+[ ! -e "$HOME/.local/share/quorvik" ] || fail "something was written before the first start"
+quorvik-batch selftest >"$work/selftest" 2>&1 || fail "the self-test failed: $(cat "$work/selftest")"
 
 exec 3<>"$work/number"
 # Without -noreset the server starts anew when xwininfo, its only client, leaves, and turns the program away.
