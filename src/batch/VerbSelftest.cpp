@@ -173,7 +173,7 @@ private:
 
 void AddSelftestOptions(QCommandLineParser &parser)
 {
-    parser.addOption({QStringLiteral("drive"),
+    parser.addOption({QStringLiteral("drive-program"),
                       QStringLiteral("The simulated drive's program; else sarvex-drive beside this one or in "
                                      "the PATH."),
                       QStringLiteral("file")});
@@ -184,7 +184,7 @@ ExitCode RunSelftest(BatchRun &run)
     if (!run.Arguments().isEmpty())
         return run.UsageFailure(QStringLiteral("selftest takes no arguments."));
     const QString name = QStringLiteral("sarvex-drive");
-    QString program = run.Options().value(QStringLiteral("drive"));
+    QString program = run.Options().value(QStringLiteral("drive-program"));
     if (program.isEmpty())
         program = QStandardPaths::findExecutable(name, {run.Places().programFolder});
     if (program.isEmpty())
