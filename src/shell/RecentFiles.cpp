@@ -27,7 +27,7 @@ QString CaptionOf(const QString &path, int place, const QFontMetrics &metrics)
 {
     constexpr int widest = 420;
     const QString name = metrics.elidedText(FileTitle(path), Qt::ElideMiddle, widest);
-    const QString folder = metrics.elidedText(FilePath(path), Qt::ElideMiddle, widest);
+    const QString folder = metrics.elidedText(QFileInfo(path).path(), Qt::ElideMiddle, widest);
     return QStringLiteral("&%1  ").arg(place + 1) +
            QStringLiteral("%1 - %2").arg(name, folder).replace(u'&', QStringLiteral("&&"));
 }

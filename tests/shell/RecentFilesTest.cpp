@@ -104,6 +104,7 @@ TEST_F(RecentFilesTest, TheNewestStayAcrossRunsAndMissingOnesGo)
     main->show();
     ASSERT_EQ(Recent().size(), RecentFiles::Newest);
     EXPECT_TRUE(Recent().front()->text().startsWith(QStringLiteral("&1  set && 8.Svx")));
+    EXPECT_TRUE(Recent().front()->text().endsWith(folder.path()));
     EXPECT_EQ(Recent().back()->toolTip(), paths.at(7)) << "the oldest has gone";
 
     Recent().at(2)->trigger();
