@@ -67,12 +67,20 @@ function(quorvik_library name pch sources)
     quorvik_pch(quorvik_${name} ${pch})
 endfunction()
 
+# quorvik_reads_older_files(<program>): puts the reader of older files beside a program of another folder than bin.
+function(quorvik_reads_older_files program)
+    add_dependencies(${program} quorvik-jet)
+    add_custom_command(TARGET ${program} POST_BUILD COMMAND ${CMAKE_COMMAND} -E create_symlink
+        ${CMAKE_BINARY_DIR}/bin/quorvik-jet $<TARGET_FILE_DIR:${program}>/quorvik-jet VERBATIM)
+endfunction()
+
 # quorvik_tests(<name> <libraries...>): the executable <name>_tests from all sources of the calling folder.
 function(quorvik_tests name)
     file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
     add_executable(${name}_tests ${sources})
     target_link_libraries(${name}_tests PRIVATE quorvik_flags GTest::gtest GTest::gmock Qt6::Test ${ARGN})
     target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    quorvik_reads_older_files(${name}_tests)
     gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT 120
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")

@@ -1,5 +1,6 @@
 #include "platform/DBEngine.h"
 
+#include "platform/JetReader.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QFile>
@@ -21,6 +22,31 @@ constexpr int WriteVersionOffset = 18;
 constexpr int ReadVersionOffset = 19;
 constexpr int FormatVersionOffset = 60;
 constexpr int ApplicationIdOffset = 68;
+
+/** Of the older format and its kin. */
+constexpr int EngineNameOffset = 4;
+constexpr char OlderEngineName[] = "Standard Jet DB"; // both with their closing zero byte
+constexpr char LaterEngineName[] = "Standard ACE DB";
+constexpr int EngineVersionOffset = 20;
+
+enum class FileKind { Present, Older, LaterEngine, Foreign };
+
+FileKind KindOf(const QByteArray &header)
+{
+    const auto holds = [&header](int offset, const char *text, qsizetype size) {
+        return QByteArrayView(header)
+            .sliced(std::min(offset, int(header.size())))
+            .startsWith(QByteArrayView(text, size));
+    };
+    if (holds(0, Magic, sizeof Magic))
+        return FileKind::Present;
+    if (header.size() <= EngineVersionOffset)
+        return FileKind::Foreign;
+    if (holds(EngineNameOffset, OlderEngineName, sizeof OlderEngineName))
+        return header.at(EngineVersionOffset) == 0 ? FileKind::Older : FileKind::LaterEngine;
+    return holds(EngineNameOffset, LaterEngineName, sizeof LaterEngineName) ? FileKind::LaterEngine
+                                                                            : FileKind::Foreign;
+}
 
 QString Quoted(const QString &name)
 {
@@ -63,8 +89,8 @@ QString ReadOnlyAddress(const QString &path)
            QString::fromLatin1(encoded) + QStringLiteral("?mode=ro&immutable=1");
 }
 
-/** Looks at a file before the engine does. */
-QString CheckHeader(const QString &path, const QString &title)
+/** Looks at a file before any engine does. @param kind gets what it is. */
+QString CheckHeader(const QString &path, const QString &title, FileKind &kind)
 {
     const QFileInfo info(path);
     if (!info.exists())
@@ -77,7 +103,15 @@ QString CheckHeader(const QString &path, const QString &title)
         return QStringLiteral("\"%1\" cannot be opened: %2.").arg(path, file.errorString());
     const QByteArray header = file.read(HeaderSize);
     const auto word = [&header](int offset) { return qFromBigEndian<quint32>(header.constData() + offset); };
-    if (header.size() < HeaderSize || !header.startsWith(QByteArrayView(Magic, sizeof Magic)) ||
+    kind = KindOf(header);
+    if (kind == FileKind::LaterEngine)
+        return QStringLiteral(
+                   "\"%1\" is a database of a later version than settings files have, and is not read.")
+            .arg(title);
+    if (kind == FileKind::Older)
+        return info.size() > DBEngine::MaxFileSize ? QStringLiteral("\"%1\" is damaged.").arg(title)
+                                                   : QString();
+    if (header.size() < HeaderSize || kind != FileKind::Present ||
         word(ApplicationIdOffset) != DBEngine::ApplicationId)
         return QStringLiteral("\"%1\" is not a settings file of this program.").arg(title);
     if (word(FormatVersionOffset) > DBEngine::FormatVersion)
@@ -130,6 +164,8 @@ QString Recordset::Update()
         return QStringLiteral("The file was not written: %1.").arg(insert_->lastError().databaseText());
     return {};
 }
+
+Database::Database() = default;
 
 Database::~Database()
 {
@@ -225,6 +261,11 @@ QString Database::CheckColumns(const TableDef &table)
         if (query.value(QStringLiteral("hidden")).toInt() == 0)
             present.append(query.value(QStringLiteral("name")).toString());
     }
+    return CheckColumnNames(table, present);
+}
+
+QString Database::CheckColumnNames(const TableDef &table, const QStringList &present) const
+{
     if (present.isEmpty())
         return Failure(QStringLiteral("the table \"%1\" is missing").arg(table.Name()));
     for (const Field &field : table.Fields())
@@ -234,10 +275,23 @@ QString Database::CheckColumns(const TableDef &table)
     return {};
 }
 
+QString Database::TakeRow(const QString &tableName, const QVariantList &row, Recordset &recordset) const
+{
+    if (recordset.rowCount_ == std::size_t(MaxRecords))
+        return Failure(
+            QStringLiteral("the table \"%1\" holds more than %2 rows").arg(tableName).arg(MaxRecords));
+    for (qsizetype column = 0; column < row.size(); ++column) {
+        const Field &field = recordset.fields_[std::size_t(column)];
+        if (!Fits(row[column], field))
+            return Failure(Misfit(field, recordset.rowCount_));
+        recordset.values_.push_back(row[column]);
+    }
+    ++recordset.rowCount_;
+    return {};
+}
+
 QString Database::OpenSnapshot(const TableDef &table, const QStringList &columns, Recordset &recordset)
 {
-    if (QString failure = CheckColumns(table); !failure.isEmpty())
-        return failure;
     QStringList quoted;
     for (const Field &field : table.Fields()) {
         if (!columns.contains(field.name))
@@ -245,21 +299,21 @@ QString Database::OpenSnapshot(const TableDef &table, const QStringList &columns
         recordset.fields_.push_back(field);
         quoted.append(Quoted(field.name));
     }
+    if (older_)
+        return OpenOlderSnapshot(table, recordset);
+    if (QString failure = CheckColumns(table); !failure.isEmpty())
+        return failure;
     QSqlQuery query(connection_);
     query.setForwardOnly(true);
     if (!query.exec(
             QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid").arg(quoted.join(u','), Quoted(table.Name()))))
         return Failure(query.lastError().databaseText());
     while (query.next()) {
-        if (recordset.rowCount_ == std::size_t(MaxRecords))
-            return Failure(
-                QStringLiteral("the table \"%1\" holds more than %2 rows").arg(table.Name()).arg(MaxRecords));
-        for (std::size_t column = 0; column < recordset.fields_.size(); ++column) {
-            recordset.values_.push_back(query.value(int(column)));
-            if (!Fits(recordset.values_.back(), recordset.fields_[column]))
-                return Failure(Misfit(recordset.fields_[column], recordset.rowCount_));
-        }
-        ++recordset.rowCount_;
+        QVariantList row;
+        for (qsizetype column = 0; column < quoted.size(); ++column)
+            row.append(query.value(int(column)));
+        if (QString failure = TakeRow(table.Name(), row, recordset); !failure.isEmpty())
+            return failure;
     }
     if (query.lastError().isValid())
         return Failure(query.lastError().databaseText());
@@ -287,13 +341,24 @@ QString DBEngine::CreateDatabase(const QString &path, Database &database)
 QString DBEngine::OpenDatabase(const QString &path, Database &database)
 {
     database.title_ = QFileInfo(path).fileName();
-    QString failure = CheckHeader(path, database.title_);
+    FileKind kind = FileKind::Foreign;
+    QString failure = CheckHeader(path, database.title_, kind);
+    if (failure.isEmpty() && kind == FileKind::Older)
+        return database.OpenOlder(path);
     if (failure.isEmpty())
         failure = database.Open(
             ReadOnlyAddress(path), QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"),
             {QStringLiteral("PRAGMA trusted_schema = OFF"), QStringLiteral("PRAGMA cell_size_check = ON"),
              QStringLiteral("PRAGMA query_only = ON")});
     return failure.isEmpty() ? database.CheckSchema() : failure;
+}
+
+bool DBEngine::IsOlderFormat(const QString &path)
+{
+    // A pipe or a device would never end.
+    QFile file(path);
+    return !path.isEmpty() && QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) &&
+           KindOf(file.read(HeaderSize)) == FileKind::Older;
 }
 
 } // namespace quorvik

@@ -11,6 +11,8 @@
 namespace quorvik
 {
 
+struct JetTable;
+
 /** Types of a column: signed 16-bit, signed 32-bit, text of a greatest length in characters. */
 enum class FieldType { dbInteger = 3, dbLong = 4, dbText = 10 };
 
@@ -87,7 +89,7 @@ private:
 class Database
 {
 public:
-    Database() = default;
+    Database();
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
@@ -119,11 +121,17 @@ private:
     QString Failure(const QString &reason) const;
     QString CheckSchema();
     QString CheckColumns(const TableDef &table);
+    QString CheckColumnNames(const TableDef &table, const QStringList &present) const;
+    /** Checks a row's values, one for each column of the recordset, and appends them. */
+    QString TakeRow(const QString &tableName, const QVariantList &row, Recordset &recordset) const;
+    QString OpenOlder(const QString &path);
+    QString OpenOlderSnapshot(const TableDef &table, Recordset &recordset) const;
     void Release();
 
     QSqlDatabase connection_;
     QString connectionName_;
     QString title_; ///< the file's name for sentences on reading; empty while writing
+    std::unique_ptr<std::vector<JetTable>> older_; ///< the tables of a file of the older format
 };
 
 /** Creates and opens files of tables. */
@@ -135,9 +143,14 @@ public:
 
     /**
      * Opens a database for reading only. Whatever is no plain file of this program's format and version, or
-     * holds anything but plain tables, is refused: nothing that a file brings along is ever run.
+     * holds anything but plain tables, is refused: nothing that a file brings along is ever run. A file of
+     * the older format (Jet version 3) opens as well; it is read whole, by a process of its own.
      */
     static QString OpenDatabase(const QString &path, Database &database);
+
+    /** Whether a file is one of the older format, by what it holds and whatever its name. Such files are
+     * read, never written. */
+    static bool IsOlderFormat(const QString &path);
 
     /** The mark of this program's files. */
     static constexpr std::uint32_t ApplicationId = 0x51525658;
