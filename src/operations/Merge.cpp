@@ -299,8 +299,8 @@ std::vector<RefusedRow> MergeIntoSet(ParameterTable &table, const std::vector<Pa
 FileMerge MergeIntoFile(const QString &path, const std::vector<ParamValue> &values, const ParameterSet &from,
                         const ParameterTable &like, const SaveCommands &saving)
 {
-    if (saving.IsPresets(path))
-        return {QStringLiteral("Cannot overwrite default file. Choose another name.")};
+    if (QString refusal = saving.RefusalOf(path); !refusal.isEmpty())
+        return {refusal};
     ParameterTable table(like);
     table.SetPortOpen(false);
     table.ResetToDefaults();

@@ -2,8 +2,10 @@
 
 #include "model/Document.h"
 #include "model/PathFunctions.h"
+#include "platform/DBEngine.h"
 #include "platform/RuntimeFailure.h"
 #include "settings/SettingsFile.h"
+#include "settings/SettingsTables.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -11,6 +13,17 @@
 
 namespace quorvik
 {
+
+namespace
+{
+
+/** A name beside a file of the older format, for the same set in the present one. */
+QString ConvertedName(const QString &path)
+{
+    return QFileInfo(path).completeBaseName() + QStringLiteral(" (converted).Svx");
+}
+
+} // namespace
 
 SaveCommands::SaveCommands(Document &document, Asker &asker, SettingsFile &file, QString programFolder)
     : document_(document)
@@ -41,23 +54,25 @@ bool SaveCommands::PromptSaveChanges()
 
 std::optional<QString> SaveCommands::ChooseFile()
 {
-    return asker_.ShowOpen(DialogRequest(QStringLiteral("Open")));
+    return asker_.ShowOpen(OpenRequest());
 }
 
 void SaveCommands::Save(int index)
 {
     bool dialogShown = false;
     QString chosen = dialogFileName_;
-    // Refusing the factory table leaves the set unnamed, so the next round shows the dialog.
+    // Refusing the factory table leaves the set unnamed, so the next round shows the dialog; so does a file
+    // of the older format as long as it is the chosen one.
     do {
-        if (index == 1 || document_.FileName == Document::Unnamed()) {
-            const std::optional<QString> path = asker_.ShowSave(DialogRequest(QStringLiteral("Save As")));
+        if (index == 1 || document_.FileName == Document::Unnamed() ||
+            DBEngine::IsOlderFormat(document_.FileName) || DBEngine::IsOlderFormat(chosen)) {
+            const std::optional<QString> path = asker_.ShowSave(SaveRequest());
             if (!path)
                 return;
             chosen = *path;
             dialogShown = true;
         }
-    } while (RefusesPresets(chosen));
+    } while (Refuses(chosen));
 
     // Save writes to the dialog's path and not to FileName: after a start with a file on the command line
     // there is none yet.
@@ -76,12 +91,24 @@ void SaveCommands::Save(int index)
     Q_EMIT SaveFailed(failure);
 }
 
-FileDialogRequest SaveCommands::DialogRequest(const QString &title) const
+FileDialogRequest SaveCommands::OpenRequest() const
 {
+    const QString title = QStringLiteral("Open");
     const QString folder = FilePath(document_.FileName);
     if (folder.isEmpty())
         return {title, programFolder_, dialogFileName_};
     return {title, folder, FileTitle(document_.FileName)};
+}
+
+FileDialogRequest SaveCommands::SaveRequest() const
+{
+    FileDialogRequest request = OpenRequest();
+    request.title = QStringLiteral("Save As");
+    const QString folder = FilePath(document_.FileName);
+    const QString &present = folder.isEmpty() ? dialogFileName_ : document_.FileName;
+    if (DBEngine::IsOlderFormat(present))
+        request.fileName = FilePath(request.fileName) + ConvertedName(present);
+    return request;
 }
 
 bool SaveCommands::IsPresets(const QString &path) const
@@ -96,14 +123,23 @@ bool SaveCommands::IsPresets(const QString &path) const
            (!behind.isEmpty() && behind == presets.canonicalFilePath());
 }
 
-bool SaveCommands::RefusesPresets(const QString &path)
+QString SaveCommands::RefusalOf(const QString &path) const
 {
-    if (!IsPresets(path))
+    if (IsPresets(path))
+        return QStringLiteral("Cannot overwrite default file. Choose another name.");
+    return OlderFormatRefusal(path);
+}
+
+bool SaveCommands::Refuses(const QString &path)
+{
+    const QString refusal = RefusalOf(path);
+    if (refusal.isEmpty())
         return false;
-    asker_.MsgBox(QStringLiteral("Cannot overwrite default file. Choose another name."), MsgButtons::Ok,
-                  MsgIcon::Exclamation, AppTitle());
-    document_.FileName = Document::Unnamed();
-    document_.UpdateTitle();
+    asker_.MsgBox(refusal, MsgButtons::Ok, MsgIcon::Exclamation, AppTitle());
+    if (IsPresets(path)) {
+        document_.FileName = Document::Unnamed();
+        document_.UpdateTitle();
+    }
     return true;
 }
 

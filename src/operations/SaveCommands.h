@@ -26,7 +26,8 @@ public:
     bool PromptSaveChanges();
 
     /**
-     * Saves to the path that the file dialog last stood for. A failure after the dialog was shown is told
+     * Saves to the path that the file dialog last stood for; a set from a file of the older format asks for a
+     * new name beside it. A failure after the dialog was shown is told
      * through SaveFailed only; any other raises RuntimeFailure. Either way the old file and the marks stay.
      * @param index 0 Save, 1 Save As.
      */
@@ -37,18 +38,20 @@ public:
     /** Save goes to this file from now on. */
     void SaveTo(const QString &path) { dialogFileName_ = path; }
 
-    /** Whether a path leads to the factory table, which nothing is saved over: by its name, or through a
-     * link.
-     */
-    bool IsPresets(const QString &path) const;
+    /** Why nothing is saved over a file: it is the factory table, by its name or through a link, or a
+     * settings file of the older format. Empty for all others. */
+    QString RefusalOf(const QString &path) const;
 
 Q_SIGNALS:
     /** A save failed without a box; the sentence is for the strip under the menu. */
     void SaveFailed(const QString &sentence);
 
 private:
-    FileDialogRequest DialogRequest(const QString &title) const;
-    bool RefusesPresets(const QString &path);
+    FileDialogRequest OpenRequest() const;
+    FileDialogRequest SaveRequest() const;
+    bool IsPresets(const QString &path) const;
+    /** Tells why a path is not saved to, where that is so. */
+    bool Refuses(const QString &path);
 
     Document &document_;
     Asker &asker_;

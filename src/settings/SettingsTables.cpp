@@ -3,6 +3,8 @@
 #include "model/ParamTable.h"
 #include "platform/AtomicFile.h"
 
+#include <QFileInfo>
+
 namespace quorvik
 {
 
@@ -124,9 +126,20 @@ QString WritePropertiesTable(Database &database, const QString &notes)
     return rows.Update();
 }
 
+QString OlderFormatRefusal(const QString &path)
+{
+    if (!DBEngine::IsOlderFormat(path))
+        return {};
+    return QStringLiteral(
+               "\"%1\" is a settings file of the older format and stays as it is. Choose another name.")
+        .arg(QFileInfo(path).fileName());
+}
+
 QString WriteSettingsDatabase(const QString &path, const RecordArray &records, int lastParam,
                               const QString &notes, const std::function<QString(Database &)> &addTables)
 {
+    if (QString refusal = OlderFormatRefusal(path); !refusal.isEmpty())
+        return refusal;
     AtomicFile file(path);
     if (QString failure = file.Create(); !failure.isEmpty())
         return failure;

@@ -24,8 +24,13 @@ QString WriteSettingsTable(Database &database, const RecordArray &records, int l
 /** Appends the table of properties; a null text stores Null. @return as above. */
 QString WritePropertiesTable(Database &database, const QString &notes);
 
+/** Why a settings file is not written over what stands at path: that is one of the older format. Else empty.
+ */
+QString OlderFormatRefusal(const QString &path);
+
 /**
- * Writes a whole file: the parameters 0 to lastParam, the notes, and the tables that the caller adds.
+ * Writes a whole file, never over one of the older format: the parameters 0 to lastParam, the notes, and the
+ * tables that the caller adds.
  * @param addTables appends to the database and returns as above; may be empty.
  * @return an empty text or a sentence; what stood at path is then as it was.
  */

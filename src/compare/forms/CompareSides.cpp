@@ -189,7 +189,7 @@ bool CompareSides::IsTarget(int side) const
 {
     const CompareSource &source = Source(side);
     return source.kind == Kind::OpenSet || source.kind == Kind::Drive ||
-           (source.kind == Kind::File && !host_.Saving().IsPresets(source.path));
+           (source.kind == Kind::File && host_.Saving().RefusalOf(source.path).isEmpty());
 }
 
 void CompareSides::FollowLink()
