@@ -31,6 +31,9 @@ constexpr Verb AllVerbs[] = {
     {"journal", "", "Lists what was changed, the newest first.", AddJournalOptions, RunJournal},
     {"selftest", "", "Tries the installation against a simulated drive of its own.", AddSelftestOptions,
      RunSelftest},
+    {"convert", "OLD NEW",
+     "Makes files of the present format of older settings files, one or a folder of them.", AddConvertOptions,
+     RunConvert},
 };
 
 } // namespace

@@ -32,4 +32,7 @@ ExitCode RunJournal(BatchRun &run);
 void AddSelftestOptions(QCommandLineParser &parser);
 ExitCode RunSelftest(BatchRun &run);
 
+void AddConvertOptions(QCommandLineParser &parser);
+ExitCode RunConvert(BatchRun &run);
+
 } // namespace quorvik

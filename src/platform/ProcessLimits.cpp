@@ -1,5 +1,6 @@
 #include "platform/ProcessLimits.h"
 
+#include <csignal>
 #include <sys/resource.h>
 
 namespace quorvik
@@ -7,6 +8,8 @@ namespace quorvik
 
 bool LimitThisProcess(const ProcessLimits &limits)
 {
+    // A terminal sends it to both.
+    std::signal(SIGINT, SIG_IGN);
     const auto limit = [](auto resource, std::uint64_t most) {
         const rlimit both = {rlim_t(most), rlim_t(most)};
         return ::setrlimit(resource, &both) == 0;

@@ -13,7 +13,8 @@ struct ProcessLimits {
 };
 
 /**
- * Binds this process to limits that it cannot lift again; it also writes no file and leaves no core. Under
+ * Binds this process to limits that it cannot lift again; it also writes no file, leaves no core, and
+ * leaves it to the process that started it to answer a Ctrl+C. Under
  * the address sanitizer, which takes address space by the terabyte, the sanitizer's own limits stand in place
  * of memoryBytes.
  * @return whether all of them hold.

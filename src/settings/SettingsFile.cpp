@@ -1,9 +1,10 @@
 #include "settings/SettingsFile.h"
 
-#include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
 #include "settings/SettingsTables.h"
+
+#include <tuple>
 
 namespace quorvik
 {
@@ -83,6 +84,39 @@ void TakeRow(const ParamRecord &row, int number, ParameterTable &table)
 }
 
 } // namespace
+
+bool StoredSet::IsSame(const StoredSet &other) const
+{
+    const auto content = [](const ParamRecord &record) {
+        return std::tie(record.Min, record.Max, record.Attributes, record.Preset, record.Value, record.Name);
+    };
+    bool isSame = records.UpperBound() == other.records.UpperBound() && notes == other.notes &&
+                  notes.isNull() == other.notes.isNull() && virtualSettings == other.virtualSettings;
+    for (int i = 0; isSame && i <= records.UpperBound(); ++i)
+        isSame = content(records[i]) == content(other.records[i]);
+    return isSame;
+}
+
+QString ReadStoredSet(const QString &path, StoredSet &set)
+{
+    Database database;
+    Recordset rows;
+    if (QString failure = ReadWhole(path, database, rows, set.notes); !failure.isEmpty())
+        return failure;
+    set.records.Resize(rows.RecordCount() - 1);
+    for (int i = 0; !rows.AtEnd(); rows.MoveNext(), ++i)
+        set.records[i] = RecordOf(rows);
+    if (!ReadVirtualSettings(database, set.virtualSettings).isEmpty())
+        set.virtualSettings.fill({});
+    return {};
+}
+
+QString WriteStoredSet(const QString &path, const StoredSet &set)
+{
+    return WriteSettingsDatabase(
+        path, set.records, set.records.UpperBound(), set.notes,
+        [&set](Database &database) { return WriteVirtualSettings(database, set.virtualSettings); });
+}
 
 SettingsFile::SettingsFile(ParameterTable &table, Document &document)
     : table_(table)

@@ -1,12 +1,28 @@
 #pragma once
 
+#include "model/Document.h"
+#include "model/ParamTable.h"
+
 #include <QString>
 
 namespace quorvik
 {
 
-class Document;
 class ParameterTable;
+
+/** All that a settings file holds, beside any open set. */
+struct StoredSet {
+    RecordArray records;
+    QString notes;                                    ///< null where the file has none
+    std::array<VirtualSetting, 12> virtualSettings{}; ///< empty where the file has no virtual operator
+
+    bool IsSame(const StoredSet &other) const;
+};
+
+/** Reads a whole settings file of any format. @return empty, or what is wrong with the file. */
+QString ReadStoredSet(const QString &path, StoredSet &set);
+/** Writes one in the present format, whole or not at all. @return empty, or why it was not written. */
+QString WriteStoredSet(const QString &path, const StoredSet &set);
 
 /**
  * Reads the factory table of a file into PresetTable and FileLastParam. A table too short to hold the
