@@ -48,7 +48,9 @@ QVariant ValueOf(const QJsonValue &value)
         return {};
     if (value.isString())
         return value.toString();
-    const double number = value.toDouble(0.5);
+    if (!value.isDouble())
+        return value.toVariant();
+    const double number = value.toDouble();
     if (std::abs(number) <= greatest && std::trunc(number) == number)
         return qlonglong(number);
     return number;

@@ -1,3 +1,4 @@
+#include "operations/Merge.h"
 #include "operations/OperationsFixture.h"
 #include "platform/RuntimeFailure.h"
 
@@ -97,6 +98,39 @@ TEST_F(FileCommandsTest, FactoryTableIsNeverSavedOver)
     saving.Save(0);
     EXPECT_EQ(document.FileName, Path("e.Svx"));
     EXPECT_EQ(Content(Path("program/Presets.fil")), Content(QStringLiteral(QUORVIK_PRESETS_FILE)));
+}
+
+TEST_F(FileCommandsTest, FileOfTheOlderFormatIsNeverWritten)
+{
+    const QString older = Path("pump.mdb");
+    ASSERT_TRUE(QFile::copy(QStringLiteral(QUORVIK_JET_FILES "/delTestV1997.mdb"), older));
+    ASSERT_TRUE(QFile::link(older, Path("link.Svx")));
+    const QByteArray before = Content(older);
+    // As after opening it in the dialog, and as after a start with it or a recovery, which know no dialog.
+    for (const QString &dialogName : {older, QString()}) {
+        document.FileName = older;
+        document.MarkFile(true);
+        saving.SaveTo(dialogName);
+        asker.ExpectSave(older);
+        asker.Expect(
+            QStringLiteral("\"pump.mdb\" is a settings file of the older format and stays as it is."));
+        asker.ExpectSave(Path("link.Svx"));
+        asker.Expect(QStringLiteral("\"link.Svx\" is"));
+        asker.ExpectSave(std::nullopt);
+        saving.Save(0);
+        EXPECT_EQ(asker.Requests.last().folder, folder.path() + u'/');
+        EXPECT_EQ(asker.Requests.last().fileName, QStringLiteral("pump (converted).Svx"));
+        EXPECT_EQ(document.FileName, older);
+        EXPECT_TRUE(document.FileModified);
+    }
+    EXPECT_FALSE(file.Save(older).isEmpty()) << "and no other way leads to it";
+    EXPECT_TRUE(
+        MergeIntoFile(older, {{218, 1}}, {}, table, saving).failure.contains(QStringLiteral("older")));
+    asker.ExpectSave(Path("pump (converted).Svx"));
+    saving.Save(0);
+    saving.Save(0);
+    EXPECT_EQ(document.FileName, Path("pump (converted).Svx"));
+    EXPECT_EQ(Content(older), before);
 }
 
 TEST_F(FileCommandsTest, PromptSaveChangesCancelsWhatItCouldNotSave)
