@@ -24,8 +24,16 @@ int main()
     const ProcessLimits limits = {memory, 2, 16};
     if (!LimitThisProcess(limits))
         return int(JetExit::NoLimits);
-    std::vector<char> file(JetMostFileSize + 1);
-    file.resize(std::fread(file.data(), 1, file.size(), stdin));
+    // Piece by piece: room for the longest file of all would take longer to come by than most files to read.
+    constexpr std::size_t piece = 65536;
+    std::vector<char> file;
+    std::size_t taken = 0;
+    do {
+        const std::size_t before = file.size();
+        file.resize(before + piece);
+        taken = std::fread(file.data() + before, 1, piece, stdin);
+        file.resize(before + taken);
+    } while (taken == piece && file.size() <= JetMostFileSize);
     if (file.empty() || file.size() > JetMostFileSize)
         return int(JetExit::Damaged);
     const JetExit exit = DumpJet(file, stdout);
