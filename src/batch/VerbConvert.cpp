@@ -3,7 +3,8 @@
 #include "settings/Conversion.h"
 
 #include <QCoreApplication>
-#include <QDir>
+#include <QFileInfo>
+#include <map>
 
 namespace quorvik
 {
@@ -47,20 +48,6 @@ void Print(BatchOutput &output, const Conversion &conversion)
                 TextOrNull(conversion.sentence)});
 }
 
-Conversion Convert(const Conversion &planned, bool overwrites)
-{
-    if (planned.to.isEmpty())
-        return planned;
-    if (!QDir().mkpath(QFileInfo(planned.to).path())) {
-        Conversion failed = planned;
-        failed.result = ConversionResult::Failed;
-        failed.sentence =
-            QStringLiteral("The folder \"%1\" cannot be made.").arg(QFileInfo(planned.to).path());
-        return failed;
-    }
-    return ConvertSettings(planned.from, planned.to, overwrites);
-}
-
 ExitCode ConvertFolder(BatchRun &run, const QString &from, const QString &to)
 {
     const std::vector<Conversion> plan = PlanConversions(from, to, run.Options().isSet(Recursive()));
@@ -79,7 +66,8 @@ ExitCode ConvertFolder(BatchRun &run, const QString &from, const QString &to)
             return ExitCode::Interrupted;
         }
         run.Output().ShowProgress(QStringLiteral("File %1 of %2").arg(++done).arg(plan.size()));
-        const Conversion conversion = Convert(planned, overwrites);
+        const Conversion conversion =
+            planned.to.isEmpty() ? planned : ConvertSettings(planned.from, planned.to, overwrites);
         ++counts[conversion.result];
         run.Output().EndProgress();
         Print(run.Output(), conversion);

@@ -36,6 +36,8 @@ QString Convert(const QString &from, const QString &to, bool overwrites)
         return refusal;
     if (!overwrites && QFileInfo::exists(to))
         return QStringLiteral("\"%1\" is there already.").arg(to);
+    if (const QString folder = QFileInfo(to).path(); !QDir().mkpath(folder))
+        return QStringLiteral("The folder \"%1\" cannot be made.").arg(folder);
     if (QString failure = WriteStoredSet(to, set); !failure.isEmpty())
         return failure;
     StoredSet written;

@@ -19,7 +19,7 @@ struct Conversion {
 /**
  * Converts one settings file of the older format to the present one, and reads back what was written: every
  * record, the notes and the virtual operator are then the same, or the conversion has failed and the new file
- * is taken away. The old file is never written.
+ * is taken away. The old file is never written. The new file's folder is made where it is missing.
  * @param overwrites whether a file that stands at to is replaced; one of the older format never is.
  */
 Conversion ConvertSettings(const QString &from, const QString &to, bool overwrites);
