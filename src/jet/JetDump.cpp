@@ -127,6 +127,7 @@ std::optional<std::string> ValueText(int type, std::string_view bytes)
 class Rows
 {
 public:
+    /** @param out may be null, for a look at whether the table is whole. */
     Rows(MdbTableDef &table, std::FILE *out)
         : table_(table)
         , mdb_(*table.entry->mdb)
@@ -193,7 +194,8 @@ private:
             line += (line.size() > 1 ? "," : "") + *text;
         }
         line += "]\n";
-        std::fputs(line.c_str(), out_);
+        if (out_)
+            std::fputs(line.c_str(), out_);
         ++count_;
         return true;
     }
@@ -241,6 +243,20 @@ JetExit ProtectionOf(const MdbFile &file)
     return file.code_page == western ? JetExit::Done : JetExit::CodePage;
 }
 
+/** Whether the list of all that the file holds is whole: it has a row for itself. */
+bool IsCatalogueWhole(GPtrArray &catalogue)
+{
+    constexpr unsigned long page = 2;
+    for (unsigned i = 0; i < catalogue.len; ++i) {
+        auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(&catalogue, i));
+        if (entry->table_pg != page || entry->object_type != MDB_TABLE)
+            continue;
+        const TablePtr table(mdb_read_table(entry));
+        return table && mdb_read_columns(table.get()) && Rows(*table, nullptr).Dump();
+    }
+    return false;
+}
+
 } // namespace
 
 JetExit DumpJet(std::vector<char> &file, std::FILE *out)
@@ -251,7 +267,7 @@ JetExit DumpJet(std::vector<char> &file, std::FILE *out)
     if (const JetExit exit = ProtectionOf(*mdb->f); exit != JetExit::Done)
         return exit;
     GPtrArray *catalogue = mdb_read_catalog(mdb.get(), MDB_TABLE);
-    if (!catalogue)
+    if (!catalogue || !IsCatalogueWhole(*catalogue))
         return JetExit::Damaged;
     int tables = 0;
     for (unsigned i = 0; i < catalogue->len; ++i) {

@@ -82,7 +82,7 @@ std::vector<Conversion> PlanConversions(const QString &fromFolder, const QString
             conversion.sentence = ReasonToLeave(path);
             continue;
         }
-        const QFileInfo within(folder.relativeFilePath(path));
+        const QFileInfo within(folder.relativeFilePath(QFileInfo(path).absoluteFilePath()));
         const QString to = QDir(toFolder).filePath(
             QDir::cleanPath(within.path() + u'/' + within.completeBaseName() + QStringLiteral(".Svx")));
         if (taken.contains(to)) {

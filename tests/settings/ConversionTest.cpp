@@ -25,9 +25,10 @@ TEST_F(ConversionTest, AFolderIsConvertedWhateverLiesInIt)
     const QByteArray before = Content(Path("old/a.Svx"));
 
     QStringList report;
-    for (const Conversion &step : PlanConversions(Path("old"), Path("new"), true)) {
+    for (const Conversion &step :
+         PlanConversions(QDir::current().relativeFilePath(Path("old")), Path("new"), true)) {
         const Conversion done = step.to.isEmpty() ? step : ConvertSettings(step.from, step.to, false);
-        report.append(QDir(Path("old")).relativeFilePath(done.from) + u' ' +
+        report.append(QDir(Path("old")).relativeFilePath(QFileInfo(done.from).absoluteFilePath()) + u' ' +
                       QString::number(int(done.result)));
         StoredSet stored;
         const bool isConverted = done.result == ConversionResult::Converted;
