@@ -5,6 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/install.sh
 install_packages build test older
+# Who has Node.js from elsewhere has npm with it, and the two packages do not go together with that.
+command -v npm >/dev/null || install_packages node
 build_preset test quorvik-jet-writer quorvik-jet
 
 here=build/older-files
