@@ -20,8 +20,8 @@ ExitCode RunBackup(BatchRun &run)
         return run.UsageFailure(QStringLiteral("Name one file for the backup."));
     const QString path = run.Arguments().front();
     Engines &engines = run.Eng();
-    if (engines.saving.IsPresets(path))
-        return run.UsageFailure(QStringLiteral("The factory table is never replaced. Choose another name."));
+    if (const QString refusal = engines.saving.RefusalOf(path); !refusal.isEmpty())
+        return run.UsageFailure(refusal);
     if (QFileInfo::exists(path) && !run.Options().isSet(QStringLiteral("force"))) {
         run.Output().Complain(QStringLiteral("%1 is there already. --force replaces it.").arg(path));
         return ExitCode::Guard;

@@ -18,6 +18,8 @@ QString UseWord(const PortStatus &port)
     switch (port.use) {
     case Use::Free:
         return QStringLiteral("free");
+    case Use::Network:
+        return QStringLiteral("network");
     case Use::InUse:
         return QStringLiteral("in_use");
     case Use::NoPermission:
