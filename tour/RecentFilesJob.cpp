@@ -12,12 +12,8 @@ void AddRecentFilesJob(Tour &tour)
         QString failure = tour.User().OpenMenu(QStringLiteral("mnuFileRecent"));
         tour.TakePicture(QStringLiteral("58-recent-files"));
         tour.User().CloseMenus();
-        const QAction *newest = tour.TheProgram()
-                                    .Main()
-                                    .Menus()
-                                    .Menu(QStringLiteral("mnuFileRecent"))
-                                    ->actions()
-                                    .constFirst();
+        const QAction *newest =
+            tour.TheProgram().Main().Menus().Menu(QStringLiteral("mnuFileRecent"))->actions().constFirst();
         if (failure.isEmpty() && newest->toolTip() != SavedFile(tour))
             failure = QStringLiteral("the newest one is ") + newest->toolTip();
         return failure;

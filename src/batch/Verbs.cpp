@@ -28,12 +28,12 @@ constexpr Verb AllVerbs[] = {
     {"compare", "A B", "Tells in what two sets differ: a file, \"drive\" or \"factory\" each.",
      AddCompareOptions, RunCompare},
     {"list", "FILE", "Lists a settings file, the \"drive\" or the \"factory\" set.", AddListOptions, RunList},
-    {"journal", "", "Lists what was changed, the newest first.", AddJournalOptions, RunJournal},
-    {"selftest", "", "Tries the installation against a simulated drive of its own.", AddSelftestOptions,
-     RunSelftest},
     {"convert", "OLD NEW",
      "Makes files of the present format of older settings files, one or a folder of them.", AddConvertOptions,
      RunConvert},
+    {"journal", "", "Lists what was changed, the newest first.", AddJournalOptions, RunJournal},
+    {"selftest", "", "Tries the installation against a simulated drive of its own.", AddSelftestOptions,
+     RunSelftest},
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "shell/UndoEntries.h"
 
-#include "platform/Guard.h"
 #include "operations/Engines.h"
+#include "platform/Guard.h"
 #include "shell/MenuBar.h"
 
 #include <QAction>
