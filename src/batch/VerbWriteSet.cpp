@@ -47,6 +47,8 @@ public:
         else if (report.CanResume() && !report.backupPath.isEmpty() &&
                  report.end != WriteReport::End::OtherDrive && report.end != WriteReport::End::Changed)
             Tell(report);
+        else if (report.Count(Arrival::NotSent) == int(report.rows.size()))
+            run_.Output().Complain(QStringLiteral("Nothing was written."));
     }
 
 private:

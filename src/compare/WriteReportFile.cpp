@@ -111,7 +111,8 @@ std::optional<StoredWrite> FromJson(const QJsonObject &object)
                           .operatingHours = drive.Raw("hours"),
                           .lastParam = drive.Param("last_parameter")};
     bool isGood = drive.IsGood();
-    for (const QJsonValue &value : fields.Array("rows")) {
+    const QJsonArray rows = fields.Array("rows");
+    for (const auto &value : rows) {
         Fields row(value.toObject());
         write.report.rows.push_back(
             {.value = {row.Param("number"), row.Raw("raw")},
@@ -120,7 +121,8 @@ std::optional<StoredWrite> FromJson(const QJsonObject &object)
              .rawFound = row.MaybeRaw("found")});
         isGood = isGood && row.IsGood();
     }
-    for (const QJsonValue &value : fields.Array("before")) {
+    const QJsonArray before = fields.Array("before");
+    for (const auto &value : before) {
         Fields row(value.toObject());
         write.rawBefore[row.Param("number")] = row.Raw("raw");
         isGood = isGood && row.IsGood();

@@ -50,6 +50,15 @@ TEST_F(BatchTest, ReadFindsParametersAndTellsWhatIsMissing)
         EXPECT_EQ(unknown, one.unknown);
     }
     EXPECT_EQ(RunAtDrive({QStringLiteral("read"), QStringLiteral("--json")}).Rows().size(), 434);
+    // A relay's threshold has the unit of its source, which was not asked for.
+    Drive().Set(Param::RelayOut1Source, Param::FwdAccelA);
+    EXPECT_EQ(RunAtDrive({QStringLiteral("read"), QStringLiteral("--json"),
+                          QString::number(Param::RelayOut1OnValue)})
+                  .Rows()
+                  .value(0)
+                  .value(QStringLiteral("unit"))
+                  .toString(),
+              QStringLiteral("Sec"));
 }
 
 TEST_F(BatchTest, NoDriveIsAnExitCodeOfItsOwnAndSaysWhy)

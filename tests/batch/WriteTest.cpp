@@ -185,6 +185,10 @@ TEST_F(BatchTest, AWriteThatEndedEarlySaysWhereAndIsResumedByAnotherRunWithTheSa
         RunAtDrive({QStringLiteral("restore"), QStringLiteral("b.Svx"), Yes, QStringLiteral("--resume")})
             .code,
         2);
+    Drive().Set(Param::DriveState, 3);
+    EXPECT_EQ(RunAtDrive(resume).code, 4);
+    Drive().Set(Param::DriveState, 0);
+    EXPECT_EQ(WritesOf(Drive()), writes);
     EXPECT_EQ(RunAtDrive(resume).code, 0);
     EXPECT_EQ(RunAtDrive(compare).code, 0);
     EXPECT_EQ(RunAtDrive(resume).code, 5);
