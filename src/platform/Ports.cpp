@@ -125,7 +125,7 @@ QString PortStatus::Text() const
     case Use::Free:
         return QStringLiteral("free");
     case Use::Network:
-        return QStringLiteral("behind the network, not asked");
+        return QStringLiteral("not asked");
     case Use::InUse:
         return isOurs ? QStringLiteral("in use by this program")
                       : QStringLiteral("in use by another program");

@@ -202,8 +202,11 @@ void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
                           : answer->second.kind == DriveProbe::Answer::Kind::Drive
                               ? QStringLiteral("a Sarvex drive answers")
                               : DriveFinder::TextOf(answer->second);
-    const QString texts[] = {port.number > 0 ? port.Name() : QString(), port.device, port.adapter,
-                             port.serialNumber, state};
+    // An address needs the widest column.
+    const bool isNetwork = port.use == PortStatus::Use::Network;
+    const QString texts[] = {port.number > 0 ? port.Name() : QString(),
+                             isNetwork ? QStringLiteral("network") : port.device,
+                             isNetwork ? port.device : port.adapter, port.serialNumber, state};
     for (int column = 0; const QString &text : texts) {
         row.setText(column, text);
         // Plain: the names come from the devices.
