@@ -203,8 +203,8 @@ void ComPortControl::TakeSub()
     const auto found = std::ranges::find_if(settings, [this](const LineSetting &setting) {
         return std::uint8_t(sub_.at(1)) == setting.command + AnswerOffset;
     });
-    // Its signature and the states of its lines are nothing to go by.
-    if (found == settings.end() || state_ != Agreement::Pending)
+    // Its signature, the states of its lines and half an answer are nothing to go by.
+    if (found == settings.end() || sub_.size() != 2 + found->value.size() || state_ != Agreement::Pending)
         return;
     const unsigned bit = 1U << unsigned(found - settings.begin());
     if (sub_.sliced(2) == found->value) {

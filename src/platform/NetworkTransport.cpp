@@ -79,10 +79,7 @@ void NetworkTransport::Receive()
     if (control_) {
         QByteArray answer;
         bytes = control_->Take(bytes, answer);
-        if (!answer.isEmpty()) {
-            socket_.write(answer);
-            socket_.flush();
-        }
+        Reply(answer);
     }
     if (step_ == Step::Settling) {
         // Nothing was asked yet, so it is no reply.
@@ -171,7 +168,10 @@ void NetworkTransport::SocketEnded()
 
 void NetworkTransport::TimeOut()
 {
-    if (step_ == Step::Connecting || step_ == Step::Waiting)
+    if (step_ == Step::Settling && !control_)
+        // Connected late, so that twice the round trip is more than what is left: it has stood long enough.
+        End(Failure::None, {});
+    else if (step_ == Step::Connecting || step_ == Step::Waiting)
         End(Failure::NotReached,
             QStringLiteral("%1 did not answer within %2 seconds. Check cable, address and "
                            "network.")
@@ -225,9 +225,18 @@ void NetworkTransport::ClearInput()
         QByteArray answer;
         if (control_)
             control_->Take(bytes, answer);
-        socket_.write(answer);
+        Reply(answer);
     }
     buffer_.clear();
+}
+
+void NetworkTransport::Reply(const QByteArray &answer)
+{
+    // A server that asks on and on and takes no answer is not to fill the memory either.
+    if (answer.isEmpty() || socket_.bytesToWrite() > LongestBuffer)
+        return;
+    socket_.write(answer);
+    socket_.flush();
 }
 
 void NetworkTransport::Write(const QByteArray &bytes)

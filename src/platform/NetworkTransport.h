@@ -50,6 +50,7 @@ private:
     void Connect();
     void Connected();
     void Receive();
+    void Reply(const QByteArray &answer);
     void Agree();
     void SocketEnded();
     void TimeOut();
