@@ -35,15 +35,16 @@ public:
     {
         QFile config(folder_.filePath(QStringLiteral("ser2net.yaml")));
         EXPECT_TRUE(config.open(QIODevice::WriteOnly));
-        config.write(QStringLiteral("%YAML 1.1\n---\n"
-                                    "connection: &raw\n  accepter: tcp,127.0.0.1,%1\n"
-                                    "  connector: serialdev,%3,38400n81,local\n"
-                                    "connection: &telnet\n  accepter: telnet(rfc2217),tcp,127.0.0.1,%2\n"
-                                    "  connector: serialdev,%3,38400n81,local\n")
-                         .arg(raw_)
-                         .arg(telnet_)
-                         .arg(device)
-                         .toUtf8());
+        config.write(
+            QStringLiteral("%YAML 1.1\n---\n"
+                           "connection: &raw\n  accepter: tcp,127.0.0.1,%1\n"
+                           "  connector: serialdev,%3,38400n81,local\n  options:\n    chardelay: false\n"
+                           "connection: &telnet\n  accepter: telnet(rfc2217),tcp,127.0.0.1,%2\n"
+                           "  connector: serialdev,%3,38400n81,local\n  options:\n    chardelay: false\n")
+                .arg(raw_)
+                .arg(telnet_)
+                .arg(device)
+                .toUtf8());
         config.close();
         Start();
     }
