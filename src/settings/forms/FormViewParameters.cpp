@@ -13,10 +13,10 @@
 #include "settings/forms/ParameterListModel.h"
 #include "settings/forms/ValueDelegate.h"
 
-#include <QAction>
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -123,34 +123,41 @@ QWidget *FormViewParameters::MakeSearch()
 
 void FormViewParameters::MakeKeys()
 {
-    const auto add = [this](const QList<QKeySequence> &keys, void (*act)(Desk & desk, int p)) {
-        auto *action = new QAction(listView_);
-        action->setShortcuts(keys);
-        action->setShortcutContext(Qt::WidgetShortcut);
-        On(action, &QAction::triggered, this, [this, act] {
-            if (const int p = CurrentParameter(); p >= 0)
-                act(desk(), p);
-        });
-        listView_->addAction(action);
-        return action;
-    };
-    QAction *open = add({Qt::Key_Return, Qt::Key_Enter}, [](Desk &desk, int p) { desk.ShowParameter(p); });
-    add({Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter},
-        [](Desk &desk, int p) { desk.rules.EditParameter(desk.table.AccessClass(p), p); });
-    On(listView_, &QTreeView::doubleClicked, open, [open](const QModelIndex &) { open->trigger(); });
+    listView_->installEventFilter(this);
+    textSearch_->installEventFilter(this);
+    On(listView_, &QTreeView::doubleClicked, this, [this] { Open(false); });
     listView_->setContextMenuPolicy(Qt::CustomContextMenu);
     On(listView_, &QWidget::customContextMenuRequested, this,
        [this](const QPoint &place) { ShowRowMenu(place); });
-    // From the field into the rows without the Tab key.
-    auto *down = new QAction(textSearch_);
-    down->setShortcut(Qt::Key_Down);
-    down->setShortcutContext(Qt::WidgetShortcut);
-    On(down, &QAction::triggered, this, [this] {
+}
+
+bool FormViewParameters::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return Form::eventFilter(watched, event);
+    const auto *key = static_cast<QKeyEvent *>(event);
+    const bool isEnter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    if (watched == listView_ && isEnter) {
+        Guarded([&] { Open(key->modifiers() & Qt::ControlModifier); });
+        return true;
+    }
+    if (watched == textSearch_ && key->key() == Qt::Key_Down) {
+        // From the field into the rows without the Tab key.
         if (!listView_->currentIndex().isValid())
             listView_->setCurrentIndex(list_->index(0, 0));
         listView_->setFocus();
-    });
-    textSearch_->addAction(down);
+        return true;
+    }
+    return Form::eventFilter(watched, event);
+}
+
+void FormViewParameters::Open(bool edits)
+{
+    const int p = CurrentParameter();
+    if (p >= 0 && edits)
+        desk().rules.EditParameter(desk().table.AccessClass(p), p);
+    else if (p >= 0)
+        desk().ShowParameter(p);
 }
 
 QWidget *FormViewParameters::MakeFilters()

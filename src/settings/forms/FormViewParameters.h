@@ -49,6 +49,8 @@ private:
     QWidget *MakeFilters();
     QWidget *MakeSearch();
     void MakeKeys();
+    /** Goes to the box of the current row, or edits its value. */
+    void Open(bool edits);
     void RestoreColumns();
     void ShowColumnsMenu(const QPoint &place);
     void ShowRowMenu(const QPoint &place);
@@ -66,6 +68,7 @@ private:
 
 protected:
     void Unload() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     ReportFilter filter_;
