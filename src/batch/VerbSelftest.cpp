@@ -43,7 +43,8 @@ public:
             process_.waitForFinished(WaitMs);
         }
     }
-    Q_DISABLE_COPY_MOVE(OwnDrive)
+    OwnDrive(const OwnDrive &) = delete;
+    OwnDrive &operator=(const OwnDrive &) = delete;
 
     bool IsReady() const { return isReady_; }
 
