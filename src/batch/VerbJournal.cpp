@@ -65,6 +65,15 @@ QString Read(BatchRun &run, Wanted &wanted)
     return {};
 }
 
+/** "2026-11-23T01:34:01.250+01:00", for programs. */
+QString IsoTime(const JournalTime &time)
+{
+    constexpr int secondsOfMinute = 60;
+    return QDateTime::fromMSecsSinceEpoch(time.utcMs)
+        .toOffsetFromUtc(time.offsetMinutes * secondsOfMinute)
+        .toString(Qt::ISODateWithMs);
+}
+
 QVariant Maybe(const QString &text)
 {
     return text.isEmpty() ? QVariant() : QVariant(text);
@@ -74,7 +83,7 @@ void Print(BatchRun &run, const ShownAction &action, const ShownRow *row)
 {
     const bool isText = run.Output().CurrentFormat() == BatchOutput::Format::Text;
     const JournalTime &time = row != nullptr ? row->row.time : action.action.time;
-    QVariantList fields{HistoryTexts::WholeTime(time),
+    QVariantList fields{isText ? HistoryTexts::WholeTime(time) : IsoTime(time),
                         row != nullptr ? QVariant(HistoryTexts::Parameter(row->row)) : QVariant(),
                         row != nullptr ? QVariant(HistoryTexts::Before(row->row)) : QVariant(),
                         row != nullptr ? QVariant(row->row.textAfter) : QVariant(),
