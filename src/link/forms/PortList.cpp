@@ -1,6 +1,7 @@
 #include "link/forms/PortList.h"
 
 #include "platform/Guard.h"
+#include "platform/PortAddress.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -202,11 +203,14 @@ void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
                           : answer->second.kind == DriveProbe::Answer::Kind::Drive
                               ? QStringLiteral("a Sarvex drive answers")
                               : DriveFinder::TextOf(answer->second);
-    // An address needs the widest column.
-    const bool isNetwork = port.use == PortStatus::Use::Network;
-    const QString texts[] = {port.number > 0 ? port.Name() : QString(),
-                             isNetwork ? QStringLiteral("network") : port.device,
-                             isNetwork ? port.device : port.adapter, port.serialNumber, state};
+    QString texts[] = {port.number > 0 ? port.Name() : QString(), port.device, port.adapter,
+                       port.serialNumber, state};
+    if (const std::optional<PortAddress> address = PortAddress::Of(port.device)) {
+        // In parts, which the columns have room for.
+        texts[ColumnDevice] = address->Text().section(u':', 0, 0);
+        texts[ColumnAdapter] = address->host;
+        texts[ColumnSerialNumber] = QStringLiteral("port %1").arg(address->port);
+    }
     for (int column = 0; const QString &text : texts) {
         row.setText(column, text);
         // Plain: the names come from the devices.
