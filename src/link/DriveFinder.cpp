@@ -24,8 +24,8 @@ void DriveFinder::Start(const QList<PortStatus> &ports)
         if (port.CanBeAsked())
             ports_.append(port);
     // Those of this computer answer sooner.
-    std::ranges::stable_partition(ports_,
-                                  [](const PortStatus &port) { return port.use == PortStatus::Use::Free; });
+    std::stable_partition(ports_.begin(), ports_.end(),
+                          [](const PortStatus &port) { return port.use == PortStatus::Use::Free; });
     AskNext();
 }
 

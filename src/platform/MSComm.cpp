@@ -85,7 +85,7 @@ QString MSComm::OpenNow()
         transport = std::make_unique<SerialTransport>(device, commPort_);
         transport->Open();
     } else {
-        if (const QString why = PortAddress::WhyNot(device); !why.isEmpty()) {
+        if (QString why = PortAddress::WhyNot(device); !why.isEmpty()) {
             failure_ = Failure::Other;
             return why;
         }
@@ -102,7 +102,7 @@ QString MSComm::OpenNow()
     }
     failure_ = transport->OpenFailure();
     if (failure_ != Failure::None) {
-        const QString sentence = transport->Sentence();
+        QString sentence = transport->Sentence();
         transport.release()->deleteLater();
         return sentence;
     }
