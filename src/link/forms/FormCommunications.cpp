@@ -59,8 +59,9 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
     labelPluggedIn_->setObjectName(QStringLiteral("LabelPluggedIn"));
     labelPluggedIn_->setTextFormat(Qt::PlainText);
     labelPluggedIn_->setWordWrap(true);
-    // Room for a long name, or what is to be said of an address, so that the window does not jump.
-    labelPluggedIn_->setMinimumHeight(3 * labelPluggedIn_->fontMetrics().lineSpacing());
+    // Room for a long name, or what is to be said of an address: the window does not jump while adapters come
+    // and go, and a height that followed the width would count for nothing in how small it may become.
+    labelPluggedIn_->setFixedHeight(2 * labelPluggedIn_->fontMetrics().lineSpacing());
     labelPluggedIn_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     auto *labelCommPort = new QLabel(QStringLiteral("Com Port:"), this);
