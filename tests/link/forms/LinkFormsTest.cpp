@@ -11,6 +11,7 @@
 
 #include <QProgressBar>
 #include <QSignalSpy>
+#include <QTcpServer>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -142,6 +143,36 @@ TEST_F(LinkFormsTest, TheDriveIsFoundAmongTheFreePortsAndItsAdapterRemembered)
     EXPECT_EQ(StoredDevice(2), silent.Device());
     drive = Name("/dev/ttyUSB3");
     EXPECT_EQ(Ports(desk.settings, present).DeviceOf(13), drive) << "plugged in elsewhere";
+}
+
+TEST_F(LinkFormsTest, AnAddressStandsForAPortAndIsReachedWhenTheUserAsksForIt)
+{
+    QTcpServer nobody;
+    ASSERT_TRUE(nobody.listen(QHostAddress::LocalHost));
+    const QString address = QStringLiteral("tcp://127.0.0.1:%1").arg(nobody.serverPort());
+    link.MSComm1.SetCommPort(3);
+    Show<FormCommunications>(&desk.mainWindow, link, [] { return QList<SerialDevice>(); });
+    auto *device = Find<QComboBox>("ComboDevice")->lineEdit();
+    device->setText(Name("tcp://cabinet"));
+    EXPECT_THAT(Text("LabelPluggedIn"), ::testing::HasSubstr("names no port"));
+    device->setText(address);
+    EXPECT_THAT(Text("LabelPluggedIn"), ::testing::HasSubstr("nothing proves who answers"));
+    QTest::keyClick(device, Qt::Key_Return);
+    EXPECT_EQ(StoredDevice(3), address);
+    const auto row = [this] {
+        const auto rows = Find<QTreeWidget>("TreePorts")->findItems(Name("Com3"), Qt::MatchExactly, 0);
+        QStringList texts;
+        for (int column = 0; column < 5 && !rows.isEmpty(); ++column)
+            texts += rows.front()->text(column);
+        return texts.join(u',').toStdString();
+    };
+    Show<FormCommunications>(&desk.mainWindow, link, [] { return QList<SerialDevice>(); });
+    const std::string place = "Com3,tcp,127.0.0.1,port " + std::to_string(nobody.serverPort());
+    EXPECT_EQ(row(), place + ",not asked");
+    EXPECT_FALSE(nobody.hasPendingConnections()) << "nobody was asked yet";
+    nobody.close();
+    Click("CommandFindDrive");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return row() == place + ",not reached"; }));
 }
 
 TEST_F(LinkFormsTest, ARowOfTheListIsChosenAndOnLineNoneIs)
