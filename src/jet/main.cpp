@@ -4,6 +4,8 @@
 #include "jet/JetDump.h"
 #include "platform/ProcessLimits.h"
 
+#include <cstdlib>
+
 #ifdef QUORVIK_SANITIZED
 // Takes the place of the limit on address space, which the sanitizer cannot live with.
 extern "C" const char *__asan_default_options(); // NOLINT(bugprone-reserved-identifier)
@@ -12,6 +14,18 @@ extern "C" const char *__asan_default_options()  // NOLINT(bugprone-reserved-ide
     return "hard_rss_limit_mb=512:max_allocation_size_mb=256:detect_leaks=0";
 }
 #endif
+
+namespace
+{
+
+/** Without what a program usually does at its end, such as keeping what a coverage run has counted: this one
+ * may write no file. */
+[[noreturn]] void End(quorvik::JetExit exit)
+{
+    std::_Exit(int(exit));
+}
+
+} // namespace
 
 int main()
 {
@@ -23,7 +37,7 @@ int main()
 #endif
     const ProcessLimits limits = {memory, 2, 16};
     if (!LimitThisProcess(limits))
-        return int(JetExit::NoLimits);
+        End(JetExit::NoLimits);
     // Piece by piece: room for the longest file of all would take longer to come by than most files to read.
     constexpr std::size_t piece = 65536;
     std::vector<char> file;
@@ -35,7 +49,7 @@ int main()
         file.resize(before + taken);
     } while (taken == piece && file.size() <= JetMostFileSize);
     if (file.empty() || file.size() > JetMostFileSize)
-        return int(JetExit::Damaged);
+        End(JetExit::Damaged);
     const JetExit exit = DumpJet(file, stdout);
-    return int(std::fflush(stdout) == 0 ? exit : JetExit::Damaged);
+    End(std::fflush(stdout) == 0 ? exit : JetExit::Damaged);
 }
