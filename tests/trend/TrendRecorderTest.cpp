@@ -163,7 +163,8 @@ TEST_F(TrendRecorderTest, OverABadLineNothingWrongIsKeptAndNoTriggerLostOrDouble
         EXPECT_TRUE(isHit || isTorn) << "met at " << metUs << ", fired at " << *next;
         next += isHit ? 1 : 0;
     }
-    EXPECT_LT(torn, 60) << injected << " faults";
+    // Each fault tears one passage at most, however slow the computer is.
+    EXPECT_LE(torn, injected);
     for (std::size_t i = 0; i < fired.size(); ++i) {
         const TrendData &capture = *recorder.Captures().at(i);
         EXPECT_EQ(capture.triggerUs, fired[i]);
