@@ -118,8 +118,8 @@ protected:
 
 TEST_F(TrendRecorderTest, OverABadLineNothingWrongIsKeptAndNoTriggerLostOrDoubled)
 {
-    for (const char *words : {"bad-bcc,rate=0.0003,seed=3", "late,rate=0.0003,seed=4,ms=40",
-                              "silent,rate=0.0003,seed=5", "short,rate=0.0003,seed=6"})
+    for (const char *words : {"bad-bcc,rate=0.00015,seed=3", "late,rate=0.00015,seed=4,ms=40",
+                              "silent,rate=0.00015,seed=5", "short,rate=0.00015,seed=6"})
         ASSERT_EQ(faults.Add(QString::fromLatin1(words), drive::SteadyNow()), QString());
     GoOnLine();
     TriggerSetting setting;
