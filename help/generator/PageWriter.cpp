@@ -100,7 +100,7 @@ QString PageWriter::Expand(const Topic &topic, QStringList &problems)
         else if (line.trimmed() == QStringLiteral("{{parameters}}"))
             result.append(TableOfParameters());
         else if (line.trimmed() == QStringLiteral("{{faults}}"))
-            result.append(TableOfFaults());
+            result.append(SectionsOfFaults());
         else
             result.append(line);
     }
@@ -138,13 +138,23 @@ QString PageWriter::TableOfParameters() const
     return rows.join(u'\n');
 }
 
-QString PageWriter::TableOfFaults()
+QString PageWriter::SectionsOfFaults()
 {
-    QStringList rows = {QString(), QStringLiteral("| Fault | What it means | What to check |"),
-                        QStringLiteral("|---|---|---|")};
-    for (const Fault &fault : AllFaults())
-        rows.append(QStringLiteral("| %1 | %2 | %3 |").arg(fault.name, fault.meaning, fault.check));
-    return rows.join(u'\n');
+    QString sections;
+    for (const Fault &fault : AllFaults()) {
+        sections += QStringLiteral("\n## %1\n\n%2\n\nLikely causes, the likeliest first:\n\n")
+                        .arg(fault.name, fault.meaning);
+        int number = 0;
+        for (const QString &cause : fault.causes)
+            sections += QStringLiteral("%1. %2\n").arg(++number).arg(cause);
+        QStringList links;
+        for (const QString &topic : fault.topics)
+            links.append(QStringLiteral("[%1](%2.htm)")
+                             .arg(topic, QString(topic).replace(u' ', QStringLiteral("%20"))));
+        sections += QStringLiteral("\nWhat to check: %1\n\nWhere to look: %2.\n")
+                        .arg(fault.check, links.join(QStringLiteral(", then ")));
+    }
+    return sections;
 }
 
 QString PageWriter::Picture(const QString &name, const QString &caption, const QString &topic,

@@ -19,7 +19,7 @@ namespace quorvik::help
  * 217 from the factory table. Such lines in a row make one table. "@344..348 text" stands for a run of them.
  * - "![caption](picture:FormVelocityLoop)": the picture of a window, as the running program shows it.
  * - a line "{{parameters}}": the table of all parameters.
- * - a line "{{faults}}": the table of all faults, with what the window of the fault log says of each.
+ * - a line "{{faults}}": a section for each fault: meaning, likely causes in order, what to check, where to look.
  */
 class PageWriter
 {
@@ -38,7 +38,7 @@ private:
     QString Expand(const Topic &topic, QStringList &problems);
     QString ParameterRow(const QString &line, const QString &topic, QStringList &problems) const;
     QString TableOfParameters() const;
-    static QString TableOfFaults();
+    static QString SectionsOfFaults();
     QString Picture(const QString &name, const QString &caption, const QString &topic, QStringList &problems);
     void CheckLinks(const QString &html, const QString &topic, QStringList &problems) const;
 

@@ -14,6 +14,8 @@ struct Fault {
     QString name;    ///< "Phase Loss"
     QString meaning; ///< sentences for whoever stands at the drive
     QString check;
+    QStringList causes; ///< each a sentence, the likeliest first
+    QStringList topics; ///< of the help: the windows to look into, the first one first
 };
 
 /** Every fault that the program knows, from the lowest bit. */

@@ -1,4 +1,6 @@
 #include "blocks/BlockForm.h"
+#include "model/Faults.h"
+#include "model/TextTables.h"
 #include "shell/EveryWindow.h"
 #include "shell/ShellFixture.h"
 #include "support/WindowTest.h"
@@ -102,6 +104,23 @@ TEST(MessageTopic, QuotesWhatTheProgramSays)
     while (rows.hasNext())
         for (const QString &piece : rows.next().captured(1).remove(u'\\').split(gap))
             EXPECT_TRUE(source.contains(piece.trimmed())) << qPrintable(piece);
+}
+
+TEST(StateTopics, EveryStateAndEveryFaultIsExplained)
+{
+    constexpr int states = 9;
+    const QString topic = TopicText(QStringLiteral("Drive States.htm"));
+    for (int state = 0; state < states; ++state) {
+        const QString name = DriveStateText(state);
+        EXPECT_TRUE(topic.contains(QStringLiteral("\n## %1\n").arg(name))) << qPrintable(name);
+        EXPECT_TRUE(topic.contains(QStringLiteral("\n| %1 |").arg(name))) << qPrintable(name);
+    }
+    for (const Fault &fault : AllFaults()) {
+        EXPECT_GE(fault.causes.size(), 3) << qPrintable(fault.name);
+        EXPECT_FALSE(fault.topics.isEmpty()) << qPrintable(fault.name);
+        EXPECT_FALSE(fault.causes.join(QString()).contains(QRegularExpression(QStringLiteral("%[0-9]"))))
+            << qPrintable(fault.name);
+    }
 }
 
 using MainWindowTopics = ShellTest;
