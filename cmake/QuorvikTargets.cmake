@@ -23,8 +23,10 @@ target_compile_definitions(quorvik_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_C
     QUORVIK_VERSION="${PROJECT_VERSION}")
 target_include_directories(quorvik_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 if(QUORVIK_SANITIZE)
-    target_compile_options(quorvik_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
-        -fno-omit-frame-pointer)
+    # Undefined behaviour is looked for in the program; in the tests the checks would only double the time to compile them.
+    target_compile_options(quorvik_flags INTERFACE -fno-omit-frame-pointer -fsanitize=address
+        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:QUORVIK_IS_TEST>>>:-fsanitize=undefined>
+        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:QUORVIK_IS_TEST>>>:-fno-sanitize-recover=undefined>)
     target_link_options(quorvik_flags INTERFACE -fsanitize=address,undefined)
 endif()
 if(QUORVIK_COVERAGE)
@@ -36,16 +38,33 @@ if(QUORVIK_FUZZ)
     target_compile_options(quorvik_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# Each target precompiles the few headers that nearly all its sources include.
+# The headers that nearly all sources include are compiled once for each kind of target: core, widgets, tests, window_tests.
 function(quorvik_pch target which)
-
-    if(QUORVIK_PCH)
-        if(which STREQUAL widgets)
-            target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/PchWidgets.h)
-        else()
-            target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/PchCore.h)
-        endif()
+    if(which MATCHES "tests")
+        set_target_properties(${target} PROPERTIES QUORVIK_IS_TEST ON)
     endif()
+    if(NOT QUORVIK_PCH)
+        return()
+    endif()
+    set(owner quorvik_pch_${which})
+    if(NOT TARGET ${owner})
+        set(header_core PchCore.h)
+        set(header_widgets PchWidgets.h)
+        set(header_tests PchTests.h)
+        set(header_window_tests PchWindowTests.h)
+        add_library(${owner} OBJECT ${CMAKE_SOURCE_DIR}/cmake/Pch.cpp)
+        target_link_libraries(${owner} PRIVATE quorvik_flags Qt6::Core)
+        if(which STREQUAL "widgets" OR which STREQUAL "window_tests")
+            target_link_libraries(${owner} PRIVATE Qt6::Widgets)
+        endif()
+        if(which MATCHES "tests")
+            set_target_properties(${owner} PROPERTIES QUORVIK_IS_TEST ON)
+            target_link_libraries(${owner} PRIVATE GTest::gtest GTest::gmock)
+        endif()
+        set_target_properties(${owner} PROPERTIES AUTOMOC OFF AUTORCC OFF)
+        target_precompile_headers(${owner} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/${header_${which}})
+    endif()
+    target_precompile_headers(${target} REUSE_FROM ${owner})
 endfunction()
 
 # quorvik_engine(<folder> <libraries...>): the static library quorvik_<folder> from all sources of the calling folder.
@@ -80,6 +99,11 @@ function(quorvik_tests name)
     add_executable(${name}_tests ${sources})
     target_link_libraries(${name}_tests PRIVATE quorvik_flags GTest::gtest GTest::gmock Qt6::Test ${ARGN})
     target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    if("quorvik_window_test_support" IN_LIST ARGN)
+        quorvik_pch(${name}_tests window_tests)
+    else()
+        quorvik_pch(${name}_tests tests)
+    endif()
     quorvik_reads_older_files(${name}_tests)
     gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT 120

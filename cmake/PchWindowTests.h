@@ -1,0 +1,4 @@
+#pragma once
+#include "PchTests.h"
+#include "PchWidgets.h"
+#include <QApplication>
