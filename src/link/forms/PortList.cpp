@@ -134,6 +134,12 @@ void PortList::SetNumber(int number)
     Mark(true);
 }
 
+void PortList::ShowOnlyPresent()
+{
+    onlyPresent_ = true;
+    Refresh();
+}
+
 void PortList::SetMayChoose(bool may)
 {
     mayChoose_ = may;
@@ -171,8 +177,12 @@ void PortList::LookAgain()
     });
 }
 
-void PortList::Show(const QList<PortStatus> &ports)
+void PortList::Show(QList<PortStatus> ports)
 {
+    if (onlyPresent_)
+        ports.removeIf([this](const PortStatus &port) {
+            return port.use == PortStatus::Use::NotPresent && port.number != number_;
+        });
     if (ports == shown_)
         return;
     for (const PortStatus &port : ports)
