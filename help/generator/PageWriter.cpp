@@ -1,5 +1,6 @@
 #include "generator/PageWriter.h"
 
+#include "find/HelpWords.h"
 #include "model/Conversions.h"
 #include "model/Document.h"
 #include "model/Faults.h"
@@ -8,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <algorithm>
 #include <cmark-gfm-core-extensions.h>
 #include <cmark-gfm.h>
 
@@ -52,6 +54,22 @@ QString AccessWords(std::int32_t attributes)
     if (attributes & Attr::ReadOnly)
         return QStringLiteral("read only");
     return attributes & Attr::Icr ? QStringLiteral("at stop only") : QStringLiteral("read/write");
+}
+
+/** What a parameter does cannot be told in the words of its name alone. Words that begin alike count as one
+ * word. */
+bool RepeatsName(const QString &meaning, const QString &name)
+{
+    constexpr int fewestOwnWords = 3;
+    constexpr int fewestLetters = 4; // shorter ones join words and tell nothing
+    constexpr int stem = 4;
+    const QStringList nameWords = HelpWords::Essence(name).split(u' ', Qt::SkipEmptyParts);
+    const QStringList words = HelpWords::Essence(meaning).split(u' ', Qt::SkipEmptyParts);
+    return std::ranges::count_if(words, [&nameWords](const QString &word) {
+               return word.size() >= fewestLetters &&
+                      std::ranges::none_of(
+                          nameWords, [&word](const QString &of) { return word.startsWith(of.left(stem)); });
+           }) < fewestOwnWords;
 }
 
 } // namespace
@@ -118,6 +136,9 @@ QString PageWriter::ParameterRow(const QString &line, const QString &topic, QStr
         return {};
     }
     const ParamRecord &record = table_[first];
+    if (RepeatsName(match.captured(3), record.Name))
+        problems.append(topic + QStringLiteral(": the row of (%1) says no more than its name: ").arg(first) +
+                        line);
     const QString numbers =
         last == first ? QStringLiteral("(%1)").arg(first) : QStringLiteral("(%1 to %2)").arg(first).arg(last);
     return QStringLiteral("| %1 %2 | %3 | %4 | %5 | %6 |")

@@ -17,6 +17,7 @@ namespace quorvik::help
  *
  * - a line "@217 Its meaning.": a row of a table that adds name, range, factory value and access of parameter
  * 217 from the factory table. Such lines in a row make one table. "@344..348 text" stands for a run of them.
+ * The meaning must say more than the parameter's name.
  * - "![caption](picture:FormVelocityLoop)": the picture of a window, as the running program shows it.
  * - a line "{{parameters}}": the table of all parameters.
  * - a line "{{faults}}": a section for each fault: meaning, likely causes in order, what to check, where to look.

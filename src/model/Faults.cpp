@@ -44,12 +44,12 @@ constexpr Entry Entries[] = {
     {"VFB Loss, ",
      {AFB, VelFeedback, VFBLossLevel, InvertFeedback, FeedbackSelect, VFBLossInhibit},
      "The armature's own feedback, %1, is larger than %2 by more than %3: tachometer or encoder gives no "
-     "signal, too small a one or one of the wrong sign.",
+     "signal, or too small a one.",
      "Check coupling, cable and plug of the tachometer or encoder. %4 turns its sign; %5 must name what is "
      "built in. With field weakening the two may differ on purpose: then %6 is True.",
      {"The coupling of the tachometer or encoder is loose or has come off.",
       "A wire or plug of it is open, or an encoder has lost its supply.",
-      "After work on the cables: the sign is wrong, see %4, or %5 names another device.",
+      "%5 names another device than the one that is built in.",
       "The level, %3, is set closer than the two measurements agree: IR Comp and scaling decide that."},
      {"Velocity Loop", "Fault Logic", "Calibration"}},
     {"OverVoltage, ",

@@ -20,7 +20,8 @@ TEST(Generator, WhatIsWrongFailsWithASentence)
         file.write(text);
     };
     write("topics/Speed.md",
-          "# Speed\n\nSee [Ramp](Ramp.htm).\n\n![S](picture:FormSpeed)\n\n@220..217 Back.\n");
+          "# Speed\n\nSee [Ramp](Ramp.htm).\n\n![S](picture:FormSpeed)\n\n@220..217 Back.\n"
+          "@226 The forward acceleration of set A.\n@227 Shorter: the motor brakes harder.\n");
     write("topics/Lost.md", "Lost\n");
     write("contents.txt", "Speed.htm\nGone.htm\n");
 
@@ -30,14 +31,16 @@ TEST(Generator, WhatIsWrongFailsWithASentence)
     topics.Check({QStringLiteral("Speed.htm"), QStringLiteral("Torque.htm")}, problems);
     PageWriter(desk.table, topics, folder.path(), folder.filePath(QStringLiteral("out"))).WriteAll(problems);
     problems.replaceInStrings(folder.path() + u'/', QString()).sort();
-    EXPECT_EQ(problems.join(u'\n').toStdString(),
-              "\"Lost.htm\" stands nowhere in the contents\n"
-              "Speed.htm: no row of a parameter: @220..217 Back.\n"
-              "Speed.htm: the link to \"Ramp.htm\" leads nowhere\n"
-              "Speed.htm: there is no picture of FormSpeed\n"
-              "a window asks for the topic \"Torque.htm\", which does not exist\n"
-              "contents.txt: there is no topic \"Gone.htm\"\n"
-              "topics/Lost.md: begins with no \"# Title\"");
+    EXPECT_EQ(
+        problems.join(u'\n').toStdString(),
+        "\"Lost.htm\" stands nowhere in the contents\n"
+        "Speed.htm: no row of a parameter: @220..217 Back.\n"
+        "Speed.htm: the link to \"Ramp.htm\" leads nowhere\n"
+        "Speed.htm: the row of (226) says no more than its name: @226 The forward acceleration of set A.\n"
+        "Speed.htm: there is no picture of FormSpeed\n"
+        "a window asks for the topic \"Torque.htm\", which does not exist\n"
+        "contents.txt: there is no topic \"Gone.htm\"\n"
+        "topics/Lost.md: begins with no \"# Title\"");
 }
 
 TEST(Generator, TopicsAndParametersAreFoundByTheirWords)
