@@ -137,6 +137,10 @@ void PortList::SetNumber(int number)
 void PortList::ShowOnlyPresent()
 {
     onlyPresent_ = true;
+    // There are few of them, and the adapter tells them apart.
+    treePorts_->setColumnHidden(ColumnSerialNumber, true);
+    treePorts_->setMinimumWidth(treePorts_->minimumWidth() - fontMetrics().horizontalAdvance(QLatin1String(
+                                                                 Columns[ColumnSerialNumber].sample)));
     Refresh();
 }
 

@@ -31,7 +31,7 @@ public:
     void SetNumber(int number);
     /** Whether a port may be chosen; otherwise the list only shows. */
     void SetMayChoose(bool may);
-    /** Leaves out what is not plugged in, but for the number that is chosen. */
+    /** Leaves out what is not plugged in, but for the number that is chosen, and the serial numbers. */
     void ShowOnlyPresent();
     /** Looks at the ports at once, and not within a second. */
     void RefreshSoon();
