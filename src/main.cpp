@@ -47,12 +47,12 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
 
     SettingsStore settings;
-    DesktopAsker asker;
     const QString programFolder = QApplication::applicationDirPath();
     HelpViewer help(programFolder + QStringLiteral("/quorvik.qch"),
                     QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
                         QStringLiteral("/quorvik"),
                     settings);
+    DesktopAsker asker(&help);
     SetFailureReporter([&asker](const RuntimeFailure &failure) {
         asker.Tell(failure.Sentence(), MsgIcon::Critical, AppTitle());
     });

@@ -35,8 +35,8 @@ private:
     QTemporaryDir profile_;
     QString programFolder_;
     SettingsStore settings_;
-    DesktopAsker asker_;
     HelpViewer help_;
+    DesktopAsker asker_{&help_};
     std::unique_ptr<MDIFormMain> main_;
 };
 

@@ -1,5 +1,6 @@
 #include "desktop/DesktopAsker.h"
 
+#include "desktop/BoxHelp.h"
 #include "desktop/BoxLines.h"
 #include "desktop/SaveDialog.h"
 
@@ -118,6 +119,7 @@ MsgAnswer DesktopAsker::MsgBox(const QString &text, MsgButtons buttons, MsgIcon 
                     FrontWindow());
     box.setTextFormat(Qt::PlainText);
     KeepLinesWhole(box);
+    HelpOnF1(box, help_);
     // Desktops order the buttons each in its own way, and would take the first one.
     box.setDefaultButton(buttons == MsgButtons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
     switch (box.exec()) {
@@ -138,6 +140,7 @@ MsgAnswer DesktopAsker::Ask(const Question &question)
                     question.WholeText(), QMessageBox::NoButton, FrontWindow());
     box.setTextFormat(Qt::PlainText);
     KeepLinesWhole(box);
+    HelpOnF1(box, help_);
     std::map<const QAbstractButton *, MsgAnswer> answers;
     for (const Choice &choice : question.choices) {
         QPushButton *button = AddChoice(box, choice);

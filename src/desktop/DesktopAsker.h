@@ -10,6 +10,13 @@ namespace quorvik
 class DesktopAsker : public Asker
 {
 public:
+    /** @param help what F1 in a box opens; outlives the asker. */
+    explicit DesktopAsker(HTMLHelp *help = nullptr)
+        : help_(help)
+        , standing_(help)
+    {
+    }
+
     MsgAnswer MsgBox(const QString &text, MsgButtons buttons, MsgIcon icon, const QString &title) override;
     MsgAnswer Ask(const Question &question) override;
     void Tell(const QString &text, MsgIcon icon, const QString &title) override;
@@ -17,6 +24,7 @@ public:
     std::optional<QString> ShowSave(const FileDialogRequest &request) override;
 
 private:
+    HTMLHelp *help_;
     StandingMessages standing_;
 };
 

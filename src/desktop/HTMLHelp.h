@@ -14,6 +14,9 @@ public:
     virtual ~HTMLHelp() = default;
 
     virtual void DisplayTopic(const QString &topic, QWidget *owner) = 0;
+    /** Shows what the help says to a message of the program.
+     * @param text the message as it was shown, whatever stands in it for this case. */
+    virtual void DisplayMessage(const QString &text, QWidget *owner) = 0;
     virtual void DisplayContents(QWidget *owner) = 0;
     virtual void DisplaySearch(QWidget *owner) = 0;
     /** Closes the viewer. */

@@ -51,4 +51,15 @@ QUrl HelpLibrary::PageOf(const QString &topic) const
     return {};
 }
 
+QStringList HelpLibrary::TopicsLike(const QString &beginning) const
+{
+    QStringList topics;
+    if (IsOpen())
+        for (const QUrl &url : engine_->files(nameSpace_, QString()))
+            if (url.fileName().startsWith(beginning))
+                topics.append(url.fileName());
+    topics.sort();
+    return topics;
+}
+
 } // namespace quorvik

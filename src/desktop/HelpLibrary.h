@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHelpEngine>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <memory>
 
@@ -19,6 +20,8 @@ public:
     bool IsOpen() const { return !nameSpace_.isEmpty(); }
     /** Where a page such as "Velocity Loop.htm" lies, or an empty address where there is none. */
     QUrl PageOf(const QString &topic) const;
+    /** The pages whose names begin so, in the order of their names. */
+    QStringList TopicsLike(const QString &beginning) const;
     QByteArray Data(const QUrl &url) const { return engine_->fileData(url); }
     QHelpEngine &Engine() { return *engine_; }
 

@@ -32,6 +32,11 @@ void HelpViewer::DisplayTopic(const QString &topic, QWidget *owner)
     Window(owner).ShowTopic(topic);
 }
 
+void HelpViewer::DisplayMessage(const QString &text, QWidget *owner)
+{
+    Window(owner).ShowMessage(text);
+}
+
 void HelpViewer::DisplayContents(QWidget *owner)
 {
     Window(owner).ShowContents();

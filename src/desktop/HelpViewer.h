@@ -12,7 +12,8 @@ class HelpWindow;
 class SettingsStore;
 
 /**
- * The help viewer of the program. It is built at its first use and remembers its size.
+ * The help viewer of the program. It is built at its first use and remembers its size, and stands
+ * beside the window that asks.
  *
  * Where the help file is missing, the viewer says so and names the file.
  */
@@ -27,6 +28,7 @@ public:
     ~HelpViewer() override;
 
     void DisplayTopic(const QString &topic, QWidget *owner) override;
+    void DisplayMessage(const QString &text, QWidget *owner) override;
     void DisplayContents(QWidget *owner) override;
     void DisplaySearch(QWidget *owner) override;
     void Close() override;

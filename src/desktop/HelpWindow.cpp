@@ -1,27 +1,31 @@
 #include "desktop/HelpWindow.h"
 
+#include "desktop/HelpPage.h"
+#include "desktop/HelpPlace.h"
+#include "desktop/HelpSearch.h"
+#include "desktop/MessageRows.h"
 #include "platform/Guard.h"
 #include "platform/SettingsStore.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QDesktopServices>
+#include <QDialog>
 #include <QHelpContentWidget>
 #include <QHelpIndexWidget>
 #include <QHelpLink>
-#include <QHelpSearchEngine>
-#include <QHelpSearchQueryWidget>
-#include <QHelpSearchResultWidget>
-#include <QImage>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QResizeEvent>
 #include <QScreen>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
-#include <QTextBrowser>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace quorvik
 {
@@ -29,66 +33,29 @@ namespace quorvik
 namespace
 {
 
-/** A text browser whose pages come out of the help file. */
-class HelpPage : public QTextBrowser
-{
-public:
-    HelpPage(HelpLibrary &library, QWidget *parent)
-        : QTextBrowser(parent)
-        , library_(library)
-    {
-    }
-
-protected:
-    QVariant loadResource(int type, const QUrl &name) override
-    {
-        const QUrl url = name.isRelative() ? source().resolved(name) : name;
-        if (url.scheme() != QLatin1String("qthelp") || !library_.IsOpen())
-            return QTextBrowser::loadResource(type, name);
-        if (type != QTextDocument::ImageResource)
-            return library_.Data(url);
-        const QImage picture = QImage::fromData(library_.Data(url));
-        pictures_.insert(name, picture);
-        return Fitting(picture);
-    }
-
-    void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override
-    {
-        if (name.scheme().startsWith(QLatin1String("http")))
-            QDesktopServices::openUrl(name);
-        else {
-            pictures_.clear();
-            QTextBrowser::doSetSource(name, type);
-        }
-    }
-
-    void resizeEvent(QResizeEvent *event) override
-    {
-        QTextBrowser::resizeEvent(event);
-        if (event->size().width() == event->oldSize().width() || pictures_.isEmpty())
-            return;
-        for (auto entry = pictures_.cbegin(); entry != pictures_.cend(); ++entry)
-            document()->addResource(QTextDocument::ImageResource, entry.key(), Fitting(entry.value()));
-        document()->markContentsDirty(0, document()->characterCount());
-    }
-
-private:
-    /** The picture, no wider than the page: the browser itself would only cut it off. */
-    QImage Fitting(const QImage &picture) const
-    {
-        const int widest = viewport()->width() - 4 * fontMetrics().height();
-        return picture.width() <= widest || widest <= 0
-                   ? picture
-                   : picture.scaledToWidth(widest, Qt::SmoothTransformation);
-    }
-
-    HelpLibrary &library_;
-    QHash<QUrl, QImage> pictures_; ///< of the page that shows, in their full size
-};
-
 /** What a viewer that shows nothing yet opens on. */
 constexpr QLatin1String FirstTopic("Getting Started.htm");
 constexpr QLatin1String Section("Help");
+constexpr QLatin1String Messages("Troubleshooting.htm");
+/** In heights of the font: the list on the left, the window as it opens first and where there is little room.
+ */
+constexpr int ListWidth = 16;
+constexpr QSize FirstSize(72, 44);
+constexpr QSize LeastSize(42, 26);
+
+/** What the user sees as the window that asks: a window in the frame is one of its own. */
+const QWidget *AskedWindow(const QWidget *owner)
+{
+    const auto *inFrame = qobject_cast<const QMdiSubWindow *>(owner->parentWidget());
+    return inFrame ? inFrame : owner->window();
+}
+
+QRect PlaceOf(const QWidget *window)
+{
+    return window->isWindow() ? window->frameGeometry()
+                              : QRect(window->mapToGlobal(QPoint()), window->size())
+                                    .intersected(window->window()->frameGeometry());
+}
 
 } // namespace
 
@@ -96,8 +63,10 @@ HelpWindow::HelpWindow(const QString &helpFile, const QString &indexFolder, Sett
     : helpFile_(helpFile)
     , settings_(settings)
     , library_(helpFile, indexFolder)
+    , search_(new HelpSearch(this))
     , tabs_(new QTabWidget)
     , page_(new HelpPage(library_, this))
+    , splitter_(new QSplitter(this))
 {
     setObjectName(QStringLiteral("HelpViewer"));
     setWindowTitle(tr("Quorvik Help"));
@@ -108,22 +77,27 @@ HelpWindow::HelpWindow(const QString &helpFile, const QString &indexFolder, Sett
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     AddToolBar();
-    auto *splitter = new QSplitter(this);
-    splitter->addWidget(tabs_);
-    splitter->addWidget(page_);
-    splitter->setStretchFactor(1, 1);
-    layout->addWidget(splitter, 1);
+    auto *left = new QWidget;
+    auto *leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->addWidget(search_->Field());
+    leftLayout->addWidget(tabs_, 1);
+    splitter_->addWidget(left);
+    splitter_->addWidget(page_);
+    splitter_->setStretchFactor(1, 1);
+    layout->addWidget(splitter_, 1);
     if (library_.IsOpen())
         AddTabs();
     else
-        tabs_->hide();
+        left->hide();
+    AddKeys();
 
     const int em = fontMetrics().height();
     const QSize stored(settings.GetSetting(Section, QStringLiteral("Width")).toInt(),
                        settings.GetSetting(Section, QStringLiteral("Height")).toInt());
-    const QSize wanted(82 * em, 48 * em);
-    resize(stored.isEmpty() ? wanted.boundedTo(screen()->availableSize() * 9 / 10) : stored);
-    splitter->setSizes({18 * em, width() - 18 * em});
+    wanted_ = stored.isEmpty() ? (FirstSize * em).boundedTo(screen()->availableSize() * 9 / 10) : stored;
+    resize(wanted_);
+    splitter_->setSizes({ListWidth * em, width() - ListWidth * em});
 }
 
 HelpWindow::~HelpWindow() = default;
@@ -140,6 +114,8 @@ void HelpWindow::AddToolBar()
     QAction *print = bar->addAction(tr("&Print..."));
     print->setObjectName(QStringLiteral("HelpPrint"));
     On(print, &QAction::triggered, this, [this] { Print(); });
+    // Links and the way back open pages, too.
+    On(page_, &QTextBrowser::sourceChanged, this, [this] { SayPage(); });
     for (QAction *action : {back, forward})
         action->setEnabled(false);
     connect(page_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
@@ -172,31 +148,111 @@ void HelpWindow::AddTabs()
             OpenPage(links.first().url);
     });
 
-    QHelpSearchEngine *search = engine.searchEngine();
-    auto *searchTab = new QWidget;
-    auto *searchLayout = new QVBoxLayout(searchTab);
-    searchLayout->addWidget(search->queryWidget());
-    searchLayout->addWidget(search->resultWidget(), 1);
-    tabs_->addTab(searchTab, tr("&Search"));
-    On(search->queryWidget(), &QHelpSearchQueryWidget::search, this,
-       [search] { search->search(search->queryWidget()->searchInput()); });
-    On(search->resultWidget(), &QHelpSearchResultWidget::requestShowLink, this,
-       [this](const QUrl &url) { OpenPage(url); });
-    search->scheduleIndexDocumentation();
+    tabs_->addTab(search_->Found(), tr("F&ound"));
+    search_->Use(engine.searchEngine());
+    On(search_, &HelpSearch::Began, this, [this] { tabs_->setCurrentWidget(search_->Found()); });
+    On(search_, &HelpSearch::Ended, this, [this] {
+        if (tabs_->currentWidget() == search_->Found())
+            tabs_->setCurrentIndex(0);
+    });
+    On(search_, &HelpSearch::PageChosen, this, [this](const QUrl &url) {
+        OpenPage(url);
+        page_->MarkWords(search_->Words());
+    });
+}
+
+void HelpWindow::AddKeys()
+{
+    const auto add = [this](const QKeySequence &keys, auto &&handler) {
+        auto *key = new QShortcut(keys, this);
+        On(key, &QShortcut::activated, this, handler);
+    };
+    add(Qt::CTRL | Qt::Key_F, [this] {
+        search_->Field()->setFocus(Qt::ShortcutFocusReason);
+        search_->Field()->selectAll();
+    });
+    add(Qt::Key_F3, [this] { page_->ShowMark(false); });
+    add(Qt::SHIFT | Qt::Key_F3, [this] { page_->ShowMark(true); });
+    add(Qt::Key_Escape, [this] {
+        if (search_->Field()->text().isEmpty()) {
+            close();
+        } else {
+            search_->Field()->clear();
+            search_->Field()->setFocus();
+        }
+    });
+    search_->Field()->installEventFilter(this);
+}
+
+/** The field keeps the focus while one reads, so its keys for moving move the page. */
+bool HelpWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        QScrollBar *bar = page_->verticalScrollBar();
+        const std::pair<int, QAbstractSlider::SliderAction> moves[] = {
+            {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+            {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub},
+            {Qt::Key_Down, QAbstractSlider::SliderSingleStepAdd},
+            {Qt::Key_Up, QAbstractSlider::SliderSingleStepSub},
+        };
+        const bool isInList = key->key() == Qt::Key_Down || key->key() == Qt::Key_Up;
+        for (const auto &[move, action] : moves)
+            if (key->key() == move && !(isInList && !search_->Words().isEmpty())) {
+                bar->triggerAction(action);
+                return true;
+            }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void HelpWindow::ShowFor(QWidget *owner)
 {
     QWidget *ownerWindow = owner ? owner->window() : nullptr;
-    if (ownerWindow && ownerWindow->isModal() && parentWidget() != ownerWindow) {
+    QWidget *modal = ownerWindow && ownerWindow->isModal() ? ownerWindow : QApplication::activeModalWidget();
+    if (modal && parentWidget() != modal) {
         // A modal window blocks every window but its own children.
-        setParent(ownerWindow, Qt::Window);
-    } else if (parentWidget() && !(ownerWindow && ownerWindow->isModal())) {
+        setParent(modal, Qt::Window);
+        // What one has looked up is to stay when the question has been answered.
+        if (auto *dialog = qobject_cast<QDialog *>(modal))
+            connect(dialog, &QDialog::finished, this, [this, dialog] {
+                if (parentWidget() != dialog)
+                    return;
+                const bool wasVisible = isVisible();
+                setParent(nullptr, Qt::Window);
+                setAttribute(Qt::WA_ShowWithoutActivating);
+                setVisible(wasVisible);
+                setAttribute(Qt::WA_ShowWithoutActivating, false);
+            });
+    } else if (parentWidget() && !modal) {
         setParent(nullptr, Qt::Window);
     }
+    if (owner)
+        PlaceFor(owner);
     show();
     raise();
     activateWindow();
+    search_->Field()->setFocus();
+}
+
+/** Leaves the window where it is unless it is not seen yet or hides the one that asks. */
+void HelpWindow::PlaceFor(const QWidget *owner)
+{
+    const QRect asked = PlaceOf(AskedWindow(owner));
+    if (asked.isEmpty() || (isVisible() && !frameGeometry().intersects(asked)))
+        return;
+    // Its own frame is not known before it is shown; that of the other will be much the same.
+    const QWidget *framed = isVisible() ? this : owner->window();
+    const QSize frame = framed->frameGeometry().size() - framed->geometry().size();
+    if (size() != given_)
+        wanted_ = size();
+    const int em = fontMetrics().height();
+    const QRect place = PlaceHelp(asked, wanted_ + frame, LeastSize * em + frame,
+                                  owner->screen()->availableGeometry(), em / 2);
+    given_ = place.size() - frame;
+    resize(given_);
+    move(place.topLeft());
+    splitter_->setSizes({ListWidth * em, width() - ListWidth * em});
 }
 
 void HelpWindow::ShowTopic(const QString &topic)
@@ -206,6 +262,23 @@ void HelpWindow::ShowTopic(const QString &topic)
         SayMissing(topic);
     else
         OpenPage(url);
+}
+
+void HelpWindow::ShowMessage(const QString &text)
+{
+    QString page = Messages;
+    MessageRow best;
+    for (const QString &topic : library_.TopicsLike(QStringLiteral("Troubleshooting"))) {
+        QTextDocument document;
+        document.setHtml(QString::fromUtf8(library_.Data(library_.PageOf(topic))));
+        if (const MessageRow row = RowOfMessage(document, text); row.score > best.score) {
+            best = row;
+            page = topic;
+        }
+    }
+    ShowTopic(page);
+    if (const MessageRow row = RowOfMessage(*page_->document(), text); row.position >= 0)
+        page_->MarkRow(row.position);
 }
 
 void HelpWindow::ShowContents()
@@ -219,16 +292,17 @@ void HelpWindow::ShowContents()
 
 void HelpWindow::ShowSearch()
 {
-    tabs_->setCurrentIndex(tabs_->count() - 1);
-    if (!library_.IsOpen())
-        SayMissing({});
-    else
-        library_.Engine().searchEngine()->queryWidget()->setFocus();
+    ShowContents();
+    tabs_->setCurrentWidget(search_->Found());
 }
 
 void HelpWindow::OpenPage(const QUrl &url)
 {
     page_->setSource(url);
+}
+
+void HelpWindow::SayPage()
+{
     setWindowTitle(page_->documentTitle().isEmpty() ? tr("Quorvik Help")
                                                     : tr("%1 - Quorvik Help").arg(page_->documentTitle()));
 }
@@ -254,8 +328,10 @@ void HelpWindow::Print()
 
 void HelpWindow::closeEvent(QCloseEvent *event)
 {
-    settings_.SaveSetting(Section, QStringLiteral("Width"), QString::number(width()));
-    settings_.SaveSetting(Section, QStringLiteral("Height"), QString::number(height()));
+    if (size() != given_)
+        wanted_ = size();
+    settings_.SaveSetting(Section, QStringLiteral("Width"), QString::number(wanted_.width()));
+    settings_.SaveSetting(Section, QStringLiteral("Height"), QString::number(wanted_.height()));
     QWidget::closeEvent(event);
 }
 

@@ -1,5 +1,6 @@
 #include "desktop/StandingMessages.h"
 
+#include "desktop/BoxHelp.h"
 #include "desktop/BoxLines.h"
 
 #include <QApplication>
@@ -110,6 +111,7 @@ void StandingMessages::Open(Standing &standing, QMessageBox::Icon icon, const QS
     box->setDefaultButton(QMessageBox::Ok);
     box->setModal(false);
     KeepLinesWhole(*box);
+    HelpOnF1(*box, help_);
 
     // A dialog that holds the program would hold the box too, unless the box belongs to it; once it is gone
     // the box is the main window's.

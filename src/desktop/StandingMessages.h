@@ -9,6 +9,8 @@
 namespace quorvik
 {
 
+class HTMLHelp;
+
 /** The main window while it is shown, or nothing. */
 QWidget *MainWindowOnScreen();
 
@@ -19,6 +21,11 @@ QWidget *MainWindowOnScreen();
 class StandingMessages : public QObject
 {
 public:
+    /** @param help what F1 in a box opens, or none. */
+    explicit StandingMessages(HTMLHelp *help)
+        : help_(help)
+    {
+    }
     ~StandingMessages() override;
 
     /** @param text plain text; added to the box that stands, unless it says so already. */
@@ -31,6 +38,7 @@ private:
     };
     void Open(Standing &standing, QMessageBox::Icon icon, const QString &title);
 
+    HTMLHelp *help_;
     QList<Standing> standing_;
 };
 

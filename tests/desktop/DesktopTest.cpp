@@ -151,6 +151,30 @@ TEST(DesktopAsker, AQuestionHasItsVerbsAndTheSafeOneIsTheDefault)
             });
 }
 
+TEST(DesktopAsker, F1ShowsWhatTheHelpSaysToABox)
+{
+    RecordingHelp help;
+    DesktopAsker asker(&help);
+    const auto ask = [](QWidget *box) {
+        box->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(box));
+        QTest::keyClick(box, Qt::Key_F1);
+        QTest::keyClick(box, Qt::Key_Escape);
+    };
+    InModal([&] { asker.MsgBox(Name("Told."), MsgButtons::Ok, MsgIcon::None, {}); }, ask);
+    InModal(
+        [&] {
+            asker.Ask(
+                {.text = Name("Asked?"), .title = {}, .choices = {{MsgAnswer::No}}, .safe = MsgAnswer::No});
+        },
+        ask);
+    asker.Tell(Name("Stands."), MsgIcon::None, {});
+    for (QWidget *box : QApplication::topLevelWidgets())
+        if (qobject_cast<QMessageBox *>(box) && box->isVisible())
+            ask(box);
+    EXPECT_EQ(help.Topics, (QStringList{Name("Told."), Name("Asked?"), Name("Stands.")}));
+}
+
 TEST(DesktopAsker, ABoxBreaksNoLineTwice)
 {
     const QString line = Name("required (simulating a lower rated tachometer). Change the Tachometer");
