@@ -5,7 +5,7 @@
 #include "shell/ShellFixture.h"
 #include "support/WindowTest.h"
 
-#include <QDirIterator>
+#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -83,27 +83,6 @@ TEST_F(WindowTopics, EveryOtherWindowAndEveryPageOfTheMentorsHasItsOwn)
 {
     VisitOtherWindows(desk, expectHelp);
     VisitMentors(desk, expectHelp);
-}
-
-TEST(MessageTopic, QuotesWhatTheProgramSays)
-{
-    QString source;
-    QDirIterator files(QStringLiteral(QUORVIK_HELP_SOURCE "/../src"), {QStringLiteral("*.cpp")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext())
-        source += FileText(files.next());
-    // A literal may run over several lines of the code, and its text over several lines of the box.
-    source.remove(QRegularExpression(QStringLiteral(R"("\s*\n\s*")")));
-    source.replace(QRegularExpression(QStringLiteral(R"(\\[rn])")), QStringLiteral(" "));
-    source = source.remove(u'\\').simplified();
-    static const QRegularExpression row(QStringLiteral(R"(^\| (?!Message)((?:[^|\\]|\\.)+) \|)"),
-                                        QRegularExpression::MultilineOption);
-    static const QRegularExpression gap(QStringLiteral(R"(\.\.\.|(?<=[.!?]) )"));
-    QRegularExpressionMatchIterator rows = row.globalMatch(TopicText(QStringLiteral("Troubleshooting.htm")));
-    EXPECT_TRUE(rows.hasNext());
-    while (rows.hasNext())
-        for (const QString &piece : rows.next().captured(1).remove(u'\\').split(gap))
-            EXPECT_TRUE(source.contains(piece.trimmed())) << qPrintable(piece);
 }
 
 TEST(StateTopics, EveryStateAndEveryFaultIsExplained)
