@@ -10,6 +10,7 @@ class NoHelp : public HTMLHelp
 {
 public:
     void DisplayTopic(const QString &, QWidget *) override {}
+    void DisplayFound(const QString &, const QStringList &, QWidget *) override {}
     void DisplayMessage(const QString &, QWidget *) override {}
     void DisplayContents(QWidget *) override {}
     void DisplaySearch(QWidget *) override {}

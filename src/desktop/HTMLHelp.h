@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -14,6 +15,8 @@ public:
     virtual ~HTMLHelp() = default;
 
     virtual void DisplayTopic(const QString &topic, QWidget *owner) = 0;
+    /** Shows a topic at the words that it was found by. */
+    virtual void DisplayFound(const QString &topic, const QStringList &words, QWidget *owner) = 0;
     /** Shows what the help says to a message of the program.
      * @param text the message as it was shown, whatever stands in it for this case. */
     virtual void DisplayMessage(const QString &text, QWidget *owner) = 0;

@@ -8,6 +8,8 @@
 #include <QScrollBar>
 #include <QTextTable>
 #include <algorithm>
+#include <map>
+#include <set>
 
 namespace quorvik
 {
@@ -59,7 +61,7 @@ QImage HelpPage::Fitting(const QImage &picture) const
                                                     : picture.scaledToWidth(widest, Qt::SmoothTransformation);
 }
 
-void HelpPage::Mark(const QList<QTextCursor> &places)
+void HelpPage::Mark(const QList<QTextCursor> &places, qsizetype shown)
 {
     QList<QTextEdit::ExtraSelection> marks;
     for (const QTextCursor &place : places) {
@@ -70,7 +72,11 @@ void HelpPage::Mark(const QList<QTextCursor> &places)
         marks.append(mark);
     }
     setExtraSelections(marks);
-    moveCursor(QTextCursor::Start);
+    if (places.isEmpty())
+        return;
+    QTextCursor before = places[shown];
+    before.setPosition(before.selectionStart());
+    setTextCursor(before);
     ShowMark(false);
 }
 
@@ -83,10 +89,19 @@ void HelpPage::MarkWords(const QStringList &words)
                                   QRegularExpression::CaseInsensitiveOption |
                                       QRegularExpression::UseUnicodePropertiesOption);
     QList<QTextCursor> places;
+    std::map<int, std::set<qsizetype>> wordsOfBlock;
+    qsizetype best = 0;
     for (QTextCursor place = document()->find(form, 0); !words.isEmpty() && !place.isNull();
-         place = document()->find(form, place))
+         place = document()->find(form, place)) {
         places.append(place);
-    Mark(places);
+        const QString text = place.selectedText();
+        const auto word = std::ranges::find_if(
+            words, [&](const QString &each) { return text.startsWith(each, Qt::CaseInsensitive); });
+        wordsOfBlock[place.blockNumber()].insert(word - words.begin());
+        if (wordsOfBlock[place.blockNumber()].size() > wordsOfBlock[places[best].blockNumber()].size())
+            best = places.size() - 1;
+    }
+    Mark(places, best);
 }
 
 void HelpPage::MarkRow(int position)
@@ -101,7 +116,7 @@ void HelpPage::MarkRow(int position)
             cell.setPosition(table->cellAt(row, column).lastPosition(), QTextCursor::KeepAnchor);
             cells.append(cell);
         }
-        Mark(cells);
+        Mark(cells, 0);
     }
 }
 

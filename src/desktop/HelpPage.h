@@ -18,7 +18,8 @@ class HelpPage : public QTextBrowser
 public:
     HelpPage(HelpLibrary &library, QWidget *parent);
 
-    /** Marks each place where one of the words begins a word of the page, and shows the first one. */
+    /** Marks each place where one of the words begins a word of the page, and shows the paragraph or the cell
+     * of a table that has most of them. */
     void MarkWords(const QStringList &words);
     /** Marks the row of a table that begins at a place of the document, and shows it. */
     void MarkRow(int position);
@@ -32,7 +33,8 @@ protected:
 
 private:
     QImage Fitting(const QImage &picture) const;
-    void Mark(const QList<QTextCursor> &places);
+    /** Marks places in the order of the page, and shows one of them. */
+    void Mark(const QList<QTextCursor> &places, qsizetype shown);
 
     HelpLibrary &library_;
     QHash<QUrl, QImage> pictures_; ///< of the page that shows, in their full size

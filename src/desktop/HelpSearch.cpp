@@ -38,6 +38,9 @@ HelpSearch::HelpSearch(QObject *parent)
     count_->setWordWrap(true);
     list_->setObjectName(QStringLiteral("HelpFound"));
     list_->setAccessibleName(tr("Pages found"));
+    list_->setWordWrap(true);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list_->setResizeMode(QListView::Adjust);
     auto *layout = new QVBoxLayout(found_);
     layout->addWidget(count_);
     layout->addWidget(list_, 1);

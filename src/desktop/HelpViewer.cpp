@@ -32,6 +32,11 @@ void HelpViewer::DisplayTopic(const QString &topic, QWidget *owner)
     Window(owner).ShowTopic(topic);
 }
 
+void HelpViewer::DisplayFound(const QString &topic, const QStringList &words, QWidget *owner)
+{
+    Window(owner).ShowFound(topic, words);
+}
+
 void HelpViewer::DisplayMessage(const QString &text, QWidget *owner)
 {
     Window(owner).ShowMessage(text);

@@ -28,6 +28,7 @@ public:
     ~HelpViewer() override;
 
     void DisplayTopic(const QString &topic, QWidget *owner) override;
+    void DisplayFound(const QString &topic, const QStringList &words, QWidget *owner) override;
     void DisplayMessage(const QString &text, QWidget *owner) override;
     void DisplayContents(QWidget *owner) override;
     void DisplaySearch(QWidget *owner) override;

@@ -14,6 +14,7 @@
 #include <QHelpIndexWidget>
 #include <QHelpLink>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QMdiSubWindow>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -25,6 +26,8 @@
 #include <QTextDocument>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <QWindow>
+#include <algorithm>
 #include <utility>
 
 namespace quorvik
@@ -50,11 +53,18 @@ const QWidget *AskedWindow(const QWidget *owner)
     return inFrame ? inFrame : owner->window();
 }
 
+/** Of the desktop, asked for now: a widget keeps what it was told when it was shown. */
+QMargins FrameOf(const QWidget *window)
+{
+    const QWindow *handle = window->windowHandle();
+    return handle ? handle->frameMargins() : QMargins();
+}
+
 QRect PlaceOf(const QWidget *window)
 {
-    return window->isWindow() ? window->frameGeometry()
-                              : QRect(window->mapToGlobal(QPoint()), window->size())
-                                    .intersected(window->window()->frameGeometry());
+    const QRect place = window->window()->geometry().marginsAdded(FrameOf(window->window()));
+    return window->isWindow() ? place
+                              : QRect(window->mapToGlobal(QPoint()), window->size()).intersected(place);
 }
 
 } // namespace
@@ -79,7 +89,7 @@ HelpWindow::HelpWindow(const QString &helpFile, const QString &indexFolder, Sett
     AddToolBar();
     auto *left = new QWidget;
     auto *leftLayout = new QVBoxLayout(left);
-    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->setContentsMargins(fontMetrics().height() / 4, 0, 0, 0);
     leftLayout->addWidget(search_->Field());
     leftLayout->addWidget(tabs_, 1);
     splitter_->addWidget(left);
@@ -97,7 +107,7 @@ HelpWindow::HelpWindow(const QString &helpFile, const QString &indexFolder, Sett
                        settings.GetSetting(Section, QStringLiteral("Height")).toInt());
     wanted_ = stored.isEmpty() ? (FirstSize * em).boundedTo(screen()->availableSize() * 9 / 10) : stored;
     resize(wanted_);
-    splitter_->setSizes({ListWidth * em, width() - ListWidth * em});
+    ShareWidth();
 }
 
 HelpWindow::~HelpWindow() = default;
@@ -239,20 +249,31 @@ void HelpWindow::ShowFor(QWidget *owner)
 void HelpWindow::PlaceFor(const QWidget *owner)
 {
     const QRect asked = PlaceOf(AskedWindow(owner));
-    if (asked.isEmpty() || (isVisible() && !frameGeometry().intersects(asked)))
+    if (asked.isEmpty() || (isVisible() && !PlaceOf(this).intersects(asked)))
         return;
     // Its own frame is not known before it is shown; that of the other will be much the same.
-    const QWidget *framed = isVisible() ? this : owner->window();
-    const QSize frame = framed->frameGeometry().size() - framed->geometry().size();
+    const QMargins margins = FrameOf(isVisible() ? this : owner->window());
+    const QSize frame(margins.left() + margins.right(), margins.top() + margins.bottom());
     if (size() != given_)
         wanted_ = size();
     const int em = fontMetrics().height();
-    const QRect place = PlaceHelp(asked, wanted_ + frame, LeastSize * em + frame,
-                                  owner->screen()->availableGeometry(), em / 2);
+    const auto placed = [&](const QSize &least) {
+        return PlaceHelp(asked, wanted_ + frame, least + frame, owner->screen()->availableGeometry(), em / 2);
+    };
+    QRect place = placed(LeastSize * em);
+    // Who asks in the main window wants to read and not to see it.
+    if (qobject_cast<const QMainWindow *>(AskedWindow(owner)) && place.intersects(asked))
+        place = placed(wanted_);
     given_ = place.size() - frame;
     resize(given_);
     move(place.topLeft());
-    splitter_->setSizes({ListWidth * em, width() - ListWidth * em});
+    ShareWidth();
+}
+
+void HelpWindow::ShareWidth()
+{
+    const int list = std::min(ListWidth * fontMetrics().height(), width() / 3);
+    splitter_->setSizes({list, width() - list});
 }
 
 void HelpWindow::ShowTopic(const QString &topic)
@@ -262,6 +283,12 @@ void HelpWindow::ShowTopic(const QString &topic)
         SayMissing(topic);
     else
         OpenPage(url);
+}
+
+void HelpWindow::ShowFound(const QString &topic, const QStringList &words)
+{
+    ShowTopic(topic);
+    page_->MarkWords(words);
 }
 
 void HelpWindow::ShowMessage(const QString &text)

@@ -30,6 +30,7 @@ public:
      * it. */
     void ShowFor(QWidget *owner);
     void ShowTopic(const QString &topic);
+    void ShowFound(const QString &topic, const QStringList &words);
     /** Opens the page with the row that quotes a message, and marks it. */
     void ShowMessage(const QString &text);
     void ShowContents();
@@ -44,6 +45,7 @@ private:
     void AddToolBar();
     void AddKeys();
     void PlaceFor(const QWidget *owner);
+    void ShareWidth();
     void SayPage();
     void OpenPage(const QUrl &url);
     void SayMissing(const QString &topic);

@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QTextBlock>
 #include <QTextBrowser>
 
 namespace quorvik::testing
@@ -114,6 +115,9 @@ TEST_F(HelpViewerTest, AMessageLeadsToItsRowAndTheHelpOutlivesTheBox)
              "at 40.00 %."),
         nullptr);
     EXPECT_TRUE(marked().contains(QStringLiteral("before the step it was at"))) << qPrintable(marked());
+    viewer.DisplayFound(Name("Troubleshooting Tools.htm"), {Name("holds"), Name("torque")}, nullptr);
+    EXPECT_TRUE(Page()->textCursor().block().text().contains(QStringLiteral("Nothing holds the speed")))
+        << "where most of the words stand together";
     viewer.DisplayMessage(Name("Nobody wrote this."), nullptr);
     EXPECT_EQ(Title(), Name("Troubleshooting by message"));
     EXPECT_EQ(marked(), QString());

@@ -26,6 +26,7 @@ public:
     QStringList Topics;
 
     void DisplayTopic(const QString &topic, QWidget *) override { Topics.append(topic); }
+    void DisplayFound(const QString &topic, const QStringList &, QWidget *) override { Topics.append(topic); }
     void DisplayMessage(const QString &text, QWidget *) override { Topics.append(text); }
     void DisplayContents(QWidget *) override { Topics.append(QStringLiteral("<contents>")); }
     void DisplaySearch(QWidget *) override { Topics.append(QStringLiteral("<search>")); }

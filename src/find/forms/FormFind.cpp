@@ -2,6 +2,7 @@
 
 #include "desktop/HTMLHelp.h"
 #include "desktop/PlainText.h"
+#include "find/FoldedWords.h"
 #include "find/forms/FindModel.h"
 #include "link/ValueStates.h"
 #include "model/ParameterTable.h"
@@ -313,11 +314,12 @@ void FormFind::Open(const FindEntry &entry)
             Tell(QStringLiteral("\"%1\" %2.").arg(entry.title, whyNot));
             return;
         }
+    const QStringList words = FoldedWords(textFind_->text());
     Leave(entry);
     if (isCommand)
         host_.Choose(entry.key);
     else if (entry.kind == FindKind::Topic)
-        desk().help.DisplayTopic(entry.key, mainWindow_);
+        desk().help.DisplayFound(entry.key, words, mainWindow_);
     else if (!desk().ShowParameter(entry.number))
         host_.ListParameter(entry.number);
 }
