@@ -12,7 +12,7 @@ namespace
 /** Markdown without what nobody reads: the targets of links and pictures. */
 QString ReadableText(QString markdown)
 {
-    static const QRegularExpression target(QStringLiteral("\\]\\([^)]*\\)"));
+    static const QRegularExpression target(QStringLiteral("\\]\\([^)]*\\)|<br>"));
     return markdown.replace(target, QStringLiteral(" "));
 }
 

@@ -16,10 +16,10 @@ constexpr int LeastPiece = 6;
 
 int ScoreOf(const QString &quote, const QString &message)
 {
-    static const QRegularExpression gap(QStringLiteral(R"(\.\.\.|(?<=[.!?]) )"));
+    static const QRegularExpression gap(QStringLiteral(R"(\.\.\.|\x{2028}|(?<=[.!?]) )"));
     int score = 0;
-    for (const QString &piece : quote.simplified().split(gap))
-        if (const QString words = piece.trimmed(); words.size() >= LeastPiece && message.contains(words))
+    for (const QString &piece : quote.split(gap))
+        if (const QString words = piece.simplified(); words.size() >= LeastPiece && message.contains(words))
             score += int(words.size());
     return score;
 }

@@ -79,7 +79,7 @@ QString Shown(QString text)
 /** What stands between the places that differ from case to case. */
 QStringList PiecesOf(const QString &text)
 {
-    static const QRegularExpression gap(QStringLiteral(R"(\.\.\.|%\d|(?<=[.!?]) )"));
+    static const QRegularExpression gap(QStringLiteral(R"(\.\.\.|<br>|%\d|(?<=[.!?]) )"));
     QStringList pieces;
     for (const QString &piece : text.split(gap))
         if (piece.trimmed().size() > 2)
