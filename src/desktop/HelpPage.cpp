@@ -14,6 +14,13 @@
 namespace quorvik
 {
 
+namespace
+{
+
+constexpr qsizetype LongWord = 4;
+
+} // namespace
+
 HelpPage::HelpPage(HelpLibrary &library, QWidget *parent)
     : QTextBrowser(parent)
     , library_(library)
@@ -82,9 +89,13 @@ void HelpPage::Mark(const QList<QTextCursor> &places, qsizetype shown)
 
 void HelpPage::MarkWords(const QStringList &words)
 {
+    // A short one stands everywhere.
+    const bool hasLong =
+        std::ranges::any_of(words, [](const QString &word) { return word.size() >= LongWord; });
     QStringList patterns;
     for (const QString &word : words)
-        patterns += QRegularExpression::escape(word);
+        if (!hasLong || word.size() >= LongWord)
+            patterns += QRegularExpression::escape(word);
     const QRegularExpression form(QStringLiteral("\\b(?:%1)\\w*").arg(patterns.join(u'|')),
                                   QRegularExpression::CaseInsensitiveOption |
                                       QRegularExpression::UseUnicodePropertiesOption);

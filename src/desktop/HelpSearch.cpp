@@ -97,13 +97,19 @@ void HelpSearch::ShowFound()
     if (Words().isEmpty())
         return;
     const QList<QHelpSearchResult> pages = engine_->searchResults(0, MostPages);
-    for (const QHelpSearchResult &page : pages) {
-        auto *item = new QListWidgetItem(page.title(), list_);
-        item->setData(Qt::UserRole, page.url());
-    }
+    for (const QHelpSearchResult &page : pages)
+        Add(page.title(), page.url());
     count_->setText(pages.isEmpty()     ? tr("No page has all of these words.")
                     : pages.size() == 1 ? tr("One page")
                                         : tr("%1 pages, the best one first").arg(pages.size()));
+    if (pages.isEmpty())
+        Q_EMIT NothingFound(field_->text());
+}
+
+void HelpSearch::Add(const QString &title, const QUrl &page)
+{
+    auto *item = new QListWidgetItem(title, list_);
+    item->setData(Qt::UserRole, page);
 }
 
 void HelpSearch::Choose(const QListWidgetItem *item)

@@ -30,6 +30,8 @@ public:
     void Use(QHelpSearchEngine *engine);
     /** The words that are looked for, in small letters. */
     QStringList Words() const;
+    /** Adds a page to what was found. */
+    void Add(const QString &title, const QUrl &page);
     /** One page on in the list, or back; false where there is none. */
     bool MoveInFound(int by);
 
@@ -37,6 +39,8 @@ Q_SIGNALS:
     /** The field got its first letter, or lost its last one. */
     void Began();
     void Ended();
+    /** No page has all the words of the field. */
+    void NothingFound(const QString &text);
     void PageChosen(const QUrl &url);
 
 protected:

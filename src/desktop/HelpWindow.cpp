@@ -165,6 +165,11 @@ void HelpWindow::AddTabs()
         if (tabs_->currentWidget() == search_->Found())
             tabs_->setCurrentIndex(0);
     });
+    // A message as it was shown holds names and values of its case, which stand on no page.
+    On(search_, &HelpSearch::NothingFound, this, [this](const QString &text) {
+        if (const QString page = PageOfMessage(text); !page.isEmpty())
+            search_->Add(tr("Troubleshooting: what is most like it"), library_.PageOf(page));
+    });
     On(search_, &HelpSearch::PageChosen, this, [this](const QUrl &url) {
         OpenPage(url);
         page_->MarkWords(search_->Words());
@@ -291,9 +296,10 @@ void HelpWindow::ShowFound(const QString &topic, const QStringList &words)
     page_->MarkWords(words);
 }
 
-void HelpWindow::ShowMessage(const QString &text)
+/** The page with the row that quotes most of a message; empty where none does. */
+QString HelpWindow::PageOfMessage(const QString &text)
 {
-    QString page = Messages;
+    QString page;
     MessageRow best;
     for (const QString &topic : library_.TopicsLike(QStringLiteral("Troubleshooting"))) {
         QTextDocument document;
@@ -303,7 +309,13 @@ void HelpWindow::ShowMessage(const QString &text)
             page = topic;
         }
     }
-    ShowTopic(page);
+    return page;
+}
+
+void HelpWindow::ShowMessage(const QString &text)
+{
+    const QString page = PageOfMessage(text);
+    ShowTopic(page.isEmpty() ? QString(Messages) : page);
     if (const MessageRow row = RowOfMessage(*page_->document(), text); row.position >= 0)
         page_->MarkRow(row.position);
 }

@@ -46,6 +46,7 @@ private:
     void AddKeys();
     void PlaceFor(const QWidget *owner);
     void ShareWidth();
+    QString PageOfMessage(const QString &text);
     void SayPage();
     void OpenPage(const QUrl &url);
     void SayMissing(const QString &topic);

@@ -19,7 +19,8 @@ int ScoreOf(const QString &quote, const QString &message)
     static const QRegularExpression gap(QStringLiteral(R"(\.\.\.|\x{2028}|(?<=[.!?]) )"));
     int score = 0;
     for (const QString &piece : quote.split(gap))
-        if (const QString words = piece.simplified(); words.size() >= LeastPiece && message.contains(words))
+        if (const QString words = piece.simplified();
+            words.size() >= LeastPiece && message.contains(words, Qt::CaseInsensitive))
             score += int(words.size());
     return score;
 }
