@@ -162,12 +162,8 @@ TEST(DesktopAsker, F1ShowsWhatTheHelpSaysToABox)
         QTest::keyClick(box, Qt::Key_Escape);
     };
     InModal([&] { asker.MsgBox(Name("Told."), MsgButtons::Ok, MsgIcon::None, {}); }, ask);
-    InModal(
-        [&] {
-            asker.Ask(
-                {.text = Name("Asked?"), .title = {}, .choices = {{MsgAnswer::No}}, .safe = MsgAnswer::No});
-        },
-        ask);
+    const Question question{.text = Name("Asked?"), .title = {}, .choices = {{MsgAnswer::No}}, .safe = {}};
+    InModal([&] { asker.Ask(question); }, ask);
     asker.Tell(Name("Stands."), MsgIcon::None, {});
     for (QWidget *box : QApplication::topLevelWidgets())
         if (qobject_cast<QMessageBox *>(box) && box->isVisible())

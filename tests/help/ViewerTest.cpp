@@ -117,11 +117,6 @@ TEST_F(HelpViewerTest, AMessageLeadsToItsRowAndTheHelpOutlivesTheBox)
     }
     ASSERT_NE(Window(), nullptr);
     EXPECT_TRUE(Window()->isVisible());
-    viewer.DisplayMessage(
-        Name("(220) Reference 0 may still be at 50.00 % in the drive; before the step it was "
-             "at 40.00 %."),
-        nullptr);
-    EXPECT_TRUE(marked().contains(QStringLiteral("before the step it was at"))) << qPrintable(marked());
     viewer.DisplayFound(Name("Troubleshooting Tools.htm"), {Name("holds"), Name("torque")}, nullptr);
     EXPECT_TRUE(Page()->textCursor().block().text().contains(QStringLiteral("Nothing holds the speed")))
         << "where most of the words stand together";
