@@ -234,7 +234,11 @@ void HelpWindow::ShowFor(QWidget *owner)
                 if (parentWidget() != dialog)
                     return;
                 const bool wasVisible = isVisible();
+                const QPoint place = pos();
                 setParent(nullptr, Qt::Window);
+                // The new window's frame is not known yet, so that the widget's own move would leave it out.
+                if (windowHandle())
+                    windowHandle()->setFramePosition(place);
                 setAttribute(Qt::WA_ShowWithoutActivating);
                 setVisible(wasVisible);
                 setAttribute(Qt::WA_ShowWithoutActivating, false);
