@@ -155,8 +155,10 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
             auto *frame = new QWidget;
             frame->setObjectName(QStringLiteral("StartPage"));
             auto *layout = new QVBoxLayout(frame);
-            layout->addWidget(
-                new StartPage(desk.table, Ports(desk.settings, ports), link.Timings(), recent, {}, frame));
+            StartCommands commands;
+            commands.help = [&desk](const QString &topic) { desk.help.DisplayTopic(topic, nullptr); };
+            layout->addWidget(new StartPage(desk.table, Ports(desk.settings, ports), link.Timings(), recent,
+                                            commands, frame));
             return frame;
         },
         [&] { return new FormVirtualOperatorSetup(desk.desk, panel, 0); },
