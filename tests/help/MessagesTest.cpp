@@ -29,6 +29,8 @@ constexpr NoMessage NoMessages[] = {
     {"wizards/io/(IOSetupTexts|FormWizardIO|SelectPages)", "", "instructions on a Mentor's page"},
     {"wizards/(basic/(FormWizardBasic|DrivePages|RunPages)|frame/FinishPage)", "", "the same"},
     {"shell/FormGettingStarted", "", "a tip"},
+    {"shell/(Lessons|LessonCard)", "", "a step of a lesson"},
+    {"shell/StartPage", "", "a label of the start page"},
     {"shell/MenuTable", "Wh&y", "a menu entry"},
     {"platform/CommandLine", "", "help on the command line"},
     {"link/forms/FormSelectCommMode", "Offline is", "a label beside the choice"},
