@@ -1,6 +1,6 @@
-#include "blocks/FaultRecord.h"
+#include "model/FaultRecord.h"
 
-#include "blocks/DriveClock.h"
+#include "model/DriveClock.h"
 #include "model/Faults.h"
 #include "model/ParameterTable.h"
 #include "model/TextTables.h"
@@ -38,13 +38,17 @@ QString GetFaultData(const ParameterTable &table, int base)
     return GetFaultData(table, base, DayText(table.Value(base + WeekDay)));
 }
 
-QString GetFaultData(const ParameterTable &table, int base, const QString &dayText)
+QString FaultTimeText(const ParameterTable &table, int base, const QString &dayText)
 {
     const auto word = [&](Word offset) { return table.Value(base + offset); };
     const QString separator = QStringLiteral(", ");
-    return GetFault(word(Faults)) + dayText + separator +
-           DriveDateText(word(Year), word(Month), word(MonthDay)) + separator +
+    return dayText + separator + DriveDateText(word(Year), word(Month), word(MonthDay)) + separator +
            DriveTimeText(word(Hours), word(Minutes), word(Seconds));
+}
+
+QString GetFaultData(const ParameterTable &table, int base, const QString &dayText)
+{
+    return GetFault(table.Value(base + Faults)) + FaultTimeText(table, base, dayText);
 }
 
 } // namespace quorvik
