@@ -40,8 +40,10 @@ Balance BalanceOf(const std::vector<DifferenceRow> &rows)
             ++balance.byInputs;
         else if (row.isIncomplete)
             ++balance.unknown;
-        else
-            ++(row.differs ? balance.differing : balance.same);
+        else if (row.differs)
+            ++balance.differing;
+        else if (row.kind == RowKind::Setting)
+            ++balance.same;
     }
     return balance;
 }
@@ -112,10 +114,9 @@ DriveVerification VerifySet(const ParameterSet &set, const ParameterSet &drive, 
     const ParameterSet *const both[] = {&set, &drive};
     const Balance balance = BalanceOf(Compare(both));
     result.verification = Worst(result.verification, balance);
-    result.text = QStringLiteral("%1 was compared with the drive, which was read on %2: ")
+    result.text = QStringLiteral("The %1 was compared with the drive, which was read on %2: ")
                       .arg(set.name, MomentText(readAt)) +
                   ResultText(balance);
-    result.text[0] = result.text[0].toUpper();
     if (balance.unknown > 0)
         result.text += UnknownText(balance.unknown);
     if (balance.byInputs > 0)
@@ -126,7 +127,7 @@ DriveVerification VerifySet(const ParameterSet &set, const ParameterSet &drive, 
         const Balance otherBalance = BalanceOf(Compare(pair));
         result.verification = Worst(result.verification, otherBalance);
         result.text +=
-            QStringLiteral(" %1 was compared with it, too: ").arg(other->name) + ResultText(otherBalance);
+            QStringLiteral(" The %1 was compared with it, too: ").arg(other->name) + ResultText(otherBalance);
         if (otherBalance.unknown > 0)
             result.text += UnknownText(otherBalance.unknown);
         if (int(all.size()) < MostSets)

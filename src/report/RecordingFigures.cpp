@@ -44,6 +44,15 @@ std::optional<TunedLoop> LoopOf(const TrendMark &mark, const TrendData &cut, std
     return std::nullopt;
 }
 
+/** When a change took effect: a recording that was aligned at it knows better than its mark, which stands
+ * where the drive's answer came. */
+qint64 StepUsOf(const TrendMark &mark, std::optional<qint64> alignedUs)
+{
+    constexpr qint64 nearUs = 250'000;
+    return alignedUs && *alignedUs <= mark.timeUs && mark.timeUs - *alignedUs <= nearUs ? *alignedUs
+                                                                                        : mark.timeUs;
+}
+
 QString LoopText(TunedLoop loop)
 {
     return loop == TunedLoop::Velocity ? QStringLiteral("Velocity") : QStringLiteral("Current");
@@ -75,7 +84,7 @@ CommissioningTable StepsIn(const TrendData &data)
         const std::optional<TunedLoop> loop = LoopOf(mark, cut, data.triggerUs);
         if (!loop || cut.TrackOf(StepTest::FeedbackOf(*loop)) == nullptr)
             continue;
-        const StepResult result = StepTest::AnswerIn(cut, *loop, mark.timeUs, endUs);
+        const StepResult result = StepTest::AnswerIn(cut, *loop, StepUsOf(mark, data.triggerUs), endUs);
         table.rows.append(QStringList{mark.text, LoopText(*loop)} + StepFigureTexts(result));
         failures << SentenceOf(result.failure);
     }

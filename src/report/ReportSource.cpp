@@ -32,17 +32,44 @@ void TakeDrive(const Engines &engines, ReportSource &source)
     source.drive = SetOfDrive(values, table, QStringLiteral("drive"));
 }
 
+bool IsOfSet(int p, std::int32_t attributes)
+{
+    const RowKind kind = KindOf(p, attributes);
+    return kind == RowKind::Setting || kind == RowKind::Model;
+}
+
+/** Whether what the table holds is known to be the drive's, or is the set's own. */
+bool IsKnown(const Engines &engines, int p)
+{
+    const ParamRecord &record = engines.table[p];
+    switch (engines.states.Of(p)) {
+    case ValueState::Live:
+    case ValueState::Old:
+    case ValueState::Lost:
+    case ValueState::Queued:
+    case ValueState::Refused:
+        return true;
+    case ValueState::Never:
+        // A set that is held beside the drive stands there by itself, and so does what the drive has another
+        // value for.
+        return IsOfSet(p, record.Attributes) &&
+               (record.WriteFlag == WriteState::Held || engines.states.DriveValue(p));
+    case ValueState::Set:
+    case ValueState::Emulated:
+        break;
+    }
+    return IsOfSet(p, record.Attributes);
+}
+
 } // namespace
 
 ParameterSet ReportedSet(ParameterSet set, bool isOfDrive)
 {
     if (isOfDrive)
         return set;
-    for (int p = 0; p <= set.LastParam(); ++p) {
-        const RowKind kind = KindOf(p, set.records[p].Attributes);
-        if (kind != RowKind::Setting && kind != RowKind::Model)
+    for (int p = 0; p <= set.LastParam(); ++p)
+        if (!IsOfSet(p, set.records[p].Attributes))
             set.known.at(std::size_t(p)) = false;
-    }
     return set;
 }
 
@@ -68,8 +95,10 @@ ReportSource SourceOf(const Engines &engines)
         const ValueState state = engines.states.Of(p);
         if (state == ValueState::Queued || state == ValueState::Refused)
             source.notTaken.push_back(p);
-        else if (state == ValueState::Never || state == ValueState::Emulated)
-            source.set.known.at(std::size_t(p)) = false;
+        const bool isKnown = IsKnown(engines, p);
+        if (isKnown && state == ValueState::Never && source.drive.Knows(p))
+            source.otherwise.push_back(p);
+        source.set.known.at(std::size_t(p)) = isKnown;
     }
     return source;
 }

@@ -23,12 +23,13 @@ struct ReportSource {
     QDateTime readAt;   ///< when the drive was read as a whole; invalid where its values came one by one
     std::map<int, QString> doubts;  ///< of values of the drive that are not of now: "last seen 09:12:33, ..."
     std::vector<int> notTaken = {}; ///< entries that the drive has not taken, in rising order
+    std::vector<int> otherwise = {}; ///< settings of which the drive has told another value
 };
 
 /**
- * The open set as it stands. On line, and after a link that a fault ended, the drive is what it has told; a
- * value of which it has told nothing is not known. Off line the set knows its settings and its model, and
- * the drive nothing.
+ * The open set as it stands. On line, and after a link that a fault ended, the drive is what it has told, and
+ * a value of which it has told nothing is not known, but for a set that is held beside it. Off line the set
+ * knows its settings and its model, and the drive nothing.
  */
 ReportSource SourceOf(const Engines &engines);
 

@@ -177,14 +177,15 @@ CommissioningTable ChangedSettingsTable(const ReportSource &source, const Parame
                            : QStringLiteral("%1, set by (%2)").arg(now.text).arg(row.drivenBy)));
     }
     QStringList remarks;
+    const auto remark = [&](const QString &what, const std::vector<int> &params) {
+        if (!params.empty())
+            remarks << what.arg(FullNames(like, params, MostNamed, QStringLiteral(", ")));
+    };
     if (table.rows.isEmpty())
         remarks << QStringLiteral("No setting is known to differ from its factory value.");
-    if (!unknown.empty())
-        remarks << QStringLiteral("Not read, so not listed: %1.")
-                       .arg(FullNames(like, unknown, MostNamed, QStringLiteral(", ")));
-    if (!source.notTaken.empty())
-        remarks << QStringLiteral("Entered, but not taken by the drive: %1.")
-                       .arg(FullNames(like, source.notTaken, MostNamed, QStringLiteral(", ")));
+    remark(QStringLiteral("Not read, so not listed: %1."), unknown);
+    remark(QStringLiteral("Entered, but not taken by the drive: %1."), source.notTaken);
+    remark(QStringLiteral("The drive has told another value of: %1."), source.otherwise);
     table.remark = remarks.join(u' ');
     return table;
 }
