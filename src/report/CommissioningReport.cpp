@@ -19,7 +19,7 @@ QString Key(const char *name)
 QStringList TextsOf(const QJsonValue &value)
 {
     QStringList texts;
-    for (const QJsonValue &each : value.toArray())
+    for (const QJsonValue each : value.toArray())
         texts.append(each.toString());
     return texts;
 }
@@ -38,7 +38,7 @@ CommissioningTable TableOf(const QJsonValue &value)
 {
     const QJsonObject object = value.toObject();
     CommissioningTable table{TextsOf(object[Key("heads")]), {}, object[Key("remark")].toString()};
-    for (const QJsonValue &row : object[Key("rows")].toArray()) {
+    for (const QJsonValue row : object[Key("rows")].toArray()) {
         QStringList fields = TextsOf(row);
         fields.resize(table.heads.size());
         table.rows.append(fields);
@@ -130,7 +130,7 @@ CommissioningReport ReportFromJson(const QByteArray &text, QString &failure)
     ForEachTable(report, [&object](const char *name, CommissioningTable &table) {
         table = TableOf(object[Key(name)]);
     });
-    for (const QJsonValue &each : object[Key("recordings")].toArray()) {
+    for (const QJsonValue each : object[Key("recordings")].toArray()) {
         const QJsonObject recording = each.toObject();
         report.recordings.append({recording[Key("path")].toString(), recording[Key("title")].toString(),
                                   TableOf(recording[Key("figures")])});

@@ -35,6 +35,11 @@ protected:
         ASSERT_TRUE(engines.drive.GoOnLine().IsDone());
         ASSERT_TRUE(engines.drive.ReadAll().IsDone());
     }
+    void Enter(std::int32_t rawFwdAccelA)
+    {
+        const Intent intent(engines.table, Origin::EditDialog);
+        engines.table.SetParamValue(Param::FwdAccelA, rawFwdAccelA, true, true);
+    }
     CommissioningReport Report(const DriveVerification &verification)
     {
         return MakeReport(engines,
