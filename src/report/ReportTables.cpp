@@ -174,7 +174,7 @@ CommissioningTable ChangedSettingsTable(const ReportSource &source, const Parame
             fields << before.text
                    << (row.drivenBy == 0
                            ? now.text
-                           : QStringLiteral("%1, set by (%2)").arg(now.text).arg(row.drivenBy)));
+                           : QStringLiteral("%1, set by (%2)").arg(now.text, QString::number(row.drivenBy))));
     }
     QStringList remarks;
     const auto remark = [&](const QString &what, const std::vector<int> &params) {
