@@ -83,6 +83,19 @@ PageWriter::PageWriter(const ParameterTable &table, const Topics &topics, QStrin
 {
 }
 
+void PageWriter::SetChanges(const QString &changes)
+{
+    const QString heading = QStringLiteral("\n## ");
+    const qsizetype first = changes.indexOf(heading);
+    if (first < 0)
+        return;
+    const qsizetype text = changes.indexOf(u'\n', first + heading.size()) + 1;
+    const qsizetype next = changes.indexOf(heading, text);
+    changes_ = changes.mid(text, next < 0 ? -1 : next - text);
+    // On a page of its own they stand a step higher.
+    changes_.replace(QStringLiteral("\n### "), QStringLiteral("\n## "));
+}
+
 void PageWriter::WriteAll(QStringList &problems)
 {
     QDir().mkpath(outFolder_);
@@ -119,6 +132,8 @@ QString PageWriter::Expand(const Topic &topic, QStringList &problems)
             result.append(TableOfParameters());
         else if (line.trimmed() == QStringLiteral("{{faults}}"))
             result.append(SectionsOfFaults());
+        else if (line.trimmed() == QStringLiteral("{{changes}}"))
+            result.append(changes_);
         else
             result.append(line);
     }

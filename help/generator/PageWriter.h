@@ -20,6 +20,7 @@ namespace quorvik::help
  * The meaning must say more than the parameter's name.
  * - "![caption](picture:FormVelocityLoop)": the picture of a window, as the running program shows it.
  * - a line "{{parameters}}": the table of all parameters.
+ * - a line "{{changes}}": what SetChanges() was given.
  * - a line "{{faults}}": a section for each fault: meaning, likely causes in order, what to check, where to look.
  */
 class PageWriter
@@ -27,6 +28,10 @@ class PageWriter
 public:
     /** @param table holds the factory table. */
     PageWriter(const ParameterTable &table, const Topics &topics, QString pictureFolder, QString outFolder);
+
+    /** The newest section of a list of changes, its headings included. @param changes the whole list, as
+     * Markdown with a "## " heading for each version. */
+    void SetChanges(const QString &changes);
 
     /** Writes all pages and copies the pictures they show; dead links and missing pictures go into problems.
      */
@@ -47,6 +52,7 @@ private:
     const Topics &topics_;
     QString pictureFolder_;
     QString outFolder_;
+    QString changes_;
     QStringList files_;
     QSet<QString> pictures_;
 };

@@ -41,6 +41,7 @@ int main(int argc, char **argv)
     topics.Read(arguments[0], problems);
     topics.Check(help::ReadText(arguments[3], problems).split(u'\n', Qt::SkipEmptyParts), problems);
     help::PageWriter pages(table, topics, arguments[2], arguments[4]);
+    pages.SetChanges(help::ReadText(arguments[0] + QStringLiteral("/../CHANGELOG.md"), problems));
     pages.WriteAll(problems);
     help::WriteWords(topics, arguments[4], problems);
     help::WriteProject(topics, pages.Files(), arguments[4], problems);

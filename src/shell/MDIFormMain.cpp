@@ -42,7 +42,12 @@ QMdiArea *MakeArea(QMainWindow *window)
     auto *layout = new QVBoxLayout(centre);
     layout->setContentsMargins({});
     layout->setSpacing(0);
-    layout->addWidget(area, 1);
+    // Before it lies the start page, beside it a lesson.
+    auto *ground = new QGridLayout;
+    ground->setSpacing(0);
+    ground->addWidget(area, 0, 0);
+    ground->setColumnStretch(0, 1);
+    layout->addLayout(ground, 1);
     window->setCentralWidget(centre);
     return area;
 }
@@ -62,6 +67,7 @@ MDIFormMain::MDIFormMain(const Surroundings &surroundings)
     , instance_(surroundings.lockFile)
     , asker_(surroundings.asker, *this)
     , engines_(surroundings.ForEngines(), asker_)
+    , simulation_(engines_.link, surroundings.programFolder)
     , area_(MakeArea(this))
     , windows_(new WindowCommands(area_, forms_, this))
     , notices_(MakeNotices(strip_, this))
@@ -170,8 +176,8 @@ void MDIFormMain::ConnectCommands()
     menus_.FollowFront(*windows_);
     new UndoEntries(engines_, menus_, this);
     const auto open = [this](const QString &path) { engines_.fileCommands.Open(path); };
-    new RecentFiles(engines_.document, surroundings_.settings, strip_,
-                    menus_.Menu(QStringLiteral("mnuFileRecent")), open, this);
+    MakeStartPage(*new RecentFiles(engines_.document, surroundings_.settings, strip_,
+                                   menus_.Menu(QStringLiteral("mnuFileRecent")), open, this));
     new DroppedFiles(this, strip_, open);
 }
 
@@ -197,6 +203,7 @@ void MDIFormMain::OnComStatusChange()
     if (!isOnline)
         lines_->ShowDriveState({});
     menus_.FollowLink(isOnline);
+    FollowPort();
 }
 
 Circuit &MDIFormMain::TheCircuit()
@@ -222,6 +229,9 @@ QString MDIFormMain::BlockOf(int p)
 
 void MDIFormMain::ToggleComStatus()
 {
+    // One that has ended by itself lets go of the port only now, when the user asks for a drive again.
+    if (!engines_.link.PortOpen() && !simulation_.IsRunning() && !simulation_.IsStarting())
+        simulation_.End();
     engines_.drive.ToggleComStatus();
     // The click has flipped the check mark, also where the link stayed as it was.
     OnComStatusChange();

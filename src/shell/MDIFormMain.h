@@ -2,6 +2,7 @@
 
 #include "desktop/BoxColors.h"
 #include "desktop/Desk.h"
+#include "operations/DriveSimulation.h"
 #include "operations/Engines.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/SingleInstance.h"
@@ -28,7 +29,10 @@ namespace quorvik
 
 class Circuit;
 class DriveCircuit;
+class LessonCard;
 class NoticeStrip;
+class RecentFiles;
+class StartPage;
 class StatusBarMain;
 class StatusLines;
 class WindowCommands;
@@ -71,12 +75,16 @@ public:
     TrendHost &Trends() { return trendAccess_; }
     VirtualOperatorFields &VirtualOperator() { return virtualOperator_; }
     MenuBar &Menus() { return menus_; }
+    DriveSimulation &Simulation() { return simulation_; }
     WindowCommands &Windows() { return *windows_; }
     StatusBarMain &StatusPanels() { return *statusBar_; }
 
     /** The caption of the first block that shows a parameter; empty where none does. */
     QString BlockOf(int p);
     Circuit &TheCircuit(); ///< with the values of this moment
+
+    /** Has the start page show the port that is chosen, and what the link does with it. */
+    void FollowPort();
 
     /** The user's switch of the link, from the menu and the status panel; may be entered while it waits. */
     void ToggleComStatus();
@@ -96,6 +104,9 @@ private:
     /** The keys that no menu entry has, for the main window or one outside of the frame. */
     void AddKeys(QWidget *window);
     void ConnectEngines();
+    /** The page of an empty frame, the lessons that it begins and the simulated drive that it starts. */
+    void MakeStartPage(RecentFiles &recent);
+    void Simulate(std::int32_t modelCode, bool moves);
     void SetTitle(const QString &title);
     /** @return False when the user would rather go on, which cannot be where nothing is asked. */
     bool Unload(bool asks);
@@ -104,9 +115,12 @@ private:
     SingleInstance instance_;
     WindowAsker asker_;
     Engines engines_;
+    DriveSimulation simulation_;
     AccessColors colors_;
     FormsCollection forms_;
     QMdiArea *area_;
+    StartPage *startPage_ = nullptr;
+    LessonCard *lessonCard_ = nullptr;
     WindowCommands *windows_;
     Strip strip_;
     NoticeStrip *notices_;

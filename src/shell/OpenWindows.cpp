@@ -65,6 +65,7 @@ FormCompare *ShowCompareWindow(MDIFormMain &main)
 void ShowCommunications(MDIFormMain &main)
 {
     FormCommunications(main.TheDesk(), &main, main.AllEngines().link).exec();
+    main.FollowPort();
 }
 
 void ShowDebug(MDIFormMain &main)

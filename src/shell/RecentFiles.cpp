@@ -69,6 +69,7 @@ void RecentFiles::Store()
     for (int place = 0; place < Newest; ++place)
         settings_.SaveSetting(QStringLiteral("Recent"), KeyOf(place), paths_.value(place));
     List();
+    Q_EMIT Changed();
 }
 
 void RecentFiles::List()

@@ -29,11 +29,18 @@ public:
     RecentFiles(const Document &document, SettingsStore &settings, Strip &strip, QMenu *menu,
                 std::function<void(const QString &path)> open, QObject *parent);
 
+    /** The newest first. */
+    const QStringList &Paths() const { return paths_; }
+    /** Opens one of them; one that is no longer there is told, and leaves the list. */
+    void Choose(const QString &path);
+
+Q_SIGNALS:
+    void Changed();
+
 private:
     void Follow();
     void Store();
     void List();
-    void Choose(const QString &path);
 
     const Document &document_;
     SettingsStore &settings_;

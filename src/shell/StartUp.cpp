@@ -57,10 +57,12 @@ bool MDIFormMain::Load(const QString &commandLine)
     show();
     QCoreApplication::processEvents();
 
-    if (const int port = ReadCommPort(settings))
+    if (const int port = ReadCommPort(settings)) {
         engines_.link.MSComm1.SetCommPort(port);
-    else
+        FollowPort();
+    } else {
         ShowCommunications(*this);
+    }
 
     cRegistry(surroundings_.dataHome,
               QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation).mid(1))
@@ -109,6 +111,8 @@ bool MDIFormMain::Unload(bool asks)
     engines_.drive.GiveUpReaching();
     if (engines_.link.PortOpen())
         Guarded([&] { engines_.drive.GoOffLine(OffLineReason::User); });
+    // Before the number of the port is stored, which is the user's own again then.
+    simulation_.End();
 
     // Each step stands for itself: what fails in one does not stop the rest.
     SettingsStore &settings = surroundings_.settings;

@@ -24,12 +24,15 @@
 #include "operator/FormVirtualOperator.h"
 #include "operator/FormVirtualOperatorSetup.h"
 #include "platform/Progress.h"
+#include "platform/Strip.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
 #include "settings/forms/FormViewParameters.h"
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
+#include "shell/RecentFiles.h"
+#include "shell/StartPage.h"
 #include "support/Controls.h"
 #include "trend/forms/FormRecordings.h"
 #include "trend/forms/FormTrend.h"
@@ -38,8 +41,10 @@
 #include "wizards/io/FormWizardIO.h"
 
 #include <QAbstractButton>
+#include <QMenu>
 #include <QSet>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <memory>
 
 namespace quorvik::testing
@@ -120,6 +125,9 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
     const auto ports = [] {
         return QList<SerialDevice>{{Name("/dev/ttyNone0"), Name("USB serial adapter")}};
     };
+    Strip strip;
+    QMenu menu;
+    RecentFiles recent(desk.document, desk.settings, strip, &menu, {}, &menu);
     const std::function<QWidget *()> windows[] = {
         [&] { return new FormCommunications(desk.desk, &desk.mainWindow, link, ports); },
         [&] { return new FormSelectCommMode(desk.desk, &desk.mainWindow, link, ports); },
@@ -143,6 +151,14 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormIOSimulator(desk.desk); },
         [&] { return new FormColorSettings(desk.desk); },
         [&] { return new FormGettingStarted(desk.desk, &desk.mainWindow, true); },
+        [&] {
+            auto *frame = new QWidget;
+            frame->setObjectName(QStringLiteral("StartPage"));
+            auto *layout = new QVBoxLayout(frame);
+            layout->addWidget(
+                new StartPage(desk.table, Ports(desk.settings, ports), link.Timings(), recent, {}, frame));
+            return frame;
+        },
         [&] { return new FormVirtualOperatorSetup(desk.desk, panel, 0); },
     };
     for (const auto &make : windows) {

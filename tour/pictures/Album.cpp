@@ -32,6 +32,7 @@
 #include "operator/FormVirtualOperator.h"
 #include "operator/FormVirtualOperatorSetup.h"
 #include "platform/Progress.h"
+#include "platform/Strip.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
@@ -39,6 +40,8 @@
 #include "shell/FormAbout.h"
 #include "shell/FormColorSettings.h"
 #include "shell/FormGettingStarted.h"
+#include "shell/RecentFiles.h"
+#include "shell/StartPage.h"
 #include "trend/forms/FormRecordings.h"
 #include "trend/forms/FormTrend.h"
 #include "wizards/basic/FormWizardBasic.h"
@@ -48,6 +51,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPixmap>
 #include <algorithm>
 #include <cstdio>
@@ -76,6 +80,7 @@ void Press(QWidget &window, int nav)
 }
 
 constexpr int NextButton = 3;
+constexpr QSize StartPageSize{72, 40}; ///< in heights of a line
 constexpr int ZoomOfPicture = 200;
 constexpr int Reference0 = 217; ///< a number that everybody meets
 
@@ -231,6 +236,14 @@ void Album::TakeOthers()
     Take(communications, communications.objectName(), communications.HelpTopic());
     FormSelectCommMode mode(desk_, &owner, link, ports);
     Take(mode, mode.objectName(), mode.HelpTopic());
+    Strip strip;
+    QMenu menu;
+    RecentFiles recent(desk_.document, desk_.settings, strip, &menu, {}, &owner);
+    StartPage start(desk_.table, Ports(desk_.settings, ports), link.Timings(), recent, {}, &owner);
+    start.setParent(nullptr);
+    start.SetPort(link.MSComm1.CommPort());
+    start.resize(StartPageSize * owner.fontMetrics().height());
+    Take(start, start.objectName(), QString());
     FormSelectDriveModel models(desk_, &owner);
     Take(models, models.objectName(), models.HelpTopic());
     FormModifyParameterValue edit(desk_, &owner, Reference0, desk_.table.Value(Reference0));

@@ -134,6 +134,16 @@ void PortList::SetNumber(int number)
     Mark(true);
 }
 
+void PortList::ShowOnlyPresent()
+{
+    onlyPresent_ = true;
+    // There are few of them, and the adapter tells them apart.
+    treePorts_->setColumnHidden(ColumnSerialNumber, true);
+    treePorts_->setMinimumWidth(treePorts_->minimumWidth() - fontMetrics().horizontalAdvance(QLatin1String(
+                                                                 Columns[ColumnSerialNumber].sample)));
+    Refresh();
+}
+
 void PortList::SetMayChoose(bool may)
 {
     mayChoose_ = may;
@@ -171,8 +181,12 @@ void PortList::LookAgain()
     });
 }
 
-void PortList::Show(const QList<PortStatus> &ports)
+void PortList::Show(QList<PortStatus> ports)
 {
+    if (onlyPresent_)
+        ports.removeIf([this](const PortStatus &port) {
+            return port.use == PortStatus::Use::NotPresent && port.number != number_;
+        });
     if (ports == shown_)
         return;
     for (const PortStatus &port : ports)

@@ -31,6 +31,8 @@ public:
     void SetNumber(int number);
     /** Whether a port may be chosen; otherwise the list only shows. */
     void SetMayChoose(bool may);
+    /** Leaves out what is not plugged in, but for the number that is chosen, and the serial numbers. */
+    void ShowOnlyPresent();
     /** Looks at the ports at once, and not within a second. */
     void RefreshSoon();
     /** Whether the user, or the drive that was found, has chosen this number here. */
@@ -49,7 +51,7 @@ protected:
 private:
     void Refresh();
     void LookAgain();
-    void Show(const QList<PortStatus> &ports);
+    void Show(QList<PortStatus> ports);
     void FillRow(QTreeWidgetItem &row, const PortStatus &port) const;
     void Mark(bool isGoingThere);
     void ChooseRow(QTreeWidgetItem *row, bool isClear);
@@ -72,6 +74,7 @@ private:
     int number_ = 0;
     int chosen_ = 0;
     bool mayChoose_ = true;
+    bool onlyPresent_ = false;
 };
 
 } // namespace quorvik
