@@ -65,6 +65,17 @@ QString BeganText(const TrendHead &head)
         .toString(QStringLiteral("yyyy-MM-dd HH:mm"));
 }
 
+/** What the user has called it, else what was stepped: the text of a step's mark begins with its parameter.
+ */
+QString TitleOf(const TrendData &data, const CommissioningTable &steps)
+{
+    if (!data.head.title.isEmpty())
+        return data.head.title;
+    return steps.rows.isEmpty()
+               ? QStringLiteral("Recording")
+               : QStringLiteral("Step of ") + steps.rows.first().first().section(QStringLiteral(": "), 0, 0);
+}
+
 } // namespace
 
 CommissioningTable StepsIn(const TrendData &data)
@@ -102,8 +113,8 @@ CommissioningRecording RecordingOf(TrendStore &store, const QString &path)
     const TrendDataPtr data = store.Load(path, &failure);
     if (!data)
         return {path, FileTitle(path), {{}, {}, failure}};
-    const QString title = data->head.title.isEmpty() ? QStringLiteral("Recording") : data->head.title;
-    return {path, title + QStringLiteral(", ") + BeganText(data->head), StepsIn(*data)};
+    CommissioningTable steps = StepsIn(*data);
+    return {path, TitleOf(*data, steps) + QStringLiteral(", ") + BeganText(data->head), std::move(steps)};
 }
 
 } // namespace quorvik
