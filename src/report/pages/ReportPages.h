@@ -7,6 +7,7 @@
 #include <vector>
 
 class QPagedPaintDevice;
+class QPaintDevice;
 class QPainter;
 class QTextDocument;
 
