@@ -32,6 +32,8 @@ constexpr Verb AllVerbs[] = {
      "Makes files of the present format of older settings files, one or a folder of them.", AddConvertOptions,
      RunConvert},
     {"journal", "", "Lists what was changed, the newest first.", AddJournalOptions, RunJournal},
+    {"report", "", "Writes the report of a commissioning as a PDF, of a drive or of a settings file.",
+     AddReportOptions, RunReport},
     {"selftest", "", "Tries the installation against a simulated drive of its own.", AddSelftestOptions,
      RunSelftest},
 };

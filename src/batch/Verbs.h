@@ -29,6 +29,9 @@ ExitCode RunPorts(BatchRun &run);
 void AddJournalOptions(QCommandLineParser &parser);
 ExitCode RunJournal(BatchRun &run);
 
+void AddReportOptions(QCommandLineParser &parser);
+ExitCode RunReport(BatchRun &run);
+
 void AddSelftestOptions(QCommandLineParser &parser);
 ExitCode RunSelftest(BatchRun &run);
 

@@ -1,6 +1,6 @@
 #include "blocks/BlockForm.h"
 
-#include "blocks/DriveClock.h"
+#include "model/DriveClock.h"
 #include "model/TextTables.h"
 
 #include <QLabel>

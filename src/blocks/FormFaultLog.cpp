@@ -1,8 +1,8 @@
 #include "blocks/BlockForm.h"
 
-#include "blocks/FaultRecord.h"
 #include "blocks/FaultTexts.h"
 #include "blocks/FormTripRecord.h"
+#include "model/FaultRecord.h"
 
 #include "platform/RuntimeFailure.h"
 

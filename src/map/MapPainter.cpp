@@ -141,9 +141,10 @@ void MapPainter::Paint(QPainter &painter, const QPalette &palette, const MapLigh
     PaintWires(painter, inks, light);
     const double around = PulseWidth + 1;
     for (int card = 0; card < MapModel::CardCount(); ++card)
-        if (layout_.Card(card).adjusted(-around, -around, around, around).intersects(visible))
+        if (layout_.Card(card).adjusted(-around, -around, around, around).intersects(visible) &&
+            !(light.isAlone && !light.path->cards[std::size_t(card)]))
             PaintCard(painter, inks, card, light);
-    if (visible.bottom() > layout_.Size().height() - LegendHeight - Margin)
+    if (!light.isAlone && visible.bottom() > layout_.Size().height() - LegendHeight - Margin)
         PaintLegend(painter, inks);
 }
 
@@ -153,8 +154,8 @@ void MapPainter::PaintWires(QPainter &painter, const Inks &inks, const MapLight 
     for (const bool wantsLit : {false, true})
         for (int i = 0; i < int(model_.Wires().size()); ++i) {
             const bool isLit = light.path && light.path->wires[std::size_t(i)];
-            if (isLit == wantsLit)
-                PaintWire(painter, inks, i, isLit, light.path && !isLit);
+            if (isLit == wantsLit && (isLit || !light.isAlone))
+                PaintWire(painter, inks, i, isLit && !light.isAlone, light.path && !isLit);
         }
 }
 
@@ -221,7 +222,7 @@ void MapPainter::PaintCard(QPainter &painter, const Inks &inks, int card, const 
     if (isFaint)
         painter.setOpacity(FaintOpacity + 0.2);
     for (int row = 0; row < int(entry.rows.size()); ++row)
-        PaintRow(painter, inks, card, row);
+        PaintRow(painter, inks, card, row, !light.isAlone);
     painter.setOpacity(1);
 
     const bool isPointedAt = card == light.card;
@@ -231,17 +232,18 @@ void MapPainter::PaintCard(QPainter &painter, const Inks &inks, int card, const 
                         isPointedAt ? 2 : 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(place, Radius, Radius);
-    PaintMarks(painter, inks, card);
+    if (!light.isAlone)
+        PaintMarks(painter, inks, card);
 }
 
-void MapPainter::PaintRow(QPainter &painter, const Inks &inks, int card, int row) const
+void MapPainter::PaintRow(QPainter &painter, const Inks &inks, int card, int row, bool withValue) const
 {
     const MapRow &shown = model_.Rows(card)[std::size_t(row)];
     const QRectF place = layout_.Row(card, row).adjusted(TextInset, 0, -TextInset, 0);
     const ValueMark mark(shown.state, inks.card);
     const QFont plain = painter.font();
     double taken = 0;
-    if (!shown.value.isEmpty()) {
+    if (withValue && !shown.value.isEmpty()) {
         QFont bold = mark.TextFont(plain);
         bold.setBold(true);
         painter.setFont(bold);

@@ -16,6 +16,7 @@ struct MapLight {
     int card = -1; ///< with the frame of the focus or the pointer
     int row = -1;
     std::optional<MapPath> path = {}; ///< all else is faint while there is one
+    bool isAlone = false;             ///< the path is the picture: nothing else is drawn, and no values
     int pulsing = -1;                 ///< card that is pulsing
     int pulsingRow = -1;
     double pulse = 0; ///< 1 at its beginning, 0 at its end
@@ -43,7 +44,7 @@ private:
     void PaintWires(QPainter &painter, const Inks &inks, const MapLight &light) const;
     void PaintWire(QPainter &painter, const Inks &inks, int wire, bool isLit, bool isFaint) const;
     void PaintCard(QPainter &painter, const Inks &inks, int card, const MapLight &light) const;
-    void PaintRow(QPainter &painter, const Inks &inks, int card, int row) const;
+    void PaintRow(QPainter &painter, const Inks &inks, int card, int row, bool withValue) const;
     void PaintSymbol(QPainter &painter, const Inks &inks, const QRectF &place) const;
     void PaintMarks(QPainter &painter, const Inks &inks, int card) const;
     void PaintLegend(QPainter &painter, const Inks &inks) const;

@@ -318,6 +318,17 @@ void StepTest::PutBack()
     SetState(StepState::Restoring, QStringLiteral("Putting the reference back..."));
 }
 
+StepResult StepTest::AnswerIn(const TrendData &cut, TunedLoop loop, qint64 stepUs, qint64 endUs)
+{
+    StepQuestion question{.stepUs = stepUs, .target = {}, .endUs = endUs};
+    const TrendTrack *const demand = cut.TrackOf(SetpointOf(loop));
+    if (demand != nullptr && !demand->samples.IsEmpty())
+        question.target = ShownNumber(demand->samples.Last().rawValue, demand->channel.attributes);
+    const TrendTrack *const answer = cut.TrackOf(FeedbackOf(loop));
+    return answer != nullptr ? StepResponseOf(*answer, question)
+                             : StepResult{.failure = StepFailure::NoSamples, .figures = {}};
+}
+
 void StepTest::Keep()
 {
     StepTry made{.time = QDateTime::currentDateTime(), .loop = wish_.loop, .param = wish_.param};
@@ -325,14 +336,7 @@ void StepTest::Keep()
         made.gains.emplace_back(p, table_.Value(p));
     TrendData cut = recorder_.Data().Cut(stepUs_ - 2 * timings_.beforeMs * UsPerMs, endUs_);
     cut.triggerUs = stepUs_;
-    StepQuestion question{.stepUs = stepUs_, .target = {}, .endUs = endUs_};
-    const TrendTrack *const demand = cut.TrackOf(SetpointOf(wish_.loop));
-    if (demand != nullptr && !demand->samples.IsEmpty())
-        question.target = ShownNumber(demand->samples.Last().rawValue, demand->channel.attributes);
-    if (const TrendTrack *const answer = cut.TrackOf(FeedbackOf(wish_.loop)))
-        made.result = StepResponseOf(*answer, question);
-    else
-        made.result.failure = StepFailure::NoSamples;
+    made.result = AnswerIn(cut, wish_.loop, stepUs_, endUs_);
     made.data = std::make_shared<const TrendData>(std::move(cut));
     tries_.push_front(std::move(made));
     if (tries_.size() > std::size_t(timings_.mostTries))

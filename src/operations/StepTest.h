@@ -100,6 +100,11 @@ public:
     /** The demand of a loop, and what is to follow it. */
     static int SetpointOf(TunedLoop loop);
     static int FeedbackOf(TunedLoop loop);
+    /**
+     * How a loop answered to a step. A pure function of the samples.
+     * @param cut from before the step up to where the answer ends.
+     */
+    static StepResult AnswerIn(const TrendData &cut, TunedLoop loop, qint64 stepUs, qint64 endUs);
     /** The gains in force: of the velocity loop those of the set that Gain Select chooses. */
     std::vector<int> GainsOf(TunedLoop loop) const;
     /** The references that act on the loop as the drive is set now, and that can be written. */

@@ -1,8 +1,8 @@
 #include "platform/JetReader.h"
 
+#include "platform/ChildProgram.h"
 #include "platform/JetOutput.h"
 
-#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -122,9 +122,8 @@ void Start(QProcess &process, const QString &path, const QString &program)
 
 QString ReadJetFile(const QString &path, std::vector<JetTable> &tables, const JetLimits &limits)
 {
-    const QString program = limits.program.isEmpty()
-                                ? QCoreApplication::applicationDirPath() + QStringLiteral("/quorvik-jet")
-                                : limits.program;
+    const QString program =
+        limits.program.isEmpty() ? ProgramBeside(QStringLiteral("quorvik-jet")) : limits.program;
     const QDeadlineTimer deadline(limits.waitMs);
     QProcess process;
     Start(process, path, program);

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <optional>
 
 namespace quorvik
 {
@@ -18,7 +19,7 @@ QString Key(const char *name)
 QStringList TextsOf(const QJsonValue &value)
 {
     QStringList texts;
-    for (const QJsonValue &each : value.toArray())
+    for (const QJsonValue each : value.toArray())
         texts.append(each.toString());
     return texts;
 }
@@ -37,12 +38,21 @@ CommissioningTable TableOf(const QJsonValue &value)
 {
     const QJsonObject object = value.toObject();
     CommissioningTable table{TextsOf(object[Key("heads")]), {}, object[Key("remark")].toString()};
-    for (const QJsonValue &row : object[Key("rows")].toArray()) {
+    for (const QJsonValue row : object[Key("rows")].toArray()) {
         QStringList fields = TextsOf(row);
         fields.resize(table.heads.size());
         table.rows.append(fields);
     }
     return table;
+}
+
+/** The verification called so; nothing for any other word. */
+std::optional<Verification> VerificationOf(const QString &word)
+{
+    for (const Verification each : {Verification::NotCompared, Verification::Same, Verification::Differs})
+        if (WordOf(each) == word)
+            return each;
+    return std::nullopt;
 }
 
 /** Calls take with the name and the member of each text of a report; one list for both directions. */
@@ -54,9 +64,9 @@ template<typename Report, typename Take> void ForEachText(Report &report, Take t
     take("person", report.place.person);
     take("made", report.made);
     take("program", report.program);
-    take("setName", report.setName);
+    take("set_name", report.setName);
     take("notes", report.notes);
-    take("verificationText", report.verificationText);
+    take("verification_text", report.verificationText);
 }
 
 template<typename Report, typename Take> void ForEachTable(Report &report, Take take)
@@ -71,6 +81,19 @@ template<typename Report, typename Take> void ForEachTable(Report &report, Take 
 
 } // namespace
 
+QString WordOf(Verification verification)
+{
+    switch (verification) {
+    case Verification::Same:
+        return QStringLiteral("same");
+    case Verification::Differs:
+        return QStringLiteral("differs");
+    case Verification::NotCompared:
+        break;
+    }
+    return QStringLiteral("not_compared");
+}
+
 QByteArray ToJson(const CommissioningReport &report)
 {
     QJsonObject object;
@@ -84,11 +107,11 @@ QByteArray ToJson(const CommissioningReport &report)
                                       {Key("title"), recording.title},
                                       {Key("figures"), JsonOf(recording.figures)}});
     object[Key("recordings")] = recordings;
-    object[Key("verification")] = int(report.verification);
+    object[Key("verification")] = WordOf(report.verification);
     QJsonObject rawValues;
     for (const auto &[p, rawValue] : report.rawValues)
         rawValues[QString::number(p)] = rawValue;
-    object[Key("rawValues")] = rawValues;
+    object[Key("raw_values")] = rawValues;
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
@@ -96,9 +119,8 @@ CommissioningReport ReportFromJson(const QByteArray &text, QString &failure)
 {
     QJsonParseError error;
     const QJsonObject object = QJsonDocument::fromJson(text, &error).object();
-    const int verification = object[Key("verification")].toInt(-1);
-    if (error.error != QJsonParseError::NoError || verification < int(Verification::NotCompared) ||
-        verification > int(Verification::Differs)) {
+    const std::optional<Verification> verification = VerificationOf(object[Key("verification")].toString());
+    if (error.error != QJsonParseError::NoError || !verification) {
         failure = QStringLiteral("What was given is no commissioning report.");
         return {};
     }
@@ -108,13 +130,13 @@ CommissioningReport ReportFromJson(const QByteArray &text, QString &failure)
     ForEachTable(report, [&object](const char *name, CommissioningTable &table) {
         table = TableOf(object[Key(name)]);
     });
-    for (const QJsonValue &each : object[Key("recordings")].toArray()) {
+    for (const QJsonValue each : object[Key("recordings")].toArray()) {
         const QJsonObject recording = each.toObject();
         report.recordings.append({recording[Key("path")].toString(), recording[Key("title")].toString(),
                                   TableOf(recording[Key("figures")])});
     }
-    report.verification = Verification(verification);
-    const QJsonObject rawValues = object[Key("rawValues")].toObject();
+    report.verification = *verification;
+    const QJsonObject rawValues = object[Key("raw_values")].toObject();
     for (auto value = rawValues.begin(); value != rawValues.end(); ++value)
         report.rawValues.emplace(value.key().toInt(), std::int32_t(value.value().toDouble()));
     return report;

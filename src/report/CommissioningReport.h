@@ -44,6 +44,9 @@ enum class Verification : std::uint8_t {
     Differs,     ///< the drive holds something else
 };
 
+/** "same", "differs" or "not_compared", as scripts know it. */
+QString WordOf(Verification verification);
+
 /** All that a commissioning report says, as texts; pages and pictures are made from nothing else. */
 struct CommissioningReport {
     CommissioningPlace place;

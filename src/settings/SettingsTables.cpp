@@ -12,7 +12,6 @@ namespace
 {
 
 constexpr int NameSize = 40;
-constexpr int NotesSize = 255;
 
 QString Tag()
 {
@@ -59,7 +58,7 @@ TableDef MakeSettingsTable()
 TableDef MakePropertiesTable()
 {
     TableDef table = Database::CreateTableDef(QStringLiteral("Properties"));
-    Field notes = TableDef::CreateField(Notes(), FieldType::dbText, NotesSize);
+    Field notes = TableDef::CreateField(Notes(), FieldType::dbText, LongestNotes);
     notes.required = false;
     table.Append(notes);
     return table;

@@ -11,6 +11,9 @@ namespace quorvik
 struct ParamRecord;
 class RecordArray;
 
+/** Characters that a settings file keeps of the notes. */
+inline constexpr int LongestNotes = 255;
+
 /** The tables of a settings file and of the factory table, as both are written and expected. */
 const TableDef &SettingsTable();
 const TableDef &PropertiesTable();

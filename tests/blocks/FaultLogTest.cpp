@@ -1,7 +1,7 @@
 #include "blocks/BlockFixture.h"
 
-#include "blocks/DriveClock.h"
 #include "blocks/FormTripRecord.h"
+#include "model/DriveClock.h"
 
 #include <QFile>
 #include <QListWidget>

@@ -3,6 +3,7 @@
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
+#include "settings/SettingsTables.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -15,14 +16,6 @@
 
 namespace quorvik
 {
-
-namespace
-{
-
-/** What the settings file keeps. */
-constexpr int MaxCharacters = 255;
-
-} // namespace
 
 FormNotes::FormNotes(Desk &desk, QWidget *owner)
     : DialogForm(desk, owner, QStringLiteral("FormNotes"), QStringLiteral("Notes"),
@@ -84,7 +77,7 @@ QString FormNotes::Text() const
 void FormNotes::TakeBackExcess()
 {
     const int length = int(Text().size());
-    const int excess = length - MaxCharacters;
+    const int excess = length - LongestNotes;
     if (excess <= 0)
         return;
     // What was typed or pasted too much goes, not the end of what stood there before.
@@ -102,7 +95,7 @@ void FormNotes::TakeBackExcess()
 
 void FormNotes::ShowCharactersLeft()
 {
-    const int left = std::max(MaxCharacters - int(Text().size()), 0);
+    const int left = std::max(LongestNotes - int(Text().size()), 0);
     labelLeft_->setText(left == 1 ? QStringLiteral("1 character left")
                                   : QStringLiteral("%1 characters left").arg(left));
 }

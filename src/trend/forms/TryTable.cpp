@@ -4,9 +4,11 @@
 #include "model/ParameterTable.h"
 #include "model/ShownText.h"
 #include "platform/Guard.h"
+#include "trend/StepTexts.h"
 
 #include <QHeaderView>
 #include <QScrollBar>
+#include <iterator>
 
 namespace quorvik
 {
@@ -14,20 +16,22 @@ namespace quorvik
 namespace
 {
 
-enum TryRow { Proportional, Integral, Damping, Dead, Rise, Overshoot, Settling, SteadyError, TryRows };
+/** The gains stand above the figures. */
+constexpr const char *GainCaptions[] = {"Proportional", "Integral", "Overshoot gain"};
+constexpr int Gains = int(std::size(GainCaptions));
 
-constexpr const char *Captions[] = {"Proportional", "Integral", "Overshoot gain", "Dead time, ms",
-                                    "Rise, ms",     "Over, %",  "Settling, ms",   "Steady error"};
+QStringList Captions()
+{
+    QStringList captions;
+    for (const char *caption : GainCaptions)
+        captions << QString::fromLatin1(caption);
+    return captions + StepFigureCaptions();
+}
 
 const QString &NoFigure()
 {
     static const QString none = QStringLiteral("-");
     return none;
-}
-
-QString WithDoubt(double figure, double doubt, int decimals)
-{
-    return QStringLiteral("%1 ± %2").arg(figure, 0, 'f', decimals).arg(doubt, 0, 'f', decimals);
 }
 
 QString GainsText(const StepTry &made, const ParameterTable &table)
@@ -36,27 +40,6 @@ QString GainsText(const StepTry &made, const ParameterTable &table)
     for (const auto &[p, rawValue] : made.gains)
         texts << ShownText(rawValue, table[p].Attributes);
     return texts.join(QStringLiteral(" / "));
-}
-
-/** Nothing has no sign. */
-QString ErrorText(double error)
-{
-    const QString text = QString::number(error, 'f', 2);
-    return text == QStringLiteral("-0.00") ? text.mid(1) : text;
-}
-
-/** The texts below the gains. */
-QStringList FigureTexts(const StepTry &made)
-{
-    if (made.result.failure != StepFailure::None)
-        return {NoFigure(), NoFigure(), NoFigure(), NoFigure(), NoFigure()};
-    const StepFigures &figures = made.result.figures;
-    return {WithDoubt(figures.deadMs, figures.deadUncertaintyMs, 0),
-            WithDoubt(figures.riseMs, figures.uncertaintyMs, 0),
-            WithDoubt(figures.overshootPercent, figures.uncertaintyPercent, 1),
-            figures.settlingMs ? WithDoubt(*figures.settlingMs, figures.settlingUncertaintyMs, 0)
-                               : QStringLiteral("never"),
-            ErrorText(figures.steadyError)};
 }
 
 } // namespace
@@ -70,7 +53,7 @@ QString TitleOf(const StepTry &made, const ParameterTable &table)
 }
 
 TryTable::TryTable(const ParameterTable &table, QWidget *parent)
-    : QTableWidget(TryRows, 0, parent)
+    : QTableWidget(int(Captions().size()), 0, parent)
     , table_(table)
 {
     setObjectName(QStringLiteral("TableTries"));
@@ -81,10 +64,7 @@ TryTable::TryTable(const ParameterTable &table, QWidget *parent)
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    QStringList captions;
-    for (const char *caption : Captions)
-        captions << QString::fromLatin1(caption);
-    setVerticalHeaderLabels(captions);
+    setVerticalHeaderLabels(Captions());
     verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     On(this, &QTableWidget::itemSelectionChanged, this, [this] {
@@ -106,15 +86,15 @@ void TryTable::Show(const std::deque<StepTry> &tries)
         setHorizontalHeaderItem(column, header);
         const QString failure = SentenceOf(made.result.failure);
         // A loop may have fewer of them.
-        for (int i = 0; i < Dead; ++i) {
+        for (int i = 0; i < Gains; ++i) {
             const bool isThere = i < int(made.gains.size());
             const auto [p, rawValue] = isThere ? made.gains[std::size_t(i)] : std::pair(0, 0);
             Put(i, column, isThere ? ShownText(rawValue, table_[p].Attributes) : NoFigure(),
                 isThere ? table_.FullName(p) : QString());
         }
-        const QStringList figures = FigureTexts(made);
+        const QStringList figures = StepFigureTexts(made.result);
         for (int i = 0; i < figures.size(); ++i)
-            Put(Dead + i, column, figures[i], failure);
+            Put(Gains + i, column, figures[i], failure);
     }
     updateGeometry();
 }
@@ -133,7 +113,7 @@ QString TryTable::AsText() const
     for (int column = 0; column < columnCount(); ++column)
         heads << horizontalHeaderItem(column)->text();
     lines << heads.join(u'\t');
-    for (int row = 0; row < TryRows; ++row) {
+    for (int row = 0; row < rowCount(); ++row) {
         QStringList cells{verticalHeaderItem(row)->text()};
         for (int column = 0; column < columnCount(); ++column)
             cells << item(row, column)->text();

@@ -24,6 +24,10 @@ QString GetFault(std::int32_t rawFaults);
 /** Whether all words of a record are 0: the drive has not filled it yet. */
 bool IsEmptyRecord(const ParameterTable &table, int base);
 
+/** When a record was made, by the drive's clock: "Sunday, 1/2/05, 3:04:05 PM", or "no day" and so on. Raises
+ * RuntimeFailure for a record outside the table alone. */
+QString FaultTimeText(const ParameterTable &table, int base);
+
 /**
  * One line of the log: "OverSpeed, Sunday, 1/2/05, 3:04:05 PM".
  * @param base the parameter that holds the record's fault bits. Raises RuntimeFailure where the record's day

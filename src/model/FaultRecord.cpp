@@ -1,9 +1,10 @@
-#include "blocks/FaultRecord.h"
+#include "model/FaultRecord.h"
 
-#include "blocks/DriveClock.h"
+#include "model/DriveClock.h"
 #include "model/Faults.h"
 #include "model/ParameterTable.h"
 #include "model/TextTables.h"
+#include "platform/RuntimeFailure.h"
 
 namespace quorvik
 {
@@ -13,6 +14,14 @@ namespace
 
 /** Offsets of a record's words. */
 enum Word { Faults, Seconds, Minutes, Hours, WeekDay, MonthDay, Month, Year };
+
+QString TimeText(const ParameterTable &table, int base, const QString &dayText)
+{
+    const auto word = [&](Word offset) { return table.Value(base + offset); };
+    const QString separator = QStringLiteral(", ");
+    return dayText + separator + DriveDateText(word(Year), word(Month), word(MonthDay)) + separator +
+           DriveTimeText(word(Hours), word(Minutes), word(Seconds));
+}
 
 } // namespace
 
@@ -38,13 +47,20 @@ QString GetFaultData(const ParameterTable &table, int base)
     return GetFaultData(table, base, DayText(table.Value(base + WeekDay)));
 }
 
+QString FaultTimeText(const ParameterTable &table, int base)
+{
+    QString dayText = QStringLiteral("no day");
+    try {
+        dayText = DayText(table.Value(base + WeekDay));
+    } catch (const RuntimeFailure &) {
+        // The rest of the time stands all the same.
+    }
+    return TimeText(table, base, dayText);
+}
+
 QString GetFaultData(const ParameterTable &table, int base, const QString &dayText)
 {
-    const auto word = [&](Word offset) { return table.Value(base + offset); };
-    const QString separator = QStringLiteral(", ");
-    return GetFault(word(Faults)) + dayText + separator +
-           DriveDateText(word(Year), word(Month), word(MonthDay)) + separator +
-           DriveTimeText(word(Hours), word(Minutes), word(Seconds));
+    return GetFault(table.Value(base + Faults)) + TimeText(table, base, dayText);
 }
 
 } // namespace quorvik

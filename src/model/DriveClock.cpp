@@ -1,4 +1,4 @@
-#include "blocks/DriveClock.h"
+#include "model/DriveClock.h"
 
 #include <QDate>
 #include <QLocale>
