@@ -68,7 +68,9 @@ const QString &FormCompare::Name()
 
 FormCompare::FormCompare(Desk &givenDesk, CompareHost &host)
     : Form(givenDesk, Name(), QStringLiteral("Compare"), QStringLiteral("Compare.htm"))
-    , ChooseExport([this](const QString &folder) { return ShowExportDialog(folder, this, desk().asker); })
+    , ChooseExport([this](const QString &folder) {
+        return ShowExportDialog(folder, this, desk().settings, desk().asker);
+    })
     , host_(host)
     , blocks_(host.BlockNames())
     , sides_(new CompareSides(givenDesk, host, this))

@@ -310,12 +310,12 @@ void FormLinkDetails::CommandStop_Click()
 
 std::optional<QString> FormLinkDetails::ShowSaveDialog(const QString &folder)
 {
-    QFileDialog dialog(this, QStringLiteral("Save Link Details"), folder);
+    QFileDialog dialog(this, QStringLiteral("Save Link Details"));
     dialog.setNameFilters({QStringLiteral("Text (*.txt)")});
     dialog.setDefaultSuffix(QStringLiteral("txt"));
-    dialog.selectFile(QStringLiteral("Link Details %1.txt")
-                          .arg(desk().Now().toString(QStringLiteral("yyyy-MM-dd HH-mm-ss"))));
-    return RunSaveDialog(dialog, desk().asker);
+    const QString name = QStringLiteral("Link Details %1.txt")
+                             .arg(desk().Now().toString(QStringLiteral("yyyy-MM-dd HH-mm-ss")));
+    return RunExportDialog(dialog, folder + name, desk().settings, desk().asker);
 }
 
 void FormLinkDetails::CommandSave_Click()

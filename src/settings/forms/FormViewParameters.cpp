@@ -378,7 +378,7 @@ void FormViewParameters::ShowStates(bool isShown)
 void FormViewParameters::CommandExport_Click()
 {
     const std::optional<QString> path =
-        ShowExportDialog(FilePath(desk().document.FileName), this, desk().asker);
+        ShowExportDialog(FilePath(desk().document.FileName), this, desk().settings, desk().asker);
     if (!path)
         return;
     const QString failure = ExportRows(*path, desk().document, Rows());
