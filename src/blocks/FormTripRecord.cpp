@@ -45,7 +45,7 @@ FormTripRecord::FormTripRecord(Desk &givenDesk)
     , labelSummary_(new QLabel(this))
     , listValues_(new QTreeWidget(this))
 {
-    auto *caption = new QLabel(QStringLiteral("The last five &trips, kept until the program ends:"), this);
+    auto *caption = new QLabel(QStringLiteral("The last fi&ve trips, kept until the program ends:"), this);
     caption->setBuddy(listTrips_);
     listTrips_->setObjectName(QStringLiteral("ListTrips"));
     listTrips_->setAccessibleName(QStringLiteral("Trips, most recent first"));

@@ -115,6 +115,9 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
         fitInto(area);
         child->move(PlaceForNew(child, active));
         fitInto({child->pos(), area.bottomRight()});
+        // One that cannot be so narrow shows its left part.
+        child->move(std::max(area.left(), std::min(child->x(), area.right() + 1 - child->width())),
+                    child->y());
     }
     if (activate)
         area_->setActiveSubWindow(child);

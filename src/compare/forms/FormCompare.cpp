@@ -4,6 +4,8 @@
 #include "compare/forms/CompareSides.h"
 #include "compare/forms/DifferenceModel.h"
 #include "compare/forms/DifferenceView.h"
+#include "desktop/OrderTabs.h"
+#include "desktop/PlainText.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
@@ -191,12 +193,18 @@ QWidget *FormCompare::MakeCopying()
     comboDirection_->setAccessibleName(QStringLiteral("From which set into which"));
     comboDirection_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     comboDirection_->setMinimumContentsLength(12);
+    On(comboDirection_, &QComboBox::currentTextChanged, this,
+       [this](const QString &text) { SetPlainToolTip(comboDirection_, text); });
     layout->addWidget(take);
     layout->addWidget(clear);
     layout->addStretch(1);
     layout->addWidget(label);
     layout->addWidget(comboDirection_, 2);
     layout->addWidget(copy);
+    QWidgetList order{textSearch_, checkDiffering_, checkChanged_, checkKnown_};
+    for (const KindCheck &kind : KindChecks)
+        order.append(checkKinds_[std::size_t(kind.kind)]);
+    OrderTabs(order + QWidgetList{view_, take, clear, comboDirection_, copy});
     return copying;
 }
 

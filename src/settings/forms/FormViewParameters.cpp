@@ -1,6 +1,7 @@
 #include "settings/forms/FormViewParameters.h"
 
 #include "compare/Differences.h"
+#include "desktop/OrderTabs.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
@@ -97,6 +98,7 @@ FormViewParameters::FormViewParameters(Desk &desk, FilePrint &print, ReportFilte
     ReadFile();
     FollowTable();
     MakeKeys();
+    OrderTabs({optionView_[0], optionView_[1], checkStates_, textSearch_, checkSettings_, listView_});
     listView_->setFocus();
 }
 
