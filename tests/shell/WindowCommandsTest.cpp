@@ -57,7 +57,7 @@ TEST(Room, IsTakenWhereThereIsSomeAndElseNotFromTheWorkInHand)
 
     // No free place: title and focus of the last one stay in sight, wherever the focus is.
     const QRect wide(0, 0, 1000, 500);
-    for (const QRect &focus : {QRect(50, 60, 80, 20), QRect(500, 400, 80, 20), QRect(900, 30, 80, 20)}) {
+    for (const QRect &focus : {QRect(50, 300, 80, 20), QRect(900, 300, 80, 20)}) {
         const auto place = PlaceWithRoom(area, {500, 400}, {{second, wide}, focus}, title);
         ASSERT_TRUE(place);
         const QRect taken(*place, QSize(500, 400));
@@ -164,20 +164,22 @@ TEST_F(Windows, NewOnesLeaveTheWorkInHandInSight)
 
 TEST_F(Windows, EveryMenuHasItsOwnLetters)
 {
-    // What is told of the captions has these twice, and the first of them wins.
-    const QStringList told{Name("mnuBlock I"), Name("mnuTools A"), Name("mnuHelp S")};
     QList<QMenu *> menus = main->findChildren<QMenu *>();
     menus.append(main->TheDesk().MenuOf(Param::Reference0, main.get()));
+    QStringList twice;
     for (const QMenu *menu : menus) {
         QSet<QChar> seen;
         for (const QAction *action : menu->actions()) {
             const QChar letter = MnemonicOf(action->text());
-            EXPECT_TRUE(letter.isNull() || !seen.contains(letter) ||
-                        told.contains(menu->objectName() + u' ' + letter))
-                << menu->objectName().toStdString() << ": " << action->text().toStdString();
+            if (!letter.isNull() && seen.contains(letter))
+                twice.append(action->objectName());
             seen.insert(letter);
         }
     }
+    twice.sort();
+    // These captions were given with the letter of another.
+    EXPECT_EQ(twice, QStringList({Name("mnuBlockStartStopLogic"), Name("mnuHelpSarvexManual"),
+                                  Name("mnuToolsSaveDrive")}));
 }
 
 TEST_F(Windows, TheMenuListsTheOpenWindowsAndLeadsToThem)
