@@ -1,6 +1,7 @@
 #include "wizards/frame/PageArea.h"
 
 #include <QScreen>
+#include <QStyle>
 
 namespace quorvik
 {
@@ -14,14 +15,23 @@ PageArea::PageArea(QWidget *parent)
     setFocusPolicy(Qt::NoFocus);
 }
 
+QSize PageArea::Room() const
+{
+    // Below it the buttons, above it the window's title.
+    const int others = 5 * fontMetrics().height();
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    return screen()->availableSize() - QSize(bar + fontMetrics().height() / 2, others);
+}
+
 QSize PageArea::minimumSizeHint() const
 {
     if (!widget())
         return {};
-    // Below it the buttons, above it the window's title.
-    const int others = 5 * fontMetrics().height();
-    const QSize room = screen()->availableSize() - QSize(fontMetrics().height(), others);
-    return widget()->minimumSize().boundedTo(room);
+    const QSize room = Room();
+    QSize size = widget()->minimumSize();
+    if (size.height() > room.height())
+        size.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    return size.boundedTo({screen()->availableSize().width() - fontMetrics().height() / 2, room.height()});
 }
 
 } // namespace quorvik

@@ -13,6 +13,9 @@ class PageArea : public QScrollArea
 public:
     explicit PageArea(QWidget *parent);
 
+    /** What the screen has for pages, with a scroll bar beside them. */
+    QSize Room() const;
+
     QSize sizeHint() const override { return minimumSizeHint(); }
     QSize minimumSizeHint() const override;
 };

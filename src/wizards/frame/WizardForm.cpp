@@ -75,7 +75,8 @@ WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QS
     rows->addWidget(rule);
     MakeNavigation();
     const int em = fontMetrics().height();
-    stack_->setMinimumSize(em * 50, em * 28);
+    // Narrower only for a screen that has not the width, as far as rows of controls allow.
+    stack_->setMinimumSize(std::clamp(pages_->Room().width(), em * 45, em * 50), em * 28);
 }
 
 void WizardForm::MakeNavigation()
