@@ -150,6 +150,7 @@ void WizardForm::SetStep(int step)
     FitPage(step);
     stack_->setCurrentIndex(step);
     UpdateNavButtons(step);
+    pages_->ensureVisible(0, 0);
     FocusPage(step);
 }
 
@@ -180,6 +181,7 @@ void WizardForm::FocusPage(int step)
              widget = widget->nextInFocusChain()) {
             if (TakesFocus(page, widget)) {
                 widget->setFocus(Qt::OtherFocusReason);
+                pages_->ensureWidgetVisible(widget);
                 return;
             }
         }
