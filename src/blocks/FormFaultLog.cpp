@@ -124,7 +124,7 @@ protected:
         // The drive has no command behind this button; it is there and does nothing.
         AddButton(QStringLiteral("CommandClearFaultLog"), QStringLiteral("Clear Fault Log"));
         QPushButton *atTheTrip =
-            AddButton(QStringLiteral("CommandAtTheTrip"), QStringLiteral("At the &Trip..."),
+            AddButton(QStringLiteral("CommandAtTheTrip"), QStringLiteral("At the Tri&p..."),
                       QStringLiteral("Shows what stood in the control path when the drive tripped"));
         On(atTheTrip, &QPushButton::clicked, this, [this] { OpenTripRecord(desk()); });
     }

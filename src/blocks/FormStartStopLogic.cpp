@@ -202,7 +202,7 @@ public:
 protected:
     void Extend() override
     {
-        QPushButton *why = AddButton(QStringLiteral("CommandWhyNot"), QStringLiteral("&Why?"),
+        QPushButton *why = AddButton(QStringLiteral("CommandWhyNot"), QStringLiteral("Wh&y?"),
                                      QStringLiteral("Shows why the drive does not run"));
         On(why, &QPushButton::clicked, this, [this] { OpenWhyNot(desk()); });
     }

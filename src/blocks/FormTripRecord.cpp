@@ -28,25 +28,24 @@ namespace
 constexpr int ColumnCharacters[] = {11, 9, 26, 16, 38};
 constexpr int TickMs = 500;
 
-std::optional<QString> ShowSaveDialog(const QString &suggested, QWidget *owner, Asker &asker)
+std::optional<QString> ShowSaveDialog(const QString &suggested, QWidget *owner, const Desk &desk)
 {
-    QFileDialog dialog(owner, QStringLiteral("Export"), suggested);
-    dialog.selectFile(suggested);
+    QFileDialog dialog(owner, QStringLiteral("Export"));
     dialog.setNameFilter(QStringLiteral("Comma-separated values (*.csv)"));
     dialog.setDefaultSuffix(QStringLiteral("csv"));
-    return RunSaveDialog(dialog, asker);
+    return RunExportDialog(dialog, suggested, desk.settings, desk.asker);
 }
 
 } // namespace
 
 FormTripRecord::FormTripRecord(Desk &givenDesk)
     : Form(givenDesk, QStringLiteral("FormTripRecord"), Caption(), QStringLiteral("Faults.htm"))
-    , ChooseExport([this](const QString &suggested) { return ShowSaveDialog(suggested, this, desk().asker); })
+    , ChooseExport([this](const QString &suggested) { return ShowSaveDialog(suggested, this, desk()); })
     , listTrips_(new QListWidget(this))
     , labelSummary_(new QLabel(this))
     , listValues_(new QTreeWidget(this))
 {
-    auto *caption = new QLabel(QStringLiteral("The last five &trips, kept until the program ends:"), this);
+    auto *caption = new QLabel(QStringLiteral("The last fi&ve trips, kept until the program ends:"), this);
     caption->setBuddy(listTrips_);
     listTrips_->setObjectName(QStringLiteral("ListTrips"));
     listTrips_->setAccessibleName(QStringLiteral("Trips, most recent first"));

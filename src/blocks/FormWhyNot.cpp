@@ -80,6 +80,7 @@ FormWhyNot::FormWhyNot(Desk &givenDesk)
             GoTo(why_.conditions[std::size_t(why_.first)].param);
     });
     first->addWidget(commandFirst_);
+    setTabOrder(commandFirst_, listConditions_);
     first->addStretch();
     layout->addLayout(first);
     layout->addWidget(labelOrigin_);
@@ -148,7 +149,7 @@ QWidget *FormWhyNot::MakeCommands()
     commandGoTo_ = add("CommandGoTo", QStringLiteral("&Go to Box"),
                        QStringLiteral("Opens the window in which the chosen parameter stands"),
                        [this] { GoTo(ChosenParam()); });
-    commandMap_ = add("CommandMap", QStringLiteral("Show on &Map"),
+    commandMap_ = add("CommandMap", QStringLiteral("Show on Ma&p"),
                       QStringLiteral("Shows the chosen parameter on the map of the drive"),
                       [this] { desk().ShowOnMap(ChosenParam()); });
     add("CommandCopy", QStringLiteral("&Copy"),
@@ -205,7 +206,7 @@ void FormWhyNot::TimerUpdateScreen_Timer()
     // An ampersand in a drive's own name would pass for a mnemonic.
     const QString name = hasFirst ? table.FullName(why_.conditions[std::size_t(why_.first)].param)
                                   : QStringLiteral("the First Cause");
-    commandFirst_->setText(QStringLiteral("&Open ") + QString(name).replace(u'&', QStringLiteral("&&")));
+    commandFirst_->setText(QStringLiteral("Op&en ") + QString(name).replace(u'&', QStringLiteral("&&")));
     ShowConditions();
 }
 

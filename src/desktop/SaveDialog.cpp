@@ -2,6 +2,7 @@
 
 #include "model/PathFunctions.h"
 #include "platform/Asker.h"
+#include "platform/LastFolder.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -24,6 +25,18 @@ std::optional<QString> RunSaveDialog(QFileDialog &dialog, Asker &asker)
             return path;
         dialog.selectFile(path);
     }
+}
+
+std::optional<QString> RunExportDialog(QFileDialog &dialog, const QString &suggested, SettingsStore &settings,
+                                       Asker &asker)
+{
+    dialog.setDirectory(FolderFor(FolderUse::Exports, settings, suggested));
+    if (const QString name = FileTitle(suggested); !name.isEmpty())
+        dialog.selectFile(name);
+    std::optional<QString> path = RunSaveDialog(dialog, asker);
+    if (path)
+        KeepFolder(FolderUse::Exports, settings, *path);
+    return path;
 }
 
 } // namespace quorvik

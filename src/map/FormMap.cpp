@@ -56,6 +56,7 @@ FormMap::FormMap(Desk &givenDesk)
     labelCard_->setTextFormat(Qt::PlainText);
     // As much of the sentence as there is room for; the rest is in its tool tip.
     labelCard_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    labelCard_->setMinimumWidth(12 * fontMetrics().averageCharWidth());
     auto *buttons = new QHBoxLayout;
     MakeButtons(buttons);
     auto *layout = new QVBoxLayout(this);
@@ -113,7 +114,7 @@ void FormMap::MakeButtons(QBoxLayout *layout)
         On(button, &QPushButton::clicked, this, handler);
         layout->addWidget(button);
     };
-    add("CommandFit", QStringLiteral("&Fit"),
+    add("CommandFit", QStringLiteral("F&it"),
         QStringLiteral("Shows the whole map (F); + and - zoom, 0 is 100 %"), [this] { view_->Fit(); });
     add("CommandPrint", QStringLiteral("&Print..."), QStringLiteral("Prints the map on one page"),
         [this] { CommandPrint_Click(); });

@@ -88,11 +88,11 @@ void FormMap::CommandPrint_Click()
 
 std::optional<QString> FormMap::ShowSaveDialog(const QString &folder)
 {
-    QFileDialog dialog(this, QStringLiteral("Save the Map"), folder);
+    QFileDialog dialog(this, QStringLiteral("Save the Map"));
     dialog.setNameFilters({QStringLiteral("PDF (*.pdf)")});
     dialog.setDefaultSuffix(QStringLiteral("pdf"));
-    dialog.selectFile(QStringLiteral("Map of the Drive.pdf"));
-    return RunSaveDialog(dialog, desk().asker);
+    return RunExportDialog(dialog, folder + QStringLiteral("Map of the Drive.pdf"), desk().settings,
+                           desk().asker);
 }
 
 void FormMap::CommandPdf_Click()

@@ -96,7 +96,7 @@ FileDialogRequest SaveCommands::OpenRequest() const
     const QString title = QStringLiteral("Open");
     const QString folder = FilePath(document_.FileName);
     if (folder.isEmpty())
-        return {title, programFolder_, dialogFileName_};
+        return {title, QString(), dialogFileName_};
     return {title, folder, FileTitle(document_.FileName)};
 }
 

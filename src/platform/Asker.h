@@ -40,7 +40,7 @@ struct Question {
 /** What a file dialog is to offer; the filters are those of the settings files. */
 struct FileDialogRequest {
     QString title;
-    QString folder;   ///< where the dialog opens
+    QString folder;   ///< where the dialog opens; empty for where it was last used
     QString fileName; ///< proposed name, may be empty
 };
 

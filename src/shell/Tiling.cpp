@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 namespace quorvik
 {
@@ -15,7 +17,66 @@ int PartStart(int length, int position, int count)
     return int(qint64(length) * position / count);
 }
 
+qint64 Common(const QRect &one, const QRect &other)
+{
+    const QRect both = one.intersected(other);
+    return both.isEmpty() ? 0 : qint64(both.width()) * both.height();
+}
+
+/** Corners at which a window of that size touches others, stands a step from them or at the area's edges, row
+ * by row. */
+QList<QPoint> CornersFor(const QRect &area, QSize window, const WindowsInSight &open, int step)
+{
+    QList<int> lefts{area.left(), area.right() + 1 - window.width()};
+    QList<int> tops{area.top(), area.bottom() + 1 - window.height()};
+    for (const QRect &other : open.windows + QList<QRect>{open.focus}) {
+        if (other.isEmpty())
+            continue;
+        lefts += {other.right() + 1, other.left() - window.width(), other.left() + step};
+        tops += {other.bottom() + 1, other.top() - window.height(), other.top() + step};
+    }
+    QList<QPoint> corners;
+    std::ranges::sort(lefts);
+    std::ranges::sort(tops);
+    for (const int top : tops)
+        for (const int left : lefts)
+            if (area.contains(QRect({left, top}, window)))
+                corners.append({left, top});
+    return corners;
+}
+
+/** How much a window at a place is in the way; the least is the best. */
+std::tuple<qsizetype, qint64, qint64> Nuisance(const QRect &place, const WindowsInSight &open, int title)
+{
+    qsizetype titles = 0;
+    qint64 covered = 0;
+    for (const QRect &other : open.windows) {
+        covered += Common(place, other);
+        titles += place.intersects({other.topLeft(), QSize(other.width(), title)}) ? 1 : 0;
+    }
+    return {titles, open.windows.isEmpty() ? 0 : Common(place, open.windows.last()), covered};
+}
+
 } // namespace
+
+std::optional<QPoint> PlaceWithRoom(const QRect &area, QSize window, const WindowsInSight &open, int title)
+{
+    using Found = std::pair<std::tuple<qsizetype, qint64, qint64>, QPoint>;
+    std::optional<Found> best;
+    for (const QPoint corner : CornersFor(area, window, open, title)) {
+        const QRect place(corner, window);
+        if (!open.windows.isEmpty()) {
+            const QRect work = open.windows.last();
+            if (place.intersects(open.focus) ||
+                place.intersects({work.topLeft(), QSize(work.width(), title)}))
+                continue;
+        }
+        const auto nuisance = Nuisance(place, open, title);
+        if (!best || nuisance < best->first)
+            best = {nuisance, corner};
+    }
+    return best ? std::optional(best->second) : std::nullopt;
+}
 
 QList<QRect> TileRects(const QRect &area, int count, Qt::Orientation orientation)
 {

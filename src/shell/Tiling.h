@@ -3,6 +3,7 @@
 #include <QList>
 #include <QRect>
 #include <QSize>
+#include <optional>
 
 namespace quorvik
 {
@@ -19,6 +20,23 @@ QList<QRect> TileRects(const QRect &area, int count, Qt::Orientation orientation
  * one, so that all titles can be read; from the corner again where no room is left.
  */
 QPoint CascadePlace(const QRect &area, int position, QSize window, int step);
+
+/** What a new window is to leave in sight, in the area's coordinates. */
+struct WindowsInSight {
+    /** All that are open, the one under work last. */
+    QList<QRect> windows;
+    /** Of the one under work: the control that has its focus; empty for none. */
+    QRect focus;
+};
+
+/**
+ * Where a new window stands with room: at the first free place, from the upper left corner on; else where it
+ * leaves title and focus of the window under work in sight, then as many other titles as can be, and covers
+ * as little as it can.
+ * @param title height of a window's title.
+ * @return nothing where the window is larger than the area, or title or focus could not be kept in sight.
+ */
+std::optional<QPoint> PlaceWithRoom(const QRect &area, QSize window, const WindowsInSight &open, int title);
 
 /** Places for minimised windows of one size, in rows from the lower left corner upwards. */
 QList<QRect> IconRects(const QRect &area, int count, QSize icon);

@@ -137,13 +137,30 @@ QRect OntoScreen(const QRect &place, const QWidget &window)
     return OntoScreen(place, FrameMargins(window));
 }
 
+QRect FirstPlace(QSize screen, const QRect &available, const QMargins &frame)
+{
+    constexpr QSize largestWithOwnPlace(1024, 768);
+    constexpr double share = 0.85;
+    if (screen.expandedTo(largestWithOwnPlace) != screen || screen == largestWithOwnPlace)
+        return {};
+    const QSize whole(qRound(available.width() * share), qRound(available.height() * share));
+    const QPoint spare((available.width() - whole.width()) / 2, (available.height() - whole.height()) / 2);
+    return {available.topLeft() + spare, whole.shrunkBy(frame)};
+}
+
 void ReadWindowPlace(const SettingsStore &settings, QWidget &window)
 {
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const QMargins frame = FrameMargins(window);
+    const QRect first = FirstPlace(screen->size(), screen->availableGeometry(), frame);
+    const bool hasPlace = !settings.GetSetting(Startup(), QStringLiteral("Width")).isEmpty() ||
+                          !settings.GetSetting(Startup(), QStringLiteral("Height")).isEmpty();
     const int top = ReadPixels(settings, QStringLiteral("Top"), 100);
     const int left = ReadPixels(settings, QStringLiteral("Left"), 150);
     const int height = ReadPixels(settings, QStringLiteral("Height"), 7000);
     const int width = ReadPixels(settings, QStringLiteral("Width"), 11000);
-    const QRect place = OntoScreen(QRect(left, top, width, height), window);
+    const QRect place =
+        OntoScreen(hasPlace || first.isEmpty() ? QRect(left, top, width, height) : first, frame);
     window.move(place.topLeft());
     window.resize(place.size());
 

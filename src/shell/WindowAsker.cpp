@@ -3,6 +3,7 @@
 #include "desktop/FormModifyParameterValue.h"
 #include "link/forms/FormProgressBar.h"
 #include "link/forms/FormSelectCommMode.h"
+#include "platform/LastFolder.h"
 #include "platform/Progress.h"
 #include "settings/forms/FormSelectDriveModel.h"
 #include "shell/MDIFormMain.h"
@@ -10,6 +11,19 @@
 
 namespace quorvik
 {
+
+FileDialogRequest WindowAsker::WithFolder(FileDialogRequest request) const
+{
+    request.folder = FolderFor(FolderUse::Sets, main_.TheDesk().settings, request.folder);
+    return request;
+}
+
+std::optional<QString> WindowAsker::Remembered(std::optional<QString> chosen) const
+{
+    if (chosen)
+        KeepFolder(FolderUse::Sets, main_.TheDesk().settings, *chosen);
+    return chosen;
+}
 
 std::optional<std::int32_t> WindowAsker::EditValue(int p, std::int32_t rawValue)
 {

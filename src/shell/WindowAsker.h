@@ -28,11 +28,11 @@ public:
     }
     std::optional<QString> ShowOpen(const FileDialogRequest &request) override
     {
-        return given_.ShowOpen(request);
+        return Remembered(given_.ShowOpen(WithFolder(request)));
     }
     std::optional<QString> ShowSave(const FileDialogRequest &request) override
     {
-        return given_.ShowSave(request);
+        return Remembered(given_.ShowSave(WithFolder(request)));
     }
 
     std::optional<std::int32_t> EditValue(int p, std::int32_t rawValue) override;
@@ -41,6 +41,9 @@ public:
     void ShowProgress(Progress &progress) override;
 
 private:
+    FileDialogRequest WithFolder(FileDialogRequest request) const;
+    std::optional<QString> Remembered(std::optional<QString> chosen) const;
+
     Asker &given_;
     MDIFormMain &main_;
 };

@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QStyle>
 #include <QWindow>
+#include <algorithm>
 
 namespace quorvik
 {
@@ -43,12 +44,14 @@ void FitIn(const QWidget *window)
         drawing->Fit();
 }
 
-/** The same keys on every desktop; a shortcut beside the child's own would clash with it on some. */
-void SetCloseKeys(QMdiSubWindow *child)
+/** The same keys on every desktop, some of which have none or others of their own; a shortcut beside the
+ * child's own would clash with it. */
+void SetCloseKeys(const QMdiSubWindow *child)
 {
     for (QAction *action : child->systemMenu()->actions())
-        if (!action->shortcut().isEmpty())
-            action->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_F4), QKeySequence(Qt::CTRL | Qt::Key_W)});
+        action->setShortcuts({});
+    child->systemMenu()->actions().constLast()->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::Key_F4), QKeySequence(Qt::CTRL | Qt::Key_W)});
 }
 
 const char *const listEntry = "mnuWindowList";
@@ -110,8 +113,11 @@ void WindowCommands::ShowChild(QWidget *form, bool activate)
             child->resize(child->size().boundedTo(room.size()).expandedTo(child->minimumSizeHint()));
         };
         fitInto(area);
-        child->move(PlaceInCascade(child, int(Children(area_, false).size()) - 1));
+        child->move(PlaceForNew(child, active));
         fitInto({child->pos(), area.bottomRight()});
+        // One that cannot be so narrow shows its left part.
+        child->move(std::max(area.left(), std::min(child->x(), area.right() + 1 - child->width())),
+                    child->y());
     }
     if (activate)
         area_->setActiveSubWindow(child);
@@ -134,6 +140,25 @@ void WindowCommands::Cascade()
     }
     if (const QList<QMdiSubWindow *> children = Children(area_, false); !children.isEmpty())
         area_->setActiveSubWindow(children.last());
+}
+
+QPoint WindowCommands::PlaceForNew(const QMdiSubWindow *child, const QMdiSubWindow *underWork) const
+{
+    // What lies under so many others is hidden anyway.
+    constexpr qsizetype mostInSight = 16;
+    WindowsInSight open;
+    for (const QMdiSubWindow *other : area_->subWindowList(QMdiArea::StackingOrder))
+        if (other != child && other != underWork && other->isVisible() && !other->isMinimized())
+            open.windows.append(other->geometry());
+    open.windows = open.windows.last(std::min(open.windows.size(), mostInSight));
+    if (underWork && underWork != child && !underWork->isMinimized()) {
+        open.windows.append(underWork->geometry());
+        if (const QWidget *focus = underWork->widget() ? underWork->widget()->focusWidget() : nullptr)
+            open.focus = {focus->mapTo(area_->viewport(), QPoint()), focus->size()};
+    }
+    const int title = area_->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, child);
+    const auto place = PlaceWithRoom(area_->viewport()->rect(), child->size(), open, title);
+    return place ? *place : PlaceInCascade(child, int(Children(area_, false).size()) - 1);
 }
 
 QPoint WindowCommands::PlaceInCascade(const QMdiSubWindow *child, int position) const

@@ -76,6 +76,8 @@ Q_SIGNALS:
 
 private:
     QMdiSubWindow *AddChild(QWidget *form);
+    /** Where a window opens that is new: with room, or else in the cascade. */
+    QPoint PlaceForNew(const QMdiSubWindow *child, const QMdiSubWindow *underWork) const;
     QPoint PlaceInCascade(const QMdiSubWindow *child, int position) const;
     /** Those outside the frame, in the order of opening. */
     QWidgetList Outside() const;

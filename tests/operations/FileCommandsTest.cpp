@@ -26,7 +26,7 @@ TEST_F(FileCommandsTest, SaveAsThenSaveGoToTheSameFile)
     document.FileModified = true;
     asker.ExpectSave(Path("a.Svx"));
     saving.Save(0);
-    EXPECT_EQ(asker.Requests.last().folder, Path("program"));
+    EXPECT_EQ(asker.Requests.last().folder, QString());
     EXPECT_EQ(asker.Requests.last().fileName, QString());
     EXPECT_EQ(document.Title(), QStringLiteral("Quorvik - [a.Svx]"));
 

@@ -1,7 +1,10 @@
 #include "shell/ShellFixture.h"
 
+#include "platform/LastFolder.h"
 #include "shell/StatusBarMain.h"
+#include "shell/UserSettings.h"
 
+#include <QDir>
 #include <QLabel>
 
 namespace quorvik::testing
@@ -52,6 +55,47 @@ TEST_F(ShellTest, LinkCommandsFollowTheLink)
     Link().SetDriveCommand(Restart::None);
     Drive().GoOffLine(OffLineReason::User);
     expectAll(false);
+}
+
+TEST_F(ShellTest, FileDialogsOpenWhereTheyWereLastUsedOrBesideTheOpenFile)
+{
+    LoadQuietly();
+    const auto openIn = [this] {
+        asker.ExpectOpen({});
+        Trigger("mnuFileOpen");
+        return QDir(asker.Requests.last().folder);
+    };
+    EXPECT_TRUE(openIn().exists());
+    EXPECT_NE(openIn(), QDir(folder.path())) << "the program's own folder";
+    QDir pumps(folder.filePath(QStringLiteral("pumps")));
+    pumps.mkpath(QStringLiteral("."));
+    asker.ExpectSave(pumps.filePath(Name("a.Svx")));
+    Trigger("mnuFileSave(1)");
+    MakeWindow();
+    LoadQuietly();
+    EXPECT_EQ(openIn(), pumps) << "over runs";
+    Set().FileName = folder.filePath(Name("b.Svx"));
+    EXPECT_EQ(openIn(), QDir(folder.path()));
+    EXPECT_EQ(QDir(FolderFor(FolderUse::Exports, settings, Set().FileName)), QDir(folder.path()));
+    KeepFolder(FolderUse::Exports, settings, pumps.filePath(Name("map.pdf")));
+    EXPECT_EQ(QDir(FolderFor(FolderUse::Exports, settings, Set().FileName)), pumps);
+    pumps.removeRecursively();
+    EXPECT_EQ(QDir(FolderFor(FolderUse::Exports, settings, Set().FileName)), QDir(folder.path()));
+}
+
+TEST(FirstPlace, TakesMostOfALargeScreenAndNothingOfASmallOne)
+{
+    const QMargins frame(4, 24, 4, 4);
+    const QRect available(0, 30, 1366, 738);
+    const QRect place = FirstPlace({1366, 768}, available, frame);
+    const QRect whole(place.topLeft(), place.size().grownBy(frame));
+    EXPECT_TRUE(available.contains(whole));
+    EXPECT_NEAR(whole.width(), 0.85 * 1366, 1);
+    EXPECT_NEAR(whole.height(), 0.85 * 738, 1);
+    EXPECT_NEAR(whole.center().x(), available.center().x(), 1);
+    EXPECT_NEAR(whole.center().y(), available.center().y(), 1);
+    for (const QSize screen : {QSize(1024, 768), QSize(800, 1280), QSize(1280, 720)})
+        EXPECT_TRUE(FirstPlace(screen, QRect({}, screen), frame).isEmpty());
 }
 
 TEST_F(ShellTest, AFailedSaveIsToldWholeUnderTheMenu)

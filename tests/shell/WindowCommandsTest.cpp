@@ -1,4 +1,6 @@
 #include "shell/WindowCommands.h"
+#include "desktop/Mnemonics.h"
+#include "model/ParameterNumbers.h"
 #include "shell/ShellFixture.h"
 #include "shell/Tiling.h"
 
@@ -39,6 +41,32 @@ TEST(Cascade, LeavesEveryTitleInSight)
     for (int position = 0; position < 100; ++position)
         EXPECT_TRUE(
             area.contains(QRect(CascadePlace(area, position, QSize(600, 400), step), QSize(600, 400))));
+}
+
+TEST(Room, IsTakenWhereThereIsSomeAndElseNotFromTheWorkInHand)
+{
+    const QRect area(0, 0, 1000, 600);
+    const QSize window(400, 300);
+    constexpr int title = 20;
+    EXPECT_EQ(PlaceWithRoom(area, window, {}, title), QPoint(0, 0));
+    const QRect first(0, 0, 400, 300);
+    EXPECT_EQ(PlaceWithRoom(area, window, {{first}, {}}, title), QPoint(400, 0));
+    const QRect second(400, 0, 600, 300);
+    EXPECT_EQ(PlaceWithRoom(area, window, {{first, second}, {}}, title), QPoint(0, 300));
+    EXPECT_EQ(PlaceWithRoom(area, {700, 100}, {{first, second}, {}}, title), QPoint(0, 300));
+
+    // No free place: title and focus of the last one stay in sight, wherever the focus is.
+    const QRect wide(0, 0, 1000, 500);
+    for (const QRect &focus : {QRect(50, 300, 80, 20), QRect(900, 300, 80, 20)}) {
+        const auto place = PlaceWithRoom(area, {500, 400}, {{second, wide}, focus}, title);
+        ASSERT_TRUE(place);
+        const QRect taken(*place, QSize(500, 400));
+        EXPECT_TRUE(area.contains(taken));
+        EXPECT_FALSE(taken.intersects(focus));
+        EXPECT_FALSE(taken.intersects(QRect(0, 0, 1000, title)));
+    }
+    EXPECT_FALSE(PlaceWithRoom(area, {1001, 100}, {}, title));
+    EXPECT_FALSE(PlaceWithRoom(area, {1000, 590}, {{wide}, {}}, title)) << "only over the title";
 }
 
 class Windows : public ShellTest
@@ -112,6 +140,46 @@ TEST_F(Windows, MenusLeaveTheirLettersToTheWindowInFront)
     EXPECT_EQ(Entry("mnuFile")->text(), Name("&File"));
     area->setActiveSubWindow(area->subWindowList().first());
     EXPECT_EQ(Entry("mnuOptions")->text(), Name("&Options"));
+}
+
+TEST_F(Windows, NewOnesLeaveTheWorkInHandInSight)
+{
+    main->resize(1500, 900);
+    Trigger("mnuWindowCloseAll");
+    ASSERT_TRUE(ComesDownTo(0));
+    for (const char *entry : {"mnuBlockZeroSpeed", "mnuBlockAnalogInput(1)", "mnuBlockTimer",
+                              "mnuBlockDateTime", "mnuBlockMOP"}) {
+        SCOPED_TRACE(entry);
+        const QMdiSubWindow *before = area->activeSubWindow();
+        const QWidget *focus = before ? before->widget()->focusWidget() : nullptr;
+        Trigger(entry);
+        const QMdiSubWindow *opened = area->activeSubWindow();
+        ASSERT_NE(opened, before);
+        if (focus) {
+            const QRect held(focus->mapTo(area->viewport(), QPoint()), focus->size());
+            EXPECT_FALSE(opened->geometry().intersects(held));
+        }
+    }
+}
+
+TEST_F(Windows, EveryMenuHasItsOwnLetters)
+{
+    QList<QMenu *> menus = main->findChildren<QMenu *>();
+    menus.append(main->TheDesk().MenuOf(Param::Reference0, main.get()));
+    QStringList twice;
+    for (const QMenu *menu : menus) {
+        QSet<QChar> seen;
+        for (const QAction *action : menu->actions()) {
+            const QChar letter = MnemonicOf(action->text());
+            if (!letter.isNull() && seen.contains(letter))
+                twice.append(action->objectName());
+            seen.insert(letter);
+        }
+    }
+    twice.sort();
+    // These captions were given with the letter of another.
+    EXPECT_EQ(twice, QStringList({Name("mnuBlockStartStopLogic"), Name("mnuHelpSarvexManual"),
+                                  Name("mnuToolsSaveDrive")}));
 }
 
 TEST_F(Windows, TheMenuListsTheOpenWindowsAndLeadsToThem)

@@ -3,6 +3,7 @@
 #include "compare/DriveSet.h"
 #include "compare/forms/CompareHost.h"
 #include "desktop/Form.h"
+#include "desktop/PlainText.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
@@ -53,7 +54,6 @@ CompareSides::CompareSides(Desk &desk, CompareHost &host, QWidget *parent)
     : QWidget(parent)
     , desk_(desk)
     , host_(host)
-    , readDrive_(new QPushButton(QStringLiteral("&Read Drive"), this))
 {
     drive_.name = QStringLiteral("drive");
     driveFailure_ = QStringLiteral("The drive has not been read yet. \"Read Drive\" does so.");
@@ -61,6 +61,8 @@ CompareSides::CompareSides(Desk &desk, CompareHost &host, QWidget *parent)
     layout->setContentsMargins({});
     for (int side = 0; side < MostSets; ++side)
         layout->addWidget(MakeSide(side), 1);
+    // Behind the sets, for Tab too.
+    readDrive_ = new QPushButton(QStringLiteral("&Read Drive"), this);
     readDrive_->setObjectName(QStringLiteral("CommandReadDrive"));
     readDrive_->setToolTip(QStringLiteral("Reads the drive for this comparison; goes on line for it"));
     On(readDrive_, &QPushButton::clicked, this, [this] { ReadDrive(); });
@@ -86,6 +88,9 @@ QWidget *CompareSides::MakeSide(int side)
     list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     On(list, &QComboBox::activated, this,
        [this, side, list] { Select(side, list->currentData().value<CompareSource>()); });
+    // A long name is not shown whole.
+    On(list, &QComboBox::currentTextChanged, list,
+       [list](const QString &text) { SetPlainToolTip(list, text); });
     lists_[std::size_t(side)] = list;
     auto *label = new QLabel(QStringLiteral("Set &%1:").arg(side + 1), holder);
     label->setBuddy(list);

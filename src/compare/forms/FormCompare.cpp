@@ -4,6 +4,8 @@
 #include "compare/forms/CompareSides.h"
 #include "compare/forms/DifferenceModel.h"
 #include "compare/forms/DifferenceView.h"
+#include "desktop/OrderTabs.h"
+#include "desktop/PlainText.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
@@ -68,7 +70,9 @@ const QString &FormCompare::Name()
 
 FormCompare::FormCompare(Desk &givenDesk, CompareHost &host)
     : Form(givenDesk, Name(), QStringLiteral("Compare"), QStringLiteral("Compare.htm"))
-    , ChooseExport([this](const QString &folder) { return ShowExportDialog(folder, this, desk().asker); })
+    , ChooseExport([this](const QString &folder) {
+        return ShowExportDialog(folder, this, desk().settings, desk().asker);
+    })
     , host_(host)
     , blocks_(host.BlockNames())
     , sides_(new CompareSides(givenDesk, host, this))
@@ -189,12 +193,18 @@ QWidget *FormCompare::MakeCopying()
     comboDirection_->setAccessibleName(QStringLiteral("From which set into which"));
     comboDirection_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     comboDirection_->setMinimumContentsLength(12);
+    On(comboDirection_, &QComboBox::currentTextChanged, this,
+       [this](const QString &text) { SetPlainToolTip(comboDirection_, text); });
     layout->addWidget(take);
     layout->addWidget(clear);
     layout->addStretch(1);
     layout->addWidget(label);
     layout->addWidget(comboDirection_, 2);
     layout->addWidget(copy);
+    QWidgetList order{textSearch_, checkDiffering_, checkChanged_, checkKnown_};
+    for (const KindCheck &kind : KindChecks)
+        order.append(checkKinds_[std::size_t(kind.kind)]);
+    OrderTabs(order + QWidgetList{view_, take, clear, comboDirection_, copy});
     return copying;
 }
 

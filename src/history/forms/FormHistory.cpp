@@ -55,7 +55,9 @@ const QString &FormHistory::Name()
 
 FormHistory::FormHistory(Desk &givenDesk, HistoryHost &host)
     : Form(givenDesk, Name(), QStringLiteral("History"), QStringLiteral("History.htm"))
-    , ChooseExport([this](const QString &folder) { return ShowExportDialog(folder, this, desk().asker); })
+    , ChooseExport([this](const QString &folder) {
+        return ShowExportDialog(folder, this, desk().settings, desk().asker);
+    })
     , host_(host)
     , filters_(new HistoryFilters(givenDesk, host, this))
     , model_(new HistoryModel(host.Reader(), this))

@@ -61,7 +61,7 @@ QPushButton *MakeButton(QWidget *form, const QString &name, const QString &capti
 
 QString StopCaption(bool isRecording)
 {
-    return isRecording ? QStringLiteral("S&top") : QStringLiteral("&Go on");
+    return isRecording ? QStringLiteral("Sto&p") : QStringLiteral("&Go on");
 }
 
 } // namespace
@@ -153,13 +153,13 @@ QLayout *FormLinkDetails::MakeSilences()
 QLayout *FormLinkDetails::MakeFilter()
 {
     auto *layout = new QHBoxLayout;
-    auto *label = new QLabel(QStringLiteral("&Filter:"), this);
+    auto *label = new QLabel(QStringLiteral("Filt&er:"), this);
     label->setBuddy(textFilter_);
     textFilter_->setObjectName(QStringLiteral("TextFilter"));
     textFilter_->setAccessibleName(QStringLiteral("Filter"));
     textFilter_->setPlaceholderText(QStringLiteral("Number, name, bytes or meaning"));
     textFilter_->setClearButtonEnabled(true);
-    auto *kinds = new QLabel(QStringLiteral("Sho&w:"), this);
+    auto *kinds = new QLabel(QStringLiteral("&Show:"), this);
     kinds->setBuddy(comboKind_);
     comboKind_->setObjectName(QStringLiteral("ComboKind"));
     comboKind_->setAccessibleName(QStringLiteral("Which packets are shown"));
@@ -218,7 +218,7 @@ QLayout *FormLinkDetails::MakeCommands()
                               QStringLiteral("Stops and continues the recording of packets"));
     auto *clear = MakeButton(this, QStringLiteral("CommandClear"), QStringLiteral("C&lear"),
                              QStringLiteral("Empties the list of packets"));
-    auto *save = MakeButton(this, QStringLiteral("CommandSave"), QStringLiteral("&Save..."),
+    auto *save = MakeButton(this, QStringLiteral("CommandSave"), QStringLiteral("Sa&ve..."),
                             QStringLiteral("Writes figures and shown packets to a text file"));
     On(commandStop_, &QPushButton::clicked, this, [this] { CommandStop_Click(); });
     On(clear, &QPushButton::clicked, this, [this] {
@@ -310,12 +310,12 @@ void FormLinkDetails::CommandStop_Click()
 
 std::optional<QString> FormLinkDetails::ShowSaveDialog(const QString &folder)
 {
-    QFileDialog dialog(this, QStringLiteral("Save Link Details"), folder);
+    QFileDialog dialog(this, QStringLiteral("Save Link Details"));
     dialog.setNameFilters({QStringLiteral("Text (*.txt)")});
     dialog.setDefaultSuffix(QStringLiteral("txt"));
-    dialog.selectFile(QStringLiteral("Link Details %1.txt")
-                          .arg(desk().Now().toString(QStringLiteral("yyyy-MM-dd HH-mm-ss"))));
-    return RunSaveDialog(dialog, desk().asker);
+    const QString name = QStringLiteral("Link Details %1.txt")
+                             .arg(desk().Now().toString(QStringLiteral("yyyy-MM-dd HH-mm-ss")));
+    return RunExportDialog(dialog, folder + name, desk().settings, desk().asker);
 }
 
 void FormLinkDetails::CommandSave_Click()

@@ -1,5 +1,6 @@
 #include "link/forms/PortList.h"
 
+#include "desktop/BoxColors.h"
 #include "platform/Guard.h"
 #include "platform/PortAddress.h"
 
@@ -234,7 +235,7 @@ void PortList::FillRow(QTreeWidgetItem &row, const PortStatus &port) const
     const bool isPale = port.use == PortStatus::Use::NotPresent && isEnabled();
     for (int column = 0; column < int(std::size(Columns)); ++column)
         row.setData(column, Qt::ForegroundRole,
-                    isPale ? QVariant(palette().brush(QPalette::PlaceholderText)) : QVariant());
+                    isPale ? QVariant(FaintText(palette().color(QPalette::Base))) : QVariant());
 }
 
 void PortList::Mark(bool isGoingThere)

@@ -35,15 +35,16 @@ const ExportKind &PdfKind()
 
 } // namespace
 
-std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner, Asker &asker)
+std::optional<QString> ShowExportDialog(const QString &folder, QWidget *owner, SettingsStore &settings,
+                                        Asker &asker)
 {
-    QFileDialog dialog(owner, QStringLiteral("Export"), folder);
+    QFileDialog dialog(owner, QStringLiteral("Export"));
     dialog.setNameFilters({CsvKind().filter, PdfKind().filter});
     dialog.setDefaultSuffix(CsvKind().suffix);
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString &filter) {
         dialog.setDefaultSuffix(filter == PdfKind().filter ? PdfKind().suffix : CsvKind().suffix);
     });
-    return RunSaveDialog(dialog, asker);
+    return RunExportDialog(dialog, folder, settings, asker);
 }
 
 QString ExportRows(const QString &path, const Document &document, const QList<ReportRow> &rows)

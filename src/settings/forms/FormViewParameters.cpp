@@ -1,6 +1,7 @@
 #include "settings/forms/FormViewParameters.h"
 
 #include "compare/Differences.h"
+#include "desktop/OrderTabs.h"
 #include "model/Document.h"
 #include "model/ParameterTable.h"
 #include "model/PathFunctions.h"
@@ -97,6 +98,7 @@ FormViewParameters::FormViewParameters(Desk &desk, FilePrint &print, ReportFilte
     ReadFile();
     FollowTable();
     MakeKeys();
+    OrderTabs({optionView_[0], optionView_[1], checkStates_, textSearch_, checkSettings_, listView_});
     listView_->setFocus();
 }
 
@@ -378,7 +380,7 @@ void FormViewParameters::ShowStates(bool isShown)
 void FormViewParameters::CommandExport_Click()
 {
     const std::optional<QString> path =
-        ShowExportDialog(FilePath(desk().document.FileName), this, desk().asker);
+        ShowExportDialog(FilePath(desk().document.FileName), this, desk().settings, desk().asker);
     if (!path)
         return;
     const QString failure = ExportRows(*path, desk().document, Rows());

@@ -44,7 +44,7 @@ constexpr int FollowMs = 150;
 FormRecordings::FormRecordings(Desk &givenDesk, TrendHost &host, OpenRecording open)
     : Form(givenDesk, Name(), QStringLiteral("Recordings"), QStringLiteral("Trend.htm"))
     , ChooseExport([this](const QString &folder) {
-        return ShowTrendExportDialog(QStringLiteral("csv"), folder, this, desk().asker);
+        return ShowTrendExportDialog(QStringLiteral("csv"), folder, this, desk().settings, desk().asker);
     })
     , host_(host)
     , open_(std::move(open))

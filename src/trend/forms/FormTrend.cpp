@@ -64,7 +64,7 @@ QWidget *Scrolled(QWidget *page)
 FormTrend::FormTrend(Desk &givenDesk, TrendHost &host)
     : Form(givenDesk, Name(), QStringLiteral("Trend"), QStringLiteral("Trend.htm"))
     , ChooseExport([this](const QString &suffix, const QString &folder) {
-        return ShowTrendExportDialog(suffix, folder, this, desk().asker);
+        return ShowTrendExportDialog(suffix, folder, this, desk().settings, desk().asker);
     })
     , host_(host)
     , view_(host.Recorder())

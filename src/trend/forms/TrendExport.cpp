@@ -51,12 +51,12 @@ QString FilterOf(const QString &suffix)
 } // namespace
 
 std::optional<QString> ShowTrendExportDialog(const QString &suffix, const QString &folder, QWidget *owner,
-                                             Asker &asker)
+                                             SettingsStore &settings, Asker &asker)
 {
-    QFileDialog dialog(owner, QStringLiteral("Export"), folder);
+    QFileDialog dialog(owner, QStringLiteral("Export"));
     dialog.setNameFilter(FilterOf(suffix));
     dialog.setDefaultSuffix(suffix);
-    return RunSaveDialog(dialog, asker);
+    return RunExportDialog(dialog, folder, settings, asker);
 }
 
 TrendExportResult ExportTrendCsv(const QString &path, const TrendDataPtr &data, Asker &asker)

@@ -11,11 +11,12 @@ namespace quorvik
 {
 
 class Asker;
+class SettingsStore;
 
 /** Lets the user choose the file to export to, and asks before one is replaced; nothing for a cancel.
  * @param suffix "csv", "png", "svg" or "pdf". */
 std::optional<QString> ShowTrendExportDialog(const QString &suffix, const QString &folder, QWidget *owner,
-                                             Asker &asker);
+                                             SettingsStore &settings, Asker &asker);
 
 /**
  * Writes a recording as comma-separated values, whole or not at all, beside the program's own thread, with a

@@ -6,6 +6,7 @@
 #include "wizards/frame/FinishPage.h"
 #include "wizards/frame/FormWriteReport.h"
 #include "wizards/frame/MentorTitle.h"
+#include "wizards/frame/PageArea.h"
 #include "wizards/frame/WizardPage.h"
 #include "wizards/frame/WriteWatch.h"
 
@@ -60,19 +61,22 @@ WizardForm::WizardForm(Desk &desk, QWidget *owner, const QString &name, const QS
     : DialogForm(desk, owner, name, caption, QString::fromLatin1(topics[0]))
     , helpTopics_(topics)
     , openedOnline_(desk.table.PortOpen())
-    , stack_(new QStackedWidget(this))
+    , pages_(new PageArea(this))
+    , stack_(new QStackedWidget(pages_))
 {
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    rows->addWidget(stack_, 1);
+    pages_->setWidget(stack_);
+    rows->addWidget(pages_, 1);
     auto *rule = new QFrame(this);
     rule->setFrameShape(QFrame::HLine);
     rule->setFrameShadow(QFrame::Sunken);
     rows->addWidget(rule);
     MakeNavigation();
     const int em = fontMetrics().height();
-    stack_->setMinimumSize(em * 50, em * 28);
+    // Narrower only for a screen that has not the width, as far as rows of controls allow.
+    stack_->setMinimumSize(std::clamp(pages_->Room().width(), em * 45, em * 50), em * 28);
 }
 
 void WizardForm::MakeNavigation()
@@ -146,6 +150,7 @@ void WizardForm::SetStep(int step)
     FitPage(step);
     stack_->setCurrentIndex(step);
     UpdateNavButtons(step);
+    pages_->ensureVisible(0, 0);
     FocusPage(step);
 }
 
@@ -155,6 +160,7 @@ void WizardForm::FitPage(int step)
     const int width = std::max(stack_->width(), stack_->minimumWidth());
     const int height = stack_->widget(step)->layout()->heightForWidth(width);
     stack_->setMinimumHeight(std::max(stack_->minimumHeight(), height));
+    pages_->updateGeometry();
 }
 
 void WizardForm::UpdateNavButtons(int step)
@@ -175,6 +181,7 @@ void WizardForm::FocusPage(int step)
              widget = widget->nextInFocusChain()) {
             if (TakesFocus(page, widget)) {
                 widget->setFocus(Qt::OtherFocusReason);
+                pages_->ensureWidgetVisible(widget);
                 return;
             }
         }

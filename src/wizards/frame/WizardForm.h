@@ -14,6 +14,7 @@ namespace quorvik
 
 class DriveLink;
 class FinishPage;
+class PageArea;
 class WizardPage;
 
 /**
@@ -87,6 +88,7 @@ private:
     const bool openedOnline_;
     QPointer<DriveLink> link_;
     QWidget *linkGone_ = nullptr;
+    PageArea *pages_ = nullptr;
     QStackedWidget *stack_ = nullptr;
     FinishPage *finishPage_ = nullptr;
     std::array<QPushButton *, NavCount> navButtons_{};
