@@ -34,6 +34,8 @@ void AddFindJob(Tour &tour);
 void AddUndoJob(Tour &tour);
 /** A recording on line, a capture of the answer to a change, and the file of its values. */
 void AddTrendJob(Tour &tour);
+/** The procedures of the help from the first commissioning to the speed loop; on line, all windows closed. */
+void AddProceduresOne(Tour &tour);
 /** The windows of the other menus that are of use on line. */
 void AddOnlineRound(Tour &tour);
 /** A drawing seen more closely, a window taken out of the frame, and the option that keeps both. */
