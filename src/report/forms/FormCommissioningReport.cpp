@@ -31,7 +31,7 @@ namespace
 
 /** So long after the last key the pages follow, in milliseconds. */
 constexpr int FollowMs = 600;
-constexpr int PreviewColumns = 58;
+constexpr int PreviewColumns = 50;
 constexpr int FieldColumns = 26;
 constexpr int RecordingRows = 4;
 
@@ -62,6 +62,15 @@ QLabel *MakeLine(QWidget *parent, const char *name)
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     return label;
+}
+
+/** Those that a control is made of are reached by the keys in its place. */
+void NameAll(QWidget *control, const QString &name)
+{
+    control->setAccessibleName(name);
+    for (auto *inner : control->findChildren<QWidget *>())
+        if (inner->focusPolicy() != Qt::NoFocus)
+            inner->setAccessibleName(name);
 }
 
 QString TitleOf(const StoredRecording &recording)
@@ -122,6 +131,12 @@ FormCommissioningReport::FormCommissioningReport(Desk &givenDesk, CommissioningH
 
 FormCommissioningReport::~FormCommissioningReport() = default;
 
+QSize FormCommissioningReport::sizeHint() const
+{
+    // A page that can be read, where there is room for it.
+    return Form::sizeHint() + QSize(fontMetrics().averageCharWidth() * PreviewColumns * 2 / 3, 0);
+}
+
 void FormCommissioningReport::Unload()
 {
     timerFollow_.stop();
@@ -150,6 +165,7 @@ QWidget *FormCommissioningReport::MakeFields()
     rows->addRow(QString(), checkKeep_);
     day_ = new QDateEdit(desk().Now().date(), sheet);
     day_->setObjectName(QStringLiteral("DateJournal"));
+    NameAll(day_, QStringLiteral("Day of the journal"));
     day_->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
     day_->setToolTip(QStringLiteral("The day whose changes are listed"));
     rows->addRow(QStringLiteral("Da&y:"), day_);
@@ -211,18 +227,16 @@ QWidget *FormCommissioningReport::MakePreview()
     previewPrinter_ = std::make_unique<QPrinter>(QPrinter::ScreenResolution);
     preview_ = new QPrintPreviewWidget(previewPrinter_.get(), part);
     preview_->setObjectName(QStringLiteral("Preview"));
-    preview_->setAccessibleName(QStringLiteral("Pages of the report"));
+    NameAll(preview_, QStringLiteral("Pages of the report"));
     preview_->setMinimumWidth(fontMetrics().averageCharWidth() * PreviewColumns);
     page_ = new QSpinBox(part);
     page_->setObjectName(QStringLiteral("SpinPage"));
     page_->setMinimum(1);
-    page_->setAccessibleName(QStringLiteral("Page"));
+    NameAll(page_, QStringLiteral("Page"));
     labelPages_ = new QLabel(part);
     labelPages_->setObjectName(QStringLiteral("LabelPages"));
     auto *foot = new QHBoxLayout;
-    auto *labelPage = new QLabel(QStringLiteral("Pa&ge:"), part);
-    labelPage->setText(QStringLiteral("Page:"));
-    foot->addWidget(labelPage);
+    foot->addWidget(new QLabel(QStringLiteral("Page:"), part));
     foot->addWidget(page_);
     foot->addWidget(labelPages_);
     foot->addStretch(1);

@@ -42,6 +42,8 @@ public:
     /** Lets the user choose a printer; false for a cancel. The program shows the platform'"'"'s dialog. */
     std::function<bool(QPrinter &printer)> ChoosePrinter;
 
+    QSize sizeHint() const override;
+
 protected:
     void Unload() override;
 
