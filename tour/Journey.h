@@ -7,6 +7,9 @@
 namespace quorvik
 {
 
+/** The first minute of a new user, told in clicks and seconds; a program and a drive of its own, left at the
+ * end. */
+void AddFirstMinute(Tour &tour);
 /** Runs the program up to the link and the tips: the first of all. */
 void AddGoingOnline(Tour &tour);
 /** Blocks on line, an edit that arrives in the drive, and the file that keeps it. */
