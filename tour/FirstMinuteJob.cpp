@@ -15,6 +15,8 @@ namespace
 {
 
 constexpr qint64 limitMs = 60000;
+constexpr int accelRow = 2; ///< Fwd Accel A is the third of the block's parameters
+constexpr int rawNewAccel = 75;
 
 QString AccelDecel()
 {
@@ -46,8 +48,6 @@ bool HasLeftLine(Tour &tour)
 
 void AddFirstMinute(Tour &tour)
 {
-    constexpr int accelRow = 2; // Fwd Accel A is the third of the block's parameters
-    constexpr int rawNewAccel = 75;
     const auto sinceFirstWindow = std::make_shared<QElapsedTimer>();
     tour.Add(
         QStringLiteral("The first window"), [&tour] { return tour.TheProgram().IsRunning(); },
