@@ -13,7 +13,7 @@ folder=$(mktemp -d)
 children=()
 cleanup() {
     local child
-    for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
+    for child in "${children[@]}"; do kill -- "$child" 2>/dev/null || true; done
     wait
     rm -rf "$folder"
 }
