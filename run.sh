@@ -4,10 +4,15 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/install.sh
 
-install_packages build
 hasDisplay=${DISPLAY:-}${WAYLAND_DISPLAY:-}
 [ -n "$hasDisplay" ] || install_packages display
-build_preset release quorvik quorvik-tour sarvex-drive
+# A build that is there already may be named, for checks that want to try that one.
+build=${QUORVIK_BUILD:-}
+if [ -z "$build" ]; then
+    install_packages build
+    build=build/release
+    build_preset release quorvik quorvik-batch quorvik-tour sarvex-drive
+fi
 
 # A profile of its own: what the user keeps elsewhere is neither read nor changed.
 profile=$PWD/build/profile
@@ -21,16 +26,16 @@ fi
 
 if [ -z "$hasDisplay" ]; then
     echo "There is no display: running the tour."
-    exec xvfb-run -a -s "-screen 0 1366x768x24 -noreset" build/release/bin/quorvik-tour --pictures build/tour \
-        --drive build/release/drive/sarvex-drive "$@"
+    exec xvfb-run -a -s "-screen 0 1366x768x24 -noreset" "$build"/bin/quorvik-tour --pictures build/tour \
+        --drive "$build"/drive/sarvex-drive "$@"
 fi
 
 rm -f "$port"
-build/release/drive/sarvex-drive --demo --link "$port" --presets build/release/bin/Presets.fil </dev/null &
+"$build"/drive/sarvex-drive --demo --link "$port" --presets "$build"/bin/Presets.fil </dev/null &
 drive=$!
 trap 'kill $drive 2>/dev/null || true' EXIT
 for _ in $(seq 50); do
     [ -e "$port" ] && break
     sleep 0.1
 done
-build/release/bin/quorvik "$@"
+"$build"/bin/quorvik "$@"

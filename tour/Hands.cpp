@@ -55,6 +55,7 @@ QString Hands::Click(QWidget *control)
     const bool isOption = control->inherits("QRadioButton") || control->inherits("QCheckBox");
     const QPoint where =
         isOption ? QPoint(control->height() / 2, control->height() / 2) : control->rect().center();
+    ++clicks_;
     QTest::mouseClick(control, Qt::LeftButton, {}, where);
     return {};
 }
@@ -73,8 +74,10 @@ QString Hands::WalkTo(QAction *entry, bool clickIt)
     QString failure = LeadTo(entry, clickIt, spot);
     isBusy_ = false;
     // The click may open a dialog, in whose loop the next steps are made.
-    if (failure.isEmpty() && clickIt)
+    if (failure.isEmpty() && clickIt) {
+        ++clicks_;
         QTest::mouseClick(spot.widget, Qt::LeftButton, {}, spot.place);
+    }
     return failure;
 }
 
@@ -103,8 +106,10 @@ QString Hands::LeadTo(QAction *entry, bool toTheEntry, Spot &spot)
         return QTest::qWaitFor(isLit, menuLimitMs);
     };
     for (QMenu *next : MenusAbove(entry)) {
-        if (pointAt(next->menuAction()))
+        if (pointAt(next->menuAction())) {
+            ++clicks_;
             QTest::mouseClick(spot.widget, Qt::LeftButton, {}, spot.place);
+        }
         if (!QTest::qWaitFor([next] { return next->isVisible(); }, menuLimitMs))
             return QStringLiteral("the menu %1 did not open").arg(next->objectName());
         menu = next;

@@ -47,6 +47,9 @@ public:
     /** A visible window with that caption: a child of the frame, or one that stands free. */
     QWidget *WindowTitled(const QString &caption) const;
 
+    /** How often the mouse was clicked. */
+    int Clicks() const { return clicks_; }
+
     /** The main window with all that stands before it, as on the screen. */
     QPixmap Scene() const;
 
@@ -65,6 +68,7 @@ private:
 
     Program &program_;
     bool isBusy_ = false;
+    int clicks_ = 0;
 };
 
 } // namespace quorvik

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPalette>
+#include <functional>
 
 namespace
 {
@@ -21,6 +22,50 @@ QPalette DarkPalette()
     dark.setColor(QPalette::HighlightedText, Qt::white);
     dark.setColor(QPalette::Link, QColor(0x7a, 0xa8, 0xff));
     return dark;
+}
+
+void AddJourney(quorvik::Tour &tour)
+{
+    using namespace quorvik;
+    QFile::remove(SavedFile(tour));
+    AddGoingOnline(tour);
+    AddMainJob(tour);
+    AddSafeJob(tour);
+    AddWhyNotJob(tour);
+    AddHistoryJob(tour);
+    AddLostLinkJob(tour);
+    AddFollowJob(tour);
+    AddMapJob(tour);
+    AddLiveShapesJob(tour);
+    AddBlockRound(tour);
+    AddFindJob(tour);
+    AddUndoJob(tour);
+    AddTrendJob(tour);
+    AddOnlineRound(tour);
+    AddWindowsJob(tour);
+    AddRestart(tour);
+    AddKeptWindows(tour);
+    AddRecentFilesJob(tour);
+    AddOfflineRound(tour);
+    AddLeaving(tour);
+}
+
+/** Runs a program with a profile of its own beside a new drive. @return whether all went well. */
+bool Take(const QCommandLineParser &parser, const std::function<void(quorvik::Tour &)> &addJobs)
+{
+    using namespace quorvik;
+    Program program;
+    DriveProcess drive;
+    if (!drive.Start(parser.value(QStringLiteral("drive")), program.DriveLinkPath(),
+                     program.ProgramFolder() + QStringLiteral("/Presets.fil")))
+        return qCritical("The simulated drive did not start."), false;
+
+    Tour tour(program, drive, parser.value(QStringLiteral("pictures")));
+    addJobs(tour);
+    QObject::connect(&tour, &Tour::Finished, &tour, [] { QApplication::exit(); });
+    tour.Start();
+    QApplication::exec();
+    return !tour.HasFailed();
 }
 
 } // namespace
@@ -51,6 +96,7 @@ int main(int argc, char **argv)
     if (parser.isSet(QStringLiteral("dark")))
         QApplication::setPalette(DarkPalette());
 
+<<<<<<< HEAD
     const QString pictures = parser.value(QStringLiteral("pictures"));
     QDir().mkpath(pictures);
     Program program;
@@ -90,4 +136,9 @@ int main(int argc, char **argv)
                      [&tour] { QApplication::exit(tour.HasFailed() ? 1 : 0); });
     tour.Start();
     return QApplication::exec();
+=======
+    QDir().mkpath(parser.value(QStringLiteral("pictures")));
+    // The first minute has a program and a drive of its own: what it keeps is not in the way of the others.
+    return Take(parser, AddFirstMinute) && Take(parser, AddJourney) ? 0 : 1;
+>>>>>>> firstminute
 }

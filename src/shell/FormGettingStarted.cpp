@@ -50,6 +50,11 @@ FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool sho
         "setting "
         "up a drive in a basic configuration. Advanced users can use the Block menu to open individual "
         "parameter blocks for modification."));
+    auto *meaning =
+        new QLabel(QStringLiteral("Clear the check mark and this window stays away at the next start.\n"
+                                  "Options, Show Tips on Startup, brings it back."),
+                   this);
+    meaning->setObjectName(QStringLiteral("LabelMeaning"));
     auto *loadOnStartup = new QCheckBox(QStringLiteral("&Load on Startup"), this);
     loadOnStartup->setObjectName(QStringLiteral("chkLoadOnStartup"));
     loadOnStartup->setChecked(showTips);
@@ -69,6 +74,7 @@ FormGettingStarted::FormGettingStarted(Desk &desk, QWidget *mainWindow, bool sho
     text->setSpacing(fontMetrics().height());
     text->addWidget(greeting);
     text->addWidget(tip, 1);
+    text->addWidget(meaning);
     text->addLayout(foot);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});

@@ -73,6 +73,12 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
     fields->addRow(labelDevice, comboDevice_);
     fields->addRow(QString(), labelPluggedIn_);
 
+    auto *labelMeaning =
+        new QLabel(QStringLiteral("Choose the port of the drive's cable. Without a drive leave it as it is:\n"
+                                  "Options, Communications changes it later, while off line."),
+                   this);
+    labelMeaning->setObjectName(QStringLiteral("LabelMeaning"));
+
     auto *buttons = new QDialogButtonBox(this);
     auto *commandOK = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
     commandOK->setObjectName(QStringLiteral("CommandOK"));
@@ -81,6 +87,7 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
 
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(fields);
+    layout->addWidget(labelMeaning);
     layout->addWidget(portList_);
     layout->addWidget(buttons);
 

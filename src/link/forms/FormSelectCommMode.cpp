@@ -63,6 +63,13 @@ FormSelectCommMode::FormSelectCommMode(Desk &desk, QWidget *owner, DriveLink &li
     auto *labelInstructions = new QLabel(QStringLiteral("Offline is when no drive is connected."), this);
     labelInstructions->setObjectName(QStringLiteral("LabelInstructions"));
     layout->addWidget(labelInstructions);
+    // Lines broken by hand: a window that fits itself to what it shows has no width to wrap at.
+    auto *labelMeaning = new QLabel(
+        QStringLiteral("Online reads all parameters of the drive; what you enter then goes to it at once.\n"
+                       "Offline prepares a set for the model that you choose; no drive is touched."),
+        this);
+    labelMeaning->setObjectName(QStringLiteral("LabelMeaning"));
+    layout->addWidget(labelMeaning);
 
     portList_ = new PortList(desk.table, ports_, link.Timings(), this);
     portList_->SetNumber(link_.MSComm1.CommPort());

@@ -24,6 +24,13 @@ FormSelectDriveModel::FormSelectDriveModel(Desk &desk, QWidget *owner)
     comboModels_->addItems(ModelListItems());
     comboModels_->setCurrentIndex(ModelListIndex(desk.table.Value(Param::DriveModel)));
 
+    auto *labelMeaning = new QLabel(
+        QStringLiteral(
+            "The model stands on the drive's nameplate. It decides the rated current and the\n"
+            "limits of the motor's. \"SVR\" models can brake and turn both ways, \"SVN\" ones cannot."),
+        this);
+    labelMeaning->setObjectName(QStringLiteral("LabelMeaning"));
+
     auto *commandOk = new QPushButton(QStringLiteral("OK"), this);
     commandOk->setObjectName(QStringLiteral("CommandOK"));
     commandOk->setDefault(true);
@@ -40,6 +47,7 @@ FormSelectDriveModel::FormSelectDriveModel(Desk &desk, QWidget *owner)
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(comboModels_);
+    layout->addWidget(labelMeaning);
     layout->addStretch();
     layout->addSpacing(fontMetrics().height());
     layout->addLayout(buttons);
