@@ -7,6 +7,8 @@
 namespace quorvik
 {
 
+class Walk;
+
 /** Runs the program up to the link and the tips: the first of all. */
 void AddGoingOnline(Tour &tour);
 /** Blocks on line, an edit that arrives in the drive, and the file that keeps it. */
@@ -34,6 +36,10 @@ void AddFindJob(Tour &tour);
 void AddUndoJob(Tour &tour);
 /** A recording on line, a capture of the answer to a change, and the file of its values. */
 void AddTrendJob(Tour &tour);
+/** The procedures of the help from the first commissioning to the speed loop; on line, all windows closed. */
+void AddProceduresOne(Tour &tour);
+/** Those that tune the current loop and the speed loop; a part of them. */
+void AddTuningProcedures(Tour &tour, Walk &walk);
 /** The windows of the other menus that are of use on line. */
 void AddOnlineRound(Tour &tour);
 /** A drawing seen more closely, a window taken out of the frame, and the option that keeps both. */

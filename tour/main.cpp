@@ -43,6 +43,8 @@ int main(int argc, char **argv)
                       QStringLiteral("program"),
                       QApplication::applicationDirPath() + QStringLiteral("/../drive/sarvex-drive")});
     parser.addOption({QStringLiteral("dark"), QStringLiteral("Shows everything in dark colours.")});
+    parser.addOption({QStringLiteral("procedures"),
+                      QStringLiteral("Tries the procedures of the help alone, and ends on line.")});
     parser.addHelpOption();
     parser.addVersionOption();
     parser.process(application);
@@ -60,25 +62,30 @@ int main(int argc, char **argv)
     Tour tour(program, drive, pictures);
     QFile::remove(SavedFile(tour));
     AddGoingOnline(tour);
-    AddMainJob(tour);
-    AddSafeJob(tour);
-    AddWhyNotJob(tour);
-    AddHistoryJob(tour);
-    AddLostLinkJob(tour);
-    AddFollowJob(tour);
-    AddMapJob(tour);
-    AddLiveShapesJob(tour);
-    AddBlockRound(tour);
-    AddFindJob(tour);
-    AddUndoJob(tour);
-    AddTrendJob(tour);
-    AddOnlineRound(tour);
-    AddWindowsJob(tour);
-    AddRestart(tour);
-    AddKeptWindows(tour);
-    AddRecentFilesJob(tour);
-    AddOfflineRound(tour);
-    AddLeaving(tour);
+    if (parser.isSet(QStringLiteral("procedures"))) {
+        AddProceduresOne(tour);
+    } else {
+        AddMainJob(tour);
+        AddSafeJob(tour);
+        AddWhyNotJob(tour);
+        AddHistoryJob(tour);
+        AddLostLinkJob(tour);
+        AddFollowJob(tour);
+        AddMapJob(tour);
+        AddLiveShapesJob(tour);
+        AddBlockRound(tour);
+        AddFindJob(tour);
+        AddUndoJob(tour);
+        AddTrendJob(tour);
+        AddOnlineRound(tour);
+        AddProceduresOne(tour);
+        AddWindowsJob(tour);
+        AddRestart(tour);
+        AddKeptWindows(tour);
+        AddRecentFilesJob(tour);
+        AddOfflineRound(tour);
+        AddLeaving(tour);
+    }
     QObject::connect(&tour, &Tour::Finished, &application,
                      [&tour] { QApplication::exit(tour.HasFailed() ? 1 : 0); });
     tour.Start();
