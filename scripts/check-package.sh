@@ -29,6 +29,7 @@ equal "quorvik-batch --version" "$("$root/usr/bin/quorvik-batch" --version)" "qu
 equal "quorvik-tour --version" "$(QT_QPA_PLATFORM=offscreen build/release/bin/quorvik-tour --version)" "Quorvik $version"
 grep -q "^## $version " CHANGELOG.md || fail "CHANGELOG.md has no entry for $version"
 
+equal "quorvik-report --version" "$(QT_QPA_PLATFORM=offscreen "$root/usr/lib/quorvik/quorvik-report" --version)" "quorvik-report $version"
 if ldd "$root/usr/lib/quorvik/quorvik-batch" | grep -E 'Qt6(Gui|Widgets)'; then fail "quorvik-batch needs windows"; fi
 for page in "$root"/usr/share/man/man1/*.gz; do
     warnings=$(LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 man --warnings -l "$page" 2>&1 >/dev/null)
