@@ -64,6 +64,8 @@ int main(int argc, char **argv)
     AddGoingOnline(tour);
     if (parser.isSet(QStringLiteral("procedures"))) {
         AddProceduresOne(tour);
+        AddProceduresTwo(tour);
+        AddProceduresThree(tour);
     } else {
         AddMainJob(tour);
         AddSafeJob(tour);
@@ -79,6 +81,8 @@ int main(int argc, char **argv)
         AddTrendJob(tour);
         AddOnlineRound(tour);
         AddProceduresOne(tour);
+        AddProceduresTwo(tour);
+        AddProceduresThree(tour);
         AddWindowsJob(tour);
         AddRestart(tour);
         AddKeptWindows(tour);
