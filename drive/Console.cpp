@@ -126,6 +126,15 @@ QString Console::Feedback(const QStringList &words)
     return {};
 }
 
+QString Console::Motor(const QStringList &words)
+{
+    const auto percent = WholeNumber(words.value(2), 20, 200);
+    if (words.size() != 3 || !percent || words[1] != QStringLiteral("base"))
+        return NotUnderstood(words.join(u' '));
+    bench_.machine.Inputs().baseSpeed = *percent / 100.0;
+    return {};
+}
+
 QString Console::Fault(const QString &rest)
 {
     if (rest != QStringLiteral("off"))
@@ -159,6 +168,8 @@ QStringList Console::Execute(const QString &line)
         return said(Terminal(words));
     } else if (verb == QStringLiteral("feedback")) {
         return said(Feedback(words));
+    } else if (verb == QStringLiteral("motor")) {
+        return said(Motor(words));
     } else if (line == QStringLiteral("demo on") || line == QStringLiteral("demo off")) {
         isDemo_ = line == QStringLiteral("demo on");
         return {};

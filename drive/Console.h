@@ -49,6 +49,7 @@ private:
     void ReadInput();
     QStringList Print(const QStringList &words);
     QString Feedback(const QStringList &words);
+    QString Motor(const QStringList &words);
     QString Terminal(const QStringList &words);
     QString Fault(const QString &rest);
 

@@ -48,7 +48,7 @@ void Follow(double &filtered, double value, double seconds, double time)
 
 double ControlLoops::ArmatureVoltage(double flux) const
 {
-    return speed_ * flux + ArmatureDrop * current_;
+    return speed_ * flux / terminals_.baseSpeed + ArmatureDrop * current_;
 }
 
 double ControlLoops::SelectedFeedback() const

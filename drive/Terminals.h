@@ -13,6 +13,8 @@ struct Terminals {
     std::int32_t frequency = 0;           ///< hertz, 0 to 60000
     double tachometer = 1;                ///< of what it should read, -2 to 2; -1 with its wires swapped
     double encoder = 1;                   ///< the same
+    double baseSpeed =
+        1; ///< speed at which the motor has its nominal voltage with all of its field, 0.2 to 2
 };
 
 } // namespace quorvik::drive

@@ -43,6 +43,10 @@ void AddTrendJob(Tour &tour);
 void AddProceduresOne(Tour &tour);
 /** Those that tune the current loop and the speed loop; a part of them. */
 void AddTuningProcedures(Tour &tour, Walk &walk);
+/** Those from start and stop to the winder, which stays wired; on line, all windows closed. */
+void AddProceduresTwo(Tour &tour);
+/** A drive is swapped and a fault found; after the winder's. */
+void AddProceduresThree(Tour &tour);
 /** The windows of the other menus that are of use on line. */
 void AddOnlineRound(Tour &tour);
 /** A drawing seen more closely, a window taken out of the frame, and the option that keeps both. */

@@ -43,6 +43,8 @@ void AddJourney(quorvik::Tour &tour)
     AddTrendJob(tour);
     AddOnlineRound(tour);
     AddProceduresOne(tour);
+    AddProceduresTwo(tour);
+    AddProceduresThree(tour);
     AddWindowsJob(tour);
     AddRestart(tour);
     AddKeptWindows(tour);
@@ -57,6 +59,8 @@ void AddProcedures(quorvik::Tour &tour)
     using namespace quorvik;
     AddGoingOnline(tour);
     AddProceduresOne(tour);
+    AddProceduresTwo(tour);
+    AddProceduresThree(tour);
 }
 
 /** Runs a program with a profile of its own beside a new drive. @return whether all went well. */

@@ -216,6 +216,21 @@ TEST_F(Machine, LoopsAnswerByTheirGains)
     }
 }
 
+TEST_F(Machine, CrossoverKeepsTheVoltageAboveBaseSpeed)
+{
+    machine.Inputs().baseSpeed = 0.6;
+    for (const auto &[p, rawValue] : {std::pair{FeedbackSelect, 1}, {VFBLossInhibit, 1}, {FwdAccelA, 100}})
+        table.Put(p, rawValue);
+    table.Put(FieldCrossoverEnable, 1);
+    for (const int speed : {5000, 10000}) {
+        Start(speed);
+        Run(16);
+        EXPECT_NEAR(table.Get(VelFeedback), speed, 50);
+        EXPECT_NEAR(table.Get(AFB), speed == 5000 ? 8450 : 9500, 150);
+        EXPECT_NEAR(table.Get(FieldCrossoverOutput), speed == 5000 ? 0 : 2200, 250);
+    }
+}
+
 TEST_F(Machine, FeedbackDevicesTellWhatTheirWiresMakeOfIt)
 {
     machine.Inputs().tachometer = -1;

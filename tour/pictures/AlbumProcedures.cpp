@@ -119,6 +119,30 @@ void Album::TakeProcedures()
                    {Param::ConductionAngle, 311},
                    {Param::ArmatureAmps, 30}},
                   QStringLiteral("AtCurrentLimit"));
+    TakeBlockWith("FormFieldCrossover",
+                  {{Param::FieldCrossoverEnable, 1}, {Param::AFB, 9453}, {Param::FieldCrossoverOutput, 2240}},
+                  QStringLiteral("FieldWeakened"));
+    TakeBlockWith("FormStartStopLogic",
+                  {{Param::DriveState, 0},
+                   {Param::Run, 1},
+                   {Param::Stop, 1},
+                   {Param::DriveReady, 1},
+                   {Param::RunStatus, 0},
+                   {Param::ArmPilotStatus, 0}},
+                  QStringLiteral("StopWireBroken"));
+    TakeBlockWith("FormThresholds",
+                  {{Param::ThresholdAInput, 8200},
+                   {Param::ThresholdAThreshold, 6000},
+                   {Param::ThresholdAHysteresis, 500},
+                   {Param::ThresholdAOutput, 1}},
+                  QStringLiteral("OverloadSeen"));
+    TakeBlockWith("FormWinderSpeedCalculator",
+                  {{Param::WinderCore, 1250},
+                   {Param::WinderLineSpeed, 8000},
+                   {Param::WinderDiameter, 5000},
+                   {Param::WinderDiameterRatio, 2500},
+                   {Param::WinderSpeed, 2000}},
+                  QStringLiteral("HalfRoll"));
     TakeSteps(SampleSteps(desk_.table, TunedLoop::Current, {{200, 50}, {600, 50}, {600, 10}}),
               QStringLiteral("CurrentSteps"));
     TakeSteps(SampleSteps(desk_.table, TunedLoop::Velocity, {{300, 2000}, {1000, 2000}, {1000, 500}}),
