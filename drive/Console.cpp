@@ -113,6 +113,19 @@ QString Console::Terminal(const QStringList &words)
     return NotUnderstood(words.join(u' '));
 }
 
+QString Console::Feedback(const QStringList &words)
+{
+    Terminals &inputs = bench_.machine.Inputs();
+    const auto percent = WholeNumber(words.value(2), -200, 200);
+    if (words.size() == 3 && percent && words[1] == QStringLiteral("tachometer"))
+        inputs.tachometer = *percent / 100.0;
+    else if (words.size() == 3 && percent && words[1] == QStringLiteral("encoder"))
+        inputs.encoder = *percent / 100.0;
+    else
+        return NotUnderstood(words.join(u' '));
+    return {};
+}
+
 QString Console::Fault(const QString &rest)
 {
     if (rest != QStringLiteral("off"))
@@ -144,6 +157,11 @@ QStringList Console::Execute(const QString &line)
         }
     } else if (verb == QStringLiteral("terminal")) {
         return said(Terminal(words));
+    } else if (verb == QStringLiteral("feedback")) {
+        return said(Feedback(words));
+    } else if (line == QStringLiteral("demo on") || line == QStringLiteral("demo off")) {
+        isDemo_ = line == QStringLiteral("demo on");
+        return {};
     } else if (verb == QStringLiteral("fault") || verb == QStringLiteral("faults")) {
         return said(Fault(rest));
     } else if (verb == QStringLiteral("stats")) {

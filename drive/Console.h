@@ -38,6 +38,8 @@ public:
 
     bool IsFrozen() const { return isFrozen_; } ///< the machine stands still, the wire does not
     void SetFrozen(bool frozen) { isFrozen_ = frozen; }
+    bool IsDemo() const { return isDemo_; } ///< the machine runs by itself
+    void SetDemo(bool demo) { isDemo_ = demo; }
 
 Q_SIGNALS:
     void QuitAsked();
@@ -46,6 +48,7 @@ Q_SIGNALS:
 private:
     void ReadInput();
     QStringList Print(const QStringList &words);
+    QString Feedback(const QStringList &words);
     QString Terminal(const QStringList &words);
     QString Fault(const QString &rest);
 
@@ -53,6 +56,7 @@ private:
     QSocketNotifier *input_ = nullptr;
     QByteArray partial_;
     bool isFrozen_ = false;
+    bool isDemo_ = false;
 };
 
 } // namespace quorvik::drive

@@ -14,7 +14,13 @@ namespace
 
 constexpr int Steps = 10;               // of the loops in one tick of the machine
 constexpr double Inertia = 0.8;         // seconds from standstill to nominal speed at nominal torque
-constexpr double CurrentLag = 0.01;     // seconds
+constexpr double ArmatureLag = 0.05;    // seconds
+constexpr double BridgeStep = 0.001;    // seconds, in which the bridge takes another angle
+constexpr double BridgeGain = 25;       // at a gain of 100 per cent
+constexpr double BridgeCeiling = 4.0;   // what the line's voltage can force
+constexpr double AtOnce = 1e-6;         // seconds
+constexpr double ShortestTime = 0.002;  // seconds of an integral part
+constexpr double BlockedLag = 0.01;     // seconds, once the bridge no longer fires
 constexpr double ArmatureDrop = 0.06;   // of the nominal voltage, at nominal current
 constexpr double FrictionStatic = 0.03; // of the nominal torque
 constexpr double FrictionViscous = 0.12;
@@ -70,10 +76,10 @@ void ControlLoops::Measure(double flux)
     table_.PutScaledWithin(Param::ArmatureVolts,
                            voltage / FullScale * table_.Scaled(Param::NameplateMotorVoltage));
     table_.PutWithin(Param::AFB, voltage - drop);
-    table_.PutWithin(Param::TFB, sign * speed_ * FullScale + noise_(tremble));
+    table_.PutWithin(Param::TFB, sign * terminals_.tachometer * speed_ * FullScale + noise_(tremble));
     const double encoderRpm = table_.Get(Param::FullEncoderRPM);
     const double scale = encoderRpm > 0 ? table_.Get(Param::FullRPMLevel) / encoderRpm : 0;
-    table_.PutWithin(Param::EFB, sign * speed_ * scale * FullScale);
+    table_.PutWithin(Param::EFB, sign * terminals_.encoder * speed_ * scale * FullScale);
     table_.PutWithin(Param::VelFeedback, SelectedFeedback() * FullScale - table_.Get(Param::VFBOffset));
     table_.PutWithin(Param::VelError, table_.Get(Param::FinalVelDemand) - table_.Get(Param::VelFeedback));
 }
@@ -94,8 +100,10 @@ void ControlLoops::ZeroSpeedLogic()
 
 void ControlLoops::VelocityStep(double seconds)
 {
+    const double demand = Fraction(table_.Get(Param::FinalVelDemand));
     if (!isEnabled_) {
         integral_ = 0;
+        demandLagged_ = demand;
         velocityOutput_ = 0;
         return;
     }
@@ -103,14 +111,16 @@ void ControlLoops::VelocityStep(double seconds)
     const double gain =
         std::clamp(table_.Scaled(isSetB ? Param::PropGainB : Param::PropGainA), SmallestGain, LargestGain);
     const double askedTime = table_.Scaled(isSetB ? Param::IntegralTimeB : Param::IntegralTimeA);
-    const double error = Fraction(table_.Get(Param::FinalVelDemand)) - SelectedFeedback() +
-                         Fraction(table_.Get(Param::VFBOffset));
+    // A sudden change of the demand is let in slowly, so that the integral part does not overshoot.
+    const double overshootGain = table_.Scaled(isSetB ? Param::OvershootGainB : Param::OvershootGainA) / 100;
+    Follow(demandLagged_, demand, seconds, std::max(overshootGain * askedTime, AtOnce));
+    const double error = demandLagged_ - SelectedFeedback() + Fraction(table_.Get(Param::VFBOffset));
     const double clamp = std::abs(Fraction(table_.Get(Param::IntegralClamp)));
     // What the ceiling cuts off must not be gathered, or the motor would swing past its demand.
     const bool isCut = std::abs(gain * error + integral_) > CurrentCeiling && gain * error * integral_ >= 0;
     if (askedTime > 0 && !isCut) {
-        // A shorter time would make this machine hunt, which no commissioned one does.
-        const double time = std::max(askedTime, 4 * Inertia / gain);
+        // Below this the machine would swing without an end.
+        const double time = std::max(askedTime, Inertia / gain / 4);
         integral_ = std::clamp(integral_ + gain * error / time * seconds, -clamp, clamp);
     }
     velocityOutput_ = std::clamp(gain * error + integral_, -CurrentCeiling, CurrentCeiling);
@@ -155,15 +165,45 @@ double ControlLoops::PossibleCurrent(double demand) const
         return 0;
     if (table_.IsOn(Param::OpenLoopArmSelect))
         return table_.Share(Param::OpenLoopArmSetpoint);
+    return CanReverseCurrent() ? demand : std::max(demand, 0.0);
+}
+
+bool ControlLoops::CanReverseCurrent() const
+{
     // With one bridge there is no current the other way.
-    const bool isOneBridge =
-        (table_.Get(Param::DriveModel) & NonRegenerative) != 0 || !table_.IsOn(Param::RegenMode);
-    return isOneBridge ? std::max(demand, 0.0) : demand;
+    return (table_.Get(Param::DriveModel) & NonRegenerative) == 0 && table_.IsOn(Param::RegenMode);
+}
+
+void ControlLoops::CurrentStep(double seconds, double possible)
+{
+    const bool isLoop = isEnabled_ && !table_.IsOn(Param::OpenLoopArmSelect);
+    const bool isOneWay = !CanReverseCurrent();
+    const double gain = BridgeGain * table_.Scaled(Param::IProportionalGain) / 100;
+    const double askedTime = table_.Scaled(Param::IIntegralTime);
+    const int steps = std::max(int(std::lround(seconds / BridgeStep)), 1);
+    for (int i = 0; i < steps; ++i) {
+        const double error = possible - current_;
+        double told = possible;
+        if (isLoop) {
+            told = std::clamp(gain * error + bridgeIntegral_, -BridgeCeiling, BridgeCeiling);
+            if (askedTime > 0)
+                bridgeIntegral_ = std::clamp(bridgeIntegral_ + gain * error * BridgeStep /
+                                                                   std::max(askedTime, ShortestTime),
+                                             -BridgeCeiling, BridgeCeiling);
+        } else {
+            bridgeIntegral_ = 0;
+        }
+        // A thyristor that has fired conducts on: a new angle counts some milliseconds later.
+        std::rotate(bridge_.begin(), bridge_.begin() + 1, bridge_.end());
+        bridge_.back() = told;
+        Follow(current_, bridge_.front(), BridgeStep, isLoop ? ArmatureLag : BlockedLag);
+        current_ = std::clamp(current_, isOneWay ? 0 : -CurrentCeiling, CurrentCeiling);
+    }
 }
 
 void ControlLoops::MotorStep(double seconds, double demand, double flux)
 {
-    Follow(current_, PossibleCurrent(demand), seconds, CurrentLag);
+    CurrentStep(seconds, PossibleCurrent(demand));
     const double drive = current_ * flux;
     const double resisting = FrictionStatic + std::abs(load_);
     if (speed_ == 0 && std::abs(drive) <= resisting)

@@ -2,6 +2,9 @@
 
 #include "drive/DriveTable.h"
 #include "drive/Noise.h"
+#include "drive/Terminals.h"
+
+#include <array>
 
 namespace quorvik::drive
 {
@@ -13,9 +16,10 @@ namespace quorvik::drive
 class ControlLoops
 {
 public:
-    ControlLoops(DriveTable &table, Noise &noise)
+    ControlLoops(DriveTable &table, Noise &noise, const Terminals &terminals)
         : table_(table)
         , noise_(noise)
+        , terminals_(terminals)
     {
     }
 
@@ -37,16 +41,23 @@ private:
     int DriveMode() const;
     double CurrentDemand() const; ///< what the drive mode chooses, in counts
     double LimitedDemand() const;
+    bool CanReverseCurrent() const;
     double PossibleCurrent(double demand) const; ///< what the bridges let flow of a demand
+    /** What the bridge and the armature make of it, by the gains of the current loop. */
+    void CurrentStep(double seconds, double possible);
     void MotorStep(double seconds, double demand, double flux);
     void Show(double flux, double seconds);
 
     DriveTable &table_;
     Noise &noise_;
+    const Terminals &terminals_;
     double load_ = 0.1;
     double speed_ = 0;
     double current_ = 0;
+    double bridgeIntegral_ = 0;
+    std::array<double, 3> bridge_{}; ///< what it was told in the last milliseconds, the oldest first
     double integral_ = 0;
+    double demandLagged_ = 0;
     double velocityOutput_ = 0;
     double feedbackFiltered_ = 0;
     double currentFiltered_ = 0;

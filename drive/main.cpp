@@ -158,6 +158,7 @@ int main(int argc, char **argv)
 
     Console console({table, commands, faults, server, machine});
     console.SetFrozen(options.frozen);
+    console.SetDemo(options.demo);
     On(&console, &Console::QuitAsked, &application, &QCoreApplication::quit);
     if (options.endsWithInput)
         On(&console, &Console::InputEnded, &application, &QCoreApplication::quit);
@@ -171,7 +172,7 @@ int main(int argc, char **argv)
         tickGuard.Run([&] {
             if (console.IsFrozen() || commands.IsSilent())
                 return;
-            if (options.demo)
+            if (console.IsDemo())
                 demo.Tick(MotorModel::TickSeconds);
             machine.Tick(MotorModel::TickSeconds);
         });

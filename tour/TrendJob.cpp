@@ -1,6 +1,6 @@
 #include "tour/Journey.h"
+#include "tour/Walk.h"
 
-#include "blocks/BlockForm.h"
 #include "desktop/ValueBox.h"
 #include "trend/TrendRecorder.h"
 #include "trend/forms/FormTrend.h"
@@ -16,7 +16,6 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QToolButton>
-#include <algorithm>
 
 namespace quorvik
 {
@@ -41,20 +40,9 @@ template<typename Control> Control *In(Tour &tour, const char *name)
     return window ? window->findChild<Control *>(QString::fromLatin1(name)) : nullptr;
 }
 
-ValueBox *BoxIn(Tour &tour, const QString &caption, int p)
-{
-    const QWidget *frame = tour.User().WindowTitled(caption);
-    const auto *form = frame ? frame->findChild<BlockForm *>() : nullptr;
-    if (!form)
-        return nullptr;
-    const QList<SheetRow> &rows = form->Sheet().Rows();
-    const auto row = std::ranges::find(rows, p, &SheetRow::param);
-    return form->findChild<ValueBox *>(ControlName("Text1", int(row - rows.begin())));
-}
-
 QMenu *BoxMenu(Tour &tour)
 {
-    ValueBox *box = BoxIn(tour, Loop, Param::VelFeedback);
+    ValueBox *box = Walk::BoxIn(tour, Loop, Param::VelFeedback);
     return box ? box->findChild<QMenu *>(QStringLiteral("BoxMenu")) : nullptr;
 }
 
@@ -88,9 +76,9 @@ void AddRecording(Tour &tour)
             [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuBlockVloop")); });
     tour.Add(
         QStringLiteral("The menu of Vel Feedback"),
-        [&tour] { return BoxIn(tour, Loop, Param::VelFeedback) != nullptr; },
+        [&tour] { return Walk::BoxIn(tour, Loop, Param::VelFeedback) != nullptr; },
         [&tour] {
-            QTest::keyClick(BoxIn(tour, Loop, Param::VelFeedback), Qt::Key_F10, Qt::ShiftModifier);
+            QTest::keyClick(Walk::BoxIn(tour, Loop, Param::VelFeedback), Qt::Key_F10, Qt::ShiftModifier);
             return QString();
         });
     tour.Add(
@@ -139,8 +127,8 @@ void AddTrigger(Tour &tour)
         [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuBlockAccelDecel")); });
     tour.Add(
         QStringLiteral("A click on Fwd Accel A"),
-        [&tour] { return BoxIn(tour, Ramp, Param::FwdAccelA) != nullptr; },
-        [&tour] { return tour.User().Click(BoxIn(tour, Ramp, Param::FwdAccelA)); });
+        [&tour] { return Walk::BoxIn(tour, Ramp, Param::FwdAccelA) != nullptr; },
+        [&tour] { return tour.User().Click(Walk::BoxIn(tour, Ramp, Param::FwdAccelA)); });
     tour.Add(
         QStringLiteral("6.5 is typed, OK"),
         [&tour] { return tour.User().Modal(QStringLiteral("FormModifyParameterValue")) && Hands::CanType(); },

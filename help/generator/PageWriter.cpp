@@ -112,7 +112,7 @@ void PageWriter::WriteAll(QStringList &problems)
 
 QString PageWriter::Expand(const Topic &topic, QStringList &problems)
 {
-    static const QRegularExpression picture(QStringLiteral("^!\\[(.*)\\]\\(picture:(.*)\\)\\s*$"));
+    static const QRegularExpression picture(QStringLiteral("^( *)!\\[(.*)\\]\\(picture:(.*)\\)\\s*$"));
     QStringList result;
     bool inRows = false;
     const QStringList lines = topic.markdown.split(u'\n');
@@ -127,7 +127,11 @@ QString PageWriter::Expand(const Topic &topic, QStringList &problems)
         if (isRow)
             result.append(ParameterRow(line, topic.name, problems));
         else if (match.hasMatch())
-            result.append(Picture(match.captured(2), match.captured(1), topic.name, problems));
+            // Indented, it belongs to the step of a list above it.
+            result.append(u'\n' + match.captured(1) +
+                          Picture(match.captured(3), match.captured(2), topic.name, problems));
+        else if (line.contains(QStringLiteral("](picture:")))
+            problems.append(topic.name + QStringLiteral(": a picture stands alone in its line: ") + line);
         else if (line.trimmed() == QStringLiteral("{{parameters}}"))
             result.append(TableOfParameters());
         else if (line.trimmed() == QStringLiteral("{{faults}}"))
@@ -208,7 +212,7 @@ QString PageWriter::Picture(const QString &name, const QString &caption, const Q
         QFile::remove(outFolder_ + u'/' + file);
         QFile::copy(source, outFolder_ + u'/' + file);
     }
-    return QStringLiteral("\n<p><img src=\"%1\" alt=\"%2\"></p>\n").arg(file, caption.toHtmlEscaped());
+    return QStringLiteral("<p><img src=\"%1\" alt=\"%2\"></p>\n").arg(file, caption.toHtmlEscaped());
 }
 
 void PageWriter::CheckLinks(const QString &html, const QString &topic, QStringList &problems) const

@@ -8,6 +8,7 @@
 #include "platform/SingleInstance.h"
 #include "platform/Strip.h"
 #include "settings/forms/FilePrint.h"
+#include "shell/CommissioningAccess.h"
 #include "shell/CompareAccess.h"
 #include "shell/FindAccess.h"
 #include "shell/HistoryAccess.h"
@@ -72,6 +73,7 @@ public:
     CompareHost &Comparing() { return compareAccess_; }
     FindHost &Finding() { return findAccess_; }
     HistoryHost &History() { return historyAccess_; }
+    CommissioningHost &Commissioning() { return commissioningAccess_; }
     TrendHost &Trends() { return trendAccess_; }
     VirtualOperatorFields &VirtualOperator() { return virtualOperator_; }
     MenuBar &Menus() { return menus_; }
@@ -130,6 +132,7 @@ private:
     Desk desk_;
     FilePrint print_{desk_};
     CompareAccess compareAccess_{engines_};
+    CommissioningAccess commissioningAccess_{*this};
     FindAccess findAccess_{*this, surroundings_.programFolder + QStringLiteral("/quorvik.words")};
     HistoryAccess historyAccess_{*this};
     TrendAccess trendAccess_{engines_};

@@ -78,6 +78,7 @@ constexpr MenuRow table[] = {
     {Command, "mnuFileWriteVerify", "Write and &Verify...",
      [](Main &main) { main.AllEngines().safeWrites.WriteOpenSet(); }, "", "write"},
     {Submenu, "mnuFileRecent", "Recent &Files"},
+    {Command, "mnuFileReport", "Commissionin&g Report...", ShowCommissioningReport, "", "print"},
 
     {Menu, "mnuOptions", "&Options"},
     {Command, "mnuOptionsCommunications", "&Communications", ShowCommunications, "", "port"},

@@ -13,6 +13,7 @@
 #include "link/forms/FormLinkDetails.h"
 #include "operator/FormVirtualOperator.h"
 #include "platform/Guard.h"
+#include "report/forms/FormCommissioningReport.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
 #include "settings/forms/FormViewParameters.h"
@@ -188,6 +189,12 @@ void ShowHistory(MDIFormMain &main)
 {
     ShowOnly(main, FormHistory::Name(),
              [&main](Desk &desk) { return new FormHistory(desk, main.History()); });
+}
+
+void ShowCommissioningReport(MDIFormMain &main)
+{
+    ShowOnly(main, FormCommissioningReport::Name(),
+             [&main](Desk &desk) { return new FormCommissioningReport(desk, main.Commissioning()); });
 }
 
 void ShowTrend(MDIFormMain &main)

@@ -46,6 +46,9 @@ void ShowWriteReport(MDIFormMain &main);
 /** What was changed, when, from where, and what became of it. */
 void ShowHistory(MDIFormMain &main);
 
+/** The report of a commissioning, with its pages. */
+void ShowCommissioningReport(MDIFormMain &main);
+
 /** The trend recorder. */
 void ShowTrend(MDIFormMain &main);
 /** The trend recorder, with a parameter added to what it records. */

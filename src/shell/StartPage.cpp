@@ -211,15 +211,19 @@ QWidget *StartPage::MakeLessons()
     layout->addWidget(MakeText(QStringLiteral("Three short lessons, a few minutes each. They stand beside "
                                               "the windows and tick off what was done."),
                                part));
+    auto *buttons = new QGridLayout;
     for (int number = 1; const Lesson &lesson : Lessons()) {
         QPushButton *button = MakeButton(
             QStringLiteral("&%1  %2").arg(number).arg(QString::fromLatin1(lesson.title)), "", part);
-        button->setObjectName(QStringLiteral("CommandLesson(%1)").arg(number++));
-        AddLeft(layout, button);
+        button->setObjectName(QStringLiteral("CommandLesson(%1)").arg(number));
+        buttons->addWidget(button, (number - 1) / 2, (number - 1) % 2);
+        ++number;
         On(button, &QPushButton::clicked, this, [this, &lesson] { commands_.learn(lesson); });
     }
     QPushButton *news = MakeButton(QStringLiteral("What Is &New"), "CommandNews", part);
-    AddLeft(layout, news);
+    buttons->addWidget(news, 1, 1);
+    buttons->setColumnStretch(2, 1);
+    layout->addLayout(buttons);
     layout->addStretch();
     On(news, &QPushButton::clicked, this, [this] { commands_.help(QStringLiteral("What Is New.htm")); });
     return part;

@@ -185,6 +185,48 @@ TEST_F(Machine, FaultStopsLatchesAndIsLogged)
         EXPECT_EQ(table.Get(FaultLog1Faults + 8 * record), 16 >> record) << "the sixth has fallen out";
 }
 
+TEST_F(Machine, LoopsAnswerByTheirGains)
+{
+    // A current that no field turns into torque: what is there after a tick, and the most of the first
+    // second.
+    table.Put(FieldEnable, 0);
+    table.Put(DriveModeLSB, 1);
+    const struct {
+        int gain, time, firstLow, firstHigh, mostLow, mostHigh;
+    } rows[] = {{2000, 50, 1900, 2050, 1950, 2050}, // the factory's
+                {200, 50, 500, 1100, 1950, 2050},   // slow
+                {200, 10, 900, 1900, 2250, 2900},   // a short integral time swings
+                {2000, 0, 1600, 1700, 1600, 1720}}; // none leaves an error
+    for (const auto &row : rows) {
+        table.Put(IProportionalGain, row.gain);
+        table.Put(IIntegralTime, row.time);
+        Start(0);
+        Run(0.5);
+        table.Put(TorqueReference, 2000);
+        Run(MotorModel::TickSeconds);
+        const int first = table.Get(CurrentFeedback);
+        int most = first;
+        for (int tick = 0; tick < 20; ++tick, machine.Tick(MotorModel::TickSeconds))
+            most = std::max(most, table.Get(CurrentFeedback));
+        EXPECT_TRUE(first > row.firstLow && first < row.firstHigh) << first;
+        EXPECT_TRUE(most > row.mostLow && most < row.mostHigh) << most;
+        table.Put(TorqueReference, 0);
+        Stop();
+        EXPECT_TRUE(RunUntil(State::Stop, 20));
+    }
+}
+
+TEST_F(Machine, FeedbackDevicesTellWhatTheirWiresMakeOfIt)
+{
+    machine.Inputs().tachometer = -1;
+    machine.Inputs().encoder = 0.5;
+    Start(2000);
+    Run(8);
+    EXPECT_NEAR(table.Get(AFB), 2000, 60);
+    EXPECT_NEAR(table.Get(TFB), -table.Get(AFB), 200);
+    EXPECT_NEAR(table.Get(EFB), table.Get(AFB) / 2, 100);
+}
+
 TEST_F(Machine, InputsScaleIntoTheirDestinations)
 {
     const struct {

@@ -20,7 +20,8 @@ TEST(Generator, WhatIsWrongFailsWithASentence)
         file.write(text);
     };
     write("topics/Speed.md",
-          "# Speed\n\nSee [Ramp](Ramp.htm).\n\n![S](picture:FormSpeed)\n\n@220..217 Back.\n"
+          "# Speed\n\nSee [Ramp](Ramp.htm).\n\n![S](picture:FormSpeed)\n\n"
+          "1. A step.\n\n   ![T](picture:FormTorque)\n\nNot so: ![U](picture:FormSpeed)\n\n@220..217 Back.\n"
           "@226 The forward acceleration of set A.\n@227 Shorter: the motor brakes harder.\n");
     write("topics/Lost.md", "Lost\n");
     write("contents.txt", "Speed.htm\nGone.htm\n");
@@ -34,10 +35,12 @@ TEST(Generator, WhatIsWrongFailsWithASentence)
     EXPECT_EQ(
         problems.join(u'\n').toStdString(),
         "\"Lost.htm\" stands nowhere in the contents\n"
+        "Speed.htm: a picture stands alone in its line: Not so: ![U](picture:FormSpeed)\n"
         "Speed.htm: no row of a parameter: @220..217 Back.\n"
         "Speed.htm: the link to \"Ramp.htm\" leads nowhere\n"
         "Speed.htm: the row of (226) says no more than its name: @226 The forward acceleration of set A.\n"
         "Speed.htm: there is no picture of FormSpeed\n"
+        "Speed.htm: there is no picture of FormTorque\n"
         "a window asks for the topic \"Torque.htm\", which does not exist\n"
         "contents.txt: there is no topic \"Gone.htm\"\n"
         "topics/Lost.md: begins with no \"# Title\"");

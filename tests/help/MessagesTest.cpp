@@ -21,7 +21,7 @@ struct NoMessage {
 
 constexpr NoMessage NoMessages[] = {
     {"batch/", "", "the manual of the command line has them"},
-    {"report/CommissioningReport", "", "what a report prints"},
+    {"report/(CommissioningReport|program/)", "", "told to quorvik-batch, which alone starts that program"},
     {"model/Faults", "", "meaning and remedy of a fault, which the topic Faults shows"},
     {"circuit/|blocks/FormWhyNot", "", "what the window Why Does It Not Run lists, each with what to do"},
     {"map/MapMarks", "", "explains a mark of the map in itself"},

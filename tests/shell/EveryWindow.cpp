@@ -25,6 +25,8 @@
 #include "operator/FormVirtualOperatorSetup.h"
 #include "platform/Progress.h"
 #include "platform/Strip.h"
+#include "report/forms/FormCommissioningReport.h"
+#include "report/forms/ScriptedReport.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
@@ -113,6 +115,8 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
     ScriptedFind finding(desk);
     ScriptedHistory past(desk);
     ScriptedTrend trend(desk);
+    ScriptedReport commissioning(desk);
+    desk.desk.Now = [] { return QDateTime({2026, 11, 22}, {9, 52, 37}); };
     ShownAction entry;
     entry.action.time.utcMs = QDateTime({2026, 11, 22}, {9, 52, 37}).toMSecsSinceEpoch();
     VirtualOperatorFields fields;
@@ -146,6 +150,7 @@ void VisitOtherWindows(TestDesk &desk, const Visit &visit)
         [&] { return new FormHistory(desk.desk, past); },
         [&] { return new FormStateAt(desk.desk, &desk.mainWindow, {JournalSighting()}, &entry); },
         [&] { return new FormTrend(desk.desk, trend); },
+        [&] { return new FormCommissioningReport(desk.desk, commissioning); },
         [&] { return new FormRecordings(desk.desk, trend, {}); },
         [&] { return new FormWhyNot(desk.desk); },
         [&] { return new FormIOSimulator(desk.desk); },

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QSet>
 #include <QString>
+#include <utility>
+#include <vector>
 
 class QWidget;
 
@@ -10,6 +12,7 @@ namespace quorvik
 {
 
 class BlockForm;
+class SampleSteps;
 struct Desk;
 
 /** What a picture is to look like. */
@@ -31,6 +34,8 @@ public:
     /** A block with the path of a signal lit, and its tag. */
     void TakeFollowedSignal();
     void TakeMentors();
+    /** Windows in the states that a procedure of the help leads to. */
+    void TakeProcedures();
     /** The windows that are neither blocks nor Mentors. */
     void TakeOthers();
 
@@ -41,6 +46,9 @@ public:
 private:
     /** A drawing that is larger than its window. */
     void TakeZoomed();
+    void TakeBlockWith(const char *formName, const std::vector<std::pair<int, std::int32_t>> &values,
+                       const QString &name);
+    void TakeSteps(const SampleSteps &steps, const QString &name);
     void Take(QWidget &window, const QString &name, const QString &topic);
     template<typename Mentor> void TakePages(Mentor &mentor, int lastStep, const QString &name);
 

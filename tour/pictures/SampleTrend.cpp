@@ -145,16 +145,17 @@ SampleTrend::SampleTrend(Desk &desk)
     Keep(cut({8, 57, 31}, 5), RecordingKind::Capture, "Speed dips under load", "Press 4, wide sheet");
     Keep(cut({9, 20, 0}, 4), RecordingKind::Trip, "Trip 1: Phase Loss", "");
     const TrendData step = Step(desk.table, {9, 52, 37});
-    Keep(step, RecordingKind::Running, "Gain 12, after the service", "");
+    stepPath_ = Keep(step, RecordingKind::Running, "Gain 12, after the service", "");
 }
 
-void SampleTrend::Keep(const TrendData &data, RecordingKind kind, const char *title, const char *notes)
+QString SampleTrend::Keep(const TrendData &data, RecordingKind kind, const char *title, const char *notes)
 {
-    stepPath_ = store_.Save(std::make_shared<const TrendData>(data), kind);
+    QString path = store_.Save(std::make_shared<const TrendData>(data), kind);
     // Only what is written can be given a title.
     store_.Flush(FlushMs);
     if (*title)
-        store_.Keep(stepPath_, QString::fromUtf8(title), QString::fromUtf8(notes));
+        store_.Keep(path, QString::fromUtf8(title), QString::fromUtf8(notes));
+    return path;
 }
 
 } // namespace quorvik

@@ -33,9 +33,10 @@ public:
     /** The recording of a step and what the speed made of it. */
     QString StepPath() const { return stepPath_; }
 
-private:
-    void Keep(const TrendData &data, RecordingKind kind, const char *title, const char *notes);
+    /** Adds a recording. @return its file. */
+    QString Keep(const TrendData &data, RecordingKind kind, const char *title, const char *notes);
 
+private:
     QTemporaryDir folder_;
     DriveLink link_;
     DriveEmulator emulator_;

@@ -154,6 +154,7 @@ int main(int argc, char **argv)
     album.TakeBlocks();
     album.TakeFollowedSignal();
     album.TakeMentors();
+    album.TakeProcedures();
     album.TakeOthers();
     album.AddTopic(QStringLiteral("Sarvex Manual.htm"));
 

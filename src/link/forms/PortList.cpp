@@ -139,6 +139,9 @@ void PortList::ShowOnlyPresent()
 {
     onlyPresent_ = true;
     // There are few of them, and the adapter tells them apart.
+    constexpr int rowsInSight = 4;
+    treePorts_->setFixedHeight(treePorts_->height() -
+                               (RowsInSight - rowsInSight) * (fontMetrics().height() + 4));
     treePorts_->setColumnHidden(ColumnSerialNumber, true);
     treePorts_->setMinimumWidth(treePorts_->minimumWidth() - fontMetrics().horizontalAdvance(QLatin1String(
                                                                  Columns[ColumnSerialNumber].sample)));

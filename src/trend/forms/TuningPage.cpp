@@ -159,7 +159,10 @@ QWidget *TuningPage::MakeStepFields(QWidget *parent)
     layout->addWidget(labelState_);
     layout->addWidget(commandLeftover_);
 
-    On(comboReference_, &QComboBox::currentIndexChanged, this, [this] { TakeUsualSize(); });
+    On(comboReference_, &QComboBox::currentIndexChanged, this, [this] {
+        TakeUsualSize();
+        FollowSources();
+    });
     On(commandStep_, &QPushButton::clicked, this, [this] { CommandStep_Click(); });
     On(commandRestore_, &QPushButton::clicked, this, [this] { steps_.Restore(); });
     On(commandLeftover_, &QPushButton::clicked, this, [this] { steps_.RestoreLeftover(); });
