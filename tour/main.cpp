@@ -42,12 +42,19 @@ void AddJourney(quorvik::Tour &tour)
     AddUndoJob(tour);
     AddTrendJob(tour);
     AddOnlineRound(tour);
+    AddProceduresOne(tour);
     AddWindowsJob(tour);
     AddRestart(tour);
     AddKeptWindows(tour);
     AddRecentFilesJob(tour);
     AddOfflineRound(tour);
     AddLeaving(tour);
+}
+
+void AddProcedures(quorvik::Tour &tour)
+{
+    quorvik::AddGoingOnline(tour);
+    quorvik::AddProceduresOne(tour);
 }
 
 /** Runs a program with a profile of its own beside a new drive. @return whether all went well. */
@@ -96,49 +103,9 @@ int main(int argc, char **argv)
     if (parser.isSet(QStringLiteral("dark")))
         QApplication::setPalette(DarkPalette());
 
-<<<<<<< HEAD
-    const QString pictures = parser.value(QStringLiteral("pictures"));
-    QDir().mkpath(pictures);
-    Program program;
-    DriveProcess drive;
-    if (!drive.Start(parser.value(QStringLiteral("drive")), program.DriveLinkPath(),
-                     program.ProgramFolder() + QStringLiteral("/Presets.fil")))
-        return qCritical("The simulated drive did not start."), 1;
-
-    Tour tour(program, drive, pictures);
-    QFile::remove(SavedFile(tour));
-    AddGoingOnline(tour);
-    if (parser.isSet(QStringLiteral("procedures"))) {
-        AddProceduresOne(tour);
-    } else {
-        AddMainJob(tour);
-        AddSafeJob(tour);
-        AddWhyNotJob(tour);
-        AddHistoryJob(tour);
-        AddLostLinkJob(tour);
-        AddFollowJob(tour);
-        AddMapJob(tour);
-        AddLiveShapesJob(tour);
-        AddBlockRound(tour);
-        AddFindJob(tour);
-        AddUndoJob(tour);
-        AddTrendJob(tour);
-        AddOnlineRound(tour);
-        AddProceduresOne(tour);
-        AddWindowsJob(tour);
-        AddRestart(tour);
-        AddKeptWindows(tour);
-        AddRecentFilesJob(tour);
-        AddOfflineRound(tour);
-        AddLeaving(tour);
-    }
-    QObject::connect(&tour, &Tour::Finished, &application,
-                     [&tour] { QApplication::exit(tour.HasFailed() ? 1 : 0); });
-    tour.Start();
-    return QApplication::exec();
-=======
     QDir().mkpath(parser.value(QStringLiteral("pictures")));
     // The first minute has a program and a drive of its own: what it keeps is not in the way of the others.
+    if (parser.isSet(QStringLiteral("procedures")))
+        return Take(parser, AddProcedures) ? 0 : 1;
     return Take(parser, AddFirstMinute) && Take(parser, AddJourney) ? 0 : 1;
->>>>>>> firstminute
 }
