@@ -1,113 +1,64 @@
-#include "platform/Asker.h"
-#include "tour/DriveProcess.h"
-#include "tour/Journey.h"
-#include "tour/Program.h"
+#pragma once
 
-#include <QApplication>
-#include <QCommandLineParser>
-#include <QDir>
-#include <QFile>
-#include <QPalette>
-#include <functional>
+#include "tour/Tour.h"
 
-namespace
+#include <memory>
+
+namespace quorvik
 {
 
-QPalette DarkPalette()
-{
-    QPalette dark(QColor(0x35, 0x37, 0x3b), QColor(0x2b, 0x2d, 0x30));
-    dark.setColor(QPalette::Base, QColor(0x1e, 0x1f, 0x22));
-    dark.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2b));
-    dark.setColor(QPalette::Highlight, QColor(0x2f, 0x65, 0xca));
-    dark.setColor(QPalette::HighlightedText, Qt::white);
-    dark.setColor(QPalette::Link, QColor(0x7a, 0xa8, 0xff));
-    return dark;
-}
+/** The first minute of a new user, told in clicks and seconds; a program and a drive of its own, left at the
+ * end. */
+void AddFirstMinute(Tour &tour);
+class Walk;
 
-void AddJourney(quorvik::Tour &tour)
-{
-    using namespace quorvik;
-    QFile::remove(SavedFile(tour));
-    AddGoingOnline(tour);
-    AddMainJob(tour);
-    AddSafeJob(tour);
-    AddWhyNotJob(tour);
-    AddHistoryJob(tour);
-    AddLostLinkJob(tour);
-    AddFollowJob(tour);
-    AddMapJob(tour);
-    AddLiveShapesJob(tour);
-    AddBlockRound(tour);
-    AddFindJob(tour);
-    AddUndoJob(tour);
-    AddTrendJob(tour);
-    AddOnlineRound(tour);
-    AddProceduresOne(tour);
-    AddWindowsJob(tour);
-    AddRestart(tour);
-    AddKeptWindows(tour);
-    AddRecentFilesJob(tour);
-    AddOfflineRound(tour);
-    AddLeaving(tour);
-}
+/** Runs the program up to the link and the tips: the first of all. */
+void AddGoingOnline(Tour &tour);
+/** Blocks on line, an edit that arrives in the drive, and the file that keeps it. */
+void AddMainJob(Tour &tour);
+/** The questions before risky commands, a comparison, and writes that are proved; after the main job. */
+void AddSafeJob(Tour &tour);
+/** A drive that does not run, its first cause and the way to its box; after the safe job. */
+void AddWhyNotJob(Tour &tour);
+/** What was done so far, and how one of it was before; after the why not job. */
+void AddHistoryJob(Tour &tour);
+/** A trip, and links that are lost and come back; after the safe job. */
+void AddLostLinkJob(Tour &tour);
+/** The value of a wire, its path through the open windows, and from box to box; after the lost link job. */
+void AddFollowJob(Tour &tour);
+/** The map of the drive: a path, a block that a click opens, and what stands in the way of a stopped drive.
+ */
+void AddMapJob(Tour &tour);
+/** Shapes of the drawings that show what they do; on line, after the lost links. */
+void AddLiveShapesJob(Tour &tour);
+/** A round through every window of the Blocks menu. */
+void AddBlockRound(Tour &tour);
+/** Finds a parameter by what it is called, and goes to its window. */
+void AddFindJob(Tour &tour);
+/** An entry on line, taken back; the drive holds the old value again. */
+void AddUndoJob(Tour &tour);
+/** A recording on line, a capture of the answer to a change, and the file of its values. */
+void AddTrendJob(Tour &tour);
+/** The procedures of the help from the first commissioning to the speed loop; on line, all windows closed. */
+void AddProceduresOne(Tour &tour);
+/** Those that tune the current loop and the speed loop; a part of them. */
+void AddTuningProcedures(Tour &tour, Walk &walk);
+/** The windows of the other menus that are of use on line. */
+void AddOnlineRound(Tour &tour);
+/** A drawing seen more closely, a window taken out of the frame, and the option that keeps both. */
+void AddWindowsJob(Tour &tour);
+/** What the windows job has left, after a restart. */
+void AddKeptWindows(Tour &tour);
+/** The list of recent files, after a restart. */
+void AddRecentFilesJob(Tour &tour);
+/** Ends the program, starts it again, opens the file of the main job and looks at what it holds. */
+void AddRestart(Tour &tour);
+/** The windows that are of use off line, and both Mentors page by page. */
+void AddOfflineRound(Tour &tour);
+/** Leaves without saving. */
+void AddLeaving(Tour &tour);
 
-/** The procedures of the help alone. */
-void AddProcedures(quorvik::Tour &tour)
-{
-    using namespace quorvik;
-    AddGoingOnline(tour);
-    AddProceduresOne(tour);
-}
+/** Where the main job saves its file. */
+QString SavedFile(const Tour &tour);
 
-/** Runs a program with a profile of its own beside a new drive. @return whether all went well. */
-bool Take(const QCommandLineParser &parser, const std::function<void(quorvik::Tour &)> &addJobs)
-{
-    using namespace quorvik;
-    Program program;
-    DriveProcess drive;
-    if (!drive.Start(parser.value(QStringLiteral("drive")), program.DriveLinkPath(),
-                     program.ProgramFolder() + QStringLiteral("/Presets.fil")))
-        return qCritical("The simulated drive did not start."), false;
-
-    Tour tour(program, drive, parser.value(QStringLiteral("pictures")));
-    addJobs(tour);
-    QObject::connect(&tour, &Tour::Finished, &tour, [] { QApplication::exit(); });
-    tour.Start();
-    QApplication::exec();
-    return !tour.HasFailed();
-}
-
-} // namespace
-
-int main(int argc, char **argv)
-{
-    using namespace quorvik;
-
-    const QApplication application(argc, argv);
-    QApplication::setApplicationName(AppTitle());
-    QApplication::setApplicationVersion(QStringLiteral(QUORVIK_VERSION));
-    QApplication::setQuitOnLastWindowClosed(false);
-    // The tour types into the file dialogs, which only our own can promise to understand.
-    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-
-    QCommandLineParser parser;
-    parser.addOption({QStringLiteral("pictures"), QStringLiteral("Where the pictures go."),
-                      QStringLiteral("folder"), QStringLiteral("build/tour")});
-    parser.addOption({QStringLiteral("drive"), QStringLiteral("The simulated drive's program."),
-                      QStringLiteral("program"),
-                      QApplication::applicationDirPath() + QStringLiteral("/../drive/sarvex-drive")});
-    parser.addOption({QStringLiteral("dark"), QStringLiteral("Shows everything in dark colours.")});
-    parser.addOption({QStringLiteral("procedures"),
-                      QStringLiteral("Tries the procedures of the help alone, and ends on line.")});
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.process(application);
-    if (parser.isSet(QStringLiteral("dark")))
-        QApplication::setPalette(DarkPalette());
-
-    QDir().mkpath(parser.value(QStringLiteral("pictures")));
-    if (parser.isSet(QStringLiteral("procedures")))
-        return Take(parser, AddProcedures) ? 0 : 1;
-    // The first minute has a program and a drive of its own: what it keeps is not in the way of the others.
-    return Take(parser, AddFirstMinute) && Take(parser, AddJourney) ? 0 : 1;
-}
+} // namespace quorvik
