@@ -36,12 +36,40 @@ bool Says(Tour &tour, const char *label, const char *words)
     return line && !QApplication::activeModalWidget() && line->text().contains(QLatin1String(words));
 }
 
+/** A name for the file dialog that is open or about to open. */
+void AddFileName(Tour &tour, const QString &path, const QString &then)
+{
+    tour.Add(
+        QStringLiteral("A name is typed"),
+        [] {
+            const QWidget *modal = QApplication::activeModalWidget();
+            return modal && modal->inherits("QFileDialog");
+        },
+        [&tour, path] { return tour.User().TypeFileName(path); });
+    tour.Add(
+        then, [] { return Hands::AcceptButton() != nullptr; },
+        [&tour] { return tour.User().Click(Hands::AcceptButton()); });
+}
+
+void AddKeeping(Tour &tour)
+{
+    // A drive that was read anew has no file of its own.
+    const QString file = QDir(tour.PictureFolder()).absoluteFilePath(QStringLiteral("pump.Svx"));
+    tour.Do(QStringLiteral("The machine is set up: File, Save As"), [&tour, file] {
+        QFile::remove(file);
+        return tour.User().ChooseMenu(QStringLiteral("mnuFileSave(1)"));
+    });
+    AddFileName(tour, file, QStringLiteral("The set is saved"));
+}
+
 void AddPlace(Tour &tour)
 {
-    tour.Do(QStringLiteral("The machine is set up: File, Save"),
-            [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuFileSave(0)")); });
     tour.Add(
-        QStringLiteral("File, Commissioning Report"), [] { return !QApplication::activeModalWidget(); },
+        QStringLiteral("Its name stands in the title; File, Commissioning Report"),
+        [&tour] {
+            return !QApplication::activeModalWidget() &&
+                   tour.TheProgram().Main().windowTitle().endsWith(QLatin1String("pump.Svx]"));
+        },
         [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuFileReport")); });
     tour.Add(
         QStringLiteral(
@@ -55,7 +83,7 @@ void AddPlace(Tour &tour)
                                                                     {"TextPerson", "Anna Berg"}};
             for (const auto &[field, text] : fields) {
                 In<QLineEdit>(tour, field)->setFocus();
-                if (const QString failure = Hands::TypeOver(QString::fromLatin1(text)); !failure.isEmpty())
+                if (QString failure = Hands::TypeOver(QString::fromLatin1(text)); !failure.isEmpty())
                     return failure;
             }
             return tour.User().Click(In<QWidget>(tour, "CheckKeep"));
@@ -100,16 +128,7 @@ void AddPdf(Tour &tour)
         QFile::remove(file);
         return tour.User().Click(In<QWidget>(tour, "CommandPdf"));
     });
-    tour.Add(
-        QStringLiteral("Its name is typed"),
-        [] {
-            const QWidget *modal = QApplication::activeModalWidget();
-            return modal && modal->inherits("QFileDialog");
-        },
-        [&tour, file] { return tour.User().TypeFileName(file); });
-    tour.Add(
-        QStringLiteral("Save: the drive is read once more"), [] { return Hands::AcceptButton() != nullptr; },
-        [&tour] { return tour.User().Click(Hands::AcceptButton()); });
+    AddFileName(tour, file, QStringLiteral("Save: the drive is read once more"));
     tour.Add(
         QStringLiteral("The file says that the drive holds these settings, and who has set it up"),
         [&tour, file] { return QFile::exists(file) && Says(tour, "LabelOutcome", "Saved to"); },
@@ -124,6 +143,7 @@ void AddPdf(Tour &tour)
 
 void AddReportJob(Tour &tour)
 {
+    AddKeeping(tour);
     AddPlace(tour);
     tour.Do(QStringLiteral("Compare Now"),
             [&tour] { return tour.User().Click(In<QWidget>(tour, "CommandCompare")); });
