@@ -39,6 +39,8 @@ void AddFindJob(Tour &tour);
 void AddUndoJob(Tour &tour);
 /** A recording on line, a capture of the answer to a change, and the file of its values. */
 void AddTrendJob(Tour &tour);
+/** The report of the commissioning as a PDF, compared with the drive; on line. */
+void AddReportJob(Tour &tour);
 /** The procedures of the help from the first commissioning to the speed loop; on line, all windows closed. */
 void AddProceduresOne(Tour &tour);
 /** Those that tune the current loop and the speed loop; a part of them. */

@@ -41,6 +41,7 @@ void AddJourney(quorvik::Tour &tour)
     AddFindJob(tour);
     AddUndoJob(tour);
     AddTrendJob(tour);
+    AddReportJob(tour);
     AddOnlineRound(tour);
     AddProceduresOne(tour);
     AddProceduresTwo(tour);

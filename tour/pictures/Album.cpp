@@ -1,4 +1,5 @@
 #include "Album.h"
+#include "SampleCommissioning.h"
 #include "SampleComparison.h"
 #include "SampleFind.h"
 #include "SampleHistory.h"
@@ -33,6 +34,7 @@
 #include "operator/FormVirtualOperatorSetup.h"
 #include "platform/Progress.h"
 #include "platform/Strip.h"
+#include "report/forms/FormCommissioningReport.h"
 #include "settings/forms/FilePrint.h"
 #include "settings/forms/FormNotes.h"
 #include "settings/forms/FormSelectDriveModel.h"
@@ -50,7 +52,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QDateEdit>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPixmap>
 #include <algorithm>
@@ -341,6 +345,17 @@ void Album::TakeOthers()
     recordings->Choose(machine.StepPath());
     Take(*recordings, recordings->objectName(), recordings->HelpTopic());
     recordings->close();
+
+    SampleCommissioning morning(desk_, past.Reader(), machine.Store());
+    auto *commissioning = new FormCommissioningReport(desk_, morning);
+    commissioning->resize(commissioning->sizeHint());
+    commissioning->findChild<QDateEdit *>(QStringLiteral("DateJournal"))->setDate({2026, 11, 22});
+    commissioning->findChild<QListWidget *>(QStringLiteral("ListRecordings"))
+        ->item(0)
+        ->setCheckState(Qt::Checked);
+    commissioning->findChild<QAbstractButton *>(QStringLiteral("CommandCompare"))->click();
+    Take(*commissioning, commissioning->objectName(), commissioning->HelpTopic());
+    commissioning->close();
 
     FilePrint print(desk_);
     desk_.BlockOf = [](int p) { return BlocksShowing(p).value(0); };

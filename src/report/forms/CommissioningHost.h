@@ -9,7 +9,7 @@
 namespace quorvik
 {
 
-/** What the window of the commissioning report needs beside the desk. The shell answers with this run'"'"'s
+/** What the window of the commissioning report needs beside the desk. The shell answers with this run's
  * engines, a picture of the window with samples. */
 class CommissioningHost
 {

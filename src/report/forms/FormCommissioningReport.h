@@ -39,7 +39,7 @@ public:
 
     /** Lets the user choose the file; the program shows a dialog. @param name is proposed. */
     std::function<std::optional<QString>(const QString &name)> ChooseFile;
-    /** Lets the user choose a printer; false for a cancel. The program shows the platform'"'"'s dialog. */
+    /** Lets the user choose a printer; false for a cancel. The program shows the platform's dialog. */
     std::function<bool(QPrinter &printer)> ChoosePrinter;
 
     QSize sizeHint() const override;
