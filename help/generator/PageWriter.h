@@ -21,7 +21,8 @@ namespace quorvik::help
  * - "![caption](picture:FormVelocityLoop)": the picture of a window, as the running program shows it.
  * - a line "{{parameters}}": the table of all parameters.
  * - a line "{{changes}}": what SetChanges() was given.
- * - a line "{{faults}}": a section for each fault: meaning, likely causes in order, what to check, where to look.
+ * - a line "{{faults}}": a section for each fault: meaning, likely causes in order, what to check, where to
+ * look.
  */
 class PageWriter
 {
