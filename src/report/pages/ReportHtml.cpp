@@ -1,5 +1,7 @@
 #include "report/pages/ReportHtml.h"
 
+#include <QRegularExpression>
+
 namespace quorvik
 {
 
@@ -11,9 +13,12 @@ QString Heading(const QString &text)
     return QStringLiteral("<h2>%1</h2>").arg(text.toHtmlEscaped());
 }
 
-/** Plain text with its line breaks. */
-QString Escaped(const QString &text)
+/** Plain text with its line breaks; a word that no column has room for may break, as that of a path. */
+QString Escaped(const QString &given)
 {
+    static const QRegularExpression longWord(QStringLiteral("(\\S{40})(?=\\S)"));
+    QString text = given;
+    text.replace(longWord, QStringLiteral("\\1") + QChar(0x200b));
     return text.toHtmlEscaped()
         .replace(QStringLiteral("\r\n"), QStringLiteral("<br>"))
         .replace(u'\n', QStringLiteral("<br>"));
@@ -52,7 +57,8 @@ QString Rows(const CommissioningTable &table)
 QString Part(const QString &heading, const CommissioningTable &table, const QString &nothing)
 {
     const QString rows = Rows(table);
-    QString html = Heading(heading) + rows + Paragraph(table.remark);
+    // Above the rows, which end anywhere on a page.
+    QString html = Heading(heading) + Paragraph(table.remark) + rows;
     if (rows.isEmpty() && table.remark.isEmpty())
         html += Paragraph(nothing);
     return html;
@@ -100,7 +106,7 @@ QString VerificationBox(const CommissioningReport &report)
                "</table>")
                .arg(ground, verdict, Escaped(report.verificationText)) +
            (report.differences.rows.isEmpty() ? QString() : QStringLiteral("<p></p>")) +
-           Rows(report.differences) + Paragraph(report.differences.remark);
+           Paragraph(report.differences.remark) + Rows(report.differences);
 }
 
 QString Signatures(const CommissioningPlace &place)

@@ -12,9 +12,13 @@
 #include <QFileInfo>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
+#include <QTextTable>
 #include <QUrl>
 #include <algorithm>
+#include <cmath>
 
 namespace quorvik
 {
@@ -32,6 +36,7 @@ constexpr double TextPoints = 9;
 constexpr double FootPoints = 7.5;
 constexpr double LeastMapPoints = 5; ///< of the map's texts; below it the map is turned
 constexpr double PointsPerInch = 72;
+constexpr double CellPadding = 3; ///< of a row that stands as it comes, in pixels, as its rich text says
 
 double InDots(const QPaintDevice &device, double mm)
 {
@@ -68,10 +73,58 @@ std::unique_ptr<QTextDocument> MakeDocument(const QString &html)
         QStringLiteral("h1{font-size:18pt} h2{font-size:12pt; margin-top:14px; margin-bottom:4px} "
                        "h3{font-size:10pt; margin-top:10px; margin-bottom:2px} body{color:#000000}"));
     QTextOption option = document->defaultTextOption();
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setWrapMode(QTextOption::WordWrap);
     document->setDefaultTextOption(option);
     document->setHtml(html);
     return document;
+}
+
+/** The place of a row's text in the document, in dots. */
+QRectF RowPlace(const QTextDocument &document, const QTextTable &table, int row)
+{
+    QRectF place;
+    for (int column = 0; column < table.columns(); ++column) {
+        const QTextTableCell cell = table.cellAt(row, column);
+        for (QTextBlock block = cell.firstCursorPosition().block();
+             block.isValid() && block.position() <= cell.lastPosition(); block = block.next())
+            place |= document.documentLayout()->blockBoundingRect(block);
+    }
+    return place;
+}
+
+void PadRow(const QTextTable &table, int row, double pixels)
+{
+    // The table is laid out once, and not for each cell.
+    QTextCursor edit = table.cellAt(row, 0).firstCursorPosition();
+    edit.beginEditBlock();
+    for (int column = 0; column < table.columns(); ++column) {
+        QTextTableCell cell = table.cellAt(row, column);
+        QTextTableCellFormat format = cell.format().toTableCellFormat();
+        format.setTopPadding(pixels);
+        cell.setFormat(format);
+    }
+    edit.endEditBlock();
+}
+
+/** A row of several lines that the end of a page would tear goes to the next page as a whole. */
+void KeepRowsWhole(QTextDocument &document, double pixelsPerDot)
+{
+    const double height = document.pageSize().height();
+    for (const QTextFrame *frame : document.rootFrame()->childFrames()) {
+        const auto *table = qobject_cast<const QTextTable *>(frame);
+        if (!table || table->format().headerRowCount() == 0)
+            continue;
+        // What an earlier layout needed counts for that alone.
+        for (int row = 1; row < table->rows(); ++row)
+            if (table->cellAt(row, 0).format().toTableCellFormat().topPadding() > CellPadding)
+                PadRow(*table, row, CellPadding);
+        for (int row = 1; row < table->rows(); ++row) {
+            const QRectF place = RowPlace(document, *table, row);
+            const double end = (std::floor(place.top() / height) + 1) * height;
+            if (place.bottom() > end && place.height() < height / 2)
+                PadRow(*table, row, CellPadding + (end - place.top()) * pixelsPerDot);
+        }
+    }
 }
 
 } // namespace
@@ -127,6 +180,7 @@ void ReportPages::LayOut(QPaintDevice &device)
         if (part.text) {
             part.text->documentLayout()->setPaintDevice(&device);
             part.text->setPageSize(page);
+            KeepRowsWhole(*part.text, PixelsPerInch / device.logicalDpiY());
             part.pages = part.text->pageCount();
         }
         pageCount_ += part.pages;
