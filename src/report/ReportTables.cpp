@@ -185,7 +185,10 @@ CommissioningTable ChangedSettingsTable(const ReportSource &source, const Parame
         remarks << QStringLiteral("No setting is known to differ from its factory value.");
     remark(QStringLiteral("Not read, so not listed: %1."), unknown);
     remark(QStringLiteral("Entered, but not taken by the drive: %1."), source.notTaken);
-    remark(QStringLiteral("The drive has told another value of: %1."), source.otherwise);
+    // What an input sets moves by itself.
+    std::vector<int> otherwise = source.otherwise;
+    std::erase_if(otherwise, [&source](int p) { return DrivenBy(p, source.set) > 0; });
+    remark(QStringLiteral("The drive has told another value of: %1."), otherwise);
     table.remark = remarks.join(u' ');
     return table;
 }

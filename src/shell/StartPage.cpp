@@ -165,7 +165,7 @@ void StartPage::ListRecent(RecentFiles &recent)
     }
     const QStringList paths = recent.Paths().mid(0, RecentShown);
     for (int place = 0; place < paths.size(); ++place) {
-        const QString path = paths.at(place);
+        const QString &path = paths.at(place);
         auto *button =
             new QPushButton(FileTitle(path).replace(u'&', QStringLiteral("&&")) + QStringLiteral("  -  ") +
                                 QFontMetrics(font())

@@ -22,6 +22,7 @@
 #include <QSpinBox>
 #include <QSplitter>
 #include <QToolButton>
+#include <utility>
 
 namespace quorvik
 {
@@ -31,6 +32,7 @@ namespace
 
 /** So long after the last key the pages follow, in milliseconds. */
 constexpr int FollowMs = 600;
+constexpr int TickMs = 500;
 constexpr int PreviewColumns = 50;
 constexpr int FieldColumns = 26;
 constexpr int RecordingRows = 4;
@@ -125,7 +127,18 @@ FormCommissioningReport::FormCommissioningReport(Desk &givenDesk, CommissioningH
         if (change.cause != ChangeCause::Drive && change.cause != ChangeCause::Emulated)
             ForgetComparison();
     });
-    On(&desk().document, &Document::TitleChanged, this, [this] { ForgetComparison(); });
+    On(&desk().document, &Document::TitleChanged, this, [this] {
+        TakePlace();
+        FollowSoon();
+    });
+    timerUpdateScreen_.setObjectName(QStringLiteral("TimerUpdateScreen"));
+    On(&timerUpdateScreen_, &QTimer::timeout, this, [this] {
+        const bool isOnLine = desk().table.PortOpen();
+        // Behind another link may be another drive.
+        if (std::exchange(wasOnLine_, isOnLine) != isOnLine)
+            ForgetComparison();
+    });
+    timerUpdateScreen_.start(TickMs);
     Follow();
 }
 
@@ -140,6 +153,7 @@ QSize FormCommissioningReport::sizeHint() const
 void FormCommissioningReport::Unload()
 {
     timerFollow_.stop();
+    timerUpdateScreen_.stop();
 }
 
 QWidget *FormCommissioningReport::MakeFields()
@@ -356,17 +370,21 @@ void FormCommissioningReport::FollowPage()
     labelPages_->setText(QStringLiteral("of %1").arg(preview_->pageCount()));
 }
 
+void FormCommissioningReport::TakePlace()
+{
+    if (isPlaceOwn_)
+        return;
+    const CommissioningPlace known = host_.Place();
+    for (std::size_t i = 0; i < place_.size(); ++i)
+        place_[i]->setText(known.*PlaceFields[i].text);
+}
+
 void FormCommissioningReport::ForgetComparison()
 {
-    if (!isPlaceOwn_) {
-        const CommissioningPlace known = host_.Place();
-        for (std::size_t i = 0; i < place_.size(); ++i)
-            place_[i]->setText(known.*PlaceFields[i].text);
-    }
     if (isBusy_)
         return;
     verification_ = NotVerified(QStringLiteral("The settings were not compared with the drive since they "
-                                               "were changed, read or opened."));
+                                               "or the link have changed."));
     FollowSoon();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/Form.h"
+#include "model/ParameterTable.h"
 #include "report/forms/CommissioningHost.h"
 
 #include <QPageSize>
@@ -62,6 +63,8 @@ private:
     void Follow();
     void ShowPage(int page);
     void FollowPage();
+    /** What the notes say, as long as the user has typed nothing else. */
+    void TakePlace();
     /** The drive or the set may be another one than was compared. */
     void ForgetComparison();
     void ShowVerification();
@@ -92,6 +95,8 @@ private:
     QLabel *labelOutcome_ = nullptr;
     QPushButton *commandCompare_ = nullptr;
     QTimer timerFollow_{this};
+    QTimer timerUpdateScreen_{this};
+    bool wasOnLine_ = desk().table.PortOpen();
     bool isPlaceOwn_ = false; ///< the user has typed a place, which other notes do not replace
     bool isBusy_ = false;     ///< the drive is being read
 };

@@ -148,7 +148,7 @@ ReportPages::ReportPages(const CommissioningReport &report, const ParameterTable
         QImage image = data ? PictureOf(data, table) : QImage();
         if (image.isNull())
             return QString();
-        const QString address = QStringLiteral("recording:%1").arg(pictures.size());
+        QString address = QStringLiteral("recording:%1").arg(pictures.size());
         pictures.emplace_back(address, std::move(image));
         return address;
     };
