@@ -100,6 +100,21 @@ void AddFirstMinute(Tour &tour)
                        ? QString()
                        : QStringLiteral("the drive has not kept the first value");
         });
+    tour.Do(QStringLiteral("Window, Close All"),
+            [&tour] { return tour.User().ChooseMenu(QStringLiteral("mnuWindowCloseAll")); });
+    const auto isShown = [&tour](const char *name) {
+        const auto *widget = tour.TheProgram().Main().findChild<QWidget *>(QString::fromLatin1(name));
+        return widget && widget->isVisible();
+    };
+    tour.Add(
+        QStringLiteral("The start page is back; a lesson"), [isShown] { return isShown("StartPage"); },
+        [&tour] { return tour.User().Click(QStringLiteral("CommandLesson(1)")); });
+    tour.Add(
+        QStringLiteral("The lesson stands beside it"), [isShown] { return isShown("LessonCard"); },
+        [&tour] {
+            tour.TakePicture(QStringLiteral("00-start-page"));
+            return QString();
+        });
     AddLeaving(tour);
 }
 
