@@ -31,18 +31,6 @@ const QString Report = QStringLiteral("Write Report");
 const QString VelocityLoop = QStringLiteral("Velocity Loop");
 const QString WhyNot = QStringLiteral("Why Does It Not Run?");
 
-/** The level of an analog input, in percent of full scale. */
-QString Analog(int member, double percent)
-{
-    constexpr int fullCounts = 2047;
-    return QStringLiteral("terminal analog %1 %2").arg(member).arg(int(fullCounts * percent / 100));
-}
-
-QString Contact(int member, bool isClosed)
-{
-    return QStringLiteral("terminal digital %1 %2").arg(member).arg(int(isClosed));
-}
-
 QString Said(Tour &tour, const QString &window, const QString &label)
 {
     const QWidget *shown = tour.User().WindowTitled(window);

@@ -38,18 +38,6 @@ const QString Winder = QStringLiteral("Winder Speed Calculator");
 const QString True = QStringLiteral("True");
 const QString False = QStringLiteral("False");
 
-/** The level of an analog input, in percent of full scale. */
-QString Analog(int member, double percent)
-{
-    constexpr int fullCounts = 2047;
-    return QStringLiteral("terminal analog %1 %2").arg(member).arg(int(fullCounts * percent / 100));
-}
-
-QString Contact(int member, bool isClosed)
-{
-    return QStringLiteral("terminal digital %1 %2").arg(member).arg(int(isClosed));
-}
-
 /** Waits until the state in the status bar is the one. */
 void AddState(Tour &tour, const QString &state)
 {

@@ -181,4 +181,15 @@ void Walk::Picture(const QString &name)
     });
 }
 
+QString Analog(int member, double percent)
+{
+    constexpr int fullCounts = 2047;
+    return QStringLiteral("terminal analog %1 %2").arg(member).arg(int(fullCounts * percent / 100));
+}
+
+QString Contact(int member, bool isClosed)
+{
+    return QStringLiteral("terminal digital %1 %2").arg(member).arg(int(isClosed));
+}
+
 } // namespace quorvik

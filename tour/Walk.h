@@ -13,6 +13,11 @@ struct Span {
     double high = 0;
 };
 
+/** The command to the simulated drive that puts an analog input to a level, in percent of full scale. */
+QString Analog(int member, double percent);
+/** The one that opens or closes a digital input. */
+QString Contact(int member, bool isClosed);
+
 /** The steps of which a walk through a procedure of the help is made. */
 class Walk
 {

@@ -30,16 +30,6 @@ constexpr double MarginMm = 10; ///< of the paper
 constexpr double TitleHeight = 30;
 constexpr double TitlePixels = 16;
 
-/** Paper is white, whatever the screen is. */
-QPalette PaperPalette()
-{
-    QPalette palette(Qt::white, Qt::white);
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Text, Qt::black);
-    palette.setColor(QPalette::WindowText, Qt::black);
-    return palette;
-}
-
 } // namespace
 
 void FormMap::PaintPage(QPagedPaintDevice &device) const
@@ -62,7 +52,8 @@ void FormMap::PaintPage(QPagedPaintDevice &device) const
         desk().document.Title(), desk().Now().toString(QStringLiteral("yyyy-MM-dd HH:mm"))};
     painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, facts.join(QStringLiteral(", ")));
     painter.translate(0, TitleHeight);
-    MapPainter(model_, view_->Layout()).Paint(painter, PaperPalette(), {}, QRectF(QPointF(), map));
+    MapPainter(model_, view_->Layout())
+        .Paint(painter, MapPainter::PaperPalette(), {}, QRectF(QPointF(), map));
 }
 
 bool FormMap::ShowPrinterDialog(QPrinter &printer)

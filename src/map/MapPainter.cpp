@@ -132,6 +132,15 @@ QColor MapPainter::Paper(const QPalette &palette)
     return ContrastingText(window) == QColor(Qt::white) ? window : Mixed(window, Qt::white, 0.45);
 }
 
+QPalette MapPainter::PaperPalette()
+{
+    QPalette palette(Qt::white, Qt::white);
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Text, Qt::black);
+    palette.setColor(QPalette::WindowText, Qt::black);
+    return palette;
+}
+
 void MapPainter::Paint(QPainter &painter, const QPalette &palette, const MapLight &light,
                        const QRectF &visible) const
 {

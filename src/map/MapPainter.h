@@ -35,6 +35,8 @@ public:
     /** The font that texts are drawn in. */
     static QFont TextFont(const QFont &base);
     static QColor Paper(const QPalette &palette);
+    /** For paper, which is white whatever the screen is. */
+    static QPalette PaperPalette();
     void Paint(QPainter &painter, const QPalette &palette, const MapLight &light,
                const QRectF &visible) const;
 

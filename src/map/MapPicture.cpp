@@ -7,21 +7,6 @@
 namespace quorvik
 {
 
-namespace
-{
-
-/** Paper is white, whatever the screen is. */
-QPalette PaperPalette()
-{
-    QPalette palette(Qt::white, Qt::white);
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Text, Qt::black);
-    palette.setColor(QPalette::WindowText, Qt::black);
-    return palette;
-}
-
-} // namespace
-
 MapPicture::MapPicture(const ParameterTable &table)
     : table_(table)
 {
@@ -62,7 +47,7 @@ void MapPicture::Paint(QPainter &painter) const
 {
     painter.save();
     painter.translate(-used_.topLeft());
-    MapPainter(model_, layout_).Paint(painter, PaperPalette(), light_, used_);
+    MapPainter(model_, layout_).Paint(painter, MapPainter::PaperPalette(), light_, used_);
     painter.restore();
 }
 
