@@ -98,7 +98,14 @@ void DriveSimulation::Listen()
         isReady_ = true;
         numberBefore_ = link_.MSComm1.CommPort();
         link_.MSComm1.SetCommPort(OwnNumber);
-        Q_EMIT Ready();
+        // Later: whoever hears it may wait for the drive, and the child may end meanwhile.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (IsRunning())
+                    Q_EMIT Ready();
+            },
+            Qt::QueuedConnection);
         return;
     }
 }

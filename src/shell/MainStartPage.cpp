@@ -31,6 +31,11 @@ void MDIFormMain::MakeStartPage(RecentFiles &recent)
     const auto goOnLine = [this] {
         if (!simulation_.IsRunning())
             simulation_.End();
+        // Only now: the keys pass over ports on their way, which keep the adapters that they stand for.
+        const int number = engines_.link.MSComm1.CommPort();
+        if (number >= Ports::First && number <= Ports::Last)
+            Ports(surroundings_.settings, surroundings_.devices)
+                .FollowAdapter(number, startPage_->HasChosen(number));
         engines_.drive.ReadOverOpenSet();
         // What was refused or given up leaves the switch as it was.
         OnComStatusChange();
@@ -67,7 +72,6 @@ void MDIFormMain::MakeStartPage(RecentFiles &recent)
             return;
         simulation_.End();
         engines_.link.MSComm1.SetCommPort(number);
-        Ports(surroundings_.settings, surroundings_.devices).FollowAdapter(number, true);
     });
     On(&simulation_, &DriveSimulation::Ready, this, goOnLine);
     On(&simulation_, &DriveSimulation::Failed, this, [this](const QString &sentence) {

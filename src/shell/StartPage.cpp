@@ -235,6 +235,11 @@ void StartPage::SetPort(int number)
     portList_->RefreshSoon();
 }
 
+bool StartPage::HasChosen(int number) const
+{
+    return portList_->HasChosen(number);
+}
+
 void StartPage::FollowLink(const QString &sentence)
 {
     isOnLine_ = !sentence.isEmpty();

@@ -48,13 +48,15 @@ public:
 
     /** Marks the port that is chosen; 0 for none of the numbers. */
     void SetPort(int number);
+    /** Whether the user has chosen this number here. */
+    bool HasChosen(int number) const;
     /** What the link does now. @param sentence "On line with Com5: ..."; empty while it is off line. */
     void FollowLink(const QString &sentence);
     /** While the simulated drive starts nothing else can be chosen here. @param sentence how it stands. */
     void FollowSimulation(bool isStarting, const QString &sentence);
 
 Q_SIGNALS:
-    /** @param isClear whether it was chosen here, and not merely the one that is marked. */
+    /** The user goes to a port in the list. */
     void PortChosen(int number);
 
 protected:
