@@ -42,7 +42,7 @@ press() {
 }
 
 # in_front <pattern>: whether a window with that title has the keys.
-in_front() { xdotool getactivewindow getwindowname 2>/dev/null | grep -qE "$1"; }
+in_front() { [[ "$(xdotool getactivewindow getwindowname 2>/dev/null)" =~ $1 ]]; }
 
 # inside <command>...: a program of the build, with the profile that run.sh makes.
 inside() {

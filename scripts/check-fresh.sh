@@ -25,7 +25,7 @@ tree=/srv/quorvik
 mkdir -p "$kept/packages/partial" "$kept/ccache"
 
 if [ ! -e "$bare" ]; then
-    mirror=${FRESH_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Label: Debian' | head -n 1)}
+    mirror=${FRESH_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Label: Debian' | sed -n 1p)}
     rm -rf "$folder/$suite-base"
     debootstrap --variant=minbase "$suite" "$folder/$suite-base" ${mirror:+"$mirror"}
     tar -C "$folder/$suite-base" -cf "$bare.part" .

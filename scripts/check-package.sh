@@ -17,8 +17,10 @@ fail() { echo "check-package: $*" >&2; exit 1; }
 equal() { [ "$2" = "$3" ] || fail "$1: \"$2\" instead of \"$3\""; }
 
 lintian --allow-root --fail-on error "$deb"
+# grep -q leaves at the first hit, and a pipe into it would then fail for its writer: it is given whole texts.
+depends=$(dpkg-deb -f "$deb" Depends)
 for needed in libqt6core6 libqt6network6 libqt6sql6 libqt6sql6-sqlite libqt6svg6 libqt6widgets6 libqt6serialport6 libqcustomplot libmdb; do
-    dpkg-deb -f "$deb" Depends | grep -q "$needed" || fail "the package does not depend on $needed"
+    grep -q "$needed" <<<"$depends" || fail "the package does not depend on $needed"
 done
 
 root=$work/root
@@ -43,14 +45,14 @@ offered() {
 }
 bash -n "$completion"
 verbs=$("$root/usr/bin/quorvik-batch" --help | sed -n '/^Verbs:/,/^$/s/^  \([a-z-]*\) .*/\1/p')
+page=$(gunzip -c "$root/usr/share/man/man1/quorvik-batch.1.gz" | sed 's/\\-/-/g')
 [ -n "$verbs" ] || fail "quorvik-batch --help names no verb"
 for verb in $verbs; do
-    offered quorvik-batch "$verb" | grep -qx -- "$verb" || fail "the completion does not know $verb"
-    gunzip -c "$root/usr/share/man/man1/quorvik-batch.1.gz" | sed 's/\\-/-/g' | grep -q "^\.SS $verb" ||
-        fail "the man page does not tell $verb"
+    grep -qx -- "$verb" <<<"$(offered quorvik-batch "$verb")" || fail "the completion does not know $verb"
+    grep -q "^\.SS $verb" <<<"$page" || fail "the man page does not tell $verb"
 done
-equal "ports offered" "$(offered quorvik-batch info --port Com1 | head -1)" Com1
-offered quorvik-batch info --js | grep -qx -- --json || fail "the completion does not know --json"
+equal "ports offered" "$(sed -n 1p <<<"$(offered quorvik-batch info --port Com1)")" Com1
+grep -qx -- --json <<<"$(offered quorvik-batch info --js)" || fail "the completion does not know --json"
 
 desktop-file-validate "$root/usr/share/applications/quorvik.desktop"
 update-mime-database "$root/usr/share/mime" >/dev/null

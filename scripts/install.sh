@@ -4,7 +4,7 @@ install_packages() {
     list="$(dirname "${BASH_SOURCE[0]}")/packages.txt"
     while read -r what package; do
         case " $* " in *" $what "*) ;; *) continue ;; esac
-        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+        [[ "$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null)" == *'ok installed'* ]] || missing+=("$package")
     done < <(grep -v '^#' "$list")
     [ ${#missing[@]} -eq 0 ] && return 0
     [ "$(id -u)" -eq 0 ] || sudo=sudo
