@@ -6,6 +6,7 @@
 #include "model/Conversions.h"
 #include "platform/Clock.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 #include "platform/Waiting.h"
 #include "trend/TrendTimings.h"
 
@@ -18,9 +19,6 @@ namespace quorvik
 
 namespace
 {
-
-constexpr int UsPerMs = 1000;
-constexpr int MsPerSecond = 1000;
 
 /** When a watch ends, and how close its samples may be. */
 struct Bounds {

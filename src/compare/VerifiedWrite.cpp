@@ -8,6 +8,7 @@
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
 #include "platform/RuntimeFailure.h"
+#include "platform/TimeUnits.h"
 
 #include <QDateTime>
 #include <algorithm>
@@ -19,7 +20,6 @@ namespace
 {
 
 constexpr int MostNamed = 6;
-constexpr double SecondsOfHour = 3600;
 
 /** Whether a value that nobody writes stays what it is. */
 bool IsSteady(int p, const ParameterSet &set)
@@ -224,7 +224,7 @@ bool VerifiedWrite::TakeSet()
             Finish(End::NoBackup);
             return false;
         }
-    } else if (const double hours = double(QDateTime::currentSecsSinceEpoch() - begunAt_) / SecondsOfHour;
+    } else if (const double hours = double(QDateTime::currentSecsSinceEpoch() - begunAt_) / SecondsPerHour;
                !drive.IsSameAs(report_.drive, hours)) {
         report_.failure = drive.Text();
         Finish(End::OtherDrive);

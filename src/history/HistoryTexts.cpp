@@ -1,6 +1,7 @@
 #include "history/HistoryTexts.h"
 
 #include "model/PathFunctions.h"
+#include "platform/TimeUnits.h"
 
 #include <QDateTime>
 #include <QStringList>
@@ -13,13 +14,10 @@ namespace quorvik::HistoryTexts
 namespace
 {
 
-constexpr int MinutesOfHour = 60;
-constexpr int SecondsOfMinute = 60;
-
 QDateTime ThereAndThen(const JournalTime &time)
 {
     return QDateTime::fromMSecsSinceEpoch(time.utcMs, Qt::OffsetFromUTC,
-                                          time.offsetMinutes * SecondsOfMinute);
+                                          time.offsetMinutes * SecondsPerMinute);
 }
 
 QChar SignOf(int minutes)
@@ -31,8 +29,8 @@ QChar SignOf(int minutes)
 QString Zone(int minutes)
 {
     const int size = std::abs(minutes);
-    QString text = QStringLiteral("UTC%1%2").arg(SignOf(minutes)).arg(size / MinutesOfHour);
-    if (const int rest = size % MinutesOfHour; rest != 0)
+    QString text = QStringLiteral("UTC%1%2").arg(SignOf(minutes)).arg(size / MinutesPerHour);
+    if (const int rest = size % MinutesPerHour; rest != 0)
         text += QStringLiteral(":%1").arg(rest, 2, 10, QLatin1Char('0'));
     return text;
 }
@@ -55,8 +53,8 @@ QString WholeTime(const JournalTime &time)
     return QStringLiteral("%1 %2%3:%4")
         .arg(ThereAndThen(time).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")))
         .arg(SignOf(time.offsetMinutes))
-        .arg(size / MinutesOfHour, 2, 10, QLatin1Char('0'))
-        .arg(size % MinutesOfHour, 2, 10, QLatin1Char('0'));
+        .arg(size / MinutesPerHour, 2, 10, QLatin1Char('0'))
+        .arg(size % MinutesPerHour, 2, 10, QLatin1Char('0'));
 }
 
 QString Run(const JournalRun &run, int minutesNow)

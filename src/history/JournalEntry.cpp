@@ -1,16 +1,11 @@
 #include "history/JournalEntry.h"
 
+#include "platform/TimeUnits.h"
+
 #include <QDateTime>
 
 namespace quorvik
 {
-
-namespace
-{
-
-constexpr int SecondsOfMinute = 60;
-
-} // namespace
 
 QString NameOf(EntryResult result)
 {
@@ -33,7 +28,7 @@ QString NameOf(EntryResult result)
 JournalTime JournalTime::Now()
 {
     const QDateTime now = QDateTime::currentDateTime();
-    return {now.toMSecsSinceEpoch(), now.offsetFromUtc() / SecondsOfMinute};
+    return {now.toMSecsSinceEpoch(), now.offsetFromUtc() / SecondsPerMinute};
 }
 
 } // namespace quorvik

@@ -2,6 +2,7 @@
 
 #include "history/JournalFile.h"
 #include "history/JournalTimings.h"
+#include "platform/TimeUnits.h"
 
 #include <QDateTime>
 #include <QSqlQuery>
@@ -13,7 +14,6 @@ namespace quorvik
 namespace
 {
 
-constexpr qint64 MsOfDay = 86400000;
 /** Actions that go in one transaction: others wait for it. */
 constexpr int StepActions = 2000;
 
@@ -32,7 +32,7 @@ qint64 LastTooMany(const JournalFile &file, int mostRows)
 
 QSqlError Prune(JournalFile &file, const JournalTimings &timings, qint64 run)
 {
-    const qint64 oldest = QDateTime::currentMSecsSinceEpoch() - timings.mostDays * MsOfDay;
+    const qint64 oldest = QDateTime::currentMSecsSinceEpoch() - timings.mostDays * MsPerDay;
     const auto runAll = [&file](const QStringList &statements) {
         for (const QString &statement : statements)
             if (QSqlError error = file.Run(statement); error.isValid())

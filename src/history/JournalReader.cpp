@@ -1,5 +1,7 @@
 #include "history/JournalReader.h"
 
+#include "platform/TimeUnits.h"
+
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlError>
@@ -16,7 +18,6 @@ namespace quorvik
 namespace
 {
 
-constexpr double MsOfHour = 3600000;
 /** So long a reading waits for a program that holds the journal. */
 constexpr int BusyMs = 50;
 
@@ -120,7 +121,7 @@ std::optional<std::int32_t> OptionalRaw(const QVariant &value)
 
 bool MayBeSame(const DriveIdentity &left, qint64 leftUtcMs, const DriveIdentity &right, qint64 rightUtcMs)
 {
-    const double hours = double(std::abs(rightUtcMs - leftUtcMs)) / MsOfHour;
+    const double hours = double(std::abs(rightUtcMs - leftUtcMs)) / MsPerHour;
     return leftUtcMs <= rightUtcMs ? right.IsSameAs(left, hours) : left.IsSameAs(right, hours);
 }
 

@@ -3,6 +3,7 @@
 #include "compare/Differences.h"
 #include "compare/DriveSet.h"
 #include "model/ParameterTable.h"
+#include "platform/TimeUnits.h"
 
 #include <QFileInfo>
 #include <algorithm>
@@ -16,7 +17,6 @@ namespace quorvik
 namespace
 {
 
-constexpr double MsOfHour = 3600000;
 constexpr qint64 LastMsOfSecond = 999;
 constexpr qint64 Always = std::numeric_limits<qint64>::max();
 
@@ -36,7 +36,7 @@ std::optional<int> HoursBetween(const JournalSighting &left, const JournalSighti
     const bool isInOrder = left.time.utcMs <= right.time.utcMs;
     const JournalSighting &earlier = isInOrder ? left : right;
     const JournalSighting &later = isInOrder ? right : left;
-    const double hours = double(later.time.utcMs - earlier.time.utcMs) / MsOfHour;
+    const double hours = double(later.time.utcMs - earlier.time.utcMs) / MsPerHour;
     if (!later.identity.IsSameAs(earlier.identity, hours))
         return std::nullopt;
     return later.identity.operatingHours - earlier.identity.operatingHours;

@@ -5,19 +5,13 @@
 #include "model/ParameterTable.h"
 #include "platform/Clock.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace quorvik
 {
-
-namespace
-{
-
-constexpr qint64 UsPerMs = 1000;
-
-} // namespace
 
 Q_LOGGING_CATEGORY(linkTrace, "quorvik.link", QtInfoMsg)
 

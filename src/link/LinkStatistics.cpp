@@ -3,19 +3,13 @@
 #include "link/DriveLink.h"
 #include "link/PacketLayer.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace quorvik
 {
-
-namespace
-{
-
-constexpr double UsOfSecond = 1e6;
-
-} // namespace
 
 LinkStatistics::LinkStatistics(DriveLink &link, FineClock clock, WallClock wallClock)
     : link_(link)
@@ -150,7 +144,7 @@ std::optional<double> LinkStatistics::AnswerRate() const
 {
     if (Microseconds() < SlotUs)
         return std::nullopt;
-    return double(counts_.answers) * UsOfSecond / double(Microseconds());
+    return double(counts_.answers) * UsPerSecond / double(Microseconds());
 }
 
 std::optional<double> LinkStatistics::RecentAnswerRate() const
@@ -164,7 +158,7 @@ std::optional<double> LinkStatistics::RecentAnswerRate() const
     for (const Slot &slot : slots_)
         if (slot.number >= first && slot.number < current)
             answers += slot.answers;
-    return double(answers) * UsOfSecond / double((current - first) * SlotUs);
+    return double(answers) * UsPerSecond / double((current - first) * SlotUs);
 }
 
 } // namespace quorvik

@@ -7,19 +7,13 @@
 #include "model/ParameterTable.h"
 #include "platform/Arithmetic.h"
 #include "platform/Clock.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace quorvik
 {
-
-namespace
-{
-
-constexpr qint64 UsPerMs = 1000;
-
-} // namespace
 
 void DriveLink::AddSampling(int p)
 {

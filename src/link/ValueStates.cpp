@@ -4,6 +4,7 @@
 #include "model/ParameterTable.h"
 #include "model/ShownText.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,9 +18,6 @@ namespace
 /** As many times a value may be asked for without an answer before it is old: the answer to the last one may
  * be on its way. */
 constexpr int MostUnanswered = 1;
-constexpr qint64 MsOfSecond = 1000;
-constexpr qint64 MsOfMinute = 60000;
-constexpr qint64 MsOfHour = 3600000;
 
 } // namespace
 
@@ -34,12 +32,12 @@ QString NameOf(ValueState state)
 
 QString AgeText(qint64 ms)
 {
-    if (ms < 10 * MsOfSecond)
-        return QStringLiteral("%1 s").arg(QString::number(double(ms) / double(MsOfSecond), 'f', 1));
-    if (ms < 2 * MsOfMinute)
-        return QStringLiteral("%1 s").arg(ms / MsOfSecond);
-    return ms < 2 * MsOfHour ? QStringLiteral("%1 min").arg(ms / MsOfMinute)
-                             : QStringLiteral("%1 h").arg(ms / MsOfHour);
+    if (ms < 10 * MsPerSecond)
+        return QStringLiteral("%1 s").arg(QString::number(double(ms) / double(MsPerSecond), 'f', 1));
+    if (ms < 2 * MsPerMinute)
+        return QStringLiteral("%1 s").arg(ms / MsPerSecond);
+    return ms < 2 * MsPerHour ? QStringLiteral("%1 min").arg(ms / MsPerMinute)
+                              : QStringLiteral("%1 h").arg(ms / MsPerHour);
 }
 
 ValueStates::ValueStates(ParameterTable &table, DriveLink &link, MsClock clock)

@@ -6,6 +6,7 @@
 #include "model/ParameterTable.h"
 #include "operations/DriveOperations.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 
 #include <QScopedValueRollback>
 #include <algorithm>
@@ -17,8 +18,6 @@ namespace quorvik
 
 namespace
 {
-
-constexpr double MsOfHour = 3600000.0;
 
 const std::set<int> &IdentityRows()
 {
@@ -107,7 +106,7 @@ bool Reconnection::IsAnother(const DriveProbe::Answer &answer)
         return false;
     const int lastParam = std::min<int>(answer.lastParam, table_.FileLastParam);
     const DriveIdentity found = DriveIdentity::Of([&](int p) { return answer.rawValues.at(p); }, lastParam);
-    const bool isAnother = !found.IsSameAs(*lost_, double(sinceLoss_.elapsed()) / MsOfHour);
+    const bool isAnother = !found.IsSameAs(*lost_, double(sinceLoss_.elapsed()) / MsPerHour);
     otherDrive_ = isAnother ? found.Text() : QString();
     return isAnother;
 }

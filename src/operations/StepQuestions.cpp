@@ -7,6 +7,7 @@
 #include "model/TextTables.h"
 #include "operations/StepTest.h"
 #include "platform/Asker.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,8 +20,6 @@ namespace
 
 constexpr int VelocityMode = 0;
 constexpr int TorqueMode = 1;
-constexpr double MsPerSecond = 1000;
-constexpr std::int32_t LastDriveState = 8;
 
 int DriveMode(const ParameterTable &table)
 {
@@ -178,7 +177,7 @@ std::vector<Question> StepTest::QuestionsBefore(const StepWish &wish) const
     questions.push_back(
         {.text = QStringLiteral("%1 %2 will be changed by %3 for %4\u00a0s. Make the step?")
                      .arg(machine, isSpeed ? QStringLiteral("Its speed") : QStringLiteral("Its torque"), size,
-                          QString::number(holdMs / MsPerSecond)),
+                          QString::number(double(holdMs) / MsPerSecond)),
          .title = title,
          .icon = MsgIcon::Exclamation,
          .explanation = lines.join(QStringLiteral("\r\n")),

@@ -8,6 +8,7 @@
 #include "platform/Asker.h"
 #include "platform/Clock.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendRecorder.h"
 
 #include <QScopeGuard>
@@ -22,7 +23,6 @@ namespace
 {
 
 constexpr int TickMs = 20;
-constexpr qint64 UsPerMs = 1000;
 constexpr qint64 FreshUs = 250 * UsPerMs;
 constexpr std::size_t LeastSamples = 5; // before the step: more than the figures ask for
 

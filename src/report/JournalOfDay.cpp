@@ -2,6 +2,7 @@
 
 #include "history/HistoryTexts.h"
 #include "model/Document.h"
+#include "platform/TimeUnits.h"
 
 #include <QDateTime>
 #include <algorithm>
@@ -14,12 +15,11 @@ namespace
 {
 
 constexpr int PageSize = 200; ///< actions
-constexpr double MsOfHour = 3600000;
 
 bool MayBeSame(const DriveIdentity &drive, const DriveIdentity &told, qint64 utcMs)
 {
     // The wanted drive is the one of now, and a day of the past may be asked for.
-    const double hours = std::abs(double(QDateTime::currentMSecsSinceEpoch() - utcMs)) / MsOfHour;
+    const double hours = std::abs(double(QDateTime::currentMSecsSinceEpoch() - utcMs)) / MsPerHour;
     return drive.IsSameAs(told, hours);
 }
 

@@ -3,6 +3,7 @@
 #include "model/ParameterNumbers.h"
 #include "model/PathFunctions.h"
 #include "operations/StepTest.h"
+#include "platform/TimeUnits.h"
 #include "trend/StepTexts.h"
 #include "trend/TrendStore.h"
 
@@ -15,8 +16,6 @@ namespace quorvik
 
 namespace
 {
-
-constexpr int SecondsOfMinute = 60;
 
 /** Whether a loop's demand is another one at the end of a recording than before a moment. */
 bool HasMoved(const TrendData &cut, TunedLoop loop, qint64 stepUs)
@@ -61,7 +60,7 @@ QString LoopText(TunedLoop loop)
 QString BeganText(const TrendHead &head)
 {
     return QDateTime::fromMSecsSinceEpoch(head.beganUtcMs, Qt::OffsetFromUTC,
-                                          head.offsetMinutes * SecondsOfMinute)
+                                          head.offsetMinutes * SecondsPerMinute)
         .toString(QStringLiteral("yyyy-MM-dd HH:mm"));
 }
 

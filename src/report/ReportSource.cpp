@@ -5,6 +5,7 @@
 #include "history/HistoryTexts.h"
 #include "model/PathFunctions.h"
 #include "operations/Engines.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 
@@ -13,8 +14,6 @@ namespace quorvik
 
 namespace
 {
-
-constexpr int SecondsOfMinute = 60;
 
 /** What the drive has told on this connection, or on the one that was lost. */
 void TakeDrive(const Engines &engines, ReportSource &source)
@@ -117,7 +116,7 @@ std::optional<DriveIdentity> IdentityIn(const ParameterSet &drive)
 
 QString MomentText(const QDateTime &moment)
 {
-    return HistoryTexts::WholeTime({moment.toMSecsSinceEpoch(), moment.offsetFromUtc() / SecondsOfMinute});
+    return HistoryTexts::WholeTime({moment.toMSecsSinceEpoch(), moment.offsetFromUtc() / SecondsPerMinute});
 }
 
 } // namespace quorvik

@@ -1,6 +1,7 @@
 #include "trend/StepResponse.h"
 
 #include "model/Conversions.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +14,6 @@ namespace quorvik
 namespace
 {
 
-constexpr double UsPerMs = 1000;
 constexpr double WholePercent = 100;
 constexpr std::size_t LeastBefore = 3;
 constexpr std::size_t LeastAnswer = 10;
@@ -90,7 +90,7 @@ StepFailure Collect(const TrendTrack &track, const StepQuestion &question, Recor
     for (std::size_t i = begin - 1; i < end; ++i) {
         const double ms = double(samples[i].timeUs - question.stepUs) / UsPerMs;
         record.points.push_back({ms, double(samples[i].rawValue)});
-        record.spanMs = std::max(record.spanMs, samples[i].spanUs / UsPerMs);
+        record.spanMs = std::max(record.spanMs, double(samples[i].spanUs) / UsPerMs);
         if (ms >= endMs || i + LeastBefore >= end)
             record.end.push_back(samples[i].rawValue);
     }

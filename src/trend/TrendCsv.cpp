@@ -2,6 +2,7 @@
 
 #include "model/Conversions.h"
 #include "model/ShownText.h"
+#include "platform/TimeUnits.h"
 #include "settings/Report.h"
 
 #include <QDateTime>
@@ -15,11 +16,8 @@ namespace quorvik
 namespace
 {
 
-constexpr qint64 UsPerSecond = 1'000'000;
 constexpr int SecondDecimals = 6;
-constexpr qint64 MsPerSecond = 1000;
 constexpr int MsDecimals = 3;
-constexpr qint64 MsPerMinute = 60'000;
 constexpr qsizetype BlockBytes = 1 << 18;
 
 QByteArray SecondsText(qint64 us)

@@ -1,6 +1,7 @@
 #include "trend/TrendData.h"
 
 #include "platform/RuntimeFailure.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 
@@ -9,8 +10,6 @@ namespace quorvik
 
 namespace
 {
-
-constexpr qint64 UsPerMs = 1000;
 
 bool IsBefore(const TrendSample &sample, qint64 timeUs)
 {

@@ -1,5 +1,6 @@
 // What is read of a recording's file. It may come from anywhere: whatever is out of range is damage.
 
+#include "platform/TimeUnits.h"
 #include "trend/TrendFile.h"
 #include "trend/TrendTables.h"
 #include "trend/TrendTimings.h"
@@ -14,7 +15,6 @@ namespace quorvik
 namespace
 {
 
-constexpr qint64 UsPerMs = 1000;
 /** Times are within a hundred years of zero, so that no difference of two is too great. */
 constexpr qint64 MostUs = qint64(100) * 366 * 86'400 * 1'000'000;
 constexpr qint64 MostRaw = std::numeric_limits<std::int32_t>::max();

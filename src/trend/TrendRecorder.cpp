@@ -5,6 +5,7 @@
 #include "model/Document.h"
 #include "model/ShownText.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 
 #include <QDateTime>
 #include <algorithm>
@@ -16,8 +17,6 @@ namespace quorvik
 namespace
 {
 
-constexpr qint64 UsPerMs = 1000;
-constexpr double UsPerSecond = 1e6;
 constexpr int TidyMs = 100;
 constexpr int WholePercent = 100;
 

@@ -1,6 +1,7 @@
 #include "trend/TrendStatistics.h"
 
 #include "model/Conversions.h"
+#include "platform/TimeUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,8 +11,6 @@ namespace quorvik
 
 namespace
 {
-
-constexpr double UsPerSecond = 1e6;
 
 struct Point {
     double seconds = 0;

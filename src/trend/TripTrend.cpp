@@ -3,6 +3,7 @@
 #include "link/DriveLink.h"
 #include "model/ParameterNumbers.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendRecorder.h"
 #include "trend/TrendStore.h"
 
@@ -17,7 +18,6 @@ namespace
 {
 
 constexpr int WholePercent = 100;
-constexpr int SecondsOfMinute = 60;
 
 } // namespace
 
@@ -101,7 +101,7 @@ void TripTrend::Keep(const TrendDataPtr &capture)
     auto data = std::make_shared<TrendData>(*capture);
     const qint64 utcMs = data->UtcMsAt(data->triggerUs.value_or(data->LastUs()));
     const QDateTime time =
-        QDateTime::fromMSecsSinceEpoch(utcMs, Qt::OffsetFromUTC, data->head.offsetMinutes * SecondsOfMinute);
+        QDateTime::fromMSecsSinceEpoch(utcMs, Qt::OffsetFromUTC, data->head.offsetMinutes * SecondsPerMinute);
     data->head.title = QStringLiteral("Trip %1 of %2")
                            .arg(numbers.front())
                            .arg(time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));

@@ -1,12 +1,11 @@
 #include "history/JournalFixture.h"
+#include "platform/TimeUnits.h"
 #include "support/Name.h"
 
 #include <QDateTime>
 
 namespace quorvik::testing
 {
-
-constexpr qint64 MsOfDay = 86'400'000;
 
 /** Action numbers, the newest first. */
 std::vector<int> NumbersOf(const std::vector<ShownAction> &actions)
@@ -95,7 +94,7 @@ TEST_F(JournalTest, FiltersShowWhatTheySay)
 TEST_F(JournalTest, WhatIsTooOldGoesWithAllThatBelongsToIt)
 {
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    const auto ago = [now](double days) { return JournalTime{now - qint64(days * MsOfDay), 0}; };
+    const auto ago = [now](double days) { return JournalTime{now - qint64(days * MsPerDay), 0}; };
     struct {
         int mostDays;
         int mostRows;

@@ -1,6 +1,7 @@
 #include "SampleHistory.h"
 
 #include "model/ParameterNumbers.h"
+#include "platform/TimeUnits.h"
 
 #include <QDateTime>
 #include <QSqlDatabase>
@@ -13,13 +14,12 @@ namespace
 {
 
 constexpr int FlushMs = 10000;
-constexpr int SecondsOfMinute = 60;
 
 /** So late on a morning, in the zone of the computer. */
 JournalTime At(int hour, int minute, int second)
 {
     const QDateTime time({2026, 11, 22}, {hour, minute, second});
-    return {time.toMSecsSinceEpoch(), time.offsetFromUtc() / SecondsOfMinute};
+    return {time.toMSecsSinceEpoch(), time.offsetFromUtc() / SecondsPerMinute};
 }
 
 JournalRow Row(int p, const char *name, const char *before, const char *after, EntryResult result)

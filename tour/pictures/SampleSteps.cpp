@@ -1,6 +1,7 @@
 #include "SampleSteps.h"
 
 #include "model/ParameterTable.h"
+#include "platform/TimeUnits.h"
 #include "trend/StepResponse.h"
 
 #include <QDateTime>
@@ -12,8 +13,6 @@ namespace quorvik
 namespace
 {
 
-constexpr qint64 UsPerMs = 1000;
-constexpr double MsPerSecond = 1000;
 constexpr int RoundMs = 12; ///< in which each channel is read once
 constexpr qint64 AnswerUs = 5000;
 constexpr double RawPerPercent = 100;
@@ -132,7 +131,7 @@ double SampleSteps::Percent() const
 
 double SampleSteps::Seconds() const
 {
-    return MachineOf(loop_).holdMs / MsPerSecond;
+    return double(MachineOf(loop_).holdMs) / MsPerSecond;
 }
 
 int SampleSteps::Reference() const

@@ -1,6 +1,7 @@
 #include "SampleTrend.h"
 
 #include "desktop/Desk.h"
+#include "platform/TimeUnits.h"
 
 #include <QDateTime>
 #include <cmath>
@@ -12,9 +13,6 @@ namespace
 {
 
 constexpr int FlushMs = 10000;
-constexpr qint64 UsPerMs = 1000;
-constexpr double UsPerSecond = 1e6;
-constexpr int SecondsOfMinute = 60;
 
 constexpr double Before = 40; ///< percent of speed
 constexpr double Height = 10;
@@ -96,7 +94,7 @@ TrendData Step(const ParameterTable &table, const QTime &at)
                  .notes = {},
                  .beganUs = 0,
                  .beganUtcMs = time.toMSecsSinceEpoch(),
-                 .offsetMinutes = time.offsetFromUtc() / SecondsOfMinute};
+                 .offsetMinutes = time.offsetFromUtc() / SecondsPerMinute};
     Noise noise;
     int shift = 0;
     for (const Signal &signal : Signals) {

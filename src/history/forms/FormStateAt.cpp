@@ -1,6 +1,7 @@
 #include "history/forms/FormStateAt.h"
 
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 
 #include <QBoxLayout>
 #include <QComboBox>
@@ -17,8 +18,6 @@ namespace
 {
 
 constexpr int DriveCharacters = 48;
-constexpr qint64 MsOfSecond = 1000;
-constexpr double MsOfHour = 3600000;
 
 } // namespace
 
@@ -74,7 +73,7 @@ int FormStateAt::IndexOf(const ShownAction *action) const
 {
     if (action && action->drive)
         for (std::size_t i = 0; i < drives_.size(); ++i) {
-            const double hours = double(drives_[i].time.utcMs - action->action.time.utcMs) / MsOfHour;
+            const double hours = double(drives_[i].time.utcMs - action->action.time.utcMs) / MsPerHour;
             if (drives_[i].identity.IsSameAs(*action->drive, hours))
                 return int(i);
         }
@@ -88,7 +87,7 @@ const JournalSighting &FormStateAt::Drive() const
 
 qint64 FormStateAt::UtcMs() const
 {
-    return editMoment_->dateTime().toSecsSinceEpoch() * MsOfSecond + MsOfSecond - 1;
+    return editMoment_->dateTime().toSecsSinceEpoch() * MsPerSecond + MsPerSecond - 1;
 }
 
 } // namespace quorvik

@@ -2,6 +2,7 @@
 
 #include "model/Conversions.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendStatistics.h"
 #include "trend/forms/ChannelModel.h"
 
@@ -17,7 +18,6 @@ namespace quorvik
 namespace
 {
 
-constexpr double UsPerSecond = 1e6;
 /** Of the program's time, figures may take one part in so many. */
 constexpr qint64 Sparing = 20;
 constexpr int NumberCharacters = 14;

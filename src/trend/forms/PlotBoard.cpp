@@ -1,6 +1,7 @@
 #include "trend/forms/PlotBoard.h"
 
 #include "model/Conversions.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendView.h"
 #include "trend/forms/PlotColours.h"
 #include "trend/forms/PlotScales.h"
@@ -15,10 +16,7 @@ namespace quorvik
 namespace
 {
 
-constexpr double UsPerSecond = 1e6;
-constexpr int SecondsPerMinute = 60;
-constexpr double MinutesFrom = 120; // as the ticks are labelled
-constexpr double LaneLines = 1.5;   // height of a lane in lines of text
+constexpr double LaneLines = 1.5; // height of a lane in lines of text
 constexpr double LaneLinesAlone = 3.2;
 constexpr double LaneStretch = 0.6; // of a frame of lanes beside one of curves
 constexpr double LinesPerValue = 2.6;

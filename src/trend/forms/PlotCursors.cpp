@@ -3,6 +3,7 @@
 #include "desktop/BoxColors.h"
 #include "model/ShownText.h"
 #include "platform/Numbers.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendView.h"
 #include "trend/forms/PlotBoard.h"
 
@@ -16,7 +17,6 @@ namespace quorvik
 namespace
 {
 
-constexpr double UsPerSecond = 1e6;
 constexpr int TimeDecimals = 4;
 constexpr double DotRadius = 3;
 

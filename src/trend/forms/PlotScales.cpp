@@ -1,5 +1,7 @@
 #include "trend/forms/PlotScales.h"
 
+#include "platform/TimeUnits.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -16,9 +18,6 @@ constexpr int LeastCounts = 10;        // an axis is not finer than this many st
 constexpr double LeastOfValue = 0.002; // nor finer than this part of a value that stands still
 constexpr int IntervalsWanted = 4;
 constexpr int MostDecimals = 6;
-constexpr double SecondsPerMinute = 60;
-constexpr double SecondsPerHour = 3600;
-constexpr double MinutesFrom = 120;
 
 int DecimalsOfStep(double step)
 {

@@ -1,5 +1,7 @@
 #include "trend/forms/RecordingTexts.h"
 
+#include "platform/TimeUnits.h"
+
 #include <QDateTime>
 #include <QFileInfo>
 
@@ -8,10 +10,6 @@ namespace quorvik::RecordingTexts
 
 namespace
 {
-
-constexpr qint64 MsOfSecond = 1000;
-constexpr qint64 SecondsOfMinute = 60;
-constexpr qint64 MinutesOfHour = 60;
 
 QString Kind(const StoredRecording &recording)
 {
@@ -59,23 +57,23 @@ QString When(const StoredRecording &recording)
 {
     const QDateTime utc = QDateTime::fromMSecsSinceEpoch(recording.firstUtcMs, Qt::UTC);
     const QDateTime time = recording.failure.isEmpty()
-                               ? utc.toOffsetFromUtc(int(recording.head.offsetMinutes * SecondsOfMinute))
+                               ? utc.toOffsetFromUtc(int(recording.head.offsetMinutes * SecondsPerMinute))
                                : utc.toLocalTime();
     return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
 QString Length(qint64 milliseconds)
 {
-    const qint64 seconds = milliseconds / MsOfSecond;
-    if (seconds < SecondsOfMinute)
-        return QStringLiteral("%1 s").arg(double(milliseconds) / MsOfSecond, 0, 'f', 1);
+    const qint64 seconds = milliseconds / MsPerSecond;
+    if (seconds < SecondsPerMinute)
+        return QStringLiteral("%1 s").arg(double(milliseconds) / MsPerSecond, 0, 'f', 1);
     const auto two = [](qint64 number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
-    const qint64 minutes = seconds / SecondsOfMinute;
-    if (minutes < MinutesOfHour)
-        return QStringLiteral("%1:%2 min").arg(minutes).arg(two(seconds % SecondsOfMinute));
+    const qint64 minutes = seconds / SecondsPerMinute;
+    if (minutes < MinutesPerHour)
+        return QStringLiteral("%1:%2 min").arg(minutes).arg(two(seconds % SecondsPerMinute));
     return QStringLiteral("%1:%2:%3 h")
-        .arg(minutes / MinutesOfHour)
-        .arg(two(minutes % MinutesOfHour), two(seconds % SecondsOfMinute));
+        .arg(minutes / MinutesPerHour)
+        .arg(two(minutes % MinutesPerHour), two(seconds % SecondsPerMinute));
 }
 
 QString State(const StoredRecording &recording)

@@ -1,5 +1,6 @@
 #include "trend/forms/StateText.h"
 
+#include "platform/TimeUnits.h"
 #include "trend/TrendRecorder.h"
 #include "trend/TrendView.h"
 #include "trend/forms/TriggerText.h"
@@ -12,8 +13,6 @@ namespace quorvik
 
 namespace
 {
-
-constexpr int SecondsOfMinute = 60;
 
 QString Channels(std::size_t count)
 {
@@ -60,7 +59,7 @@ QString RunningText(const TrendRecorder &recorder, bool isOnLine)
 QString RecordingText(const TrendData &data)
 {
     const QDateTime began = QDateTime::fromMSecsSinceEpoch(
-        data.head.beganUtcMs, QTimeZone(data.head.offsetMinutes * SecondsOfMinute));
+        data.head.beganUtcMs, QTimeZone(data.head.offsetMinutes * SecondsPerMinute));
     QString text = QStringLiteral("Recording of %1, %2")
                        .arg(began.toString(QStringLiteral("yyyy-MM-dd hh:mm")),
                             data.head.drive ? data.head.drive->Text() : QStringLiteral("off line"));

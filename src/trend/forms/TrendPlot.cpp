@@ -4,6 +4,7 @@
 #include "desktop/PlainText.h"
 #include "platform/Clock.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendView.h"
 #include "trend/forms/PlotCanvas.h"
 #include "trend/forms/PlotColours.h"
@@ -23,7 +24,6 @@ namespace
 constexpr int FrameMs = 50;
 constexpr int SlowestFrameMs = 100;
 constexpr int RestPerWork = 8; // a picture that took long is followed by a pause of so many times as long
-constexpr qint64 UsPerMs = 1000;
 
 } // namespace
 

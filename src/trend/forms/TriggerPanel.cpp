@@ -2,6 +2,7 @@
 
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendRecorder.h"
 #include "trend/forms/ChannelModel.h"
 #include "trend/forms/LevelField.h"
@@ -22,7 +23,6 @@ namespace quorvik
 namespace
 {
 
-constexpr double MsPerSecond = 1000;
 constexpr double LeastLength = 0.1;
 constexpr double MostSeconds = 3600;
 constexpr int MostCaptures = 10;
@@ -208,9 +208,9 @@ void TriggerPanel::SetSetting(const TriggerSetting &setting)
         comboKind_->setCurrentIndex(std::max(comboKind_->findData(int(kept.kind)), 0));
         if (const int index = comboSignal_->findData(kept.param); index >= 0)
             comboSignal_->setCurrentIndex(index);
-        length_->setValue(kept.windowMs / MsPerSecond);
+        length_->setValue(double(kept.windowMs) / MsPerSecond);
         before_->setValue(kept.prePercent);
-        holdOff_->setValue(kept.holdOffMs / MsPerSecond);
+        holdOff_->setValue(double(kept.holdOffMs) / MsPerSecond);
         count_->setValue(kept.captures);
     }
     setting_ = kept;

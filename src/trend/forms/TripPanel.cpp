@@ -2,6 +2,7 @@
 
 #include "model/ParameterTable.h"
 #include "platform/Guard.h"
+#include "platform/TimeUnits.h"
 #include "trend/TrendRecorder.h"
 #include "trend/TripTrend.h"
 
@@ -12,13 +13,6 @@
 
 namespace quorvik
 {
-
-namespace
-{
-
-constexpr int MsPerSecond = 1000;
-
-} // namespace
 
 TripPanel::TripPanel(const ParameterTable &table, TrendRecorder &recorder, TripTrend &trips, QWidget *parent)
     : QWidget(parent)

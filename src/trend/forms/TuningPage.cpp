@@ -5,6 +5,7 @@
 #include "model/Conversions.h"
 #include "model/ParameterTable.h"
 #include "model/ShownText.h"
+#include "platform/TimeUnits.h"
 #include "trend/forms/GainFields.h"
 #include "trend/forms/TrendHost.h"
 #include "trend/forms/TryTable.h"
@@ -31,7 +32,6 @@ namespace
 
 constexpr int TickMs = 200;
 constexpr int WidthInCharacters = 54;
-constexpr double MsPerSecond = 1000;
 constexpr double UsualHoldSeconds = 3;
 
 QPushButton *MakeButton(QWidget *parent, const char *name, const char *caption, const char *toolTip)
@@ -119,8 +119,8 @@ QWidget *TuningPage::MakeStepFields(QWidget *parent)
     spinSize_ = MakeNumber(fields, "SpinStepSize", "Size of the step");
     spinHold_ = MakeNumber(fields, "SpinStepHold", "How long the step holds, in seconds");
     spinHold_->setDecimals(1);
-    spinHold_->setRange(steps_.Timings().leastHoldMs / MsPerSecond,
-                        steps_.Timings().mostHoldMs / MsPerSecond);
+    spinHold_->setRange(double(steps_.Timings().leastHoldMs) / MsPerSecond,
+                        double(steps_.Timings().mostHoldMs) / MsPerSecond);
     spinHold_->setValue(UsualHoldSeconds);
     spinHold_->setSuffix(QStringLiteral(" s"));
     commandStep_ =
@@ -293,7 +293,7 @@ void TuningPage::ShowState()
     commandCopy_->setEnabled(!steps_.Tries().empty());
     QString sentence = steps_.Sentence();
     if (steps_.State() == StepState::Holding)
-        sentence += QStringLiteral(" %1 s left.").arg(steps_.LeftMs() / MsPerSecond, 0, 'f', 1);
+        sentence += QStringLiteral(" %1 s left.").arg(double(steps_.LeftMs()) / MsPerSecond, 0, 'f', 1);
     else if (sentence.isEmpty() && !isOnLine)
         sentence = QStringLiteral("A step needs a drive on line.");
     labelState_->setText(sentence);
