@@ -24,7 +24,7 @@ constexpr int LongestMs = 600'000;
 constexpr std::int64_t Forever = std::numeric_limits<std::int64_t>::max();
 constexpr char ExtraByte = 0x55;
 
-QString NotUnderstood(const QString &word)
+QString NoFault(const QString &word)
 {
     return QStringLiteral("A fault cannot be \"%1\".").arg(word);
 }
@@ -43,13 +43,13 @@ QString FaultInjector::Add(const QString &words, std::int64_t now)
     const auto found = std::find_if(std::begin(KindNames), std::end(KindNames),
                                     [&](const char *known) { return name == QLatin1String(known); });
     if (found == std::end(KindNames))
-        return NotUnderstood(words);
+        return NoFault(words);
     Order order;
     order.kind = FaultKind(found - std::begin(KindNames));
     if (parts[0].contains(u':')) {
         const auto param = WholeNumber(parts[0].section(u':', 1), 0, HighestNumber);
         if (!param)
-            return NotUnderstood(parts[0]);
+            return NoFault(parts[0]);
         order.param = *param;
     }
     std::uint64_t seed = DefaultSeed;
@@ -70,7 +70,7 @@ QString FaultInjector::Add(const QString &words, std::int64_t now)
         } else if (key == QStringLiteral("ms") && number && *number <= LongestMs) {
             order.ms = int(*number);
         } else {
-            return NotUnderstood(part);
+            return NoFault(part);
         }
     }
     if (order.kind == FaultKind::Late && order.ms == 0)

@@ -21,7 +21,6 @@ const QString AnalogInput1 = QStringLiteral("Analog Input 1");
 const QString AnalogInput2 = QStringLiteral("Analog Input 2");
 const QString AnalogInput3 = QStringLiteral("Analog Input 3");
 const QString AuxPi = QStringLiteral("Aux PI");
-const QString CurrentLoop = QStringLiteral("Current Loop");
 const QString DigitalInput = QStringLiteral("Digital Input 2");
 const QString FaultLogic = QStringLiteral("Fault Logic");
 const QString FieldCrossover = QStringLiteral("Field Crossover");

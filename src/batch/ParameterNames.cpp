@@ -13,7 +13,7 @@ namespace quorvik
 namespace
 {
 
-constexpr int MostNamed = 12;
+constexpr int MostMatches = 12;
 /** The protocol has no higher parameter. */
 constexpr int LastNumber = std::numeric_limits<std::int16_t>::max();
 
@@ -56,7 +56,7 @@ NamedParams FindParams(const QString &text, const ParameterTable &table)
     if (found.size() > 1)
         return {.failure =
                     QStringLiteral("\"%1\" may be one of these; name one, or its number:\n").arg(wanted) +
-                    FullNames(table, found, MostNamed, QStringLiteral("\n"))};
+                    FullNames(table, found, MostMatches, QStringLiteral("\n"))};
     return {.params = found};
 }
 

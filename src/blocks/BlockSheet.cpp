@@ -16,7 +16,6 @@ namespace
 {
 
 constexpr double BoxHeight = 3;
-constexpr double CaptionDistance = 2.6;
 /** Wide enough for what nearly all parameters show, so that the boxes of a window stand in columns. */
 constexpr double UsualBoxWidth = 12;
 constexpr double TablePitch = 3.8;

@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr int FewestLetters = 3;
-constexpr QChar Parted = u'\t';
+constexpr QChar FieldMark = u'\t';
 constexpr QChar Listed = u';';
 /** A line of a parameter begins with it. */
 constexpr QChar Numbered = u'@';
@@ -33,11 +33,11 @@ QByteArray HelpWords::ToText() const
     for (const Topic &topic : topics)
         lines.append(
             QStringList{topic.page, topic.title, topic.chapter, topic.keywords.join(Listed), topic.words}
-                .join(Parted));
+                .join(FieldMark));
     QList<int> numbers = parameters.keys();
     std::ranges::sort(numbers);
     for (const int number : numbers)
-        lines.append(Numbered + QString::number(number) + Parted + parameters[number]);
+        lines.append(Numbered + QString::number(number) + FieldMark + parameters[number]);
     return (lines.join(u'\n') + u'\n').toUtf8();
 }
 
@@ -47,7 +47,7 @@ HelpWords HelpWords::FromText(const QByteArray &text)
     HelpWords words;
     const QStringList lines = QString::fromUtf8(text).split(u'\n', Qt::SkipEmptyParts);
     for (const QString &line : lines) {
-        const QStringList fields = line.split(Parted);
+        const QStringList fields = line.split(FieldMark);
         if (line.startsWith(Numbered) && fields.size() == 2)
             words.parameters.insert(fields[0].mid(1).toInt(), fields[1]);
         else if (fields.size() == topicFields)

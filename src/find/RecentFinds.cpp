@@ -21,13 +21,13 @@ const QString &RecentKey()
 }
 
 /** In no name of a menu entry and of no page. */
-constexpr QChar Parted = u'|';
+constexpr QChar KeyMark = u'|';
 
 } // namespace
 
 QStringList RecentFinds::Keys() const
 {
-    return settings_.GetSetting(Section(), RecentKey()).split(Parted, Qt::SkipEmptyParts).mid(0, Most);
+    return settings_.GetSetting(Section(), RecentKey()).split(KeyMark, Qt::SkipEmptyParts).mid(0, Most);
 }
 
 void RecentFinds::Add(const QString &key)
@@ -35,7 +35,7 @@ void RecentFinds::Add(const QString &key)
     QStringList keys = Keys();
     keys.removeAll(key);
     keys.prepend(key);
-    settings_.SaveSetting(Section(), RecentKey(), keys.mid(0, Most).join(Parted));
+    settings_.SaveSetting(Section(), RecentKey(), keys.mid(0, Most).join(KeyMark));
 }
 
 } // namespace quorvik

@@ -25,11 +25,13 @@ std::span<const ValueType> ValueTypes();
 /** @param typeCode 0 to 31; what lies beyond the table is a number. */
 const ValueType &TypeOf(int typeCode);
 
+inline constexpr std::int32_t LastDriveState = 8;
+
 /**
  * The fixed text tables, each zero-based. An index outside a table raises RuntimeFailure.
  */
 QString ModelText(std::int32_t code);       ///< 0 to 32, the model number by model code
-QString DriveStateText(std::int32_t state); ///< 0 to 8, the meanings of parameter 422
+QString DriveStateText(std::int32_t state); ///< 0 to LastDriveState, the meanings of parameter 422
 QString FaultText(std::int32_t fault);      ///< 0 to 9
 QString DayText(std::int32_t day);          ///< 0 to 7
 QString AccessText(std::int32_t access);    ///< 0 to 5

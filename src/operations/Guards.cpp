@@ -16,7 +16,6 @@ namespace
 {
 
 constexpr std::int32_t LastModelCode = 32;
-constexpr std::int32_t LastDriveState = 8;
 
 /** When a guard may have something to ask. */
 enum class Moment { Restart, LoadFromMemory, Write, WholeWrite };

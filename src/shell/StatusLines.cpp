@@ -273,17 +273,17 @@ void StatusLines::ShowRanWhenSaved()
 
 void StatusLines::ShowDriveState(const QString &text)
 {
-    using Condition = StatusBarMain::Condition;
-    Condition condition = Condition::Calm;
+    auto condition = StatusBarMain::Condition::Calm;
     if (!text.isEmpty()) {
         const std::int32_t state = engines_.table.Value(Param::DriveState);
         if (state == EStopState)
-            condition = Condition::Tripped;
+            condition = StatusBarMain::Condition::Tripped;
         else if (std::ranges::find(StoppingStates, state) != std::end(StoppingStates))
-            condition = Condition::Stopping;
+            condition = StatusBarMain::Condition::Stopping;
     }
-    const QString faults =
-        condition == Condition::Tripped && !Faults().isEmpty() ? QStringLiteral(": ") + Faults() : QString();
+    const QString faults = condition == StatusBarMain::Condition::Tripped && !Faults().isEmpty()
+                               ? QStringLiteral(": ") + Faults()
+                               : QString();
     main_.StatusPanels().SetDriveStatus(text, condition, faults);
 }
 

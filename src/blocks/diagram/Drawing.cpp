@@ -9,7 +9,6 @@ namespace
 {
 
 constexpr double DotRadius = 0.45;
-constexpr double ContactRadius = 0.5;
 constexpr double HandRoom = 1.5;
 constexpr double LinkStub = 1.5;
 

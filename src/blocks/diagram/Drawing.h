@@ -12,6 +12,8 @@
 namespace quorvik
 {
 
+inline constexpr double ContactRadius = 0.5; ///< of the circle of a contact, in cells
+
 /** The vocabulary of block diagrams. */
 enum class Symbol {
     Wire,       ///< orthogonal line, with an arrow head where it feeds an element

@@ -14,7 +14,6 @@ namespace
 
 constexpr double LineWidth = 0.24;
 constexpr double LitWidth = 0.4;
-constexpr double ContactRadius = 0.5;
 
 } // namespace
 

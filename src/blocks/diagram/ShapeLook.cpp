@@ -23,7 +23,6 @@ constexpr double High = 0.22;
 constexpr double BandLeft = 0.34;
 constexpr double BandRight = 0.66;
 constexpr double Left = 0.16;
-constexpr double Right = 0.84;
 } // namespace Place
 
 double Between(double from, double to, double part)

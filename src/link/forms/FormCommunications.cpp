@@ -19,8 +19,6 @@ namespace quorvik
 namespace
 {
 
-/** An adapter that is plugged in while the window is open shows within this time. */
-constexpr int UpdateIntervalMs = 1000;
 constexpr int DeviceColumns = 34;
 
 } // namespace
@@ -115,7 +113,7 @@ FormCommunications::FormCommunications(Desk &desk, QWidget *owner, DriveLink &li
     On(comboDevice_->lineEdit(), &QLineEdit::editingFinished, this, [this] { KeepDevice(); });
     On(commandOK, &QPushButton::clicked, this, [this] { accept(); });
     On(&timerUpdateScreen_, &QTimer::timeout, this, [this] { ShowPluggedIn(); });
-    timerUpdateScreen_.start(UpdateIntervalMs);
+    timerUpdateScreen_.start(LookForPortsMs);
     ShowDevice();
 }
 

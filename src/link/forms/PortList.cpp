@@ -25,9 +25,7 @@ namespace quorvik
 namespace
 {
 
-/** An adapter that is plugged in while the list is open shows within this time. */
-constexpr int UpdateIntervalMs = 1000;
-constexpr int RowsInSight = 6;
+constexpr int PortsInSight = 6;
 
 enum Column { ColumnPort, ColumnDevice, ColumnAdapter, ColumnSerialNumber, ColumnState };
 
@@ -84,7 +82,7 @@ PortList::PortList(const ParameterTable &table, const Ports &ports, const LinkTi
     }
     treePorts_->setMinimumWidth(width);
     // So many that the window goes on a small screen with large texts.
-    treePorts_->setFixedHeight(header->sizeHint().height() + RowsInSight * (metrics.height() + 4) +
+    treePorts_->setFixedHeight(header->sizeHint().height() + PortsInSight * (metrics.height() + 4) +
                                2 * treePorts_->frameWidth());
 
     commandFindDrive_->setObjectName(QStringLiteral("CommandFindDrive"));
@@ -125,7 +123,7 @@ PortList::PortList(const ParameterTable &table, const Ports &ports, const LinkTi
             Show(looking_.result());
     });
     On(&timerUpdateScreen_, &QTimer::timeout, this, [this] { LookAgain(); });
-    timerUpdateScreen_.start(UpdateIntervalMs);
+    timerUpdateScreen_.start(LookForPortsMs);
     Refresh();
 }
 
@@ -141,7 +139,7 @@ void PortList::ShowOnlyPresent()
     // There are few of them, and the adapter tells them apart.
     constexpr int rowsInSight = 4;
     treePorts_->setFixedHeight(treePorts_->height() -
-                               (RowsInSight - rowsInSight) * (fontMetrics().height() + 4));
+                               (PortsInSight - rowsInSight) * (fontMetrics().height() + 4));
     treePorts_->setColumnHidden(ColumnSerialNumber, true);
     treePorts_->setMinimumWidth(treePorts_->minimumWidth() - fontMetrics().horizontalAdvance(QLatin1String(
                                                                  Columns[ColumnSerialNumber].sample)));

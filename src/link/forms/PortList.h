@@ -16,6 +16,8 @@ class QTreeWidgetItem;
 namespace quorvik
 {
 
+inline constexpr int LookForPortsMs = 1000; ///< an adapter that is plugged in shows within this time
+
 /**
  * What is behind each port number, and a button that looks for the port where a drive answers. A row that is
  * clicked or reached by the keys is chosen; a device without a number gets one by a click or Enter.

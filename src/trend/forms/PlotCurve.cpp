@@ -12,7 +12,7 @@ namespace
 
 constexpr double DotsFromPixels = 8; // between two samples, on average
 constexpr double SpansFromPixels = 4;
-constexpr double DotRadius = 2.2;
+constexpr double SampleRadius = 2.2;
 constexpr double SpanWidth = 3;
 constexpr int SpanAlpha = 90;
 constexpr double SmoothWidth = 1.4;
@@ -148,7 +148,7 @@ void PlotCurve::DrawSamples(QCPPainter *painter)
         if (hasDots) {
             painter->setPen(Qt::NoPen);
             painter->setBrush(pen_.color());
-            painter->drawEllipse(at, DotRadius, DotRadius);
+            painter->drawEllipse(at, SampleRadius, SampleRadius);
         }
     }
 }

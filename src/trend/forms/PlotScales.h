@@ -28,7 +28,9 @@ protected:
     double step_ = 1;
 };
 
-/** Ticks of seconds; from two minutes on as minutes and seconds, from an hour on with the hours. */
+inline constexpr double MinutesFrom = 120; ///< seconds from which on a time axis tells minutes
+
+/** Ticks of seconds; from MinutesFrom on as minutes and seconds, from an hour on with the hours. */
 class TimeTicker : public ValueTicker
 {
 protected:
