@@ -1,6 +1,7 @@
+#include "help/HelpSource.h"
+
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QRegularExpression>
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -47,13 +48,6 @@ bool IsNone(const NoMessage &none, const QString &path, const QString &text)
 {
     const QRegularExpression file(QStringLiteral("^(?:%1)").arg(QLatin1String(none.file)));
     return path.contains(file) && text.startsWith(QLatin1String(none.beginning));
-}
-
-QString FileText(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << "there is no " << qPrintable(path);
-    return QString::fromUtf8(file.readAll());
 }
 
 /** The sources without comments, by their path below src. A literal may run over several lines of the code.

@@ -1,11 +1,11 @@
 #include "blocks/BlockForm.h"
+#include "help/HelpSource.h"
 #include "model/Faults.h"
 #include "model/TextTables.h"
 #include "shell/EveryWindow.h"
 #include "shell/ShellFixture.h"
 #include "support/WindowTest.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -14,13 +14,6 @@ namespace quorvik::testing
 
 namespace
 {
-
-QString FileText(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << "there is no " << qPrintable(path);
-    return QString::fromUtf8(file.readAll());
-}
 
 QString TopicText(const QString &topic)
 {
@@ -57,8 +50,6 @@ QSet<int> RowsOf(const QString &topic)
     }
     return numbers;
 }
-
-} // namespace
 
 TEST_F(WindowTopics, EveryBlockHasItsOwnThatExplainsEveryRow)
 {
@@ -120,5 +111,7 @@ TEST_F(MainWindowTopics, F1GoesToTheChildInFrontAndElseToTheContents)
     QTest::keyClick(box, Qt::Key_F1);
     EXPECT_EQ(help.Topics.mid(1), QStringList{QStringLiteral("Velocity Loop.htm")});
 }
+
+} // namespace
 
 } // namespace quorvik::testing

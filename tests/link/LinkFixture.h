@@ -22,12 +22,6 @@
 namespace quorvik::testing
 {
 
-/** Runs the event loop until the condition holds. @return False when it did not within five seconds. */
-inline bool WaitUntil(const std::function<bool()> &condition)
-{
-    return PumpWhile([&] { return !condition(); }, QDeadlineTimer(5000));
-}
-
 /** The real engine over a pseudo-terminal, with short intervals and a table of parameters 0 to 500. */
 class LinkFixture : public ::testing::Test
 {

@@ -2,6 +2,7 @@
 
 #include "drive/PseudoTerminal.h"
 #include "link/Frames.h"
+#include "platform/Waiting.h"
 
 #include <QList>
 #include <QSocketNotifier>
@@ -13,6 +14,12 @@
 
 namespace quorvik::testing
 {
+
+/** Runs the event loop until the condition holds. @return False when it did not within five seconds. */
+inline bool WaitUntil(const std::function<bool()> &condition)
+{
+    return PumpWhile([&] { return !condition(); }, QDeadlineTimer(5000));
+}
 
 /**
  * The other end of a pseudo-terminal that behaves as a drive unless a test tells it what to answer. It

@@ -2,7 +2,6 @@
 
 #include "operations/OperationsFixture.h"
 #include "platform/RuntimeFailure.h"
-#include "platform/Waiting.h"
 
 #include <QSignalSpy>
 
@@ -15,19 +14,12 @@ namespace
 using enum MsgAnswer;
 
 /** The ways in which a whole set goes to the drive. */
-enum class Way { OpenOnLine, WriteSettings, GoOnLineYes };
+enum class Route { OpenOnLine, WriteSettings, GoOnLineYes };
 
 constexpr int Marked = Param::Reference1; ///< a setting whose value tells whose set is in the drive
 constexpr int InSet = 100;
 constexpr int InDrive = 55;
 constexpr int Edited = Param::Reference2; ///< changed off line, and so queued
-
-bool WaitUntil(const std::function<bool()> &condition)
-{
-    return PumpWhile([&] { return !condition(); }, QDeadlineTimer(5000));
-}
-
-} // namespace
 
 class GuardsTest : public OperationsTest
 {
@@ -39,7 +31,7 @@ protected:
 
     /** Program and peer have the factory set, but for one value each; the program's lies in a file where that
      * is to be opened. A drive whose state is negative has no state. */
-    void Prepare(Way way, const ParamValue &ofSet, const ParamValue &ofDrive)
+    void Prepare(Route way, const ParamValue &ofSet, const ParamValue &ofDrive)
     {
         StartAnew();
         table.DropAllWrites();
@@ -49,7 +41,7 @@ protected:
         peer.Values[ofDrive.param] = ofDrive.rawValue;
         peer.LastParam = peer.Values[Param::DriveState] < 0 ? 400 : 433;
         const std::int32_t factory = std::exchange(table.Row(ofSet.param).Value, ofSet.rawValue);
-        if (way == Way::OpenOnLine) {
+        if (way == Route::OpenOnLine) {
             SavedSet();
             table.Row(ofSet.param).Value = factory;
             ASSERT_TRUE(drive.GoOnLine().IsDone());
@@ -62,11 +54,11 @@ protected:
         peer.Frames.clear();
     }
 
-    OperationResult Send(Way way)
+    OperationResult Send(Route way)
     {
-        if (way == Way::WriteSettings)
+        if (way == Route::WriteSettings)
             return commands.WriteToDrive();
-        if (way == Way::GoOnLineYes)
+        if (way == Route::GoOnLineYes)
             return drive.ToggleComStatus();
         asker.ExpectOpen(Path("saved.Svx"));
         return commands.Open();
@@ -106,18 +98,18 @@ TEST_F(GuardsTest, AWholeSetWaitsForTheAnswer)
         {{Param::DriveModel, 0}, same, "The set: Undefined", Cancel, NotSent},
     };
     table.AddReadInterest(Marked);
-    for (const Way way : {Way::OpenOnLine, Way::WriteSettings, Way::GoOnLineYes})
+    for (const Route way : {Route::OpenOnLine, Route::WriteSettings, Route::GoOnLineYes})
         for (const auto &c : cases) {
             SCOPED_TRACE(::testing::Message() << "way " << int(way) << ", case " << &c - cases);
             ASSERT_NO_FATAL_FAILURE(Prepare(way, c.ofSet, c.ofDrive));
             const int p = c.ofSet.param;
             const int before = peer.Values[p];
             const bool isSent = c.then == Sent || c.then == LeftOut;
-            if (way == Way::GoOnLineYes)
+            if (way == Route::GoOnLineYes)
                 asker.Expect(QStringLiteral("Write current parameter settings"), Yes);
             if (c.box != nullptr)
                 asker.Expect(QLatin1String(c.box), c.answer);
-            if (way == Way::WriteSettings && isSent)
+            if (way == Route::WriteSettings && isSent)
                 asker.Expect(QStringLiteral("Save Changes in Drive?"), No);
             EXPECT_EQ(Send(way).outcome, isSent              ? Outcome::Done
                                          : c.then == Refused ? Outcome::Refused
@@ -130,10 +122,10 @@ TEST_F(GuardsTest, AWholeSetWaitsForTheAnswer)
             const bool arrives = c.then == Sent && !table.AttrBit(Attr::ReadOnly, p);
             EXPECT_EQ(peer.Values[p], arrives ? c.ofSet.rawValue : isSent && p == Marked ? InSet : before);
             EXPECT_TRUE(c.then != LeftOut || table.Value(p) == before) << "the set says what the drive has";
-            EXPECT_EQ(document.FileName, Path(isSent && way == Way::OpenOnLine ? "saved.Svx" : "x.Svx"));
-            EXPECT_TRUE(way == Way::OpenOnLine || table.Value(Marked) == InSet) << "held against polling";
+            EXPECT_EQ(document.FileName, Path(isSent && way == Route::OpenOnLine ? "saved.Svx" : "x.Svx"));
+            EXPECT_TRUE(way == Route::OpenOnLine || table.Value(Marked) == InSet) << "held against polling";
             EXPECT_EQ(link.PortOpen(),
-                      way == Way::OpenOnLine || c.then == Refused || (way == Way::GoOnLineYes && isSent));
+                      way == Route::OpenOnLine || c.then == Refused || (way == Route::GoOnLineYes && isSent));
             EXPECT_TRUE(!isSent || link.StopOnlyRefusals == 3) << "few boxes, should it start meanwhile";
             Leave();
         }
@@ -214,13 +206,13 @@ TEST_F(GuardsTest, GoingOnLineToCompareLeavesSetAndDriveAlone)
 TEST_F(GuardsTest, ALineThatBreaksBehindAQuestionLeavesTheSetAsItWas)
 {
     table.AddReadInterest(Param::DriveState);
-    for (const Way way : {Way::OpenOnLine, Way::WriteSettings}) {
+    for (const Route way : {Route::OpenOnLine, Route::WriteSettings}) {
         ASSERT_NO_FATAL_FAILURE(Prepare(way, {Param::Run, 1}, {Param::Stop, 1}));
         asker.Expect(QStringLiteral("(239) Run = True\r\n(240) Stop = False"), Yes);
         asker.WhileShown = [this, way] {
             asker.WhileShown = nullptr;
             asker.Expect(QStringLiteral("not Responding"));
-            if (way == Way::WriteSettings)
+            if (way == Route::WriteSettings)
                 asker.Expect(QStringLiteral("have not been saved!"));
             peer.PullOut();
             EXPECT_TRUE(WaitUntil([this] { return !link.PortOpen(); }));
@@ -231,10 +223,12 @@ TEST_F(GuardsTest, ALineThatBreaksBehindAQuestionLeavesTheSetAsItWas)
         EXPECT_THROW(saving.Save(0), RuntimeFailure) << "to no file that was not opened";
         EXPECT_EQ(table.Row(Marked).WriteFlag, WriteState::None);
         const bool isQueued = table.Row(Edited).WriteFlag == WriteState::Queued && table.WritePending;
-        EXPECT_EQ(isQueued, way == Way::WriteSettings) << "as before";
+        EXPECT_EQ(isQueued, way == Route::WriteSettings) << "as before";
         Leave();
         peer.PlugIn();
     }
 }
+
+} // namespace
 
 } // namespace quorvik::testing

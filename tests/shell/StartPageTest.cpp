@@ -41,8 +41,6 @@ protected:
     int PortNumber() const { return Link().MSComm1.CommPort(); }
 };
 
-} // namespace
-
 TEST_F(StartPageTest, StandsWhereNoWindowIsOpenInTheFrame)
 {
     LoadQuietly();
@@ -147,5 +145,7 @@ TEST_F(StartPageTest, ALessonTicksOffWhatWasDoneAndNothingElse)
     Click("CommandCloseLesson");
     EXPECT_FALSE(card->isVisible());
 }
+
+} // namespace
 
 } // namespace quorvik::testing

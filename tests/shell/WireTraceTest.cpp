@@ -129,8 +129,6 @@ QString Summary(const QString &name, const QStringList &trace)
         .trimmed();
 }
 
-} // namespace
-
 class WireTrace : public ShellTest
 {
 protected:
@@ -252,5 +250,7 @@ TEST_F(WireTrace, HoldsWhatTheDriveIsSent)
         EXPECT_EQ(text.toStdString(), approved.readAll().toStdString());
     folder.setAutoRemove(!HasFailure());
 }
+
+} // namespace
 
 } // namespace quorvik::testing

@@ -4,8 +4,7 @@
 namespace quorvik::testing
 {
 
-constexpr int PercentParam = 218; // percent with two decimals
-constexpr int ListedParam = 197;  // "AFB", "TFB", "EFB"
+constexpr int FeedbackParam = 197; // "AFB", "TFB", "EFB"
 
 /** What the Mentor opens on. */
 constexpr WizardIOStartRecord AnalogIn{0, 0}, DigitalIn{0, 1}, FreqIn{0, 2};
@@ -173,7 +172,7 @@ TEST_F(FormWizardIOTest, AsksWhetherBothValuesOfAListMayBeTheSame)
         {DigitalIn, 6, "ComboBiasGain", "Closed Value", "Open and Closed"},
         {Relay, 9, "ComboOutputBiasGain", "Off Value", "On and Off"}};
     for (const auto &[start, step, infix, second, pair] : rows) {
-        OpenAnswered(start, ListedParam, step);
+        OpenAnswered(start, FeedbackParam, step);
         Pick(ControlName(infix, 1), -1);
         ExpectRefusal(QStringLiteral("Please select a valid item from the %1 list.").arg(Name(second)),
                       ControlName(infix, 1));
@@ -245,7 +244,7 @@ TEST_F(FormWizardIOTest, CountsAndEngineeringValuesFollowEachOther)
 TEST_F(FormWizardIOTest, RecordsTheLiveReadingOnLineAndAsksForTheGainOfABipolarInput)
 {
     desk.table.SetPortOpen(true);
-    OpenAnswered({0, 0, 2}, ListedParam, 4);
+    OpenAnswered({0, 0, 2}, FeedbackParam, 4);
     Click("OptionPolarity(1)");
     const int before = Record(141).ReadFlag;
     P(141) = -1500;

@@ -7,8 +7,7 @@
 namespace quorvik::testing
 {
 
-constexpr int PercentParam = 218; // percent with two decimals
-constexpr int ListedParam = 232;  // "Ramp", "Quick", "Coast"
+constexpr int StopModeParam = 232; // "Ramp", "Quick", "Coast"
 
 class IOSetupTest : public ::testing::Test
 {
@@ -52,10 +51,10 @@ TEST_F(IOSetupTest, WritesAnInputInTheOrderOfItsKind)
          "23=218* 28=1 33=1 38=12 43=2000 53=5000 344=0 "},
         {"analog 5 has no type", AnalogInput, 4, Unipolar, VoltageSignal, PercentParam,
          "27=218* 32=0 42=12 47=2000 52=150 57=5000 348=0 "},
-        {"listed and bipolar", AnalogInput, 0, Bipolar, VoltageSignal, ListedParam,
+        {"listed and bipolar", AnalogInput, 0, Bipolar, VoltageSignal, StopModeParam,
          "23=232* 28=1 33=1 38=12 43=2000 53=1 344=0 "},
         {"digital 7", DigitalInput, 6, Bipolar, VoltageSignal, PercentParam, "7=218* 14=150 21=5000 "},
-        {"digital listed", DigitalInput, 2, Unipolar, VoltageSignal, ListedParam, "3=232* 10=2 17=1 "},
+        {"digital listed", DigitalInput, 2, Unipolar, VoltageSignal, StopModeParam, "3=232* 10=2 17=1 "},
         {"frequency", FrequencyInput, 0, Bipolar, CurrentSignal, PercentParam,
          "63=218* 64=12 65=2000 66=150 67=5000 349=0 "},
     };
@@ -76,11 +75,11 @@ TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
 {
     const std::tuple<OutputType, int, FreqDigMode, int, const char *> rows[] = {
         {AnalogOutput, 1, DigitalMode, 217, "82=217* 86=1000 84=4000 88=1 "},
-        {AnalogOutput, 0, DigitalMode, ListedParam, "81=232* 85=1000 83=20000 87=1 "},
+        {AnalogOutput, 0, DigitalMode, StopModeParam, "81=232* 85=1000 83=20000 87=1 "},
         {FreqDigOutput, 0, FrequencyMode, 217, "89=217* 90=0 96=5 95=20 "},
         {FreqDigOutput, 0, DigitalMode, 217, "90=1 89=217* 92=100 93=500 91=1 "},
         {RelayOutput, 2, FrequencyMode, 217, "71=217* 77=100 80=500 74=1 "},
-        {RelayOutput, 0, FrequencyMode, ListedParam, "69=232* 75=0 78=2 72=1 "},
+        {RelayOutput, 0, FrequencyMode, StopModeParam, "69=232* 75=0 78=2 72=1 "},
     };
     setup.branch = Outputs;
     EXPECT_EQ(Writes(setup.Plan()), "") << "while no kind is chosen";
@@ -91,7 +90,7 @@ TEST_F(IOSetupTest, WritesAnOutputInTheOrderOfItsKind)
         setup.Source = std::int16_t(source);
         EXPECT_EQ(Writes(setup.Plan()), writes);
         // A scaled output is typed in its own unit, whatever the source.
-        EXPECT_EQ(setup.OutputValuesView().IsListed(), type == RelayOutput && source == ListedParam);
+        EXPECT_EQ(setup.OutputValuesView().IsListed(), type == RelayOutput && source == StopModeParam);
     }
 }
 
@@ -185,14 +184,14 @@ TEST_F(IOSetupTest, TheSignalDecidesRangeAndCalibrationHoweverItCameAbout)
 TEST_F(IOSetupTest, ListsAValueInTheScaleItWasConvertedWith)
 {
     ChooseInput(DigitalInput, 0);
-    setup.Destination = ListedParam;
-    desk.table.Row(8).Attributes = desk.table.Row(ListedParam).Attributes;
+    setup.Destination = StopModeParam;
+    desk.table.Row(8).Attributes = desk.table.Row(StopModeParam).Attributes;
     // Neither value has a text in the list of stop modes.
     for (const std::int32_t old : {-1, 7}) {
         desk.table.Row(8).Value = old;
         const std::vector<PlannedLine> lines = setup.Plan().Lines(desk.table);
         ASSERT_EQ(lines.size(), 3U);
-        EXPECT_EQ(lines[0].newText, Name("232 ") + desk.table.Row(ListedParam).Name);
+        EXPECT_EQ(lines[0].newText, Name("232 ") + desk.table.Row(StopModeParam).Name);
         EXPECT_EQ(lines[1].oldText, QString::number(old));
         EXPECT_EQ(lines[1].newText, Name("Coast"));
     }

@@ -8,6 +8,8 @@
 namespace quorvik::testing
 {
 
+inline constexpr int PercentParam = 218; ///< percent with two decimals
+
 /** The writes of a plan in their order, as "23=218* 28=1 "; a star marks one that refreshes the table. */
 inline std::string Writes(const WritePlan &plan)
 {

@@ -44,8 +44,6 @@ protected:
     QString proposed;
 };
 
-} // namespace
-
 TEST_F(CommissioningReportTest, IsNoLongerVerifiedOnceASettingIsAnotherOne)
 {
     Open();
@@ -118,5 +116,7 @@ TEST_F(CommissioningReportTest, MayBeClosedWhileTheDriveIsRead)
     EXPECT_FALSE(form);
     EXPECT_FALSE(QFileInfo::exists(Path()));
 }
+
+} // namespace
 
 } // namespace quorvik::testing

@@ -59,8 +59,6 @@ protected:
     CommissioningReport report;
 };
 
-} // namespace
-
 TEST_F(ReportPagesTest, EveryRowIsWholeUnderItsHeadsAndEveryPageHasItsNumber)
 {
     for (const QPageSize::PageSizeId paper : {QPageSize::A4, QPageSize::Letter}) {
@@ -149,5 +147,7 @@ TEST_F(ReportPagesTest, TheProgramPrintsTheSameAndTellsWhyItCannot)
     EXPECT_FALSE(WritePdf(report, wish).isEmpty());
     EXPECT_EQ(QFileInfo(Path()).size(), size) << "the report of before is left alone";
 }
+
+} // namespace
 
 } // namespace quorvik::testing

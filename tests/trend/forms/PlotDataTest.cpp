@@ -1,4 +1,5 @@
 #include "desktop/BoxColors.h"
+#include "platform/TimeUnits.h"
 #include "trend/forms/PlotColours.h"
 #include "trend/forms/PlotReduction.h"
 #include "trend/forms/PlotScales.h"
@@ -11,8 +12,6 @@ namespace quorvik::testing
 
 namespace
 {
-
-constexpr qint64 Ms = 1000;
 
 std::int32_t Wave(int i)
 {
@@ -37,10 +36,10 @@ TEST(PlotReduction, KeepsTheLeastAndTheGreatestOfEachColumn)
 {
     SampleRing samples;
     for (int i = 0; i < 2000; ++i)
-        samples.Append({.timeUs = i * Ms, .rawValue = i == 1234 ? 9000 : i == 1237 ? -9000 : Wave(i)});
+        samples.Append({.timeUs = i * UsPerMs, .rawValue = i == 1234 ? 9000 : i == 1237 ? -9000 : Wave(i)});
     PlotReduction reduction;
-    const qint64 columnUs = 20 * Ms;
-    reduction.Update(samples, 0, 1999 * Ms, columnUs);
+    const qint64 columnUs = 20 * UsPerMs;
+    reduction.Update(samples, 0, 1999 * UsPerMs, columnUs);
     ASSERT_TRUE(reduction.IsReduced());
     EXPECT_LE(reduction.Points().size(), 200U);
     for (qint64 column = 0; column < 100; ++column) {
@@ -66,7 +65,7 @@ TEST(PlotReduction, FollowsARecordingAsIfItHadSeenItAtOnce)
     int next = 0;
     const auto record = [&](int count) {
         for (const int end = next + count; next < end; ++next)
-            samples.Append({.timeUs = next * Ms, .rawValue = Wave(next)});
+            samples.Append({.timeUs = next * UsPerMs, .rawValue = Wave(next)});
     };
     record(3000);
     for (int round = 0; round < 60; ++round) {
@@ -74,17 +73,17 @@ TEST(PlotReduction, FollowsARecordingAsIfItHadSeenItAtOnce)
         if (round == 20)
             samples.Interrupt();
         if (round == 30) // as when an answer turns out to be nobody's
-            samples.DropSince((next - 40) * Ms);
+            samples.DropSince((next - 40) * UsPerMs);
         if (round == 45) {
-            samples.DropSince((next - 60) * Ms);
+            samples.DropSince((next - 60) * UsPerMs);
             for (int i = next - 60; i < next; ++i)
-                samples.Append({.timeUs = i * Ms, .rawValue = -Wave(i)});
+                samples.Append({.timeUs = i * UsPerMs, .rawValue = -Wave(i)});
         }
-        samples.DropBefore((next - 2900) * Ms);
+        samples.DropBefore((next - 2900) * UsPerMs);
         const qint64 lastUs = samples.Last().timeUs;
-        following.Update(samples, lastUs - 2000 * Ms, lastUs, 10 * Ms);
+        following.Update(samples, lastUs - 2000 * UsPerMs, lastUs, 10 * UsPerMs);
         PlotReduction atOnce;
-        atOnce.Update(samples, lastUs - 2000 * Ms, lastUs, 10 * Ms);
+        atOnce.Update(samples, lastUs - 2000 * UsPerMs, lastUs, 10 * UsPerMs);
         ASSERT_TRUE(following.IsReduced());
         ASSERT_EQ(Drawn(following).right(2000), Drawn(atOnce).right(2000)) << round;
         ASSERT_EQ(following.Extent(), atOnce.Extent()) << round;
@@ -93,19 +92,19 @@ TEST(PlotReduction, FollowsARecordingAsIfItHadSeenItAtOnce)
 
 TEST(PlotReduction, NeverJoinsWhatAGapParts)
 {
-    for (const qint64 columnUs : {qint64(1), 20 * Ms}) {
+    for (const qint64 columnUs : {qint64(1), 20 * UsPerMs}) {
         SampleRing samples;
         for (int i = 0; i < 400; ++i) {
             if (i == 200)
                 samples.Interrupt();
-            samples.Append({.timeUs = (i < 200 ? i : i + 500) * Ms, .rawValue = i});
+            samples.Append({.timeUs = (i < 200 ? i : i + 500) * UsPerMs, .rawValue = i});
         }
         PlotReduction reduction;
-        reduction.Update(samples, 0, 900 * Ms, columnUs);
+        reduction.Update(samples, 0, 900 * UsPerMs, columnUs);
         int breaks = 0;
         for (std::size_t i = 1; i < reduction.Points().size(); ++i) {
             const PlotPoint &point = reduction.Points()[i];
-            const bool isAcross = point.timeUs - reduction.Points()[i - 1].timeUs > 400 * Ms;
+            const bool isAcross = point.timeUs - reduction.Points()[i - 1].timeUs > 400 * UsPerMs;
             EXPECT_EQ(point.isBreak, isAcross) << point.timeUs;
             breaks += point.isBreak ? 1 : 0;
         }

@@ -2,6 +2,7 @@
 
 #include "desktop/ParameterMime.h"
 #include "emulator/DriveEmulator.h"
+#include "platform/TimeUnits.h"
 #include "support/WindowTest.h"
 #include "trend/TrendRecorder.h"
 #include "trend/TrendView.h"
@@ -18,8 +19,6 @@ namespace quorvik::testing
 
 namespace
 {
-
-constexpr qint64 Ms = 1000;
 
 /** A plot of a kept recording: speed, current, a switch, over two seconds, the link gone from 0.8 s to 1.2 s.
  */
@@ -42,11 +41,11 @@ protected:
                 if (ms == 1200)
                     track.samples.Interrupt();
                 track.samples.Append(
-                    {.timeUs = ms * Ms, .rawValue = p == Param::AtZeroSpeed ? int(ms < 500) : ms * 4});
+                    {.timeUs = ms * UsPerMs, .rawValue = p == Param::AtZeroSpeed ? int(ms < 500) : ms * 4});
             }
         }
         data->marks.push_back(
-            {500 * Ms, TrendMarkKind::Edit, int(Param::Reference0), QStringLiteral("0 % to 20 %")});
+            {500 * UsPerMs, TrendMarkKind::Edit, int(Param::Reference0), QStringLiteral("0 % to 20 %")});
         view.Show(data);
         plot.resize(1000, 500);
         plot.show();
@@ -81,8 +80,6 @@ protected:
     PlotCanvas &canvas{plot.Canvas()};
 };
 
-} // namespace
-
 TEST_F(TrendPlotTest, BringsDataToCurvesScalesAndLanes)
 {
     const PlotArea &area = canvas.Board().Areas().front();
@@ -95,17 +92,18 @@ TEST_F(TrendPlotTest, BringsDataToCurvesScalesAndLanes)
     canvas.Redraw();
     EXPECT_EQ(canvas.Board().Areas().front().scales.size(), area.scales.size());
     const PlotCurve &speed = *CurveOf(Param::VelFeedback);
-    EXPECT_TRUE(speed.HeightAt(700 * Ms));
-    EXPECT_FALSE(speed.HeightAt(1000 * Ms)) << "a line across the gap";
-    EXPECT_LT(*speed.HeightAt(700 * Ms), *speed.HeightAt(100 * Ms)) << "more is higher up";
+    EXPECT_TRUE(speed.HeightAt(700 * UsPerMs));
+    EXPECT_FALSE(speed.HeightAt(1000 * UsPerMs)) << "a line across the gap";
+    EXPECT_LT(*speed.HeightAt(700 * UsPerMs), *speed.HeightAt(100 * UsPerMs)) << "more is higher up";
 
     const auto &lanes = canvas.Board().Areas().front().lanes;
     ASSERT_EQ(lanes.size(), 1U);
     std::vector<std::tuple<qint64, qint64, int>> bands;
     for (const PlotLane::Band &band : lanes.front()->Bands())
         bands.emplace_back(band.fromUs, band.toUs, band.rawValue);
-    EXPECT_EQ(bands, (std::vector<std::tuple<qint64, qint64, int>>{
-                         {0, 500 * Ms, 1}, {500 * Ms, 800 * Ms, 0}, {1200 * Ms, 2000 * Ms, 0}}));
+    EXPECT_EQ(bands, (std::vector<std::tuple<qint64, qint64, int>>{{0, 500 * UsPerMs, 1},
+                                                                   {500 * UsPerMs, 800 * UsPerMs, 0},
+                                                                   {1200 * UsPerMs, 2000 * UsPerMs, 0}}));
     EXPECT_NE(lanes.front()->ShadeOf(0), lanes.front()->ShadeOf(1));
 }
 
@@ -118,7 +116,7 @@ TEST_F(TrendPlotTest, MovesCursorsByKeysAndMouse)
     QTest::keyClick(&canvas, Qt::Key_Right);
     EXPECT_NEAR(double(*view.Cursor(0) - beganUs), pixelUs, 2);
     QTest::keyClick(&canvas, Qt::Key_Right, Qt::ControlModifier);
-    EXPECT_EQ(*view.Cursor(0) % (10 * Ms), 0) << "a sample's own time";
+    EXPECT_EQ(*view.Cursor(0) % (10 * UsPerMs), 0) << "a sample's own time";
     QTest::keyClick(&canvas, Qt::Key_End);
     EXPECT_EQ(view.Cursor(0), view.ToUs());
 
@@ -158,8 +156,8 @@ TEST_F(TrendPlotTest, TakesParametersByDropping)
 
 TEST_F(TrendPlotTest, WritesThePictureInEachKind)
 {
-    view.SetCursor(0, 100 * Ms);
-    view.SetCursor(1, 350 * Ms);
+    view.SetCursor(0, 100 * UsPerMs);
+    view.SetCursor(1, 350 * UsPerMs);
     const auto path = [&](const char *name) { return desk.folder.filePath(QString::fromLatin1(name)); };
     EXPECT_TRUE(plot.Export(path("a.png")).isEmpty());
     EXPECT_EQ(QImage(path("a.png")).width() % 2, 0);
@@ -178,5 +176,7 @@ TEST_F(TrendPlotTest, WritesThePictureInEachKind)
     EXPECT_FALSE(plot.Export(path("none/a.png")).isEmpty());
     EXPECT_FALSE(plot.Export(path("a.bmp")).isEmpty());
 }
+
+} // namespace
 
 } // namespace quorvik::testing
