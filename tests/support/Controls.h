@@ -124,6 +124,8 @@ public:
     {
         QFont font = usual_;
         font.setPointSizeF(font.pointSizeF() * scale);
+        // The edges of small letters would pass for colours of their own.
+        font.setStyleStrategy(QFont::NoAntialias);
         QApplication::setFont(font);
     }
     ~FontScale() { QApplication::setFont(usual_); }

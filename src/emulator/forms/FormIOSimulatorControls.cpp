@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QSlider>
 #include <QStyle>
 
@@ -16,6 +17,8 @@ namespace quorvik
 
 namespace
 {
+
+constexpr int LeastLines = 10; ///< of text, that the frames have room for
 
 QComboBox *MakeMemberList(const QString &name, const QString &member, int count, QWidget *parent)
 {
@@ -33,6 +36,25 @@ int HalfHandle(const QSlider *slider)
     return slider->style()->pixelMetric(QStyle::PM_SliderLength, nullptr, slider) / 2;
 }
 
+/** Room for the frames, which scroll where a small screen with large texts cannot show all of them. */
+class FrameArea : public QScrollArea
+{
+public:
+    explicit FrameArea(QWidget *parent)
+        : QScrollArea(parent)
+    {
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setWidgetResizable(true);
+    }
+
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+    QSize minimumSizeHint() const override
+    {
+        return {widget()->minimumSizeHint().width() / 2, LeastLines * fontMetrics().height()};
+    }
+};
+
 } // namespace
 
 FormIOSimulator::FormIOSimulator(Desk &desk)
@@ -40,7 +62,9 @@ FormIOSimulator::FormIOSimulator(Desk &desk)
            QStringLiteral("IO Simulator.htm"))
     , TimerUpdateScreen(this)
 {
-    auto *grid = new QGridLayout(this);
+    auto *frames = new QWidget;
+    auto *grid = new QGridLayout(frames);
+    grid->setContentsMargins({});
     grid->addWidget(MakeFrameDigitalInputs(), 0, 0);
     grid->addWidget(MakeFrameAnalogInputs(), 1, 0);
     grid->addWidget(MakeFrameFreqInput(), 2, 0);
@@ -51,11 +75,15 @@ FormIOSimulator::FormIOSimulator(Desk &desk)
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(3, 1);
 
+    auto *area = new FrameArea(this);
+    area->setWidget(frames);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(MakeCommandHelp());
     buttons->addWidget(MakeCommandClose());
-    grid->addLayout(buttons, 4, 0, 1, 2);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(area, 1);
+    layout->addLayout(buttons);
 
     TimerUpdateScreen.setObjectName(QStringLiteral("TimerUpdateScreen"));
     TimerUpdateScreen.setInterval(EmulatorTimings::UpdateScreenMs);

@@ -94,7 +94,7 @@ void ChannelLegend::MakeTable()
     tableChannels_->verticalHeader()->hide();
     const int rowHeight = fontMetrics().height() * 5 / 4;
     tableChannels_->verticalHeader()->setDefaultSectionSize(rowHeight);
-    tableChannels_->setMinimumHeight(2 * rowHeight + tableChannels_->horizontalHeader()->sizeHint().height());
+    tableChannels_->setMinimumHeight(rowHeight + tableChannels_->horizontalHeader()->sizeHint().height());
     QHeaderView *header = tableChannels_->horizontalHeader();
     header->setHighlightSections(false);
     header->setSectionResizeMode(ChannelModel::Name, QHeaderView::Stretch);

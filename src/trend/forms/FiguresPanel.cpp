@@ -59,7 +59,7 @@ FiguresPanel::FiguresPanel(TrendView &view, QWidget *parent)
     tableFigures_->verticalHeader()->hide();
     const int rowHeight = fontMetrics().height() * 5 / 4;
     tableFigures_->verticalHeader()->setDefaultSectionSize(rowHeight);
-    tableFigures_->setMinimumHeight(2 * rowHeight + tableFigures_->horizontalHeader()->sizeHint().height());
+    tableFigures_->setMinimumHeight(rowHeight + tableFigures_->horizontalHeader()->sizeHint().height());
     QHeaderView *header = tableFigures_->horizontalHeader();
     header->setHighlightSections(false);
     header->setSectionResizeMode(Name, QHeaderView::Stretch);
