@@ -28,4 +28,10 @@ void MarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
     painter->restore();
 }
 
+int MarkStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                         QStyleHintReturn *returned) const
+{
+    return hint == SH_Menu_Scrollable ? 1 : QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
 } // namespace quorvik
