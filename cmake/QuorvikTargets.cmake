@@ -68,9 +68,20 @@ function(quorvik_pch target which)
 endfunction()
 
 # The sources of a target are compiled by eights where QUORVIK_UNITY asks for it, which takes less than half of the
-# time. The names of their unnamed namespaces meet then, so they must differ within a target.
-function(quorvik_unity target)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ${QUORVIK_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+# time. The names of their unnamed namespaces meet then, so they must differ among the eight. Which eight, is settled
+# here: by the batches of CMake it would depend on its version.
+function(quorvik_unity target sources)
+    if(NOT QUORVIK_UNITY)
+        return()
+    endif()
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    set(count 0)
+    foreach(source IN LISTS sources)
+        math(EXPR group "${count} / 8")
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+        math(EXPR count "${count} + 1")
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
 endfunction()
 
 # quorvik_engine(<folder> <libraries...>): the static library quorvik_<folder> from all sources of the calling folder.
@@ -90,7 +101,7 @@ function(quorvik_library name pch sources)
     set_target_properties(quorvik_${name} PROPERTIES LINKER_LANGUAGE CXX)
     target_link_libraries(quorvik_${name} PUBLIC quorvik_flags ${ARGN})
     quorvik_pch(quorvik_${name} ${pch})
-    quorvik_unity(quorvik_${name})
+    quorvik_unity(quorvik_${name} "${sources}")
 endfunction()
 
 # quorvik_reads_older_files(<program>): puts the reader of older files beside a program of another folder than bin.
@@ -111,7 +122,7 @@ function(quorvik_tests name)
     else()
         quorvik_pch(${name}_tests tests)
     endif()
-    quorvik_unity(${name}_tests)
+    quorvik_unity(${name}_tests "${sources}")
     quorvik_reads_older_files(${name}_tests)
     gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT 120
