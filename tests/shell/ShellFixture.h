@@ -29,7 +29,8 @@ private:
 class ShellTest : public ::testing::Test, protected Controls
 {
 protected:
-    ShellTest()
+    explicit ShellTest(const LinkTimings &ofLink = {.scanPause = 20, .sizeErrorPause = 100})
+        : timings(ofLink)
     {
         QFile::copy(QStringLiteral(QUORVIK_PRESETS_FILE), folder.filePath(QStringLiteral("Presets.fil")));
         Store("Options", "CommPort", "16");
@@ -40,10 +41,10 @@ protected:
     void MakeWindow()
     {
         main.reset();
-        main = std::make_unique<MDIFormMain>(Surroundings{
-            asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
-            folder.filePath(QStringLiteral("Quorvik.lock")), folder.filePath(QStringLiteral("data")),
-            LinkTimings{.scanPause = 20, .sizeErrorPause = 100}, [this] { return devices(); }});
+        main = std::make_unique<MDIFormMain>(
+            Surroundings{asker, settings, help, folder.path(), folder.filePath(QStringLiteral("quorvik")),
+                         folder.filePath(QStringLiteral("Quorvik.lock")),
+                         folder.filePath(QStringLiteral("data")), timings, [this] { return devices(); }});
         window = main.get();
     }
 
@@ -78,6 +79,7 @@ protected:
         settings.SaveSetting(section, key, text);
     }
 
+    const LinkTimings timings;
     QTemporaryDir folder;
     // The system's tools would go on registering the file type after the test, in a folder that is being
     // removed.
