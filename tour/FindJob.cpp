@@ -11,7 +11,7 @@ namespace quorvik
 namespace
 {
 
-QString Caption()
+QString FindCaption()
 {
     return QStringLiteral("Find");
 }
@@ -32,8 +32,8 @@ void AddSearch(Tour &tour, const QString &what, const std::function<QString(QWid
     });
     tour.Add(
         what + QStringLiteral(": the field takes what is typed"),
-        [&tour] { return tour.User().WindowTitled(Caption()) && Hands::CanType(); },
-        [&tour, act] { return act(tour.User().WindowTitled(Caption())); });
+        [&tour] { return tour.User().WindowTitled(FindCaption()) && Hands::CanType(); },
+        [&tour, act] { return act(tour.User().WindowTitled(FindCaption())); });
 }
 
 } // namespace
@@ -54,7 +54,9 @@ void AddFindJob(Tour &tour)
               });
     tour.Add(
         QStringLiteral("Enter leads to its box in its window"),
-        [&tour, block] { return tour.User().WindowTitled(block) && !tour.User().WindowTitled(Caption()); },
+        [&tour, block] {
+            return tour.User().WindowTitled(block) && !tour.User().WindowTitled(FindCaption());
+        },
         [&tour] {
             tour.TakePicture(QStringLiteral("48-found"));
             return QString();
@@ -67,7 +69,7 @@ void AddFindJob(Tour &tour)
                                                             : QStringLiteral("in front stands ") + recent;
     });
     tour.Add(
-        QStringLiteral("Esc closes it"), [&tour] { return !tour.User().WindowTitled(Caption()); },
+        QStringLiteral("Esc closes it"), [&tour] { return !tour.User().WindowTitled(FindCaption()); },
         [&tour, block] {
             tour.User().WindowTitled(block)->close();
             return QString();

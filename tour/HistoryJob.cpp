@@ -14,14 +14,14 @@ namespace quorvik
 namespace
 {
 
-QString Caption()
+QString HistoryCaption()
 {
     return QStringLiteral("History");
 }
 
 FormHistory *TheWindow(Tour &tour)
 {
-    const QWidget *frame = tour.User().WindowTitled(Caption());
+    const QWidget *frame = tour.User().WindowTitled(HistoryCaption());
     return frame ? frame->findChild<FormHistory *>() : nullptr;
 }
 

@@ -2,6 +2,7 @@
 
 #include "tour/Journey.h"
 #include "tour/Walk.h"
+#include "tour/WindowTitles.h"
 
 #include "desktop/Form.h"
 #include "model/ParameterNumbers.h"
@@ -19,13 +20,6 @@ namespace
 {
 
 const QString Calibration = QStringLiteral("Calibration");
-const QString CurrentLoop = QStringLiteral("Current Loop");
-const QString FaultLogic = QStringLiteral("Fault Logic");
-const QString FieldLoop = QStringLiteral("Field Loop");
-const QString VelocityLoop = QStringLiteral("Velocity Loop");
-const QString Setpoints = QStringLiteral("Setpoints");
-const QString AnalogInput = QStringLiteral("Analog Input 1");
-const QString StartStopLogic = QStringLiteral("Start/Stop Logic");
 
 const QString NextPage = ControlName("CmdNav", 3);
 const QString Finish = ControlName("CmdNav", 4);
@@ -107,22 +101,22 @@ void AddFirstCommissioning(Tour &tour, Walk &walk)
     walk.Click(QStringLiteral("Current limits"), NextPage);
     AddFinish(tour, QStringLiteral("70-first-commissioning-mentor"), Param::NameplateMotorI, 100);
 
-    walk.Open(QStringLiteral("mnuBlockStartStopLogic"), StartStopLogic);
-    walk.SeeText(StartStopLogic, Param::Stop, QStringLiteral("True"));
+    walk.Open(QStringLiteral("mnuBlockStartStopLogic"), Title::StartStopLogic);
+    walk.SeeText(Title::StartStopLogic, Param::Stop, QStringLiteral("True"));
     walk.AtDrive(QStringLiteral("The stop button is let go"), {QStringLiteral("terminal digital 2 1")});
-    walk.SeeText(StartStopLogic, Param::Stop, QStringLiteral("False"));
-    walk.Close(StartStopLogic);
-    walk.Open(QStringLiteral("mnuBlockFloop"), FieldLoop);
-    walk.See(FieldLoop, Param::FieldAmps, {1.9, 2.1});
-    walk.Close(FieldLoop);
+    walk.SeeText(Title::StartStopLogic, Param::Stop, QStringLiteral("False"));
+    walk.Close(Title::StartStopLogic);
+    walk.Open(QStringLiteral("mnuBlockFloop"), Title::FieldLoop);
+    walk.See(Title::FieldLoop, Param::FieldAmps, {1.9, 2.1});
+    walk.Close(Title::FieldLoop);
     walk.AtDrive(QStringLiteral("A tenth of the speed is asked for"), {ReferenceOf(10)});
     walk.Start();
-    walk.Open(QStringLiteral("mnuBlockVloop"), VelocityLoop);
-    walk.See(VelocityLoop, Param::VelFeedback, {9.5, 10.5});
-    walk.See(VelocityLoop, Param::MotorRPM, {140, 160});
+    walk.Open(QStringLiteral("mnuBlockVloop"), Title::VelocityLoop);
+    walk.See(Title::VelocityLoop, Param::VelFeedback, {9.5, 10.5});
+    walk.See(Title::VelocityLoop, Param::MotorRPM, {140, 160});
     walk.Picture(QStringLiteral("70-first-commissioning-turns"));
     walk.Stop();
-    walk.See(VelocityLoop, Param::VelFeedback, {-0.5, 0.5});
+    walk.See(Title::VelocityLoop, Param::VelFeedback, {-0.5, 0.5});
 }
 
 /** Before: the velocity loop is open, the drive at rest. */
@@ -132,23 +126,23 @@ void AddMotorData(Walk &walk)
     walk.See(Calibration, Param::NameplateMotorI, {100, 100});
     walk.See(Calibration, Param::NameplateMotorVoltage, {240, 240});
     walk.Close(Calibration);
-    walk.Open(QStringLiteral("mnuBlockFaultLogic"), FaultLogic);
-    walk.Enter(FaultLogic, Param::FieldLossLevel, QStringLiteral("12"), 1200);
-    walk.Close(FaultLogic);
-    walk.Open(QStringLiteral("mnuBlockCloop"), CurrentLoop);
+    walk.Open(QStringLiteral("mnuBlockFaultLogic"), Title::FaultLogic);
+    walk.Enter(Title::FaultLogic, Param::FieldLossLevel, QStringLiteral("12"), 1200);
+    walk.Close(Title::FaultLogic);
+    walk.Open(QStringLiteral("mnuBlockCloop"), Title::CurrentLoop);
     walk.AtDrive(QStringLiteral("Half speed, and a load that the limit does not let through"),
                  {ReferenceOf(50), QStringLiteral("load 60")});
     walk.Start();
-    walk.See(CurrentLoop, Param::FinalIDemand, {30, 30});
-    walk.See(CurrentLoop, Param::CurrentFeedback, {29, 31});
-    walk.See(CurrentLoop, Param::ArmatureAmps, {29, 31});
+    walk.See(Title::CurrentLoop, Param::FinalIDemand, {30, 30});
+    walk.See(Title::CurrentLoop, Param::CurrentFeedback, {29, 31});
+    walk.See(Title::CurrentLoop, Param::ArmatureAmps, {29, 31});
     walk.Picture(QStringLiteral("71-current-limit"));
-    walk.Enter(CurrentLoop, Param::PositiveILimit, QStringLiteral("100"), 10000);
-    walk.See(VelocityLoop, Param::VelFeedback, {49, 51});
-    walk.See(CurrentLoop, Param::FinalIDemandFiltered, {62, 76});
+    walk.Enter(Title::CurrentLoop, Param::PositiveILimit, QStringLiteral("100"), 10000);
+    walk.See(Title::VelocityLoop, Param::VelFeedback, {49, 51});
+    walk.See(Title::CurrentLoop, Param::FinalIDemandFiltered, {62, 76});
     walk.Picture(QStringLiteral("71-current-limit-raised"));
     walk.AtDrive(QStringLiteral("The load is taken off"), {QStringLiteral("load 10"), ReferenceOf(10)});
-    walk.Close(CurrentLoop);
+    walk.Close(Title::CurrentLoop);
 }
 
 /** Before: the velocity loop is open, the drive runs at a tenth of its speed by its armature voltage. */
@@ -156,22 +150,22 @@ void AddFeedback(Walk &walk)
 {
     walk.AtDrive(QStringLiteral("Two wires of the tachometer are swapped"),
                  {QStringLiteral("feedback tachometer -100")});
-    walk.See(VelocityLoop, Param::AFB, {9, 12});
-    walk.See(VelocityLoop, Param::TFB, {-12, -8});
-    walk.See(VelocityLoop, Param::EFB, {8, 12});
+    walk.See(Title::VelocityLoop, Param::AFB, {9, 12});
+    walk.See(Title::VelocityLoop, Param::TFB, {-12, -8});
+    walk.See(Title::VelocityLoop, Param::EFB, {8, 12});
     walk.Picture(QStringLiteral("72-wrong-sign"));
     walk.Stop();
     walk.AtDrive(QStringLiteral("The wires are put right"), {QStringLiteral("feedback tachometer 100")});
     walk.Start();
-    walk.See(VelocityLoop, Param::TFB, {8, 12});
+    walk.See(Title::VelocityLoop, Param::TFB, {8, 12});
     walk.Stop();
-    walk.Enter(VelocityLoop, Param::FeedbackSelect, QStringLiteral("TFB"), 1);
+    walk.Enter(Title::VelocityLoop, Param::FeedbackSelect, QStringLiteral("TFB"), 1);
     walk.Start();
-    walk.See(VelocityLoop, Param::VelFeedback, {9.5, 10.5});
-    walk.See(VelocityLoop, Param::AFB, {9, 12});
+    walk.See(Title::VelocityLoop, Param::VelFeedback, {9.5, 10.5});
+    walk.See(Title::VelocityLoop, Param::AFB, {9, 12});
     walk.Picture(QStringLiteral("72-tachometer"));
     walk.Stop();
-    walk.Close(VelocityLoop);
+    walk.Close(Title::VelocityLoop);
 }
 
 void AddAnalogInput(Tour &tour, Walk &walk)
@@ -179,11 +173,11 @@ void AddAnalogInput(Tour &tour, Walk &walk)
     const auto turn = [&walk](int counts) {
         walk.AtDrive(QStringLiteral("The potentiometer is turned to %1 counts").arg(counts),
                      {QStringLiteral("terminal analog 1 %1").arg(counts)});
-        walk.See(AnalogInput, Param::AnalogIn1Status, {double(counts - 3), double(counts + 3)});
+        walk.See(Title::AnalogInput1, Param::AnalogIn1Status, {double(counts - 3), double(counts + 3)});
     };
-    walk.Open(QStringLiteral("mnuBlockAnalogInput(1)"), AnalogInput);
+    walk.Open(QStringLiteral("mnuBlockAnalogInput(1)"), Title::AnalogInput1);
     turn(40);
-    walk.Click(AnalogInput, QStringLiteral("CommandIOMentor"));
+    walk.Click(Title::AnalogInput1, QStringLiteral("CommandIOMentor"));
     for (const char *page : {"Introduction", "Branch", "Input", "Destination"})
         walk.Click(QString::fromLatin1(page), NextPage);
     walk.Click(QStringLiteral("Polarity"), ControlName("OptionPolarity", 0));
@@ -209,15 +203,15 @@ void AddAnalogInput(Tour &tour, Walk &walk)
     AddField(tour, ControlName("TextBiasGain", 1), QStringLiteral("80"));
     walk.Click(QStringLiteral("Bias and gain"), NextPage);
     AddFinish(tour, QStringLiteral("73-analog-input-finish"), Param::AnalogIn1Gain, 8000);
-    walk.Open(QStringLiteral("mnuBlockSetpointS"), Setpoints);
-    walk.See(Setpoints, Param::Reference0, {79.5, 80});
+    walk.Open(QStringLiteral("mnuBlockSetpointS"), Title::Setpoints);
+    walk.See(Title::Setpoints, Param::Reference0, {79.5, 80});
     turn(1000);
-    walk.See(Setpoints, Param::Reference0, {39.5, 40.5});
+    walk.See(Title::Setpoints, Param::Reference0, {39.5, 40.5});
     turn(20);
-    walk.See(Setpoints, Param::Reference0, {0, 0.3});
+    walk.See(Title::Setpoints, Param::Reference0, {0, 0.3});
     walk.Picture(QStringLiteral("73-analog-input"));
-    walk.Close(Setpoints);
-    walk.Close(AnalogInput);
+    walk.Close(Title::Setpoints);
+    walk.Close(Title::AnalogInput1);
 }
 
 } // namespace

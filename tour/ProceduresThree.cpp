@@ -3,6 +3,7 @@
 
 #include "tour/Journey.h"
 #include "tour/Walk.h"
+#include "tour/WindowTitles.h"
 
 #include "desktop/Form.h"
 #include "map/FormMap.h"
@@ -28,7 +29,6 @@ namespace
 const QString Compare = QStringLiteral("Compare");
 const QString FaultLog = QStringLiteral("Fault Log");
 const QString Report = QStringLiteral("Write Report");
-const QString VelocityLoop = QStringLiteral("Velocity Loop");
 const QString WhyNot = QStringLiteral("Why Does It Not Run?");
 
 QString Said(Tour &tour, const QString &window, const QString &label)
@@ -70,18 +70,6 @@ void AddPanel(Tour &tour, const char *panel, const QString &text)
     tour.Add(
         QStringLiteral("%1 says %2").arg(QLatin1String(panel), text),
         [&tour, panel, text] { return tour.User().TextOf(QString::fromLatin1(panel)) == text; },
-        [] { return QString(); });
-}
-
-/** Waits until the state in the status bar is the one. */
-void AddState(Tour &tour, const QString &state)
-{
-    tour.Add(
-        QStringLiteral("The state is ") + state,
-        [&tour, state] {
-            const auto *panel = tour.TheProgram().Main().findChild<QLabel *>(QStringLiteral("DriveStatus"));
-            return panel && panel->text() == state;
-        },
         [] { return QString(); });
 }
 
@@ -206,13 +194,13 @@ void AddHeadline(Tour &tour, const QString &begin, const QString &picture)
 /** Before: the winder is at rest. */
 void AddFault(Tour &tour, Walk &walk)
 {
-    walk.Open(QStringLiteral("mnuBlockVloop"), VelocityLoop);
+    walk.Open(QStringLiteral("mnuBlockVloop"), Title::VelocityLoop);
     walk.AtDrive(QStringLiteral("Dancer in the middle, line at 80 %, roll at a quarter"),
                  {Analog(3, 50), Analog(1, 80), Analog(2, 25)});
     walk.Start();
-    walk.See(VelocityLoop, Param::VelFeedback, {39, 41});
+    walk.See(Title::VelocityLoop, Param::VelFeedback, {39, 41});
     walk.AtDrive(QStringLiteral("A phase is lost"), {QStringLiteral("trip 64")});
-    AddState(tour, QStringLiteral("EStop"));
+    walk.SeeState(QStringLiteral("EStop"));
     tour.Add(
         QStringLiteral("The panel names the fault; a click on it"),
         [&tour] { return tour.User().TextOf(QStringLiteral("DriveFault")) == QLatin1String(": Phase Loss"); },
@@ -228,7 +216,7 @@ void AddFault(Tour &tour, Walk &walk)
         });
     walk.AtDrive(QStringLiteral("The fuse is replaced"), {QStringLiteral("trip 0"), Contact(1, false)});
     walk.Click(FaultLog, QStringLiteral("CommandClearFault"));
-    AddState(tour, QStringLiteral("Stop"));
+    walk.SeeState(QStringLiteral("Stop"));
     walk.Close(FaultLog);
 
     walk.AtDrive(QStringLiteral("A wire of the stop button is off"), {Contact(2, false)});
@@ -248,27 +236,28 @@ void AddFault(Tour &tour, Walk &walk)
     AddHeadline(tour, QStringLiteral("The drive runs: "), QStringLiteral("85-runs"));
     walk.Close(WhyNot);
 
-    walk.Enter(VelocityLoop, Param::ForwardMaxSpeed, QStringLiteral("30"), 3000);
-    walk.See(VelocityLoop, Param::FinalVelDemand, {30, 30});
+    walk.Enter(Title::VelocityLoop, Param::ForwardMaxSpeed, QStringLiteral("30"), 3000);
+    walk.See(Title::VelocityLoop, Param::FinalVelDemand, {30, 30});
     AddMenu(tour, QStringLiteral("Tools, Map of the Drive"), "mnuToolsMap");
     tour.Add(
         QStringLiteral("A card of the map tells of the limit"),
         [&tour] {
             const auto *map = tour.TheProgram().Main().findChild<FormMap *>();
-            return map && map->Model().MarkWords(MapModel::FindCard(VelocityLoop)).join(u' ').contains(u"30");
+            return map &&
+                   map->Model().MarkWords(MapModel::FindCard(Title::VelocityLoop)).join(u' ').contains(u"30");
         },
         [&tour] {
             const auto *map = tour.TheProgram().Main().findChild<FormMap *>();
             tour.Say(QStringLiteral("   ") +
-                     map->Model().MarkWords(MapModel::FindCard(VelocityLoop)).join(u' '));
+                     map->Model().MarkWords(MapModel::FindCard(Title::VelocityLoop)).join(u' '));
             tour.TakePicture(QStringLiteral("85-map-limit"));
             tour.User().WindowTitled(map->windowTitle())->close();
             return QString();
         });
-    walk.Enter(VelocityLoop, Param::ForwardMaxSpeed, QStringLiteral("100"), 10000);
-    walk.See(VelocityLoop, Param::VelFeedback, {39, 41});
+    walk.Enter(Title::VelocityLoop, Param::ForwardMaxSpeed, QStringLiteral("100"), 10000);
+    walk.See(Title::VelocityLoop, Param::VelFeedback, {39, 41});
     walk.Stop();
-    walk.Close(VelocityLoop);
+    walk.Close(Title::VelocityLoop);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "tour/Journey.h"
 #include "tour/Walk.h"
+#include "tour/WindowTitles.h"
 
 #include "model/ParameterNumbers.h"
 #include "trend/forms/FormTrend.h"
@@ -19,10 +20,6 @@ namespace quorvik
 namespace
 {
 
-const QString CurrentLoop = QStringLiteral("Current Loop");
-const QString FieldLoop = QStringLiteral("Field Loop");
-const QString VelocityLoop = QStringLiteral("Velocity Loop");
-const QString Setpoints = QStringLiteral("Setpoints");
 const QString Trend = QStringLiteral("Trend");
 
 FormTrend *TrendWindow(Tour &tour)
@@ -123,23 +120,23 @@ void AddVerdict(Tour &tour, const QString &what,
 void AddCurrentLoop(Tour &tour, Walk &walk)
 {
     const QString reference = QStringLiteral("(97)");
-    walk.Open(QStringLiteral("mnuBlockFloop"), FieldLoop);
-    walk.Enter(FieldLoop, Param::FieldEnable, QStringLiteral("False"), 0);
-    walk.See(FieldLoop, Param::FieldAmps, {0, 0.05});
-    walk.Close(FieldLoop);
-    walk.Open(QStringLiteral("mnuBlockCloop"), CurrentLoop);
-    walk.Enter(CurrentLoop, Param::DriveModeLSB, QStringLiteral("1"), 1);
-    walk.Enter(CurrentLoop, Param::IProportionalGain, QStringLiteral("2"), 200);
+    walk.Open(QStringLiteral("mnuBlockFloop"), Title::FieldLoop);
+    walk.Enter(Title::FieldLoop, Param::FieldEnable, QStringLiteral("False"), 0);
+    walk.See(Title::FieldLoop, Param::FieldAmps, {0, 0.05});
+    walk.Close(Title::FieldLoop);
+    walk.Open(QStringLiteral("mnuBlockCloop"), Title::CurrentLoop);
+    walk.Enter(Title::CurrentLoop, Param::DriveModeLSB, QStringLiteral("1"), 1);
+    walk.Enter(Title::CurrentLoop, Param::IProportionalGain, QStringLiteral("2"), 200);
     walk.Start();
     AddTuningPage(tour, walk, 1);
     AddStep(tour, walk, reference, 20, 0.6);
-    walk.Enter(CurrentLoop, Param::IProportionalGain, QStringLiteral("6"), 600);
+    walk.Enter(Title::CurrentLoop, Param::IProportionalGain, QStringLiteral("6"), 600);
     AddStep(tour, walk, reference, 20, 0.6);
     AddVerdict(tour, QStringLiteral("More gain makes the rise shorter"),
                [](const StepFigures &last, const StepFigures &before) {
                    return last.riseMs < before.riseMs * 0.7 && last.overshootPercent < 10;
                });
-    walk.Enter(CurrentLoop, Param::IIntegralTime, QStringLiteral("0.01"), 10);
+    walk.Enter(Title::CurrentLoop, Param::IIntegralTime, QStringLiteral("0.01"), 10);
     AddStep(tour, walk, reference, 20, 0.6);
     AddVerdict(tour, QStringLiteral("Too short an integral time makes it overshoot"),
                [](const StepFigures &last, const StepFigures &before) {
@@ -147,14 +144,14 @@ void AddCurrentLoop(Tour &tour, Walk &walk)
                });
     walk.Picture(QStringLiteral("74-current-loop"));
     walk.Stop();
-    walk.Enter(CurrentLoop, Param::IProportionalGain, QStringLiteral("20"), 2000);
-    walk.Enter(CurrentLoop, Param::IIntegralTime, QStringLiteral("0.05"), 50);
-    walk.Enter(CurrentLoop, Param::DriveModeLSB, QStringLiteral("0"), 0);
-    walk.Close(CurrentLoop);
-    walk.Open(QStringLiteral("mnuBlockFloop"), FieldLoop);
-    walk.Enter(FieldLoop, Param::FieldEnable, QStringLiteral("True"), 1);
-    walk.See(FieldLoop, Param::FieldAmps, {1.9, 2.1});
-    walk.Close(FieldLoop);
+    walk.Enter(Title::CurrentLoop, Param::IProportionalGain, QStringLiteral("20"), 2000);
+    walk.Enter(Title::CurrentLoop, Param::IIntegralTime, QStringLiteral("0.05"), 50);
+    walk.Enter(Title::CurrentLoop, Param::DriveModeLSB, QStringLiteral("0"), 0);
+    walk.Close(Title::CurrentLoop);
+    walk.Open(QStringLiteral("mnuBlockFloop"), Title::FieldLoop);
+    walk.Enter(Title::FieldLoop, Param::FieldEnable, QStringLiteral("True"), 1);
+    walk.See(Title::FieldLoop, Param::FieldAmps, {1.9, 2.1});
+    walk.Close(Title::FieldLoop);
     walk.Click(Trend, QStringLiteral("CommandTuning"));
     walk.Close(Trend);
 }
@@ -162,40 +159,40 @@ void AddCurrentLoop(Tour &tour, Walk &walk)
 void AddSpeedLoop(Tour &tour, Walk &walk)
 {
     const QString reference = QStringLiteral("(234)");
-    walk.Open(QStringLiteral("mnuBlockSetpointS"), Setpoints);
-    walk.Enter(Setpoints, Param::Reference1, QStringLiteral("30"), 3000);
+    walk.Open(QStringLiteral("mnuBlockSetpointS"), Title::Setpoints);
+    walk.Enter(Title::Setpoints, Param::Reference1, QStringLiteral("30"), 3000);
     walk.AtDrive(QStringLiteral("The switch that takes Reference 1"),
                  {QStringLiteral("terminal digital 6 1")});
-    walk.Close(Setpoints);
-    walk.Open(QStringLiteral("mnuBlockVloop"), VelocityLoop);
-    walk.Enter(VelocityLoop, Param::PropGainA, QStringLiteral("3"), 300);
-    walk.Enter(VelocityLoop, Param::IntegralTimeA, QStringLiteral("2"), 2000);
+    walk.Close(Title::Setpoints);
+    walk.Open(QStringLiteral("mnuBlockVloop"), Title::VelocityLoop);
+    walk.Enter(Title::VelocityLoop, Param::PropGainA, QStringLiteral("3"), 300);
+    walk.Enter(Title::VelocityLoop, Param::IntegralTimeA, QStringLiteral("2"), 2000);
     walk.Start();
-    walk.See(VelocityLoop, Param::VelFeedback, {28, 32});
+    walk.See(Title::VelocityLoop, Param::VelFeedback, {28, 32});
     AddTuningPage(tour, walk, 0);
     AddStep(tour, walk, reference, 5, 0.8);
-    walk.Enter(VelocityLoop, Param::PropGainA, QStringLiteral("10"), 1000);
+    walk.Enter(Title::VelocityLoop, Param::PropGainA, QStringLiteral("10"), 1000);
     AddStep(tour, walk, reference, 5, 0.8);
     AddVerdict(
         tour, QStringLiteral("More gain makes the rise shorter"),
         [](const StepFigures &last, const StepFigures &before) { return last.riseMs < before.riseMs * 0.7; });
-    walk.Enter(VelocityLoop, Param::IntegralTimeA, QStringLiteral("0.1"), 100);
+    walk.Enter(Title::VelocityLoop, Param::IntegralTimeA, QStringLiteral("0.1"), 100);
     AddStep(tour, walk, reference, 5, 0.8);
     AddVerdict(tour, QStringLiteral("Too short an integral time makes it overshoot"),
                [](const StepFigures &last, const StepFigures &before) {
                    return last.overshootPercent > before.overshootPercent + 10;
                });
     walk.Picture(QStringLiteral("75-speed-loop"));
-    walk.Enter(VelocityLoop, Param::OvershootGainA, QStringLiteral("80"), 8000);
+    walk.Enter(Title::VelocityLoop, Param::OvershootGainA, QStringLiteral("80"), 8000);
     AddStep(tour, walk, reference, 5, 0.8);
     AddVerdict(tour, QStringLiteral("The overshoot gain takes some of it away"),
                [](const StepFigures &last, const StepFigures &before) {
                    return last.overshootPercent < before.overshootPercent - 6;
                });
-    walk.Enter(VelocityLoop, Param::OvershootGainA, QStringLiteral("0"), 0);
-    walk.Enter(VelocityLoop, Param::IntegralTimeA, QStringLiteral("0.5"), 500);
+    walk.Enter(Title::VelocityLoop, Param::OvershootGainA, QStringLiteral("0"), 0);
+    walk.Enter(Title::VelocityLoop, Param::IntegralTimeA, QStringLiteral("0.5"), 500);
     walk.Stop();
-    walk.Close(VelocityLoop);
+    walk.Close(Title::VelocityLoop);
     walk.Click(Trend, QStringLiteral("CommandTuning"));
     walk.Close(Trend);
     walk.AtDrive(QStringLiteral("The machine goes on by itself"),

@@ -41,6 +41,8 @@ public:
     void See(const QString &caption, int p, Span span);
     /** Waits until a box shows a text. */
     void SeeText(const QString &caption, int p, const QString &shownText);
+    /** Waits until the status bar says a drive state. */
+    void SeeState(const QString &stateText);
     /** The start input is pushed, and the status bar says Run. */
     void Start();
     /** The stop input opens, and the status bar says Stop. */
@@ -51,8 +53,6 @@ public:
     static ValueBox *BoxIn(Tour &tour, const QString &caption, int p);
 
 private:
-    void SeeState(const QString &stateText);
-
     Tour &tour_;
 };
 

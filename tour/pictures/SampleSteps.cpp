@@ -13,7 +13,7 @@ namespace quorvik
 namespace
 {
 
-constexpr int RoundMs = 12; ///< in which each channel is read once
+constexpr int SampleEveryMs = 12; ///< in which each channel is read once
 constexpr qint64 AnswerUs = 5000;
 constexpr double RawPerPercent = 100;
 
@@ -29,20 +29,20 @@ struct Machine {
     int holdMs;
 };
 
-constexpr Machine Current{0.05, 1, 25, 1e-3, 0, 20, 1800, 1000};
-constexpr Machine Velocity{0.8, 0.12, 100, 1e-3, 30, 5, 4000, 2000};
+constexpr Machine CurrentLoop{0.05, 1, 25, 1e-3, 0, 20, 1800, 1000};
+constexpr Machine VelocityLoop{0.8, 0.12, 100, 1e-3, 30, 5, 4000, 2000};
 
 const Machine &MachineOf(TunedLoop loop)
 {
-    return loop == TunedLoop::Current ? Current : Velocity;
+    return loop == TunedLoop::Current ? CurrentLoop : VelocityLoop;
 }
 
 /** The answer of a regulator with a proportional and an integral part, and what it regulates, each
  * millisecond. */
-class Answer
+class StepAnswer
 {
 public:
-    explicit Answer(const Machine &machine)
+    explicit StepAnswer(const Machine &machine)
         : machine_(machine)
     {
     }
@@ -91,7 +91,7 @@ SampleSteps::SampleSteps(const ParameterTable &table, TunedLoop loop, const std:
                               .rawValue = std::int32_t(std::lround(percent * RawPerPercent)),
                               .spanUs = std::uint32_t(AnswerUs)});
     };
-    Answer answer(machine);
+    StepAnswer answer(machine);
     for (std::size_t i = 0; i < gains.size(); ++i) {
         answer.Take(gains[i]);
         const int stepMs = int(i) * machine.periodMs + (machine.periodMs - machine.holdMs) / 2;
@@ -99,10 +99,10 @@ SampleSteps::SampleSteps(const ParameterTable &table, TunedLoop loop, const std:
             const bool isUp = ms >= stepMs && ms < stepMs + machine.holdMs;
             const double demand = isUp ? machine.height : 0;
             const double value = answer.Next(demand);
-            if (ms % RoundMs == 0)
+            if (ms % SampleEveryMs == 0)
                 append(data_.tracks[0], ms, machine.before + demand);
             // The two are never of the same moment.
-            if (ms % RoundMs == RoundMs / 2)
+            if (ms % SampleEveryMs == SampleEveryMs / 2)
                 append(data_.tracks[1], ms, machine.before + value + 0.01 * (ms % 5 - 2));
         }
     }
