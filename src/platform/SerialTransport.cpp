@@ -167,6 +167,8 @@ void SerialTransport::Open()
         EndOpening(Failure::InUse, InUse(place, device));
         return;
     }
+    // What came before the port was opened is no answer to anything.
+    ClearInput();
     connect(port_.get(), &QSerialPort::readyRead, this, &PortTransport::ReadyRead);
     WatchForLoss();
     EndOpening(Failure::None, {});

@@ -27,7 +27,6 @@ TEST_P(JournalCrashTest, AKilledProgramLeavesWholeBatches)
     constexpr int MostMissingMs = 250;
     constexpr int MostLines = 300;
     std::mt19937 random{std::uint32_t(GetParam())};
-    int late = 0;
     for (int i = 0; i < Kills; ++i) {
         QProcess other;
         StartOther(other, 0);
@@ -54,9 +53,9 @@ TEST_P(JournalCrashTest, AKilledProgramLeavesWholeBatches)
         if (written == 0)
             continue;
         EXPECT_GE(qint64(kept), written);
-        late += kept < handedMs.size() && handedMs.back() - handedMs[kept] > MostMissingMs;
+        if (kept < handedMs.size())
+            EXPECT_LE(handedMs.back() - handedMs[kept], MostMissingMs);
     }
-    EXPECT_LE(late, 1) << "but for once, where the machine itself stood still";
     ExpectWhole();
     Start();
     Add(1);

@@ -106,6 +106,7 @@ TEST_F(FormFindTest, WhatCannotBeDoneIsSaidAndTheWindowStays)
 TEST_F(FormFindTest, ValuesAndStatesFollowAndCtrlEnterChangesThem)
 {
     Open();
+    Find<QTimer>("TimerFollow")->stop();
     Look("fwd accel");
     EXPECT_EQ(Cell(0, FindModel::ValueColumn), "5.0 Sec");
     int changes = 0;
