@@ -106,15 +106,17 @@ TEST_F(FormFindTest, WhatCannotBeDoneIsSaidAndTheWindowStays)
 TEST_F(FormFindTest, ValuesAndStatesFollowAndCtrlEnterChangesThem)
 {
     Open();
-    Find<QTimer>("TimerFollow")->stop();
     Look("fwd accel");
     EXPECT_EQ(Cell(0, FindModel::ValueColumn), "5.0 Sec");
+    auto *follow = Find<QTimer>("TimerFollow");
+    follow->stop();
+    QMetaObject::invokeMethod(follow, "timeout");
     int changes = 0;
     QObject::connect(Rows(), &QAbstractItemModel::dataChanged, window, [&] { ++changes; });
     desk.table.SetValue(Param::FwdAccelA, 75, ChangeCause::Emulated);
     desk.table.SetValue(Param::Reference1, 2500, ChangeCause::Emulated);
     Q_EMIT desk.table.Signals().Computed(Param::FwdAccelA);
-    QMetaObject::invokeMethod(Find<QTimer>("TimerFollow"), "timeout");
+    QMetaObject::invokeMethod(follow, "timeout");
     EXPECT_EQ(changes, 1);
     const auto isRead = [this](int p) { return int(Record(p).ReadFlag); };
     EXPECT_EQ(isRead(Param::FwdAccelB), 1) << "in sight";

@@ -15,7 +15,7 @@ int main(int argc, char **argv)
 {
     constexpr int EveryMs = 2;
     // For longer between two batches the machine stood still or was busy with others.
-    constexpr qint64 RanAtMostMs = 20;
+    constexpr qint64 RanAtMostMs = 5;
     constexpr int MostRows = 9;
     constexpr int EndMs = 60'000;
     const QCoreApplication application(argc, argv);
