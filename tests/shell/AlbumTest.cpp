@@ -43,11 +43,13 @@ QStringList TextsOf(QWidget &widget)
         texts += widget.property(property).toString();
     texts.removeAll(QString());
     const QWidget *parent = widget.parentWidget();
-    const bool ofAList = parent && parent->inherits("QAbstractItemView");
+    // The pages of a preview are pictures for one version of Qt and texts for another.
+    const bool isInside =
+        parent && (parent->inherits("QAbstractItemView") || parent->inherits("QGraphicsView"));
     if (const auto *list = qobject_cast<const QComboBox *>(&widget))
         for (int i = 0; i < std::min(list->count(), MostChoices); ++i)
             texts += list->itemText(i);
-    else if (texts.isEmpty() && !ofAList && widget.findChild<QWidget *>() == nullptr)
+    else if (texts.isEmpty() && !isInside && widget.findChild<QWidget *>() == nullptr)
         texts = PaintedTexts(widget);
     const auto *button = qobject_cast<const QAbstractButton *>(&widget);
     if (button && button->isChecked())
